@@ -1,0 +1,21 @@
+# Header-only libraries of the system: the cross compiler is given these headers alone, not the whole of /usr/include.
+add_library(palisade_headers INTERFACE)
+set(headers ${PROJECT_BINARY_DIR}/headers)
+file(MAKE_DIRECTORY ${headers})
+foreach(header cpptoml.h nlohmann fmt)
+    if(NOT EXISTS /usr/include/${header})
+        message(FATAL_ERROR "/usr/include/${header} is missing: run harness/setup/setup.sh")
+    endif()
+    file(CREATE_LINK /usr/include/${header} ${headers}/${header} SYMBOLIC)
+endforeach()
+target_include_directories(palisade_headers SYSTEM INTERFACE ${headers})
+target_compile_definitions(palisade_headers INTERFACE FMT_HEADER_ONLY)
+
+add_library(palisade_system_libraries INTERFACE)
+target_link_libraries(palisade_system_libraries INTERFACE
+    advapi32 crypt32 gdi32 ole32 oleaut32 shell32 shlwapi user32 uuid version rpcrt4 bcrypt wininet comctl32)
+
+# The test framework, built from its sources with the compiler in use.
+set(INSTALL_GTEST OFF CACHE INTERNAL "")
+set(gtest_disable_pthreads OFF CACHE INTERNAL "")
+add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)

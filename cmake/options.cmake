@@ -1,0 +1,28 @@
+# Compiler settings shared by every target of the project's own code.
+add_library(palisade_options INTERFACE)
+target_compile_options(palisade_options INTERFACE -Wall -Wextra -Wshadow -Wpedantic -Wno-cast-function-type -Werror)
+# No path of the machine that builds may stand in what ships.
+target_compile_options(palisade_options INTERFACE
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
+
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g -DNDEBUG")
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+
+if(PALISADE_HOST)
+    target_compile_options(palisade_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)
+    target_link_options(palisade_options INTERFACE -fsanitize=address,undefined)
+    return()
+endif()
+
+# Windows 7 is the oldest system that the library has to load on; newer functions are looked up at run time.
+target_compile_definitions(palisade_options INTERFACE
+    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 WINVER=0x0601)
+# The engine keeps the stack at four bytes, as all callers by the system's conventions do.
+target_compile_options(palisade_options INTERFACE -mstackrealign -ffunction-sections -fdata-sections)
+target_link_options(palisade_options INTERFACE -static -Wl,--enable-stdcall-fixup -Wl,--gc-sections
+    -Wl,--no-insert-timestamp -Wl,--nxcompat -Wl,--dynamicbase)
+
+if(PALISADE_CHECKED)
+    target_compile_options(palisade_options INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+    target_compile_definitions(palisade_options INTERFACE _GLIBCXX_ASSERTIONS)
+endif()

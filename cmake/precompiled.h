@@ -1,0 +1,14 @@
+// What nearly every file of the project needs and what is slow to parse; each file still includes what it uses.
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <fmt/format.h>
+#include <fmt/xchar.h>
+#include <nlohmann/json.hpp>

@@ -1,0 +1,60 @@
+// One owning type for each kind of handle, made from one template and its closing function.
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+namespace pdx {
+
+/// Owns a value of the traits' type and gives it to the traits' close when it goes. Movable, not copyable.
+template <typename Traits>
+class UniqueHandle {
+  public:
+    using Value = typename Traits::Value;
+
+    UniqueHandle() noexcept = default;
+    explicit UniqueHandle(Value owned) noexcept : value(owned) {}
+    UniqueHandle(UniqueHandle&& other) noexcept : value(other.release()) {}
+    UniqueHandle& operator=(UniqueHandle&& other) noexcept {
+        if (this != &other) reset(other.release());
+        return *this;
+    }
+    UniqueHandle(const UniqueHandle&) = delete;
+    UniqueHandle& operator=(const UniqueHandle&) = delete;
+    ~UniqueHandle() { reset(); }
+
+    [[nodiscard]] Value get() const noexcept { return value; }
+    explicit operator bool() const noexcept { return value != Traits::invalid(); }
+    [[nodiscard]] Value release() noexcept { return std::exchange(value, Traits::invalid()); }
+    void reset(Value owned = Traits::invalid()) noexcept {
+        if (value != Traits::invalid()) Traits::close(value);
+        value = owned;
+    }
+    /// The place for a function that hands out a new handle; what was owned goes first.
+    [[nodiscard]] Value* put() noexcept {
+        reset();
+        return &value;
+    }
+
+  private:
+    Value value = Traits::invalid();
+};
+
+struct HandleTraits {
+    using Value = HANDLE;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { CloseHandle(value); }
+};
+/// Events, threads, processes, tokens, mutexes: null means none.
+using Handle = UniqueHandle<HandleTraits>;
+
+struct FileHandleTraits {
+    using Value = HANDLE;
+    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void close(Value value) noexcept { CloseHandle(value); }
+};
+/// Files and snapshots: INVALID_HANDLE_VALUE means none.
+using FileHandle = UniqueHandle<FileHandleTraits>;
+
+}  // namespace pdx

@@ -1,0 +1,23 @@
+// A lock that owns nothing of the system, so that one may stand in a static of a library that is unloaded and
+// loaded again. (std::mutex of the MinGW runtime makes a kernel object on contention and never frees it.)
+#pragma once
+
+#include <windows.h>
+
+namespace pdx {
+
+/// For std::lock_guard and std::unique_lock. Not recursive; works from the first instruction of the process to the
+/// last.
+class Lock {
+  public:
+    constexpr Lock() noexcept = default;
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+    void lock() noexcept { AcquireSRWLockExclusive(&slim); }
+    void unlock() noexcept { ReleaseSRWLockExclusive(&slim); }
+
+  private:
+    SRWLOCK slim = SRWLOCK_INIT;
+};
+
+}  // namespace pdx

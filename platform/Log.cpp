@@ -1,0 +1,78 @@
+#include "platform/Log.h"
+
+#include <atomic>
+
+#include "platform/Paths.h"
+#include "platform/Processes.h"
+#include "platform/rules/Scrub.h"
+
+namespace pdx {
+
+constinit ProcessSlot<Logger> g_logger;
+
+namespace {
+
+/// The user's texts, asked of the system once a process: the look-ups are slow, and the answers do not change.
+struct UserTexts {
+    ScrubTexts texts;
+    bool profileMissing = false;
+    bool userNameMissing = false;
+    bool shortPathMissing = false;
+    std::wstring profileBack;
+};
+
+const UserTexts& userTexts() {
+    static const UserTexts user = [] {
+        UserTexts made;
+        const std::wstring profile = queryProfilePath();
+        const std::wstring name = queryUserName();
+        made.profileMissing = profile.empty();
+        made.userNameMissing = name.empty();
+        if (!profile.empty()) made.profileBack = profile + L'\\';
+        const std::wstring shortPath = profile.empty() ? profile : queryShortPathName(made.profileBack);
+        made.shortPathMissing = !profile.empty() && shortPath.empty();
+        made.texts = makeScrubTexts(made.profileBack, shortPath, name, equalsIgnoreCase);
+        return made;
+    }();
+    return user;
+}
+
+/// Tells once what could not be found out; only afterwards, for a line logged during the look-up would wait for it.
+void reportMissingTexts(const UserTexts& user) {
+    static std::atomic<bool> reported = false;
+    if (reported.exchange(true)) return;
+    if (user.userNameMissing) logUserNameMissing();
+    if (user.profileMissing) logProfilePathMissing();
+    if (user.shortPathMissing) logShortPathNameMissing(user.profileBack);
+}
+
+wchar_t elevationMarker() {
+    static const wchar_t marker = isElevated() ? L'*' : L' ';
+    return marker;
+}
+
+}  // namespace
+
+std::wstring scrubProfilePath(std::wstring text) {
+    const UserTexts& user = userTexts();
+    reportMissingTexts(user);
+    return scrub(user.texts, std::move(text));
+}
+
+void BootstrapperLogger::write(int32_t level, const char* function, int32_t line, const char* message) {
+    const wchar_t marker = elevationMarker();
+    if (level > maxLevel) return;
+    const LogLevelFacts facts = logLevelFacts(level);
+    const std::wstring text =
+        formatLogLine(marker, facts.word, toWide(function), line, scrubProfilePath(toWide(message)));
+    if (engine) engine->Log(facts.engineLevel, text.c_str());
+}
+
+void log_detail::formatAndWrite(Logger& logger, int32_t level, const char* function, int32_t line, const char* format,
+                                std::initializer_list<FormatArgument> arguments) {
+    char buffer[4096];
+    formatPrintf(buffer, format, {arguments.begin(), arguments.size()});
+    logger.write(level, function, line, buffer);
+}
+
+}  // namespace pdx

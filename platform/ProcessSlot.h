@@ -1,0 +1,44 @@
+// The one place where a process-wide service stands.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "platform/Lock.h"
+
+namespace pdx {
+
+/// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose: after a
+/// reload the library stays pinned, its statics are then destroyed at the end of the process, with all other threads
+/// gone wherever they were, and a lock or a service may be in any state. An ordinary unload calls clear() instead.
+template <typename Service>
+class ProcessSlot {
+  public:
+    constexpr ProcessSlot() noexcept = default;
+    ProcessSlot(const ProcessSlot&) = delete;
+    ProcessSlot& operator=(const ProcessSlot&) = delete;
+
+    /// The service, which stays alive as long as the caller holds it; null if there is none.
+    [[nodiscard]] std::shared_ptr<Service> get() const {
+        const std::lock_guard guard(lock);
+        return service ? *service : nullptr;
+    }
+
+    /// Puts a service in; the earlier one goes when its last user lets go of it.
+    void set(std::shared_ptr<Service> replacement) {
+        auto* owner = replacement ? new std::shared_ptr<Service>(std::move(replacement)) : nullptr;
+        {
+            const std::lock_guard guard(lock);
+            std::swap(service, owner);
+        }
+        delete owner;
+    }
+    void clear() { set(nullptr); }
+
+  private:
+    mutable Lock lock;
+    std::shared_ptr<Service>* service = nullptr;
+};
+
+}  // namespace pdx
