@@ -17,9 +17,8 @@ namespace palette {
 using Ramp = std::array<Color, 11>;
 
 /// A ramp from its RGB values.
-constexpr Ramp opaque(const Ramp& rgb) {
-    Ramp ramp{};
-    for (size_t i = 0; i < rgb.size(); ++i) ramp[i] = WithAlpha(rgb[i], 0xFF);
+constexpr Ramp opaque(Ramp ramp) {
+    for (Color& color : ramp) color = WithAlpha(color, 0xFF);
     return ramp;
 }
 
