@@ -1,8 +1,11 @@
 #include "ui/toolkit/Fonts.h"
 
 #include <cmath>
+#include <vector>
 
+#include "platform/Text.h"
 #include "ui/toolkit/Images.h"
+#include "ui/toolkit/NativeHandles.h"
 
 namespace pdx {
 
@@ -21,17 +24,51 @@ Gdiplus::GpFontCollection* privateFonts() {
     return collection;
 }
 
-/// The platform's own object, asked for once.
+using FontFamily = UniqueHandle<GdiPlusTraits<Gdiplus::GpFontFamily, flat::GdipDeleteFontFamily>>;
+
+std::wstring nameOf(const Gdiplus::GpFontFamily* family) {
+    wchar_t name[LF_FACESIZE] = L"";
+    flat::GdipGetFamilyName(family, name, LANG_NEUTRAL);
+    return name;
+}
+
+/// A family of the collection by its name. GDI+ of Wine looks for the name among the full names of faces and so misses
+/// a family whose upright face is called "... Regular"; such a family is found in the list.
+FontFamily findFamily(Gdiplus::GpFontCollection* collection, const std::wstring& name) {
+    FontFamily found;
+    if (flat::GdipCreateFontFamilyFromName(name.c_str(), collection, found.put()) == Gdiplus::Ok) return found;
+    INT count = 0;
+    flat::GdipGetFontCollectionFamilyCount(collection, &count);
+    std::vector<Gdiplus::GpFontFamily*> families(static_cast<size_t>(count));
+    flat::GdipGetFontCollectionFamilyList(collection, count, families.data(), &count);
+    for (Gdiplus::GpFontFamily* family : families)
+        if (!found && equalsIgnoreCase(nameOf(family), name)) flat::GdipCloneFontFamily(family, found.put());
+    return found;
+}
+
+/// The face in which the system draws sans-serif text when it is left the choice.
+std::wstring systemFace() {
+    const MemoryContext context(CreateCompatibleDC(nullptr));
+    const NativeFont any(CreateFontW(-16, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_TT_ONLY_PRECIS,
+                                     CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, VARIABLE_PITCH | FF_SWISS, L""));
+    const SelectedObject selected(context, any.get());
+    wchar_t face[LF_FACESIZE] = L"";
+    GetTextFaceW(context.get(), LF_FACESIZE, face);
+    return face;
+}
+
+/// The platform's generic family; on a system that lacks the faces which GDI+ takes for it (Wine without Microsoft's
+/// fonts), what the system itself draws with. Asked for once and never freed, as the private faces.
 const Gdiplus::GpFontFamily* sansSerif() {
     static const Gdiplus::GpFontFamily* const family = [] {
-        Gdiplus::GpFontFamily* found = nullptr;
-        flat::GdipGetGenericFontFamilySansSerif(&found);
-        return found;
+        Gdiplus::GpFontFamily* generic = nullptr;
+        if (flat::GdipGetGenericFontFamilySansSerif(&generic) == Gdiplus::Ok) return generic;
+        Gdiplus::GpFontCollection* installed = nullptr;
+        flat::GdipNewInstalledFontCollection(&installed);
+        return findFamily(installed, systemFace()).release();
     }();
     return family;
 }
-
-using FontFamily = UniqueHandle<GdiPlusTraits<Gdiplus::GpFontFamily, Gdiplus::DllExports::GdipDeleteFontFamily>>;
 
 int32_t styleOf(const LOGFONTW& logFont) {
     return (logFont.lfWeight > FW_NORMAL ? fontBold : 0) | (logFont.lfItalic ? fontItalic : 0) |
@@ -65,9 +102,7 @@ Gdiplus::Unit Font::GetUnit() const {
 std::wstring Font::GetFamilyName() const {
     FontFamily family;
     collect(flat::GdipGetFamily(native(), family.put()));
-    wchar_t name[LF_FACESIZE] = L"";
-    collect(flat::GdipGetFamilyName(family.get(), name, LANG_NEUTRAL));
-    return name;
+    return nameOf(family.get());
 }
 
 float Font::GetHeight(float dpi) const {
@@ -85,9 +120,7 @@ std::optional<LOGFONTW> Font::GetLogFont() const {
 
 std::unique_ptr<Font> CreateFontByName(const std::wstring& family, float emSizePixels, int32_t style) {
     const float size = std::fabs(emSizePixels);
-    FontFamily named;
-    flat::GdipCreateFontFamilyFromName(family.c_str(), privateFonts(), named.put());
-    if (named) {
+    if (const FontFamily named = findFamily(privateFonts(), family)) {
         auto font = std::make_unique<Font>(named.get(), size, style, Gdiplus::UnitPixel);
         if (font->native()) return font;
     }

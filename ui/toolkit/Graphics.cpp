@@ -47,9 +47,11 @@ Brush::Brush(Color color) {
 }
 
 Brush::Brush(const Box& box, Color left, Color right) {
-    const Gdiplus::Rect rect(box.x, box.y, box.width, box.height);
+    // The variant for whole numbers gives half the slope under Wine.
+    const Gdiplus::RectF rect(static_cast<float>(box.x), static_cast<float>(box.y), static_cast<float>(box.width),
+                              static_cast<float>(box.height));
     Gdiplus::GpLineGradient* made = nullptr;
-    collect(flat::GdipCreateLineBrushFromRectWithAngleI(&rect, left, right, 0.0f, FALSE, Gdiplus::WrapModeTile, &made));
+    collect(flat::GdipCreateLineBrushFromRectWithAngle(&rect, left, right, 0.0f, FALSE, Gdiplus::WrapModeTile, &made));
     *put() = made;
 }
 

@@ -1,6 +1,7 @@
 #include "ui/toolkit/Painting.h"
 
 #include "ui/toolkit/rules/RoundedPath.h"
+#include "ui/toolkit/rules/TextBounds.h"
 
 namespace pdx {
 namespace {
@@ -54,7 +55,7 @@ RectF DrawTextInRect(Graphics& graphics, std::wstring_view text, const Font* fon
     format.SetLineAlignment(Gdiplus::StringAlignmentCenter);
     const RectF measured = graphics.MeasureString(text, font, layout, &format);
     graphics.DrawString(text, font, layout, &format, brush);
-    return measured;
+    return alignedBounds(measured, layout, horizontalAlign, Gdiplus::StringAlignmentCenter);
 }
 
 }  // namespace pdx

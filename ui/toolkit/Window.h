@@ -9,6 +9,7 @@
 
 #include "ui/toolkit/Fonts.h"
 #include "ui/toolkit/Graphics.h"
+#include "ui/toolkit/NativeHandles.h"
 #include "ui/toolkit/rules/Geometry.h"
 
 namespace pdx {
@@ -24,7 +25,7 @@ constexpr MessageResult handled(LRESULT result = 0) { return {.handled = true, .
 
 /// What Create makes a window from; positions and sizes of CW_USEDEFAULT leave the choice to the platform.
 struct CreateParams {
-    std::string windowName;
+    std::string windowName{};
     DWORD style = 0;
     DWORD exStyle = 0;
     int32_t x = CW_USEDEFAULT;
@@ -36,13 +37,6 @@ struct CreateParams {
     HINSTANCE instance = nullptr;
     void* param = nullptr;
 };
-
-struct NativeFontTraits {
-    using Value = HFONT;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { DeleteObject(value); }
-};
-using NativeFont = UniqueHandle<NativeFontTraits>;
 
 /// The object outlives its handle and does not destroy it.
 class Window {
