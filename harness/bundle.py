@@ -12,8 +12,7 @@ import uuid
 import xml.etree.ElementTree as xml
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parent.parent
-ENGINE = ROOT / "harness/burn/node_modules/wixtoolset-compiler/bin/x86/burn.exe"
+from harness.places import ENGINE
 
 PACKAGE_ID = "PalisadeApp.msi"
 BUNDLE_ID = "{0B5A7C53-1E0D-4C7A-8F63-2D9C41E7B6A0}"
