@@ -13,7 +13,6 @@ from harness.places import BUILD
 PREPARED = BUILD / "wine/prepared"
 # Windows' own files are most of a prefix (1.3 GB) and nothing writes to them in place: copies share them by link.
 SHARED = ("system32", "syswow64", "winsxs")
-NOTHING = "(none)"
 
 
 class Prefix:
@@ -44,14 +43,22 @@ class Prefix:
 
     def run(self, program: str | Path, *arguments: str, bound: float = 60) -> str:
         """Runs a program to its end and gives what it printed."""
-        with self.start(program, *arguments, stdout=subprocess.PIPE) as process:
-            return process.communicate(timeout=bound)[0].decode(errors="replace").replace("\r", "")
+        # A file and no pipe: a pipe's end would stay open in whatever the program leaves running.
+        with tempfile.TemporaryFile() as output:
+            process = self.start(program, *arguments, stdout=output)
+            try:
+                process.wait(timeout=bound)
+            finally:
+                process.kill()
+            output.seek(0)
+            return output.read().decode(errors="replace").replace("\r", "")
 
-    def registry(self, key: str, name: str = "", view: int = 64) -> str:
-        """A registry value as text, a DWORD as "0x1"; NOTHING if it is not there. An empty name is the default value."""
+    def registry(self, key: str, name: str, view: int = 64) -> str | None:
+        """A value as text, a DWORD as "0x1"; None if it is not there. An empty name is the default value."""
+        # One by one: Wine's reg never ends over a key that holds a list of texts without an entry.
         which = ["/v", name] if name else ["/ve"]
-        match = re.search(r"^    .*?    REG_\w+(?:    (.*))?$", self.run("reg", "query", key, *which, f"/reg:{view}"), re.M)
-        return NOTHING if match is None else match[1] or ""
+        found = re.search(r"^    .*?    REG_\w+(?:    (.*))?$", self.run("reg", "query", key, *which, f"/reg:{view}"), re.M)
+        return None if found is None else found[1] or ""
 
     def has_key(self, key: str, view: int = 64) -> bool:
         return self.start("reg", "query", key, f"/reg:{view}").wait(timeout=60) == 0
@@ -62,7 +69,7 @@ class Prefix:
     def restart(self) -> None:
         """Shuts the prefix down in order; the next process starts its server anew, which then reads the machine's
         certificates again."""
-        for step in ("-k", "-w"):
+        for step in ("-k", "-w", "-p"):
             subprocess.run(["wineserver", step], env=self.environment, timeout=60)
 
     def end(self) -> None:
@@ -99,6 +106,8 @@ def copy_of_prepared(name: str, display: str):
                         ignore=lambda at, names: ignored.get(at, set()))
         shared = [PREPARED / windows / name for name in SHARED]
         subprocess.run(["cp", "-al", *shared, prefix.folder / windows], check=True)
+        # Stays between two programs, so that the second does not start Windows anew.
+        subprocess.run(["wineserver", "-p"], env=prefix.environment, check=True)
         yield prefix
     finally:
         prefix.end()

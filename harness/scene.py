@@ -72,6 +72,37 @@ class Scene:
     def exists(self, windows_path: str) -> bool:
         return self.path(windows_path).exists()
 
+    def temporary_files(self) -> list[Path]:
+        return list(self.path(TEMP).iterdir())
+
+    def client_state(self, install_folder: str = facts.INSTALL_FOLDER) -> tuple[set[str], list[str]]:
+        """The client's files that are there, and its registry values that are not as an install leaves them."""
+        files = {name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name, install_folder))}
+        wrong = []
+        for (key, view), wanted in facts.client_values(install_folder).items():
+            for name, text in wanted.items():
+                if (found := self.prefix.registry(key, name, view)) != text:
+                    wrong.append(f"{key} [{name}] in view {view}: {found!r}, wanted {text!r}")
+        return files, wrong
+
+    def check_installed(self, install_folder: str = facts.INSTALL_FOLDER) -> None:
+        files, wrong = self.client_state(install_folder)
+        self.check_equal("the client's files are there", files, set(facts.CLIENT_FILES))
+        self.check("the client's registry values are there", not wrong, "\n".join(wrong[:3]))
+
+    def check_gone(self) -> None:
+        """Nothing of the client and of the bundle is left, as far as they are to go."""
+        left = [name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name))]
+        self.check_equal("the client's files are gone", left, [])
+        values = [f"{key} [{name}]" for (key, view), wanted in facts.client_values().items()
+                  for name in wanted if self.prefix.registry(key, name, view) is not None]
+        self.check_equal("the client's registry values are gone", values, [])
+        self.check("the bundle is registered no more", not self.prefix.has_key(facts.UNINSTALL_ENTRY, 32))
+        self.check_equal("the engine's cache is empty", self.cached_packages(), [])
+
+    def cached_packages(self) -> list[str]:
+        return [file.name for file in self.path("C:\\ProgramData\\Package Cache").rglob("*") if file.is_file()]
+
     def windows_version(self, word: str) -> None:
         """The system that the machine passes for, by Wine's word for it: "win10", "win7", "vista"."""
         self.prefix.set_registry("HKCU\\Software\\Wine", "Version", word)
@@ -128,7 +159,8 @@ class Scene:
         self.checks.append({"name": name, "ok": bool(ok), "detail": str(detail)})
 
     def check_equal(self, name: str, found: object, wanted: object) -> None:
-        self.check(name, found == wanted, found if found == wanted else f"found {found!r}, wanted {wanted!r}")
+        told = found if isinstance(found, str) else ""
+        self.check(name, found == wanted, told if found == wanted else f"found {found!r}, wanted {wanted!r}")
 
     def check_exit_code(self, run: EngineRun, wanted: int, whose: str = "the engine") -> None:
         found = run.exit_code
