@@ -1,9 +1,12 @@
 // The object's life, and what every callback uses: variables, messages to the dialog, context and status.
+#include <windows.h>
+
 #include <shellapi.h>
 
 #include <mutex>
 
-#include "config/Configuration.h"
+#include "config/ConfigMap.h"
+#include "config/rules/ConfigLayers.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
@@ -54,7 +57,7 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
       m_action(command->action),
       m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
     g_logger.set(std::make_shared<BootstrapperLogger>(engine));
-    g_configurable = isTestCertificateTrusted();
+    determineConfigurable();
     takeEnvironment();
     takeCommandLine();
     loadConfiguration(isThinInstaller());
@@ -86,27 +89,32 @@ void BootstrapperApplication::takeCommandLine() {
 void BootstrapperApplication::setProductVariables() {
     m_engine->SetVariableString(L"PRODUCT_DISPLAY_NAME", L"Palisade app");
     m_engine->SetVariableString(L"PDX_SHORTCUT_NAME", L"Palisade");
-    const bool migration = configBool("app.meridian.enableMigration", false);
-    m_engine->SetVariableNumeric(L"PDX_ALLOW_WINDOWS_7", configBool("qa.installer.allowWindows7", true));
+    const bool migration = getConfigBool("app.meridian.enableMigration", false);
+    m_engine->SetVariableNumeric(L"PDX_ALLOW_WINDOWS_7", getConfigBool("qa.installer.allowWindows7", true));
     m_engine->SetVariableNumeric(L"PDX_MERIDIAN_ENABLE", migration);
-    if (migration && !configBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled())
+    if (migration && !getConfigBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled())
         m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 1);
 }
 
 std::wstring BootstrapperApplication::GetEngineVariable(const std::wstring& name, bool format) const {
-    std::wstring value = askText([&](LPWSTR buffer, DWORD* size) {
-        return m_engine->GetVariableString(name.c_str(), buffer, size);
-    });
+    std::wstring value =
+        askText([&](LPWSTR buffer, DWORD* size) { return m_engine->GetVariableString(name.c_str(), buffer, size); });
     if (format) {
-        value = askText([&](LPWSTR buffer, DWORD* size) {
-            return m_engine->FormatString(value.c_str(), buffer, size);
-        });
+        value =
+            askText([&](LPWSTR buffer, DWORD* size) { return m_engine->FormatString(value.c_str(), buffer, size); });
     }
     PDX_LOG(logInfo, "BootstrapperApplication::GetEngineVariable", "variable=[%ls]; result=[%ls]", name, value);
     return value;
 }
 
-std::string BootstrapperApplication::GetCurrentVersion() const { return versionInForce(installerVersion); }
+std::string BootstrapperApplication::GetCurrentVersion() const {
+    const ReportedVersion reported = reportedVersion(installerVersion, getConfigString("qa.currentVersion"),
+                                                     getConfigString("qa.versionToOverride"));
+    if (reported.overridden)
+        PDX_LOG(logInfo, "BootstrapperApplication::GetCurrentVersion", "Overriding installer version from %s to %s",
+                installerVersion, reported.version);
+    return reported.version;
+}
 
 bool BootstrapperApplication::isThinInstaller() const { return GetEngineVariable(L"IsThickInstaller", false) == L"no"; }
 bool BootstrapperApplication::isRepair() const { return GetEngineVariable(L"PDX_REPAIR", false) != L"0"; }
@@ -147,8 +155,9 @@ void BootstrapperApplication::UpdateInstallStatus(HRESULT hr) {
         before = m_status.status;
         if (!m_status.update(hr, m_lastOperation, m_context)) return;
     }
-    PDX_LOG(logInfo, "BootstrapperApplication::UpdateInstallStatus", "Updating install status from %s (%08x) to %s (%08x)",
-            describeError(before), static_cast<uint32_t>(before), describeError(hr), static_cast<uint32_t>(hr));
+    PDX_LOG(logInfo, "BootstrapperApplication::UpdateInstallStatus",
+            "Updating install status from %s (%08x) to %s (%08x)", describeError(before), static_cast<uint32_t>(before),
+            describeError(hr), static_cast<uint32_t>(hr));
 }
 
 void BootstrapperApplication::replaceContext(Operation operation, Json attributes) {

@@ -1,4 +1,6 @@
 // The callbacks around applying: begin and end, rights, registration, progress, errors.
+#include <mutex>
+
 #include "core/BootstrapperApplication.h"
 #include "core/ContextText.h"
 #include "core/rules/Names.h"
@@ -81,8 +83,7 @@ void BootstrapperApplication::OnUnregisterComplete(HRESULT hrStatus) {
 int BootstrapperApplication::OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) {
     PDX_LOG(logTrace, "BootstrapperApplication::OnApplyComplete", "hrStatus=%s, restart=%s", describeError(hrStatus),
             nameOf(restart));
-    mergeContext(operationApplyComplete,
-                 {{"stat", contextStatus(hrStatus)}, {"rstr", static_cast<int32_t>(restart)}});
+    mergeContext(operationApplyComplete, {{"stat", contextStatus(hrStatus)}, {"rstr", static_cast<int32_t>(restart)}});
     UpdateInstallStatus(hrStatus);
     // m_fApplying stays set, unlike in the base: an ordinary end of the session is refused for the rest of the run.
     return sendAppMessage(WM_BA_APPLY_COMPLETE, static_cast<WPARAM>(hrStatus), restart);

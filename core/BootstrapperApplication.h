@@ -175,6 +175,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void setProductVariables();
 
     // OnStartup's steps.
+    static unsigned __stdcall runUi(void* application);
     void startUiThread();
     void stopUiThread();
     HRESULT failStartup(ProgramError code);

@@ -1,4 +1,6 @@
 // The callbacks of caching, which come on a thread of the engine's own, and the automatic retries of a failed download.
+#include <windows.h>
+
 #include <shlwapi.h>
 
 #include "core/BootstrapperApplication.h"
@@ -31,9 +33,8 @@ int BootstrapperApplication::OnCachePackageBegin(LPCWSTR wzPackageId, DWORD cCac
     PDX_LOG(logTrace, "BootstrapperApplication::OnCachePackageBegin",
             "wzPackageId=%ls, cCachePayloads=%u, dw64PackageCacheSize=%llu", textOrEmpty(wzPackageId), cCachePayloads,
             dw64PackageCacheSize);
-    replaceContext(operationCachePackageBegin, {{"pkid", contextText(wzPackageId)},
-                                                {"cpld", cCachePayloads},
-                                                {"pcsz", dw64PackageCacheSize}});
+    replaceContext(operationCachePackageBegin,
+                   {{"pkid", contextText(wzPackageId)}, {"cpld", cCachePayloads}, {"pcsz", dw64PackageCacheSize}});
     m_downloadRetries = 0;
     return Base::OnCachePackageBegin(wzPackageId, cCachePayloads, dw64PackageCacheSize);
 }
@@ -122,9 +123,8 @@ int BootstrapperApplication::OnCachePackageComplete(LPCWSTR wzPackageId, HRESULT
     PDX_LOG(logTrace, "BootstrapperApplication::OnCachePackageComplete",
             "wzPackageId=%ls, hrStatus=%s, nRecommendation=%d", textOrEmpty(wzPackageId), describeError(hrStatus),
             nRecommendation);
-    mergeContext(operationCachePackageComplete, {{"pkid", contextText(wzPackageId)},
-                                                 {"stat", contextStatus(hrStatus)},
-                                                 {"reco", nRecommendation}});
+    mergeContext(operationCachePackageComplete,
+                 {{"pkid", contextText(wzPackageId)}, {"stat", contextStatus(hrStatus)}, {"reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
     return Base::OnCachePackageComplete(wzPackageId, hrStatus, nRecommendation);
 }

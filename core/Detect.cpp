@@ -24,13 +24,12 @@ int BootstrapperApplication::OnDetectForwardCompatibleBundle(LPCWSTR wzBundleId,
             "wzBundleId=%ls, relationType=%s, wzBundleTag=%ls, fPerMachine=%s, dw64Version=%s, nRecommendation=%d",
             textOrEmpty(wzBundleId), nameOf(relationType), textOrEmpty(wzBundleTag), nameOfBool(fPerMachine),
             versionText(dw64Version), nRecommendation);
-    mergeContext(operationDetectForwardCompatibleBundle,
-                 {{"bund", contextText(wzBundleId)},
-                  {"relt", static_cast<int32_t>(relationType)},
-                  {"btag", contextText(wzBundleTag)},
-                  {"perm", fPerMachine != FALSE},
-                  {"vers", versionText(dw64Version)},
-                  {"reco", nRecommendation}});
+    mergeContext(operationDetectForwardCompatibleBundle, {{"bund", contextText(wzBundleId)},
+                                                          {"relt", static_cast<int32_t>(relationType)},
+                                                          {"btag", contextText(wzBundleTag)},
+                                                          {"perm", fPerMachine != FALSE},
+                                                          {"vers", versionText(dw64Version)},
+                                                          {"reco", nRecommendation}});
     return Base::OnDetectForwardCompatibleBundle(wzBundleId, relationType, wzBundleTag, fPerMachine, dw64Version,
                                                  nRecommendation);
 }
@@ -103,8 +102,9 @@ int BootstrapperApplication::OnDetectCompatiblePackage(LPCWSTR wzPackageId, LPCW
 int BootstrapperApplication::OnDetectRelatedMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode, BOOL fPerMachine,
                                                        DWORD64 dw64Version, BOOTSTRAPPER_RELATED_OPERATION operation) {
     PDX_LOG(logTrace, "BootstrapperApplication::OnDetectRelatedMsiPackage",
-            "wzPackageId=%ls, wzProductCode=%ls, fPerMachine=%s, dw64Version=%s, operation=%s", textOrEmpty(wzPackageId),
-            textOrEmpty(wzProductCode), nameOfBool(fPerMachine), versionText(dw64Version), nameOf(operation));
+            "wzPackageId=%ls, wzProductCode=%ls, fPerMachine=%s, dw64Version=%s, operation=%s",
+            textOrEmpty(wzPackageId), textOrEmpty(wzProductCode), nameOfBool(fPerMachine), versionText(dw64Version),
+            nameOf(operation));
     mergeContext(operationDetectRelatedMsiPackage, {{"pkid", contextText(wzPackageId)},
                                                     {"pcod", contextText(wzProductCode)},
                                                     {"perm", fPerMachine != FALSE},

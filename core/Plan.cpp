@@ -30,8 +30,7 @@ int BootstrapperApplication::OnPlanBegin(DWORD cPackages) {
 int BootstrapperApplication::OnPlanRelatedBundle(LPCWSTR wzBundleId, BOOTSTRAPPER_REQUEST_STATE* pRequestedState) {
     PDX_LOG(logTrace, "BootstrapperApplication::OnPlanRelatedBundle", "wzBundleId=%ls, pRequestedState=%s",
             textOrEmpty(wzBundleId), nameOfPointed(pRequestedState));
-    mergeContext(operationPlanRelatedBundle,
-                 {{"bund", contextText(wzBundleId)}, {"rqst", numberOf(pRequestedState)}});
+    mergeContext(operationPlanRelatedBundle, {{"bund", contextText(wzBundleId)}, {"rqst", numberOf(pRequestedState)}});
     return Base::OnPlanRelatedBundle(wzBundleId, pRequestedState);
 }
 
@@ -67,9 +66,9 @@ int BootstrapperApplication::OnPlanMsiFeature(LPCWSTR wzPackageId, LPCWSTR wzFea
     PDX_LOG(logTrace, "BootstrapperApplication::OnPlanMsiFeature",
             "wzPackageId=%ls, wzFeatureId=%ls, pRequestedState=%s", textOrEmpty(wzPackageId), textOrEmpty(wzFeatureId),
             nameOfPointed(pRequestedState));
-    mergeContext(operationPlanMsiFeature, {{"pkid", contextText(wzPackageId)},
-                                           {"ftid", contextText(wzFeatureId)},
-                                           {"rqst", numberOf(pRequestedState)}});
+    mergeContext(
+        operationPlanMsiFeature,
+        {{"pkid", contextText(wzPackageId)}, {"ftid", contextText(wzFeatureId)}, {"rqst", numberOf(pRequestedState)}});
     return Base::OnPlanMsiFeature(wzPackageId, wzFeatureId, pRequestedState);
 }
 

@@ -1,7 +1,7 @@
 // The end of a run: how it is told, what is left behind, and whether the engine loads the library anew.
 #include <mutex>
 
-#include "config/Configuration.h"
+#include "config/ConfigMap.h"
 #include "core/BootstrapperApplication.h"
 #include "core/ContextText.h"
 #include "core/rules/ErrorGroups.h"
@@ -32,8 +32,8 @@ void removeRunValueOf(const std::wstring& installFolder) {
 }
 
 void writeRunValue() {
-    const std::wstring launcher = toText(
-        RegistryKey::localMachine(view64).getSubKeyValue(productKey, L"LauncherAppPath", {}));
+    const std::wstring launcher =
+        toText(RegistryKey::localMachine(view64).getSubKeyValue(productKey, L"LauncherAppPath", {}));
     RegistryKey::currentUser(view64).setSubKeyValue(runKey, runValueName, runCommand(launcher));
 }
 
@@ -83,7 +83,7 @@ void BootstrapperApplication::tellFailure() {
 void BootstrapperApplication::tellSuccess() {
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL)
         removeRunValueOf(GetEngineVariable(L"InstallFolder", true));
-    else if (configBool("indev.startOnBoot", false))
+    else if (getConfigBool("indev.startOnBoot", false))
         writeRunValue();
 }
 

@@ -1,5 +1,5 @@
 // What a start decides before anything is detected, and the UI thread's life.
-#include "config/Configuration.h"
+#include "config/ConfigMap.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
@@ -19,28 +19,18 @@ std::wstring machineText(RegistryView view, const wchar_t* key, const wchar_t* n
     return toText(RegistryKey::localMachine(view).getSubKeyValue(key, name, {}));
 }
 
-/// The thread runs the routine that the library's top has given, and nothing of it throws.
-unsigned __stdcall runUi(void* argument) {
-    const auto& [routine, application] =
-        *static_cast<std::pair<BootstrapperApplication::UiRoutine, BootstrapperApplication*>*>(argument);
-    const auto run = routine;
-    auto* object = application;
-    delete static_cast<std::pair<BootstrapperApplication::UiRoutine, BootstrapperApplication*>*>(argument);
-    run(*object);
-    return 0;
-}
-
 }  // namespace
 
 HRESULT BootstrapperApplication::OnStartup() {
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "[STARTUP] app[%ls], configurable[%s], processId[%u]",
-            GetEngineVariable(L"BundleExecutableName", false), g_configurable ? "true" : "false", GetCurrentProcessId());
+            GetEngineVariable(L"BundleExecutableName", false), g_configurable ? "true" : "false",
+            GetCurrentProcessId());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Version: %s", GetCurrentVersion());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Command line: [%ls]", GetCommandLineW());
     replaceContext(operationStartup);
 
     // A deliberate fault: it exercises the crash path on test machines.
-    if (configBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
+    if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
 
     const std::wstring installLocation = machineText(view64, productKey, L"InstallLocation");
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL && !installLocation.empty())
@@ -52,12 +42,13 @@ HRESULT BootstrapperApplication::OnStartup() {
 
     const OsInfo system = systemVersion();
     if (!isSystemAccepted({isSystem64Bit(), system.major, system.minor},
-                          configBool("qa.installer.allowWindows7", true)))
+                          getConfigBool("qa.installer.allowWindows7", true)))
         return failStartup(errorSystemTooOld);
     if (!takeInstallerMutex()) return failStartup(errorSecondInstance);
 
     if (isRepair() || isMeridianMode()) {
-        PDX_LOG(logWarning, "BootstrapperApplication::OnStartup", "This build does not support repair or migration runs");
+        PDX_LOG(logWarning, "BootstrapperApplication::OnStartup",
+                "This build does not support repair or migration runs");
         quit(0);
         return S_OK;
     }
@@ -73,9 +64,7 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed) const {
     facts.ignoreAlreadyInstalled = GetEngineVariable(L"IGNORE_ALREADY_INSTALLED", false) == L"1";
     facts.olderClientRecorded = !machineText(view32, olderClientKey, L"ClientPath").empty();
     facts.gatelinkRegistered =
-        !toText(
-             RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, L"", {}))
-             .empty();
+        !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
     return facts;
 }
 
@@ -119,13 +108,14 @@ void BootstrapperApplication::releaseInstallerMutex() {
     m_installerMutex.reset();
 }
 
+unsigned __stdcall BootstrapperApplication::runUi(void* argument) {
+    auto& application = *static_cast<BootstrapperApplication*>(argument);
+    application.m_uiRoutine(application);
+    return 0;
+}
+
 void BootstrapperApplication::startUiThread() {
-    if (m_uiThread.id() != 0) return;
-    auto* argument = new std::pair(m_uiRoutine, this);
-    if (m_uiThread.start(runUi, argument))
-        WaitForSingleObject(m_dialogReady.get(), INFINITE);
-    else
-        delete argument;
+    if (m_uiThread.id() == 0 && m_uiThread.start(runUi, this)) WaitForSingleObject(m_dialogReady.get(), INFINITE);
 }
 
 void BootstrapperApplication::stopUiThread() {

@@ -2,11 +2,12 @@
 #include <windows.h>
 
 #include <fmt/format.h>
+#include <fmt/xchar.h>
 
 #include <exception>
 #include <mutex>
 
-#include "config/Configuration.h"
+#include "config/ConfigMap.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
@@ -56,16 +57,16 @@ IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOO
 /// Makes the application object for a run. The engine owns it through its reference; it dies with the last Release.
 /// Fails with the last system error, or E_FAIL, when it cannot be made.
 extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* engine,
-                                                         const BOOTSTRAPPER_COMMAND* command,
-                                                         IBootstrapperApplication** application) {
+                                                        const BOOTSTRAPPER_COMMAND* command,
+                                                        IBootstrapperApplication** application) {
     if (!engine || !command || !application) return E_INVALIDARG;
     pdx::setSupportEngine(engine);
     *application = pdx::makeApplication(engine, command);
     if (*application) return S_OK;
     const HRESULT hr = pdx::lastErrorAsFailure();
-    engine->Log(BOOTSTRAPPER_LOG_LEVEL_ERROR,
-                fmt::format(L"Error 0x{:08x}: Failed to create bootstrapper application", static_cast<uint32_t>(hr))
-                    .c_str());
+    engine->Log(
+        BOOTSTRAPPER_LOG_LEVEL_ERROR,
+        fmt::format(L"Error 0x{:08x}: Failed to create bootstrapper application", static_cast<uint32_t>(hr)).c_str());
     return hr;
 }
 
