@@ -6,6 +6,7 @@ import re
 import shutil
 import subprocess
 import tempfile
+import time
 from pathlib import Path
 
 from harness.places import BUILD
@@ -13,6 +14,7 @@ from harness.places import BUILD
 PREPARED = BUILD / "wine/prepared"
 # Windows' own files are most of a prefix (1.3 GB) and nothing writes to them in place: copies share them by link.
 SHARED = ("system32", "syswow64", "winsxs")
+LEFTOVER_AGE = 3600  # seconds after which a copy belongs to no run any more
 
 
 class Prefix:
@@ -53,15 +55,27 @@ class Prefix:
             output.seek(0)
             return output.read().decode(errors="replace").replace("\r", "")
 
+    def registry_values(self, key: str, view: int = 64) -> dict[str, str]:
+        """The values of a key that are texts or DWORDs, the latter as "0x00000001"; the default value's name is empty.
+        A key that is not there has none."""
+        text = self._exported(key, view)
+        own = re.split(r"^\[.*\]$", text, maxsplit=2, flags=re.M)[1:2]  # what follows are the subkeys
+        rows = re.findall(r'^(?:@|"((?:[^"\\]|\\.)*)")=(?:"((?:[^"\\]|\\.)*)"|dword:(\w+))$', "".join(own), re.M)
+        unescaped = [[re.sub(r"\\(.)", r"\1", part) for part in row] for row in rows]
+        return {name: "0x" + number if number else value for name, value, number in unescaped}
+
     def registry(self, key: str, name: str, view: int = 64) -> str | None:
-        """A value as text, a DWORD as "0x1"; None if it is not there. An empty name is the default value."""
-        # One by one: Wine's reg never ends over a key that holds a list of texts without an entry.
-        which = ["/v", name] if name else ["/ve"]
-        found = re.search(r"^    .*?    REG_\w+(?:    (.*))?$", self.run("reg", "query", key, *which, f"/reg:{view}"), re.M)
-        return None if found is None else found[1] or ""
+        return self.registry_values(key, view).get(name)
 
     def has_key(self, key: str, view: int = 64) -> bool:
-        return self.start("reg", "query", key, f"/reg:{view}").wait(timeout=60) == 0
+        return bool(self._exported(key, view))
+
+    def _exported(self, key: str, view: int) -> str:
+        """A key with its subkeys as registry script; empty if it is not there."""
+        # Not by a query: that prints in a code page, and never ends over a list of texts without an entry.
+        with tempfile.NamedTemporaryFile(dir=self.drive, suffix=".reg") as target:
+            self.run("reg", "export", key, "C:\\" + Path(target.name).name, "/y", f"/reg:{view}")
+            return Path(target.name).read_bytes().decode("utf-16").replace("\r\n", "\n")
 
     def set_registry(self, key: str, name: str, value: str, view: int = 64) -> None:
         self.run("reg", "add", key, "/v", name, "/d", value, "/f", f"/reg:{view}")
@@ -77,14 +91,17 @@ class Prefix:
         subprocess.run(["wineserver", "-k9"], env=self.environment, timeout=20, stderr=subprocess.DEVNULL)
 
 
-def prepare(display: str, tell=print) -> None:
-    """Makes the prepared prefix if it is not there: an ordinary Windows 10."""
+def prepare(display: str) -> None:
+    """Makes the prepared prefix if it is not there: an ordinary Windows 10. Clears away what ended runs left."""
     PREPARED.parent.mkdir(parents=True, exist_ok=True)
+    for left in PREPARED.parent.glob("*-*"):
+        if time.time() - left.stat().st_mtime > LEFTOVER_AGE:
+            shutil.rmtree(left, ignore_errors=True)
     with open(PREPARED.with_suffix(".lock"), "w") as lock:
         fcntl.flock(lock, fcntl.LOCK_EX)
         if PREPARED.exists():
             return
-        tell("preparing a Wine prefix (once)")
+        print("preparing a Wine prefix (once)", flush=True)
         unfinished = PREPARED.with_suffix(".new")
         shutil.rmtree(unfinished, ignore_errors=True)
         prefix = Prefix(unfinished, display)

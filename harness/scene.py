@@ -80,9 +80,9 @@ class Scene:
         files = {name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name, install_folder))}
         wrong = []
         for (key, view), wanted in facts.client_values(install_folder).items():
-            for name, text in wanted.items():
-                if (found := self.prefix.registry(key, name, view)) != text:
-                    wrong.append(f"{key} [{name}] in view {view}: {found!r}, wanted {text!r}")
+            found = self.prefix.registry_values(key, view)
+            wrong += [f"{key} [{name}] in view {view}: {found.get(name)!r}, wanted {text!r}"
+                      for name, text in wanted.items() if found.get(name) != text]
         return files, wrong
 
     def check_installed(self, install_folder: str = facts.INSTALL_FOLDER) -> None:
@@ -95,7 +95,7 @@ class Scene:
         left = [name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name))]
         self.check_equal("the client's files are gone", left, [])
         values = [f"{key} [{name}]" for (key, view), wanted in facts.client_values().items()
-                  for name in wanted if self.prefix.registry(key, name, view) is not None]
+                  for name in wanted.keys() & self.prefix.registry_values(key, view).keys()]
         self.check_equal("the client's registry values are gone", values, [])
         self.check("the bundle is registered no more", not self.prefix.has_key(facts.UNINSTALL_ENTRY, 32))
         self.check_equal("the engine's cache is empty", self.cached_packages(), [])
@@ -168,7 +168,7 @@ class Scene:
                    "no exit code in the log" if found is None else f"0x{found:x}")
 
     def keep_evidence(self) -> None:
-        """After a failure: a picture of the display, and all logs of the temporary folder."""
+        """After a failure: a picture of the display, and the logs of the temporary folder that are not kept already."""
         take_picture(self.prefix.environment["DISPLAY"], self.out / "screens/01-at-the-end.png")
-        for file in self.path(TEMP).glob("*.log"):
+        for file in set(self.path(TEMP).glob("*.log")) - self.engine_logs():
             shutil.copyfile(file, self.out / file.name)

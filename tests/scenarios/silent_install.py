@@ -3,13 +3,13 @@ import re
 
 PACKAGE = "wzPackageId=PalisadeApp.msi"
 PAYLOAD = "wzPackageOrContainerId=PalisadeApp.msi, wzPayloadId=PalisadeApp.msi"
-DONE = r"hrStatus=Success\.?"
+DONE = r"hrStatus=Success\."
 
 # The engine's callbacks on its main thread and on its cache thread, in its order, with what the library logs of each.
 MAIN_THREAD = [
     ("OnDetectBegin", "fInstalled=false, cPackages=1"),
     ("OnDetectUpdateBegin", "wzUpdateLocation=https://updates.invalid/palisade.xml, nRecommendation=0"),
-    ("OnDetectUpdateComplete", DONE + ", wzUpdateLocation=https://updates.invalid/palisade.xml"),
+    ("OnDetectUpdateComplete", DONE + ", wzUpdateLocation="),
     ("OnDetectPackageBegin", PACKAGE),
     ("OnDetectPackageComplete", f"{PACKAGE}, {DONE}, state=BOOTSTRAPPER_PACKAGE_STATE_ABSENT"),
     ("OnDetectComplete", DONE),
