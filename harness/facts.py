@@ -10,6 +10,7 @@ CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDes
 
 # The script of the client's custom actions, their record and the launcher's notes lie here.
 EXCHANGE = "C:\\PalisadeTest"
+LAUNCHES = EXCHANGE + "\\launches.txt"
 
 
 def client_file(name: str, install_folder: str = INSTALL_FOLDER) -> str:

@@ -3,6 +3,7 @@ import shutil
 import ssl
 import subprocess
 import time
+from collections.abc import Callable
 from pathlib import Path
 
 from harness import bundle, facts
@@ -72,6 +73,10 @@ class Scene:
     def exists(self, windows_path: str) -> bool:
         return self.path(windows_path).exists()
 
+    def read(self, windows_path: str) -> str:
+        """A file's text; empty if it is not there."""
+        return self.path(windows_path).read_text("utf-8") if self.exists(windows_path) else ""
+
     def temporary_files(self) -> list[Path]:
         return list(self.path(TEMP).iterdir())
 
@@ -125,8 +130,7 @@ class Scene:
 
     def answer(self, step: str) -> str | None:
         """What a step of the script was answered; None if it never ran."""
-        record = self.path(facts.EXCHANGE + "\\record.txt")
-        for line in record.read_text("utf-8").splitlines() if record.exists() else ():
+        for line in self.read(facts.EXCHANGE + "\\record.txt").splitlines():
             done, _, answer = line.rpartition(" -> ")
             if done == step:
                 return answer
@@ -146,11 +150,11 @@ class Scene:
     def run(self, *arguments: str, bound: float = 90, **options) -> EngineRun:
         return self.start(*arguments, **options).finish(bound)
 
-    def wait_for_file(self, windows_path: str, bound: float = 60) -> None:
+    def wait_for(self, condition: Callable[[], object], what: str, bound: float = 60) -> None:
         deadline = time.monotonic() + bound
-        while not self.exists(windows_path):
+        while not condition():
             if time.monotonic() > deadline:
-                raise Hang(f"{windows_path} did not appear within {bound:.0f} s")
+                raise Hang(f"{what} did not come within {bound:.0f} s")
             time.sleep(0.05)
 
     # Checks

@@ -55,7 +55,8 @@ def play(scene):
     override.write_text("[app\nmeridian.enableMigration = false\n")
     run, _ = run_traced(scene, "syntax-error")
     scene.check_exit_code(run, 0, "with a syntax error the engine")
-    errors = [line.text for line in run.log.library_lines() if line.function == "LoadConfigStream" and line.level == "ERROR"]
+    errors = [line.text for line in run.log.library_lines()
+              if line.function == "LoadConfigStream" and line.level == "ERROR"]
     scene.check("the syntax error is logged in both readings", len(errors) == 2, " | ".join(errors))
     scene.check("the run is configurable all the same", told_configurable(run))
     scene.check_equal("and the settings are those it carries", settings(run), ("1", "1"))

@@ -11,5 +11,5 @@ def play(scene):
     for name, wanted in {"A": "B=C", "EMPTY": "", "QUOTED": "two words  and more", "InstallFolder": FOLDER}.items():
         scene.check_equal(f"{name} is set", variables.get(name), wanted)
     refused = {"X", "/X", "-X", "Y", "/Y", "Z", "-Z", "plain"} & variables.keys()
-    scene.check("what begins with \"/\" or \"-\" or has no \"=\" sets nothing", not refused, refused)
+    scene.check("what begins with \"/\" or \"-\" or has no \"=\" sets nothing", not refused, ", ".join(refused))
     scene.check_installed(FOLDER)

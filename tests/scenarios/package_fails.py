@@ -1,8 +1,8 @@
 """A custom action fails the package after its files came (1603): rollback, status, exit code."""
 from harness import facts
 
-# The run's status and the package's two passes, in order: the failure is noted, the way back leaves it alone, the end of
-# the registration is a success for a moment, and applying tells the failure again.
+# The run's status and the package's two passes, in order: the failure is noted, the way back leaves it alone, the end
+# of the registration is a success for a moment, and applying tells the failure again.
 STEPS = ["fExecute=true", "80070643", "package complete", "fExecute=false", "package complete", "00000000", "80070643"]
 
 

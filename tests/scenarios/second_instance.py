@@ -14,7 +14,7 @@ def play(scene):
         before-files wait-for second-has-ended
     """)
     first = scene.start("/quiet", log="first")
-    scene.wait_for_file(facts.EXCHANGE + "\\first-is-under-way")
+    scene.wait_for(lambda: scene.exists(facts.EXCHANGE + "\\first-is-under-way"), "the first run's package")
     second = scene.run("/quiet", program=SECOND)
     scene.path(facts.EXCHANGE + "\\second-has-ended").touch()
     first.finish(90)
@@ -25,7 +25,8 @@ def play(scene):
     scene.check("it detects nothing", not second.log.messages("OnDetectBegin") and not second.log.numbered("100"))
     scene.check_equal("its closing lines tell a7ff0480", second.log.closing_errors(), ["a7ff0480"])
     scene.check_exit_code(first, 0, "the first")
-    scene.check_equal("the first was under way all the time", scene.answer("before-files wait-for second-has-ended"), "came")
+    scene.check_equal("the first was under way all the time",
+                      scene.answer("before-files wait-for second-has-ended"), "came")
     scene.check_installed()
 
     third = scene.run("/quiet", log="third")
