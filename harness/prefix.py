@@ -29,10 +29,8 @@ class Prefix:
             "PATH": os.environ["PATH"], "HOME": str(home), "DISPLAY": display, "WINEPREFIX": str(folder),
             # No .NET, HTML engine or desktop menus: each would ask to be installed or write outside the prefix.
             "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree=;mshtml=;winemenubuilder.exe=",
-            "LC_ALL": "C.UTF-8",
+            "LC_ALL": "C.UTF-8", "XAUTHORITY": os.environ.get("XAUTHORITY", str(Path.home() / ".Xauthority")),
         }
-        if "XAUTHORITY" in os.environ:
-            self.environment["XAUTHORITY"] = os.environ["XAUTHORITY"]
 
     def path(self, windows_path: str) -> Path:
         """Where a file of drive C: lies."""
@@ -43,17 +41,13 @@ class Prefix:
         return subprocess.Popen(["wine", str(program), *arguments], env=environment, stdin=subprocess.DEVNULL,
                                 **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options)
 
-    def run(self, program: str | Path, *arguments: str, bound: float = 60) -> str:
-        """Runs a program to its end and gives what it printed."""
-        # A file and no pipe: a pipe's end would stay open in whatever the program leaves running.
-        with tempfile.TemporaryFile() as output:
-            process = self.start(program, *arguments, stdout=output)
-            try:
-                process.wait(timeout=bound)
-            finally:
-                process.kill()
-            output.seek(0)
-            return output.read().decode(errors="replace").replace("\r", "")
+    def run(self, program: str | Path, *arguments: str, bound: float = 60) -> None:
+        """Runs a program to its end."""
+        process = self.start(program, *arguments)
+        try:
+            process.wait(timeout=bound)
+        finally:
+            process.kill()
 
     def registry_values(self, key: str, view: int = 64) -> dict[str, str]:
         """The values of a key that are texts or DWORDs, the latter as "0x00000001"; the default value's name is empty.
