@@ -1,5 +1,8 @@
 // The library's two exports and its entry point: the one place that puts the rooms together.
 #include <windows.h>
+#ifdef __MINGW32__
+#include <pthread.h>
+#endif
 
 #include <fmt/format.h>
 #include <fmt/xchar.h>
@@ -51,6 +54,9 @@ IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOO
     }
 }
 
+/// Set when the library is unmapped in a process that goes on.
+constinit bool unmapped = false;
+
 }  // namespace
 }  // namespace pdx
 
@@ -77,8 +83,21 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
     // Unmapped in a process that goes on: the services go with the library. When the process ends they stay as they
     // are, for its other threads are gone, wherever they were.
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
+        pdx::unmapped = true;
         pdx::g_config.clear();
         pdx::g_logger.clear();
     }
     return TRUE;
 }
+
+#ifdef __MINGW32__
+/// Behind the destructors of all statics: the toolchain's thread layer keeps an event and a handle for each thread that
+/// it did not start itself, here the engine's, and would close them only if that thread ended with the library loaded.
+__attribute__((destructor(101))) static void closeThreadLayer() {
+    if (!pdx::unmapped) return;
+    void* const thread = pthread_gethandle(pthread_self());
+    void* const event = pthread_getevent();
+    if (thread) CloseHandle(thread);
+    if (event) CloseHandle(event);
+}
+#endif

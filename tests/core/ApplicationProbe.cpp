@@ -25,14 +25,14 @@ std::vector<UINT> AnsweringDialog::numbers() const {
 
 LRESULT AnsweringDialog::driveOn(BootstrapperApplication& application, const Message& message) {
     if (message.number == WM_BA_DETECT_COMPLETE) application.engine()->Plan(application.action());
-    if (message.number == WM_BA_PLAN_COMPLETE) application.engine()->Apply(nullptr);
+    if (message.number == WM_BA_PLAN_COMPLETE) application.engine()->Apply(message.window);
     if (message.number == WM_BA_APPLY_COMPLETE) application.quit(static_cast<HRESULT>(message.wparam) < 0 ? 1 : 0);
     return 0;
 }
 
 LRESULT CALLBACK AnsweringDialog::procedure(HWND window, UINT number, WPARAM wparam, LPARAM lparam) {
     if (number < WM_APP || number > 0xBFFF) return DefWindowProcW(window, number, wparam, lparam);
-    Message message = {number, wparam, lparam, {}};
+    Message message = {number, wparam, lparam, {}, window};
     if (number == WM_BA_ERROR) message.error = *reinterpret_cast<const ErrorInfo*>(wparam);
     {
         const std::lock_guard guard(current->lock);

@@ -21,6 +21,7 @@ class AnsweringDialog {
         WPARAM wparam;
         LPARAM lparam;
         ErrorInfo error;  ///< of WM_BA_ERROR
+        HWND window;
     };
     using Answer = std::function<LRESULT(BootstrapperApplication&, const Message&)>;
 
