@@ -1,119 +1,147 @@
 #include "ui/dialog/BootstrapperDialog.h"
 
-#include <objbase.h>
-
-#include "platform/Errors.h"
+#include "config/Translator.h"
 #include "platform/Log.h"
-#include "platform/Paths.h"
-#include "resources/ids.h"
-#include "ui/dialog/rules/PageFlow.h"
+#include "ui/dialog/rules/PageLayout.h"
+#include "ui/toolkit/Images.h"
+#include "ui/toolkit/Painting.h"
 
 namespace pdx {
+namespace {
+
+/// Font of a control at its start; pages set some of them anew.
+std::unique_ptr<Font> textFont(float size, int32_t style) { return CreateFontByName(textFace, size, style); }
+
+}  // namespace
+
+BootstrapperDialog::BootstrapperDialog(BootstrapperApplication& application)
+    : Dialog(IDD_BOOTSTRAPPER), app(application) {}
 
 BootstrapperDialog::~BootstrapperDialog() {
     app.setDialogWindow(nullptr);
     app.setDialogReady(true);
-    if (!window) return;
+    const HWND window = std::exchange(hwnd, nullptr);
+    if (!IsWindow(window)) return;
     SetWindowLongPtrW(window, DWLP_USER, 0);
     DestroyWindow(window);
 }
 
-HWND BootstrapperDialog::create() {
-    return CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(IDD_BOOTSTRAPPER), nullptr, dialogProcedure,
-                              reinterpret_cast<LPARAM>(this));
+std::wstring BootstrapperDialog::Translate(const wchar_t* key) {
+    const auto translator = g_translator.get();
+    return translator ? translator->translate(key) : key;
 }
 
-INT_PTR CALLBACK BootstrapperDialog::dialogProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(window, DWLP_USER, lparam);
-        reinterpret_cast<BootstrapperDialog*>(lparam)->window = window;
-    }
-    auto* dialog = reinterpret_cast<BootstrapperDialog*>(GetWindowLongPtrW(window, DWLP_USER));
-    if (!dialog) return FALSE;
-    switch (message) {
-        case WM_INITDIALOG:
-            dialog->onInitDialog();
-            return FALSE;
-        case WM_DESTROY:
-            dialog->onDestroy();
-            return TRUE;
-        case WM_QUERYENDSESSION:
-            dialog->app.noteLogoutExit();
-            return FALSE;
-        default:
-            if (message < WM_APP || message > 0xBFFF) return FALSE;
-            SetWindowLongPtrW(window, DWLP_MSGRESULT, dialog->onAppMessage(message, wparam, lparam));
-            return TRUE;
-    }
-}
-
-void BootstrapperDialog::onInitDialog() {
-    app.setDialogWindow(window);
+MessageResult BootstrapperDialog::OnInitDialog() {
+    LoadPrivateFonts();
+    SetWindowTextW(hwnd, Translate(L"INSTALLER_WINDOW_TITLE").c_str());
+    LoadPictures();
+    CreateControls();
+    if (app.display() != BOOTSTRAPPER_DISPLAY_NONE) Show(SW_SHOW);
+    app.setDialogWindow(hwnd);
     app.setDialogReady(true);
+    return handled(FALSE);
 }
 
-void BootstrapperDialog::onDestroy() {
-    window = nullptr;
+void BootstrapperDialog::LoadPictures() {
+    backgroundPicture = LoadPicture(backgroundPictureNumber);
+    logoPicture = LoadPicture(logoPictureNumber);
+    migrationPicture = LoadPicture(migrationPictureNumber);
+    errorPicture = LoadPicture(errorPictureNumber);
+    if (backgroundPicture) scaledBackground = ScalePicture(*backgroundPicture, GetClientSize());
+}
+
+void BootstrapperDialog::CreateControls() {
+    const auto make = [this]<typename Widget>(std::unique_ptr<Widget>& widget, int32_t id) -> Widget& {
+        widget = std::make_unique<Widget>(GetItem(id));
+        return *widget;
+    };
+    make(titleLabel, IDC_TITLE).SetFont(textFont(20, fontBold));
+    titleLabel->SetDefaultLineHeight({LineHeight::pixels, 31});
+    make(subtitleLabel, IDC_SUBTITLE);
+    make(bodyLabel, IDC_BODY).SetFont(textFont(16, fontRegular));
+    bodyLabel->SetDefaultLineHeight({LineHeight::pixels, 26});
+    make(locationLabel, IDC_LOCATION_LABEL).SetFont(textFont(14, fontBold));
+    make(locationValue, IDC_LOCATION_VALUE).SetFont(CreateFontByName(pathFace, 14, fontRegular));
+    locationValue->SetTextColor(palette::Grey[8]);
+    locationValue->SetText(app.GetEngineVariable(L"InstallFolder", true));
+    make(closeButton, IDC_CLOSE).SetAccessibleName(Translate(L"installer_close"));
+    make(actionButton, IDC_ACTION1).SetFont(textFont(14, fontBold));
+    make(actionButton2, IDC_ACTION2).SetFont(textFont(14, fontBold));
+    make(actionButton3, IDC_ACTION3).SetFont(textFont(14, fontBold));
+    make(optionsLink, IDC_OPTIONS).SetFont(textFont(16, fontRegular));
+    make(browseLink, IDC_BROWSE).SetFont(textFont(14, fontBold));
+    make(shortcutCheck, IDC_SHORTCUT).SetFont(textFont(16, fontRegular));
+    shortcutCheck->SetChecked(true);
+    make(questionCheck, IDC_QUESTION).SetFont(textFont(16, fontRegular));
+    questionCheck->SetChecked(true);
+    make(progressBar, IDC_PROGRESS);
+}
+
+MessageResult BootstrapperDialog::OnNcHitTest(int32_t x, int32_t y) {
+    const Rect window = GetWindowRect();
+    const bool inside = x >= window.left && x < window.right && y >= window.top && y < window.bottom;
+    // The whole dialog drags.
+    return handled(inside ? HTCAPTION : HTNOWHERE);
+}
+
+MessageResult BootstrapperDialog::OnCtlColorStatic(HWND child, HDC context) {
+    const int32_t id = GetDlgCtrlID(child);
+    if ((id < IDC_TITLE || id > IDC_PICTURE) && id != IDC_SUBTITLE) return unhandled();
+    SetBkMode(context, TRANSPARENT);
+    return handled(reinterpret_cast<LRESULT>(GetStockObject(NULL_BRUSH)));
+}
+
+MessageResult BootstrapperDialog::OnEraseBackground(WPARAM) { return handled(1); }
+MessageResult BootstrapperDialog::OnSetFocus(WPARAM) { return handled(); }
+
+MessageResult BootstrapperDialog::OnQueryEndSession() {
+    app.noteLogoutExit();
+    return unhandled();
+}
+
+MessageResult BootstrapperDialog::OnDestroy() {
     PostQuitMessage(0);
     app.quit(0);
+    return handled();
 }
 
-LRESULT BootstrapperDialog::onAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    switch (message) {
-        case WM_BA_DETECT_COMPLETE:
-            onDetectComplete();
-            return 0;
-        case WM_BA_PLAN_COMPLETE:
-            // Whatever the status: a plan that failed shows as the failure of applying it.
-            app.engine()->Apply(window);
-            return 0;
-        case WM_BA_ERROR:
-            return showPrompt(reinterpret_cast<const ErrorInfo*>(wparam)->defaultResult);
-        case WM_BA_CACHE_ACQUIRE_COMPLETE:
-            return FAILED(static_cast<HRESULT>(wparam)) ? connectionAnswer(showPrompt(resultCancel)) : 0;
-        case WM_BA_APPLY_COMPLETE:
-            return onApplyComplete(static_cast<HRESULT>(wparam), static_cast<int>(lparam));
-        case WM_BA_PROMPT_ALREADY_INSTALLED:
-            return showPrompt(resultOk);
-        default:
-            return 0;
+MessageResult BootstrapperDialog::Draw(Graphics& graphics) {
+    const Size client = GetClientSize();
+    if (plainBackground || !backgroundPicture) {
+        // From beyond the upper left to beyond the lower right corner: the whole client area.
+        graphics.FillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
+    } else {
+        const bool fits = scaledBackground && scaledBackground->GetSize() == client;
+        graphics.DrawImage(fits ? *scaledBackground : *backgroundPicture, {0, 0, client.width, client.height});
     }
+    return handled(1);
 }
 
-void BootstrapperDialog::onDetectComplete() { app.engine()->Plan(app.action()); }
-
-LRESULT BootstrapperDialog::onApplyComplete(HRESULT status, int restart) {
-    LRESULT answer = 0;
-    if (restart != BOOTSTRAPPER_APPLY_RESTART_NONE) answer = showPrompt(IDYES) == IDYES ? resultRestart : 0;
-    app.quit(exitCodeOf(status));
-    return answer;
-}
-
-int BootstrapperDialog::showPrompt(int defaultResult) {
-    if (isPromptShown(app.display()))
-        PDX_LOG(logWarning, "BootstrapperDialog::ShowPrompt", "This build shows no prompts: answering with %d",
-                defaultResult);
-    return defaultResult;
-}
-
-void UIThreadFunc(BootstrapperApplication& application) {
-    PDX_LOG(logInfo, "UIThreadFunc", "Entering UIThreadFunc");
-    const HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
+MessageResult BootstrapperDialog::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
+    if (id != IDC_PICTURE) return unhandled();
+    const PageState& page = Top();
+    const Bitmap* picture = nullptr;
+    if (page.kind == pagePrompt && (page.flags & iconMask) == iconError) picture = errorPicture.get();
+    if (page.kind == pageOlderClient) picture = migrationPicture.get();
+    if (!picture) picture = logoPicture.get();
+    const Size size = {item->rcItem.right - item->rcItem.left, item->rcItem.bottom - item->rcItem.top};
+    // Off screen first, with the dialog's own background under it, so that nothing flickers.
+    const Bitmap buffer(size);
+    Graphics surface(buffer);
+    ApplyQuality(surface);
     {
-        BootstrapperDialog dialog(application);
-        if (!dialog.create()) {
-            PDX_LOG(logInfo, "UIThreadFunc", "CreateDialogParam failed: %s",
-                    describeError(HRESULT_FROM_WIN32(GetLastError())));
-        } else {
-            MSG message;
-            while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-                TranslateMessage(&message);
-                DispatchMessageW(&message);
-            }
-        }
-        PDX_LOG(logInfo, "UIThreadFunc", "Exiting UIThreadFunc");
+        const BorrowedContext context(surface);
+        const Rect place = GetChildRect(item->hwndItem);
+        POINT before{};
+        OffsetViewportOrgEx(context.get(), -place.left, -place.top, &before);
+        SendMessageW(hwnd, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
+        SetViewportOrgEx(context.get(), before.x, before.y, nullptr);
     }
-    if (SUCCEEDED(com)) CoUninitialize();
+    if (picture) surface.DrawImage(*picture, fitPicture({0, 0, size.width, size.height}, picture->GetSize()));
+    Graphics screen(item->hDC);
+    screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    screen.CopyImage(buffer, {0, 0, size.width, size.height});
+    return handled(1);
 }
 
 }  // namespace pdx

@@ -1,36 +1,140 @@
-// The installer's one window, on the UI thread. It takes the application's messages and drives the engine onward.
+// The installer's one window: a stack of pages on the UI thread. It takes the application's messages, asks the user,
+// and drives the engine onward.
 #pragma once
 
+#include <deque>
+#include <memory>
+#include <string>
+
 #include "core/BootstrapperApplication.h"
+#include "ui/dialog/rules/PageLayout.h"
+#include "ui/dialog/rules/PageState.h"
+#include "ui/toolkit/Button.h"
+#include "ui/toolkit/Checkbox.h"
+#include "ui/toolkit/Dialog.h"
+#include "ui/toolkit/HtmlStatic.h"
+#include "ui/toolkit/LinkButton.h"
+#include "ui/toolkit/ProgressBar.h"
+#include "ui/toolkit/Static.h"
 
 namespace pdx {
 
-/// All calls on the UI thread.
-class BootstrapperDialog {
+/// All calls on the UI thread. Whoever makes it deletes it behind its message loop.
+class BootstrapperDialog : public Dialog {
   public:
-    explicit BootstrapperDialog(BootstrapperApplication& owner) : app(owner) {}
-    BootstrapperDialog(const BootstrapperDialog&) = delete;
-    BootstrapperDialog& operator=(const BootstrapperDialog&) = delete;
-    /// Lets go of every thread that waits for the dialog, then destroys the window if the user has not.
-    ~BootstrapperDialog();
+    explicit BootstrapperDialog(BootstrapperApplication& application);
+    /// Lets go of every thread that waits for the dialog, then destroys the window if it is still there.
+    ~BootstrapperDialog() override;
 
-    /// Makes the window, which tells the application of itself; null on failure.
-    HWND create();
+    MessageResult OnInitDialog() override;
+    MessageResult OnNcHitTest(int32_t x, int32_t y) override;
+    MessageResult OnCtlColorStatic(HWND child, HDC context) override;
+    MessageResult OnEraseBackground(WPARAM context) override;
+    MessageResult OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) override;
+    MessageResult OnSetFocus(WPARAM previous) override;
+    MessageResult OnQueryEndSession() override;
+    MessageResult OnCommand(int32_t id, int32_t notification) override;
+    MessageResult OnNotify(LPARAM notification) override;
+    MessageResult OnAppMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+    MessageResult OnDestroy() override;
+    MessageResult Draw(Graphics& graphics) override;
+
+    // ---- Pages (Pages.cpp)
+
+    /// Puts a page in the place of what lies at the bottom: of all pages, or while prompts are open of those below
+    /// them.
+    void ReplacePage(PageState page);
+    void PushPage(PageState page);
+    void ShowTopPage();
+
+    // ---- Prompts (Prompts.cpp)
+
+    /// Shows a prompt and waits for the answer, a message box result; 0 if the window goes meanwhile. Where the display
+    /// allows no prompt it gives the default at once.
+    int32_t ShowPrompt(const std::wstring& title, const std::wstring& body, uint32_t flags, int32_t defaultResult,
+                       const std::wstring& button1 = {}, const std::wstring& button2 = {},
+                       const std::wstring& button3 = {}, const std::wstring& checkLabel = {},
+                       int32_t kind = pagePrompt);
+
+    /// The string for a key in the user's language.
+    static std::wstring Translate(const wchar_t* key);
+
+    // ---- Folder and links (InstallFolder.cpp, Links.cpp)
+
+    /// Whether the client may be installed there; if not the user is told why.
+    bool ValidateInstallFolder(const std::wstring& folder);
 
   private:
-    static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    void CreateControls();
+    void LoadPictures();
+    PageState& Top() { return pages.back(); }
 
-    void onInitDialog();
-    void onDestroy();
-    /// The answer to a message of the application; 0 where none is asked for.
-    LRESULT onAppMessage(UINT message, WPARAM wparam, LPARAM lparam);
-    void onDetectComplete();
-    LRESULT onApplyComplete(HRESULT status, int restart);
-    /// The answer to a question to the user: the default where the display does not allow one.
-    int showPrompt(int defaultResult);
+    /// The places of the movable parts of the page that is being laid out.
+    struct PageBoxes {
+        int32_t top;  ///< the first line under the picture
+        Box title, subtitle, body, check;
+        ButtonRow buttons;
+    };
+    PageBoxes InitialBoxes() const;
+    void QueueVisibility(int32_t kind);
+    void FillWelcome(PageBoxes& boxes);
+    void FillOptions();
+    void FillOlderClient(PageBoxes& boxes);
+    void FillProgress(const PageState& page, PageBoxes& boxes);
+    void FillPrompt(const PageState& page, PageBoxes& boxes);
+    void SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y);
+    void SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y);
+    void SetButtonTexts(const PageState& page);
+    void PlaceButtons(PageBoxes& boxes);
+
+    void RunPrompt();
+
+    void OnStartInstall();
+    void OnClosePressed();
+    void StopInstaller();
+    void AnswerPage(int32_t control);
+    void OnBrowse();
+
+    void OnDetectComplete();
+    void OnUninstallDetected();
+    int32_t OnError(const ErrorInfo& error);
+    int32_t OnCacheAcquireComplete(HRESULT status);
+    int32_t OnApplyComplete(HRESULT status, int32_t restart);
+    int32_t OnAlreadyInstalled();
+    void ShowProgressPage(const wchar_t* titleKey);
+    void UpdateProgress(int32_t percent);
+    const wchar_t* InstallTitleKey() const;
+
+    void OpenLegalDocument(const std::wstring& type);
+    void ShowErrorPrompt(const wchar_t* titleKey, const wchar_t* bodyKey);
 
     BootstrapperApplication& app;
-    HWND window = nullptr;
+    bool plainBackground = false;
+    Color backgroundColor = palette::plainBackground;
+    std::unique_ptr<Bitmap> backgroundPicture;
+    std::unique_ptr<Bitmap> logoPicture;
+    std::unique_ptr<Bitmap> migrationPicture;
+    std::unique_ptr<Bitmap> errorPicture;
+    std::unique_ptr<Bitmap> scaledBackground;  ///< the background at the client's size: stretching is slow
+
+    std::deque<PageState> pages{PageState{}};
+    size_t openPrompts = 0;
+
+    std::unique_ptr<HtmlStatic> titleLabel;
+    std::unique_ptr<HtmlStatic> subtitleLabel;
+    std::unique_ptr<HtmlStatic> bodyLabel;
+    std::unique_ptr<Checkbox> questionCheck;
+    std::unique_ptr<Static> locationLabel;
+    std::unique_ptr<Static> locationValue;
+    std::unique_ptr<CloseButton> closeButton;
+    std::unique_ptr<Button> actionButton;
+    std::unique_ptr<Button> actionButton2;
+    std::unique_ptr<Button> actionButton3;
+    std::unique_ptr<LinkButton> optionsLink;
+    std::unique_ptr<LinkButton> browseLink;
+    std::unique_ptr<Checkbox> shortcutCheck;
+    std::unique_ptr<ProgressBar> progressBar;
+    bool closePromptOpen = false;
 };
 
 /// The routine of the UI thread: makes the dialog and runs its messages until WM_QUIT.

@@ -1,0 +1,84 @@
+// What the buttons do.
+#include "config/ConfigMap.h"
+#include "platform/Log.h"
+#include "state/OlderClient.h"
+#include "ui/dialog/BootstrapperDialog.h"
+
+namespace pdx {
+
+MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
+    if (notification != BN_CLICKED) return unhandled();
+    const int32_t kind = Top().kind;
+    switch (id) {
+        case IDC_ACTION1:
+            if (kind == pageWelcome || kind == pageOptions)
+                OnStartInstall();
+            else if (kind == pageOlderClient || kind == pagePrompt)
+                Top().result = id;
+            break;
+        case IDC_ACTION2:
+            if (kind == pageOptions)
+                ReplacePage({.kind = pageWelcome});
+            else
+                Top().result = id;
+            break;
+        case IDC_ACTION3:
+            Top().result = id;
+            break;
+        case IDC_CLOSE:
+        // What Escape and the system's own close command arrive as.
+        case IDCANCEL:
+            OnClosePressed();
+            break;
+        case IDC_OPTIONS:
+            ReplacePage({.kind = pageOptions});
+            break;
+        case IDC_BROWSE:
+            OnBrowse();
+            break;
+        default:
+            return unhandled();
+    }
+    return handled();
+}
+
+const wchar_t* BootstrapperDialog::InstallTitleKey() const {
+    return app.isThinInstaller() ? L"installer_download_progress_title" : L"installer_install_progress_title";
+}
+
+void BootstrapperDialog::OnStartInstall() {
+    const std::wstring folder = locationValue->GetText();
+    if (!ValidateInstallFolder(folder)) return;
+    const wchar_t* titleKey = InstallTitleKey();
+    app.engine()->SetVariableString(L"InstallFolder", folder.c_str());
+    app.engine()->SetVariableString(L"CreateDesktopShortcut", shortcutCheck->IsChecked() ? L"1" : L"");
+    if (getConfigBool("app.meridian.enableMigration", false) &&
+        getConfigBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled()) {
+        const int32_t answer = ShowPrompt({}, {}, buttonsOkCancel, IDCANCEL, {}, {}, {}, {}, pageOlderClient);
+        app.engine()->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", answer == IDOK);
+        if (!IsWindow(hwnd)) return;
+    }
+    app.engine()->Plan(app.action());
+    ShowProgressPage(titleKey);
+}
+
+void BootstrapperDialog::OnClosePressed() {
+    if (!closePromptOpen && app.action() != BOOTSTRAPPER_ACTION_UNINSTALL) {
+        closePromptOpen = true;
+        const int32_t answer =
+            ShowPrompt(Translate(L"INSTALLER_CLOSE_TITLE"), {}, firstSecondary | 0x41, IDCANCEL,
+                       Translate(L"INSTALLER_CONTINUE_INSTALL"), Translate(L"INSTALLER_CANCEL_INSTALL"));
+        closePromptOpen = false;
+        if (answer != IDCANCEL) return;
+    }
+    StopInstaller();
+}
+
+void BootstrapperDialog::StopInstaller() {
+    // The flag makes every further callback answer a cancel: an apply that is under way ends in a rollback.
+    app.PromptCancel(hwnd, TRUE, nullptr, nullptr);
+    app.UpdateInstallStatus(hresultFromWin32(userExitCode));
+    DestroyWindow(hwnd);
+}
+
+}  // namespace pdx

@@ -1,0 +1,113 @@
+// The check of the folder that the user picked, and the chooser that feeds it.
+#include <windows.h>
+
+#include <shlwapi.h>
+#include <shobjidl.h>
+
+#include "platform/ComPtr.h"
+#include "platform/Log.h"
+#include "platform/Registry.h"
+#include "platform/Text.h"
+#include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/rules/InstallFolder.h"
+
+namespace pdx {
+namespace {
+
+constexpr size_t longestPath = 4096;
+
+struct TaskMemoryTraits {
+    using Value = wchar_t*;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { CoTaskMemFree(value); }
+};
+
+std::wstring machineText(RegistryView view, const wchar_t* key, const wchar_t* name) {
+    return toText(RegistryKey::localMachine(view).getSubKeyValue(key, name));
+}
+
+/// A path without its last component.
+std::wstring parentOf(std::wstring path) {
+    path.resize(path.size() + 1);
+    PathRemoveFileSpecW(path.data());
+    return path.c_str();
+}
+
+bool isOlderClientsFolder(const std::wstring& folder) {
+    const std::wstring client = machineText(view32, L"Software\\Bastion", L"ClientPath");
+    if (client.empty() || !PathFileExistsW(client.c_str())) return false;
+    return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
+}
+
+/// A volume whose free space cannot be told counts as roomy.
+bool hasRoom(const std::wstring& folder) {
+    wchar_t volume[longestPath];
+    ULARGE_INTEGER free{};
+    if (!GetVolumePathNameW(folder.c_str(), volume, longestPath) ||
+        !GetDiskFreeSpaceExW(volume, &free, nullptr, nullptr))
+        return true;
+    return free.QuadPart >= leastFreeBytes;
+}
+
+ComPtr<IShellItem> itemOf(const std::wstring& path) {
+    ComPtr<IShellItem> item;
+    if (FAILED(SHCreateItemFromParsingName(path.c_str(), nullptr, IID_IShellItem, item.putVoid()))) return nullptr;
+    return item;
+}
+
+/// Where the chooser opens: the folder around the product's own, or where programs go.
+ComPtr<IShellItem> startingFolder(const std::wstring& shown) {
+    const std::wstring last = PathFindFileNameW(shown.c_str());
+    const bool strip = last == productFolder && last != shown;
+    if (auto item = itemOf(strip ? parentOf(shown) : shown)) return item;
+    return itemOf(machineText(view64, L"Software\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir"));
+}
+
+/// The folder that the user picks; empty if none.
+std::wstring chooseFolder(HWND owner, const std::wstring& shown) {
+    ComPtr<IFileOpenDialog> chooser;
+    if (FAILED(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_ALL, IID_IFileOpenDialog, chooser.putVoid())))
+        return {};
+    if (const auto start = startingFolder(shown)) chooser->SetFolder(start.get());
+    chooser->SetOptions(FOS_PICKFOLDERS | FOS_FORCEFILESYSTEM);
+    ComPtr<IShellItem> chosen;
+    UniqueHandle<TaskMemoryTraits> path;
+    if (FAILED(chooser->Show(owner)) || FAILED(chooser->GetResult(chosen.put())) ||
+        FAILED(chosen->GetDisplayName(SIGDN_FILESYSPATH, path.put())))
+        return {};
+    return std::wstring(path.get()).substr(0, longestPath - 1);
+}
+
+}  // namespace
+
+bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
+    PDX_LOG(logInfo, "BootstrapperDialog::ValidateInstallFolder", "folder=[%ls]", folder);
+    const wchar_t* reason = nullptr;
+    if (PathIsRelativeW(folder.c_str()))
+        reason = L"INSTALLER_ERROR_RELATIVE_PATH";
+    else if (PathIsNetworkPathW(folder.c_str()))
+        reason = L"INSTALLER_ERROR_NETWORK_PATH";
+    else if (isOlderClientsFolder(folder))
+        reason = L"INSTALLER_ERROR_BASTION_FOLDER";
+    if (reason) {
+        ShowErrorPrompt(L"INSTALLER_ERROR_TITLE", reason);
+        return false;
+    }
+    if (!hasRoom(folder)) {
+        ShowErrorPrompt(L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE");
+        return false;
+    }
+    return true;
+}
+
+void BootstrapperDialog::OnBrowse() {
+    const std::wstring chosen = chooseFolder(hwnd, locationValue->GetText().substr(0, longestPath - 1));
+    if (chosen.empty()) return;
+    const std::wstring folder =
+        productFolderIn(chosen, PathFindFileNameW(chosen.c_str()), PathIsRootW(chosen.c_str()) != FALSE);
+    if (!ValidateInstallFolder(folder)) return;
+    locationValue->SetText(folder);
+    app.engine()->SetVariableString(L"InstallFolder", folder.c_str());
+}
+
+}  // namespace pdx

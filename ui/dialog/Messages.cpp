@@ -1,0 +1,176 @@
+// What the dialog makes of the application's messages.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "platform/Log.h"
+#include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/rules/PageFlow.h"
+
+namespace pdx {
+namespace {
+
+/// Held by a running client.
+constexpr const wchar_t* clientMutexName = L"Global\\PalisadeDesktop.exe";
+
+bool isClientRunning() { return static_cast<bool>(Handle(OpenMutexW(SYNCHRONIZE, FALSE, clientMutexName))); }
+
+}  // namespace
+
+MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_BA_DETECT_UPDATE_BEGIN:
+            ShowProgressPage(L"installer_checking_update_title");
+            return handled();
+        case WM_BA_DETECT_COMPLETE:
+            OnDetectComplete();
+            return handled();
+        case WM_BA_PLAN_COMPLETE:
+            // Whatever the status: a plan that failed shows as the failure of applying it.
+            app.engine()->Apply(hwnd);
+            return handled();
+        case WM_BA_ERROR:
+            return handled(OnError(*reinterpret_cast<const ErrorInfo*>(wparam)));
+        case WM_BA_CACHE_BEGIN:
+            ShowProgressPage(InstallTitleKey());
+            return handled();
+        case WM_BA_CACHE_ACQUIRE_PROGRESS:
+            UpdateProgress(static_cast<int32_t>(wparam));
+            return handled();
+        case WM_BA_CACHE_ACQUIRE_COMPLETE:
+            return handled(OnCacheAcquireComplete(static_cast<HRESULT>(wparam)));
+        case WM_BA_EXECUTE_BEGIN:
+            if (hidesForUpdate(app.action())) Show(SW_HIDE);
+            return handled();
+        case WM_BA_EXECUTE_PACKAGE_BEGIN:
+            ShowProgressPage(app.action() == BOOTSTRAPPER_ACTION_UNINSTALL ? L"installer_uninstall_progress_title"
+                                                                           : L"installer_install_progress_title");
+            return handled();
+        case WM_BA_EXECUTE_PROGRESS:
+            UpdateProgress(static_cast<int32_t>(lparam));
+            return handled();
+        case WM_BA_APPLY_COMPLETE:
+            return handled(OnApplyComplete(static_cast<HRESULT>(wparam), static_cast<int32_t>(lparam)));
+        case WM_BA_PROMPT_ALREADY_INSTALLED:
+            return handled(OnAlreadyInstalled());
+        case WM_BA_REPAIR_INITIALIZING:
+            ShowProgressPage(L"installer_initializing_repair_title");
+            return handled();
+        case WM_BA_SENDING_ERROR_REPORT:
+            ShowProgressPage(L"ERROR_DIALOG_CRASH_SEND-REPORT");
+            return handled();
+        case WM_BA_PROMPT_BASTION_UNINSTALL:
+            return handled(ShowPrompt({}, {}, buttonsOkCancel, IDCANCEL, {}, {}, {}, {}, pageOlderClient));
+        case WM_BA_UNINSTALLING_BASTION_TITLE:
+            titleLabel->SetText(Translate(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE"));
+            return handled();
+        case WM_BA_UNINSTALLING_BASTION:
+            ShowProgressPage(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
+            return handled();
+        case WM_BA_REFRESH_PAGE:
+            ShowTopPage();
+            return handled();
+        default:
+            return handled();
+    }
+}
+
+void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey) {
+    ReplacePage({.kind = pageProgress, .title = Translate(titleKey)});
+}
+
+void BootstrapperDialog::UpdateProgress(int32_t percent) {
+    PageState& page = Top();
+    if (page.progress == percent) return;
+    SendMessageW(progressBar->GetHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    page.progress = percent;
+}
+
+void BootstrapperDialog::OnDetectComplete() {
+    const bool repairIsOff = app.GetEngineVariable(L"PDX_REPAIR", false) == L"0";
+    switch (afterDetection(app.action(), app.display(), repairIsOff)) {
+        case DetectFlow::uninstall:
+            OnUninstallDetected();
+            break;
+        case DetectFlow::welcome:
+            ReplacePage({.kind = pageWelcome});
+            break;
+        case DetectFlow::update:
+            ShowProgressPage(L"installer_download_progress_title");
+            app.engine()->Plan(app.action());
+            break;
+        case DetectFlow::plan:
+            app.engine()->Plan(app.action());
+            break;
+    }
+}
+
+void BootstrapperDialog::OnUninstallDetected() {
+    while (isClientRunning()) {
+        const int32_t answer = ShowPrompt(Translate(L"INSTALLER_UNINSTALL_CLIENT_RUNNING_TITLE"),
+                                          Translate(L"INSTALLER_UNINSTALL_CLIENT_RUNNING_BODY"),
+                                          secondSecondary | iconError | buttonsRetryCancel, IDCANCEL);
+        if (answer != IDRETRY) break;
+    }
+    if (isClientRunning()) {
+        PDX_LOG(logInfo, "BootstrapperDialog::OnDetectComplete",
+                "Palisade Desktop is still running.  Canceling uninstall");
+        app.quit(0);
+        return;
+    }
+    const int32_t answer =
+        ShowPrompt(Translate(L"INSTALLER_UNINSTALL_CONFIRM_TITLE"), Translate(L"INSTALLER_UNINSTALL_CONFIRM_BODY"),
+                   secondSecondary | iconInformation | buttonsYesNo, IDYES, Translate(L"INSTALLER_UNINSTALL"),
+                   Translate(L"installer_repair_cta"));
+    if (answer == IDYES) {
+        ShowProgressPage(L"installer_uninstall_initial_progress_title");
+        app.engine()->Plan(app.action());
+    } else if (answer == IDNO) {
+        app.requestRepairReload();
+    }
+}
+
+int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {
+    const ErrorText text = errorText(error.errorType, error.code);
+    questionCheck->SetChecked(true);
+    const int32_t answer =
+        ShowPrompt(Translate(text.titleKey), Translate(text.bodyKey), errorPromptFlags(error.uiHint),
+                   error.defaultResult, {}, {}, {}, Translate(L"DIALOG_CLEAR-CACHE_CHECKMARK_LABEL"));
+    app.engine()->SetVariableNumeric(L"PDX_SUBMIT_ERROR_REPORT", questionCheck->IsChecked());
+    return answer;
+}
+
+int32_t BootstrapperDialog::OnCacheAcquireComplete(HRESULT status) {
+    if (SUCCEEDED(status)) return 0;
+    return connectionAnswer(ShowPrompt(Translate(L"INSTALLER_ERROR_CONNECTION_TITLE"),
+                                       Translate(L"INSTALLER_ERROR_CONNECTION"), iconError, IDCANCEL,
+                                       Translate(L"INSTALLER_RETRY")));
+}
+
+int32_t BootstrapperDialog::OnApplyComplete(HRESULT status, int32_t restart) {
+    int32_t answer = 0;
+    if (restart == BOOTSTRAPPER_APPLY_RESTART_REQUIRED || restart == BOOTSTRAPPER_APPLY_RESTART_INITIATED) {
+        const int32_t button =
+            ShowPrompt(Translate(L"INSTALLER_UNINSTALL_RESTART_REQUIRED_TITLE"),
+                       Translate(L"INSTALLER_UNINSTALL_RESTART_REQUIRED_BODY"), iconInformation | buttonsYesNo, IDYES);
+        answer = button == IDYES ? static_cast<int32_t>(resultRestart) : 0;
+    } else if (FAILED(status) && codeOf(status) == ERROR_ACCESS_DISABLED_BY_POLICY) {
+        ShowErrorPrompt(L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE",
+                        L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_NOT-AUTHENTICATED_BODY");
+    } else if (app.action() == BOOTSTRAPPER_ACTION_UNINSTALL) {
+        if (SUCCEEDED(status))
+            ShowPrompt(Translate(L"INSTALLER_UNINSTALL_COMPLETE_TITLE"), {}, iconInformation, IDOK,
+                       Translate(L"INSTALLER_CLOSE"));
+        DestroyWindow(hwnd);
+    }
+    app.quit(exitCodeOf(status));
+    return answer;
+}
+
+int32_t BootstrapperDialog::OnAlreadyInstalled() {
+    return ShowPrompt(Translate(L"installer_already_installed_title"), Translate(L"installer_already_installed_body"),
+                      secondSecondary | iconInformation | buttonsOkCancel, IDOK, Translate(L"installer_launch_client"),
+                      Translate(L"installer_repair_cta"));
+}
+
+}  // namespace pdx

@@ -1,0 +1,204 @@
+// How a page is laid out from its record. Fonts are set anew for each page, for pages differ.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "ui/dialog/BootstrapperDialog.h"
+
+namespace pdx {
+namespace {
+
+constexpr UINT placed = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
+constexpr UINT shown = placed | SWP_SHOWWINDOW;
+constexpr UINT hidden = placed | SWP_HIDEWINDOW;
+static_assert(placed == 0x214 && shown == 0x254 && hidden == 0x294);
+
+constexpr LineHeight tallestBody = {LineHeight::pixels, 95};
+constexpr LineHeight noLimit = {};
+constexpr LPARAM marqueePeriodMs = 20;
+
+std::unique_ptr<Font> textFont(float size, int32_t style) { return CreateFontByName(textFace, size, style); }
+
+/// Where the next line begins behind a part that ends there.
+int32_t below(const Box& box, int32_t gap) { return box.y + box.height + gap; }
+
+std::optional<Size> sizeOf(const Button& button) {
+    if (button.GetText().empty()) return std::nullopt;
+    return button.GetPreferredSize();
+}
+
+}  // namespace
+
+void BootstrapperDialog::ReplacePage(PageState page) {
+    if (openPrompts == 0) {
+        pages.clear();
+        PushPage(std::move(page));
+        return;
+    }
+    // The prompts stay on show; the page comes to light when they are answered.
+    pages.erase(pages.begin(), pages.end() - static_cast<ptrdiff_t>(openPrompts));
+    pages.push_front(std::move(page));
+}
+
+void BootstrapperDialog::PushPage(PageState page) {
+    pages.push_back(std::move(page));
+    ShowTopPage();
+}
+
+BootstrapperDialog::PageBoxes BootstrapperDialog::InitialBoxes() const {
+    const Box image = boxOf(GetInitialRect(IDC_PICTURE));
+    return {.top = below(image, gapUnderPicture),
+            .title = boxOf(GetInitialRect(IDC_TITLE)),
+            .subtitle = boxOf(GetInitialRect(IDC_SUBTITLE)),
+            .body = boxOf(GetInitialRect(IDC_BODY)),
+            .check = boxOf(GetInitialRect(IDC_QUESTION)),
+            .buttons = {boxOf(GetInitialRect(IDC_ACTION1)), boxOf(GetChildRectById(IDC_ACTION2)),
+                        boxOf(GetChildRectById(IDC_ACTION3))}};
+}
+
+void BootstrapperDialog::ShowTopPage() {
+    const PageState page = Top();
+    PageBoxes boxes = InitialBoxes();
+    ClearPositions();
+    QueueVisibility(page.kind);
+    plainBackground = page.kind == pageOptions;
+    for (Button* button : {actionButton.get(), actionButton2.get(), actionButton3.get()}) button->SetText({});
+    uint32_t secondary = 0;
+    switch (page.kind) {
+        case pageWelcome:
+            FillWelcome(boxes);
+            break;
+        case pageOptions:
+            FillOptions();
+            break;
+        case pageOlderClient:
+            FillOlderClient(boxes);
+            secondary = secondSecondary;
+            break;
+        case pageProgress:
+            FillProgress(page, boxes);
+            break;
+        case pagePrompt:
+            FillPrompt(page, boxes);
+            secondary = page.flags;
+            break;
+        default:
+            break;
+    }
+    PlaceButtons(boxes);
+    actionButton->SetSecondary((secondary & firstSecondary) != 0);
+    actionButton2->SetSecondary((secondary & secondSecondary) != 0);
+    actionButton3->SetSecondary((secondary & thirdSecondary) != 0);
+    QueuePosition(IDC_TITLE, boxes.title, placed);
+    QueuePosition(IDC_SUBTITLE, boxes.subtitle, placed);
+    QueuePosition(IDC_BODY, boxes.body, placed);
+    QueuePosition(IDC_QUESTION, boxes.check, placed);
+    QueuePosition(IDC_ACTION1, boxes.buttons.first, placed);
+    ApplyPositions();
+    Invalidate();
+    ::SetFocus(hwnd);
+}
+
+void BootstrapperDialog::QueueVisibility(int32_t kind) {
+    for (const int32_t control : pageControls)
+        QueuePosition(control, nullptr, isShownOnPage(kind, control) ? shown : hidden);
+}
+
+void BootstrapperDialog::SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y) {
+    titleLabel->SetFont(std::move(titleFont));
+    titleLabel->SetText(text);
+    box.y = y;
+    box.height = titleLabel->GetPreferredSize().height;
+}
+
+void BootstrapperDialog::SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y) {
+    label.SetFont(textFont(size, fontRegular));
+    label.SetText(text);
+    box.y = y;
+    box.height = label.GetPreferredSize().height;
+}
+
+void BootstrapperDialog::FillWelcome(PageBoxes& boxes) {
+    SetTitle(textFont(20, fontBold), Translate(L"installer_welcome_body"), boxes.title, boxes.top);
+    bodyLabel->SetMaxHeight(tallestBody);
+    SetBody(*bodyLabel, 16, Translate(L"INSTALLER_AGREEMENT_BODY"), boxes.body, below(boxes.title, gapToBody));
+    optionsLink->SetText(Translate(L"INSTALLER_VIEW_OPTIONS"));
+    actionButton->SetText(Translate(L"INSTALLER_LETS_GO"));
+    Box link = boxOf(GetInitialRect(IDC_OPTIONS));
+    link.y = below(boxes.body, gapToOptionsLink);
+    QueuePosition(IDC_OPTIONS, link, placed);
+}
+
+void BootstrapperDialog::FillOptions() {
+    locationLabel->SetText(Translate(L"INSTALLER_LOCATION"));
+    shortcutCheck->SetText(Translate(L"INSTALLER_CREATE_SHORTCUT"));
+    browseLink->SetText(Translate(L"INSTALLER_CHANGE"));
+    actionButton->SetText(Translate(L"INSTALLER_LETS_GO"));
+    actionButton2->SetText(Translate(L"go_back_cta"));
+}
+
+void BootstrapperDialog::FillOlderClient(PageBoxes& boxes) {
+    SetTitle(textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"), boxes.title,
+             boxes.top);
+    const auto [subtitle, body] = cutAtLineFeed(Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_BODY"));
+    SetBody(*subtitleLabel, 16, subtitle, boxes.subtitle, below(boxes.title, gapBetweenLines));
+    bodyLabel->SetMaxHeight(tallestBody);
+    SetBody(*bodyLabel, 16, body, boxes.body, below(boxes.title, gapToBody));
+    actionButton->SetText(Translate(L"BUTTON_UNINSTALL-BASTION"));
+    actionButton2->SetText(Translate(L"NOT-NOW"));
+}
+
+void BootstrapperDialog::FillProgress(const PageState& page, PageBoxes& boxes) {
+    SetTitle(textFont(27, fontBold), page.title, boxes.title, boxes.top);
+    const HWND bar = progressBar->GetHandle();
+    SendMessageW(bar, PBM_SETRANGE32, 0, 100);
+    if (page.progress == indeterminate)
+        SendMessageW(bar, PBM_SETMARQUEE, TRUE, marqueePeriodMs);
+    else
+        SendMessageW(bar, PBM_SETPOS, static_cast<WPARAM>(page.progress), 0);
+}
+
+void BootstrapperDialog::FillPrompt(const PageState& page, PageBoxes& boxes) {
+    int32_t y = boxes.top;
+    if (!page.title.empty()) {
+        SetTitle(textFont(27, fontBold), page.title, boxes.title, y);
+        QueuePosition(IDC_TITLE, nullptr, shown);
+        y = below(boxes.title, gapBetweenLines);
+    }
+    if (!page.body.empty()) {
+        bodyLabel->SetMaxHeight(noLimit);
+        SetBody(*bodyLabel, 18, page.body, boxes.body, y);
+        QueuePosition(IDC_BODY, nullptr, shown);
+        y = below(boxes.body, gapBetweenLines);
+    }
+    if (!page.checkLabel.empty()) {
+        questionCheck->SetText(page.checkLabel);
+        boxes.check.width = questionCheck->GetPreferredSize().width;
+        boxes.check.x = (GetClientSize().width - boxes.check.width) / 2;
+        boxes.check.y = y;
+        QueuePosition(IDC_QUESTION, nullptr, shown);
+    }
+    SetButtonTexts(page);
+    if (page.flags & iconMask) QueuePosition(IDC_PICTURE, nullptr, shown);
+}
+
+void BootstrapperDialog::SetButtonTexts(const PageState& page) {
+    const auto text = [&page](const std::wstring& own, int32_t control) {
+        if (!own.empty()) return own;
+        const std::wstring key = defaultButtonKey(ButtonResult(page.flags, control));
+        return key.empty() ? key : Translate(key.c_str());
+    };
+    const std::wstring first = text(page.button1Text, IDC_ACTION1);
+    actionButton->SetText(first.empty() ? Translate(L"INSTALLER_OK") : first);
+    actionButton2->SetText(text(page.button2Text, IDC_ACTION2));
+    actionButton3->SetText(text(page.button3Text, IDC_ACTION3));
+}
+
+void BootstrapperDialog::PlaceButtons(PageBoxes& boxes) {
+    const ButtonSizes sizes = {sizeOf(*actionButton), sizeOf(*actionButton2), sizeOf(*actionButton3)};
+    boxes.buttons = layoutButtons(GetClientSize(), sizes, boxes.buttons);
+    if (sizes.second) QueuePosition(IDC_ACTION2, boxes.buttons.second, shown);
+    if (sizes.third) QueuePosition(IDC_ACTION3, boxes.buttons.third, shown);
+}
+
+}  // namespace pdx

@@ -1,0 +1,56 @@
+// Questions to the user, each with a message loop of its own, so that the sender's callback waits for the answer.
+#include "ui/dialog/BootstrapperDialog.h"
+
+namespace pdx {
+
+int32_t BootstrapperDialog::ShowPrompt(const std::wstring& title, const std::wstring& body, uint32_t flags,
+                                       int32_t defaultResult, const std::wstring& button1, const std::wstring& button2,
+                                       const std::wstring& button3, const std::wstring& checkLabel, int32_t kind) {
+    if (!isPromptShown(app.display())) return defaultResult;
+    ++openPrompts;
+    PushPage({.kind = kind,
+              .title = title,
+              .body = body,
+              .checkLabel = checkLabel,
+              .flags = flags,
+              .button1Text = button1,
+              .button2Text = button2,
+              .button3Text = button3});
+    app.setDialogReady(false);
+    RunPrompt();
+    --openPrompts;
+    // A prompt below this one still waits for its answer.
+    if (openPrompts == 0) app.setDialogReady(true);
+    const int32_t result = ButtonResult(flags, Top().result);
+    pages.pop_back();
+    if (pages.empty()) pages.emplace_back();
+    // Posted, not called: the page below comes back when the loop runs again.
+    PostMessageW(hwnd, WM_BA_REFRESH_PAGE, 0, 0);
+    return result;
+}
+
+void BootstrapperDialog::RunPrompt() {
+    // A message of another thread may open a prompt over this one meanwhile: each loop watches its own page.
+    const size_t depth = openPrompts;
+    const auto own = [this, depth]() -> const PageState& { return pages[pages.size() - openPrompts + depth - 1]; };
+    MSG message;
+    while (own().result == 0 && IsWindow(hwnd)) {
+        const BOOL more = GetMessageW(&message, nullptr, 0, 0);
+        if (more == 0) {
+            // The outer loop has to see the end too.
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        if (more < 0) return;
+        if (!IsDialogMessageW(hwnd, &message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+}
+
+void BootstrapperDialog::ShowErrorPrompt(const wchar_t* titleKey, const wchar_t* bodyKey) {
+    ShowPrompt(Translate(titleKey), Translate(bodyKey), iconError, IDOK);
+}
+
+}  // namespace pdx
