@@ -2,8 +2,11 @@
 
 #include <shlobj.h>
 
+#include <iterator>
+
 #include "platform/Handles.h"
 #include "platform/Log.h"
+#include "platform/PathFunctions.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -16,15 +19,58 @@ struct TaskMemoryTraits {
     static void close(Value value) noexcept { CoTaskMemFree(value); }
 };
 
+/// The file that a module was loaded from; the null module is the program.
+std::wstring moduleFile(HMODULE module) {
+    wchar_t path[4097];
+    const DWORD length = GetModuleFileNameW(module, path, static_cast<DWORD>(std::size(path)));
+    // A path that does not fit comes cut and fills the buffer.
+    return length < std::size(path) ? std::wstring(path, length) : std::wstring();
+}
+
 }  // namespace
 
 HMODULE libraryModule() { return reinterpret_cast<HMODULE>(&__ImageBase); }
 
-std::wstring queryProfilePath() {
+std::wstring getTempPath() {
+    wchar_t path[4095];
+    const DWORD length = GetTempPathW(static_cast<DWORD>(std::size(path)), path);
+    if (length == 0 || length >= std::size(path)) {
+        PDX_LOG(logInfo, "GetTempPathW", "Failed to retrieve temp path");
+        return {};
+    }
+    return addBackslash({path, length});
+}
+
+std::wstring getModuleFilePath(const std::wstring& name) {
+    return appendPath(removeFileSpec(moduleFile(libraryModule())), name);
+}
+
+std::wstring getProcessFilePath() { return moduleFile(nullptr); }
+
+std::wstring getProcessFileName() {
+    const std::wstring path = getProcessFilePath();
+    return path.substr(path.find_last_of(L'\\') + 1);
+}
+
+std::wstring getKnownFolderPath(REFKNOWNFOLDERID id) {
     UniqueHandle<TaskMemoryTraits> path;
-    if (FAILED(SHGetKnownFolderPath(FOLDERID_Profile, KF_FLAG_DONT_VERIFY, nullptr, path.put()))) return {};
+    if (FAILED(SHGetKnownFolderPath(id, KF_FLAG_DONT_VERIFY, nullptr, path.put()))) return {};
     return path.get();
 }
+
+std::wstring getLogFilePath(const std::wstring& name) {
+    const std::wstring programData = getKnownFolderPath(FOLDERID_ProgramData);
+    if (programData.empty()) return {};
+    return appendPath(appendPath(programData, L"Palisade Desktop\\Logs"), name);
+}
+
+std::wstring getEnvironmentText(const std::wstring& name) {
+    wchar_t text[4097];
+    const DWORD length = GetEnvironmentVariableW(name.c_str(), text, static_cast<DWORD>(std::size(text)));
+    return length < std::size(text) ? std::wstring(text, length) : std::wstring();
+}
+
+std::wstring queryProfilePath() { return getKnownFolderPath(FOLDERID_Profile); }
 
 std::wstring queryUserName() {
     wchar_t name[256];

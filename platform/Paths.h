@@ -1,6 +1,7 @@
 // Folders, files' places and names, as the system tells them. All paths are wide; a failure gives the empty text.
 #pragma once
 
+#include <shtypes.h>
 #include <windows.h>
 
 #include <string>
@@ -9,6 +10,20 @@ namespace pdx {
 
 /// The module that this code lies in: the library, or the program that it is linked into.
 HMODULE libraryModule();
+
+/// The temporary folder with a backslash at its end; logs "Failed to retrieve temp path" at INFO on failure.
+std::wstring getTempPath();
+/// A file beside this library.
+std::wstring getModuleFilePath(const std::wstring& name);
+/// The running program, whole or its last component alone; 4096 characters at most.
+std::wstring getProcessFilePath();
+std::wstring getProcessFileName();
+/// A folder of the shell without a final separator, whether it exists or not.
+std::wstring getKnownFolderPath(REFKNOWNFOLDERID id);
+/// A file in the client's log folder below the common application data.
+std::wstring getLogFilePath(const std::wstring& name);
+/// A variable of this process's environment; empty if it is unset or has more than 4096 characters.
+std::wstring getEnvironmentText(const std::wstring& name);
 
 /// The user's profile folder without a final separator; logs "There was a problem getting the current user's profile
 /// path" when the system does not tell it.

@@ -1,8 +1,30 @@
 #include "platform/Processes.h"
 
-#include "platform/Handles.h"
+#include <shellapi.h>
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+#include "platform/Log.h"
+#include "platform/Registry.h"
+#include "platform/Text.h"
 
 namespace pdx {
+namespace {
+
+constexpr UINT terminatedExitCode = 9;
+
+/// Waits until every process has ended, as many at a time as the system can wait for.
+void waitForAll(std::span<const HANDLE> processes) {
+    while (!processes.empty()) {
+        const size_t count = std::min<size_t>(processes.size(), MAXIMUM_WAIT_OBJECTS);
+        WaitForMultipleObjects(static_cast<DWORD>(count), processes.data(), TRUE, INFINITE);
+        processes = processes.subspan(count);
+    }
+}
+
+}  // namespace
 
 bool isElevated() {
     Handle token;
@@ -11,6 +33,55 @@ bool isElevated() {
     DWORD size = 0;
     return GetTokenInformation(token.get(), TokenElevation, &elevation, sizeof elevation, &size) &&
            elevation.TokenIsElevated;
+}
+
+ProcessSnapshot::ProcessSnapshot() : snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0)) {}
+
+bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
+    if (!snapshot) return false;
+    entry.dwSize = sizeof entry;
+    return std::exchange(begun, true) ? Process32NextW(snapshot.get(), &entry)
+                                      : Process32FirstW(snapshot.get(), &entry);
+}
+
+Handle launchClient(const std::wstring& parameters) {
+    const RegistryKey product =
+        RegistryKey::localMachine(view64).openSubKey(L"Software\\Corvane Works\\Palisade Desktop", false);
+    const std::wstring folder = toText(product.getValue(L"InstallLocation"));
+    const std::wstring program = toText(product.getValue(L"LauncherAppPath"));
+    // The empty name would open a folder's window.
+    if (program.empty()) return Handle();
+    SHELLEXECUTEINFOW start{};
+    start.cbSize = sizeof start;
+    start.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_NO_CONSOLE;
+    start.lpVerb = L"open";
+    start.lpFile = program.c_str();
+    start.lpParameters = parameters.c_str();
+    start.lpDirectory = folder.c_str();
+    start.nShow = SW_SHOW;
+    ShellExecuteExW(&start);
+    return Handle(start.hProcess);
+}
+
+void terminateProcesses(std::span<const std::wstring_view> names) {
+    std::set<std::wstring> wanted;
+    for (const std::wstring_view name : names) wanted.insert(toLower(std::wstring(name)));
+    std::vector<Handle> owners;
+    std::vector<HANDLE> ending;
+    ProcessSnapshot snapshot;
+    for (PROCESSENTRY32W entry; snapshot.next(entry);) {
+        if (!wanted.contains(toLower(entry.szExeFile))) continue;
+        Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, entry.th32ProcessID));
+        if (!process) continue;
+        PDX_LOG(logInfo, "terminateProcesses", "Terminating %ls", entry.szExeFile);
+        TerminateProcess(process.get(), terminatedExitCode);
+        // The right to end a process is not the right to wait for it; the first handle keeps the id from being reused.
+        Handle waitable(OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID));
+        if (waitable) ending.push_back(waitable.get());
+        owners.push_back(std::move(process));
+        owners.push_back(std::move(waitable));
+    }
+    waitForAll(ending);
 }
 
 }  // namespace pdx

@@ -1,9 +1,41 @@
 // This process's rights, other processes, and the start of the client.
 #pragma once
 
+#include <windows.h>
+// tlhelp32.h needs the types of windows.h.
+#include <tlhelp32.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/Handles.h"
+
 namespace pdx {
 
 /// Whether this process runs with raised rights; false when its token cannot be asked.
 bool isElevated();
+
+/// The processes that ran when it was made.
+class ProcessSnapshot {
+  public:
+    ProcessSnapshot();
+    /// Fills the entry with the next process; false behind the last one, or if there is no snapshot.
+    bool next(PROCESSENTRY32W& entry);
+
+  private:
+    FileHandle snapshot;
+    bool begun = false;
+};
+
+/// Starts the client with the parameters: the program LauncherAppPath in the folder InstallLocation, as the 64-bit
+/// registry's product key tells them. The handle is that of the new process, if the system gave one; without a recorded
+/// program nothing is started.
+Handle launchClient(const std::wstring& parameters);
+
+/// Ends every process whose program has one of the names, compared without regard to case, with exit code 9, and waits
+/// until all of them are gone, without a time limit. Logs "Terminating %ls" at INFO for each. A process that cannot be
+/// opened is left running.
+void terminateProcesses(std::span<const std::wstring_view> names);
 
 }  // namespace pdx

@@ -1,0 +1,111 @@
+#include "platform/Files.h"
+
+#include <fmt/format.h>
+#include <fmt/xchar.h>
+#include <shlwapi.h>
+#include <windows.h>
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/Handles.h"
+#include "platform/Log.h"
+#include "platform/PathFunctions.h"
+
+namespace pdx {
+namespace {
+
+struct FindTraits {
+    using Value = HANDLE;
+    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void close(Value value) noexcept { FindClose(value); }
+};
+
+/// How the version information names a language and its code page.
+struct Translation {
+    WORD language;
+    WORD codePage;
+};
+
+/// What the version information holds under a name, as elements of the given type; empty if there is nothing.
+template <typename Element>
+std::span<const Element> versionValue(const std::vector<std::byte>& version, const std::wstring& name) {
+    void* value = nullptr;
+    UINT size = 0;
+    if (!VerQueryValueW(version.data(), name.c_str(), &value, &size) || !value) return {};
+    return {static_cast<const Element*>(value), size};
+}
+
+/// Deletes by the system's function, with the tries; logs what stays.
+bool removeEntry(BOOL(WINAPI* remove)(const wchar_t*), const char* kind, const std::wstring& path, int32_t tries,
+                 uint32_t delayMilliseconds) {
+    DWORD error = ERROR_SUCCESS;
+    const auto removed = [&] {
+        if (remove(path.c_str())) return true;
+        error = GetLastError();
+        return false;
+    };
+    if (retryUntil(removed, tries, delayMilliseconds)) return true;
+    PDX_LOG(logInfo, "deleteDirectoryTree", "Failed to remove %s %ls: error=%08x", kind, path, error);
+    return false;
+}
+
+}  // namespace
+
+bool fileExists(const std::wstring& path) { return PathFileExistsW(path.c_str()); }
+
+bool copyIfMissing(const std::wstring& source, const std::wstring& target) {
+    return fileExists(target) || CopyFileW(source.c_str(), target.c_str(), TRUE);
+}
+
+std::wstring getFileDescription(const std::wstring& path) {
+    DWORD unused = 0;
+    std::vector<std::byte> version(GetFileVersionInfoSizeW(path.c_str(), &unused));
+    if (version.empty() || !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(version.size()), version.data()))
+        return {};
+    // The size of this value is in bytes, that of a text in characters with the end mark.
+    const auto translations = versionValue<Translation>(version, L"\\VarFileInfo\\Translation");
+    for (const Translation& translation : translations.first(translations.size() / sizeof(Translation))) {
+        const auto text = versionValue<wchar_t>(version, fmt::format(L"\\StringFileInfo\\{:04x}{:04x}\\FileDescription",
+                                                                     translation.language, translation.codePage));
+        if (!text.empty()) return std::wstring(text.data(), wcsnlen(text.data(), text.size()));
+    }
+    return {};
+}
+
+bool retryUntil(const std::function<bool()>& function, int32_t tries, uint32_t delayMilliseconds) {
+    for (int32_t attempt = 0; attempt < tries; ++attempt) {
+        if (function()) return true;
+        Sleep(delayMilliseconds);
+    }
+    return false;
+}
+
+bool deleteDirectoryTree(const std::wstring& path, int32_t tries, uint32_t delayMilliseconds) {
+    // Without this the empty path would mean the current folder.
+    if (path.empty()) return true;
+    const std::wstring folder = path.back() == L'\\' || path.back() == L'/' ? path : path + L'\\';
+    WIN32_FIND_DATAW entry;
+    UniqueHandle<FindTraits> search(FindFirstFileW((folder + L"*.*").c_str(), &entry));
+    if (!search) {
+        const DWORD error = GetLastError();
+        return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    }
+    do {
+        const std::wstring_view name = entry.cFileName;
+        if (name == L"." || name == L"..") continue;
+        const std::wstring entryPath = folder + entry.cFileName;
+        const bool isFolder = entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+        const bool isLink = entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT;
+        const bool removed = !isFolder ? removeEntry(DeleteFileW, "file", entryPath, tries, delayMilliseconds)
+                             : isLink  ? removeEntry(RemoveDirectoryW, "directory", entryPath, tries, delayMilliseconds)
+                                       : deleteDirectoryTree(entryPath, tries, delayMilliseconds);
+        if (!removed) return false;
+    } while (FindNextFileW(search.get(), &entry));
+    // An open search would keep the folder's name alive until it is closed.
+    search.reset();
+    return removeEntry(RemoveDirectoryW, "directory", path, tries, delayMilliseconds);
+}
+
+}  // namespace pdx

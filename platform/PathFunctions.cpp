@@ -1,0 +1,102 @@
+#include "platform/PathFunctions.h"
+
+#include <shlwapi.h>
+
+#include <algorithm>
+
+namespace pdx {
+namespace {
+
+#ifndef LOAD_LIBRARY_SEARCH_SYSTEM32
+constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
+#endif
+
+/// A library of the system folder, which stays loaded: what is found in it is kept for the life of the process.
+HMODULE systemLibrary(const char* name) {
+    const HMODULE loaded = GetModuleHandleA(name);
+    return loaded ? loaded : LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+}
+
+template <typename Function>
+Function lookUp(HMODULE library, const char* name) {
+    return library ? reinterpret_cast<Function>(GetProcAddress(library, name)) : nullptr;
+}
+
+HRESULT WINAPI appendShort(wchar_t* path, size_t size, const wchar_t* more) {
+    // PathAppendW itself takes no size and writes up to MAX_PATH characters.
+    wchar_t joined[MAX_PATH];
+    if (wcslen(path) + 1 + wcslen(more) >= MAX_PATH) return E_OUTOFMEMORY;
+    wcscpy(joined, path);
+    if (!PathAppendW(joined, more) || wcslen(joined) >= size) return E_OUTOFMEMORY;
+    wcscpy(path, joined);
+    return S_OK;
+}
+
+HRESULT WINAPI removeFileSpecShort(wchar_t* path, size_t) { return PathRemoveFileSpecW(path) ? S_OK : S_FALSE; }
+
+HRESULT WINAPI addBackslashByHand(wchar_t* path, size_t size) {
+    const size_t length = wcslen(path);
+    if (length == 0 || path[length - 1] == L'\\') return S_FALSE;
+    if (length + 2 > size) return HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER);
+    path[length] = L'\\';
+    path[length + 1] = L'\0';
+    return S_OK;
+}
+
+/// Room for every path that the system can name, and the text to be worked on in it.
+std::wstring withRoom(std::wstring_view path, size_t more) {
+    std::wstring buffer(path);
+    buffer.resize(path.size() + more + 2);
+    return buffer;
+}
+
+std::wstring cutAtEnd(std::wstring buffer) {
+    buffer.resize(wcslen(buffer.c_str()));
+    return buffer;
+}
+
+}  // namespace
+
+PathFunctions bindPathFunctions(HMODULE library) {
+    PathFunctions functions{
+        lookUp<decltype(PathFunctions::append)>(library, "PathCchAppend"),
+        lookUp<decltype(PathFunctions::removeFileSpec)>(library, "PathCchRemoveFileSpec"),
+        lookUp<decltype(PathFunctions::addBackslash)>(library, "PathCchAddBackslash"),
+    };
+    if (!functions.append) functions.append = appendShort;
+    if (!functions.removeFileSpec) functions.removeFileSpec = removeFileSpecShort;
+    if (!functions.addBackslash) functions.addBackslash = addBackslashByHand;
+    return functions;
+}
+
+const PathFunctions& pathFunctions() {
+    static const PathFunctions functions = bindPathFunctions(systemLibrary("api-ms-win-core-path-l1-1-0.dll"));
+    return functions;
+}
+
+std::wstring appendPath(std::wstring_view path, const std::wstring& more) {
+    std::wstring buffer = withRoom(path, more.size());
+    return SUCCEEDED(pathFunctions().append(buffer.data(), buffer.size(), more.c_str())) ? cutAtEnd(buffer)
+                                                                                         : std::wstring();
+}
+
+std::wstring removeFileSpec(std::wstring_view path) {
+    std::wstring buffer = withRoom(path, 0);
+    return SUCCEEDED(pathFunctions().removeFileSpec(buffer.data(), buffer.size())) ? cutAtEnd(buffer) : std::wstring();
+}
+
+std::wstring addBackslash(std::wstring_view path) {
+    if (path.empty()) return {};
+    std::wstring buffer = withRoom(path, 0);
+    pathFunctions().addBackslash(buffer.data(), buffer.size());
+    return cutAtEnd(buffer);
+}
+
+void restrictDllSearch() {
+    using SetDirectories = BOOL(WINAPI*)(DWORD);
+    static const auto setDirectories =
+        lookUp<SetDirectories>(systemLibrary("kernel32.dll"), "SetDefaultDllDirectories");
+    if (setDirectories) setDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+}
+
+}  // namespace pdx

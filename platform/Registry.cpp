@@ -1,0 +1,113 @@
+#include "platform/Registry.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/Log.h"
+
+namespace pdx {
+namespace {
+
+/// The errors that end a walk over subkeys; at every other one it goes on with the next index.
+constexpr LSTATUS walkEnds[] = {ERROR_INVALID_HANDLE, ERROR_NO_MORE_ITEMS};
+
+/// False once there cannot be a subkey at the index. Asked after an error, without which a key that was deleted
+/// meanwhile would be walked through all 32-bit numbers.
+bool hasSubKeyAt(HKEY key, DWORD index) {
+    DWORD count = 0;
+    return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
+                            nullptr, nullptr) == ERROR_SUCCESS &&
+           index < count;
+}
+
+}  // namespace
+
+RegistryKey RegistryKey::classesRoot(RegistryView view) { return {HKEY_CLASSES_ROOT, view}; }
+RegistryKey RegistryKey::currentUser(RegistryView view) { return {HKEY_CURRENT_USER, view}; }
+RegistryKey RegistryKey::localMachine(RegistryView view) { return {HKEY_LOCAL_MACHINE, view}; }
+
+REGSAM RegistryKey::accessMask(bool writable) const noexcept {
+    return (writable ? KEY_ALL_ACCESS : KEY_READ) | viewFlag();
+}
+
+RegistryKey RegistryKey::openSubKey(const std::wstring& path, bool writable) const {
+    RegistryKey subKey(nullptr, view);
+    if (!handle) return subKey;
+    if (RegOpenKeyExW(get(), path.c_str(), 0, accessMask(writable), subKey.handle.put()) != ERROR_SUCCESS) {
+        PDX_LOG(logError, "RegistryKey::openSubKey", "Failed to open subkey %ls", path);
+        subKey.handle.reset();
+    }
+    return subKey;
+}
+
+RegistryKey RegistryKey::createSubKey(const std::wstring& path, bool writable) const {
+    RegistryKey subKey(nullptr, view);
+    if (!handle) return subKey;
+    if (RegCreateKeyExW(get(), path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, accessMask(writable), nullptr,
+                        subKey.handle.put(), nullptr) != ERROR_SUCCESS) {
+        PDX_LOG(logError, "RegistryKey::createSubKey", "Failed to create subkey %ls", path);
+        subKey.handle.reset();
+    }
+    return subKey;
+}
+
+RegistryValue RegistryKey::getValue(const std::wstring& name, RegistryValue defaultValue) const {
+    // The last character is never given away, so that a text stored without its end mark ends all the same.
+    wchar_t buffer[2048]{};
+    DWORD size = sizeof buffer - sizeof(wchar_t);
+    DWORD type = REG_NONE;
+    if (!handle ||
+        RegQueryValueExW(get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer), &size) != ERROR_SUCCESS)
+        return defaultValue;
+    if (type == REG_SZ) return std::wstring(buffer);
+    if (type == REG_DWORD) {
+        uint32_t number = 0;
+        std::memcpy(&number, buffer, sizeof number);
+        return number;
+    }
+    PDX_LOG(logError, "RegistryKey::getValue", "Unsupported registry value type [%d]", static_cast<int32_t>(type));
+    return defaultValue;
+}
+
+RegistryValue RegistryKey::getSubKeyValue(const std::wstring& subKey, const std::wstring& name,
+                                          RegistryValue defaultValue) const {
+    return openSubKey(subKey, false).getValue(name, std::move(defaultValue));
+}
+
+bool RegistryKey::setValue(const std::wstring& name, const RegistryValue& value) {
+    if (!handle) return false;
+    const auto write = [&](DWORD type, const void* bytes, size_t size) {
+        return RegSetValueExW(get(), name.c_str(), 0, type, static_cast<const BYTE*>(bytes),
+                              static_cast<DWORD>(size)) == ERROR_SUCCESS;
+    };
+    if (const auto* number = std::get_if<uint32_t>(&value)) return write(REG_DWORD, number, sizeof *number);
+    if (const auto* text = std::get_if<std::wstring>(&value))
+        return write(REG_SZ, text->c_str(), (text->size() + 1) * sizeof(wchar_t));
+    PDX_LOG(logError, "RegistryKey::setValue", "Unsupported value type");
+    return false;
+}
+
+bool RegistryKey::setSubKeyValue(const std::wstring& subKey, const std::wstring& name, const RegistryValue& value) {
+    return createSubKey(subKey, true).setValue(name, value);
+}
+
+void RegistryKey::enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function) {
+    for (DWORD index = 0;; ++index) {
+        wchar_t name[260]{};
+        DWORD size = static_cast<DWORD>(std::size(name));
+        const LSTATUS status = RegEnumKeyExW(get(), index, name, &size, nullptr, nullptr, nullptr, nullptr);
+        if (status == ERROR_SUCCESS) {
+            if (!function(*this, name)) return;
+        } else if (std::ranges::find(walkEnds, status) != std::end(walkEnds) || !hasSubKeyAt(get(), index)) {
+            return;
+        }
+    }
+}
+
+std::wstring toText(const RegistryValue& value) {
+    if (const auto* text = std::get_if<std::wstring>(&value)) return *text;
+    if (const auto* number = std::get_if<uint32_t>(&value)) return std::to_wstring(*number);
+    return {};
+}
+
+}  // namespace pdx

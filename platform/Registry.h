@@ -1,0 +1,78 @@
+// Registry keys, with the view travelling along and every value read as text or number.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <variant>
+
+#include "platform/Handles.h"
+
+namespace pdx {
+
+/// Which of the two registries of a 64-bit system; every value other than view64 counts as the 32-bit one.
+enum RegistryView : int32_t {
+    view32 = 0,
+    view64 = 1,
+};
+
+/// What a value holds: nothing, a REG_DWORD, or a REG_SZ.
+using RegistryValue = std::variant<std::monostate, uint32_t, std::wstring>;
+
+struct RegistryKeyTraits {
+    using Value = HKEY;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { RegCloseKey(value); }
+};
+
+/// An open key, or none after a failed open: then every further call fails without a log line. Nothing throws.
+class RegistryKey {
+  public:
+    /// The predefined roots.
+    static RegistryKey classesRoot(RegistryView view);
+    static RegistryKey currentUser(RegistryView view);
+    static RegistryKey localMachine(RegistryView view);
+
+    /// A key below this one, in the same view. Without it the result has no handle, and "Failed to open subkey %ls" or
+    /// "Failed to create subkey %ls" is logged at ERROR.
+    [[nodiscard]] RegistryKey openSubKey(const std::wstring& path, bool writable) const;
+    [[nodiscard]] RegistryKey createSubKey(const std::wstring& path, bool writable) const;
+
+    /// A value of this key; the name "" is the key's default value. The given default if there is none, if it takes
+    /// more than 4094 bytes (a text of 2046 characters with its end mark), or if it is neither REG_SZ nor REG_DWORD,
+    /// which logs "Unsupported registry value type [%d]" at ERROR.
+    [[nodiscard]] RegistryValue getValue(const std::wstring& name, RegistryValue defaultValue = {}) const;
+    /// The same for a key below this one, which is opened for the one read.
+    [[nodiscard]] RegistryValue getSubKeyValue(const std::wstring& subKey, const std::wstring& name,
+                                               RegistryValue defaultValue = {}) const;
+
+    /// Writes a number as REG_DWORD, a text as REG_SZ; false on failure. An empty value can't be written and logs
+    /// "Unsupported value type" at ERROR.
+    bool setValue(const std::wstring& name, const RegistryValue& value);
+    /// The same in a key below this one, which is made if it is not there.
+    bool setSubKeyValue(const std::wstring& subKey, const std::wstring& name, const RegistryValue& value);
+
+    /// Calls the function with this key and the name of each subkey, until it returns false. The walk goes by index and
+    /// is not restarted: after the function has deleted the subkey it was given, that subkey's follower is not seen.
+    void enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function);
+
+    /// For the platform's own functions, such as those that delete keys and values.
+    [[nodiscard]] HKEY get() const noexcept { return handle.get(); }
+    explicit operator bool() const noexcept { return static_cast<bool>(handle); }
+    /// The flag that an access mask takes along to stay in this key's view.
+    [[nodiscard]] REGSAM viewFlag() const noexcept { return view == view64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY; }
+
+  private:
+    RegistryKey(HKEY key, RegistryView keyView) : handle(key), view(keyView) {}
+    [[nodiscard]] REGSAM accessMask(bool writable) const noexcept;
+
+    UniqueHandle<RegistryKeyTraits> handle;
+    RegistryView view;
+};
+
+/// A text as it is, a number in decimal digits (so 0 is "0" and not empty), otherwise the empty text.
+std::wstring toText(const RegistryValue& value);
+
+}  // namespace pdx
