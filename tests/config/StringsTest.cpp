@@ -117,6 +117,8 @@ std::vector<std::string> faults(const std::wstring& language, const std::wstring
     expect(lineShape(text) == lineShape(english), "lines");
     expect(countOf(text, L"palisade") == countOf(english, L"palisade"), "name Palisade");
     expect(countOf(text, L"bastion") == countOf(english, L"bastion"), "name Bastion");
+    // The window leaves a blank at each tag, ahead of a full stop too.
+    expect(matches(text, L"</a>[^<]").empty(), "text behind a link");
     const std::wstring words = withoutMarkup(text);
     expect(matches(words, L"[<>&\\r\\t]|^ | $|  ").empty(), "blanks or stray markup");
     // The English strings have one pair of straight quotes, as they came.
@@ -159,9 +161,10 @@ TEST(Strings, FaultsAreFound) {
     EXPECT_THAT(faultsOf(L"Palisade,\n\n<a href=\"{other}\">Bastion</a>"), ElementsAre("markup", "placeholder"));
     EXPECT_THAT(faultsOf(L"Palisade,\n<a href=\"{support}\">Bastion</a>"), ElementsAre("lines"));
     EXPECT_THAT(faultsOf(L"App,\n\n<a href=\"{support}\">Bastion</a>"), ElementsAre("name Palisade"));
-    EXPECT_THAT(faultsOf(L"Palisade,\n\n<a href=\"{support}\">Bastion</a> & ich"),
+    EXPECT_THAT(faultsOf(L"Palisade & ich,\n\n<a href=\"{support}\">Bastion</a>"),
                 ElementsAre("blanks or stray markup"));
     EXPECT_THAT(faultsOf(L"Palisade's,\n\n<a href=\"{support}\">Bastion</a>"), ElementsAre("typewriter quote or dots"));
+    EXPECT_THAT(faultsOf(L"Palisade,\n\n<a href=\"{support}\">Bastion</a>."), ElementsAre("text behind a link"));
     EXPECT_THAT(faults(L"DE", L"A_Key", L"x", L"a_key"), ElementsAre("bare key"));
     EXPECT_THAT(faults(L"DE", L"installer_ok", L"OK", L"Gut"), ElementsAre("translated"));
 }
