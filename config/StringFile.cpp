@@ -27,7 +27,7 @@ ComPtr<IXMLDOMElement> parse(DomDocument3& document, std::string_view xml) {
     VARIANT_BOOL loaded = VARIANT_FALSE;
     ComPtr<IXMLDOMElement> root;
     if (FAILED(document.loadXML(text.get(), &loaded)) || loaded != VARIANT_TRUE) return root;
-    if (FAILED(document.get_documentElement(root.put()))) root.reset();
+    if (FAILED(document.get_documentElement(root.put()))) root = nullptr;
     return root;
 }
 

@@ -1,33 +1,55 @@
-// Owning types for what COM hands out: a reference on an interface, and a text.
+// Owning types for what COM hands out: a reference on an object, and a text.
 #pragma once
 
 #include <windows.h>
 
 #include <oleauto.h>
+#include <unknwn.h>
 
 #include <string_view>
+#include <utility>
 
 #include "platform/Handles.h"
 
 namespace pdx {
 
+/// Holds one reference and gives it back when it goes.
 template <typename Interface>
-struct ComTraits {
-    using Value = Interface*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { value->Release(); }
-};
-
-/// One reference on a COM object: made from a reference that the caller gives away, released at the end. Must not
-/// outlive the apartment that the object lives in.
-template <typename Interface>
-class ComPtr : public UniqueHandle<ComTraits<Interface>> {
+class ComPtr {
   public:
-    using UniqueHandle<ComTraits<Interface>>::UniqueHandle;
+    ComPtr() noexcept = default;
+    ComPtr(std::nullptr_t) noexcept {}
+    /// Takes a reference of its own on a borrowed pointer, which may be null.
+    static ComPtr share(Interface* borrowed) {
+        ComPtr pointer;
+        pointer.object = borrowed;
+        if (borrowed) borrowed->AddRef();
+        return pointer;
+    }
+    ComPtr(const ComPtr& other) noexcept : object(other.object) {
+        if (object) object->AddRef();
+    }
+    ComPtr(ComPtr&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
+    ComPtr& operator=(ComPtr other) noexcept {
+        std::swap(object, other.object);
+        return *this;
+    }
+    ~ComPtr() {
+        if (object) object->Release();
+    }
 
-    Interface* operator->() const noexcept { return this->get(); }
-    /// The place for functions that give an interface by its id, such as CoCreateInstance and QueryInterface.
-    [[nodiscard]] void** putVoid() noexcept { return reinterpret_cast<void**>(this->put()); }
+    [[nodiscard]] Interface* get() const noexcept { return object; }
+    Interface* operator->() const noexcept { return object; }
+    explicit operator bool() const noexcept { return object != nullptr; }
+    /// The place for a function that hands out a reference; what was held goes first.
+    [[nodiscard]] Interface** put() noexcept {
+        *this = nullptr;
+        return &object;
+    }
+    [[nodiscard]] void** putVoid() noexcept { return reinterpret_cast<void**>(put()); }
+
+  private:
+    Interface* object = nullptr;
 };
 
 struct BstrTraits {
