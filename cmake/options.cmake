@@ -1,6 +1,10 @@
 # Compiler settings shared by every target of the project's own code.
 add_library(palisade_options INTERFACE)
 target_compile_options(palisade_options INTERFACE -Wall -Wextra -Wshadow -Wpedantic -Wno-cast-function-type -Werror)
+# GCC 12 sees copies out of bounds in short wide strings that were inlined; there are none.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(palisade_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
+endif()
 # No path of the machine that builds may stand in what ships.
 target_compile_options(palisade_options INTERFACE
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
@@ -25,4 +29,6 @@ target_link_options(palisade_options INTERFACE -static -Wl,--enable-stdcall-fixu
 if(PALISADE_CHECKED)
     target_compile_options(palisade_options INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
     target_compile_definitions(palisade_options INTERFACE _GLIBCXX_ASSERTIONS)
+    # GCC 12 takes the copying of a short wide literal into a std::wstring for an overrun when it instruments it.
+    target_compile_options(palisade_options INTERFACE -Wno-array-bounds)
 endif()

@@ -1,4 +1,5 @@
 """Builds: presets of CMake with one line of progress each, and the compiler's output where a build fails."""
+import re
 import subprocess
 import sys
 import time
@@ -7,6 +8,13 @@ from harness.places import BUILD, ROOT
 
 # What is built of each preset: the library and the sample client; the tests under Wine; the rules' tests.
 TARGETS = {"release": "all", "checked": "windows_tests", "host": "rules_tests"}
+
+
+def _gist(output: str) -> str:
+    """The first errors of a build's output, or its end where it names none."""
+    lines = output.splitlines()
+    named = [line for line in lines if re.search(r": (fatal )?error: |undefined reference|^FAILED:", line)]
+    return "\n".join(named[:20] or lines[-40:])
 
 
 def build(*presets: str) -> None:
@@ -20,7 +28,7 @@ def build(*presets: str) -> None:
             for command in (["cmake", "--preset", preset],
                             ["cmake", "--build", "--preset", preset, "--target", TARGETS[preset]]):
                 if subprocess.run(command, cwd=ROOT, stdout=output, stderr=subprocess.STDOUT).returncode:
-                    print(" failed\n" + "\n".join(log.read_text(errors="replace").splitlines()[-40:]))
+                    print(f" failed\n{_gist(log.read_text(errors='replace'))}")
                     print(f"the whole output: {log.relative_to(ROOT)}")
                     sys.exit(1)
         print(f" {time.monotonic() - started:.0f} s", flush=True)

@@ -19,7 +19,8 @@ BUNDLE_ID = "{0B5A7C53-1E0D-4C7A-8F63-2D9C41E7B6A0}"
 BUNDLE_UPGRADE_CODE = "{9E1F3B72-64D8-4A35-B0C9-7F52A8D1634E}"
 BUNDLE_VERSION = "12.37.0.5294"
 
-# What the bundle presets: value, hidden in the log, kept for later runs. A value of None declares without a value.
+# What the bundle presets, besides its own file name as BundleExecutableName: value, hidden in the log, kept for later
+# runs. A value of None declares without a value.
 VARIABLES = {
     "PDX_REPAIR": ("0", False, False),
     "PDX_MERIDIAN_MODE": ("0", False, False),
@@ -129,7 +130,7 @@ def _manifest(bundle_name: str, library: Path, package: Path, attached: Path, ov
     # Offered to the library only; an ordinary run declines, and nothing is fetched from there.
     add(manifest, "Update", Location="https://updates.invalid/palisade.xml")
 
-    variables = {name: row for name, row in VARIABLES.items()}
+    variables = {"BundleExecutableName": (bundle_name, False, False)} | VARIABLES
     for name, value in overrides.items():
         _, hidden, kept = variables.get(name, (None, False, False))
         variables[name] = (value, hidden, kept)
@@ -162,10 +163,11 @@ def _manifest(bundle_name: str, library: Path, package: Path, attached: Path, ov
 def _add_package(chain: xml.Element, add, package: Path) -> None:
     facts = package_facts(package)
     size = str(package.stat().st_size)
-    msi = add(chain, "MsiPackage", Id=PACKAGE_ID, Cache="yes", CacheId=facts["ProductCode"] + "v" + facts["ProductVersion"],
-              Size=size, InstallSize=size, PerMachine="yes", Permanent="no", Vital="yes",
+    msi = add(chain, "MsiPackage", Id=PACKAGE_ID, Cache="yes", PerMachine="yes", Permanent="no", Vital="yes",
+              CacheId=facts["ProductCode"] + "v" + facts["ProductVersion"], Size=size, InstallSize=size,
               RollbackBoundaryForward="Boundary", RollbackBoundaryBackward="Boundary",
-              LogPathVariable=f"WixBundleLog_{PACKAGE_ID}", RollbackLogPathVariable=f"WixBundleRollbackLog_{PACKAGE_ID}",
+              LogPathVariable=f"WixBundleLog_{PACKAGE_ID}",
+              RollbackLogPathVariable=f"WixBundleRollbackLog_{PACKAGE_ID}",
               ProductCode=facts["ProductCode"], UpgradeCode=facts["UpgradeCode"], Language=facts["ProductLanguage"],
               Version=facts["ProductVersion"], DisplayInternalUI="no")
     for name, value in PACKAGE_PROPERTIES.items():

@@ -2,6 +2,7 @@
 import contextlib
 import os
 import subprocess
+import tempfile
 from pathlib import Path
 
 
@@ -20,14 +21,15 @@ def virtual_display(size: str = "1280x1024x24"):
     if not number:
         raise RuntimeError("Xvfb did not start")
     display = ":" + number
-    manager = subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": display}, stdout=subprocess.DEVNULL,
-                               stderr=subprocess.DEVNULL)
-    try:
-        yield display
-    finally:
-        for process in (manager, server):
-            process.terminate()
-            process.wait()
+    with tempfile.TemporaryDirectory() as home:
+        manager = subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": display, "HOME": home},
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        try:
+            yield display
+        finally:
+            for process in (manager, server):
+                process.terminate()
+                process.wait()
 
 
 def take_picture(display: str, target: Path) -> None:

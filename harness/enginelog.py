@@ -10,6 +10,7 @@ _OURS = re.compile(r"PDXBA([* ]) (ERROR|WARN |INFO |DEBUG|TRACE) \((\S+):(\d+)\)
 
 @dataclass
 class LibraryLine:
+    thread: str
     engine_kind: str  # "e" for an error, "i" otherwise
     marker: str
     level: str
@@ -22,23 +23,23 @@ class EngineLog:
         self.text = file.read_bytes().decode("utf-8-sig", errors="replace").replace("\r\n", "\n")
         # A message may hold line breaks: what does not begin like a line belongs to the line before.
         whole = re.split(r"\n(?=\[[0-9A-F]+:[0-9A-F]+\]\[)", self.text.rstrip("\n"))
-        self.rows = [match.groups()[2:] for match in map(_LINE.fullmatch, whole) if match]
+        self.rows = [match.groups()[1:] for match in map(_LINE.fullmatch, whole) if match]
 
     def numbered(self, number: str) -> list[str]:
         """The texts of the engine's lines of one number, as "319"."""
-        return [text for _, row, text in self.rows if row == number]
+        return [text for _, _, row, text in self.rows if row == number]
 
     def raw_library_lines(self) -> list[str]:
-        return [text for _, row, text in self.rows if row == "000" and text.startswith("PDXBA")]
+        return [text for text in self.numbered("000") if text.startswith("PDXBA")]
 
     def library_lines(self) -> list[LibraryLine]:
         """The library's lines that have the exact format, in order."""
         found = []
-        for kind, row, text in self.rows:
+        for thread, kind, row, text in self.rows:
             match = _OURS.fullmatch(text) if row == "000" else None
             if match:
                 marker, level, function, _, message = match.groups()
-                found.append(LibraryLine(kind, marker, level, function, message))
+                found.append(LibraryLine(thread, kind, marker, level, function, message))
         return found
 
     def messages(self, function: str) -> list[str]:
@@ -49,6 +50,12 @@ class EngineLog:
     def has(self, pattern: str) -> bool:
         """Whether a line of the library matches."""
         return any(re.search(pattern, line.text) for line in self.library_lines())
+
+    def closing_errors(self) -> list[str]:
+        """The codes of the errors told from OnShutdown on; empty for a run that is told as a success."""
+        texts = [line.text for line in self.library_lines()]
+        closing = texts[texts.index("Entering OnShutdown"):] if "Entering OnShutdown" in texts else []
+        return [match[1] for match in (re.match(r"ecod\[(.*?)\]", text) for text in closing) if match]
 
     @property
     def exit_code(self) -> int | None:

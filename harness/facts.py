@@ -10,30 +10,39 @@ CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDes
 
 # The script of the client's custom actions, their record and the launcher's notes lie here.
 EXCHANGE = "C:\\PalisadeTest"
+LAUNCHES = EXCHANGE + "\\launches.txt"
 
 
 def client_file(name: str, install_folder: str = INSTALL_FOLDER) -> str:
     return f"{install_folder}\\Palisade Desktop\\{name}"
 
 
-def client_values(install_folder: str = INSTALL_FOLDER) -> list[tuple[str, str, int, str]]:
-    """The registry values of an install on a machine that had no older product: key, name, view, text."""
+def client_values(install_folder: str = INSTALL_FOLDER) -> dict[tuple[str, int], dict[str, str]]:
+    """The registry values of an install on a machine that had no older product, by key and view."""
     launcher = client_file("PalisadeLauncher.exe", install_folder)
     connect = client_file("PalisadeConnect_microsoft.exe", install_folder)
     cached = f"\"C:\\ProgramData\\Package Cache\\{BUNDLE_ID}\\PalisadeSetup.exe\""
-    older = ("HKLM\\Software\\Bastion", "HKLM\\Software\\Corvane Works\\Fenwick")
-    return [
-        (PRODUCT_KEY, "InstallLocation", 64, install_folder + "\\"),
-        (PRODUCT_KEY, "LauncherAppPath", 64, launcher),
-        (PRODUCT_KEY, "PrevBastion2", 64, ""),
-        (PRODUCT_KEY, "PrevGateLink", 64, ""),
-        (PRODUCT_KEY, "OriginalUninstallString", 64, cached + "  /uninstall"),
-        (PRODUCT_KEY, "OriginalQuietUninstallString", 64, cached + " /uninstall /quiet"),
-        (UNINSTALL_ENTRY, "UninstallString", 32, f"\"{launcher}\" -uninstall"),
-        (UNINSTALL_ENTRY, "QuietUninstallString", 32, f"\"{launcher}\" -uninstall -silent"),
-        *((key, "ClientPath", 32, launcher) for key in older),
-        *((key, "PrevClientPath", 32, "") for key in older),
-        *((f"HKCR\\{name}\\shell\\open\\command", "", 64, f"\"{launcher}\" \"%1\"")
-          for name in ("bastion", "bastion2", "gatelink")),
-        ("HKCR\\palisadeconnect.microsoft\\shell\\open\\command", "", 64, f"\"{connect}\" \"%1\""),
-    ]
+
+    def protocol(name: str) -> tuple[str, int]:
+        return f"HKCR\\{name}\\shell\\open\\command", 64
+
+    return {
+        (PRODUCT_KEY, 64): {
+            "InstallLocation": install_folder + "\\",
+            "LauncherAppPath": launcher,
+            "PrevBastion2": "",
+            "PrevGateLink": "",
+            "OriginalUninstallString": cached + "  /uninstall",
+            "OriginalQuietUninstallString": cached + " /uninstall /quiet",
+        },
+        (UNINSTALL_ENTRY, 32): {
+            "UninstallString": f"\"{launcher}\" -uninstall",
+            "QuietUninstallString": f"\"{launcher}\" -uninstall -silent",
+        },
+        ("HKLM\\Software\\Bastion", 32): {"ClientPath": launcher, "PrevClientPath": ""},
+        ("HKLM\\Software\\Corvane Works\\Fenwick", 32): {"ClientPath": launcher, "PrevClientPath": ""},
+        protocol("bastion"): {"": f"\"{launcher}\" \"%1\""},
+        protocol("bastion2"): {"": f"\"{launcher}\" \"%1\""},
+        protocol("gatelink"): {"": f"\"{launcher}\" \"%1\""},
+        protocol("palisadeconnect.microsoft"): {"": f"\"{connect}\" \"%1\""},
+    }

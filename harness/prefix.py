@@ -6,6 +6,7 @@ import re
 import shutil
 import subprocess
 import tempfile
+import time
 from pathlib import Path
 
 from harness.places import BUILD
@@ -13,7 +14,7 @@ from harness.places import BUILD
 PREPARED = BUILD / "wine/prepared"
 # Windows' own files are most of a prefix (1.3 GB) and nothing writes to them in place: copies share them by link.
 SHARED = ("system32", "syswow64", "winsxs")
-NOTHING = "(none)"
+LEFTOVER_AGE = 3600  # seconds after which a copy belongs to no run any more
 
 
 class Prefix:
@@ -28,10 +29,8 @@ class Prefix:
             "PATH": os.environ["PATH"], "HOME": str(home), "DISPLAY": display, "WINEPREFIX": str(folder),
             # No .NET, HTML engine or desktop menus: each would ask to be installed or write outside the prefix.
             "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree=;mshtml=;winemenubuilder.exe=",
-            "LC_ALL": "C.UTF-8",
+            "LC_ALL": "C.UTF-8", "XAUTHORITY": os.environ.get("XAUTHORITY", str(Path.home() / ".Xauthority")),
         }
-        if "XAUTHORITY" in os.environ:
-            self.environment["XAUTHORITY"] = os.environ["XAUTHORITY"]
 
     def path(self, windows_path: str) -> Path:
         """Where a file of drive C: lies."""
@@ -42,19 +41,35 @@ class Prefix:
         return subprocess.Popen(["wine", str(program), *arguments], env=environment, stdin=subprocess.DEVNULL,
                                 **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options)
 
-    def run(self, program: str | Path, *arguments: str, bound: float = 60) -> str:
-        """Runs a program to its end and gives what it printed."""
-        with self.start(program, *arguments, stdout=subprocess.PIPE) as process:
-            return process.communicate(timeout=bound)[0].decode(errors="replace").replace("\r", "")
+    def run(self, program: str | Path, *arguments: str, bound: float = 60) -> None:
+        """Runs a program to its end."""
+        process = self.start(program, *arguments)
+        try:
+            process.wait(timeout=bound)
+        finally:
+            process.kill()
 
-    def registry(self, key: str, name: str = "", view: int = 64) -> str:
-        """A registry value as text, a DWORD as "0x1"; NOTHING if it is not there. An empty name is the default value."""
-        which = ["/v", name] if name else ["/ve"]
-        match = re.search(r"^    .*?    REG_\w+(?:    (.*))?$", self.run("reg", "query", key, *which, f"/reg:{view}"), re.M)
-        return NOTHING if match is None else match[1] or ""
+    def registry_values(self, key: str, view: int = 64) -> dict[str, str]:
+        """The values of a key that are texts or DWORDs, the latter as "0x00000001"; the default value's name is empty.
+        A key that is not there has none."""
+        text = self._exported(key, view)
+        own = re.split(r"^\[.*\]$", text, maxsplit=2, flags=re.M)[1:2]  # what follows are the subkeys
+        rows = re.findall(r'^(?:@|"((?:[^"\\]|\\.)*)")=(?:"((?:[^"\\]|\\.)*)"|dword:(\w+))$', "".join(own), re.M)
+        unescaped = [[re.sub(r"\\(.)", r"\1", part) for part in row] for row in rows]
+        return {name: "0x" + number if number else value for name, value, number in unescaped}
+
+    def registry(self, key: str, name: str, view: int = 64) -> str | None:
+        return self.registry_values(key, view).get(name)
 
     def has_key(self, key: str, view: int = 64) -> bool:
-        return self.start("reg", "query", key, f"/reg:{view}").wait(timeout=60) == 0
+        return bool(self._exported(key, view))
+
+    def _exported(self, key: str, view: int) -> str:
+        """A key with its subkeys as registry script; empty if it is not there."""
+        # Not by a query: that prints in a code page, and never ends over a list of texts without an entry.
+        with tempfile.NamedTemporaryFile(dir=self.drive, suffix=".reg") as target:
+            self.run("reg", "export", key, "C:\\" + Path(target.name).name, "/y", f"/reg:{view}")
+            return Path(target.name).read_bytes().decode("utf-16").replace("\r\n", "\n")
 
     def set_registry(self, key: str, name: str, value: str, view: int = 64) -> None:
         self.run("reg", "add", key, "/v", name, "/d", value, "/f", f"/reg:{view}")
@@ -62,7 +77,7 @@ class Prefix:
     def restart(self) -> None:
         """Shuts the prefix down in order; the next process starts its server anew, which then reads the machine's
         certificates again."""
-        for step in ("-k", "-w"):
+        for step in ("-k", "-w", "-p"):
             subprocess.run(["wineserver", step], env=self.environment, timeout=60)
 
     def end(self) -> None:
@@ -70,14 +85,17 @@ class Prefix:
         subprocess.run(["wineserver", "-k9"], env=self.environment, timeout=20, stderr=subprocess.DEVNULL)
 
 
-def prepare(display: str, tell=print) -> None:
-    """Makes the prepared prefix if it is not there: an ordinary Windows 10."""
+def prepare(display: str) -> None:
+    """Makes the prepared prefix if it is not there: an ordinary Windows 10. Clears away what ended runs left."""
     PREPARED.parent.mkdir(parents=True, exist_ok=True)
+    for left in PREPARED.parent.glob("*-*"):
+        if time.time() - left.stat().st_mtime > LEFTOVER_AGE:
+            shutil.rmtree(left, ignore_errors=True)
     with open(PREPARED.with_suffix(".lock"), "w") as lock:
         fcntl.flock(lock, fcntl.LOCK_EX)
         if PREPARED.exists():
             return
-        tell("preparing a Wine prefix (once)")
+        print("preparing a Wine prefix (once)", flush=True)
         unfinished = PREPARED.with_suffix(".new")
         shutil.rmtree(unfinished, ignore_errors=True)
         prefix = Prefix(unfinished, display)
@@ -99,6 +117,8 @@ def copy_of_prepared(name: str, display: str):
                         ignore=lambda at, names: ignored.get(at, set()))
         shared = [PREPARED / windows / name for name in SHARED]
         subprocess.run(["cp", "-al", *shared, prefix.folder / windows], check=True)
+        # Stays between two programs, so that the second does not start Windows anew.
+        subprocess.run(["wineserver", "-p"], env=prefix.environment, check=True)
         yield prefix
     finally:
         prefix.end()

@@ -3,6 +3,7 @@ import shutil
 import ssl
 import subprocess
 import time
+from collections.abc import Callable
 from pathlib import Path
 
 from harness import bundle, facts
@@ -72,6 +73,41 @@ class Scene:
     def exists(self, windows_path: str) -> bool:
         return self.path(windows_path).exists()
 
+    def read(self, windows_path: str) -> str:
+        """A file's text; empty if it is not there."""
+        return self.path(windows_path).read_text("utf-8") if self.exists(windows_path) else ""
+
+    def temporary_files(self) -> list[Path]:
+        return list(self.path(TEMP).iterdir())
+
+    def client_state(self, install_folder: str = facts.INSTALL_FOLDER) -> tuple[set[str], list[str]]:
+        """The client's files that are there, and its registry values that are not as an install leaves them."""
+        files = {name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name, install_folder))}
+        wrong = []
+        for (key, view), wanted in facts.client_values(install_folder).items():
+            found = self.prefix.registry_values(key, view)
+            wrong += [f"{key} [{name}] in view {view}: {found.get(name)!r}, wanted {text!r}"
+                      for name, text in wanted.items() if found.get(name) != text]
+        return files, wrong
+
+    def check_installed(self, install_folder: str = facts.INSTALL_FOLDER) -> None:
+        files, wrong = self.client_state(install_folder)
+        self.check_equal("the client's files are there", files, set(facts.CLIENT_FILES))
+        self.check("the client's registry values are there", not wrong, "\n".join(wrong[:3]))
+
+    def check_gone(self) -> None:
+        """Nothing of the client and of the bundle is left, as far as they are to go."""
+        left = [name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name))]
+        self.check_equal("the client's files are gone", left, [])
+        values = [f"{key} [{name}]" for (key, view), wanted in facts.client_values().items()
+                  for name in wanted.keys() & self.prefix.registry_values(key, view).keys()]
+        self.check_equal("the client's registry values are gone", values, [])
+        self.check("the bundle is registered no more", not self.prefix.has_key(facts.UNINSTALL_ENTRY, 32))
+        self.check_equal("the engine's cache is empty", self.cached_packages(), [])
+
+    def cached_packages(self) -> list[str]:
+        return [file.name for file in self.path("C:\\ProgramData\\Package Cache").rglob("*") if file.is_file()]
+
     def windows_version(self, word: str) -> None:
         """The system that the machine passes for, by Wine's word for it: "win10", "win7", "vista"."""
         self.prefix.set_registry("HKCU\\Software\\Wine", "Version", word)
@@ -94,8 +130,7 @@ class Scene:
 
     def answer(self, step: str) -> str | None:
         """What a step of the script was answered; None if it never ran."""
-        record = self.path(facts.EXCHANGE + "\\record.txt")
-        for line in record.read_text("utf-8").splitlines() if record.exists() else ():
+        for line in self.read(facts.EXCHANGE + "\\record.txt").splitlines():
             done, _, answer = line.rpartition(" -> ")
             if done == step:
                 return answer
@@ -115,11 +150,11 @@ class Scene:
     def run(self, *arguments: str, bound: float = 90, **options) -> EngineRun:
         return self.start(*arguments, **options).finish(bound)
 
-    def wait_for_file(self, windows_path: str, bound: float = 60) -> None:
+    def wait_for(self, condition: Callable[[], object], what: str, bound: float = 60) -> None:
         deadline = time.monotonic() + bound
-        while not self.exists(windows_path):
+        while not condition():
             if time.monotonic() > deadline:
-                raise Hang(f"{windows_path} did not appear within {bound:.0f} s")
+                raise Hang(f"{what} did not come within {bound:.0f} s")
             time.sleep(0.05)
 
     # Checks
@@ -128,7 +163,8 @@ class Scene:
         self.checks.append({"name": name, "ok": bool(ok), "detail": str(detail)})
 
     def check_equal(self, name: str, found: object, wanted: object) -> None:
-        self.check(name, found == wanted, found if found == wanted else f"found {found!r}, wanted {wanted!r}")
+        told = found if isinstance(found, str) else ""
+        self.check(name, found == wanted, told if found == wanted else f"found {found!r}, wanted {wanted!r}")
 
     def check_exit_code(self, run: EngineRun, wanted: int, whose: str = "the engine") -> None:
         found = run.exit_code
@@ -136,7 +172,7 @@ class Scene:
                    "no exit code in the log" if found is None else f"0x{found:x}")
 
     def keep_evidence(self) -> None:
-        """After a failure: a picture of the display, and all logs of the temporary folder."""
+        """After a failure: a picture of the display, and the logs of the temporary folder that are not kept already."""
         take_picture(self.prefix.environment["DISPLAY"], self.out / "screens/01-at-the-end.png")
-        for file in self.path(TEMP).glob("*.log"):
+        for file in set(self.path(TEMP).glob("*.log")) - self.engine_logs():
             shutil.copyfile(file, self.out / file.name)

@@ -20,28 +20,29 @@ BOUND = 600  # seconds for one test program
 
 def run_tests(title: str, command: list[str], display: str = "") -> tuple[int, int]:
     """Runs a GoogleTest program, tells its failures; gives passed and failed cases. A program that ends without its
-    own summary counts as one more failure."""
+    own summary, or badly after it, counts as one more failure."""
     log = OUT / f"tests/{title}.log"
     log.parent.mkdir(parents=True, exist_ok=True)
     with log.open("wb") as output:
         try:
-            process = subprocess.run(command, cwd=ROOT, env=os.environ | {"DISPLAY": display}, stdout=output,
-                                     stderr=subprocess.STDOUT, timeout=BOUND)
-            ending = f"ended with {process.returncode}"
+            code = subprocess.run(command, cwd=ROOT, env=os.environ | {"DISPLAY": display}, stdout=output,
+                                  stderr=subprocess.STDOUT, timeout=BOUND).returncode
+            ending = f"ended with {code}"
         except subprocess.TimeoutExpired:
-            ending = f"still running after {BOUND} s"
+            code, ending = 1, f"was still running after {BOUND} s"
     text = log.read_text("utf-8", "replace").replace("\r", "")
     passed = len(re.findall(r"^\[       OK \]", text, re.M))
     failures = re.findall(r"^\[  FAILED  \] .* \(\d+ ms\)$", text, re.M)
     complete = re.search(r"^\[==========\] \d+ tests? from .* ran\.", text, re.M) is not None
-    print(f"\n{title} tests: {passed} passed, {len(failures) + (not complete)} failed, see out/tests/{title}.log")
+    broken = not complete or (code != 0 and not failures)
+    print(f"\n{title} tests: {passed} passed, {len(failures) + broken} failed, see out/tests/{title}.log")
     # Each failing case in full: from its start to its end.
-    for case in re.findall(r"^\[ RUN      \] (?:(?!^\[).*\n)*?^\[  FAILED  \] .*$", text, re.M):
-        print(case)
-    if not complete:
+    for case in re.finditer(r"^\[ RUN      \] (\S+)\n(?:(?!\[ RUN ).*\n)*?\[  FAILED  \] \1\b.*$", text, re.M):
+        print(case[0])
+    if broken:
         print(f"  the program {ending}; its output ends:\n" + "\n".join(text.splitlines()[-20:]))
     sys.stdout.flush()
-    return passed, len(failures) + (not complete)
+    return passed, len(failures) + broken
 
 
 def run_scenario(name: str) -> tuple[int, int]:

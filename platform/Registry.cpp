@@ -1,15 +1,13 @@
 #include "platform/Registry.h"
 
-#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "platform/Log.h"
+#include "platform/rules/SubKeyWalk.h"
 
 namespace pdx {
 namespace {
-
-/// The errors that end a walk over subkeys; at every other one it goes on with the next index.
-constexpr LSTATUS walkEnds[] = {ERROR_INVALID_HANDLE, ERROR_NO_MORE_ITEMS};
 
 /// False once there cannot be a subkey at the index. Asked after an error, without which a key that was deleted
 /// meanwhile would be walked through all 32-bit numbers.
@@ -92,16 +90,15 @@ bool RegistryKey::setSubKeyValue(const std::wstring& subKey, const std::wstring&
 }
 
 void RegistryKey::enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function) {
-    for (DWORD index = 0;; ++index) {
-        wchar_t name[260]{};
-        DWORD size = static_cast<DWORD>(std::size(name));
-        const LSTATUS status = RegEnumKeyExW(get(), index, name, &size, nullptr, nullptr, nullptr, nullptr);
-        if (status == ERROR_SUCCESS) {
-            if (!function(*this, name)) return;
-        } else if (std::ranges::find(walkEnds, status) != std::end(walkEnds) || !hasSubKeyAt(get(), index)) {
-            return;
-        }
-    }
+    walkSubKeys(
+        [this](uint32_t index) {
+            wchar_t name[260]{};
+            DWORD size = static_cast<DWORD>(std::size(name));
+            const LSTATUS error = RegEnumKeyExW(get(), index, name, &size, nullptr, nullptr, nullptr, nullptr);
+            if (error != ERROR_SUCCESS && !hasSubKeyAt(get(), index)) return SubKeyAnswer{ERROR_NO_MORE_ITEMS, {}};
+            return SubKeyAnswer{error, name};
+        },
+        [&](const std::wstring& name) { return function(*this, name); });
 }
 
 std::wstring toText(const RegistryValue& value) {

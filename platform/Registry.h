@@ -38,7 +38,7 @@ class RegistryKey {
     /// A key below this one, in the same view. Without it the result has no handle, and "Failed to open subkey %ls" or
     /// "Failed to create subkey %ls" is logged at ERROR.
     [[nodiscard]] RegistryKey openSubKey(const std::wstring& path, bool writable) const;
-    [[nodiscard]] RegistryKey createSubKey(const std::wstring& path, bool writable) const;
+    RegistryKey createSubKey(const std::wstring& path, bool writable) const;
 
     /// A value of this key; the name "" is the key's default value. The given default if there is none, if it takes
     /// more than 4094 bytes (a text of 2046 characters with its end mark), or if it is neither REG_SZ nor REG_DWORD,

@@ -9,6 +9,7 @@
 
 #include "core/AppMessages.h"
 #include "harness/engine/EngineRun.h"
+#include "harness/engine/LoadedLibrary.h"
 #include "platform/Handles.h"
 #include "platform/rules/EngineTypes.h"
 #include "platform/Text.h"
@@ -26,16 +27,6 @@ constexpr auto packageFailure = static_cast<HRESULT>(0x80070643);
 /// The button of the already-installed prompt that asks for a repair.
 constexpr LRESULT repairAnswer = 2;
 constexpr size_t logLinesShown = 20;
-
-struct LibraryTraits {
-    using Value = HMODULE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { FreeLibrary(value); }
-};
-using Library = UniqueHandle<LibraryTraits>;
-
-using CreateFunction = HRESULT(WINAPI*)(IBootstrapperEngine*, const BOOTSTRAPPER_COMMAND*, IBootstrapperApplication**);
-using DestroyFunction = void(WINAPI*)();
 
 /// What a run is given and how it has to end.
 struct RoundPlan {
@@ -144,20 +135,14 @@ void checkOutcome(const RoundPlan& plan, const RunOutcome& outcome, Findings& fi
 
 /// From the load of the library to its unload.
 void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine, Findings& findings) {
-    const Library library(LoadLibraryW(file.c_str()));
-    if (!library) return findings.expect(false, "the library cannot be loaded");
-    const auto create =
-        reinterpret_cast<CreateFunction>(GetProcAddress(library.get(), "BootstrapperApplicationCreate"));
-    const auto destroy =
-        reinterpret_cast<DestroyFunction>(GetProcAddress(library.get(), "BootstrapperApplicationDestroy"));
-    if (!create || !destroy) return findings.expect(false, "the library lacks an export");
-
+    const LoadedLibrary library(file);
+    if (!library) return findings.expect(false, "the library cannot be loaded, or lacks an export");
     BOOTSTRAPPER_COMMAND command{};
     command.action = plan.action;
     command.display = BOOTSTRAPPER_DISPLAY_NONE;
     command.restart = BOOTSTRAPPER_RESTART_NEVER;
     IBootstrapperApplication* application = nullptr;
-    const HRESULT created = create(&engine, &command, &application);
+    const HRESULT created = library.create(&engine, &command, &application);
     findings.expectStatus("the creation's result", created, S_OK);
     if (SUCCEEDED(created)) {
         const bool answersPrompt = plan.shutdown == resultReloadBootstrapper;
@@ -169,7 +154,7 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
         checkOutcome(plan, EngineRun(engine, *application, plan.script, hook).run(), findings);
         findings.expect(application->Release() == 0, "the application object outlives the last Release");
     }
-    destroy();
+    library.destroy();
     findings.expect(engine.references() == 0, "the engine is still referenced after the library was destroyed");
 }
 

@@ -92,6 +92,7 @@ std::optional<EngineRequest> SmallEngine::takeRequest() {
 }
 
 void SmallEngine::record(const char* operation, std::vector<std::wstring> arguments) {
+    if (!recordsKept) return;
     const std::lock_guard guard(lock);
     recorded.push_back({operation, std::move(arguments), GetCurrentThreadId()});
 }
@@ -169,7 +170,7 @@ HRESULT SmallEngine::EvaluateCondition(LPCWSTR, BOOL*) { return E_NOTIMPL; }
 
 HRESULT SmallEngine::Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR message) {
     ++logLines;
-    if (!logKept) return S_OK;
+    if (!recordsKept) return S_OK;
     const std::lock_guard guard(lock);
     logged.push_back({level, message ? message : L""});
     return S_OK;

@@ -56,8 +56,8 @@ class SmallEngine final : public IBootstrapperEngine {
     Answers answers;
     EngineVariables variables;
 
-    /// Off, lines are counted and thrown away: for measuring.
-    void keepLog(bool keep) { logKept = keep; }
+    /// Off, log lines and calls are thrown away, and lines only counted: for measuring.
+    void keepRecords(bool keep) { recordsKept = keep; }
     [[nodiscard]] std::vector<EngineLogLine> log() const;
     [[nodiscard]] size_t logCount() const { return logLines; }
     /// The first line that contains the text.
@@ -118,7 +118,7 @@ class SmallEngine final : public IBootstrapperEngine {
     Handle requestArrived;
     std::atomic<ULONG> referenceCount = 1;
     std::atomic<size_t> logLines = 0;
-    std::atomic<bool> logKept = true;
+    std::atomic<bool> recordsKept = true;
     std::atomic<bool> updateGiven = false;
 };
 

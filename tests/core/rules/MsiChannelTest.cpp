@@ -11,11 +11,13 @@ namespace {
 
 TEST(MsiChannel, CutsCommands) {
     using Kind = MsiCommandKind;
+    const std::wstring longValue(100000, L'v');
+    const std::wstring longText = L"PDX_SET_VARIABLE:N=" + longValue;
     const struct {
-        std::wstring text;
+        std::wstring_view text;
         Kind kind;
-        std::wstring name;
-        std::wstring value;
+        std::wstring_view name;
+        std::wstring_view value;
     } rows[] = {
         {L"PDX_SET_VARIABLE:A=B=C", Kind::setVariable, L"A", L"B=C"},
         {L"PDX_SET_VARIABLE:=X", Kind::setVariable, L"", L"X"},
@@ -29,11 +31,11 @@ TEST(MsiChannel, CutsCommands) {
         {L"PDX_SET_VARIABLE", Kind::none, L"", L""},
         {L"Action start: A=B", Kind::none, L"", L""},
         {L"", Kind::none, L"", L""},
-        {L"PDX_SET_VARIABLE:N=" + std::wstring(100000, L'v'), Kind::setVariable, L"N", std::wstring(100000, L'v')},
+        {longText, Kind::setVariable, L"N", longValue},
     };
     for (const auto& row : rows) {
         const MsiCommand command = parseMsiCommand(row.text);
-        EXPECT_EQ(command.kind, row.kind) << testing::PrintToString(row.text.substr(0, 40));
+        EXPECT_EQ(command.kind, row.kind) << row.text.size();
         EXPECT_EQ(command.name, row.name);
         EXPECT_EQ(command.value, row.value);
     }

@@ -63,21 +63,23 @@ TEST(Startup, FindsTheClientsPackage) {
 }
 
 TEST(Startup, TurnsArgumentsIntoVariables) {
-    using Variable = std::optional<std::pair<std::wstring, std::wstring>>;
     const struct {
-        const wchar_t* argument;
-        Variable variable;
+        std::wstring_view argument;
+        const wchar_t* name;  ///< null: no variable
+        const wchar_t* value;
     } rows[] = {
-        {L"A=B=C", Variable({L"A", L"B=C"})},
-        {L"A=", Variable({L"A", L""})},
-        {L"=B", Variable({L"", L"B"})},
-        {L"InstallFolder=C:\\Spiele \u00fc", Variable({L"InstallFolder", L"C:\\Spiele \u00fc"})},
-        {L"/X=1", std::nullopt},
-        {L"-X=1", std::nullopt},
-        {L"quiet", std::nullopt},
-        {L"", std::nullopt},
+        {L"A=B=C", L"A", L"B=C"},     {L"A=", L"A", L""},
+        {L"=B", L"", L"B"},           {L"InstallFolder=C:\\Spiele \u00fc", L"InstallFolder", L"C:\\Spiele \u00fc"},
+        {L"/X=1", nullptr, nullptr},  {L"-X=1", nullptr, nullptr},
+        {L"quiet", nullptr, nullptr}, {L"", nullptr, nullptr},
     };
-    for (const auto& row : rows) EXPECT_EQ(variableOfArgument(row.argument), row.variable);
+    for (const auto& row : rows) {
+        const auto variable = variableOfArgument(row.argument);
+        ASSERT_EQ(variable.has_value(), row.name != nullptr) << testing::PrintToString(row.argument);
+        if (!variable) continue;
+        EXPECT_EQ(variable->first, row.name);
+        EXPECT_EQ(variable->second, row.value);
+    }
 }
 
 TEST(RunValue, BelongsToAFolder) {

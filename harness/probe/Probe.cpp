@@ -1,0 +1,124 @@
+// A program for tests to start: it waits to be ended, writes down how it was started, or is a small service.
+//
+//   wait                   does nothing, for ever
+//   record FILE ...        writes its folder and its whole command line into the file, a line each
+//   versions FILE          writes what it reads as the system's version and as that of kernel32.dll, a line each
+//   service NAME BEHAVIOUR runs as the service NAME, behaving as the table below says
+//
+// Text files are UTF-8.
+#include <windows.h>
+// shellapi.h needs the types of windows.h.
+#include <fmt/format.h>
+#include <shellapi.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Handles.h"
+#include "platform/OsIdentity.h"
+#include "platform/Text.h"
+
+namespace {
+
+/// What a service does when it is told to stop.
+struct Behaviour {
+    std::wstring_view name;
+    bool acceptsStop;
+    DWORD milliseconds;  ///< how long it stays in SERVICE_STOP_PENDING
+};
+
+constexpr Behaviour behaviours[] = {
+    {L"normal", true, 0},
+    {L"slow", true, 1200},
+    {L"stuck", true, INFINITE},
+    {L"refuses", false, 0},
+};
+
+struct Service {
+    std::wstring name;
+    Behaviour behaviour;
+    SERVICE_STATUS_HANDLE handle = nullptr;
+    pdx::Handle stopAsked;
+    pdx::Handle released;  ///< named by the test: set, it ends the service whatever its behaviour
+};
+
+// The service manager calls back without an argument of ours.
+Service service;
+
+pdx::Handle openEvent(const std::wstring& name) {
+    return pdx::Handle(CreateEventW(nullptr, TRUE, FALSE, (L"Global\\" + name).c_str()));
+}
+
+void report(DWORD state) {
+    SERVICE_STATUS status{};
+    status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
+    status.dwCurrentState = state;
+    status.dwControlsAccepted = state == SERVICE_RUNNING && service.behaviour.acceptsStop ? SERVICE_ACCEPT_STOP : 0;
+    SetServiceStatus(service.handle, &status);
+}
+
+DWORD WINAPI onControl(DWORD control, DWORD, void*, void*) {
+    if (control == SERVICE_CONTROL_STOP) {
+        report(SERVICE_STOP_PENDING);
+        SetEvent(service.stopAsked.get());
+    }
+    return NO_ERROR;
+}
+
+void WINAPI serviceMain(DWORD, wchar_t**) {
+    service.stopAsked = pdx::Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    service.released = openEvent(service.name + L".release");
+    service.handle = RegisterServiceCtrlHandlerExW(service.name.c_str(), onControl, nullptr);
+    report(SERVICE_RUNNING);
+    SetEvent(openEvent(service.name + L".running").get());
+    const HANDLE either[] = {service.stopAsked.get(), service.released.get()};
+    WaitForMultipleObjects(2, either, FALSE, INFINITE);
+    WaitForSingleObject(service.released.get(), service.behaviour.milliseconds);
+    report(SERVICE_STOPPED);
+}
+
+int runService(const std::wstring& name, std::wstring_view behaviourName) {
+    for (const Behaviour& behaviour : behaviours) {
+        if (behaviour.name != behaviourName) continue;
+        service.name = name;
+        service.behaviour = behaviour;
+        const SERVICE_TABLE_ENTRYW table[] = {{service.name.data(), serviceMain}, {nullptr, nullptr}};
+        return StartServiceCtrlDispatcherW(table) ? 0 : 1;
+    }
+    return 2;
+}
+
+int writeFile(const std::wstring& path, const std::string& text) {
+    const pdx::FileHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    DWORD written = 0;
+    return file && WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) ? 0 : 1;
+}
+
+int record(const std::wstring& path) {
+    wchar_t folder[MAX_PATH]{};
+    GetCurrentDirectoryW(MAX_PATH, folder);
+    return writeFile(path, fmt::format("{}\n{}\n", pdx::toUtf8(folder), pdx::toUtf8(GetCommandLineW())));
+}
+
+int writeVersions(const std::wstring& path) {
+    const auto line = [](const pdx::OsInfo& version) {
+        return fmt::format("{}.{}.{}\n", version.major, version.minor, version.build);
+    };
+    return writeFile(path, line(pdx::systemVersion()) + line(pdx::kernelVersion().value_or(pdx::OsInfo{})));
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, char*, int) {
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    const std::vector<std::wstring> arguments(words, words + count);
+    LocalFree(words);
+    const std::wstring mode = count > 1 ? arguments[1] : L"";
+    if (mode == L"wait") Sleep(INFINITE);
+    if (mode == L"record" && count > 2) return record(arguments[2]);
+    if (mode == L"versions" && count > 2) return writeVersions(arguments[2]);
+    if (mode == L"service" && count > 3) return runService(arguments[2], arguments[3]);
+    return 2;
+}

@@ -1,0 +1,57 @@
+#include "platform/Hash.h"
+
+#include <windows.h>
+// bcrypt.h needs the types of windows.h.
+#include <bcrypt.h>
+#include <fmt/format.h>
+
+#include <vector>
+
+#include "platform/Handles.h"
+
+namespace pdx {
+namespace {
+
+struct AlgorithmTraits {
+    using Value = BCRYPT_ALG_HANDLE;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { BCryptCloseAlgorithmProvider(value, 0); }
+};
+
+struct HashTraits {
+    using Value = BCRYPT_HASH_HANDLE;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { BCryptDestroyHash(value); }
+};
+
+bool succeeded(NTSTATUS status) { return status >= 0; }
+
+/// A size that the algorithm tells of itself, in bytes; 0 on failure.
+DWORD sizeProperty(BCRYPT_ALG_HANDLE algorithm, const wchar_t* name) {
+    DWORD value = 0;
+    DWORD written = 0;
+    const NTSTATUS status =
+        BCryptGetProperty(algorithm, name, reinterpret_cast<BYTE*>(&value), sizeof value, &written, 0);
+    return succeeded(status) && written == sizeof value ? value : 0;
+}
+
+}  // namespace
+
+std::string hashString(const std::wstring& algorithm, const void* bytes, size_t length) {
+    UniqueHandle<AlgorithmTraits> provider;
+    if (!succeeded(BCryptOpenAlgorithmProvider(provider.put(), algorithm.c_str(), nullptr, 0))) return {};
+    std::vector<BYTE> object(sizeProperty(provider.get(), BCRYPT_OBJECT_LENGTH));
+    std::vector<BYTE> digest(sizeProperty(provider.get(), BCRYPT_HASH_LENGTH));
+    if (object.empty() || digest.empty()) return {};
+    UniqueHandle<HashTraits> hash;
+    // The function takes its input without const and only reads it.
+    auto* input = static_cast<BYTE*>(const_cast<void*>(bytes));
+    if (!succeeded(BCryptCreateHash(provider.get(), hash.put(), object.data(), static_cast<DWORD>(object.size()),
+                                    nullptr, 0, 0)) ||
+        !succeeded(BCryptHashData(hash.get(), input, static_cast<DWORD>(length), 0)) ||
+        !succeeded(BCryptFinishHash(hash.get(), digest.data(), static_cast<DWORD>(digest.size()), 0)))
+        return {};
+    return fmt::format("{:02x}", fmt::join(digest, ""));
+}
+
+}  // namespace pdx

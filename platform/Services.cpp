@@ -1,0 +1,94 @@
+#include "platform/Services.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "platform/Files.h"
+#include "platform/Handles.h"
+#include "platform/Log.h"
+
+namespace pdx {
+namespace {
+
+struct ServiceHandleTraits {
+    using Value = SC_HANDLE;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { CloseServiceHandle(value); }
+};
+using ServiceHandle = UniqueHandle<ServiceHandleTraits>;
+
+/// How often a wait looks, in parts of its time-out.
+constexpr int32_t looks = 10;
+
+uint32_t pauseOf(uint64_t timeoutMilliseconds) {
+    // INFINITE would be no pause but the end of the thread.
+    return static_cast<uint32_t>(std::min<uint64_t>(timeoutMilliseconds / looks, INFINITE - 1));
+}
+
+/// A service and the manager it was opened through.
+struct Service {
+    Service(const std::wstring& name, DWORD access)
+        : manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)),
+          handle(manager ? OpenServiceW(manager.get(), name.c_str(), access) : nullptr),
+          error(handle ? ERROR_SUCCESS : GetLastError()) {}
+
+    [[nodiscard]] bool isUnknown() const { return error == ERROR_SERVICE_DOES_NOT_EXIST; }
+
+    ServiceHandle manager;
+    ServiceHandle handle;
+    DWORD error;
+};
+
+/// Stops and marks for deletion. The handles go before the caller waits: with one open the service would stay listed.
+bool stopAndDelete(const Service& service, const std::wstring& name) {
+    constexpr uint64_t stopMilliseconds = 2000;
+    return service.handle && stopService(name, stopMilliseconds) && DeleteService(service.handle.get());
+}
+
+bool isGone(const std::wstring& name) {
+    constexpr DWORD noState = 0xFFFFFFFF;
+    const Service service(name, SERVICE_QUERY_STATUS);
+    SERVICE_STATUS status{};
+    return !service.handle || !QueryServiceStatus(service.handle.get(), &status) || status.dwCurrentState == noState;
+}
+
+}  // namespace
+
+bool stopService(const std::wstring& name, uint64_t timeoutMilliseconds) {
+    using Clock = std::chrono::steady_clock;
+    PDX_LOG(logInfo, "stopService", "Stopping service '%ls'...", name);
+    const Service service(name, SERVICE_STOP | SERVICE_QUERY_STATUS);
+    if (!service.handle) return service.isUnknown();
+    const Clock::time_point begin = Clock::now();
+    const auto elapsed = [&] {
+        return static_cast<uint64_t>(
+            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin).count());
+    };
+    while (elapsed() <= timeoutMilliseconds) {
+        SERVICE_STATUS status{};
+        if (!QueryServiceStatus(service.handle.get(), &status)) return false;
+        if (status.dwCurrentState == SERVICE_STOPPED) return true;
+        if (status.dwCurrentState != SERVICE_STOP_PENDING &&
+            !ControlService(service.handle.get(), SERVICE_CONTROL_STOP, &status))
+            return false;
+        Sleep(pauseOf(timeoutMilliseconds));
+    }
+    return false;
+}
+
+bool deleteService(const std::wstring& name, uint64_t timeoutMilliseconds) {
+    PDX_LOG(logInfo, "deleteService", "Deleting service '%ls'...", name);
+    {
+        const Service service(name, DELETE);
+        if (service.isUnknown()) return true;
+        if (!stopAndDelete(service, name)) {
+            PDX_LOG(logInfo, "deleteService", "Failed to delete service '%ls'", name);
+            return false;
+        }
+    }
+    return retryUntil([&] { return isGone(name); }, looks, pauseOf(timeoutMilliseconds));
+}
+
+}  // namespace pdx

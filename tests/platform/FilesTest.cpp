@@ -1,0 +1,161 @@
+#include "platform/Files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "platform/Handles.h"
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/Probe.h"
+#include "tests/platform/TestFolder.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FilesTest : public testing::Test {
+  protected:
+    TestFolder folder;
+    CapturedLog log;
+};
+
+TEST_F(FilesTest, FindsFilesAndFolders) {
+    EXPECT_TRUE(fileExists(folder.addFile(L"ü.txt")));
+    EXPECT_TRUE(fileExists(folder.path()));
+    EXPECT_FALSE(fileExists(folder.path(L"missing")));
+    EXPECT_FALSE(fileExists(L""));
+}
+
+TEST_F(FilesTest, CopiesOnlyWhatIsMissing) {
+    const std::wstring source = folder.addFile(L"source", "new");
+    const std::wstring present = folder.addFile(L"present", "old");
+    EXPECT_TRUE(copyIfMissing(source, folder.path(L"target")));
+    EXPECT_EQ(readFile(folder.path(L"target")), "new");
+    EXPECT_TRUE(copyIfMissing(source, present));
+    EXPECT_EQ(readFile(present), "old");
+    EXPECT_TRUE(copyIfMissing(folder.path(L"missing"), present));
+    EXPECT_FALSE(copyIfMissing(folder.path(L"missing"), folder.path(L"other")));
+    EXPECT_FALSE(copyIfMissing(source, folder.path(L"no\\folder")));
+}
+
+TEST_F(FilesTest, ReadsTheFirstDescriptionInTheOrderOfTheLanguages) {
+    // The program names four languages: no block, a block without a description, then German before English.
+    EXPECT_EQ(getFileDescription(probePath()), L"Prüfling");
+    EXPECT_EQ(getFileDescription(getProcessFilePath()), L"Palisade app installer");
+}
+
+TEST_F(FilesTest, GivesNoDescriptionOfWhatHasNone) {
+    EXPECT_EQ(getFileDescription(folder.addFile(L"text.exe")), L"");
+    EXPECT_EQ(getFileDescription(folder.path(L"missing.exe")), L"");
+    EXPECT_EQ(getFileDescription(folder.path()), L"");
+    EXPECT_EQ(getFileDescription(L""), L"");
+}
+
+TEST(RetryUntil, CallsUntilTheFirstSuccess) {
+    const struct {
+        int32_t tries;
+        int succeedsAt;  ///< 0: never
+        bool result;
+        int calls;
+    } cases[] = {
+        {10, 1, true, 1}, {10, 3, true, 3}, {3, 3, true, 3},  {3, 4, false, 3},
+        {5, 0, false, 5}, {1, 0, false, 1}, {0, 1, false, 0}, {-1, 1, false, 0},
+    };
+    for (const auto& row : cases) {
+        int calls = 0;
+        EXPECT_EQ(retryUntil([&] { return ++calls == row.succeedsAt; }, row.tries, 0), row.result)
+            << row.tries << " tries, success at " << row.succeedsAt;
+        EXPECT_EQ(calls, row.calls);
+    }
+}
+
+TEST_F(FilesTest, DeletesATreeWithAllThatIsInIt) {
+    for (const wchar_t* separator : {L"", L"\\", L"/"}) {
+        folder.addFile(L"tree\\a.txt");
+        folder.addFile(L"tree\\ü\\.hidden");
+        folder.addFile(L"tree\\ü\\deep\\er\\noextension");
+        std::filesystem::create_directories(folder.path(L"tree\\empty"));
+        SetFileAttributesW(folder.path(L"tree\\a.txt").c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+        EXPECT_TRUE(deleteDirectoryTree(folder.path(L"tree") + separator, 1, 0));
+        EXPECT_FALSE(fileExists(folder.path(L"tree")));
+    }
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(FilesTest, AFolderThatIsNotThereIsDeleted) {
+    EXPECT_TRUE(deleteDirectoryTree(folder.path(L"missing"), 1, 0));
+    EXPECT_TRUE(deleteDirectoryTree(folder.path(L"missing\\deeper"), 1, 0));
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(FilesTest, TheEmptyPathIsNotTheCurrentFolder) {
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    const std::wstring kept = folder.addFile(L"kept");
+    ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
+    EXPECT_TRUE(deleteDirectoryTree(L"", 1, 0));
+    SetCurrentDirectoryW(before);
+    EXPECT_TRUE(fileExists(kept));
+}
+
+TEST_F(FilesTest, AFileInTheFoldersPlaceStays) {
+    const std::wstring file = folder.addFile(L"file");
+    deleteDirectoryTree(file, 1, 0);
+    EXPECT_TRUE(fileExists(file));
+}
+
+TEST_F(FilesTest, StopsAtAFileThatStays) {
+    const std::wstring stuck = folder.addFile(L"tree\\sub\\stuck.txt");
+    folder.addFile(L"tree\\sub\\zzz.txt");
+    folder.addFile(L"tree\\zzz\\other.txt");
+    {
+        const FileHandle open(
+            CreateFileW(stuck.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(open);
+        EXPECT_FALSE(deleteDirectoryTree(folder.path(L"tree"), 3, 1));
+        EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "deleteDirectoryTree",
+                                                     toUtf8(L"Failed to remove file " + stuck + L": error=00000020")}));
+        EXPECT_TRUE(fileExists(stuck));
+    }
+    EXPECT_TRUE(deleteDirectoryTree(folder.path(L"tree"), 3, 1)) << "once the file is closed";
+}
+
+TEST_F(FilesTest, StopsAtAReadOnlyFile) {
+    const std::wstring stuck = folder.addFile(L"tree\\readonly.txt");
+    SetFileAttributesW(stuck.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_FALSE(deleteDirectoryTree(folder.path(L"tree"), 2, 1));
+    EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "deleteDirectoryTree",
+                                                 toUtf8(L"Failed to remove file " + stuck + L": error=00000005")}));
+    SetFileAttributesW(stuck.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(FilesTest, StopsAtAFolderThatStays) {
+    folder.addFile(L"tree\\sub\\file.txt");
+    const std::wstring stuck = folder.path(L"tree\\sub");
+    const FileHandle open(CreateFileW(stuck.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    ASSERT_TRUE(open);
+    EXPECT_FALSE(deleteDirectoryTree(folder.path(L"tree"), 2, 1));
+    EXPECT_THAT(log.take(),
+                ElementsAre(LogEntry{logInfo, "deleteDirectoryTree",
+                                     toUtf8(L"Failed to remove directory " + stuck + L": error=00000020")}));
+}
+
+TEST_F(FilesTest, TriesAgainUntilTheFileIsReleased) {
+    const std::wstring stuck = folder.addFile(L"tree\\stuck.txt");
+    FileHandle open(CreateFileW(stuck.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(open);
+    int tries = 0;
+    EXPECT_TRUE(retryUntil(
+        [&] {
+            if (++tries == 3) open.reset();
+            return deleteDirectoryTree(folder.path(L"tree"), 1, 0);
+        },
+        5, 1));
+    EXPECT_EQ(tries, 3);
+}
+
+}  // namespace
+}  // namespace pdx

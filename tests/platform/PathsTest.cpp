@@ -1,0 +1,148 @@
+#include "platform/Paths.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <shlobj.h>
+
+#include "platform/PathFunctions.h"
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/TestFolder.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+
+/// Sets a variable of the environment for the time of a test.
+class ScopedVariable {
+  public:
+    ScopedVariable(const wchar_t* variableName, const std::wstring& value) : name(variableName) {
+        wchar_t buffer[8192];
+        const DWORD length = GetEnvironmentVariableW(name, buffer, 8192);
+        before.assign(buffer, length);
+        SetEnvironmentVariableW(name, value.c_str());
+    }
+    ~ScopedVariable() { SetEnvironmentVariableW(name, before.empty() ? nullptr : before.c_str()); }
+
+  private:
+    const wchar_t* name;
+    std::wstring before;
+};
+
+TEST(Paths, TheTemporaryFolderEndsInOneSeparator) {
+    const TestFolder folder;
+    for (const wchar_t* ending : {L"", L"\\"}) {
+        const ScopedVariable variable(L"TMP", folder.path() + ending);
+        EXPECT_EQ(getTempPath(), folder.path() + L"\\");
+    }
+}
+
+TEST(Paths, FindsTheProgramAndWhatIsBesideThisLibrary) {
+    EXPECT_EQ(getProcessFileName(), L"windows_tests.exe");
+    EXPECT_THAT(getProcessFilePath(), EndsWith(L"\\windows_tests.exe"));
+    EXPECT_EQ(getModuleFilePath(L"windows_tests.exe"), getProcessFilePath()) << "the tests link the library's code";
+}
+
+TEST(Paths, AsksTheShellForItsFolders) {
+    const std::wstring data = getKnownFolderPath(FOLDERID_ProgramData);
+    ASSERT_FALSE(data.empty());
+    EXPECT_EQ(getLogFilePath(L"ü.log"), data + L"\\Palisade Desktop\\Logs\\ü.log");
+    EXPECT_EQ(getKnownFolderPath(GUID{}), L"");
+    EXPECT_EQ(getKnownFolderPath(FOLDERID_Profile), getProfilePath());
+}
+
+TEST(Paths, ReadsTheEnvironmentUpToItsLimit) {
+    const std::wstring longest(4096, L'x');
+    const struct {
+        std::wstring value;
+        std::wstring text;
+    } cases[] = {{L"ü\U0001F600", L"ü\U0001F600"}, {L"x", L"x"}, {longest, longest}, {longest + L"x", L""}};
+    for (const auto& row : cases) {
+        const ScopedVariable variable(L"PDX_PATHS_TEST", row.value);
+        EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), row.text);
+    }
+    EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), L"");
+}
+
+TEST(Paths, TellsWhenThereIsNoShortName) {
+    const TestFolder folder;
+    const CapturedLog log;
+    const std::wstring missing = folder.path(L"missing file.text");
+    EXPECT_EQ(getShortPathName(missing), L"");
+    EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "getShortPathName",
+                                                 toUtf8(L"Failed to get short path name for " + missing)}));
+    const std::wstring present = folder.addFile(L"present file.text");
+    const std::wstring shortName = getShortPathName(present);
+    EXPECT_FALSE(shortName.empty());
+    EXPECT_EQ(readFile(shortName), "x") << "it leads to the same file";
+    EXPECT_NE(getUserName(), L"");
+    EXPECT_NE(getProfilePath(), L"");
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST(PathTexts, AreJoinedAndTakenApart) {
+    const struct {
+        const wchar_t *path, *more, *joined;
+    } joins[] = {
+        {L"C:\\a", L"b", L"C:\\a\\b"},   {L"C:\\a\\", L"b", L"C:\\a\\b"},
+        {L"C:\\a", L"\\b", L"C:\\a\\b"}, {L"C:\\a", L"b\\ü.txt", L"C:\\a\\b\\ü.txt"},
+        {L"C:\\a", L"..\\b", L"C:\\b"},  {L"C:\\a", L"", L"C:\\a"},
+    };
+    for (const auto& row : joins) EXPECT_EQ(appendPath(row.path, row.more), row.joined) << row.joined;
+    EXPECT_EQ(appendPath(L"C:\\" + std::wstring(150, L'a'), std::wstring(150, L'b')), L"");
+    const struct {
+        const wchar_t *path, *folder;
+    } cuts[] = {{L"C:\\a\\b", L"C:\\a"}, {L"C:\\a", L"C:\\"}, {L"C:\\", L"C:\\"}, {L"a", L""}, {L"", L""}};
+    for (const auto& row : cuts) EXPECT_EQ(removeFileSpec(row.path), row.folder) << row.path;
+    const struct {
+        const wchar_t *path, *closed;
+    } closings[] = {{L"C:\\a", L"C:\\a\\"}, {L"C:\\a\\", L"C:\\a\\"}, {L"", L""}};
+    for (const auto& row : closings) EXPECT_EQ(addBackslash(row.path), row.closed) << row.path;
+}
+
+/// What a function makes of a path in a buffer of the given size.
+struct Outcome {
+    HRESULT result;
+    std::wstring path;
+    bool operator==(const Outcome&) const = default;
+};
+
+template <typename Function, typename... More>
+Outcome tryOut(Function function, const std::wstring& path, size_t size, More... more) {
+    std::vector<wchar_t> buffer(std::max(size, path.size() + 1));
+    std::ranges::copy(path, buffer.begin());
+    const HRESULT result = function(buffer.data(), size, more...);
+    return {result, buffer.data()};
+}
+
+TEST(PathFunctions, TheirStandInsDoTheSame) {
+    const PathFunctions standIn = bindPathFunctions(nullptr);
+    const PathFunctions& system = pathFunctions();
+    ASSERT_NE(standIn.append, system.append) << "this system has them";
+    ASSERT_NE(standIn.removeFileSpec, system.removeFileSpec);
+    ASSERT_NE(standIn.addBackslash, system.addBackslash);
+    for (const std::wstring path : {L"C:\\a\\b", L"C:\\a\\", L"C:\\a", L"C:\\", L"\\\\server\\share\\a"}) {
+        EXPECT_EQ(tryOut(standIn.removeFileSpec, path, 260), tryOut(system.removeFileSpec, path, 260)) << path;
+        EXPECT_EQ(tryOut(standIn.addBackslash, path, 260), tryOut(system.addBackslash, path, 260)) << path;
+        for (const wchar_t* more : {L"c", L"\\c", L"c\\d\\", L"..\\c"})
+            EXPECT_EQ(tryOut(standIn.append, path, 260, more), tryOut(system.append, path, 260, more))
+                << path << " and " << more;
+    }
+}
+
+TEST(PathFunctions, TheirStandInsKeepToTheSize) {
+    const PathFunctions standIn = bindPathFunctions(nullptr);
+    const std::wstring path = L"C:\\" + std::wstring(196, L'a');
+    const std::wstring fits(59, L'b');
+    EXPECT_EQ(tryOut(standIn.append, path, 1000, fits.c_str()), (Outcome{S_OK, path + L"\\" + fits}));
+    EXPECT_EQ(tryOut(standIn.append, path, 1000, (fits + L"b").c_str()), (Outcome{E_OUTOFMEMORY, path}));
+    EXPECT_EQ(tryOut(standIn.append, L"C:\\a", 6, L"bc"), (Outcome{E_OUTOFMEMORY, L"C:\\a"}));
+    EXPECT_EQ(tryOut(standIn.addBackslash, L"C:\\a", 6), (Outcome{S_OK, L"C:\\a\\"}));
+    EXPECT_EQ(tryOut(standIn.addBackslash, L"C:\\a", 5),
+              (Outcome{HRESULT_FROM_WIN32(ERROR_INSUFFICIENT_BUFFER), L"C:\\a"}));
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,156 @@
+#include "platform/Services.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/Probe.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+
+struct ServiceHandleTraits {
+    using Value = SC_HANDLE;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { CloseServiceHandle(value); }
+};
+using ServiceHandle = UniqueHandle<ServiceHandleTraits>;
+
+constexpr wchar_t serviceName[] = L"PalisadeServiceTest";
+
+LogEntry stopping() { return {logInfo, "stopService", "Stopping service 'PalisadeServiceTest'..."}; }
+LogEntry deleting() { return {logInfo, "deleteService", "Deleting service 'PalisadeServiceTest'..."}; }
+LogEntry notDeleted() { return {logInfo, "deleteService", "Failed to delete service 'PalisadeServiceTest'"}; }
+
+Handle makeEvent(const wchar_t* ending) {
+    return Handle(CreateEventW(nullptr, TRUE, FALSE, (std::wstring(L"Global\\") + serviceName + ending).c_str()));
+}
+
+/// The service of one test; gone with it, whatever state it is in.
+class ServicesTest : public testing::Test {
+  protected:
+    ServicesTest() : manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)) { EXPECT_TRUE(manager); }
+
+    ~ServicesTest() override {
+        ServiceHandle service(OpenServiceW(manager.get(), serviceName, SERVICE_ALL_ACCESS));
+        if (!service) return;
+        // Released, the program ends whatever its behaviour is.
+        const Handle program = serviceProgram(service.get());
+        SetEvent(released.get());
+        if (program) waitFor(program);
+        DeleteService(service.get());
+    }
+
+    ServiceHandle create(const std::wstring& behaviour) {
+        const std::wstring command = L"\"" + probePath() + L"\" service " + serviceName + L" " + behaviour;
+        ServiceHandle service(CreateServiceW(manager.get(), serviceName, nullptr, SERVICE_ALL_ACCESS,
+                                             SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE,
+                                             command.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr));
+        EXPECT_TRUE(service) << GetLastError();
+        return service;
+    }
+
+    /// A service that has told that it runs.
+    void run(const std::wstring& behaviour) {
+        const ServiceHandle service = create(behaviour);
+        ASSERT_TRUE(StartServiceW(service.get(), 0, nullptr)) << GetLastError();
+        ASSERT_EQ(WaitForSingleObject(running.get(), 60'000), WAIT_OBJECT_0);
+    }
+
+    static Handle serviceProgram(SC_HANDLE service) {
+        SERVICE_STATUS_PROCESS status{};
+        DWORD needed = 0;
+        QueryServiceStatusEx(service, SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status), sizeof status, &needed);
+        return Handle(status.dwProcessId ? OpenProcess(SYNCHRONIZE, FALSE, status.dwProcessId) : nullptr);
+    }
+
+    /// SERVICE_STOPPED and so on; 0 if there is no such service.
+    DWORD state() {
+        const ServiceHandle service(OpenServiceW(manager.get(), serviceName, SERVICE_QUERY_STATUS));
+        SERVICE_STATUS status{};
+        return service && QueryServiceStatus(service.get(), &status) ? status.dwCurrentState : 0;
+    }
+
+    ServiceHandle manager;
+    Handle running = makeEvent(L".running");
+    Handle released = makeEvent(L".release");
+    CapturedLog log;
+};
+
+TEST_F(ServicesTest, AServiceThatDoesNotExistIsStoppedAndDeleted) {
+    EXPECT_TRUE(stopService(serviceName, 2000));
+    EXPECT_THAT(log.take(), ElementsAre(stopping()));
+    EXPECT_TRUE(deleteService(serviceName, 2000));
+    EXPECT_THAT(log.take(), ElementsAre(deleting())) << "without a stop";
+}
+
+TEST_F(ServicesTest, StopsAServiceThatRuns) {
+    run(L"normal");
+    EXPECT_EQ(state(), DWORD{SERVICE_RUNNING});
+    EXPECT_TRUE(stopService(serviceName, 2000));
+    EXPECT_EQ(state(), DWORD{SERVICE_STOPPED});
+    EXPECT_THAT(log.take(), ElementsAre(stopping()));
+}
+
+TEST_F(ServicesTest, SendsNoControlToAServiceThatIsStopped) {
+    // A control would fail with ERROR_SERVICE_NOT_ACTIVE, and the stop with it.
+    create(L"normal");
+    EXPECT_TRUE(stopService(serviceName, 0));
+    EXPECT_TRUE(stopService(serviceName, 2000));
+}
+
+TEST_F(ServicesTest, WaitsForAServiceThatTakesItsTime) {
+    // A second control would be refused while the first one is pending, and the stop with it.
+    run(L"slow");
+    EXPECT_TRUE(stopService(serviceName, 20'000));
+    EXPECT_EQ(state(), DWORD{SERVICE_STOPPED});
+}
+
+TEST_F(ServicesTest, LeavesAServiceThatStaysInItsStop) {
+    run(L"stuck");
+    EXPECT_FALSE(stopService(serviceName, 300));
+    EXPECT_EQ(state(), DWORD{SERVICE_STOP_PENDING}) << "it is not ended by force";
+    EXPECT_FALSE(deleteService(serviceName, 300));
+    EXPECT_THAT(log.take(), ElementsAre(stopping(), deleting(), stopping(), notDeleted()));
+    EXPECT_EQ(state(), DWORD{SERVICE_STOP_PENDING});
+}
+
+TEST_F(ServicesTest, DoesNotWaitForAServiceThatRefusesToStop) {
+    run(L"refuses");
+    // With any waiting, a tenth of this would hold the test for more than a minute.
+    EXPECT_FALSE(stopService(serviceName, 1'000'000));
+    EXPECT_EQ(state(), DWORD{SERVICE_RUNNING});
+    EXPECT_FALSE(deleteService(serviceName, 1'000'000));
+    EXPECT_THAT(log.take(), ElementsAre(stopping(), deleting(), stopping(), notDeleted()));
+    EXPECT_EQ(state(), DWORD{SERVICE_RUNNING});
+}
+
+TEST_F(ServicesTest, DeletesAServiceWhetherItRunsOrNot) {
+    create(L"normal");
+    EXPECT_TRUE(deleteService(serviceName, 2000));
+    EXPECT_EQ(state(), 0u);
+    run(L"normal");
+    EXPECT_TRUE(deleteService(serviceName, 2000));
+    EXPECT_EQ(state(), 0u);
+    EXPECT_THAT(log.take(), ElementsAre(deleting(), stopping(), deleting(), stopping()));
+}
+
+TEST_F(ServicesTest, AServiceThatSomebodyHoldsOpenIsNotGone) {
+    {
+        const ServiceHandle held = create(L"normal");
+        EXPECT_FALSE(deleteService(serviceName, 100));
+        EXPECT_THAT(log.take(), ElementsAre(deleting(), stopping()));
+    }
+    EXPECT_TRUE(deleteService(serviceName, 2000)) << "once it is closed";
+}
+
+TEST_F(ServicesTest, ANameThatCannotBeOneIsNeitherStoppedNorDeleted) {
+    EXPECT_FALSE(stopService(L"", 0));
+    EXPECT_FALSE(deleteService(L"", 0));
+}
+
+}  // namespace
+}  // namespace pdx

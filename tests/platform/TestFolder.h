@@ -1,0 +1,49 @@
+// A folder of a test's own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "platform/Paths.h"
+
+namespace pdx {
+
+/// An empty folder below the temporary one, deleted with all that is in it when the test ends.
+class TestFolder {
+  public:
+    TestFolder() {
+        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+        folder = std::filesystem::path(getTempPath()) / (std::string(test->test_suite_name()) + "." + test->name());
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+    }
+    ~TestFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+
+    [[nodiscard]] std::wstring path(const std::wstring& name = {}) const {
+        return name.empty() ? folder.wstring() : (folder / name).wstring();
+    }
+    /// Makes a file, and the folders it lies in.
+    std::wstring addFile(const std::wstring& name, const std::string& content = "x") const {
+        std::filesystem::create_directories((folder / name).parent_path());
+        std::ofstream(folder / name, std::ios::binary) << content;
+        return path(name);
+    }
+
+  private:
+    std::filesystem::path folder;
+};
+
+inline std::string readFile(const std::wstring& path) {
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace pdx
