@@ -105,7 +105,7 @@ class BootstrapperDialog : public Dialog {
     void UpdateProgress(int32_t percent);
     const wchar_t* InstallTitleKey() const;
 
-    void OpenLegalDocument(const std::wstring& type);
+    void OpenLegalDocument(std::wstring_view type);
     void ShowErrorPrompt(const wchar_t* titleKey, const wchar_t* bodyKey);
 
     BootstrapperApplication& app;
