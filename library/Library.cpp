@@ -11,6 +11,7 @@
 #include <mutex>
 
 #include "config/ConfigMap.h"
+#include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
@@ -84,6 +85,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
     // are, for its other threads are gone, wherever they were.
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
         pdx::unmapped = true;
+        pdx::g_translator.clear();
         pdx::g_config.clear();
         pdx::g_logger.clear();
     }
