@@ -74,7 +74,6 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
     setShortcutTitles();
     setProductVariables();
     if (isRepair() && m_action == BOOTSTRAPPER_ACTION_UNINSTALL) m_action = BOOTSTRAPPER_ACTION_INSTALL;
-    startGraphics();
 }
 
 BootstrapperApplication::~BootstrapperApplication() {

@@ -16,6 +16,7 @@
 #include "platform/Lock.h"
 #include "platform/Log.h"
 #include "ui/dialog/BootstrapperDialog.h"
+#include "ui/toolkit/GdiPlus.h"
 
 namespace pdx {
 namespace {
@@ -47,9 +48,11 @@ HRESULT lastErrorAsFailure() {
 
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
     try {
-        return std::make_unique<BootstrapperApplication>(engine, command, retryMaximum, retryDelayMilliseconds,
-                                                         UIThreadFunc)
-            .release();
+        auto application = std::make_unique<BootstrapperApplication>(engine, command, retryMaximum,
+                                                                     retryDelayMilliseconds, UIThreadFunc);
+        // On the engine's thread, before there is a UI thread, and never shut down.
+        startGraphics();
+        return application.release();
     } catch (const std::exception&) {
         return nullptr;
     }
