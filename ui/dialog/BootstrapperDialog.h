@@ -95,6 +95,8 @@ class BootstrapperDialog : public Dialog {
     void AnswerPage(int32_t control);
     void OnBrowse();
 
+    /// Ends a run whose next step the engine has refused.
+    void QuitOnFailure(const char* operation, HRESULT hr);
     void OnDetectComplete();
     void OnUninstallDetected();
     int32_t OnError(const ErrorInfo& error);

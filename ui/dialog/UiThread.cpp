@@ -44,8 +44,6 @@ void UIThreadFunc(BootstrapperApplication& application) {
     } else {
         PDX_LOG(logInfo, "UIThreadFunc", "CreateDialogParam failed: %s",
                 describeError(HRESULT_FROM_WIN32(GetLastError())));
-        // Without the dialog nobody would ever plan, apply or quit.
-        application.quit(1);
     }
     PDX_LOG(logInfo, "UIThreadFunc", "Exiting UIThreadFunc");
 }
