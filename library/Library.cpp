@@ -1,14 +1,103 @@
 // The library's two exports and its entry point: the one place that puts the rooms together.
 #include <windows.h>
+#ifdef __MINGW32__
+#include <pthread.h>
+#endif
 
-#include "platform/Engine.h"
+#include <fmt/format.h>
+#include <fmt/xchar.h>
+
+#include <exception>
+#include <mutex>
+
+#include "config/ConfigMap.h"
+#include "core/BootstrapperApplication.h"
+#include "platform/Lock.h"
 #include "platform/Log.h"
+#include "ui/dialog/BootstrapperDialog.h"
 
-extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND*,
-                                                        IBootstrapperApplication**) {
-    pdx::g_logger.set(std::make_shared<pdx::BootstrapperLogger>(engine));
-    PDX_LOG(pdx::logInfo, "BootstrapperApplicationCreate", "%s %ls %5d", "hello", L"wörld", 42);
-    return E_NOTIMPL;
+namespace pdx {
+namespace {
+
+constexpr DWORD retryMaximum = 0;
+constexpr DWORD retryDelayMilliseconds = 1000;
+
+/// The support layer's reference on the engine. No owning pointer: a static must not release an engine that is gone
+/// when the process ends with the library still pinned.
+constinit Lock supportLock;
+constinit IBootstrapperEngine* supportEngine = nullptr;
+
+void setSupportEngine(IBootstrapperEngine* engine) {
+    if (engine) engine->AddRef();
+    IBootstrapperEngine* earlier = nullptr;
+    {
+        const std::lock_guard guard(supportLock);
+        earlier = std::exchange(supportEngine, engine);
+    }
+    if (earlier) earlier->Release();
 }
 
-extern "C" void WINAPI BootstrapperApplicationDestroy() {}
+/// The last system error as a failure.
+HRESULT lastErrorAsFailure() {
+    const auto error = static_cast<HRESULT>(GetLastError());
+    const HRESULT hr = error > 0 ? HRESULT_FROM_WIN32(static_cast<DWORD>(error)) : error;
+    return FAILED(hr) ? hr : E_FAIL;
+}
+
+IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
+    try {
+        return std::make_unique<BootstrapperApplication>(engine, command, retryMaximum, retryDelayMilliseconds,
+                                                         UIThreadFunc)
+            .release();
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+/// Set when the library is unmapped in a process that goes on.
+constinit bool unmapped = false;
+
+}  // namespace
+}  // namespace pdx
+
+/// Makes the application object for a run. The engine owns it through its reference; it dies with the last Release.
+/// Fails with the last system error, or E_FAIL, when it cannot be made.
+extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* engine,
+                                                        const BOOTSTRAPPER_COMMAND* command,
+                                                        IBootstrapperApplication** application) {
+    if (!engine || !command || !application) return E_INVALIDARG;
+    pdx::setSupportEngine(engine);
+    *application = pdx::makeApplication(engine, command);
+    if (*application) return S_OK;
+    const HRESULT hr = pdx::lastErrorAsFailure();
+    engine->Log(
+        BOOTSTRAPPER_LOG_LEVEL_ERROR,
+        fmt::format(L"Error 0x{:08x}: Failed to create bootstrapper application", static_cast<uint32_t>(hr)).c_str());
+    return hr;
+}
+
+/// Lets go of the engine; the application object is not touched.
+extern "C" void WINAPI BootstrapperApplicationDestroy() { pdx::setSupportEngine(nullptr); }
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
+    // Unmapped in a process that goes on: the services go with the library. When the process ends they stay as they
+    // are, for its other threads are gone, wherever they were.
+    if (reason == DLL_PROCESS_DETACH && !processEnds) {
+        pdx::unmapped = true;
+        pdx::g_config.clear();
+        pdx::g_logger.clear();
+    }
+    return TRUE;
+}
+
+#ifdef __MINGW32__
+/// Behind the destructors of all statics: the toolchain's thread layer keeps an event and a handle for each thread that
+/// it did not start itself, here the engine's, and would close them only if that thread ended with the library loaded.
+__attribute__((destructor(101))) static void closeThreadLayer() {
+    if (!pdx::unmapped) return;
+    void* const thread = pthread_gethandle(pthread_self());
+    void* const event = pthread_getevent();
+    if (thread) CloseHandle(thread);
+    if (event) CloseHandle(event);
+}
+#endif

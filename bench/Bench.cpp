@@ -1,0 +1,80 @@
+// Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json. Prints a table and
+// writes the same as JSON. Ends with code 1 when it could not measure; a missed aim is only shown.
+#include <windows.h>
+
+#include <objbase.h>
+
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "bench/Benchmarks.h"
+
+namespace {
+
+std::string valueText(const pdx::Measurement& measurement) {
+    char text[64];
+    std::snprintf(text, sizeof(text), measurement.value < 1000 ? "%.2f" : "%.0f", measurement.value);
+    return text;
+}
+
+std::string aimText(const pdx::Measurement& measurement) {
+    if (!measurement.aim) return "";
+    char text[64];
+    std::snprintf(text, sizeof(text), "%s %.0f: %s", measurement.aim->atLeast ? "at least" : "at most",
+                  measurement.aim->bound, measurement.aimMet() ? "met" : "MISSED");
+    return text;
+}
+
+void print(const pdx::Measurement& measurement) {
+    std::printf("%-58s %12s %-11s %s\n", measurement.meaning.c_str(), valueText(measurement).c_str(),
+                measurement.unit.c_str(), aimText(measurement).c_str());
+    std::fflush(stdout);
+}
+
+nlohmann::json jsonOf(const pdx::Measurements& measurements) {
+    auto json = nlohmann::json::object();
+    for (const auto& measurement : measurements) {
+        auto& entry = json[measurement.name];
+        entry = {{"value", measurement.value}, {"unit", measurement.unit}, {"meaning", measurement.meaning}};
+        if (!measurement.aim) continue;
+        entry[measurement.aim->atLeast ? "at_least" : "at_most"] = measurement.aim->bound;
+        entry["aim_met"] = measurement.aimMet();
+    }
+    return json;
+}
+
+pdx::Measurements measureAll(const std::filesystem::path& library) {
+    pdx::Measurements all;
+    const auto take = [&all](const pdx::Measurements& measurements) {
+        for (const auto& measurement : measurements) print(measurement);
+        all.insert(all.end(), measurements.begin(), measurements.end());
+    };
+    take(pdx::measureStartup(library));
+    take(pdx::measureMessages(library));
+    take(pdx::measureLogging());
+    take(pdx::measureSize(library));
+    return all;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    if (argc != 3) {
+        std::printf("usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json\n");
+        return 1;
+    }
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    try {
+        const auto measurements = measureAll(argv[1]);
+        std::ofstream file{std::filesystem::path(argv[2])};
+        file << jsonOf(measurements).dump(2) << '\n';
+        if (!file.flush()) throw std::runtime_error("the JSON file cannot be written");
+    } catch (const std::exception& error) {
+        std::printf("cannot measure: %s\n", error.what());
+        return 1;
+    }
+    CoUninitialize();
+    return 0;
+}

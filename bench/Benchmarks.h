@@ -1,0 +1,19 @@
+// The measurements. Each takes what it needs, prints nothing and throws std::runtime_error when it cannot measure.
+#pragma once
+
+#include <filesystem>
+
+#include "bench/Measurement.h"
+
+namespace pdx {
+
+/// From BootstrapperApplicationCreate to the return of OnStartup, of the first load in the process and of the median.
+Measurements measureStartup(const std::filesystem::path& library);
+/// Windows Installer's messages through OnExecuteMsiMessage of the shipped library, and what of memory stays taken.
+Measurements measureMessages(const std::filesystem::path& library);
+/// A log line and the scrubbing of its text, each also as a ratio to formatting the line alone.
+Measurements measureLogging();
+/// The library's file by its sections.
+Measurements measureSize(const std::filesystem::path& library);
+
+}  // namespace pdx

@@ -1,0 +1,15 @@
+// What of memory this process has taken.
+#pragma once
+
+#include <cstddef>
+
+namespace pdx {
+
+struct ProcessMemory {
+    size_t heapInUse;  ///< bytes of all blocks that are taken, in all heaps of the process
+    size_t workingSet;
+};
+
+ProcessMemory processMemory();
+
+}  // namespace pdx

@@ -1,0 +1,40 @@
+// The process's settings: how they are loaded, and how the rest of the system reads them.
+#pragma once
+
+#include <atomic>
+#include <istream>
+#include <string>
+#include <string_view>
+
+#include "config/rules/ConfigMap.h"
+#include "platform/ProcessSlot.h"
+
+namespace pdx {
+
+/// The settings, null until loadConfiguration. Never changed once it is here: any thread reads it without a lock.
+extern ProcessSlot<ConfigMap> g_config;
+
+/// Whether this machine may change the configuration: the embedded certificate chains to a root that it trusts.
+extern std::atomic<bool> g_configurable;
+
+/// Asks the system and sets g_configurable; comes ahead of loadConfiguration.
+void determineConfigurable();
+
+/// Loads all layers and makes them the process's settings; readers of earlier ones keep those. To be called once an
+/// application object, on the engine's thread, with the bundle's answer to isThinInstaller.
+void loadConfiguration(bool thinInstaller);
+
+/// The settings of a TOML text. Whatever is wrong with it is logged as an error, and the result is what could be read:
+/// nothing if the text could not be parsed. An exception's text serves as the log's format, as it stands.
+ConfigMap LoadConfigStream(std::istream& stream);
+/// The settings of an embedded file (resource type PDX_CONFIG), parsed where it lies; empty if it is missing.
+ConfigMap loadConfigResource(const char* name);
+/// The settings of a file, which others may read meanwhile; empty if it cannot be opened. The path is UTF-8.
+ConfigMap loadConfigFile(const char* path);
+
+// What the process's settings say; the default also when there are none yet.
+std::string getConfigString(std::string_view key, std::string_view defaultText = {});
+std::wstring getConfigWideString(std::string_view key, std::wstring_view defaultText = {});
+bool getConfigBool(std::string_view key, bool defaultValue);
+
+}  // namespace pdx

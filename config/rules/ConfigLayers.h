@@ -1,0 +1,34 @@
+// The order in which the settings' layers are laid over each other, and what is derived from them.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "config/rules/ConfigMap.h"
+
+namespace pdx {
+
+/// The override file: honoured only on a machine that trusts the embedded internal certificate.
+inline constexpr const char* overrideConfigPath = R"(C:\PalisadeDesktopDev\override.cfg)";
+
+/// Where layers come from: an embedded file by its name, a file on disk by its path. What is missing is an empty map.
+struct ConfigSources {
+    std::function<ConfigMap(const char* name)> resource;
+    std::function<ConfigMap(const char* path)> file;
+};
+
+/// All settings. From weakest to strongest: installer.cfg, the file of the environment, the override file, the values
+/// set here. Without configurable the override file is not opened.
+ConfigMap loadConfigLayers(const ConfigSources& sources, bool configurable, bool thinInstaller);
+
+/// The version to report as the installer's: the true one, unless the settings replace it.
+struct ReportedVersion {
+    std::string version;
+    bool overridden;
+};
+
+/// The override counts when it is not empty and the version to override is empty or the true one.
+ReportedVersion reportedVersion(const std::string& trueVersion, const std::string& overridingVersion,
+                                const std::string& versionToOverride);
+
+}  // namespace pdx

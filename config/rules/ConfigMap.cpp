@@ -1,0 +1,53 @@
+#include "config/rules/ConfigMap.h"
+
+#include <cpptoml.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace pdx {
+namespace {
+
+/// The held value of exactly this type, null for every other. The library's own as() would make a floating number of
+/// a whole one.
+template <typename Type>
+const Type* held(const std::shared_ptr<cpptoml::base>& node) {
+    const auto* value = dynamic_cast<const cpptoml::value<Type>*>(node.get());
+    return value ? &value->get() : nullptr;
+}
+
+}  // namespace
+
+std::string normalizedKey(std::string_view key) {
+    std::string normal(key);
+    std::transform(normal.begin(), normal.end(), normal.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
+    });
+    return normal;
+}
+
+const std::string* ConfigMap::findText(std::string_view key) const {
+    const auto entry = values.find(normalizedKey(key));
+    return entry == values.end() ? nullptr : held<std::string>(entry->second);
+}
+
+std::string ConfigMap::getString(std::string_view key, std::string_view defaultText) const {
+    const std::string* text = findText(key);
+    return text ? *text : std::string(defaultText);
+}
+
+bool ConfigMap::getBool(std::string_view key, bool defaultValue) const {
+    const auto entry = values.find(normalizedKey(key));
+    const bool* value = entry == values.end() ? nullptr : held<bool>(entry->second);
+    return value ? *value : defaultValue;
+}
+
+void ConfigMap::set(std::string_view key, std::shared_ptr<cpptoml::base> value) {
+    values.insert_or_assign(normalizedKey(key), std::move(value));
+}
+
+void ConfigMap::merge(const ConfigMap& other) {
+    for (const auto& [key, value] : other.values) values.insert_or_assign(key, value);
+}
+
+}  // namespace pdx

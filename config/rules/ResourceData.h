@@ -1,0 +1,34 @@
+// The bytes of one thing that the library carries, and a stream buffer over them.
+#pragma once
+
+#include <cstdint>
+#include <streambuf>
+#include <string>
+#include <variant>
+
+namespace pdx {
+
+/// Names one resource: its type and either a name, compared without regard to case, or a number.
+struct ResourceId {
+    std::wstring type;
+    std::variant<std::wstring, uint16_t> id;
+};
+
+/// Bytes in the library's mapped image: not owned, never freed, there as long as the library is loaded. Size 0 and
+/// null for what is missing or empty.
+struct ResourceData {
+    const char* bytes = nullptr;
+    uint32_t size = 0;
+};
+
+/// Reads a resource's bytes where they lie: no copy, no seeking, no refill, no writing.
+class ResourceStreamBuf : public std::streambuf {
+  public:
+    explicit ResourceStreamBuf(ResourceData data) {
+        // The interface takes writable characters; without a put area nothing writes.
+        char* first = const_cast<char*>(data.bytes);
+        setg(first, first, first + data.size);
+    }
+};
+
+}  // namespace pdx

@@ -1,0 +1,190 @@
+// The object's life, and what every callback uses: variables, messages to the dialog, context and status.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <mutex>
+
+#include "config/ConfigMap.h"
+#include "config/rules/ConfigLayers.h"
+#include "core/BootstrapperApplication.h"
+#include "platform/Errors.h"
+#include "platform/Log.h"
+#include "platform/Paths.h"
+#include "state/OlderClient.h"
+
+namespace pdx {
+namespace {
+
+struct LocalMemoryTraits {
+    using Value = LPWSTR*;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { LocalFree(value); }
+};
+
+/// Asks for a text whose size is not known: a first buffer of 256 characters, and a second of the size that the answer
+/// names. Empty on any failure.
+template <typename Ask>
+std::wstring askText(Ask ask) {
+    std::wstring buffer(256, L'\0');
+    auto size = static_cast<DWORD>(buffer.size());
+    HRESULT hr = ask(buffer.data(), &size);
+    if (hr == HRESULT_FROM_WIN32(ERROR_MORE_DATA)) {
+        buffer.assign(size_t{size} + 1, L'\0');
+        size = static_cast<DWORD>(buffer.size());
+        hr = ask(buffer.data(), &size);
+    }
+    return SUCCEEDED(hr) ? std::wstring(buffer.c_str()) : std::wstring();
+}
+
+/// Environment variables by which the first run of a repair hands its state to the second, and what becomes of them.
+constexpr struct {
+    const wchar_t* environment;
+    const wchar_t* variable;
+} handedOn[] = {
+    {L"PDX_REPAIR", L"PDX_REPAIR"},
+    {L"PDX_INSTALL_LOCATION", L"InstallFolder"},
+};
+
+}  // namespace
+
+BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command,
+                                                 DWORD retryMaximum, DWORD retryDelay, UiRoutine uiRoutine)
+    : CBalBaseBootstrapperApplication(engine, command, retryMaximum, retryDelay),
+      m_engine(engine),
+      m_command(command),
+      m_uiRoutine(uiRoutine),
+      m_action(command->action),
+      m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+    g_logger.set(std::make_shared<BootstrapperLogger>(engine));
+    determineConfigurable();
+    takeEnvironment();
+    takeCommandLine();
+    loadConfiguration(isThinInstaller());
+    setProductVariables();
+    if (isRepair() && m_action == BOOTSTRAPPER_ACTION_UNINSTALL) m_action = BOOTSTRAPPER_ACTION_INSTALL;
+}
+
+BootstrapperApplication::~BootstrapperApplication() {
+    stopUiThread();
+    releaseInstallerMutex();
+}
+
+void BootstrapperApplication::takeEnvironment() {
+    for (const auto& pair : handedOn) {
+        const std::wstring value = getEnvironmentText(pair.environment);
+        if (!value.empty()) m_engine->SetVariableString(pair.variable, value.c_str());
+    }
+}
+
+void BootstrapperApplication::takeCommandLine() {
+    int count = 0;
+    const UniqueHandle<LocalMemoryTraits> arguments(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (!arguments) return;
+    for (int i = 1; i < count; ++i)
+        if (const auto variable = variableOfArgument(arguments.get()[i]))
+            m_engine->SetVariableString(variable->first.c_str(), variable->second.c_str());
+}
+
+void BootstrapperApplication::setProductVariables() {
+    m_engine->SetVariableString(L"PRODUCT_DISPLAY_NAME", L"Palisade app");
+    m_engine->SetVariableString(L"PDX_SHORTCUT_NAME", L"Palisade");
+    const bool migration = getConfigBool("app.meridian.enableMigration", false);
+    m_engine->SetVariableNumeric(L"PDX_ALLOW_WINDOWS_7", getConfigBool("qa.installer.allowWindows7", true));
+    m_engine->SetVariableNumeric(L"PDX_MERIDIAN_ENABLE", migration);
+    if (migration && !getConfigBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled())
+        m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 1);
+}
+
+std::wstring BootstrapperApplication::GetEngineVariable(const std::wstring& name, bool format) const {
+    std::wstring value =
+        askText([&](LPWSTR buffer, DWORD* size) { return m_engine->GetVariableString(name.c_str(), buffer, size); });
+    if (format) {
+        value =
+            askText([&](LPWSTR buffer, DWORD* size) { return m_engine->FormatString(value.c_str(), buffer, size); });
+    }
+    PDX_LOG(logInfo, "BootstrapperApplication::GetEngineVariable", "variable=[%ls]; result=[%ls]", name, value);
+    return value;
+}
+
+std::string BootstrapperApplication::GetCurrentVersion() const {
+    const ReportedVersion reported = reportedVersion(installerVersion, getConfigString("qa.currentVersion"),
+                                                     getConfigString("qa.versionToOverride"));
+    if (reported.overridden)
+        PDX_LOG(logInfo, "BootstrapperApplication::GetCurrentVersion", "Overriding installer version from %s to %s",
+                installerVersion, reported.version);
+    return reported.version;
+}
+
+bool BootstrapperApplication::isThinInstaller() const { return GetEngineVariable(L"IsThickInstaller", false) == L"no"; }
+bool BootstrapperApplication::isRepair() const { return GetEngineVariable(L"PDX_REPAIR", false) != L"0"; }
+bool BootstrapperApplication::isMeridianMode() const { return GetEngineVariable(L"PDX_MERIDIAN_MODE", false) != L"0"; }
+
+int BootstrapperApplication::sendAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (cancelCheck() == IDCANCEL) return IDCANCEL;
+    if (!m_dialogWindow) return 0;
+    WaitForSingleObject(m_dialogReady.get(), INFINITE);
+    return static_cast<int>(SendMessageW(m_dialogWindow, message, wparam, lparam));
+}
+
+void BootstrapperApplication::setDialogWindow(HWND window) { m_dialogWindow = window; }
+
+void BootstrapperApplication::setDialogReady(bool ready) {
+    if (ready)
+        SetEvent(m_dialogReady.get());
+    else
+        ResetEvent(m_dialogReady.get());
+}
+
+void BootstrapperApplication::quit(DWORD code) {
+    m_quitRequested = true;
+    m_engine->Quit(code);
+}
+
+void BootstrapperApplication::requestRepairReload() {
+    m_shutdownResult = resultReloadBootstrapper;
+    SetEnvironmentVariableW(L"PDX_REPAIR", L"1");
+    m_engine->SetVariableNumeric(L"PDX_REPAIR", 1);
+    quit(0);
+}
+
+void BootstrapperApplication::UpdateInstallStatus(HRESULT hr) {
+    HRESULT before = 0;
+    {
+        const std::lock_guard guard(m_stateLock);
+        before = m_status.status;
+        if (!m_status.update(hr, m_lastOperation, m_context)) return;
+    }
+    PDX_LOG(logInfo, "BootstrapperApplication::UpdateInstallStatus",
+            "Updating install status from %s (%08x) to %s (%08x)", describeError(before), static_cast<uint32_t>(before),
+            describeError(hr), static_cast<uint32_t>(hr));
+}
+
+void BootstrapperApplication::replaceContext(Operation operation, Json attributes) {
+    const std::lock_guard guard(m_stateLock);
+    m_lastOperation = operation;
+    m_context = std::move(attributes);
+}
+
+void BootstrapperApplication::mergeContext(Operation operation, const Json& attributes) {
+    const std::lock_guard guard(m_stateLock);
+    m_lastOperation = operation;
+    m_context.update(attributes);
+}
+
+void BootstrapperApplication::mergeContext(const Json& attributes) {
+    const std::lock_guard guard(m_stateLock);
+    m_context.update(attributes);
+}
+
+void BootstrapperApplication::setOperation(Operation operation) {
+    const std::lock_guard guard(m_stateLock);
+    m_lastOperation = operation;
+}
+
+BootstrapperApplication::State BootstrapperApplication::state() const {
+    const std::lock_guard guard(m_stateLock);
+    return {m_lastOperation, m_context, m_status};
+}
+
+}  // namespace pdx

@@ -1,0 +1,239 @@
+// The application object that the engine calls: creation, the decisions of a start, the callbacks of detection,
+// planning and applying, the status that tells the outcome, shutdown. One file a phase holds the callbacks.
+#pragma once
+
+#include <atomic>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "core/AppMessages.h"
+#include "core/BaseApplication.h"
+#include "core/rules/DownloadRetry.h"
+#include "core/rules/InstallStatus.h"
+#include "core/rules/Operations.h"
+#include "core/rules/Startup.h"
+#include "platform/Handles.h"
+#include "platform/Thread.h"
+
+namespace pdx {
+
+/// The version of this build.
+inline constexpr const char* installerVersion = "12.37.0.5294";
+
+class BootstrapperApplication : public CBalBaseBootstrapperApplication {
+  public:
+    /// The routine of the UI thread: it makes the dialog for the application, runs its messages until WM_QUIT, and has
+    /// set m_dialogReady in every case.
+    using UiRoutine = void (*)(BootstrapperApplication& application);
+
+    /// Brings up the process-wide services and turns environment and command line into bundle variables. The engine and
+    /// the command outlive the object. Throws nothing but what memory exhaustion throws.
+    BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command, DWORD retryMaximum,
+                            DWORD retryDelay, UiRoutine uiRoutine);
+    ~BootstrapperApplication() override;
+
+    // ---- What the dialog and the steps around the engine ask of the application; any thread unless said otherwise.
+
+    /// The value of a bundle variable, resolved by the engine when format is set; empty on any failure. Logs both.
+    std::wstring GetEngineVariable(const std::wstring& name, bool format) const;
+    /// The version in force: the compiled-in one unless the configuration puts another in its place.
+    std::string GetCurrentVersion() const;
+    /// The small variant that downloads its packages.
+    bool isThinInstaller() const;
+    /// On unless the variable is exactly "0": the bundle presets "0", and an unset or empty variable counts as on.
+    bool isRepair() const;
+    bool isMeridianMode() const;
+
+    /// Sends a message to the dialog and waits for its answer: IDCANCEL if the run is cancelled, 0 without a dialog.
+    /// Waits while a prompt of another message is open.
+    int sendAppMessage(UINT message, WPARAM wparam = 0, LPARAM lparam = 0);
+
+    /// Takes the status of a step into the one that tells the outcome; logs a change.
+    void UpdateInstallStatus(HRESULT hr);
+    /// Makes the engine end the run with that code. From then on detection leads to nothing: the engine finishes a
+    /// detection that is under way and reports it all the same.
+    void quit(DWORD code);
+    /// Makes the engine load the library anew in repair mode when this run ends.
+    void requestRepairReload();
+
+    IBootstrapperEngine* engine() const { return m_engine; }
+    BOOTSTRAPPER_ACTION action() const { return m_action; }
+    BOOTSTRAPPER_DISPLAY display() const { return m_display; }
+
+    /// The dialog tells that its window exists (with the handle) or is gone (with null).
+    void setDialogWindow(HWND window);
+    /// Reset while a prompt waits for the user, so that a message of another thread waits for the answer.
+    void setDialogReady(bool ready);
+    /// The Windows session ends under the dialog.
+    void noteLogoutExit() { m_logoutExit = true; }
+
+    // ---- The engine's callbacks, in slot order.
+
+    HRESULT STDMETHODCALLTYPE OnStartup() override;
+    int STDMETHODCALLTYPE OnShutdown() override;
+    int STDMETHODCALLTYPE OnSystemShutdown(DWORD dwEndSession, int nRecommendation) override;
+
+    int STDMETHODCALLTYPE OnDetectBegin(BOOL fInstalled, DWORD cPackages) override;
+    int STDMETHODCALLTYPE OnDetectForwardCompatibleBundle(LPCWSTR wzBundleId, BOOTSTRAPPER_RELATION_TYPE relationType,
+                                                          LPCWSTR wzBundleTag, BOOL fPerMachine, DWORD64 dw64Version,
+                                                          int nRecommendation) override;
+    int STDMETHODCALLTYPE OnDetectUpdateBegin(LPCWSTR wzUpdateLocation, int nRecommendation) override;
+    int STDMETHODCALLTYPE OnDetectUpdate(LPCWSTR wzUpdateLocation, DWORD64 dw64Size, DWORD64 dw64Version,
+                                         LPCWSTR wzTitle, LPCWSTR wzSummary, LPCWSTR wzContentType, LPCWSTR wzContent,
+                                         int nRecommendation) override;
+    void STDMETHODCALLTYPE OnDetectUpdateComplete(HRESULT hrStatus, LPCWSTR wzUpdateLocation) override;
+    int STDMETHODCALLTYPE OnDetectRelatedBundle(LPCWSTR wzBundleId, BOOTSTRAPPER_RELATION_TYPE relationType,
+                                                LPCWSTR wzBundleTag, BOOL fPerMachine, DWORD64 dw64Version,
+                                                BOOTSTRAPPER_RELATED_OPERATION operation) override;
+    int STDMETHODCALLTYPE OnDetectPackageBegin(LPCWSTR wzPackageId) override;
+    int STDMETHODCALLTYPE OnDetectCompatiblePackage(LPCWSTR wzPackageId, LPCWSTR wzCompatiblePackageId) override;
+    int STDMETHODCALLTYPE OnDetectRelatedMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode, BOOL fPerMachine,
+                                                    DWORD64 dw64Version,
+                                                    BOOTSTRAPPER_RELATED_OPERATION operation) override;
+    int STDMETHODCALLTYPE OnDetectTargetMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode,
+                                                   BOOTSTRAPPER_PACKAGE_STATE patchState) override;
+    int STDMETHODCALLTYPE OnDetectMsiFeature(LPCWSTR wzPackageId, LPCWSTR wzFeatureId,
+                                             BOOTSTRAPPER_FEATURE_STATE state) override;
+    void STDMETHODCALLTYPE OnDetectPackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
+                                                   BOOTSTRAPPER_PACKAGE_STATE state) override;
+    void STDMETHODCALLTYPE OnDetectComplete(HRESULT hrStatus) override;
+
+    int STDMETHODCALLTYPE OnPlanBegin(DWORD cPackages) override;
+    int STDMETHODCALLTYPE OnPlanRelatedBundle(LPCWSTR wzBundleId, BOOTSTRAPPER_REQUEST_STATE* pRequestedState) override;
+    int STDMETHODCALLTYPE OnPlanPackageBegin(LPCWSTR wzPackageId, BOOTSTRAPPER_REQUEST_STATE* pRequestedState) override;
+    int STDMETHODCALLTYPE OnPlanCompatiblePackage(LPCWSTR wzPackageId,
+                                                  BOOTSTRAPPER_REQUEST_STATE* pRequestedState) override;
+    int STDMETHODCALLTYPE OnPlanTargetMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode,
+                                                 BOOTSTRAPPER_REQUEST_STATE* pRequestedState) override;
+    int STDMETHODCALLTYPE OnPlanMsiFeature(LPCWSTR wzPackageId, LPCWSTR wzFeatureId,
+                                           BOOTSTRAPPER_FEATURE_STATE* pRequestedState) override;
+    void STDMETHODCALLTYPE OnPlanPackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
+                                                 BOOTSTRAPPER_PACKAGE_STATE state, BOOTSTRAPPER_REQUEST_STATE requested,
+                                                 BOOTSTRAPPER_ACTION_STATE execute,
+                                                 BOOTSTRAPPER_ACTION_STATE rollback) override;
+    void STDMETHODCALLTYPE OnPlanComplete(HRESULT hrStatus) override;
+
+    int STDMETHODCALLTYPE OnApplyBegin() override;
+    void STDMETHODCALLTYPE OnApplyPhaseCount(DWORD dwPhaseCount) override;
+    int STDMETHODCALLTYPE OnElevate() override;
+    int STDMETHODCALLTYPE OnProgress(DWORD dwProgressPercentage, DWORD dwOverallPercentage) override;
+    int STDMETHODCALLTYPE OnError(BOOTSTRAPPER_ERROR_TYPE errorType, LPCWSTR wzPackageId, DWORD dwCode, LPCWSTR wzError,
+                                  DWORD uiFlags, DWORD cData, LPCWSTR* rgwzData, int nRecommendation) override;
+    int STDMETHODCALLTYPE OnRegisterBegin() override;
+    void STDMETHODCALLTYPE OnRegisterComplete(HRESULT hrStatus) override;
+    int STDMETHODCALLTYPE OnCacheBegin() override;
+    int STDMETHODCALLTYPE OnCachePackageBegin(LPCWSTR wzPackageId, DWORD cCachePayloads,
+                                              DWORD64 dw64PackageCacheSize) override;
+    int STDMETHODCALLTYPE OnCacheAcquireBegin(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId,
+                                              BOOTSTRAPPER_CACHE_OPERATION operation, LPCWSTR wzSource) override;
+    int STDMETHODCALLTYPE OnCacheAcquireProgress(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId,
+                                                 DWORD64 dw64Progress, DWORD64 dw64Total,
+                                                 DWORD dwOverallPercentage) override;
+    int STDMETHODCALLTYPE OnResolveSource(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId, LPCWSTR wzLocalSource,
+                                          LPCWSTR wzDownloadSource) override;
+    int STDMETHODCALLTYPE OnCacheAcquireComplete(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId, HRESULT hrStatus,
+                                                 int nRecommendation) override;
+    int STDMETHODCALLTYPE OnCacheVerifyBegin(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId) override;
+    int STDMETHODCALLTYPE OnCacheVerifyComplete(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId, HRESULT hrStatus,
+                                                int nRecommendation) override;
+    int STDMETHODCALLTYPE OnCachePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus, int nRecommendation) override;
+    void STDMETHODCALLTYPE OnCacheComplete(HRESULT hrStatus) override;
+
+    int STDMETHODCALLTYPE OnExecuteBegin(DWORD cExecutingPackages) override;
+    int STDMETHODCALLTYPE OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fExecute) override;
+    int STDMETHODCALLTYPE OnExecutePatchTarget(LPCWSTR wzPackageId, LPCWSTR wzTargetProductCode) override;
+    int STDMETHODCALLTYPE OnExecuteProgress(LPCWSTR wzPackageId, DWORD dwProgressPercentage,
+                                            DWORD dwOverallPercentage) override;
+    int STDMETHODCALLTYPE OnExecuteMsiMessage(LPCWSTR wzPackageId, int mt, UINT uiFlags, LPCWSTR wzMessage, DWORD cData,
+                                              LPCWSTR* rgwzData, int nRecommendation) override;
+    int STDMETHODCALLTYPE OnExecuteFilesInUse(LPCWSTR wzPackageId, DWORD cFiles, LPCWSTR* rgwzFiles) override;
+    int STDMETHODCALLTYPE OnExecutePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
+                                                   BOOTSTRAPPER_APPLY_RESTART restart, int nRecommendation) override;
+    void STDMETHODCALLTYPE OnExecuteComplete(HRESULT hrStatus) override;
+    void STDMETHODCALLTYPE OnUnregisterBegin() override;
+    void STDMETHODCALLTYPE OnUnregisterComplete(HRESULT hrStatus) override;
+    int STDMETHODCALLTYPE OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) override;
+    int STDMETHODCALLTYPE OnLaunchApprovedExeBegin() override;
+    void STDMETHODCALLTYPE OnLaunchApprovedExeComplete(HRESULT hrStatus, DWORD dwProcessId) override;
+
+  protected:
+    /// What is known of the current callback and of the last error, for tests and reports; a copy of the moment.
+    struct State {
+        int32_t lastOperation;
+        nlohmann::json context;
+        InstallStatus status;
+    };
+    State state() const;
+
+  private:
+    using Json = nlohmann::json;
+
+    // Constructor's steps.
+    void takeEnvironment();
+    void takeCommandLine();
+    void setProductVariables();
+
+    // OnStartup's steps.
+    static unsigned __stdcall runUi(void* application);
+    void startUiThread();
+    void stopUiThread();
+    HRESULT failStartup(ProgramError code);
+    bool takeInstallerMutex();
+    void releaseInstallerMutex();
+    StartupFacts startupFacts(bool installed) const;
+    void takeStartupStep(StartupStep step);
+    void promptAlreadyInstalled();
+
+    /// Sets the number of the callback and puts the attributes in the place of the context.
+    void replaceContext(Operation operation, Json attributes = Json::object());
+    /// Sets the number and takes the attributes into the context, a new value replacing an old one of the same key.
+    void mergeContext(Operation operation, const Json& attributes);
+    /// For callbacks without a number.
+    void mergeContext(const Json& attributes);
+    void setOperation(Operation operation);
+
+    /// Logs the code, text and `einv` flag of an error under which it is told.
+    void logBriskError(const std::string& code, const std::string& message);
+    /// Raises an error of the library's own, as the engine raises its errors, and gives the dialog's answer.
+    int raiseError(ProgramError code);
+
+    // Execution.
+    void keepMsiMessage(const char* word, int mt, UINT uiFlags, std::wstring_view message, DWORD cData,
+                        LPCWSTR* rgwzData, int nRecommendation);
+    bool openClientLog(const std::wstring& logPath);
+    HRESULT packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const;
+
+    // Shutdown.
+    void tellFailure();
+    void tellSuccess();
+
+    IBootstrapperEngine* m_engine;
+    const BOOTSTRAPPER_COMMAND* m_command;
+    UiRoutine m_uiRoutine;
+    std::atomic<BOOTSTRAPPER_ACTION> m_action;
+    Handle m_installerMutex;
+    std::vector<std::wstring> m_reportFiles;
+    std::vector<std::wstring> m_reportFileStems;
+    Thread m_uiThread;
+    Handle m_dialogReady;
+    std::atomic<HWND> m_dialogWindow = nullptr;
+    std::atomic<bool> m_logoutExit = false;
+    std::atomic<bool> m_quitRequested = false;
+    std::atomic<int> m_shutdownResult = 0;
+
+    /// Of the cache thread alone.
+    int32_t m_cacheOperation = BOOTSTRAPPER_CACHE_OPERATION_COPY;
+    uint32_t m_downloadRetries = 0;
+
+    bool m_executing = false;
+    std::vector<FileHandle> m_lockedFiles;
+
+    /// Guards the four fields below; held across no message, wait or engine call, and so across no log line.
+    mutable Lock m_stateLock;
+    int32_t m_lastOperation = operationNone;
+    Json m_context = Json::object();
+    InstallStatus m_status;
+};
+
+}  // namespace pdx

@@ -1,0 +1,151 @@
+// The callbacks of execution, and the channel by which custom actions of the client's package reach this process.
+#include <mutex>
+
+#include "core/BootstrapperApplication.h"
+#include "core/ContextText.h"
+#include "core/rules/MsiChannel.h"
+#include "core/rules/Names.h"
+#include "core/rules/PackageLog.h"
+#include "platform/Errors.h"
+#include "platform/Log.h"
+#include "state/FileLocks.h"
+
+namespace pdx {
+
+using Base = CBalBaseBootstrapperApplication;
+
+int BootstrapperApplication::OnExecuteBegin(DWORD cExecutingPackages) {
+    PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteBegin", "cExecutingPackages=%u", cExecutingPackages);
+    replaceContext(operationExecuteBegin, {{"npkg", cExecutingPackages}});
+    return sendAppMessage(WM_BA_EXECUTE_BEGIN, cExecutingPackages);
+}
+
+int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fExecute) {
+    PDX_LOG(logTrace, "BootstrapperApplication::OnExecutePackageBegin", "wzPackageId=%ls, fExecute=%s",
+            textOrEmpty(wzPackageId), nameOfBool(fExecute));
+    replaceContext(operationExecutePackageBegin, {{"pkid", contextText(wzPackageId)}, {"exec", fExecute != FALSE}});
+    Base::OnExecutePackageBegin(wzPackageId, fExecute);
+    const int answer =
+        sendAppMessage(WM_BA_EXECUTE_PACKAGE_BEGIN, fExecute != FALSE, reinterpret_cast<LPARAM>(wzPackageId));
+
+    const std::wstring packageId = textOrEmpty(wzPackageId);
+    const std::wstring logPath = GetEngineVariable(packageLogVariable(packageId, fExecute != FALSE), false);
+    if (logPath.empty()) {
+        PDX_LOG(logError, "BootstrapperApplication::OnExecutePackageBegin", "Unable to determine log path for %ls",
+                packageId);
+    } else if (packageId == clientPackageId) {
+        if (!openClientLog(logPath)) {
+            raiseError(errorLogFileTaken);
+            return answer;
+        }
+        m_reportFiles.push_back(logPath);
+    } else if (const auto stem = reportFileStem(logPath)) {
+        m_reportFileStems.push_back(*stem);
+    }
+    m_executing = fExecute != FALSE;
+    return answer;
+}
+
+bool BootstrapperApplication::openClientLog(const std::wstring& logPath) {
+    std::wstring folder = getSessionTempPath();
+    if (logPath.size() < folder.size() || !equalsIgnoreCase(logPath.substr(0, folder.size()), folder)) folder.clear();
+    // Held from the first byte on, so that nobody puts a link or a file of his own in its place.
+    return LockFile(m_lockedFiles, logPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    CREATE_NEW, GetFinalPath(folder)) != INVALID_HANDLE_VALUE;
+}
+
+int BootstrapperApplication::OnExecutePatchTarget(LPCWSTR wzPackageId, LPCWSTR wzTargetProductCode) {
+    PDX_LOG(logTrace, "BootstrapperApplication::OnExecutePatchTarget", "wzPackageId=%ls, wzTargetProductCode=%ls",
+            textOrEmpty(wzPackageId), textOrEmpty(wzTargetProductCode));
+    mergeContext(operationExecutePatchTarget,
+                 {{"pkid", contextText(wzPackageId)}, {"pcod", contextText(wzTargetProductCode)}});
+    return Base::OnExecutePatchTarget(wzPackageId, wzTargetProductCode);
+}
+
+int BootstrapperApplication::OnExecuteProgress(LPCWSTR, DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
+    mergeContext({{"ppct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
+    return sendAppMessage(WM_BA_EXECUTE_PROGRESS, dwProgressPercentage, static_cast<LPARAM>(dwOverallPercentage));
+}
+
+int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, LPCWSTR wzMessage, DWORD cData,
+                                                 LPCWSTR* rgwzData, int nRecommendation) {
+    const std::wstring_view text = textOrEmpty(wzMessage);
+    const MsiCommand command = parseMsiCommand(text);
+    switch (command.kind) {
+        case MsiCommandKind::setVariable:
+            m_engine->SetVariableString(std::wstring(command.name).c_str(), command.value.data());
+            break;
+        case MsiCommandKind::updateContext:
+            mergeContext(Json{{toUtf8(command.name), toUtf8(command.value)}});
+            break;
+        case MsiCommandKind::malformed:
+            break;
+        case MsiCommandKind::none:
+            if (const char* word = msiMessageWord(static_cast<uint32_t>(mt)))
+                keepMsiMessage(word, mt, uiFlags, text, cData, rgwzData, nRecommendation);
+            break;
+    }
+    if (text == bastionUninstallBegin && m_action == BOOTSTRAPPER_ACTION_INSTALL)
+        sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE);
+    return !m_fRollingBack && isCanceled() ? static_cast<int>(IDCANCEL) : nRecommendation;
+}
+
+void BootstrapperApplication::keepMsiMessage(const char* word, int mt, UINT uiFlags, std::wstring_view message,
+                                             DWORD cData, LPCWSTR* rgwzData, int nRecommendation) {
+    // Runs for every line of a long install: what the kind's object holds already is written over in place.
+    const std::lock_guard guard(m_stateLock);
+    Json& entry = m_context[word];
+    if (!entry.is_object() || entry.size() != 5)
+        entry = {{"imsg", 0}, {"flag", 0u}, {"mesg", ""}, {"args", ""}, {"reco", 0}};
+    entry["imsg"] = mt;
+    entry["flag"] = uiFlags;
+    entry["reco"] = nRecommendation;
+    assignUtf8(entry["mesg"].get_ref<std::string&>(), message);
+    std::string& arguments = entry["args"].get_ref<std::string&>();
+    if (cData == 0)
+        arguments.clear();
+    else
+        assignUtf8(arguments, joinTexts(cData, rgwzData));
+}
+
+int BootstrapperApplication::OnExecuteFilesInUse(LPCWSTR wzPackageId, DWORD cFiles, LPCWSTR* rgwzFiles) {
+    const std::wstring files = joinTexts(cFiles, rgwzFiles);
+    PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteFilesInUse", "wzPackageId=%ls, cFiles=%u, rgwzFiles=[%ls]",
+            textOrEmpty(wzPackageId), cFiles, files);
+    mergeContext({{"fuse", toUtf8(files)}});
+    return Base::OnExecuteFilesInUse(wzPackageId, cFiles, rgwzFiles);
+}
+
+int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
+                                                      BOOTSTRAPPER_APPLY_RESTART restart, int nRecommendation) {
+    setOperation(operationExecutePackageComplete);
+    HRESULT status = hrStatus;
+    if (m_executing) {
+        status = packageStatus(wzPackageId, hrStatus);
+        UpdateInstallStatus(status);
+    }
+    PDX_LOG(logTrace, "BootstrapperApplication::OnExecutePackageComplete",
+            "wzPackageId=%ls, hrStatus=%s, restart=%s, nRecommendation=%d", textOrEmpty(wzPackageId),
+            describeError(status), nameOf(restart), nRecommendation);
+    mergeContext(operationExecutePackageComplete, {{"pkid", contextText(wzPackageId)},
+                                                   {"stat", contextStatus(status)},
+                                                   {"rstr", static_cast<int32_t>(restart)},
+                                                   {"reco", nRecommendation}});
+    return Base::OnExecutePackageComplete(wzPackageId, hrStatus, restart, nRecommendation);
+}
+
+HRESULT BootstrapperApplication::packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const {
+    if (!equalsIgnoreCase(textOrEmpty(wzPackageId), clientPackageId)) return hrStatus;
+    const uint32_t code = parseDecimal(GetEngineVariable(L"PDX_MSI_STATUS", false));
+    return code == 0 ? hrStatus : formError(PALISADE_ERROR_TYPE, code);
+}
+
+void BootstrapperApplication::OnExecuteComplete(HRESULT hrStatus) {
+    PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteComplete", "hrStatus=%s", describeError(hrStatus));
+    mergeContext(operationExecuteComplete, {{"stat", contextStatus(hrStatus)}});
+    UpdateInstallStatus(hrStatus);
+    if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !isCanceled())
+        logBriskError(contextStatus(hrStatus), describeError(hrStatus));
+}
+
+}  // namespace pdx

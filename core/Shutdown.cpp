@@ -1,0 +1,102 @@
+// The end of a run: how it is told, what is left behind, and whether the engine loads the library anew.
+#include <mutex>
+
+#include "config/ConfigMap.h"
+#include "core/BootstrapperApplication.h"
+#include "core/ContextText.h"
+#include "core/rules/ErrorGroups.h"
+#include "core/rules/RunValue.h"
+#include "platform/Errors.h"
+#include "platform/Log.h"
+#include "platform/Paths.h"
+#include "platform/Registry.h"
+
+namespace pdx {
+namespace {
+
+constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
+constexpr const wchar_t* runKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+
+/// After a reload the engine's next object finds this one's process-wide services, so the library must not be unmapped
+/// in between. Only then: a pinned library cannot be deleted, and its folder stays in the temporary folder.
+void pinLibrary() {
+    HMODULE pinned = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(libraryModule()), &pinned);
+}
+
+void removeRunValueOf(const std::wstring& installFolder) {
+    const RegistryKey run = RegistryKey::currentUser(view64).openSubKey(runKey, true);
+    const std::wstring value = toText(run.getValue(runValueName, {}));
+    if (isRunValueOfFolder(toLower(value), toLower(installFolder))) RegDeleteValueW(run.get(), runValueName);
+}
+
+void writeRunValue() {
+    const std::wstring launcher =
+        toText(RegistryKey::localMachine(view64).getSubKeyValue(productKey, L"LauncherAppPath", {}));
+    RegistryKey::currentUser(view64).setSubKeyValue(runKey, runValueName, runCommand(launcher));
+}
+
+}  // namespace
+
+int BootstrapperApplication::OnShutdown() {
+    PDX_LOG(logTrace, "BootstrapperApplication::OnShutdown", "Entering OnShutdown");
+    mergeContext(operationShutdown, {{"stat", m_shutdownResult.load()}});
+    if (m_shutdownResult == resultReloadBootstrapper) {
+        m_shutdownResult = 0;
+        pinLibrary();
+        return resultReloadBootstrapper;
+    }
+    switch (outcomeOf(state().status.status)) {
+        case Outcome::cancelled:
+            PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s",
+                    m_logoutExit ? "logout_exit" : "user_action");
+            break;
+        case Outcome::failed:
+            tellFailure();
+            break;
+        case Outcome::succeeded:
+            tellSuccess();
+            break;
+    }
+    stopUiThread();
+    return 0;
+}
+
+void BootstrapperApplication::tellFailure() {
+    bool shown = false;
+    HRESULT status = 0;
+    HRESULT lastError = 0;
+    {
+        const std::lock_guard guard(m_stateLock);
+        shown = std::exchange(m_status.errorShown, true);
+        status = m_status.status;
+        lastError = m_status.lastError;
+    }
+    if (!shown) {
+        ErrorInfo record = {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, static_cast<DWORD>(status), 0, resultOk};
+        sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&record));
+    }
+    logBriskError(contextStatus(lastError), describeError(lastError));
+}
+
+void BootstrapperApplication::tellSuccess() {
+    if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL)
+        removeRunValueOf(GetEngineVariable(L"InstallFolder", true));
+    else if (getConfigBool("indev.startOnBoot", false))
+        writeRunValue();
+}
+
+void BootstrapperApplication::logBriskError(const std::string& code, const std::string& message) {
+    PDX_LOG(logInfo, "BootstrapperApplication::logBriskError", "ecod[%s], estr[%s], einv[%s]", code, message,
+            errorGroup(code).invalid ? "true" : "false");
+}
+
+int BootstrapperApplication::OnSystemShutdown(DWORD dwEndSession, int nRecommendation) {
+    PDX_LOG(logTrace, "BootstrapperApplication::OnSystemShutdown", "dwEndsession=%u, nRecommendation=%d", dwEndSession,
+            nRecommendation);
+    mergeContext(operationSystemShutdown, {{"ends", dwEndSession}, {"reco", nRecommendation}});
+    return CBalBaseBootstrapperApplication::OnSystemShutdown(dwEndSession, nRecommendation);
+}
+
+}  // namespace pdx

@@ -1,0 +1,127 @@
+// What a start decides before anything is detected, and the UI thread's life.
+#include "config/ConfigMap.h"
+#include "core/BootstrapperApplication.h"
+#include "platform/Log.h"
+#include "platform/OsIdentity.h"
+#include "platform/Paths.h"
+#include "platform/Processes.h"
+#include "platform/Registry.h"
+
+namespace pdx {
+namespace {
+
+constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
+constexpr const wchar_t* olderClientKey = L"Software\\Bastion";
+constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
+constexpr const wchar_t* installerMutexName = L"Global\\Palisade_Desktop_Installer";
+
+std::wstring machineText(RegistryView view, const wchar_t* key, const wchar_t* name) {
+    return toText(RegistryKey::localMachine(view).getSubKeyValue(key, name, {}));
+}
+
+}  // namespace
+
+HRESULT BootstrapperApplication::OnStartup() {
+    PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "[STARTUP] app[%ls], configurable[%s], processId[%u]",
+            GetEngineVariable(L"BundleExecutableName", false), g_configurable ? "true" : "false",
+            GetCurrentProcessId());
+    PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Version: %s", GetCurrentVersion());
+    PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Command line: [%ls]", GetCommandLineW());
+    replaceContext(operationStartup);
+
+    // A deliberate fault: it exercises the crash path on test machines.
+    if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
+
+    const std::wstring installLocation = machineText(view64, productKey, L"InstallLocation");
+    if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL && !installLocation.empty())
+        m_engine->SetVariableString(L"InstallFolder", installLocation.c_str());
+    m_reportFiles.push_back(GetEngineVariable(L"WixBundleLog", false));
+    m_reportFiles.push_back(getLogFilePath(L"PalisadeBackgroundService.log"));
+
+    startUiThread();
+
+    const OsInfo system = systemVersion();
+    if (!isSystemAccepted({isSystem64Bit(), system.major, system.minor},
+                          getConfigBool("qa.installer.allowWindows7", true)))
+        return failStartup(errorSystemTooOld);
+    if (!takeInstallerMutex()) return failStartup(errorSecondInstance);
+
+    if (isRepair() || isMeridianMode()) {
+        PDX_LOG(logWarning, "BootstrapperApplication::OnStartup",
+                "This build does not support repair or migration runs");
+        quit(0);
+        return S_OK;
+    }
+    takeStartupStep(chooseStartupStep(startupFacts(!installLocation.empty())));
+    return S_OK;
+}
+
+StartupFacts BootstrapperApplication::startupFacts(bool installed) const {
+    StartupFacts facts;
+    facts.action = m_action;
+    facts.installed = installed;
+    if (m_action != BOOTSTRAPPER_ACTION_INSTALL) return facts;
+    facts.ignoreAlreadyInstalled = GetEngineVariable(L"IGNORE_ALREADY_INSTALLED", false) == L"1";
+    facts.olderClientRecorded = !machineText(view32, olderClientKey, L"ClientPath").empty();
+    facts.gatelinkRegistered =
+        !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
+    return facts;
+}
+
+void BootstrapperApplication::takeStartupStep(StartupStep step) {
+    switch (step) {
+        case StartupStep::quit:
+            quit(0);
+            break;
+        case StartupStep::promptAlreadyInstalled:
+            promptAlreadyInstalled();
+            break;
+        default:
+            m_engine->Detect(m_dialogWindow);
+            break;
+    }
+}
+
+void BootstrapperApplication::promptAlreadyInstalled() {
+    const int answer = isCanceled() ? 0 : sendAppMessage(WM_BA_PROMPT_ALREADY_INSTALLED);
+    if (answer == 1) launchClient(L"/checkForUpdate");
+    if (answer == 2) requestRepairReload();
+    // Asked twice after a repair, which is harmless.
+    quit(0);
+}
+
+HRESULT BootstrapperApplication::failStartup(ProgramError code) {
+    raiseError(code);
+    return formError(PALISADE_ERROR_TYPE, code);
+}
+
+bool BootstrapperApplication::takeInstallerMutex() {
+    if (m_installerMutex) return true;
+    Handle mutex(CreateMutexW(nullptr, TRUE, installerMutexName));
+    if (!mutex || GetLastError() == ERROR_ALREADY_EXISTS) return false;
+    m_installerMutex = std::move(mutex);
+    return true;
+}
+
+void BootstrapperApplication::releaseInstallerMutex() {
+    if (m_installerMutex) ReleaseMutex(m_installerMutex.get());
+    m_installerMutex.reset();
+}
+
+unsigned __stdcall BootstrapperApplication::runUi(void* argument) {
+    auto& application = *static_cast<BootstrapperApplication*>(argument);
+    application.m_uiRoutine(application);
+    return 0;
+}
+
+void BootstrapperApplication::startUiThread() {
+    if (m_uiThread.id() == 0 && m_uiThread.start(runUi, this)) WaitForSingleObject(m_dialogReady.get(), INFINITE);
+}
+
+void BootstrapperApplication::stopUiThread() {
+    if (m_uiThread.id() == 0) return;
+    PostThreadMessageW(m_uiThread.id(), WM_QUIT, 0, 0);
+    m_uiThread.join();
+}
+
+}  // namespace pdx

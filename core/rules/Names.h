@@ -1,0 +1,39 @@
+// The names under which the engine's values stand in the log.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/rules/EngineTypes.h"
+
+namespace pdx {
+
+// Each gives the value's published name, and "<INVALID>" for a value out of range.
+const char* nameOf(BOOTSTRAPPER_ACTION_STATE value);
+const char* nameOf(BOOTSTRAPPER_PACKAGE_STATE value);
+const char* nameOf(BOOTSTRAPPER_RELATED_OPERATION value);
+const char* nameOf(BOOTSTRAPPER_RELATION_TYPE value);
+const char* nameOf(BOOTSTRAPPER_REQUEST_STATE value);
+const char* nameOf(BOOTSTRAPPER_FEATURE_STATE value);
+const char* nameOf(BOOTSTRAPPER_ERROR_TYPE value);
+const char* nameOf(BOOTSTRAPPER_APPLY_RESTART value);
+const char* nameOf(BOOTSTRAPPER_CACHE_OPERATION value);
+
+/// The name of the value that a callback's pointer points to; "<INVALID>" for a null pointer.
+template <typename Value>
+const char* nameOfPointed(const Value* value) {
+    return value ? nameOf(*value) : "<INVALID>";
+}
+
+/// "true" or "false".
+const char* nameOfBool(bool value);
+
+/// A message box style word, such as "MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON1". A button set that the platform
+/// does not define prints as "<INVALID>", no icon or an unknown one as "<BADICON>", an unknown default button as
+/// "<BADDEFBTN>".
+std::string nameOfMessageBoxStyle(uint32_t style);
+
+/// "12.37.0.5294": the four 16-bit words of a 64-bit version, highest first.
+std::string versionText(uint64_t version);
+
+}  // namespace pdx

@@ -1,0 +1,60 @@
+// The numbers under which an error is told to have arisen in a callback.
+#pragma once
+
+#include <cstdint>
+
+namespace pdx {
+
+enum Operation : int32_t {
+    operationNone = 0,
+    operationStartup = 1,
+    operationShutdown = 2,
+    operationSystemShutdown = 3,
+    operationDetectBegin = 4,
+    operationDetectForwardCompatibleBundle = 5,
+    operationDetectUpdateBegin = 6,
+    operationDetectUpdate = 7,
+    operationDetectUpdateComplete = 8,
+    operationDetectRelatedBundle = 9,
+    operationDetectPackageBegin = 10,
+    operationDetectCompatiblePackage = 11,
+    operationDetectRelatedMsiPackage = 12,
+    operationDetectTargetMsiPackage = 13,
+    operationDetectMsiFeature = 14,
+    operationDetectPackageComplete = 15,
+    operationDetectComplete = 16,
+    operationPlanBegin = 17,
+    operationPlanRelatedBundle = 18,
+    operationPlanPackageBegin = 19,
+    operationPlanCompatiblePackage = 20,
+    operationPlanTargetMsiPackage = 21,
+    operationPlanMsiFeature = 22,
+    operationPlanPackageComplete = 23,
+    operationPlanComplete = 24,
+    operationApplyBegin = 25,
+    operationApplyPhaseCount = 26,
+    operationElevate = 27,
+    operationRegisterBegin = 28,
+    operationRegisterComplete = 29,
+    operationCacheBegin = 30,
+    operationCachePackageBegin = 31,
+    operationCacheAcquireBegin = 32,
+    operationResolveSource = 33,
+    operationCacheAcquireComplete = 34,
+    operationCacheVerifyBegin = 35,
+    operationCacheVerifyComplete = 36,
+    operationCachePackageComplete = 37,
+    operationCacheComplete = 38,
+    operationExecuteBegin = 39,
+    operationExecutePackageBegin = 40,
+    operationExecutePatchTarget = 41,
+    operationExecutePackageComplete = 42,
+    operationExecuteComplete = 43,
+    operationUnregisterBegin = 44,
+    operationUnregisterComplete = 45,
+    operationApplyComplete = 46,
+    operationLaunchApprovedExeBegin = 47,
+    operationLaunchApprovedExeComplete = 48,
+};
+
+}  // namespace pdx

@@ -1,0 +1,46 @@
+#include "core/rules/Startup.h"
+
+namespace pdx {
+namespace {
+
+using Step = StartupStep;
+using Facts = StartupFacts;
+
+struct StartupRow {
+    bool (*matches)(const Facts&);
+    Step step;
+};
+
+/// The first row that matches decides.
+constexpr StartupRow startupRows[] = {
+    {[](const Facts& f) { return f.action != BOOTSTRAPPER_ACTION_INSTALL; }, Step::detect},
+    {[](const Facts& f) { return f.installed && f.fromDisc; }, Step::launchClientFromDisc},
+    {[](const Facts& f) { return f.installed && f.ignoreAlreadyInstalled; }, Step::quit},
+    {[](const Facts& f) { return f.installed && f.olderClientToPrompt; }, Step::promptOlderClient},
+    {[](const Facts& f) { return f.installed; }, Step::promptAlreadyInstalled},
+    {[](const Facts& f) { return f.olderClientRecorded && f.ignoreAlreadyInstalled && f.gatelinkRegistered; },
+     Step::quit},
+    {[](const Facts&) { return true; }, Step::detect},
+};
+
+}  // namespace
+
+StartupStep chooseStartupStep(const StartupFacts& facts) {
+    for (const StartupRow& row : startupRows)
+        if (row.matches(facts)) return row.step;
+    return Step::detect;
+}
+
+bool isClientPackagePresent(int32_t action, std::wstring_view packageId, BOOTSTRAPPER_PACKAGE_STATE state) {
+    return action == BOOTSTRAPPER_ACTION_INSTALL && packageId == clientPackageId &&
+           state != BOOTSTRAPPER_PACKAGE_STATE_ABSENT;
+}
+
+std::optional<std::pair<std::wstring, std::wstring>> variableOfArgument(std::wstring_view argument) {
+    if (argument.starts_with(L'-') || argument.starts_with(L'/')) return std::nullopt;
+    const size_t equals = argument.find(L'=');
+    if (equals == std::wstring_view::npos) return std::nullopt;
+    return std::pair(std::wstring(argument.substr(0, equals)), std::wstring(argument.substr(equals + 1)));
+}
+
+}  // namespace pdx

@@ -1,0 +1,39 @@
+"""A display for Wine's windows: a virtual one of its own, or the caller's."""
+import contextlib
+import os
+import subprocess
+import tempfile
+from pathlib import Path
+
+
+@contextlib.contextmanager
+def virtual_display(size: str = "1280x1024x24"):
+    """A display of its own with a small window manager, gone at the end; gives its name.
+
+    Without a window manager Wine waits two seconds for each window that closes, and no window gets the keyboard.
+    """
+    read, write = os.pipe()
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", size, "-nolisten", "tcp"],
+                              pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    os.close(write)
+    with open(read) as pipe:
+        number = pipe.readline().strip()
+    if not number:
+        raise RuntimeError("Xvfb did not start")
+    display = ":" + number
+    with tempfile.TemporaryDirectory() as home:
+        manager = subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": display, "HOME": home},
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        try:
+            yield display
+        finally:
+            for process in (manager, server):
+                process.terminate()
+                process.wait()
+
+
+def take_picture(display: str, target: Path) -> None:
+    """A picture of the whole display; its absence is no failure."""
+    target.parent.mkdir(parents=True, exist_ok=True)
+    subprocess.run(["import", "-display", display, "-window", "root", target], timeout=20, check=False,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)

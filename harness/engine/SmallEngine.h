@@ -1,0 +1,125 @@
+// An engine for tests: the operations that a bootstrapper application calls, in process and without a bundle.
+// EngineRun.h calls the application's slots with it.
+#pragma once
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "harness/engine/EngineVariables.h"
+#include "platform/Engine.h"
+#include "platform/Handles.h"
+
+namespace pdx {
+
+/// A call of an operation that changes something: its name and its arguments as text, "null" for a null pointer.
+struct EngineCall {
+    std::string operation;
+    std::vector<std::wstring> arguments;
+    DWORD threadId;
+
+    /// "SetVariableString(PDX_REPAIR, 1)".
+    [[nodiscard]] std::string text() const;
+};
+
+struct EngineLogLine {
+    BOOTSTRAPPER_LOG_LEVEL level;
+    std::wstring text;
+};
+
+/// What Detect, Plan, Apply and Quit put into the engine's queue.
+struct EngineRequest {
+    enum class Kind { detect, plan, apply, quit } kind;
+    /// Plan: the action. Quit: the exit code.
+    DWORD argument;
+};
+
+/// The caller owns the object; AddRef and Release only count, so that a test sees what is still held. Every operation
+/// may be called on any thread. Results are those of the real engine: 0x80070490 for a variable that is not there,
+/// 0x800700EA with the size that is needed for a buffer that is too small, E_INVALIDARG for a null or empty name.
+class SmallEngine final : public IBootstrapperEngine {
+  public:
+    SmallEngine();
+    SmallEngine(const SmallEngine&) = delete;
+    SmallEngine& operator=(const SmallEngine&) = delete;
+    virtual ~SmallEngine() = default;
+
+    /// What the answers of the engine can be set to before a run.
+    struct Answers {
+        DWORD packageCount = 0;
+        HRESULT embeddedProgress = S_OK;  ///< SendEmbeddedProgress and SendEmbeddedError
+        int embeddedResult = 0;           ///< what they write
+        HRESULT setVariable = S_OK;       ///< a failure here leaves the variable as it was
+    };
+    Answers answers;
+    EngineVariables variables;
+
+    /// Off, log lines and calls are thrown away, and lines only counted: for measuring.
+    void keepRecords(bool keep) { recordsKept = keep; }
+    [[nodiscard]] std::vector<EngineLogLine> log() const;
+    [[nodiscard]] size_t logCount() const { return logLines; }
+    /// The first line that contains the text.
+    [[nodiscard]] std::optional<EngineLogLine> findLog(std::wstring_view part) const;
+    void clearLog();
+
+    /// All recorded calls in their order, or those of one operation.
+    [[nodiscard]] std::vector<EngineCall> calls(std::string_view operation = {}) const;
+    [[nodiscard]] std::vector<std::string> callTexts(std::string_view operation = {}) const;
+    [[nodiscard]] bool updateSet() const { return updateGiven; }
+    /// References held by others than the owner.
+    [[nodiscard]] ULONG references() const { return referenceCount - 1; }
+
+    /// The next request, or nothing while the queue is empty.
+    std::optional<EngineRequest> takeRequest();
+    /// Signalled while there may be a request.
+    [[nodiscard]] HANDLE requestEvent() const { return requestArrived.get(); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE GetPackageCount(DWORD* count) override;
+    HRESULT STDMETHODCALLTYPE GetVariableNumeric(LPCWSTR name, LONGLONG* value) override;
+    HRESULT STDMETHODCALLTYPE GetVariableString(LPCWSTR name, LPWSTR value, DWORD* size) override;
+    HRESULT STDMETHODCALLTYPE GetVariableVersion(LPCWSTR name, DWORD64* value) override;
+    HRESULT STDMETHODCALLTYPE FormatString(LPCWSTR in, LPWSTR out, DWORD* size) override;
+    HRESULT STDMETHODCALLTYPE EscapeString(LPCWSTR in, LPWSTR out, DWORD* size) override;
+    /// Not offered: E_NOTIMPL.
+    HRESULT STDMETHODCALLTYPE EvaluateCondition(LPCWSTR condition, BOOL* result) override;
+    HRESULT STDMETHODCALLTYPE Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR message) override;
+    HRESULT STDMETHODCALLTYPE SendEmbeddedError(DWORD code, LPCWSTR message, DWORD uiHint, int* result) override;
+    HRESULT STDMETHODCALLTYPE SendEmbeddedProgress(DWORD progress, DWORD overall, int* result) override;
+    HRESULT STDMETHODCALLTYPE SetUpdate(LPCWSTR localSource, LPCWSTR downloadSource, DWORD64 size,
+                                        BOOTSTRAPPER_UPDATE_HASH_TYPE hashType, BYTE* hash, DWORD hashSize) override;
+    HRESULT STDMETHODCALLTYPE SetLocalSource(LPCWSTR package, LPCWSTR payload, LPCWSTR path) override;
+    HRESULT STDMETHODCALLTYPE SetDownloadSource(LPCWSTR package, LPCWSTR payload, LPCWSTR url, LPCWSTR user,
+                                                LPCWSTR password) override;
+    HRESULT STDMETHODCALLTYPE SetVariableNumeric(LPCWSTR name, LONGLONG value) override;
+    HRESULT STDMETHODCALLTYPE SetVariableString(LPCWSTR name, LPCWSTR value) override;
+    HRESULT STDMETHODCALLTYPE SetVariableVersion(LPCWSTR name, DWORD64 value) override;
+    HRESULT STDMETHODCALLTYPE CloseSplashScreen() override;
+    HRESULT STDMETHODCALLTYPE Detect(HWND parent) override;
+    HRESULT STDMETHODCALLTYPE Plan(BOOTSTRAPPER_ACTION action) override;
+    HRESULT STDMETHODCALLTYPE Elevate(HWND parent) override;
+    HRESULT STDMETHODCALLTYPE Apply(HWND parent) override;
+    HRESULT STDMETHODCALLTYPE Quit(DWORD exitCode) override;
+    HRESULT STDMETHODCALLTYPE LaunchApprovedExe(HWND parent, LPCWSTR id, LPCWSTR arguments, DWORD timeout) override;
+
+  private:
+    void record(const char* operation, std::vector<std::wstring> arguments);
+    void post(EngineRequest::Kind kind, DWORD argument);
+    HRESULT setVariable(LPCWSTR name, std::optional<EngineVariables::Value> value);
+
+    mutable Lock lock;
+    std::vector<EngineCall> recorded;
+    std::vector<EngineLogLine> logged;
+    std::vector<EngineRequest> queue;
+    Handle requestArrived;
+    std::atomic<ULONG> referenceCount = 1;
+    std::atomic<size_t> logLines = 0;
+    std::atomic<bool> recordsKept = true;
+    std::atomic<bool> updateGiven = false;
+};
+
+}  // namespace pdx

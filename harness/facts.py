@@ -1,0 +1,48 @@
+"""What the sample client leaves on a machine, and the folder through which scenarios and client speak."""
+from harness.bundle import BUNDLE_ID
+
+PRODUCT_KEY = "HKLM\\Software\\Corvane Works\\Palisade Desktop"
+UNINSTALL_ENTRY = "HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + BUNDLE_ID
+
+INSTALL_FOLDER = "C:\\Program Files\\Palisade"
+CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDesktop.exe",
+                "PalisadeBackgroundService.exe", "PalisadeConnect_microsoft.exe")
+
+# The script of the client's custom actions, their record and the launcher's notes lie here.
+EXCHANGE = "C:\\PalisadeTest"
+LAUNCHES = EXCHANGE + "\\launches.txt"
+
+
+def client_file(name: str, install_folder: str = INSTALL_FOLDER) -> str:
+    return f"{install_folder}\\Palisade Desktop\\{name}"
+
+
+def client_values(install_folder: str = INSTALL_FOLDER) -> dict[tuple[str, int], dict[str, str]]:
+    """The registry values of an install on a machine that had no older product, by key and view."""
+    launcher = client_file("PalisadeLauncher.exe", install_folder)
+    connect = client_file("PalisadeConnect_microsoft.exe", install_folder)
+    cached = f"\"C:\\ProgramData\\Package Cache\\{BUNDLE_ID}\\PalisadeSetup.exe\""
+
+    def protocol(name: str) -> tuple[str, int]:
+        return f"HKCR\\{name}\\shell\\open\\command", 64
+
+    return {
+        (PRODUCT_KEY, 64): {
+            "InstallLocation": install_folder + "\\",
+            "LauncherAppPath": launcher,
+            "PrevBastion2": "",
+            "PrevGateLink": "",
+            "OriginalUninstallString": cached + "  /uninstall",
+            "OriginalQuietUninstallString": cached + " /uninstall /quiet",
+        },
+        (UNINSTALL_ENTRY, 32): {
+            "UninstallString": f"\"{launcher}\" -uninstall",
+            "QuietUninstallString": f"\"{launcher}\" -uninstall -silent",
+        },
+        ("HKLM\\Software\\Bastion", 32): {"ClientPath": launcher, "PrevClientPath": ""},
+        ("HKLM\\Software\\Corvane Works\\Fenwick", 32): {"ClientPath": launcher, "PrevClientPath": ""},
+        protocol("bastion"): {"": f"\"{launcher}\" \"%1\""},
+        protocol("bastion2"): {"": f"\"{launcher}\" \"%1\""},
+        protocol("gatelink"): {"": f"\"{launcher}\" \"%1\""},
+        protocol("palisadeconnect.microsoft"): {"": f"\"{connect}\" \"%1\""},
+    }

@@ -1,0 +1,59 @@
+"""Performs scenarios, each in its sandbox and on its display, and tells of them for people."""
+import contextlib
+import json
+import os
+import shutil
+import subprocess
+import sys
+import time
+
+from harness.display import virtual_display
+from harness.places import OUT, ROOT
+from harness.sandbox import sandboxed
+from harness.stage import write_result
+
+BOUND = 240  # seconds for one scenario; each run of the engine in it has a tighter bound of its own
+
+
+def perform(name: str, show: bool = False) -> dict:
+    """Plays one scenario and gives its result. On a virtual display of its own, or with `show` on the caller's."""
+    out = OUT / name
+    shutil.rmtree(out, ignore_errors=True)
+    out.mkdir(parents=True)
+    started = time.monotonic()
+    with contextlib.nullcontext(os.environ.get("DISPLAY", "")) if show else virtual_display() as display:
+        command = sandboxed([sys.executable, "-m", "harness.stage", name, str(out)])
+        with (out / "stage.log").open("w") as output:
+            process = subprocess.Popen(command, cwd=ROOT, env=os.environ | {"DISPLAY": display},
+                                       stdout=output, stderr=subprocess.STDOUT)
+            try:
+                process.wait(timeout=BOUND)
+                ending = f"its process ended with {process.returncode} and left no result"
+            except subprocess.TimeoutExpired:
+                ending = f"still running after {BOUND} s"
+            finally:
+                process.kill()
+                process.wait()
+    if not (out / "result.json").exists():
+        last = [file for file in (out / "engine.log", out / "stage.log") if file.exists()][0]
+        tail = "\n".join(last.read_text("utf-8", "replace").splitlines()[-20:])
+        write_result(out, name, None, time.monotonic() - started,
+                     [{"name": "the scenario runs to its end", "ok": False, "detail": f"{ending}\n{tail}"}])
+    return json.loads((out / "result.json").read_text("utf-8"))
+
+
+def held(result: dict) -> bool:
+    return bool(result["checks"]) and all(check["ok"] for check in result["checks"])
+
+
+def tell(result: dict, summary: str) -> None:
+    """A table of the scenario's checks, and where to look."""
+    width = max((len(check["name"]) for check in result["checks"]), default=0)
+    print(f"\n{result['scenario']}: {summary}")
+    for check in result["checks"]:
+        detail = check["detail"] if not check["ok"] else check["detail"].split("\n")[0][:100]
+        indented = detail.replace("\n", "\n" + " " * 8)
+        print(f"  {'✓' if check['ok'] else '✗'} {check['name']:<{width}}  {indented}".rstrip())
+    code = "none" if result["exit_code"] is None else f"0x{result['exit_code']:08x}"
+    print(f"  {'passed' if held(result) else 'FAILED'}: engine's exit code {code}, {result['seconds']} s, "
+          f"see out/{result['scenario']}/engine.log", flush=True)

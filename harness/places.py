@@ -1,0 +1,14 @@
+"""Where things are: the project's folders and what the builds leave in them."""
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+BUILD = ROOT / "build"
+OUT = ROOT / "out"
+SCENARIOS = ROOT / "tests/scenarios"
+
+LIBRARY = BUILD / "release/PalisadeBootstrapper.dll"
+PACKAGE = BUILD / "release/harness/client/PalisadeApp.msi"
+HOST_TESTS = BUILD / "host/rules_tests"
+WINDOWS_TESTS = BUILD / "checked/windows_tests.exe"
+ENGINE = ROOT / "harness/burn/node_modules/wixtoolset-compiler/bin/x86/burn.exe"
+CERTIFICATE = ROOT / "resources/certificate.der"

@@ -1,0 +1,125 @@
+"""Wine prefixes: one prepared once, and copies of it for each run that needs a state of its own."""
+import contextlib
+import fcntl
+import os
+import re
+import shutil
+import subprocess
+import tempfile
+import time
+from pathlib import Path
+
+from harness.places import BUILD
+
+PREPARED = BUILD / "wine/prepared"
+# Windows' own files are most of a prefix (1.3 GB) and nothing writes to them in place: copies share them by link.
+SHARED = ("system32", "syswow64", "winsxs")
+LEFTOVER_AGE = 3600  # seconds after which a copy belongs to no run any more
+
+
+class Prefix:
+    """One prefix; all its processes run under its own server process and end with it."""
+
+    def __init__(self, folder: Path, display: str):
+        self.folder = folder
+        self.drive = folder / "drive_c"
+        home = folder / "home"
+        home.mkdir(parents=True, exist_ok=True)
+        self.environment = {
+            "PATH": os.environ["PATH"], "HOME": str(home), "DISPLAY": display, "WINEPREFIX": str(folder),
+            # No .NET, HTML engine or desktop menus: each would ask to be installed or write outside the prefix.
+            "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree=;mshtml=;winemenubuilder.exe=",
+            "LC_ALL": "C.UTF-8", "XAUTHORITY": os.environ.get("XAUTHORITY", str(Path.home() / ".Xauthority")),
+        }
+
+    def path(self, windows_path: str) -> Path:
+        """Where a file of drive C: lies."""
+        return self.drive / windows_path.removeprefix("C:\\").replace("\\", "/")
+
+    def start(self, program: str | Path, *arguments: str, **options) -> subprocess.Popen:
+        environment = self.environment | options.pop("environment", {})
+        return subprocess.Popen(["wine", str(program), *arguments], env=environment, stdin=subprocess.DEVNULL,
+                                **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options)
+
+    def run(self, program: str | Path, *arguments: str, bound: float = 60) -> None:
+        """Runs a program to its end."""
+        process = self.start(program, *arguments)
+        try:
+            process.wait(timeout=bound)
+        finally:
+            process.kill()
+
+    def registry_values(self, key: str, view: int = 64) -> dict[str, str]:
+        """The values of a key that are texts or DWORDs, the latter as "0x00000001"; the default value's name is empty.
+        A key that is not there has none."""
+        text = self._exported(key, view)
+        own = re.split(r"^\[.*\]$", text, maxsplit=2, flags=re.M)[1:2]  # what follows are the subkeys
+        rows = re.findall(r'^(?:@|"((?:[^"\\]|\\.)*)")=(?:"((?:[^"\\]|\\.)*)"|dword:(\w+))$', "".join(own), re.M)
+        unescaped = [[re.sub(r"\\(.)", r"\1", part) for part in row] for row in rows]
+        return {name: "0x" + number if number else value for name, value, number in unescaped}
+
+    def registry(self, key: str, name: str, view: int = 64) -> str | None:
+        return self.registry_values(key, view).get(name)
+
+    def has_key(self, key: str, view: int = 64) -> bool:
+        return bool(self._exported(key, view))
+
+    def _exported(self, key: str, view: int) -> str:
+        """A key with its subkeys as registry script; empty if it is not there."""
+        # Not by a query: that prints in a code page, and never ends over a list of texts without an entry.
+        with tempfile.NamedTemporaryFile(dir=self.drive, suffix=".reg") as target:
+            self.run("reg", "export", key, "C:\\" + Path(target.name).name, "/y", f"/reg:{view}")
+            return Path(target.name).read_bytes().decode("utf-16").replace("\r\n", "\n")
+
+    def set_registry(self, key: str, name: str, value: str, view: int = 64) -> None:
+        self.run("reg", "add", key, "/v", name, "/d", value, "/f", f"/reg:{view}")
+
+    def restart(self) -> None:
+        """Shuts the prefix down in order; the next process starts its server anew, which then reads the machine's
+        certificates again."""
+        for step in ("-k", "-w", "-p"):
+            subprocess.run(["wineserver", step], env=self.environment, timeout=60)
+
+    def end(self) -> None:
+        """Ends every process of this prefix at once; what the registry had in memory is lost."""
+        subprocess.run(["wineserver", "-k9"], env=self.environment, timeout=20, stderr=subprocess.DEVNULL)
+
+
+def prepare(display: str) -> None:
+    """Makes the prepared prefix if it is not there: an ordinary Windows 10. Clears away what ended runs left."""
+    PREPARED.parent.mkdir(parents=True, exist_ok=True)
+    for left in PREPARED.parent.glob("*-*"):
+        if time.time() - left.stat().st_mtime > LEFTOVER_AGE:
+            shutil.rmtree(left, ignore_errors=True)
+    with open(PREPARED.with_suffix(".lock"), "w") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        if PREPARED.exists():
+            return
+        print("preparing a Wine prefix (once)", flush=True)
+        unfinished = PREPARED.with_suffix(".new")
+        shutil.rmtree(unfinished, ignore_errors=True)
+        prefix = Prefix(unfinished, display)
+        prefix.run("wineboot", "--init", bound=300)
+        prefix.set_registry("HKCU\\Software\\Wine", "Version", "win10")
+        subprocess.run(["wineserver", "-w"], env=prefix.environment, timeout=120)
+        unfinished.rename(PREPARED)
+
+
+@contextlib.contextmanager
+def copy_of_prepared(name: str, display: str):
+    """A prefix with a state of its own, gone with all its processes at the end."""
+    folder = Path(tempfile.mkdtemp(prefix=name + "-", dir=PREPARED.parent))
+    prefix = Prefix(folder / "prefix", display)
+    try:
+        windows = Path("drive_c/windows")
+        ignored = {str(PREPARED / windows): set(SHARED)}
+        shutil.copytree(PREPARED, prefix.folder, symlinks=True, dirs_exist_ok=True,
+                        ignore=lambda at, names: ignored.get(at, set()))
+        shared = [PREPARED / windows / name for name in SHARED]
+        subprocess.run(["cp", "-al", *shared, prefix.folder / windows], check=True)
+        # Stays between two programs, so that the second does not start Windows anew.
+        subprocess.run(["wineserver", "-p"], env=prefix.environment, check=True)
+        yield prefix
+    finally:
+        prefix.end()
+        shutil.rmtree(folder, ignore_errors=True)

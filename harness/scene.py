@@ -1,0 +1,178 @@
+"""What a scenario works with: bundles, runs of the real engine, the machine that they change, and checks."""
+import shutil
+import ssl
+import subprocess
+import time
+from collections.abc import Callable
+from pathlib import Path
+
+from harness import bundle, facts
+from harness.display import take_picture
+from harness.enginelog import EngineLog
+from harness.places import LIBRARY, PACKAGE
+from harness.prefix import Prefix
+
+SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
+SCRIPT = facts.EXCHANGE + "\\script.txt"
+TEMP = "C:\\users\\root\\Temp"
+AUTHORITIES = Path("/etc/ssl/certs/ca-certificates.crt")
+
+
+class Hang(Exception):
+    """A run that did not end within its bound."""
+
+
+class EngineRun:
+    """One run of the engine. The log is the one that appeared first after its start."""
+
+    def __init__(self, scene: "Scene", process: subprocess.Popen, log_name: str, logs_before: set[Path]):
+        self._scene, self._process, self._logs_before = scene, process, logs_before
+        self._kept = scene.out / f"{log_name}.log"
+        self.log: EngineLog | None = None
+
+    def finish(self, bound: float) -> "EngineRun":
+        """Waits for the end, keeps the log and reads it."""
+        try:
+            self._process.wait(timeout=bound)
+        except subprocess.TimeoutExpired:
+            tail = self._keep_log().tail() if self._log_file() else "(no engine log)"
+            raise Hang(f"the engine was still running after {bound:.0f} s; its log ends:\n{tail}") from None
+        if not self._log_file():
+            reasons = [file.read_text("utf-8", "replace") for file in self._scene.path(TEMP).glob("*_Failed.txt")]
+            raise RuntimeError("the engine made no log\n" + "\n".join(reasons))
+        self.log = self._keep_log()
+        return self
+
+    @property
+    def exit_code(self) -> int | None:
+        return self.log.exit_code
+
+    def _log_file(self) -> Path | None:
+        return min(self._scene.engine_logs() - self._logs_before, default=None)
+
+    def _keep_log(self) -> EngineLog:
+        log = EngineLog(self._log_file())
+        self._kept.write_text(log.text, "utf-8")
+        return log
+
+
+class Scene:
+    def __init__(self, prefix: Prefix, out: Path):
+        self.prefix, self.out = prefix, out
+        self.checks: list[dict] = []
+        self.main_run: EngineRun | None = None
+        self.path(facts.EXCHANGE).mkdir()
+        self.path(TEMP).mkdir(parents=True, exist_ok=True)
+        bundle.make(self.path(SETUP), LIBRARY, PACKAGE, {"PDXTEST_SCRIPT": SCRIPT})
+
+    # The machine
+
+    def path(self, windows_path: str) -> Path:
+        return self.prefix.path(windows_path)
+
+    def exists(self, windows_path: str) -> bool:
+        return self.path(windows_path).exists()
+
+    def read(self, windows_path: str) -> str:
+        """A file's text; empty if it is not there."""
+        return self.path(windows_path).read_text("utf-8") if self.exists(windows_path) else ""
+
+    def temporary_files(self) -> list[Path]:
+        return list(self.path(TEMP).iterdir())
+
+    def client_state(self, install_folder: str = facts.INSTALL_FOLDER) -> tuple[set[str], list[str]]:
+        """The client's files that are there, and its registry values that are not as an install leaves them."""
+        files = {name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name, install_folder))}
+        wrong = []
+        for (key, view), wanted in facts.client_values(install_folder).items():
+            found = self.prefix.registry_values(key, view)
+            wrong += [f"{key} [{name}] in view {view}: {found.get(name)!r}, wanted {text!r}"
+                      for name, text in wanted.items() if found.get(name) != text]
+        return files, wrong
+
+    def check_installed(self, install_folder: str = facts.INSTALL_FOLDER) -> None:
+        files, wrong = self.client_state(install_folder)
+        self.check_equal("the client's files are there", files, set(facts.CLIENT_FILES))
+        self.check("the client's registry values are there", not wrong, "\n".join(wrong[:3]))
+
+    def check_gone(self) -> None:
+        """Nothing of the client and of the bundle is left, as far as they are to go."""
+        left = [name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name))]
+        self.check_equal("the client's files are gone", left, [])
+        values = [f"{key} [{name}]" for (key, view), wanted in facts.client_values().items()
+                  for name in wanted.keys() & self.prefix.registry_values(key, view).keys()]
+        self.check_equal("the client's registry values are gone", values, [])
+        self.check("the bundle is registered no more", not self.prefix.has_key(facts.UNINSTALL_ENTRY, 32))
+        self.check_equal("the engine's cache is empty", self.cached_packages(), [])
+
+    def cached_packages(self) -> list[str]:
+        return [file.name for file in self.path("C:\\ProgramData\\Package Cache").rglob("*") if file.is_file()]
+
+    def windows_version(self, word: str) -> None:
+        """The system that the machine passes for, by Wine's word for it: "win10", "win7", "vista"."""
+        self.prefix.set_registry("HKCU\\Software\\Wine", "Version", word)
+
+    def trust(self, certificate: Path) -> None:
+        """Makes the machine trust a root certificate, in this scenario's mounts only."""
+        bundle_file = self.out / "authorities.pem"
+        own = ssl.DER_cert_to_PEM_cert(certificate.read_bytes())
+        bundle_file.write_text(AUTHORITIES.read_text() + own)
+        subprocess.run(["mount", "--bind", bundle_file, AUTHORITIES], check=True)
+        self.prefix.restart()
+
+    # Runs of the engine
+
+    def script(self, text: str) -> None:
+        """What the client package's custom actions do in the runs to come (harness/client/Script.h)."""
+        lines = (line.strip() for line in text.strip().splitlines())
+        self.path(SCRIPT).write_text("\n".join(lines) + "\n", "utf-8")
+        self.path(facts.EXCHANGE + "\\record.txt").unlink(missing_ok=True)
+
+    def answer(self, step: str) -> str | None:
+        """What a step of the script was answered; None if it never ran."""
+        for line in self.read(facts.EXCHANGE + "\\record.txt").splitlines():
+            done, _, answer = line.rpartition(" -> ")
+            if done == step:
+                return answer
+        return None
+
+    def engine_logs(self) -> set[Path]:
+        return {file for file in self.path(TEMP).glob("Palisade_*.log") if "_000_" not in file.name}
+
+    def start(self, *arguments: str, program: str = SETUP, log: str = "engine", **options) -> EngineRun:
+        """Starts a bundle; its log is kept as out/<scenario>/<log>.log. The run whose log is "engine" is the one that
+        the scenario's exit code is taken from."""
+        run = EngineRun(self, self.prefix.start(program, *arguments, **options), log, self.engine_logs())
+        if log == "engine":
+            self.main_run = run
+        return run
+
+    def run(self, *arguments: str, bound: float = 90, **options) -> EngineRun:
+        return self.start(*arguments, **options).finish(bound)
+
+    def wait_for(self, condition: Callable[[], object], what: str, bound: float = 60) -> None:
+        deadline = time.monotonic() + bound
+        while not condition():
+            if time.monotonic() > deadline:
+                raise Hang(f"{what} did not come within {bound:.0f} s")
+            time.sleep(0.05)
+
+    # Checks
+
+    def check(self, name: str, ok: bool, detail: object = "") -> None:
+        self.checks.append({"name": name, "ok": bool(ok), "detail": str(detail)})
+
+    def check_equal(self, name: str, found: object, wanted: object) -> None:
+        told = found if isinstance(found, str) else ""
+        self.check(name, found == wanted, told if found == wanted else f"found {found!r}, wanted {wanted!r}")
+
+    def check_exit_code(self, run: EngineRun, wanted: int, whose: str = "the engine") -> None:
+        found = run.exit_code
+        self.check(f"{whose} ends with 0x{wanted:x}", found == wanted,
+                   "no exit code in the log" if found is None else f"0x{found:x}")
+
+    def keep_evidence(self) -> None:
+        """After a failure: a picture of the display, and the logs of the temporary folder that are not kept already."""
+        take_picture(self.prefix.environment["DISPLAY"], self.out / "screens/01-at-the-end.png")
+        for file in set(self.path(TEMP).glob("*.log")) - self.engine_logs():
+            shutil.copyfile(file, self.out / file.name)

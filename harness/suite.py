@@ -1,0 +1,73 @@
+"""What ./test.sh does: builds all presets, then the host tests, the tests under Wine and all scenarios."""
+import os
+import re
+import subprocess
+import sys
+from concurrent.futures import ThreadPoolExecutor
+from functools import partial
+
+from harness import stage
+from harness.build import build
+from harness.display import virtual_display
+from harness.perform import held, perform, tell
+from harness.places import HOST_TESTS, OUT, ROOT
+from harness.prefix import prepare
+from harness.run import summary
+from harness.sandbox import sandboxed
+
+BOUND = 600  # seconds for one test program
+
+
+def run_tests(title: str, command: list[str], display: str = "") -> tuple[int, int]:
+    """Runs a GoogleTest program, tells its failures; gives passed and failed cases. A program that ends without its
+    own summary, or badly after it, counts as one more failure."""
+    log = OUT / f"tests/{title}.log"
+    log.parent.mkdir(parents=True, exist_ok=True)
+    with log.open("wb") as output:
+        try:
+            code = subprocess.run(command, cwd=ROOT, env=os.environ | {"DISPLAY": display}, stdout=output,
+                                  stderr=subprocess.STDOUT, timeout=BOUND).returncode
+            ending = f"ended with {code}"
+        except subprocess.TimeoutExpired:
+            code, ending = 1, f"was still running after {BOUND} s"
+    text = log.read_text("utf-8", "replace").replace("\r", "")
+    passed = len(re.findall(r"^\[       OK \]", text, re.M))
+    failures = re.findall(r"^\[  FAILED  \] .* \(\d+ ms\)$", text, re.M)
+    complete = re.search(r"^\[==========\] \d+ tests? from .* ran\.", text, re.M) is not None
+    broken = not complete or (code != 0 and not failures)
+    print(f"\n{title} tests: {passed} passed, {len(failures) + broken} failed, see out/tests/{title}.log")
+    # Each failing case in full: from its start to its end.
+    for case in re.finditer(r"^\[ RUN      \] (\S+)\n(?:(?!\[ RUN ).*\n)*?\[  FAILED  \] \1\b.*$", text, re.M):
+        print(case[0])
+    if broken:
+        print(f"  the program {ending}; its output ends:\n" + "\n".join(text.splitlines()[-20:]))
+    sys.stdout.flush()
+    return passed, len(failures) + broken
+
+
+def run_scenario(name: str) -> tuple[int, int]:
+    result = perform(name)
+    tell(result, summary(name))
+    return (1, 0) if held(result) else (0, 1)
+
+
+def run_windows_tests() -> tuple[int, int]:
+    with virtual_display() as display:
+        return run_tests("windows", sandboxed([sys.executable, "-m", "harness.wine_tests"]), display)
+
+
+def main() -> int:
+    build("release", "host", "checked")
+    with virtual_display() as display:
+        prepare(display)
+    counts = [run_tests("host", [str(HOST_TESTS)])]
+    jobs = [run_windows_tests, *(partial(run_scenario, name) for name in stage.names())]
+    with ThreadPoolExecutor(2) as pool:
+        counts += pool.map(lambda job: job(), jobs)
+    passed, failed = (sum(column) for column in zip(*counts))
+    print(f"\n{passed} passed, {failed} failed")
+    return 1 if failed or not passed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,34 @@
+// Files held open against replacement, each proved to lie where its path says.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/Handles.h"
+
+namespace pdx {
+
+/// Opens or creates a file, proves that no link was on the way to it, and puts its handle into the container, where it
+/// stays open until the container goes. finalPrefix is the final path of the folder that is trusted (GetFinalPath), or
+/// empty. With CREATE_NEW whatever stands there is deleted first.
+/// Tries 25 times, with 40 milliseconds after each failed try, each of which is logged at INFO as "Failed to lock file
+/// %ls: %s (%08x)" with the system's error: 4395 for a link, 3 if the final path cannot be told, 0 if it differs from
+/// the expected one. Success logs "Locked %ls". Returns the handle, which the container owns, or INVALID_HANDLE_VALUE.
+HANDLE LockFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path, DWORD access, DWORD share,
+                DWORD disposition, const std::wstring& finalPrefix);
+
+/// The final path of a file or folder, beginning with "\\?\"; a link is not followed and gives its own. Empty on
+/// failure, which is logged at INFO as "Failed to get final path for %ls; error=%08x", and for an empty path.
+std::wstring GetFinalPath(const std::wstring& path);
+
+/// The final path that a path ought to have if no component below the trusted folder is a link; empty if there is none,
+/// with "Bad finalPrefix: %ls" or "Never found temp path prefix for %ls" logged at INFO.
+std::wstring GetExpectedFinalPath(const std::wstring& finalPrefix, const std::wstring& path);
+
+/// The user's temporary folder with a backslash at its end and without the folder of the terminal session, if it has
+/// one; empty on failure.
+std::wstring getSessionTempPath();
+
+}  // namespace pdx

@@ -1,0 +1,49 @@
+#include "state/rules/FinalPath.h"
+
+#include <utility>
+#include <vector>
+
+namespace pdx {
+namespace {
+
+constexpr std::wstring_view finalPathStart = L"\\\\?\\";
+
+/// All components; empty ones stay in the list.
+std::vector<std::wstring> splitPath(std::wstring_view path) {
+    std::vector<std::wstring> components;
+    for (;;) {
+        const size_t end = path.find_first_of(L"\\/");
+        components.emplace_back(path.substr(0, end));
+        if (end == std::wstring_view::npos) return components;
+        path.remove_prefix(end + 1);
+    }
+}
+
+}  // namespace
+
+ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system) {
+    if (!finalPrefix.empty() && !finalPrefix.starts_with(finalPathStart)) return {{}, ExpectedPathProblem::badPrefix};
+    bool found = finalPrefix.empty();
+    // Components are joined on behind the first four characters, which the system's function might read as a root.
+    std::wstring expected;
+    std::wstring walked;
+    for (const std::wstring& component : splitPath(path)) {
+        std::wstring& joined = found ? expected : walked;
+        joined = system.append(joined, component);
+        if (joined.empty() && !component.empty()) return {{}, ExpectedPathProblem::notJoinable};
+        if (!found && system.finalPathOf(walked) == finalPrefix) {
+            expected = finalPrefix.substr(finalPathStart.size());
+            found = true;
+        }
+    }
+    if (!found) return {{}, ExpectedPathProblem::neverFound};
+    return {std::wstring(finalPathStart) + expected, ExpectedPathProblem::none};
+}
+
+std::wstring withoutSessionFolder(std::wstring tempPath, uint32_t sessionId) {
+    const std::wstring folder = L'\\' + std::to_wstring(sessionId) + L'\\';
+    if (tempPath.ends_with(folder)) tempPath.resize(tempPath.size() - folder.size() + 1);
+    return tempPath;
+}
+
+}  // namespace pdx

@@ -1,0 +1,41 @@
+// Where a file has to lie if no link stands in its way, worked out without trusting the file itself.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace pdx {
+
+enum class ExpectedPathProblem {
+    none,
+    badPrefix,    ///< the prefix is no final path
+    neverFound,   ///< no leading part of the path is the prefix
+    notJoinable,  ///< a component could not be joined on
+};
+
+struct ExpectedPath {
+    std::wstring path;  ///< empty with every problem
+    ExpectedPathProblem problem;
+};
+
+/// What the walk asks of the system.
+struct PathSystem {
+    /// The final path of what lies there, a link not followed; empty if there is nothing.
+    std::function<std::wstring(const std::wstring& path)> finalPathOf;
+    /// A path with one more component; empty on failure.
+    std::function<std::wstring(const std::wstring& path, const std::wstring& component)> append;
+};
+
+/// The final path that a path ought to have if no component below the trusted folder is a link. finalPrefix is the
+/// trusted folder's own final path, which begins with "\\?\"; the path is followed component by component, split at
+/// "\" and "/", until what was walked has exactly that final path, and what is left is joined on as it is spelt. With
+/// an empty prefix no folder is trusted and nothing is looked up: the path itself behind "\\?\".
+ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system);
+
+/// A temporary folder without the folder of the terminal session at its end, which only that session has:
+/// "C:\Temp\2\" in session 2 becomes "C:\Temp\".
+std::wstring withoutSessionFolder(std::wstring tempPath, uint32_t sessionId);
+
+}  // namespace pdx

@@ -1,0 +1,6 @@
+#!/usr/bin/env bash
+# Sets up what is missing, builds, runs all tests and scenarios; ends with "N passed, N failed".
+set -euo pipefail
+cd "$(dirname "$0")"
+harness/setup/setup.sh
+exec python3 -m harness.suite

@@ -1,0 +1,127 @@
+#include "config/rules/ConfigLayers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+#include <vector>
+
+#include "config/rules/TomlConfig.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+
+/// Layers given as texts, and the order in which they were asked for.
+struct Layers {
+    std::map<std::string, std::string> texts;
+    std::vector<std::string> asked;
+
+    ConfigMap load(const std::string& name) {
+        asked.push_back(name);
+        std::istringstream stream(texts[name]);
+        return parseConfig(stream, [](const char*, const char*) {});
+    }
+    ConfigMap loadAll(bool configurable, bool thin = false) {
+        const auto loader = [this](const char* name) { return load(name); };
+        return loadConfigLayers({loader, loader}, configurable, thin);
+    }
+};
+
+constexpr char overrideFile[] = "C:\\PalisadeDesktopDev\\override.cfg";
+
+TEST(ConfigLayers, AsksForTheLayersInTheirOrder) {
+    Layers plain{{{"installer.cfg", "app.environment = \"production\""}}, {}};
+    plain.loadAll(false);
+    EXPECT_THAT(plain.asked, ElementsAre("installer.cfg", "production.cfg"));
+    Layers configurable{{{"installer.cfg", "app.environment = \"production\""}}, {}};
+    configurable.loadAll(true);
+    EXPECT_THAT(configurable.asked, ElementsAre("installer.cfg", overrideFile, "production.cfg", overrideFile));
+}
+
+TEST(ConfigLayers, ChoosesTheEnvironmentsFile) {
+    struct Row {
+        const char* installer;
+        const char* overriding;
+        bool configurable;
+        const char* environmentFile;
+        const char* environment;
+    };
+    const Row rows[] = {
+        {"app.environment = \"production\"", "", false, "production.cfg", "production"},
+        {"app.environment = \"Production\"", "", false, "integration.cfg", "Production"},
+        {"app.environment = \"\"", "", false, "integration.cfg", ""},
+        {"app.environment = true", "", false, "integration.cfg", ""},
+        {"", "", false, "integration.cfg", ""},
+        {"a broken file", "", false, "integration.cfg", ""},
+        {"app.environment = \"production\"", "app.environment = \"qa7\"", true, "integration.cfg", "qa7"},
+        {"app.environment = \"production\"", "app.environment = \"qa7\"", false, "production.cfg", "production"},
+        {"app.environment = \"qa7\"", "app.environment = \"production\"", true, "production.cfg", "production"},
+        {"app.environment = \"production\"", "a broken file", true, "production.cfg", "production"},
+    };
+    for (const Row& row : rows) {
+        Layers layers{{{"installer.cfg", row.installer}, {overrideFile, row.overriding}}, {}};
+        const ConfigMap config = layers.loadAll(row.configurable);
+        EXPECT_EQ(layers.asked.at(row.configurable ? 2 : 1), row.environmentFile) << row.installer << row.overriding;
+        EXPECT_EQ(config.getString("app.environment", "absent"), row.environment) << row.installer << row.overriding;
+    }
+}
+
+TEST(ConfigLayers, LetsTheStrongerLayerWin) {
+    Layers layers{{{"installer.cfg",
+                    "app.environment = \"production\"\none = \"installer\"\ntwo = \"installer\"\n"
+                    "three = \"installer\"\n"},
+                   {"production.cfg", "two = \"production\"\nthree = \"production\"\nfour = \"production\"\n"},
+                   {overrideFile, "three = \"override\"\nfive = \"override\"\n"}},
+                  {}};
+    const std::pair<const char*, const char*> rows[] = {{"one", "installer"},
+                                                        {"two", "production"},
+                                                        {"three", "override"},
+                                                        {"four", "production"},
+                                                        {"five", "override"}};
+    const ConfigMap config = layers.loadAll(true);
+    for (const auto& [key, layer] : rows) EXPECT_EQ(config.getString(key), layer) << key;
+    const ConfigMap locked = layers.loadAll(false);
+    EXPECT_EQ(locked.getString("three"), "production");
+    EXPECT_EQ(locked.getString("five", "absent"), "absent");
+}
+
+TEST(ConfigLayers, SetsItsOwnValuesLast) {
+    // The environment that decided is kept even where a later layer says otherwise.
+    Layers layers{{{"installer.cfg", "app.environment = \"production\"\napp.installertype = \"installer\""},
+                   {"production.cfg", "app.environment = 5\napp.installertype = \"production\""},
+                   {overrideFile, "app.installertype = \"override\""}},
+                  {}};
+    for (const bool configurable : {false, true}) {
+        EXPECT_EQ(layers.loadAll(configurable, true).getString("app.installertype"), "thin");
+        EXPECT_EQ(layers.loadAll(configurable, false).getString("app.installertype"), "thick");
+        EXPECT_EQ(layers.loadAll(configurable).getString("app.environment"), "production");
+    }
+}
+
+TEST(ReportedVersion, FollowsTheOverride) {
+    struct Row {
+        const char* overriding;
+        const char* toOverride;
+        const char* reported;
+        bool overridden;
+    };
+    const Row rows[] = {
+        {"", "", "12.37.0.5294", false},
+        {"", "12.37.0.5294", "12.37.0.5294", false},
+        {"9.0", "", "9.0", true},
+        {"9.0", "12.37.0.5294", "9.0", true},
+        {"9.0", "12.37.0.5293", "12.37.0.5294", false},
+        {"12.37.0.5294", "", "12.37.0.5294", true},
+    };
+    for (const Row& row : rows) {
+        const ReportedVersion result = reportedVersion("12.37.0.5294", row.overriding, row.toOverride);
+        EXPECT_EQ(result.version, row.reported) << row.overriding << "/" << row.toOverride;
+        EXPECT_EQ(result.overridden, row.overridden) << row.overriding << "/" << row.toOverride;
+    }
+}
+
+}  // namespace
+}  // namespace pdx

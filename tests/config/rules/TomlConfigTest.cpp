@@ -1,0 +1,174 @@
+#include "config/rules/TomlConfig.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+#include "config/rules/ResourceData.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct Parsed {
+    ConfigMap map;
+    std::vector<std::string> errors;
+};
+
+Parsed parsed(const std::string& text) {
+    Parsed result;
+    std::istringstream stream(text);
+    result.map = parseConfig(stream, [&](const char* function, const char* message) {
+        result.errors.push_back(std::string(function) + ": " + message);
+    });
+    return result;
+}
+
+TEST(ParseConfig, FlattensTablesToDottedKeys) {
+    const Parsed result = parsed(
+        "top = \"1\"\r\n"
+        "dotted.Key.below = \"2\"\r\n"
+        "[app] # a comment\r\n"
+        "oer.url = \"3\"\r\n"
+        "inline = { one = \"4\", two.three = \"5\", none = {} }\r\n"
+        "[app.deep.er]\r\n"
+        "\"quoted key\" = '6'\r\n"
+        "\"a.b\" = \"7\"\r\n"
+        "\"\" = \"8\"\r\n"
+        "long = \"\"\"\r\n9\r\n10\"\"\"\r\n");
+    const std::pair<const char*, const char*> rows[] = {
+        {"top", "1"},
+        {"dotted.key.below", "2"},
+        {"app.oer.url", "3"},
+        {"app.inline.one", "4"},
+        {"app.inline.two.three", "5"},
+        {"app.deep.er.quoted key", "6"},
+        {"app.deep.er.a.b", "7"},
+        {"app.deep.er.", "8"},
+        {"app.deep.er.long", "9\n10"},
+    };
+    for (const auto& [key, value] : rows) EXPECT_EQ(result.map.getString(key, "absent"), value) << key;
+    EXPECT_EQ(result.map.size(), std::size(rows));
+    EXPECT_THAT(result.errors, IsEmpty());
+}
+
+TEST(ParseConfig, JoinsAnEmptyKeyBehindTheTopEntryWithItsOwnDot) {
+    // The path below "a" is ".b", which already begins with the dot.
+    const Parsed result = parsed("[a]\n\"\".b = \"1\"\n");
+    EXPECT_EQ(result.map.getString("a.b"), "1");
+    EXPECT_EQ(result.map.size(), 1u);
+}
+
+TEST(ParseConfig, KeepsEveryScalarInItsType) {
+    const Parsed result = parsed("text = \"t\"\nwhole = 99999\nfloating = 1.5\nyes = true\nno = false\n");
+    EXPECT_EQ(result.map.getString("text"), "t");
+    EXPECT_TRUE(result.map.getBool("yes", false));
+    EXPECT_FALSE(result.map.getBool("no", true));
+    EXPECT_EQ(result.map.getString("whole", "absent"), "absent");
+    EXPECT_EQ(result.map.getString("floating", "absent"), "absent");
+    EXPECT_EQ(result.map.size(), 5u);
+}
+
+TEST(ParseConfig, ReportsWhatIsNoScalarAndLoadsItsNeighbours) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"skipped = 1979-05-27", "local_date"},
+        {"skipped = 07:32:00", "local_time"},
+        {"skipped = 1979-05-27T07:32:00", "local_datetime"},
+        {"skipped = 1979-05-27T07:32:00Z", "offset_datetime"},
+        {"skipped = [1, 2]", "array"},
+        {"skipped = []", "array"},
+        {"skipped = [{ a = 1 }]", "table_array"},
+        {"[[table.skipped]]", "table_array"},
+    };
+    for (const auto& [line, type] : rows) {
+        const Parsed result =
+            parsed("before = true\n[table]\nabove = true\n" + std::string(line) + "\n[last]\nbehind = true\n");
+        EXPECT_THAT(result.errors,
+                    ElementsAre("pdx::services::settings::TomlConfigVisitor::visit: Unsupported value type (" +
+                                std::string(type) + ") found in config file"))
+            << line;
+        for (const char* key : {"before", "table.above", "last.behind"})
+            EXPECT_TRUE(result.map.getBool(key, false)) << line << ", " << key;
+        EXPECT_EQ(result.map.size(), 3u) << line;
+    }
+}
+
+TEST(ParseConfig, GivesNothingForATextThatIsNoToml) {
+    const std::string texts[] = {
+        "a = true\nb = \n",
+        "a = true\na = true\n",
+        "[a]\nb = 1\n[a]\n",
+        "a = true\n[b",
+        "a = true\nb = [1, 2",
+        "a = true\nb = \"\"\"open\n",
+        "a = true\nb = \"open\n",
+        "a = \"\\uD800\"",
+        "a = 99999999999999999999",
+        "\xEF\xBB\xBF[a]\nb = true",
+        std::string("a = true\n\0\0\x01\xFF\xFE", 14),
+        std::string(100'000, '\xFF'),
+        std::string(100'000, '='),
+    };
+    for (const std::string& text : texts) {
+        const Parsed result = parsed(text);
+        EXPECT_EQ(result.map.size(), 0u) << text.substr(0, 40);
+        ASSERT_EQ(result.errors.size(), 1u) << text.substr(0, 40);
+        EXPECT_THAT(result.errors[0], HasSubstr("LoadConfigStream: ")) << text.substr(0, 40);
+    }
+    EXPECT_THAT(parsed("100% = \n").errors, ElementsAre(HasSubstr("at line 1")));
+}
+
+TEST(ParseConfig, GivesNothingAndSaysNothingForNoText) {
+    for (const char* text : {"", "\n", "\r\n\r\n", "# only a comment", "   \t"}) {
+        const Parsed result = parsed(text);
+        EXPECT_EQ(result.map.size(), 0u) << text;
+        EXPECT_THAT(result.errors, IsEmpty()) << text;
+    }
+    std::istream unbuffered(nullptr);
+    EXPECT_EQ(parseConfig(unbuffered, [](const char*, const char*) { ADD_FAILURE(); }).size(), 0u);
+    std::istringstream failed("a = 1");
+    failed.setstate(std::ios::badbit);
+    // What counts is the buffer behind it, as for the parser itself.
+    EXPECT_EQ(parseConfig(failed, [](const char*, const char*) { ADD_FAILURE(); }).size(), 1u);
+}
+
+TEST(ParseConfig, LoadsTenMegabytes) {
+    std::string text = "first = \"a\"\n# " + std::string(4'000'000, '[') + "\n";
+    text += "long = \"" + std::string(4'000'000, '{') + "\"\n";
+    for (int entry = 0; entry < 100'000; ++entry) text += "key" + std::to_string(entry) + " = [[1], [2]]\n";
+    text += "last = \"z\"\n";
+    const Parsed result = parsed(text);
+    EXPECT_EQ(result.map.size(), 3u);
+    EXPECT_EQ(result.map.getString("first") + result.map.getString("last"), "az");
+    EXPECT_EQ(result.map.getString("long").size(), 4'000'000u);
+    EXPECT_EQ(result.errors.size(), 100'000u) << "one line for each array";
+}
+
+TEST(ResourceStreamBuf, EndsAtTheLastByteAndCannotSeek) {
+    const std::string bytes = "ab\xFF";
+    ResourceStreamBuf buffer({bytes.data(), static_cast<uint32_t>(bytes.size())});
+    EXPECT_EQ(buffer.sbumpc(), 'a');
+    EXPECT_EQ(buffer.sbumpc(), 'b');
+    EXPECT_EQ(buffer.sbumpc(), 0xFF) << "a byte, not the end";
+    EXPECT_EQ(buffer.sbumpc(), std::streambuf::traits_type::eof());
+    EXPECT_EQ(buffer.pubseekoff(0, std::ios::beg), std::streampos(-1));
+    EXPECT_EQ(buffer.pubseekpos(0), std::streampos(-1));
+    EXPECT_EQ(buffer.sputc('c'), std::streambuf::traits_type::eof());
+    ResourceStreamBuf missing({});
+    EXPECT_EQ(missing.sgetc(), std::streambuf::traits_type::eof());
+}
+
+TEST(ResourceStreamBuf, IsParsedWhereItLies) {
+    constexpr char bytes[] = {'a', ' ', '=', ' ', '"', 'b', '"'};
+    ResourceStreamBuf buffer({bytes, sizeof bytes});
+    std::istream stream(&buffer);
+    EXPECT_EQ(parseConfig(stream, [](const char*, const char*) { ADD_FAILURE(); }).getString("a"), "b");
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,84 @@
+#include "tests/core/ApplicationProbe.h"
+
+#include "platform/Paths.h"
+
+namespace pdx {
+namespace {
+
+AnsweringDialog* current = nullptr;
+
+}  // namespace
+
+AnsweringDialog::AnsweringDialog(Answer wanted) : answer(std::move(wanted)) { current = this; }
+AnsweringDialog::~AnsweringDialog() { current = nullptr; }
+
+std::vector<AnsweringDialog::Message> AnsweringDialog::messages() const {
+    const std::lock_guard guard(lock);
+    return received;
+}
+
+std::vector<UINT> AnsweringDialog::numbers() const {
+    std::vector<UINT> result;
+    for (const Message& message : messages()) result.push_back(message.number);
+    return result;
+}
+
+LRESULT AnsweringDialog::driveOn(BootstrapperApplication& application, const Message& message) {
+    if (message.number == WM_BA_DETECT_COMPLETE) application.engine()->Plan(application.action());
+    if (message.number == WM_BA_PLAN_COMPLETE) application.engine()->Apply(message.window);
+    if (message.number == WM_BA_APPLY_COMPLETE) application.quit(static_cast<HRESULT>(message.wparam) < 0 ? 1 : 0);
+    return 0;
+}
+
+LRESULT CALLBACK AnsweringDialog::procedure(HWND window, UINT number, WPARAM wparam, LPARAM lparam) {
+    if (number < WM_APP || number > 0xBFFF) return DefWindowProcW(window, number, wparam, lparam);
+    Message message = {number, wparam, lparam, {}, window};
+    if (number == WM_BA_ERROR) message.error = *reinterpret_cast<const ErrorInfo*>(wparam);
+    {
+        const std::lock_guard guard(current->lock);
+        current->received.push_back(message);
+    }
+    auto& application = *reinterpret_cast<BootstrapperApplication*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    return current->answer ? current->answer(application, message) : 0;
+}
+
+void AnsweringDialog::run(BootstrapperApplication& application) {
+    WNDCLASSW windowClass = {};
+    windowClass.lpfnWndProc = procedure;
+    windowClass.hInstance = libraryModule();
+    windowClass.lpszClassName = L"AnsweringDialog";
+    RegisterClassW(&windowClass);
+    HWND window = CreateWindowExW(0, windowClass.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                  libraryModule(), nullptr);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&application));
+    application.setDialogWindow(window);
+    application.setDialogReady(true);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    application.setDialogWindow(nullptr);
+    DestroyWindow(window);
+}
+
+Bench::Bench(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) {
+    command.action = action;
+    command.display = display;
+    for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(name, std::wstring(L"0"));
+}
+
+Bench::~Bench() { release(); }
+
+ProbedApplication& Bench::app() {
+    if (!application) application = new ProbedApplication(&engine, &command, 0, 1000, AnsweringDialog::run);
+    return *application;
+}
+
+void Bench::release() {
+    if (application) application->Release();
+    application = nullptr;
+}
+
+RunOutcome Bench::run(EngineScript script, SlotHook hook) {
+    return EngineRun(engine, app(), std::move(script), std::move(hook)).run();
+}
+
+}  // namespace pdx

@@ -1,0 +1,75 @@
+// An application object in a test's hands: with its state readable, a small engine, and a dialog that only answers.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "core/BootstrapperApplication.h"
+#include "harness/engine/EngineRun.h"
+#include "harness/engine/SmallEngine.h"
+
+namespace pdx {
+
+/// A window of no looks on the UI thread that notes each message and gives the answer that the test wants.
+class AnsweringDialog {
+  public:
+    struct Message {
+        UINT number;
+        WPARAM wparam;
+        LPARAM lparam;
+        ErrorInfo error;  ///< of WM_BA_ERROR
+        HWND window;
+    };
+    using Answer = std::function<LRESULT(BootstrapperApplication&, const Message&)>;
+
+    /// One at a time: the UI thread's routine is a plain function and finds it by a static.
+    explicit AnsweringDialog(Answer answer = {});
+    ~AnsweringDialog();
+
+    static void run(BootstrapperApplication& application);
+
+    [[nodiscard]] std::vector<Message> messages() const;
+    [[nodiscard]] std::vector<UINT> numbers() const;
+    /// Drives the engine onward as the real dialog does where nobody is asked: Plan, Apply, Quit.
+    static LRESULT driveOn(BootstrapperApplication& application, const Message& message);
+
+  private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+    Answer answer;
+    mutable Lock lock;
+    std::vector<Message> received;
+};
+
+class ProbedApplication : public BootstrapperApplication {
+  public:
+    using BootstrapperApplication::BootstrapperApplication;
+    using BootstrapperApplication::state;
+    using BootstrapperApplication::State;
+};
+
+/// An application on a small engine whose bundle variables are preset as a bundle presets them.
+class Bench {
+  public:
+    explicit Bench(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
+                   BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE);
+    ~Bench();
+
+    /// Made on first use, so that a test can set variables before.
+    ProbedApplication& app();
+    /// The application's last reference goes.
+    void release();
+    /// Runs from OnStartup to OnShutdown.
+    RunOutcome run(EngineScript script = {}, SlotHook hook = {});
+
+    SmallEngine engine;
+    BOOTSTRAPPER_COMMAND command = {};
+
+  private:
+    ProbedApplication* application = nullptr;
+};
+
+}  // namespace pdx

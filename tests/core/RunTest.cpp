@@ -1,0 +1,269 @@
+// Whole runs in process: the decisions of a start, what the dialog is told, and how a run is told at its end.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "platform/Registry.h"
+#include "tests/core/ApplicationProbe.h"
+#include "ui/dialog/BootstrapperDialog.h"
+
+namespace pdx {
+namespace {
+
+constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
+constexpr auto programError = [](DWORD code) { return static_cast<DWORD>(formError(PALISADE_ERROR_TYPE, code)); };
+
+/// Takes the product's values away in both views, each through a key that was opened in it.
+void forgetProduct() {
+    for (const auto view : {view32, view64}) {
+        const RegistryKey maker = RegistryKey::localMachine(view).createSubKey(L"Software\\Corvane Works", true);
+        RegDeleteTreeW(maker.get(), L"Palisade Desktop");
+    }
+}
+
+/// The client counts as installed while this lives.
+struct InstalledClient {
+    InstalledClient() {
+        RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", std::wstring(L"C:\\Games\\P"));
+    }
+    ~InstalledClient() { forgetProduct(); }
+};
+
+bool has(const std::vector<std::string>& texts, const std::string& wanted) {
+    return std::find(texts.begin(), texts.end(), wanted) != texts.end();
+}
+
+bool entered(const RunOutcome& outcome, const char* slot) { return outcome.find(slot) != nullptr; }
+
+TEST(Run, InstallsAndTellsTheDialogEachStep) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    const RunOutcome outcome = bench.run();
+    EXPECT_EQ(outcome.failure, "");
+    EXPECT_EQ(outcome.exitCode, 0u);
+    EXPECT_EQ(outcome.shutdown, 0);
+    auto numbers = dialog.numbers();
+    numbers.erase(std::remove(numbers.begin(), numbers.end(), UINT{WM_BA_EXECUTE_PROGRESS}), numbers.end());
+    numbers.erase(std::remove(numbers.begin(), numbers.end(), UINT{WM_BA_CACHE_ACQUIRE_PROGRESS}), numbers.end());
+    EXPECT_EQ(numbers, (std::vector<UINT>{WM_BA_DETECT_COMPLETE, WM_BA_PLAN_COMPLETE, WM_BA_CACHE_BEGIN,
+                                          WM_BA_CACHE_ACQUIRE_BEGIN, WM_BA_CACHE_ACQUIRE_COMPLETE, WM_BA_EXECUTE_BEGIN,
+                                          WM_BA_EXECUTE_PACKAGE_BEGIN, WM_BA_APPLY_COMPLETE}));
+    bench.release();
+    EXPECT_EQ(bench.engine.references(), 0u);
+}
+
+TEST(Run, EndsAtTheStartWhereTheTableSaysSo) {
+    const struct {
+        const wchar_t* ignore;
+        bool installed;
+        bool quits;
+        bool prompts;
+    } rows[] = {
+        {L"1", true, true, false},
+        {L"", true, true, true},
+        {L"0", true, true, true},
+        {L"1", false, false, false},
+    };
+    for (const auto& row : rows) {
+        const auto client = row.installed ? std::make_unique<InstalledClient>() : nullptr;
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        Bench bench;
+        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(row.ignore));
+        const RunOutcome outcome = bench.run();
+        EXPECT_EQ(outcome.failure, "");
+        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !row.quits);
+        EXPECT_EQ(has(bench.engine.callTexts("Quit"), "Quit(0)"), true);
+        const auto numbers = dialog.numbers();
+        EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_PROMPT_ALREADY_INSTALLED}), row.prompts);
+    }
+}
+
+TEST(Run, PlansNothingAfterAPromptInsideADetection) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    EngineScript script;
+    script.packages[0].state = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
+    const RunOutcome outcome = bench.run(script);
+    EXPECT_EQ(outcome.failure, "");
+    EXPECT_TRUE(entered(outcome, "OnDetectComplete"));
+    EXPECT_FALSE(entered(outcome, "OnPlanBegin"));
+    EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_PROMPT_ALREADY_INSTALLED});
+}
+
+TEST(Run, AsksForTheLibraryAnewWhenTheUserWantsARepair) {
+    const InstalledClient client;
+    AnsweringDialog dialog(
+        [](auto&, const auto& message) { return message.number == WM_BA_PROMPT_ALREADY_INSTALLED ? 2 : 0; });
+    {
+        Bench bench;
+        const RunOutcome outcome = bench.run();
+        EXPECT_EQ(outcome.shutdown, resultReloadBootstrapper);
+        EXPECT_EQ(bench.engine.callTexts("SetVariableNumeric").back(), "SetVariableNumeric(PDX_REPAIR, 1)");
+        EXPECT_EQ(bench.engine.callTexts("Quit"), (std::vector<std::string>{"Quit(0)", "Quit(0)"}));
+    }
+    // The second object finds the environment, and says what it cannot do yet.
+    Bench second(BOOTSTRAPPER_ACTION_UNINSTALL);
+    EXPECT_EQ(second.app().action(), BOOTSTRAPPER_ACTION_INSTALL);
+    const RunOutcome outcome = second.run();
+    SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
+    EXPECT_EQ(second.engine.variables.text(L"PDX_REPAIR"), L"1");
+    EXPECT_TRUE(second.engine.findLog(L"does not support repair or migration"));
+    EXPECT_FALSE(entered(outcome, "OnDetectBegin"));
+    EXPECT_EQ(outcome.exitCode, 0u);
+}
+
+TEST(Run, RefusesASecondInstance) {
+    AnsweringDialog dialog;
+    Bench first;
+    Handle mutex(CreateMutexW(nullptr, TRUE, L"Global\\Palisade_Desktop_Installer"));
+    ASSERT_TRUE(mutex);
+    const RunOutcome outcome = first.run();
+    mutex.reset();
+    EXPECT_EQ(static_cast<DWORD>(outcome.startup), programError(errorSecondInstance));
+    EXPECT_FALSE(entered(outcome, "OnDetectBegin"));
+    const auto messages = dialog.messages();
+    ASSERT_EQ(messages.size(), 1u) << "the error is shown once";
+    EXPECT_EQ(messages[0].error.errorType, static_cast<DWORD>(PALISADE_ERROR_TYPE));
+    EXPECT_EQ(messages[0].error.code, static_cast<DWORD>(errorSecondInstance));
+    EXPECT_EQ(messages[0].error.defaultResult, IDOK);
+    first.release();
+    AnsweringDialog other(AnsweringDialog::driveOn);
+    EXPECT_EQ(Bench().run().exitCode, 0u) << "the mutex is free again";
+}
+
+TEST(Run, ReportsThePackagesOwnStatus) {
+    const struct {
+        const wchar_t* status;
+        HRESULT engineStatus;
+        DWORD lastError;
+        Outcome outcome;
+    } rows[] = {
+        {L"25000", static_cast<HRESULT>(0x80070643), 0xA7FF61A8, Outcome::failed},
+        {L"1603", static_cast<HRESULT>(0x80070643), 0xA7FF0643, Outcome::failed},
+        {L"0", static_cast<HRESULT>(0x80070643), 0x80070643, Outcome::failed},
+        {L"nonsense", static_cast<HRESULT>(0x80070643), 0x80070643, Outcome::failed},
+        // In a package that succeeds the later successes stand.
+        {L"25000", S_OK, 0xA7FF61A8, Outcome::succeeded},
+    };
+    for (const auto& row : rows) {
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        Bench bench;
+        EngineScript script;
+        script.packages[0].events = {ScriptedMessage{
+            .type = 0x08000000, .text = std::wstring(L"PDX_SET_VARIABLE:PDX_MSI_STATUS=") + row.status}};
+        script.packages[0].execute = {row.engineStatus};
+        const RunOutcome outcome = bench.run(script);
+        EXPECT_EQ(outcome.failure, "");
+        const InstallStatus status = bench.app().state().status;
+        EXPECT_EQ(static_cast<DWORD>(status.lastError), row.lastError);
+        EXPECT_EQ(outcomeOf(status.status), row.outcome);
+        EXPECT_EQ(entered(outcome, "OnExecuteComplete"), true);
+    }
+}
+
+TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    EngineScript script;
+    script.packages[0].execute = {static_cast<HRESULT>(0x80070005)};
+    const RunOutcome outcome = bench.run(script);
+    EXPECT_EQ(outcome.exitCode, 1u);
+    const auto state = bench.app().state();
+    EXPECT_EQ(static_cast<DWORD>(state.status.lastError), 0x80070005);
+    EXPECT_EQ(state.status.errorOperation, operationExecutePackageComplete);
+    EXPECT_TRUE(bench.engine.findLog(L"ecod[80070005]"));
+    const auto numbers = dialog.numbers();
+    EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 1) << "told at the end, for nobody had";
+}
+
+TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
+    for (const char* slot : {"OnDetectBegin", "OnPlanPackageBegin", "OnCacheAcquireBegin", "OnExecuteMsiMessage",
+                             "OnExecutePackageComplete"}) {
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        Bench bench;
+        EngineScript script;
+        script.idleBound = 500;
+        script.packages[0].events = {ScriptedMessage{.type = 0x08000000, .text = L"Action"}};
+        bool rolledBackCancelled = false;
+        const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
+            if (event.slot == slot && !event.returned && !bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr))
+                ADD_FAILURE() << "not cancelled";
+            if (event.returned && event.slot == "OnExecutePackageBegin" && event.result == IDCANCEL)
+                rolledBackCancelled = true;
+        });
+        // A cancel of which the dialog hears nothing more: whoever cancels ends the run, here nobody does.
+        const SlotCall* call = outcome.find(slot);
+        ASSERT_NE(call, nullptr) << slot;
+        EXPECT_EQ(call->result, IDCANCEL) << slot;
+        EXPECT_FALSE(rolledBackCancelled) << slot;
+    }
+}
+
+TEST(Run, RetriesADownloadByItself) {
+    // The cache thread's waits are real ones, so only the first is waited for.
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    EngineScript script;
+    script.packages[0].payloads = {
+        {.id = L"PalisadeApp.msi", .download = true, .acquire = {static_cast<HRESULT>(0x80072ee2), S_OK}}};
+    const RunOutcome outcome = bench.run(script);
+    EXPECT_EQ(outcome.failure, "");
+    EXPECT_TRUE(bench.engine.findLog(L"Waiting 1s before auto retry"));
+    EXPECT_EQ(outcome.exitCode, 0u);
+    const auto numbers = dialog.numbers();
+    EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_CACHE_ACQUIRE_COMPLETE}), 1)
+        << "of the failed attempt the dialog hears nothing";
+}
+
+TEST(Run, AnswersTheEndOfTheSessionOnAThreadOfItsOwn) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    EngineRun run(bench.engine, bench.app());
+    EXPECT_EQ(run.systemShutdown(0), IDOK);
+    EXPECT_EQ(run.run().failure, "");
+    EXPECT_EQ(run.systemShutdown(0), IDCANCEL);
+}
+
+TEST(Run, GoesThroughTheRealDialogWithoutAWord) {
+    for (const auto action : {BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_ACTION_UNINSTALL}) {
+        SmallEngine engine;
+        for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
+            engine.variables.set(name, std::wstring(L"0"));
+        BOOTSTRAPPER_COMMAND command = {};
+        command.action = action;
+        command.display = BOOTSTRAPPER_DISPLAY_NONE;
+        auto* app = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc);
+        const RunOutcome outcome = EngineRun(engine, *app).run();
+        EXPECT_EQ(outcome.failure, "");
+        EXPECT_EQ(outcome.exitCode, 0u);
+        EXPECT_TRUE(entered(outcome, "OnApplyComplete"));
+        EXPECT_TRUE(engine.findLog(L"Exiting UIThreadFunc"));
+        EXPECT_EQ(app->Release(), 0u);
+        const bool marked =
+            toText(RegistryKey::localMachine(view64).getSubKeyValue(productKey, L"IsUnavailable")) == L"1" &&
+            toText(RegistryKey::localMachine(view32).getSubKeyValue(productKey, L"IsUnavailable")) == L"1";
+        EXPECT_EQ(marked, action == BOOTSTRAPPER_ACTION_UNINSTALL);
+    }
+    forgetProduct();
+}
+
+TEST(Run, TakesTheRunValueAwayWithTheClient) {
+    constexpr const wchar_t* runKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+    for (const bool ours : {true, false}) {
+        RegistryKey user = RegistryKey::currentUser(view64);
+        user.setSubKeyValue(runKey, L"Fenwick",
+                            std::wstring(ours ? L"\"C:\\GAMES\\Palisade\\l.exe\" -silent" : L"\"C:\\Other\\l.exe\""));
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        Bench bench(BOOTSTRAPPER_ACTION_UNINSTALL);
+        bench.engine.variables.set(L"Root", std::wstring(L"C:\\Games\\"));
+        bench.engine.variables.set(L"InstallFolder", std::wstring(L"[Root]Palisade"));
+        bench.run();
+        EXPECT_EQ(toText(user.getSubKeyValue(runKey, L"Fenwick")).empty(), ours);
+    }
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, runKey, L"Fenwick");
+    forgetProduct();
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,110 @@
+#include "core/rules/InstallStatus.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "core/rules/ErrorGroups.h"
+#include "core/rules/Startup.h"
+
+namespace pdx {
+namespace {
+
+constexpr Hresult hr(uint32_t bits) { return static_cast<Hresult>(bits); }
+
+TEST(FormError, CombinesTypeAndCode) {
+    const struct {
+        BOOTSTRAPPER_ERROR_TYPE type;
+        uint32_t code;
+        uint32_t result;
+    } rows[] = {
+        {BOOTSTRAPPER_ERROR_TYPE_ELEVATE, 1602, 0xA0000642},
+        {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, 1603, 0xA0010643},
+        {PALISADE_ERROR_TYPE, errorSystemTooOld, 0xA7FF047E},
+        {PALISADE_ERROR_TYPE, errorSecondInstance, 0xA7FF0480},
+        {PALISADE_ERROR_TYPE, errorLogFileTaken, 0xA7FF0020},
+        {PALISADE_ERROR_TYPE, 0x241, 0xA7FF0241},
+        {PALISADE_ERROR_TYPE, 25000, 0xA7FF61A8},
+        {static_cast<BOOTSTRAPPER_ERROR_TYPE>(0x7FFFFFFF), 0x80070005, 0xA7FF0005},
+    };
+    for (const auto& row : rows) EXPECT_EQ(formError(row.type, row.code), hr(row.result)) << std::hex << row.result;
+}
+
+TEST(InstallStatus, KeepsTheMostTellingCode) {
+    struct Step {
+        uint32_t given;
+        uint32_t status;
+        uint32_t lastError;
+    };
+    const std::vector<std::vector<Step>> stories = {
+        // A generic failure does not hide an exact one.
+        {{0x80070005, 0x80070005, 0x80070005}, {0x80070643, 0x80070005, 0x80070005}},
+        {{0x80070005, 0x80070005, 0x80070005}, {0x8007FFFF, 0x80070005, 0x80070005}},
+        // Nor does a user exit: the run stays a failure.
+        {{0x80070002, 0x80070002, 0x80070002}, {0xA0010642, 0x80070002, 0x80070002}},
+        // As the first word both stand.
+        {{0x80070642, 0x80070642, 0x80070642}},
+        {{0x80070643, 0x80070643, 0x80070643}, {0x80070005, 0x80070005, 0x80070005}},
+        // An exact one replaces an exact one.
+        {{0x80070005, 0x80070005, 0x80070005}, {0x80070002, 0x80070002, 0x80070002}},
+        // A success replaces the status and never the last error; a generic failure after it is a change of the
+        // status's sign, and none of the error.
+        {{0x80070002, 0x80070002, 0x80070002}, {0, 0, 0x80070002}, {0x80070643, 0x80070643, 0x80070002}},
+        // A success that differs from another says something only if its code is exact.
+        {{1, 1, 0}, {1603, 1, 0}, {2, 2, 0}},
+    };
+    for (size_t story = 0; story < stories.size(); ++story) {
+        InstallStatus status;
+        for (const Step& step : stories[story]) {
+            status.update(hr(step.given), 1, {});
+            EXPECT_EQ(status.status, hr(step.status)) << story << std::hex << ": " << step.given;
+            EXPECT_EQ(status.lastError, hr(step.lastError)) << story << std::hex << ": " << step.given;
+        }
+    }
+}
+
+TEST(InstallStatus, KeepsTheErrorsMoment) {
+    InstallStatus status;
+    EXPECT_FALSE(status.update(0, 5, {{"pkid", "a"}}));
+    EXPECT_TRUE(status.update(hr(0x80070005), 7, {{"pkid", "b"}}));
+    EXPECT_FALSE(status.update(hr(0x80070643), 9, {{"pkid", "c"}}));
+    EXPECT_EQ(status.errorOperation, 7);
+    EXPECT_EQ(status.errorContext, nlohmann::json({{"pkid", "b"}}));
+    status.errorShown = true;
+    status.update(hr(0x80070642), 9, {});
+    EXPECT_TRUE(status.errorShown);
+    status.update(1, 9, {});
+    EXPECT_FALSE(status.errorShown);
+}
+
+TEST(Outcome, ReadsTheStatus) {
+    EXPECT_EQ(outcomeOf(0), Outcome::succeeded);
+    EXPECT_EQ(outcomeOf(1602), Outcome::succeeded);
+    EXPECT_EQ(outcomeOf(hr(0x80070642)), Outcome::cancelled);
+    EXPECT_EQ(outcomeOf(hr(0xA0000642)), Outcome::cancelled);
+    EXPECT_EQ(outcomeOf(hr(0x80070643)), Outcome::failed);
+    EXPECT_EQ(outcomeOf(hr(0xA7FF61A8)), Outcome::failed);
+}
+
+TEST(ErrorGroups, SortEveryCode) {
+    const struct {
+        const char* code;
+        const char* group;
+        bool invalid;
+    } rows[] = {
+        {"80070005", "system", true},  {"80070070", "dnlv", false},   {"a001051b", "dnlv", false},
+        {"a0010641", "dnlv", false},   {"80070642", "dnlv", false},   {"a0000642", "dnlv", false},
+        {"80070643", "unknown", true}, {"8007064c", "system", true},  {"80070652", "system", false},
+        {"80070780", "system", true},  {"80070783", "system", true},  {"80072ee2", "network", true},
+        {"80072efd", "network", true}, {"80072eff", "network", true}, {"80072f0d", "network", true},
+        {"80072f78", "network", true}, {"80072f7d", "network", true}, {"a7ff61a8", "unknown", true},
+        {"A001051B", "unknown", true}, {"", "unknown", true},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(errorGroup(row.code).group, row.group) << row.code;
+        EXPECT_EQ(errorGroup(row.code).invalid, row.invalid) << row.code;
+    }
+}
+
+}  // namespace
+}  // namespace pdx

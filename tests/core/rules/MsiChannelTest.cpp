@@ -1,0 +1,83 @@
+#include "core/rules/MsiChannel.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/rules/PackageLog.h"
+
+namespace pdx {
+namespace {
+
+TEST(MsiChannel, CutsCommands) {
+    using Kind = MsiCommandKind;
+    const std::wstring longValue(100000, L'v');
+    const std::wstring longText = L"PDX_SET_VARIABLE:N=" + longValue;
+    const struct {
+        std::wstring_view text;
+        Kind kind;
+        std::wstring_view name;
+        std::wstring_view value;
+    } rows[] = {
+        {L"PDX_SET_VARIABLE:A=B=C", Kind::setVariable, L"A", L"B=C"},
+        {L"PDX_SET_VARIABLE:=X", Kind::setVariable, L"", L"X"},
+        {L"PDX_SET_VARIABLE:A=", Kind::setVariable, L"A", L""},
+        {L"PDX_SET_VARIABLE: A = b ", Kind::setVariable, L" A ", L" b "},
+        {L"PDX_UPDATE_CONTEXT:k\u00e9y=v", Kind::updateContext, L"k\u00e9y", L"v"},
+        {L"PDX_SET_VARIABLE:NAME", Kind::malformed, L"", L""},
+        {L"PDX_UPDATE_CONTEXT:", Kind::malformed, L"", L""},
+        {L"pdx_set_variable:A=B", Kind::none, L"", L""},
+        {L" PDX_SET_VARIABLE:A=B", Kind::none, L"", L""},
+        {L"PDX_SET_VARIABLE", Kind::none, L"", L""},
+        {L"Action start: A=B", Kind::none, L"", L""},
+        {L"", Kind::none, L"", L""},
+        {longText, Kind::setVariable, L"N", longValue},
+    };
+    for (const auto& row : rows) {
+        const MsiCommand command = parseMsiCommand(row.text);
+        EXPECT_EQ(command.kind, row.kind) << row.text.size();
+        EXPECT_EQ(command.name, row.name);
+        EXPECT_EQ(command.value, row.value);
+    }
+}
+
+TEST(MsiChannel, NamesEveryKind) {
+    const char* words[] = {"msifatal", "msierr",     "msiwarn", "msiuser",   "msiinfo", "msifiu",  "msires", "msidisk",
+                           "msiact",   "msiactdata", "msiprog", "msicommon", "msiinit", "msiterm", "msidlg", "msiperf"};
+    for (uint32_t kind = 0; kind < std::size(words); ++kind) {
+        EXPECT_STREQ(msiMessageWord(kind << 24), words[kind]);
+        EXPECT_STREQ(msiMessageWord(kind << 24 | 0x00FFFFFF), words[kind]);
+    }
+    EXPECT_STREQ(msiMessageWord(0x19000000), "msirmfiu");
+    EXPECT_STREQ(msiMessageWord(0x1A000000), "msistart");
+    EXPECT_STREQ(msiMessageWord(0x1B000010), "msiend");
+    for (const uint32_t kind : {0x10u, 0x18u, 0x1Cu, 0x7Fu, 0xFFu}) EXPECT_EQ(msiMessageWord(kind << 24), nullptr);
+}
+
+TEST(PackageLog, NamesVariablesAndStems) {
+    EXPECT_EQ(packageLogVariable(L"PalisadeApp.msi", true), L"WixBundleLog_PalisadeApp.msi");
+    EXPECT_EQ(packageLogVariable(L"PalisadeApp.msi", false), L"WixBundleRollbackLog_PalisadeApp.msi");
+    const struct {
+        const wchar_t* path;
+        std::optional<std::wstring> stem;
+    } rows[] = {
+        {L"C:\\t\\Setup_1.log", L"C:\\t\\Setup_1"},
+        {L"C:\\a.log.d\\b.log", L"C:\\a.log.d\\b"},
+        {L"C:\\t\\noending", L"C:\\t\\noending"},
+        {L"x.log", L"x"},
+        {L".log", std::nullopt},
+        {L"", std::nullopt},
+    };
+    for (const auto& row : rows) EXPECT_EQ(reportFileStem(row.path), row.stem);
+}
+
+TEST(PackageLog, ReadsDecimals) {
+    const struct {
+        const wchar_t* text;
+        uint32_t number;
+    } rows[] = {{L"1603", 1603}, {L"25000", 25000}, {L"", 0}, {L"none", 0}, {L"0", 0}, {L"0x643", 0}, {L" 12 ", 12}};
+    for (const auto& row : rows) EXPECT_EQ(parseDecimal(row.text), row.number);
+}
+
+}  // namespace
+}  // namespace pdx

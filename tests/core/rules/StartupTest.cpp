@@ -1,0 +1,93 @@
+#include "core/rules/Startup.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "core/rules/RunValue.h"
+
+namespace pdx {
+namespace {
+
+TEST(Startup, AcceptsSystems) {
+    const struct {
+        SystemFacts system;
+        bool allowWindows7;
+        bool accepted;
+    } rows[] = {
+        {{true, 10, 0}, false, true}, {{true, 6, 3}, false, true},  {{true, 6, 2}, true, true},
+        {{true, 6, 1}, true, true},   {{true, 6, 2}, false, false}, {{true, 6, 1}, false, false},
+        {{true, 6, 0}, true, false},  {{true, 5, 2}, true, false},  {{false, 10, 0}, true, false},
+        {{false, 6, 1}, true, false}, {{true, 0, 0}, true, false},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(isSystemAccepted(row.system, row.allowWindows7), row.accepted)
+            << row.system.is64Bit << row.system.major << "." << row.system.minor << row.allowWindows7;
+}
+
+StartupFacts facts(int32_t action, bool installed, bool fromDisc, bool ignore, bool prompt, bool recorded,
+                   bool gatelink) {
+    return {action, installed, fromDisc, ignore, prompt, recorded, gatelink};
+}
+
+TEST(Startup, ChoosesTheFirstStep) {
+    constexpr int32_t install = BOOTSTRAPPER_ACTION_INSTALL;
+    const struct {
+        StartupFacts facts;
+        StartupStep step;
+    } rows[] = {
+        {facts(BOOTSTRAPPER_ACTION_UNINSTALL, true, true, true, true, true, true), StartupStep::detect},
+        {facts(BOOTSTRAPPER_ACTION_REPAIR, true, false, true, false, false, false), StartupStep::detect},
+        {facts(install, true, true, true, true, true, true), StartupStep::launchClientFromDisc},
+        {facts(install, true, false, true, true, true, true), StartupStep::quit},
+        {facts(install, true, false, false, true, false, false), StartupStep::promptOlderClient},
+        {facts(install, true, false, false, false, true, true), StartupStep::promptAlreadyInstalled},
+        {facts(install, false, true, true, true, true, true), StartupStep::quit},
+        {facts(install, false, false, true, false, true, false), StartupStep::detect},
+        {facts(install, false, false, true, false, false, true), StartupStep::detect},
+        {facts(install, false, false, false, false, true, true), StartupStep::detect},
+        {facts(install, false, false, false, false, false, false), StartupStep::detect},
+    };
+    for (size_t i = 0; i < std::size(rows); ++i) EXPECT_EQ(chooseStartupStep(rows[i].facts), rows[i].step) << i;
+}
+
+TEST(Startup, FindsTheClientsPackage) {
+    constexpr int32_t install = BOOTSTRAPPER_ACTION_INSTALL;
+    EXPECT_TRUE(isClientPackagePresent(install, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_UNKNOWN));
+    EXPECT_TRUE(isClientPackagePresent(install, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_PRESENT));
+    EXPECT_FALSE(isClientPackagePresent(install, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_ABSENT));
+    for (const wchar_t* id : {L"palisadeapp.msi", L"PalisadeApp.msi2", L"PalisadeApp.ms", L""})
+        EXPECT_FALSE(isClientPackagePresent(install, id, BOOTSTRAPPER_PACKAGE_STATE_PRESENT));
+    EXPECT_FALSE(
+        isClientPackagePresent(BOOTSTRAPPER_ACTION_UNINSTALL, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_PRESENT));
+}
+
+TEST(Startup, TurnsArgumentsIntoVariables) {
+    const struct {
+        std::wstring_view argument;
+        const wchar_t* name;  ///< null: no variable
+        const wchar_t* value;
+    } rows[] = {
+        {L"A=B=C", L"A", L"B=C"},     {L"A=", L"A", L""},
+        {L"=B", L"", L"B"},           {L"InstallFolder=C:\\Spiele \u00fc", L"InstallFolder", L"C:\\Spiele \u00fc"},
+        {L"/X=1", nullptr, nullptr},  {L"-X=1", nullptr, nullptr},
+        {L"quiet", nullptr, nullptr}, {L"", nullptr, nullptr},
+    };
+    for (const auto& row : rows) {
+        const auto variable = variableOfArgument(row.argument);
+        ASSERT_EQ(variable.has_value(), row.name != nullptr) << testing::PrintToString(row.argument);
+        if (!variable) continue;
+        EXPECT_EQ(variable->first, row.name);
+        EXPECT_EQ(variable->second, row.value);
+    }
+}
+
+TEST(RunValue, BelongsToAFolder) {
+    EXPECT_TRUE(isRunValueOfFolder(L"\"c:\\games\\palisade\\launcher.exe\" -silent", L"c:\\games\\palisade\\"));
+    EXPECT_FALSE(isRunValueOfFolder(L"\"c:\\other\\launcher.exe\"", L"c:\\games\\palisade\\"));
+    EXPECT_FALSE(isRunValueOfFolder(L"anything", L""));
+    EXPECT_EQ(runCommand(L"C:\\P\\l.exe"), L"\"C:\\P\\l.exe\" -silent");
+}
+
+}  // namespace
+}  // namespace pdx

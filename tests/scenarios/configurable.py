@@ -1,0 +1,62 @@
+"""Where the embedded test certificate is trusted, override.cfg changes settings; elsewhere it is not even opened."""
+from harness.places import CERTIFICATE
+
+OVERRIDE = "C:\\PalisadeDesktopDev\\override.cfg"
+CHANGED = """
+[app]
+meridian.enableMigration = false
+[qa]
+hosts = ["one", "two"]
+installer.allowWindows7 = false
+"""
+ARRAY = "Unsupported value type (array) found in config file"
+
+
+def run_traced(scene, log: str):
+    """Runs the bundle; gives the run and whether any process opened the override file."""
+    trace = scene.out / f"{log}-files.txt"
+    with trace.open("wb") as errors:
+        run = scene.run("/quiet", log=log, environment={"WINEDEBUG": "+file"}, stderr=errors)
+    opened = [line for line in trace.read_text("utf-8", "replace").splitlines()
+              if "CreateFile" in line and "override.cfg" in line]
+    trace.unlink()
+    return run, bool(opened)
+
+
+def settings(run) -> tuple[str | None, str | None]:
+    return run.log.variables.get("PDX_MERIDIAN_ENABLE"), run.log.variables.get("PDX_ALLOW_WINDOWS_7")
+
+
+def told_configurable(run) -> bool:
+    return run.log.has(r"^\[STARTUP\] .* configurable\[true\]")
+
+
+def play(scene):
+    override = scene.path(OVERRIDE)
+    override.parent.mkdir()
+    override.write_text(CHANGED)
+
+    run, opened = run_traced(scene, "untrusted")
+    scene.check_exit_code(run, 0, "without the trust the engine")
+    scene.check("the start tells that it is not configurable", run.log.has(r"^\[STARTUP\] .* configurable\[false\]"))
+    scene.check("override.cfg is not opened", not opened)
+    scene.check_equal("the settings are those it carries", settings(run), ("1", "1"))
+
+    scene.trust(CERTIFICATE)
+    run, opened = run_traced(scene, "engine")
+    scene.check_exit_code(run, 0, "with the trust the engine")
+    scene.check("the start tells that it is configurable", told_configurable(run))
+    scene.check("override.cfg is opened", opened)
+    scene.check_equal("it changes the settings before and behind the array", settings(run), ("0", "0"))
+    arrays = [line for line in run.log.library_lines() if line.text == ARRAY]
+    scene.check("the array is logged as an error in both readings",
+                [line.level for line in arrays] == ["ERROR", "ERROR"], f"{len(arrays)} lines")
+
+    override.write_text("[app\nmeridian.enableMigration = false\n")
+    run, _ = run_traced(scene, "syntax-error")
+    scene.check_exit_code(run, 0, "with a syntax error the engine")
+    errors = [line.text for line in run.log.library_lines()
+              if line.function == "LoadConfigStream" and line.level == "ERROR"]
+    scene.check("the syntax error is logged in both readings", len(errors) == 2, " | ".join(errors))
+    scene.check("the run is configurable all the same", told_configurable(run))
+    scene.check_equal("and the settings are those it carries", settings(run), ("1", "1"))

@@ -1,0 +1,113 @@
+"""`/quiet` installs the client: files, registry values, log lines, callbacks, message channel, client log."""
+import re
+
+PACKAGE = "wzPackageId=PalisadeApp.msi"
+PAYLOAD = "wzPackageOrContainerId=PalisadeApp.msi, wzPayloadId=PalisadeApp.msi"
+DONE = r"hrStatus=Success\."
+
+# The engine's callbacks on its main thread and on its cache thread, in its order, with what the library logs of each.
+MAIN_THREAD = [
+    ("OnDetectBegin", "fInstalled=false, cPackages=1"),
+    ("OnDetectUpdateBegin", "wzUpdateLocation=https://updates.invalid/palisade.xml, nRecommendation=0"),
+    ("OnDetectUpdateComplete", DONE + ", wzUpdateLocation="),
+    ("OnDetectPackageBegin", PACKAGE),
+    ("OnDetectPackageComplete", f"{PACKAGE}, {DONE}, state=BOOTSTRAPPER_PACKAGE_STATE_ABSENT"),
+    ("OnDetectComplete", DONE),
+    ("OnPlanBegin", "cPackages=1"),
+    ("OnPlanPackageBegin", f"{PACKAGE}, pRequestedState=BOOTSTRAPPER_REQUEST_STATE_PRESENT"),
+    ("OnPlanPackageComplete", f"{PACKAGE}, {DONE}, state=BOOTSTRAPPER_PACKAGE_STATE_ABSENT, "
+                              "requested=BOOTSTRAPPER_REQUEST_STATE_PRESENT, "
+                              "execute=BOOTSTRAPPER_ACTION_STATE_INSTALL, "
+                              "rollback=BOOTSTRAPPER_ACTION_STATE_UNINSTALL"),
+    ("OnPlanComplete", DONE),
+    ("OnApplyPhaseCount", "dwPhaseCount=2"),
+    ("OnApplyBegin", "Entering OnApplyBegin"),
+    ("OnElevate", "Entering OnElevate"),
+    ("OnRegisterBegin", "Entering OnRegisterBegin"),
+    ("OnRegisterComplete", DONE),
+    ("OnExecuteBegin", "cExecutingPackages=1"),
+    ("OnExecutePackageBegin", f"{PACKAGE}, fExecute=true"),
+    ("OnExecutePackageComplete", f"{PACKAGE}, {DONE}, restart=BOOTSTRAPPER_APPLY_RESTART_NONE, nRecommendation=0"),
+    ("OnExecuteComplete", DONE),
+    ("OnUnregisterBegin", "Entering OnUnregisterBegin"),
+    ("OnUnregisterComplete", DONE),
+    ("OnApplyComplete", DONE + ", restart=BOOTSTRAPPER_APPLY_RESTART_NONE"),
+    ("OnShutdown", "Entering OnShutdown"),
+]
+CACHE_THREAD = [
+    ("OnCacheBegin", "Entering OnCacheBegin"),
+    ("OnCachePackageBegin", rf"{PACKAGE}, cCachePayloads=1, dw64PackageCacheSize=\d+"),
+    ("OnCacheVerifyBegin", PAYLOAD),
+    ("OnCacheVerifyComplete", f"{PAYLOAD}, {DONE}, nRecommendation=0"),
+    ("OnCachePackageComplete", f"{PACKAGE}, {DONE}, nRecommendation=0"),
+    ("OnCacheComplete", DONE),
+]
+STARTUP = [
+    r"\[STARTUP\] app\[PalisadeSetup\.exe\], configurable\[false\], processId\[\d+\]",
+    r"Version: 12\.37\.0\.5294",
+    r"Command line: \[.* /quiet\]",
+]
+
+
+def difference(found: list[tuple[str, str]], wanted: list[tuple[str, str]]) -> str:
+    """The first place where the callbacks are others than wanted; empty if there is none."""
+    for index in range(max(len(found), len(wanted))):
+        seen = found[index] if index < len(found) else None
+        want = wanted[index] if index < len(wanted) else None
+        if not seen or not want or seen[0] != want[0] or not re.fullmatch(want[1], seen[1]):
+            return f"callback {index + 1} is {seen}, wanted {want}"
+    return ""
+
+
+def play(scene):
+    scene.script("""
+        before-files say actiondata PDX_SET_VARIABLE:A=B=C
+        before-files say warning PDX_SET_VARIABLE:WARNED=yes
+        before-files say actiondata PDX_SET_VARIABLE:NO_SIGN
+        before-files say actiondata not at the beginning PDX_SET_VARIABLE:LATE=1
+        before-files property PDX_SHORTCUT_NAME
+        before-files property PRODUCT_DISPLAY_NAME
+        before-files sharing PDXTEST_LOG
+        after-files say actiondata PDX_SET_VARIABLE:LAST=of all
+    """)
+    run = scene.run("/quiet")
+    scene.check_exit_code(run, 0)
+    scene.check_installed()
+
+    lines = run.log.library_lines()
+    raw = run.log.raw_library_lines()
+    scene.check("every line of the library has the exact format", len(lines) == len(raw) > 0,
+                f"{len(lines)} of {len(raw)}")
+    scene.check("all tell a raised process", {line.marker for line in lines} == {"*"})
+    scene.check("errors, and nothing else, are errors to the engine",
+                all((line.level == "ERROR") == (line.engine_kind == "e") for line in lines))
+    started = [line.text for line in lines if line.function == "BootstrapperApplication::OnStartup"][:3]
+    scene.check("the start tells program, version and command line",
+                len(started) == 3 and all(map(re.fullmatch, STARTUP, started)), " | ".join(started))
+
+    callbacks = [(line.thread, line.function.removeprefix("BootstrapperApplication::"), line.text) for line in lines
+                 if line.level == "TRACE" and line.function.startswith("BootstrapperApplication::On")]
+    cache = {thread for thread, name, _ in callbacks if name == "OnCacheBegin"}
+    for name, wanted, here in (("the engine's callbacks come in order", MAIN_THREAD, False),
+                               ("those of its cache thread too", CACHE_THREAD, True)):
+        found = [(name, text) for thread, name, text in callbacks if (thread in cache) == here]
+        problem = difference(found, wanted)
+        scene.check(name, not problem, problem or f"{len(found)} callbacks")
+
+    variables = run.log.variables
+    scene.check_equal("a custom action sets a variable, its second \"=\" kept", variables.get("A"), "B=C")
+    scene.check_equal("whatever the message's kind", variables.get("WARNED"), "yes")
+    scene.check_equal("also from the last action", variables.get("LAST"), "of all")
+    scene.check("a command without \"=\" or not at the beginning sets nothing",
+                not {"NO_SIGN", "LATE"} & variables.keys())
+    scene.check_equal("Windows 7 is allowed for", variables.get("PDX_ALLOW_WINDOWS_7"), "1")
+    told = [scene.answer(f"before-files property {name}") for name in ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")]
+    scene.check_equal("the package is told the names", told, ["Palisade", "Palisade app"])
+
+    # 32 is a sharing violation: nobody may delete the file nor open it against its holder's reading and writing.
+    scene.check_equal("the client's log is held for reading and writing, shared for both",
+                      scene.answer("before-files sharing PDXTEST_LOG"), "use=0 delete=32 no-writer=32 no-reader=32")
+    scene.check("and it was locked in the temporary folder", run.log.has(
+        r"^Locked C:\\users\\####\\Temp\\Palisade_\d+_000_PalisadeApp\.msi\.log$"))
+    left = [file.name for file in scene.temporary_files() if file.suffix != ".log"]
+    scene.check_equal("nothing but logs is left in the temporary folder", left, [])
