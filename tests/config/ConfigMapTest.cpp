@@ -6,6 +6,7 @@
 
 #include <sstream>
 
+#include "platform/Handles.h"
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/TestFolder.h"
 
