@@ -206,7 +206,7 @@ TEST(Run, RetriesADownloadByItself) {
     Bench bench;
     EngineScript script;
     script.packages[0].payloads = {
-        {.id = L"PalisadeApp.msi", .download = true, .acquire = {static_cast<HRESULT>(0x80072ee2), S_OK}}};
+        {.id = L"PalisadeApp.msi", .source = PayloadSource::download, .acquire = {static_cast<HRESULT>(0x80072ee2), S_OK}}};
     const RunOutcome outcome = bench.run(script);
     EXPECT_EQ(outcome.failure, "");
     EXPECT_TRUE(bench.engine.findLog(L"Waiting 1s before auto retry"));
