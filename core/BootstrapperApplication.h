@@ -229,7 +229,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     bool m_executing = false;
     std::vector<FileHandle> m_lockedFiles;
 
-    /// Guards the four fields below; held across no message, wait or engine call, and so across no log line.
+    /// Guards the three fields below; held across no message, wait or engine call, and so across no log line.
     mutable Lock m_stateLock;
     int32_t m_lastOperation = operationNone;
     Json m_context = Json::object();

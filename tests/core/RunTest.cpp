@@ -5,13 +5,13 @@
 #include <string>
 
 #include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
 #include "tests/core/ApplicationProbe.h"
 #include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
 constexpr auto programError = [](DWORD code) { return static_cast<DWORD>(formError(PALISADE_ERROR_TYPE, code)); };
 
 /// Takes the product's values away in both views, each through a key that was opened in it.
@@ -77,6 +77,138 @@ TEST(Run, EndsAtTheStartWhereTheTableSaysSo) {
         const auto numbers = dialog.numbers();
         EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_PROMPT_ALREADY_INSTALLED}), row.prompts);
     }
+}
+
+/// The older client's registry values, each of which may be absent; gone with the object.
+struct OlderClient {
+    OlderClient(bool clientPath, bool gatelink, const RegistryValue& finished = {},
+                RegistryView finishedView = view32) {
+        if (clientPath)
+            RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"ClientPath",
+                                                             std::wstring(L"C:\\B\\b.exe"));
+        if (gatelink)
+            RegistryKey::classesRoot(view64).setSubKeyValue(L"gatelink\\shell\\open\\command", {},
+                                                            std::wstring(L"g.exe"));
+        if (finished.index() != 0)
+            RegistryKey::localMachine(finishedView).setSubKeyValue(olderClientKey, L"InstallSuccesfull", finished);
+    }
+    ~OlderClient() {
+        for (const auto view : {view32, view64})
+            RegDeleteTreeW(RegistryKey::localMachine(view).createSubKey(L"Software", true).get(), L"Bastion");
+        RegDeleteTreeW(RegistryKey::classesRoot(view64).get(), L"gatelink");
+    }
+};
+
+TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
+    const struct {
+        bool clientPath;
+        bool gatelink;
+        const wchar_t* ignore;
+        bool quits;
+    } rows[] = {
+        {true, true, L"1", true}, {false, true, L"1", false}, {true, false, L"1", false}, {true, true, L"", false}};
+    for (const auto& row : rows) {
+        const OlderClient older(row.clientPath, row.gatelink);
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        Bench bench;
+        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(row.ignore));
+        const RunOutcome outcome = bench.run();
+        EXPECT_EQ(outcome.failure, "");
+        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !row.quits) << row.clientPath << row.gatelink;
+    }
+}
+
+TEST(Run, RemovesTheOlderClientThatFinishedInstalling) {
+    const struct {
+        RegistryValue finished;
+        RegistryView view;
+        bool removes;
+    } rows[] = {{std::wstring(L"true"), view32, true},
+                {uint32_t{0}, view32, true},
+                {std::wstring(), view32, false},
+                {std::wstring(L"true"), view64, false},
+                {{}, view32, false}};
+    for (const auto& row : rows) {
+        const OlderClient older(true, false, row.finished, row.view);
+        Bench bench;
+        bench.app();
+        EXPECT_EQ(has(bench.engine.callTexts("SetVariableNumeric"), "SetVariableNumeric(PDX_UNINSTALL_BASTION, 1)"),
+                  row.removes)
+            << row.view;
+    }
+}
+
+TEST(Run, TakesItsStateFromTheEnvironment) {
+    const struct {
+        const wchar_t* environment;
+        const wchar_t* value;
+        const wchar_t* variable;
+        const wchar_t* result;
+    } rows[] = {{L"PDX_REPAIR", L"1", L"PDX_REPAIR", L"1"},
+                {L"PDX_INSTALL_LOCATION", L"D:\\Spiele \u00fc", L"InstallFolder", L"D:\\Spiele \u00fc"},
+                {L"PDX_INSTALL_LOCATION", L"", L"InstallFolder", L"C:\\Preset"}};
+    for (const auto& row : rows) {
+        SetEnvironmentVariableW(row.environment, row.value);
+        Bench bench;
+        bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Preset"));
+        bench.app();
+        SetEnvironmentVariableW(row.environment, nullptr);
+        EXPECT_EQ(bench.engine.variables.text(row.variable), row.result);
+    }
+}
+
+TEST(Run, LeavesTheNumbersOfStartAndEnd) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    ProbedApplication::State started;
+    bench.run({}, [&](const SlotEvent& event) {
+        if (event.slot == "OnStartup" && event.returned) started = bench.app().state();
+    });
+    EXPECT_EQ(started.lastOperation, operationStartup);
+    EXPECT_EQ(started.context, nlohmann::json::object());
+    EXPECT_EQ(bench.app().state().lastOperation, operationShutdown);
+    EXPECT_EQ(bench.app().state().context["stat"], 0);
+}
+
+struct Sender {
+    ProbedApplication& app;
+    HANDLE sent;
+};
+
+unsigned __stdcall sendOnThread(void* argument) {
+    auto& sender = *static_cast<Sender*>(argument);
+    sender.app.sendAppMessage(WM_BA_CACHE_BEGIN);
+    SetEvent(sender.sent);
+    return 0;
+}
+
+TEST(Run, HoldsASecondMessageBackWhileAPromptWaits) {
+    AnsweringDialog dialog;
+    Bench bench;
+    ProbedApplication& app = bench.app();
+    Handle sent(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    bool held = false;
+    bench.run({}, [&](const SlotEvent& event) {
+        if (event.slot != "OnDetectComplete" || event.returned) return;
+        app.setDialogReady(false);
+        Sender sender = {app, sent.get()};
+        Thread other;
+        other.start(sendOnThread, &sender);
+        held = WaitForSingleObject(sent.get(), 200) == WAIT_TIMEOUT && dialog.messages().empty();
+        app.setDialogReady(true);
+        other.join();
+        app.quit(0);
+    });
+    EXPECT_TRUE(held);
+    EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_CACHE_BEGIN});
+}
+
+TEST(Run, EndsInMigrationModeWithAWord) {
+    AnsweringDialog dialog;
+    Bench bench;
+    bench.engine.variables.set(L"PDX_MERIDIAN_MODE", std::wstring(L"1"));
+    EXPECT_EQ(bench.run().exitCode, 0u);
+    EXPECT_TRUE(bench.engine.findLog(L"does not support repair or migration"));
 }
 
 TEST(Run, PlansNothingAfterAPromptInsideADetection) {

@@ -101,12 +101,16 @@ void UIThreadFunc(BootstrapperApplication& application) {
     const HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
     {
         BootstrapperDialog dialog(application);
-        if (!dialog.create()) {
+        const HWND window = dialog.create();
+        if (!window) {
             PDX_LOG(logInfo, "UIThreadFunc", "CreateDialogParam failed: %s",
                     describeError(HRESULT_FROM_WIN32(GetLastError())));
+            // Without the dialog nobody would ever plan, apply or quit.
+            application.quit(1);
         } else {
             MSG message;
             while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+                if (IsDialogMessageW(window, &message)) continue;
                 TranslateMessage(&message);
                 DispatchMessageW(&message);
             }
