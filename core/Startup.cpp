@@ -38,7 +38,10 @@ HRESULT BootstrapperApplication::OnStartup() {
     m_reportFiles.push_back(GetEngineVariable(L"WixBundleLog", false));
     m_reportFiles.push_back(getLogFilePath(L"PalisadeBackgroundService.log"));
 
-    startUiThread();
+    if (!startUiThread()) {
+        UpdateInstallStatus(E_FAIL);
+        return E_FAIL;
+    }
 
     const OsInfo system = systemVersion();
     if (!isSystemAccepted({isSystem64Bit(), system.major, system.minor},
@@ -121,16 +124,15 @@ unsigned __stdcall BootstrapperApplication::runUi(void* argument) {
     return 0;
 }
 
-void BootstrapperApplication::startUiThread() {
-    if (m_uiThread.id() != 0) return;
-    if (m_uiThread.start(runUi, this)) {
+bool BootstrapperApplication::startUiThread() {
+    if (m_uiThread.id() != 0) return true;
+    if (m_uiThread.start(runUi, this))
         WaitForSingleObject(m_dialogReady.get(), INFINITE);
-    } else {
-        // Without the dialog nobody would ever plan, apply or quit.
+    else
         PDX_LOG(logError, "BootstrapperApplication::startUiThread", "Failed to start the UI thread: %s",
                 describeError(HRESULT_FROM_WIN32(GetLastError())));
-        quit(1);
-    }
+    // Without the dialog nobody would ever plan, apply or quit.
+    return m_dialogWindow != nullptr;
 }
 
 void BootstrapperApplication::stopUiThread() {

@@ -299,7 +299,12 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     Bench bench;
     EngineScript script;
     script.packages[0].execute = {static_cast<HRESULT>(0x80070005)};
-    const RunOutcome outcome = bench.run(script);
+    int completions = 0;
+    HRESULT afterRollback = 0;
+    const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
+        if (event.slot == "OnExecutePackageComplete" && event.returned && ++completions == 2)
+            afterRollback = bench.app().state().status.status;
+    });
     EXPECT_EQ(outcome.exitCode, 1u);
     const auto state = bench.app().state();
     EXPECT_EQ(static_cast<DWORD>(state.status.lastError), 0x80070005);
@@ -307,45 +312,50 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     EXPECT_TRUE(bench.engine.findLog(L"ecod[80070005]"));
     const auto numbers = dialog.numbers();
     EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 1) << "told at the end, for nobody had";
+    EXPECT_EQ(static_cast<DWORD>(afterRollback), 0x80070005) << "the rollback's success hides nothing";
 }
 
 TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
-    for (const char* slot : {"OnDetectBegin", "OnPlanPackageBegin", "OnCacheAcquireBegin", "OnExecuteMsiMessage",
-                             "OnExecutePackageComplete"}) {
+    const struct {
+        const char* slot;
+        bool rollsBack;  ///< the package was under way
+    } rows[] = {{"OnDetectBegin", false},
+                {"OnPlanPackageBegin", false},
+                {"OnCacheAcquireBegin", false},
+                {"OnExecuteMsiMessage", true}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.slot);
         AnsweringDialog dialog(AnsweringDialog::driveOn);
         Bench bench;
         EngineScript script;
         script.idleBound = 500;
         script.packages[0].events = {ScriptedMessage{.type = 0x08000000, .text = L"Action"}};
-        bool rolledBackCancelled = false;
+        std::vector<int> begun;
         const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
-            if (event.slot == slot && !event.returned && !bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr))
-                ADD_FAILURE() << "not cancelled";
-            if (event.returned && event.slot == "OnExecutePackageBegin" && event.result == IDCANCEL)
-                rolledBackCancelled = true;
+            if (event.slot == row.slot && !event.returned) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
+            if (event.slot == "OnExecutePackageBegin" && event.returned) begun.push_back(event.result);
         });
-        // A cancel of which the dialog hears nothing more: whoever cancels ends the run, here nobody does.
-        const SlotCall* call = outcome.find(slot);
-        ASSERT_NE(call, nullptr) << slot;
-        EXPECT_EQ(call->result, IDCANCEL) << slot;
-        EXPECT_FALSE(rolledBackCancelled) << slot;
+        // Whoever cancels ends the run too; here nobody does, and the run ends by its bound.
+        EXPECT_EQ(outcome.find(row.slot)->result, IDCANCEL);
+        EXPECT_EQ(begun, row.rollsBack ? (std::vector<int>{0, 0}) : std::vector<int>{})
+            << "forward and back, neither refused";
+        EXPECT_EQ(outcomeOf(bench.app().state().status.status), Outcome::cancelled);
     }
 }
 
-TEST(Run, RetriesADownloadByItself) {
-    // The cache thread's waits are real ones, so only the first is waited for.
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
-    EngineScript script;
-    script.packages[0].payloads = {
-        {.id = L"PalisadeApp.msi", .download = true, .acquire = {static_cast<HRESULT>(0x80072ee2), S_OK}}};
-    const RunOutcome outcome = bench.run(script);
-    EXPECT_EQ(outcome.failure, "");
-    EXPECT_TRUE(bench.engine.findLog(L"Waiting 1s before auto retry"));
-    EXPECT_EQ(outcome.exitCode, 0u);
-    const auto numbers = dialog.numbers();
-    EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_CACHE_ACQUIRE_COMPLETE}), 1)
-        << "of the failed attempt the dialog hears nothing";
+TEST(Run, TellsACancelByItsCause) {
+    for (const bool logout : {false, true}) {
+        AnsweringDialog dialog([logout](BootstrapperApplication& application, const AnsweringDialog::Message&) {
+            if (logout) application.noteLogoutExit();
+            application.UpdateInstallStatus(hresultFromWin32(userExitCode));
+            application.quit(0);
+            return 0;
+        });
+        Bench bench;
+        bench.run();
+        EXPECT_TRUE(bench.engine.findLog(logout ? L"logout_exit" : L"user_action"));
+        EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_DETECT_COMPLETE}) << "a cancel is no error to show";
+    }
 }
 
 TEST(Run, AnswersTheEndOfTheSessionOnAThreadOfItsOwn) {
