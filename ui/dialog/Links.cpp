@@ -6,6 +6,7 @@
 #include "config/ConfigMap.h"
 #include "config/Translator.h"
 #include "platform/Paths.h"
+#include "platform/Text.h"
 #include "platform/Url.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/LegalDocument.h"
@@ -28,7 +29,7 @@ std::wstring besideProgram(const std::wstring& name) {
 
 MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
     const auto& link = *reinterpret_cast<const LinkNotification*>(notification);
-    if (link.code != LinkNotification::clicked || (link.idFrom != IDC_TITLE && link.idFrom != IDC_BODY))
+    if (link.code != linkActivated || (link.idFrom != IDC_TITLE && link.idFrom != IDC_BODY))
         return unhandled();
     const std::wstring href = link.href;
     const HttpUrl url = parseUrl(toUtf8(href));

@@ -29,7 +29,9 @@ std::optional<FontRecord> fontRecordOf(HWND window) {
 }
 
 LOGFONTW nativeFontRecord(const FontRecord& record) {
-    LOGFONTW native{.lfHeight = record.height, .lfWeight = record.weight};
+    LOGFONTW native{};
+    native.lfHeight = record.height;
+    native.lfWeight = record.weight;
     native.lfItalic = record.italic;
     native.lfUnderline = record.underline;
     native.lfStrikeOut = record.strikeout;

@@ -1,4 +1,6 @@
 // Links, scrolling and focus of a marked-up text.
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include "ui/toolkit/HtmlStatic.h"
