@@ -1,0 +1,163 @@
+#include "ui/toolkit/Dialog.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/ui/toolkit/TestWindows.h"
+
+namespace pdx {
+namespace {
+
+using namespace testing_support;
+using ::testing::ElementsAre;
+
+/// Shows what a dialog has read, and answers as the test says.
+class OpenDialog : public TestDialog {
+  public:
+    using Dialog::initialClientHeight;
+    using Dialog::initialClientWidth;
+    using Dialog::layoutItems;
+    using TestDialog::TestDialog;
+
+    MessageResult OnInitDialog() override {
+        itemsAtStart = layoutItems.size();
+        handleAtStart = hwnd;
+        return unhandled();
+    }
+    MessageResult OnCtlColorStatic(HWND child, HDC) override {
+        return child == GetItem(11) ? handled(0x77) : unhandled(0x55);
+    }
+    MessageResult OnNcHitTest(int32_t x, int32_t) override { return x < 0 ? handled(HTCAPTION) : unhandled(HTBORDER); }
+    MessageResult OnAppMessage(UINT, WPARAM wparam, LPARAM) override {
+        return wparam ? handled(static_cast<LRESULT>(wparam)) : unhandled(1);
+    }
+
+    size_t itemsAtStart = 0;
+    HWND handleAtStart = nullptr;
+};
+
+TEST(Dialog, IsMadeFromItsTemplateOnce) {
+    OpenDialog dialog;
+    const HWND made = dialog.Create({.windowName = "not looked at", .parent = HWND_MESSAGE});
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(dialog.handleAtStart, made) << "the object has its handle before OnInitDialog";
+    EXPECT_EQ(GetParent(made), nullptr);
+    EXPECT_EQ(dialog.GetText(), L"");
+    EXPECT_EQ(dialog.Create({}), made);
+
+    OpenDialog missing(299);
+    EXPECT_EQ(missing.Create({}), nullptr);
+}
+
+TEST(Dialog, ReadsItsLayoutBeforeItIsInitialised) {
+    OpenDialog dialog;
+    dialog.Create({});
+    EXPECT_EQ(dialog.itemsAtStart, 2u) << "a child beyond the last record has no item";
+    ASSERT_EQ(dialog.layoutItems.size(), 2u);
+    const LayoutItem& second = dialog.layoutItems[1];
+    EXPECT_EQ(second.hwnd, dialog.GetItem(12));
+    EXPECT_EQ((std::vector{second.moveX, second.moveY, second.sizeX, second.sizeY}), (std::vector{37, 100, 26, 1}));
+    EXPECT_EQ((Size{dialog.initialClientWidth, dialog.initialClientHeight}), dialog.GetClientSize());
+    EXPECT_EQ(dialog.GetInitialRect(11), dialog.GetChildRectById(11));
+    EXPECT_NE(dialog.GetInitialRect(11), Rect{});
+    EXPECT_EQ(dialog.GetInitialRect(13), Rect{}) << "no record for it";
+    EXPECT_EQ(dialog.GetInitialRect(99), Rect{}) << "no such child";
+
+    const Rect before = dialog.GetInitialRect(12);
+    SetWindowPos(dialog.GetItem(12), nullptr, 1, 2, 30, 40, SWP_NOZORDER);
+    EXPECT_EQ(dialog.GetInitialRect(12), before);
+    EXPECT_EQ(dialog.GetChildRectById(12), (Rect{1, 2, 31, 42}));
+}
+
+TEST(Dialog, HasNoLayoutWithoutAGoodRecord) {
+    for (const uint16_t number : {otherLayoutVersion, noLayout}) {
+        OpenDialog dialog(number);
+        ASSERT_NE(dialog.Create({}), nullptr) << number;
+        EXPECT_TRUE(dialog.layoutItems.empty()) << number;
+        EXPECT_EQ(dialog.GetInitialRect(11), Rect{}) << number;
+        EXPECT_EQ(dialog.initialClientWidth, 0) << number;
+    }
+    OpenDialog fewChildren(oneChildTwoRecords);
+    fewChildren.Create({});
+    EXPECT_EQ(fewChildren.layoutItems.size(), 1u) << "the walk ends with the last child";
+}
+
+TEST(Dialog, AnswersThroughItsProcedure) {
+    OpenDialog dialog;
+    const HWND window = dialog.Create({});
+    EXPECT_EQ(SendMessageW(window, WM_APP, 102, 0), 102) << "stored in the window for the platform";
+    EXPECT_EQ(SendMessageW(window, WM_APP, 0, 0), 0) << "the result of an unhandled message is not used";
+    EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(-5, 0)), HTCAPTION);
+    EXPECT_NE(SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(5, 0)), HTBORDER) << "the platform's answer";
+    const auto color = [&](int32_t id) {
+        return SendMessageW(window, WM_CTLCOLORSTATIC, 0, reinterpret_cast<LPARAM>(dialog.GetItem(id)));
+    };
+    EXPECT_EQ(color(11), 0x77) << "returned itself";
+    EXPECT_NE(color(13), 0x55);
+}
+
+TEST(Dialog, AWindowThatOutlivesItsObjectIsLeftAlone) {
+    HWND window = nullptr;
+    {
+        class LeavingDialog : public Dialog {
+          public:
+            using Dialog::Dialog;
+        } dialog(threeChildrenTwoRecords);
+        window = dialog.Create({});
+    }
+    ASSERT_TRUE(IsWindow(window));
+    EXPECT_EQ(SendMessageW(window, WM_APP, 102, 0), 0);
+    DestroyWindow(window);
+}
+
+TEST(Dialog, MovesItsChildrenTogether) {
+    TestDialog dialog;
+    dialog.Create({});
+    const Rect before = dialog.GetChildRectById(13);
+    const Rect place = {5, 6, 45, 56};
+    dialog.QueuePosition(11, &place, SWP_NOZORDER);
+    dialog.QueuePosition(99, &place, SWP_NOZORDER);
+    dialog.QueuePosition(12, Box{7, 8, 70, 80}, 0x214);
+    dialog.QueuePosition(13, nullptr, SWP_HIDEWINDOW);
+    EXPECT_NE(dialog.GetChildRectById(11), place) << "nothing moves yet";
+    dialog.ApplyPositions();
+    EXPECT_EQ(dialog.GetChildRectById(11), place);
+    EXPECT_EQ(dialog.GetChildRectById(12), (Rect{7, 8, 77, 88}));
+    EXPECT_EQ(dialog.GetChildRectById(13), before);
+    const auto isShown = [&](int32_t id) { return (GetWindowLongW(dialog.GetItem(id), GWL_STYLE) & WS_VISIBLE) != 0; };
+    EXPECT_FALSE(isShown(13));
+    EXPECT_TRUE(isShown(11));
+
+    SetWindowPos(dialog.GetItem(11), nullptr, 0, 0, 1, 1, SWP_NOZORDER);
+    dialog.ApplyPositions();
+    EXPECT_EQ(dialog.GetChildRectById(11), (Rect{0, 0, 1, 1})) << "the requests were forgotten";
+    dialog.QueuePosition(11, &place, 0);
+    dialog.ClearPositions();
+    dialog.ApplyPositions();
+    EXPECT_EQ(dialog.GetChildRectById(11), (Rect{0, 0, 1, 1}));
+}
+
+TEST(Dialog, PutsAChildBehindAnother) {
+    TestDialog dialog;
+    dialog.Create({});
+    dialog.QueuePosition(11, nullptr, 0, dialog.GetItem(13));
+    dialog.ApplyPositions();
+    std::vector<int> order;
+    for (HWND child = GetWindow(dialog.GetHandle(), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+        order.push_back(GetDlgCtrlID(child));
+    EXPECT_THAT(order, ElementsAre(12, 13, 11));
+}
+
+TEST(Dialog, CanBeMadeManyTimesInOneProcess) {
+    const DWORD before = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+    for (int i = 0; i < 20; ++i) {
+        TestDialog dialog;
+        ASSERT_NE(dialog.Create({}), nullptr);
+        TestControl control(dialog.GetItem(12));
+        control.SetFont(CreateFontByName(textFace, 14, fontBold));
+    }
+    EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), before + 1);
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,156 @@
+#include "ui/toolkit/Fonts.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "ui/toolkit/NativeHandles.h"
+
+namespace pdx {
+namespace {
+
+std::wstring fallbackName() { return CreateFontByName(L"no such face", 10, fontRegular)->GetFamilyName(); }
+
+TEST(Fonts, AnUnknownFaceGivesASansSerifOneWithoutAFailure) {
+    for (const float size : {20.0f, -20.0f})
+        for (const int32_t style : std::initializer_list<int32_t>{fontRegular, fontBold, fontItalic | fontUnderline,
+                                                                  fontBold | fontStrikeout}) {
+            const auto font = CreateFontByName(L"no such face", size, style);
+            ASSERT_NE(font, nullptr);
+            ASSERT_NE(font->native(), nullptr);
+            EXPECT_EQ(font->lastStatus(), Gdiplus::Ok);
+            EXPECT_EQ(font->GetSize(), 20.0f);
+            EXPECT_EQ(font->GetStyle(), style);
+            EXPECT_EQ(font->GetUnit(), Gdiplus::UnitPixel);
+        }
+    EXPECT_FALSE(fallbackName().empty());
+    EXPECT_EQ(CreateFontByName({}, 10, fontRegular)->GetFamilyName(), fallbackName());
+}
+
+TEST(Fonts, FollowTheNativeRecord) {
+    struct Case {
+        LONG height;
+        LONG weight;
+        BYTE italic, underline, strikeout;
+        float size;
+        int32_t style;
+    };
+    const Case cases[] = {
+        {-16, 400, 0, 0, 0, 16, fontRegular},
+        {16, 400, 0, 0, 0, 16, fontRegular},
+        {-16, 401, 0, 0, 0, 16, fontBold},
+        {-16, 0, 1, 0, 0, 16, fontItalic},
+        {-27, 700, 1, 1, 1, 27, fontBold | fontItalic | fontUnderline | fontStrikeout},
+        {-27, 100, 0, 1, 0, 27, fontUnderline},
+        {-27, 100, 0, 0, 1, 27, fontStrikeout},
+    };
+    for (const Case& row : cases) {
+        LOGFONTW record{};
+        record.lfHeight = row.height;
+        record.lfWeight = row.weight;
+        record.lfItalic = row.italic;
+        record.lfUnderline = row.underline;
+        record.lfStrikeOut = row.strikeout;
+        const auto font = CreateFontFromLogFont(record);
+        EXPECT_EQ(font->GetSize(), row.size) << row.height;
+        EXPECT_EQ(font->GetStyle(), row.style) << row.weight;
+    }
+}
+
+TEST(Fonts, AreNullForWhatIsNoFont) {
+    EXPECT_EQ(CreateFontFromHandle(nullptr), nullptr);
+    EXPECT_EQ(CreateFontFromHandle(static_cast<HFONT>(GetStockObject(WHITE_BRUSH))), nullptr);
+    EXPECT_NE(CreateFontFromHandle(static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT))), nullptr);
+    EXPECT_EQ(CloneFontWithStyle(nullptr, fontBold), nullptr);
+}
+
+TEST(Fonts, KeepSizeAndFamilyInAnotherStyle) {
+    const auto font = CreateFontByName(L"no such face", 16, fontBold);
+    const auto underlined = CloneFontWithStyle(font.get(), font->GetStyle() | fontUnderline);
+    EXPECT_EQ(underlined->GetStyle(), fontBold | fontUnderline);
+    EXPECT_EQ(underlined->GetSize(), 16);
+    EXPECT_EQ(underlined->GetUnit(), Gdiplus::UnitPixel);
+    EXPECT_EQ(underlined->GetFamilyName(), font->GetFamilyName());
+}
+
+TEST(Fonts, HaveAHeightThatGrowsWithTheirSize) {
+    const float small = CreateFontByName(L"no such face", 10, fontRegular)->GetHeight(96);
+    const float large = CreateFontByName(L"no such face", 20, fontRegular)->GetHeight(96);
+    EXPECT_GE(small, 10);
+    EXPECT_NEAR(large, 2 * small, 0.01f);
+}
+
+/// The bytes of an installed font whose face is another than the fallback's; the file's name is not known.
+struct InstalledFont {
+    std::wstring face;
+    std::vector<std::byte> file;
+};
+
+int CALLBACK collectFace(const LOGFONTW* font, const TEXTMETRICW*, DWORD type, LPARAM faces) {
+    if (type == TRUETYPE_FONTTYPE && font->lfFaceName[0] != L'@')
+        reinterpret_cast<std::vector<std::wstring>*>(faces)->push_back(font->lfFaceName);
+    return 1;
+}
+
+InstalledFont anInstalledFont() {
+    const HDC screen = GetDC(nullptr);
+    std::vector<std::wstring> faces;
+    LOGFONTW all{};
+    all.lfCharSet = DEFAULT_CHARSET;
+    EnumFontFamiliesExW(screen, &all, collectFace, reinterpret_cast<LPARAM>(&faces), 0);
+    std::ranges::sort(faces);
+    InstalledFont found;
+    for (const std::wstring& face : faces) {
+        // What was added by another test is no longer unknown.
+        if (face == fallbackName() || CreateFontByName(face, 10, fontRegular)->GetFamilyName() == face) continue;
+        const HFONT font = CreateFontW(-10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, face.c_str());
+        const HGDIOBJ before = SelectObject(screen, font);
+        const DWORD size = GetFontData(screen, 0, 0, nullptr, 0);
+        if (size != GDI_ERROR) {
+            found = {face, std::vector<std::byte>(size)};
+            GetFontData(screen, 0, 0, found.file.data(), size);
+        }
+        SelectObject(screen, before);
+        DeleteObject(font);
+        if (!found.file.empty()) break;
+    }
+    ReleaseDC(nullptr, screen);
+    return found;
+}
+
+TEST(Fonts, FindAPrivateFaceOnceItIsAdded) {
+    static const InstalledFont installed = anInstalledFont();
+    ASSERT_FALSE(installed.file.empty());
+    EXPECT_EQ(CreateFontByName(installed.face, 16, fontRegular)->GetFamilyName(), fallbackName())
+        << "installed faces are not looked at";
+    ASSERT_TRUE(addPrivateFont(installed.file));
+    const auto font = CreateFontByName(installed.face, 16, fontRegular);
+    EXPECT_EQ(font->GetFamilyName(), installed.face);
+
+    const auto record = font->GetLogFont();
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->lfFaceName, installed.face);
+    const NativeFont native(CreateFontIndirectW(&*record));
+    EXPECT_EQ(CreateFontFromHandle(native.get())->GetFamilyName(), installed.face) << "through a native font";
+}
+
+TEST(Fonts, RefuseBytesThatAreNoFont) {
+    const std::vector<std::byte> junk(1000, std::byte{0x20});
+    EXPECT_FALSE(addPrivateFont(junk));
+    EXPECT_FALSE(addPrivateFont({}));
+}
+
+TEST(Fonts, TheLibraryCarriesItsTwoFaces) {
+    LoadPrivateFonts();
+    LoadPrivateFonts();
+    for (const wchar_t* face : {textFace, pathFace})
+        for (const int32_t style : std::initializer_list<int32_t>{fontRegular, fontBold}) {
+            const auto font = CreateFontByName(face, 14, style);
+            EXPECT_EQ(font->GetFamilyName(), face);
+            EXPECT_EQ(font->GetStyle(), style);
+        }
+}
+
+}  // namespace
+}  // namespace pdx

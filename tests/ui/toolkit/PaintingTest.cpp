@@ -1,0 +1,276 @@
+#include "ui/toolkit/Painting.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "harness/ui/Snapshot.h"
+#include "tests/ui/toolkit/TestWindows.h"
+
+namespace pdx {
+namespace {
+
+namespace flat = Gdiplus::DllExports;
+using namespace testing_support;
+
+constexpr Color red = 0xFFFF0000, blue = 0xFF0000FF, white = 0xFFFFFFFF;
+
+/// Every channel within two steps: rounding of blended colours differs between makers of GDI+.
+::testing::AssertionResult alike(Color actual, Color expected) {
+    for (int shift = 0; shift < 32; shift += 8) {
+        const int difference = static_cast<int>(actual >> shift & 0xFF) - static_cast<int>(expected >> shift & 0xFF);
+        if (difference < -2 || difference > 2)
+            return ::testing::AssertionFailure() << std::hex << actual << " instead of " << expected;
+    }
+    return ::testing::AssertionSuccess();
+}
+
+/// A visible dialog, red to the left of x = 100 and blue to the right, with one child.
+class SeeThrough : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        dialog.painter = [](Graphics& graphics) {
+            graphics.FillRectangle(Brush(red), {0, 0, 100, 500});
+            graphics.FillRectangle(Brush(blue), {100, 0, 500, 500});
+        };
+        ASSERT_NE(dialog.Create({}), nullptr);
+        for (const int32_t id : {11, 12, 13}) ShowWindow(dialog.GetItem(id), SW_HIDE);
+        dialog.SetPosition({50, 50, 300, 200}, SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    }
+    static CreateParams childAt(const Box& box, HWND parent) {
+        return {.style = WS_CHILD | WS_VISIBLE,
+                .x = box.x,
+                .y = box.y,
+                .width = box.width,
+                .height = box.height,
+                .parent = parent};
+    }
+
+    TestDialog dialog;
+    TestControl child;
+};
+
+TEST_F(SeeThrough, AChildLiesOverThePictureBehindIt) {
+    child.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(0x80FFFFFF), {0, 0, 60, 20}); };
+    child.Create(childAt({70, 40, 60, 40}, dialog.GetHandle()));
+    const Snapshot picture(dialog.GetHandle());
+    ASSERT_EQ(picture.GetSize(), (Size{250, 150}));
+    EXPECT_TRUE(alike(picture.GetPixel({60, 45}), red)) << "beside the child";
+    EXPECT_TRUE(alike(picture.GetPixel({75, 45}), 0xFFFF8080));
+    EXPECT_TRUE(alike(picture.GetPixel({125, 45}), 0xFF8080FF));
+    EXPECT_TRUE(alike(picture.GetPixel({99, 70}), red)) << "the child paints nothing here";
+    EXPECT_TRUE(alike(picture.GetPixel({100, 70}), blue));
+}
+
+TEST_F(SeeThrough, AChildOfAChildShowsTheDialogToo) {
+    TestControl inner;
+    child.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(white), {0, 0, 100, 100}); };
+    child.Create(childAt({70, 40, 60, 40}, dialog.GetHandle()));
+    inner.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(0x80000000), {0, 0, 5, 100}); };
+    inner.Create(childAt({20, 10, 30, 20}, child.GetHandle()));
+    const Snapshot picture(dialog.GetHandle());
+    EXPECT_TRUE(alike(picture.GetPixel({80, 45}), white));
+    // The top window is asked, so the white of the parent between them does not show.
+    EXPECT_TRUE(alike(picture.GetPixel({91, 55}), 0xFF800000));
+    EXPECT_TRUE(alike(picture.GetPixel({97, 55}), red));
+    EXPECT_TRUE(alike(picture.GetPixel({105, 55}), blue));
+}
+
+TEST_F(SeeThrough, AControlThatDrawsNothingShowsNothingOfTheNativeOne) {
+    child.Create(childAt({70, 40, 60, 40}, dialog.GetHandle()));
+    child.SetText(L"native text");
+    const Snapshot picture(dialog.GetHandle());
+    for (int32_t x = 71; x < 129; ++x)
+        for (int32_t y = 41; y < 79; ++y)
+            ASSERT_TRUE(alike(picture.GetPixel({x, y}), x < 100 ? red : blue)) << x << " " << y;
+}
+
+TEST_F(SeeThrough, ASurfaceIsPreparedForDrawing) {
+    Gdiplus::CompositingMode compositing{};
+    Gdiplus::CompositingQuality quality{};
+    Gdiplus::InterpolationMode interpolation{};
+    Gdiplus::PixelOffsetMode offset{};
+    Gdiplus::SmoothingMode smoothing{};
+    Gdiplus::TextRenderingHint hint{};
+    UINT contrast = 0;
+    child.painter = [&](Graphics& graphics) {
+        flat::GdipGetCompositingMode(graphics.native(), &compositing);
+        flat::GdipGetCompositingQuality(graphics.native(), &quality);
+        flat::GdipGetInterpolationMode(graphics.native(), &interpolation);
+        flat::GdipGetPixelOffsetMode(graphics.native(), &offset);
+        flat::GdipGetSmoothingMode(graphics.native(), &smoothing);
+        flat::GdipGetTextContrast(graphics.native(), &contrast);
+        flat::GdipGetTextRenderingHint(graphics.native(), &hint);
+        EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
+    };
+    child.Create(childAt({0, 0, 60, 40}, dialog.GetHandle()));
+    UpdateWindow(child.GetHandle());
+    EXPECT_EQ(compositing, Gdiplus::CompositingModeSourceOver);
+    EXPECT_EQ(quality, Gdiplus::CompositingQualityHighQuality);
+    // GDI+ stores the high quality as the method that it stands for.
+    EXPECT_THAT(interpolation,
+                ::testing::AnyOf(Gdiplus::InterpolationModeHighQuality, Gdiplus::InterpolationModeHighQualityBicubic));
+    EXPECT_EQ(offset, Gdiplus::PixelOffsetModeHighQuality);
+    EXPECT_EQ(smoothing, Gdiplus::SmoothingModeAntiAlias);
+    EXPECT_EQ(contrast, 4u);
+    EXPECT_EQ(hint, Gdiplus::TextRenderingHintAntiAlias);
+}
+
+TEST_F(SeeThrough, DrawingIsClippedToThePaintRectangleAndOnePixelMore) {
+    Box clip;
+    child.painter = [&](Graphics& graphics) {
+        Gdiplus::Rect bounds;
+        flat::GdipGetClipBoundsI(graphics.native(), &bounds);
+        clip = {bounds.X, bounds.Y, bounds.Width, bounds.Height};
+    };
+    child.Create(childAt({0, 0, 60, 40}, dialog.GetHandle()));
+    UpdateWindow(child.GetHandle());
+    EXPECT_EQ(clip, (Box{0, 0, 61, 41}));
+    const Rect part = {10, 5, 20, 12};
+    child.Invalidate(&part);
+    UpdateWindow(child.GetHandle());
+    EXPECT_EQ(clip, (Box{10, 5, 11, 8}));
+    SendMessageW(child.GetHandle(), WM_PAINT, 0, 0);
+    EXPECT_EQ(clip, (Box{0, 0, 1, 1})) << "nothing was to be painted";
+}
+
+TEST_F(SeeThrough, AWindowWithoutASizeIsPaintedAndDone) {
+    int paints = 0;
+    child.painter = [&](Graphics&) { ++paints; };
+    child.Create(childAt({5, 5, 0, 0}, dialog.GetHandle()));
+    SendMessageW(child.GetHandle(), WM_PAINT, 0, 0);
+    EXPECT_EQ(paints, 1);
+    EXPECT_FALSE(GetUpdateRect(child.GetHandle(), nullptr, FALSE));
+}
+
+TEST_F(SeeThrough, PaintsItselfIntoAnyContext) {
+    const Bitmap target({200, 10});
+    Graphics graphics(target);
+    {
+        const BorrowedContext context(graphics);
+        SetViewportOrgEx(context.get(), -50, 0, nullptr);
+        EXPECT_EQ(SendMessageW(dialog.GetHandle(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT),
+                  0);
+    }
+    EXPECT_TRUE(alike(target.GetPixel({10, 5}), red));
+    EXPECT_TRUE(alike(target.GetPixel({49, 5}), red));
+    EXPECT_TRUE(alike(target.GetPixel({50, 5}), blue));
+}
+
+TEST(Graphics, KeepsTheFirstFailureAndGoesOn) {
+    const Bitmap none({0, 5});
+    EXPECT_EQ(none.native(), nullptr);
+    EXPECT_NE(none.lastStatus(), Gdiplus::Ok);
+    EXPECT_EQ(none.GetSize(), Size{});
+    Graphics nowhere(none);
+    nowhere.FillRectangle(Brush(red), {0, 0, 5, 5});
+    EXPECT_EQ(nowhere.MeasureString(L"text", nullptr, {}, nullptr), RectF{});
+    EXPECT_EQ(BorrowedContext(nowhere).get(), nullptr);
+    EXPECT_EQ(nowhere.GetDpiY(), 96.0f);
+
+    const Bitmap picture({5, 5});
+    Graphics graphics(picture);
+    graphics.FillPath(Brush(red), Path());
+    EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
+    graphics.DrawImage(none, {0, 0, 5, 5});
+    const Gdiplus::Status first = graphics.lastStatus();
+    EXPECT_NE(first, Gdiplus::Ok);
+    graphics.FillRectangle(Brush(blue), {0, 0, 5, 5});
+    EXPECT_EQ(graphics.lastStatus(), first);
+    EXPECT_EQ(picture.GetPixel({2, 2}), blue);
+}
+
+TEST(RoundedPath, IsFilledToItsCorners) {
+    const Bitmap picture({40, 20});
+    Graphics graphics(picture);
+    ApplyQuality(graphics);
+    graphics.FillPath(Brush(red), CreateRoundedPath({0, 0, 40, 20}, 10));
+    EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
+    EXPECT_EQ(picture.GetPixel({20, 0}), red);
+    EXPECT_EQ(picture.GetPixel({20, 19}), red);
+    EXPECT_EQ(picture.GetPixel({0, 0}) >> 24, 0u);
+    EXPECT_EQ(picture.GetPixel({39, 19}) >> 24, 0u);
+    EXPECT_EQ(picture.GetPixel({3, 10}), red);
+}
+
+TEST(Brush, RunsFromOneColorToTheOther) {
+    const Bitmap picture({100, 4});
+    Graphics graphics(picture);
+    ApplyQuality(graphics);
+    graphics.FillRectangle(Brush({0, 0, 100, 4}, red, blue), {0, 0, 100, 4});
+    EXPECT_TRUE(alike(picture.GetPixel({50, 2}), 0xFF7F0080));
+    EXPECT_GT(picture.GetPixel({2, 2}) >> 16 & 0xFF, 0xF0u);
+    EXPECT_GT(picture.GetPixel({97, 2}) & 0xFF, 0xF0u);
+}
+
+/// The box of what was drawn, found by looking at the pixels.
+Box inkOf(const Bitmap& picture) {
+    const Size size = picture.GetSize();
+    Rect ink = {size.width, size.height, 0, 0};
+    for (int32_t y = 0; y < size.height; ++y)
+        for (int32_t x = 0; x < size.width; ++x)
+            if (picture.GetPixel({x, y}) >> 24 > 0x40)
+                ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1),
+                       std::max(ink.bottom, y + 1)};
+    return boxOf(ink);
+}
+
+TEST(Text, IsDrawnWhereItWasMeasured) {
+    const auto font = CreateFontByName(L"no such face", 20, fontBold);
+    const RectF layout = {10, 10, 300, 60};
+    const std::pair<Gdiplus::StringAlignment, float> cases[] = {{Gdiplus::StringAlignmentNear, 0.0f},
+                                                                {Gdiplus::StringAlignmentCenter, 0.5f},
+                                                                {Gdiplus::StringAlignmentFar, 1.0f}};
+    for (const auto& [alignment, share] : cases) {
+        const Bitmap picture({320, 80});
+        Graphics graphics(picture);
+        ApplyQuality(graphics);
+        const Brush brush(red);
+        const RectF measured = DrawTextInRect(graphics, L"HEHEHE", font.get(), layout, &brush, alignment);
+        EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
+        EXPECT_GT(measured.width, 60);
+        EXPECT_NEAR(measured.x, layout.x + (layout.width - measured.width) * share, 1) << alignment;
+        EXPECT_NEAR(measured.y + measured.height / 2, 40, 1) << "in the middle of the height";
+        const Box ink = inkOf(picture);
+        EXPECT_NEAR(static_cast<float>(ink.x), measured.x, 4) << alignment;
+        EXPECT_NEAR(static_cast<float>(ink.x + ink.width), measured.x + measured.width, 4) << alignment;
+        EXPECT_GE(static_cast<float>(ink.y), measured.y);
+        EXPECT_LE(static_cast<float>(ink.y + ink.height), measured.y + measured.height);
+    }
+}
+
+TEST(Text, OfNoFontOrBrushIsNotDrawn) {
+    const auto font = CreateFontByName(L"no such face", 20, fontRegular);
+    const Bitmap picture({100, 40});
+    Graphics graphics(picture);
+    ApplyQuality(graphics);
+    const Brush brush(red);
+    const RectF layout = {0, 0, 100, 40};
+    EXPECT_GT(DrawTextInRect(graphics, L"HE", font.get(), layout, nullptr, Gdiplus::StringAlignmentNear).width, 10);
+    EXPECT_EQ(DrawTextInRect(graphics, L"HE", nullptr, layout, &brush, Gdiplus::StringAlignmentNear).width, 0);
+    DrawTextInRect(graphics, {}, font.get(), layout, &brush, Gdiplus::StringAlignmentNear);
+    EXPECT_EQ(inkOf(picture).width, -100) << "no ink at all";
+}
+
+TEST(TextFormat, MeasuresTrailingSpacesAndIsNotSharedWithOthers) {
+    const auto font = CreateFontByName(L"no such face", 20, fontRegular);
+    const Bitmap picture({10, 10});
+    Graphics graphics(picture);
+    ApplyQuality(graphics);
+    const StringFormat format = CreateTextFormat();
+    EXPECT_EQ(format.GetFlags() & 0x80000800u, 0x80000800u);
+    EXPECT_NE(format.GetFlags() & ~0x80000800u, 0u) << "the typographic ones stay";
+    const auto widthOf = [&](const wchar_t* text) {
+        return graphics.MeasureString(text, font.get(), {}, &format).width;
+    };
+    EXPECT_GT(widthOf(L"a "), widthOf(L"a") + 2);
+    EXPECT_NEAR(widthOf(L"aaaa"), 4 * widthOf(L"a"), 1) << "no padding around";
+
+    Gdiplus::GpStringFormat* generic = nullptr;
+    INT flags = 0;
+    flat::GdipStringFormatGetGenericTypographic(&generic);
+    flat::GdipGetStringFormatFlags(generic, &flags);
+    EXPECT_EQ(static_cast<uint32_t>(flags) & 0x80000800u, 0u);
+}
+
+}  // namespace
+}  // namespace pdx

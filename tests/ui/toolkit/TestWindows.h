@@ -1,0 +1,93 @@
+// Windows and listeners that the toolkit's tests share.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Log.h"
+#include "ui/toolkit/AccessibleName.h"
+#include "ui/toolkit/Control.h"
+#include "ui/toolkit/Dialog.h"
+#include "ui/toolkit/Painting.h"
+
+namespace pdx::testing_support {
+
+/// Keeps the lines that are logged while it lives.
+class LogListener {
+  public:
+    LogListener() { g_logger.set(sink); }
+    ~LogListener() { g_logger.clear(); }
+    LogListener(const LogListener&) = delete;
+    LogListener& operator=(const LogListener&) = delete;
+    /// "level function message" each.
+    [[nodiscard]] const std::vector<std::string>& lines() const { return sink->lines; }
+
+  private:
+    struct Sink : Logger {
+        void write(int32_t level, const char* function, int32_t, const char* message) override {
+            lines.push_back(std::to_string(level) + " " + function + " " + message);
+        }
+        std::vector<std::string> lines;
+    };
+    std::shared_ptr<Sink> sink = std::make_shared<Sink>();
+};
+
+/// Keeps the accessible names that are published while it lives.
+class NameListener {
+  public:
+    NameListener() { g_accessibleNames.set(sink); }
+    ~NameListener() { g_accessibleNames.clear(); }
+    NameListener(const NameListener&) = delete;
+    NameListener& operator=(const NameListener&) = delete;
+    [[nodiscard]] const std::vector<std::pair<HWND, std::wstring>>& names() const { return sink->names; }
+
+  private:
+    struct Sink : AccessibleNames {
+        void publish(HWND window, const std::wstring& name) override { names.emplace_back(window, name); }
+        std::vector<std::pair<HWND, std::wstring>> names;
+    };
+    std::shared_ptr<Sink> sink = std::make_shared<Sink>();
+};
+
+/// Numbers of the templates in tests.rc.
+enum TestTemplate : uint16_t {
+    threeChildrenTwoRecords = 201,
+    oneChildTwoRecords = 202,
+    otherLayoutVersion = 203,
+    noLayout = 204,
+};
+
+using Painter = std::function<void(Graphics&)>;
+
+/// A dialog that is painted by the test and goes with the object.
+class TestDialog : public Dialog {
+  public:
+    explicit TestDialog(uint16_t templateNumber = threeChildrenTwoRecords) : Dialog(templateNumber) {}
+    ~TestDialog() override {
+        if (hwnd) DestroyWindow(hwnd);
+    }
+    MessageResult OnEraseBackground(WPARAM) override { return handled(1); }
+    MessageResult Draw(Graphics& graphics) override {
+        if (!painter) return unhandled();
+        painter(graphics);
+        return handled(1);
+    }
+    Painter painter;
+};
+
+/// A control of a dialog that is painted by the test.
+class TestControl : public Control {
+  public:
+    using Control::Control;
+    const char* GetWindowClassName() const override { return "STATIC"; }
+    MessageResult Draw(Graphics& graphics) override {
+        if (!painter) return unhandled();
+        painter(graphics);
+        return handled(1);
+    }
+    Painter painter;
+};
+
+}  // namespace pdx::testing_support

@@ -1,0 +1,367 @@
+#include "ui/toolkit/Window.h"
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/ui/toolkit/TestWindows.h"
+#include "ui/toolkit/rules/MessageRoutes.h"
+
+namespace pdx {
+namespace {
+
+using namespace testing_support;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// Notes which handlers run; leaves all messages unhandled but one.
+class NotingControl : public Control {
+  public:
+    using Control::Control;
+    const char* GetWindowClassName() const override { return className; }
+    MessageResult OnMouseEnter(int32_t x, int32_t y) override { return note("enter", x, y); }
+    MessageResult OnMouseMove(int32_t x, int32_t y) override { return note("move", x, y); }
+    MessageResult OnMouseLeave() override { return note("leave"); }
+    MessageResult OnUserMessage(UINT message, WPARAM, LPARAM) override { return note("user", message); }
+    MessageResult OnAppMessage(UINT message, WPARAM, LPARAM) override { return note("app", message); }
+    MessageResult OnSetFont(WPARAM newFont, bool redraw) override {
+        note("font", redraw);
+        return Control::OnSetFont(newFont, redraw);
+    }
+    MessageResult OnKeyDown(WPARAM key, int32_t count, bool extended, bool wasDown) override {
+        if (key == VK_F1) throw std::runtime_error("no such page");
+        if (key == VK_F2) throw 2;
+        return note("key", count, extended + 2 * wasDown);
+    }
+    MessageResult OnGetDlgCode(WPARAM) override { return dlgCode; }
+
+    const char* className = "BUTTON";
+    MessageResult dlgCode = unhandled();
+    std::vector<std::string> notes;
+
+  private:
+    MessageResult note(const std::string& what, int64_t first = 0, int64_t second = 0) {
+        notes.push_back(what + " " + std::to_string(first) + " " + std::to_string(second));
+        return unhandled();
+    }
+};
+
+/// A dialog whose children the test wraps.
+class WindowTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_NE(dialog.Create({}), nullptr);
+        SetWindowPos(dialog.GetHandle(), nullptr, 100, 100, 400, 300, SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    CreateParams childParams() {
+        return {.windowName = "child",
+                .style = WS_CHILD,
+                .x = 10,
+                .y = 20,
+                .width = 30,
+                .height = 40,
+                .parent = dialog.GetHandle()};
+    }
+
+    TestDialog dialog;
+};
+
+TEST_F(WindowTest, CreateMakesOneWindowAndSubclassesIt) {
+    const LogListener log;
+    NotingControl control;
+    const HWND made = control.Create(childParams());
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(GetParent(made), dialog.GetHandle());
+    EXPECT_EQ(control.GetText(), L"child");
+    EXPECT_EQ(dialog.GetChildRect(made), (Rect{10, 20, 40, 60}));
+    SendMessageW(made, WM_USER + 1, 0, 0);
+    EXPECT_THAT(control.notes, ElementsAre("user 1025 0"));
+
+    EXPECT_EQ(control.Create({}), made);
+    SendMessageW(made, WM_USER + 1, 0, 0);
+    EXPECT_EQ(control.notes.size(), 2u) << "subclassed once";
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(WindowTest, AFailedCreateIsLoggedAndLeavesNoHandle) {
+    const LogListener log;
+    NotingControl control;
+    control.className = "no such class";
+    EXPECT_EQ(
+        control.Create({.windowName = "name", .style = 0x50000000, .exStyle = 0x20, .parent = dialog.GetHandle()}),
+        nullptr);
+    EXPECT_EQ(control.GetHandle(), nullptr);
+    CreateWindowExA(0, control.className, "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    const auto error = static_cast<unsigned>(GetLastError());
+    char expected[300];
+    snprintf(expected, sizeof expected,
+             "2 Window::Create Failed to create window: error=%08x; exStyle=00000020; className=no such class; "
+             "windowName=name; style=50000000; parent=%08x; instance=00000000",
+             error, static_cast<unsigned>(reinterpret_cast<uintptr_t>(dialog.GetHandle())));
+    EXPECT_THAT(log.lines(), ElementsAre(expected));
+
+    Window nameless;
+    EXPECT_EQ(nameless.Create({}), nullptr);
+    ASSERT_EQ(log.lines().size(), 2u);
+    EXPECT_THAT(log.lines().back(), ::testing::HasSubstr("className=(null); windowName=; style=00000000"));
+}
+
+TEST_F(WindowTest, AnObjectWithoutAWindowDoesNothing) {
+    Window none;
+    none.SetText(L"x");
+    none.Show(SW_SHOW);
+    none.Invalidate();
+    none.SetAccessibleName(L"x");
+    none.SetFont(CreateFontByName(textFace, 20, fontBold));
+    EXPECT_EQ(none.GetText(), L"");
+    EXPECT_EQ(none.GetClientSize(), Size{});
+    EXPECT_FALSE(none.IsVisible());
+    SetFocus(nullptr);
+    EXPECT_FALSE(none.HasFocus());
+}
+
+TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
+    const HWND button = dialog.GetItem(12);
+    {
+        NotingControl control(button);
+        control.dlgCode = handled(0x123);
+        EXPECT_EQ(SendMessageW(button, WM_GETDLGCODE, 0, 0), 0x123);
+    }
+    EXPECT_NE(SendMessageW(button, WM_GETDLGCODE, 0, 0), 0x123);
+    {
+        const NotingControl outlives(button);
+        DestroyWindow(button);
+        EXPECT_EQ(outlives.GetHandle(), button) << "the object outlives its window";
+    }
+}
+
+TEST_F(WindowTest, TheLatestOfTwoControlsAroundOneWindowIsAskedFirst) {
+    NotingControl first(dialog.GetItem(12)), second(dialog.GetItem(12));
+    first.dlgCode = handled(1);
+    second.dlgCode = handled(2);
+    EXPECT_EQ(SendMessageW(dialog.GetItem(12), WM_GETDLGCODE, 0, 0), 2);
+    second.dlgCode = unhandled(7);
+    EXPECT_EQ(SendMessageW(dialog.GetItem(12), WM_GETDLGCODE, 0, 0), 1) << "unhandled goes on to the earlier one";
+}
+
+TEST_F(WindowTest, UnhandledMessagesReachTheNativeControl) {
+    NotingControl control(dialog.GetItem(12));
+    SendMessageW(control.GetHandle(), BM_SETCHECK, BST_CHECKED, 0);
+    SendMessageW(control.GetHandle(), BM_SETSTATE, TRUE, 0);
+    EXPECT_TRUE(SendMessageW(control.GetHandle(), BM_GETSTATE, 0, 0) & BST_PUSHED);
+    control.SetText(L"pressed");
+    EXPECT_EQ(control.GetText(), L"pressed");
+    SendMessageW(control.GetHandle(), WM_APP + 3, 0, 0);
+    SendMessageW(control.GetHandle(), 0xC000, 0, 0);
+    EXPECT_THAT(control.notes, ElementsAre("app 32771 0"));
+}
+
+TEST_F(WindowTest, AVisitOfThePointerBeginsBeforeItsFirstMove) {
+    NotingControl control(dialog.GetItem(12));
+    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(3, -4));
+    EXPECT_THAT(control.notes, ElementsAre("enter 3 -4", "move 3 -4"));
+    control.notes.clear();
+    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
+    SendMessageW(control.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    EXPECT_THAT(control.notes, ElementsAre("move 5 6", "leave 0 0"));
+    control.notes.clear();
+    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(7, 8));
+    EXPECT_THAT(control.notes, ElementsAre("enter 7 8", "move 7 8"));
+}
+
+TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
+    const LogListener log;
+    NotingControl control(dialog.GetItem(12));
+    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F1, 1), 0);
+    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F2, 1), 0);
+    SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F3, 0x41000001);
+    EXPECT_THAT(control.notes, ElementsAre("key 1 3"));
+    EXPECT_THAT(log.lines(), ElementsAre("0 Window::ReceiveMessage Message failed: message=0100; error=no such page",
+                                         "0 Window::ReceiveMessage Message failed: message=0100"));
+}
+
+TEST_F(WindowTest, TextIsCutAt4096Characters) {
+    Window window(dialog.GetHandle());
+    std::wstring text(4097, L'a');
+    text[4095] = L'b';
+    window.SetText(text);
+    EXPECT_EQ(window.GetText(), text.substr(0, 4096));
+    window.SetText(L"");
+    EXPECT_EQ(window.GetText(), L"");
+}
+
+TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
+    NotingControl control(dialog.GetItem(12));
+    EXPECT_NE(control.GetFont(), nullptr) << "of the template";
+    control.SetFont(CreateFontByName(L"no such face", 20, fontBold | fontItalic));
+    EXPECT_THAT(control.notes, ElementsAre("font 0 0"));
+    ASSERT_NE(control.GetFont(), nullptr);
+    EXPECT_EQ(control.GetFont()->GetSize(), 20);
+    EXPECT_EQ(control.GetFont()->GetStyle(), fontBold | fontItalic);
+
+    const auto native = reinterpret_cast<HFONT>(SendMessageW(control.GetHandle(), WM_GETFONT, 0, 0));
+    LOGFONTW record{};
+    ASSERT_EQ(GetObjectW(native, sizeof record, &record), static_cast<int>(sizeof record));
+    EXPECT_EQ(record.lfHeight, -20);
+    EXPECT_EQ(record.lfWeight, FW_BOLD);
+    EXPECT_TRUE(record.lfItalic);
+
+    control.SetFont(CreateFontByName(L"no such face", 14, fontRegular));
+    EXPECT_EQ(GetObjectType(native), 0u) << "the earlier native font is freed";
+    control.SetFont(nullptr);
+    ASSERT_NE(control.GetFont(), nullptr) << "null changes nothing";
+    EXPECT_EQ(control.GetFont()->GetSize(), 14);
+
+    const NotingControl second(control.GetHandle());
+    ASSERT_NE(second.GetFont(), nullptr) << "an object takes over its window's font";
+    EXPECT_EQ(second.GetFont()->GetSize(), 14);
+}
+
+TEST_F(WindowTest, ANativeFontBecomesTheObjectsFont) {
+    NotingControl control(dialog.GetItem(12));
+    const NativeFont native(CreateFontW(-17, 0, 0, 0, FW_MEDIUM, 0, TRUE, 0, 0, 0, 0, 0, 0, L""));
+    SendMessageW(control.GetHandle(), WM_SETFONT, reinterpret_cast<WPARAM>(native.get()), TRUE);
+    ASSERT_NE(control.GetFont(), nullptr);
+    EXPECT_EQ(control.GetFont()->GetSize(), 17);
+    EXPECT_EQ(control.GetFont()->GetStyle(), fontBold | fontUnderline) << "above 400 is bold";
+    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_GETFONT, 0, 0), reinterpret_cast<LRESULT>(native.get()));
+    SendMessageW(control.GetHandle(), WM_SETFONT, 0, 0);
+    EXPECT_EQ(control.GetFont(), nullptr);
+}
+
+TEST_F(WindowTest, RepaintsForANewTextAndForANewFontWithTheFlag) {
+    dialog.Show(SW_SHOWNOACTIVATE);
+    NotingControl control(dialog.GetItem(12));
+    const auto needsPaint = [&] {
+        const bool dirty = GetUpdateRect(control.GetHandle(), nullptr, FALSE);
+        ValidateRect(control.GetHandle(), nullptr);
+        return dirty;
+    };
+    needsPaint();
+    EXPECT_FALSE(needsPaint());
+    control.OnSetText(0);
+    EXPECT_TRUE(needsPaint());
+    control.OnSetFont(0, false);
+    EXPECT_FALSE(needsPaint());
+    control.OnSetFont(0, true);
+    EXPECT_TRUE(needsPaint());
+    const Rect part = {1, 2, 5, 6};
+    control.Invalidate(&part);
+    RECT dirty{};
+    GetUpdateRect(control.GetHandle(), &dirty, FALSE);
+    EXPECT_EQ((Rect{dirty.left, dirty.top, dirty.right, dirty.bottom}), part);
+}
+
+TEST_F(WindowTest, TellsWhereItIs) {
+    NotingControl outer, inner;
+    outer.Create(childParams());
+    CreateParams params = childParams();
+    params.parent = outer.GetHandle();
+    params.style |= WS_BORDER;
+    inner.Create(params);
+    // A border of one pixel lies around the inner client area.
+    EXPECT_EQ(inner.GetClientRect(), (Rect{0, 0, 28, 38}));
+    EXPECT_EQ(inner.GetClientRectF(), (RectF{0, 0, 28, 38}));
+    EXPECT_EQ(inner.GetClientSize(), (Size{28, 38}));
+    EXPECT_EQ(inner.GetRectIn(outer.GetHandle()), (Rect{11, 21, 39, 59}));
+    EXPECT_EQ(inner.GetRectIn(dialog.GetHandle()), (Rect{21, 41, 49, 79}));
+    EXPECT_EQ(dialog.GetChildRect(inner.GetHandle()), (Rect{21, 41, 49, 79}));
+    POINT origin{};
+    ClientToScreen(dialog.GetHandle(), &origin);
+    EXPECT_EQ(inner.GetWindowRect(), (Rect{origin.x + 20, origin.y + 40, origin.x + 50, origin.y + 80}));
+
+    inner.SetPosition({3, 4, 53, 64}, SWP_NOZORDER);
+    EXPECT_EQ(inner.GetRectIn(outer.GetHandle()), (Rect{4, 5, 52, 63}));
+    inner.SetPosition({0, 0, 1, 1}, SWP_NOZORDER | SWP_NOSIZE);
+    EXPECT_EQ(inner.GetClientSize(), (Size{48, 58}));
+
+    inner.SetStyle(inner.GetStyle() | WS_TABSTOP);
+    EXPECT_EQ(inner.GetStyle(), static_cast<DWORD>(WS_CHILD | WS_BORDER | WS_TABSTOP | WS_CLIPSIBLINGS) &
+                                    static_cast<DWORD>(GetWindowLongW(inner.GetHandle(), GWL_STYLE)));
+}
+
+TEST_F(WindowTest, IsVisibleOnlyWithAllItsAncestors) {
+    const Window child(dialog.GetItem(12));
+    EXPECT_FALSE(child.IsVisible());
+    dialog.Show(SW_SHOWNOACTIVATE);
+    EXPECT_TRUE(child.IsVisible());
+    SetFocus(dialog.GetItem(12));
+    EXPECT_TRUE(child.HasFocus());
+    EXPECT_FALSE(dialog.HasFocus());
+}
+
+TEST_F(WindowTest, TimersBelongToTheWindow) {
+    class TimedControl : public Control {
+      public:
+        using Control::Control;
+        MessageResult OnTimer(WPARAM id) override {
+            ids.push_back(id);
+            return handled();
+        }
+        std::vector<WPARAM> ids;
+    };
+    TimedControl control(dialog.GetItem(12));
+    control.SetTimer(100, 1);
+    control.SetTimer(7, 1);
+    control.KillTimer(7);
+    MSG message;
+    while (control.ids.empty() && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    control.KillTimer(100);
+    EXPECT_THAT(control.ids, ElementsAre(100u));
+}
+
+TEST_F(WindowTest, AccessibleNamesArePublishedForTheWindow) {
+    Window window(dialog.GetItem(12));
+    {
+        const NameListener listener;
+        window.SetAccessibleName(L"Close the installer");
+        EXPECT_THAT(listener.names(), ElementsAre(std::pair(dialog.GetItem(12), std::wstring(L"Close the installer"))));
+    }
+    // The platform's own service, which may refuse.
+    window.SetAccessibleName(L"Close");
+}
+
+TEST(MessageRoutes, HaveTheNumbersOfThePlatform) {
+    const std::pair<UINT, Handler> routes[] = {
+        {WM_INITDIALOG, Handler::initDialog},
+        {WM_ERASEBKGND, Handler::eraseBackground},
+        {WM_PAINT, Handler::paint},
+        {WM_WINDOWPOSCHANGING, Handler::windowPosChanging},
+        {WM_WINDOWPOSCHANGED, Handler::windowPosChanged},
+        {WM_CTLCOLORSTATIC, Handler::ctlColorStatic},
+        {WM_DRAWITEM, Handler::drawItem},
+        {WM_NCHITTEST, Handler::ncHitTest},
+        {WM_MOUSEMOVE, Handler::mouseMove},
+        {WM_MOUSEWHEEL, Handler::mouseWheel},
+        {WM_MOUSELEAVE, Handler::mouseLeave},
+        {WM_LBUTTONDOWN, Handler::lButtonDown},
+        {WM_LBUTTONUP, Handler::lButtonUp},
+        {WM_COMMAND, Handler::command},
+        {WM_CLOSE, Handler::close},
+        {WM_DESTROY, Handler::destroy},
+        {WM_USER, Handler::userMessage},
+        {WM_APP, Handler::appMessage},
+        {WM_SETCURSOR, Handler::setCursor},
+        {WM_NCPAINT, Handler::ncPaint},
+        {WM_SETTEXT, Handler::setText},
+        {WM_PRINTCLIENT, Handler::printClient},
+        {WM_SETFOCUS, Handler::setFocus},
+        {WM_SIZE, Handler::size},
+        {WM_MOVE, Handler::move},
+        {WM_SETFONT, Handler::setFont},
+        {WM_TIMER, Handler::timer},
+        {WM_QUERYENDSESSION, Handler::queryEndSession},
+        {WM_ENDSESSION, Handler::endSession},
+        {WM_HSCROLL, Handler::hScroll},
+        {WM_VSCROLL, Handler::vScroll},
+        {WM_GETDLGCODE, Handler::getDlgCode},
+        {WM_KEYDOWN, Handler::keyDown},
+        {WM_NOTIFY, Handler::notify},
+    };
+    for (const auto& [message, handler] : routes) EXPECT_EQ(routeMessage(message, 0, 0).handler, handler) << message;
+}
+
+}  // namespace
+}  // namespace pdx

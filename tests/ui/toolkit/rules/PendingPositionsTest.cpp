@@ -1,0 +1,76 @@
+#include "ui/toolkit/rules/PendingPositions.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace pdx {
+namespace {
+
+constexpr uint32_t newEntry = 0x207;
+
+struct Request {
+    std::optional<Box> box;
+    uint32_t flags = 0;
+    void* insertAfter = nullptr;
+};
+
+struct MergeCase {
+    const char* name;
+    std::vector<Request> requests;
+    uint32_t flags;
+    Box box;
+    bool inserted = false;
+};
+
+TEST(PendingPositions, MergeTheRequestsForOneControl) {
+    int window = 0;
+    const Box first = {1, 2, 30, 40}, second = {5, 6, 70, 80};
+    const MergeCase cases[] = {
+        {"nothing asked", {{}}, newEntry, {}},
+        {"a rectangle", {{first, 0}}, 0x204, first},
+        {"a second rectangle replaces the first", {{first, 0}, {second, 0}}, 0x204, second},
+        {"a null rectangle keeps the one before", {{first, 0}, {std::nullopt, positionShow}}, 0x244, first},
+        {"an empty rectangle counts", {{first, 0}, {Box{}, 0}}, 0x204, {}},
+        {"show", {{std::nullopt, 0x254}}, 0x257, {}},
+        {"hide", {{std::nullopt, 0x294}}, 0x297, {}},
+        {"show, then hide", {{std::nullopt, 0x254}, {std::nullopt, 0x294}}, 0x297, {}},
+        {"hide, then show", {{std::nullopt, 0x294}, {std::nullopt, 0x254}}, 0x257, {}},
+        {"shown and placed, as pages do", {{std::nullopt, 0x254}, {first, 0x214}}, 0x254, first},
+        {"flags win over the rectangle of the same call", {{first, positionNoSize}}, 0x205, first},
+        {"z order", {{std::nullopt, 0, &window}}, 0x003, {}, true},
+        {"z order wins over the flags of the same call", {{std::nullopt, 0x214, &window}}, 0x013, {}, true},
+        {"a null z order keeps the one before", {{std::nullopt, 0, &window}, {first, 0}}, 0x000, first, true},
+    };
+    for (const MergeCase& row : cases) {
+        PendingPositions positions;
+        for (const Request& request : row.requests)
+            positions.queue(1001, request.box ? &*request.box : nullptr, request.flags, request.insertAfter);
+        ASSERT_EQ(positions.entries().size(), 1u) << row.name;
+        const PendingPosition& entry = positions.entries().front();
+        EXPECT_EQ(entry.id, 1001) << row.name;
+        EXPECT_EQ(entry.flags, row.flags) << row.name;
+        EXPECT_EQ((Box{entry.x, entry.y, entry.width, entry.height}), row.box) << row.name;
+        EXPECT_EQ(entry.insertAfter, row.inserted ? &window : nullptr) << row.name;
+    }
+}
+
+TEST(PendingPositions, KeepTheOrderOfTheFirstRequests) {
+    PendingPositions positions;
+    const auto ids = [&] {
+        std::vector<int32_t> found;
+        for (const PendingPosition& entry : positions.entries()) found.push_back(entry.id);
+        return found;
+    };
+    for (const int32_t id : {1009, 1001, -1, 1002, 1001, 1009}) positions.queue(id, nullptr, 0);
+    EXPECT_EQ(ids(), (std::vector<int32_t>{1009, 1001, -1, 1002}));
+    positions.clear();
+    EXPECT_TRUE(positions.entries().empty());
+    positions.queue(1001, nullptr, positionHide);
+    positions.queue(1009, nullptr, 0);
+    EXPECT_EQ(ids(), (std::vector<int32_t>{1001, 1009}));
+    EXPECT_EQ(positions.entries()[1].flags, newEntry);
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,18 @@
+#include "ui/toolkit/AccessibleName.h"
+
+#include <oleacc.h>
+#include <wrl/client.h>
+
+namespace pdx {
+
+constinit ProcessSlot<AccessibleNames> g_accessibleNames;
+
+void publishAccessibleName(HWND window, const std::wstring& name) {
+    if (const auto standIn = g_accessibleNames.get()) return standIn->publish(window, name);
+    Microsoft::WRL::ComPtr<IAccPropServices> service;
+    if (FAILED(CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices, &service)))
+        return;
+    service->SetHwndPropStr(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, PROPID_ACC_NAME, name.c_str());
+}
+
+}  // namespace pdx

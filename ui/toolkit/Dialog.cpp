@@ -1,0 +1,103 @@
+#include "ui/toolkit/Dialog.h"
+
+#include "config/Resources.h"
+#include "platform/Paths.h"
+#include "ui/toolkit/rules/MessageRoutes.h"
+
+namespace pdx {
+
+static_assert(positionNoSize == SWP_NOSIZE && positionNoMove == SWP_NOMOVE && positionNoZOrder == SWP_NOZORDER &&
+              positionNoActivate == SWP_NOACTIVATE && positionShow == SWP_SHOWWINDOW &&
+              positionHide == SWP_HIDEWINDOW && positionNoOwnerZOrder == SWP_NOOWNERZORDER);
+
+Dialog::~Dialog() {
+    // A dialog that still stands must not reach for this object.
+    if (hwnd && reinterpret_cast<Dialog*>(GetWindowLongPtrW(hwnd, DWLP_USER)) == this)
+        SetWindowLongPtrW(hwnd, DWLP_USER, 0);
+}
+
+HWND Dialog::Create(const CreateParams&) {
+    if (!hwnd)
+        hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, DialogProc,
+                                  reinterpret_cast<LPARAM>(this));
+    return hwnd;
+}
+
+INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+    if (message == WM_INITDIALOG) {
+        auto* created = reinterpret_cast<Dialog*>(lparam);
+        created->hwnd = window;
+        SetWindowLongPtrW(window, DWLP_USER, lparam);
+    }
+    auto* dialog = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (!dialog) return FALSE;
+    const MessageResult result = dialog->ReceiveMessage(message, wparam, lparam);
+    if (!result.handled) return FALSE;
+    if (dialogReturnsResult(message)) return result.result;
+    SetWindowLongPtrW(window, DWLP_MSGRESULT, result.result);
+    return TRUE;
+}
+
+MessageResult Dialog::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_INITDIALOG) ReadLayout();
+    return Window::HandleMessage(message, wparam, lparam);
+}
+
+MessageResult Dialog::DefaultProc(UINT, WPARAM, LPARAM) { return unhandled(); }
+
+void Dialog::ReadLayout() {
+    const ResourceData data = loadResource({L"AFX_DIALOG_LAYOUT", templateId});
+    const std::vector<LayoutRecord> records = parseLayoutRecords(std::as_bytes(std::span(data.bytes, data.size)));
+    if (records.empty()) return;
+    const Size client = GetClientSize();
+    initialClientWidth = client.width;
+    initialClientHeight = client.height;
+    HWND child = ::GetWindow(hwnd, GW_CHILD);
+    for (const LayoutRecord& record : records) {
+        if (!child) break;
+        layoutItems.push_back({.hwnd = child,
+                               .rect = GetChildRect(child),
+                               .sizeX = record.sizeX,
+                               .sizeY = record.sizeY,
+                               .moveX = record.moveX,
+                               .moveY = record.moveY});
+        child = ::GetWindow(child, GW_HWNDNEXT);
+    }
+}
+
+HWND Dialog::GetItem(int32_t id) const { return GetDlgItem(hwnd, id); }
+
+Rect Dialog::GetInitialRect(int32_t id) const {
+    const HWND child = GetItem(id);
+    for (const LayoutItem& item : layoutItems)
+        if (child && item.hwnd == child) return item.rect;
+    return {};
+}
+
+Rect Dialog::GetChildRectById(int32_t id) const { return GetChildRect(GetItem(id)); }
+
+void Dialog::QueuePosition(int32_t id, const Rect* rect, UINT flags, HWND insertAfter) {
+    const Box box = rect ? boxOf(*rect) : Box{};
+    pendingPositions.queue(id, rect ? &box : nullptr, flags, insertAfter);
+}
+
+void Dialog::QueuePosition(int32_t id, const Box& box, UINT flags, HWND insertAfter) {
+    pendingPositions.queue(id, &box, flags, insertAfter);
+}
+
+void Dialog::ClearPositions() { pendingPositions.clear(); }
+
+void Dialog::ApplyPositions() {
+    HDWP moves = BeginDeferWindowPos(static_cast<int>(pendingPositions.entries().size()));
+    for (const PendingPosition& position : pendingPositions.entries()) {
+        // One missing child would make the platform drop the moves of all others.
+        const HWND child = GetItem(position.id);
+        if (!child || !moves) continue;
+        moves = DeferWindowPos(moves, child, static_cast<HWND>(position.insertAfter), position.x, position.y,
+                               position.width, position.height, position.flags);
+    }
+    if (moves) EndDeferWindowPos(moves);
+    pendingPositions.clear();
+}
+
+}  // namespace pdx

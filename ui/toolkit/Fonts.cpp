@@ -1,0 +1,156 @@
+#include "ui/toolkit/Fonts.h"
+
+#include <cmath>
+#include <vector>
+
+#include "platform/Text.h"
+#include "ui/toolkit/Images.h"
+#include "ui/toolkit/NativeHandles.h"
+
+namespace pdx {
+
+namespace flat = Gdiplus::DllExports;
+
+namespace {
+
+/// The private faces, made at the first use. Never freed, as GDI+ is never shut down: at the end of the process the
+/// thread that may have held its locks is gone.
+Gdiplus::GpFontCollection* privateFonts() {
+    static Gdiplus::GpFontCollection* const collection = [] {
+        Gdiplus::GpFontCollection* made = nullptr;
+        flat::GdipNewPrivateFontCollection(&made);
+        return made;
+    }();
+    return collection;
+}
+
+using FontFamily = UniqueHandle<GdiPlusTraits<Gdiplus::GpFontFamily, flat::GdipDeleteFontFamily>>;
+
+std::wstring nameOf(const Gdiplus::GpFontFamily* family) {
+    wchar_t name[LF_FACESIZE] = L"";
+    flat::GdipGetFamilyName(family, name, LANG_NEUTRAL);
+    return name;
+}
+
+/// A family of the collection by its name. GDI+ of Wine looks for the name among the full names of faces and so misses
+/// a family whose upright face is called "... Regular"; such a family is found in the list.
+FontFamily findFamily(Gdiplus::GpFontCollection* collection, const std::wstring& name) {
+    FontFamily found;
+    if (flat::GdipCreateFontFamilyFromName(name.c_str(), collection, found.put()) == Gdiplus::Ok) return found;
+    INT count = 0;
+    flat::GdipGetFontCollectionFamilyCount(collection, &count);
+    std::vector<Gdiplus::GpFontFamily*> families(static_cast<size_t>(count));
+    flat::GdipGetFontCollectionFamilyList(collection, count, families.data(), &count);
+    for (Gdiplus::GpFontFamily* family : families)
+        if (!found && equalsIgnoreCase(nameOf(family), name)) flat::GdipCloneFontFamily(family, found.put());
+    return found;
+}
+
+/// The face in which the system draws sans-serif text when it is left the choice.
+std::wstring systemFace() {
+    const MemoryContext context(CreateCompatibleDC(nullptr));
+    const NativeFont any(CreateFontW(-16, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_TT_ONLY_PRECIS,
+                                     CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, VARIABLE_PITCH | FF_SWISS, L""));
+    const SelectedObject selected(context, any.get());
+    wchar_t face[LF_FACESIZE] = L"";
+    GetTextFaceW(context.get(), LF_FACESIZE, face);
+    return face;
+}
+
+/// The platform's generic family; on a system that lacks the faces which GDI+ takes for it (Wine without Microsoft's
+/// fonts), what the system itself draws with. Asked for once and never freed, as the private faces.
+const Gdiplus::GpFontFamily* sansSerif() {
+    static const Gdiplus::GpFontFamily* const family = [] {
+        Gdiplus::GpFontFamily* generic = nullptr;
+        if (flat::GdipGetGenericFontFamilySansSerif(&generic) == Gdiplus::Ok) return generic;
+        Gdiplus::GpFontCollection* installed = nullptr;
+        flat::GdipNewInstalledFontCollection(&installed);
+        return findFamily(installed, systemFace()).release();
+    }();
+    return family;
+}
+
+int32_t styleOf(const LOGFONTW& logFont) {
+    return (logFont.lfWeight > FW_NORMAL ? fontBold : 0) | (logFont.lfItalic ? fontItalic : 0) |
+           (logFont.lfUnderline ? fontUnderline : 0) | (logFont.lfStrikeOut ? fontStrikeout : 0);
+}
+
+}  // namespace
+
+Font::Font(const Gdiplus::GpFontFamily* family, float size, int32_t style, Gdiplus::Unit unit) {
+    collect(flat::GdipCreateFont(family, size, style, unit, put()));
+}
+
+float Font::GetSize() const {
+    float size = 0;
+    collect(flat::GdipGetFontSize(native(), &size));
+    return size;
+}
+
+int32_t Font::GetStyle() const {
+    INT style = 0;
+    collect(flat::GdipGetFontStyle(native(), &style));
+    return style;
+}
+
+Gdiplus::Unit Font::GetUnit() const {
+    Gdiplus::Unit unit = Gdiplus::UnitPixel;
+    collect(flat::GdipGetFontUnit(native(), &unit));
+    return unit;
+}
+
+std::wstring Font::GetFamilyName() const {
+    FontFamily family;
+    collect(flat::GdipGetFamily(native(), family.put()));
+    return nameOf(family.get());
+}
+
+float Font::GetHeight(float dpi) const {
+    float height = 0;
+    collect(flat::GdipGetFontHeightGivenDPI(native(), dpi, &height));
+    return height;
+}
+
+std::optional<LOGFONTW> Font::GetLogFont() const {
+    const Graphics screen(HWND{nullptr});
+    LOGFONTW logFont{};
+    if (collect(flat::GdipGetLogFontW(native(), screen.native(), &logFont)) != Gdiplus::Ok) return std::nullopt;
+    return logFont;
+}
+
+std::unique_ptr<Font> CreateFontByName(const std::wstring& family, float emSizePixels, int32_t style) {
+    const float size = std::fabs(emSizePixels);
+    if (const FontFamily named = findFamily(privateFonts(), family)) {
+        auto font = std::make_unique<Font>(named.get(), size, style, Gdiplus::UnitPixel);
+        if (font->native()) return font;
+    }
+    return std::make_unique<Font>(sansSerif(), size, style, Gdiplus::UnitPixel);
+}
+
+std::unique_ptr<Font> CreateFontFromHandle(HFONT nativeFont) {
+    LOGFONTW logFont{};
+    if (GetObjectW(nativeFont, sizeof logFont, &logFont) != sizeof logFont) return nullptr;
+    return CreateFontFromLogFont(logFont);
+}
+
+std::unique_ptr<Font> CreateFontFromLogFont(const LOGFONTW& logFont) {
+    return CreateFontByName(logFont.lfFaceName, static_cast<float>(logFont.lfHeight), styleOf(logFont));
+}
+
+std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style) {
+    if (!font) return nullptr;
+    FontFamily family;
+    flat::GdipGetFamily(font->native(), family.put());
+    return std::make_unique<Font>(family.get(), font->GetSize(), style, font->GetUnit());
+}
+
+bool addPrivateFont(std::span<const std::byte> file) {
+    return flat::GdipPrivateAddMemoryFont(privateFonts(), file.data(), static_cast<INT>(file.size())) == Gdiplus::Ok;
+}
+
+void LoadPrivateFonts() {
+    // A second dialog of the same process finds the faces of the first.
+    [[maybe_unused]] static const bool loaded = (loadFontResources(), true);
+}
+
+}  // namespace pdx

@@ -1,0 +1,75 @@
+// How a window paints: through a buffer that begins as a copy of what lies behind it.
+#include "ui/toolkit/Painting.h"
+#include "ui/toolkit/Window.h"
+
+namespace pdx {
+namespace {
+
+/// BeginPaint and EndPaint.
+class PaintSession {
+  public:
+    explicit PaintSession(HWND painted) : window(painted) { BeginPaint(window, &paint); }
+    ~PaintSession() { EndPaint(window, &paint); }
+    PaintSession(const PaintSession&) = delete;
+    PaintSession& operator=(const PaintSession&) = delete;
+    [[nodiscard]] HDC GetContext() const { return paint.hdc; }
+    /// The rectangle to paint, one pixel larger to the right and below: an empty one still copies a column.
+    [[nodiscard]] Box GetBox() const {
+        const RECT& rect = paint.rcPaint;
+        return {rect.left, rect.top, rect.right - rect.left + 1, rect.bottom - rect.top + 1};
+    }
+
+  private:
+    HWND window;
+    PAINTSTRUCT paint{};
+};
+
+bool isChild(HWND window) { return (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0; }
+
+/// The first window on the way up that is not a child; null when the way ends before.
+HWND topAncestor(HWND window) {
+    while (window && isChild(window)) window = GetParent(window);
+    return window;
+}
+
+}  // namespace
+
+MessageResult Window::OnPaint() {
+    const Size size = GetClientSize();
+    const Bitmap picture(size);
+    Graphics buffer(picture);
+    ApplyQuality(buffer);
+    PaintAncestor(buffer);
+
+    const PaintSession session(hwnd);
+    Graphics screen(session.GetContext());
+    const Box box = session.GetBox();
+    buffer.SetClip(box);
+    Draw(buffer);
+    ApplyQuality(screen);
+    screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    // Nothing shows beyond the client area, and a copy that reaches out of the picture is many times slower in Wine.
+    screen.CopyImage(picture, intersection(box, {0, 0, size.width, size.height}));
+    return handled();
+}
+
+void Window::PaintAncestor(Graphics& buffer) const {
+    const HWND ancestor = topAncestor(hwnd);
+    if (!ancestor || ancestor == hwnd) return;
+    const Rect place = GetRectIn(ancestor);
+    const BorrowedContext context(buffer);
+    if (!context.get()) return;
+    POINT origin{};
+    OffsetViewportOrgEx(context.get(), -place.left, -place.top, &origin);
+    SendMessageW(ancestor, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
+    SetViewportOrgEx(context.get(), origin.x, origin.y, nullptr);
+}
+
+MessageResult Window::OnPrintClient(WPARAM context, LPARAM) {
+    Graphics graphics(reinterpret_cast<HDC>(context));
+    ApplyQuality(graphics);
+    Draw(graphics);
+    return handled();
+}
+
+}  // namespace pdx

@@ -1,0 +1,66 @@
+// Points, sizes and rectangles in pixels, as plain values: the same in a rule and in a window.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+namespace pdx {
+
+struct Point {
+    int32_t x = 0;
+    int32_t y = 0;
+    bool operator==(const Point&) const = default;
+};
+
+struct Size {
+    int32_t width = 0;
+    int32_t height = 0;
+    bool operator==(const Size&) const = default;
+};
+
+/// A rectangle by its edges, as the platform's windows give it; right and bottom lie outside.
+struct Rect {
+    int32_t left = 0;
+    int32_t top = 0;
+    int32_t right = 0;
+    int32_t bottom = 0;
+    [[nodiscard]] constexpr int32_t width() const { return right - left; }
+    [[nodiscard]] constexpr int32_t height() const { return bottom - top; }
+    bool operator==(const Rect&) const = default;
+};
+
+/// A rectangle by its corner and size, as drawing and page layout use it.
+struct Box {
+    int32_t x = 0;
+    int32_t y = 0;
+    int32_t width = 0;
+    int32_t height = 0;
+    bool operator==(const Box&) const = default;
+};
+
+/// The same in floating numbers, for text.
+struct RectF {
+    float x = 0;
+    float y = 0;
+    float width = 0;
+    float height = 0;
+    bool operator==(const RectF&) const = default;
+};
+
+constexpr Box boxOf(const Rect& rect) { return {rect.left, rect.top, rect.width(), rect.height()}; }
+constexpr Rect edgesOf(const Box& box) { return {box.x, box.y, box.x + box.width, box.y + box.height}; }
+
+/// What two boxes have in common; a size of 0 when that is nothing.
+constexpr Box intersection(const Box& one, const Box& other) {
+    const int32_t left = std::max(one.x, other.x), top = std::max(one.y, other.y);
+    const int32_t right = std::min(one.x + one.width, other.x + other.width);
+    const int32_t bottom = std::min(one.y + one.height, other.y + other.height);
+    return {left, top, std::max(right - left, 0), std::max(bottom - top, 0)};
+}
+
+/// A point on the left or top edge is inside, on the right or bottom edge outside.
+constexpr bool contains(const RectF& rect, float x, float y) {
+    return x >= rect.x && x < rect.x + rect.width && y >= rect.y && y < rect.y + rect.height;
+}
+
+}  // namespace pdx

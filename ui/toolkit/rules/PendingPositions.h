@@ -1,0 +1,50 @@
+// Positions of a dialog's children that are gathered first and applied together.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "ui/toolkit/rules/Geometry.h"
+
+namespace pdx {
+
+/// The platform's flags for a window position, by the names of SetWindowPos.
+enum PositionFlags : uint32_t {
+    positionNoSize = 0x1,
+    positionNoMove = 0x2,
+    positionNoZOrder = 0x4,
+    positionNoActivate = 0x10,
+    positionShow = 0x40,
+    positionHide = 0x80,
+    positionNoOwnerZOrder = 0x200,
+};
+
+/// What is asked for one child; a new entry asks for nothing.
+struct PendingPosition {
+    int32_t id = 0;
+    int32_t x = 0;
+    int32_t y = 0;
+    int32_t width = 0;
+    int32_t height = 0;
+    uint32_t flags = positionNoSize | positionNoMove | positionNoZOrder | positionNoOwnerZOrder;
+    void* insertAfter = nullptr;  ///< window handle
+};
+
+/// At most one entry for each control identifier, in the order in which they were first asked for.
+class PendingPositions {
+  public:
+    /// Merges a request into the entry of the identifier. A null box leaves position and size alone; showing and
+    /// hiding take each other back; a null insertAfter leaves the z order alone.
+    void queue(int32_t id, const Box* box, uint32_t flags, void* insertAfter = nullptr);
+    void clear();
+    [[nodiscard]] std::span<const PendingPosition> entries() const { return positions; }
+
+  private:
+    std::vector<PendingPosition> positions;
+    std::unordered_map<int32_t, size_t> indexById;
+};
+
+}  // namespace pdx
