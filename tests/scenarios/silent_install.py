@@ -65,6 +65,7 @@ def play(scene):
         before-files say warning PDX_SET_VARIABLE:WARNED=yes
         before-files say actiondata PDX_SET_VARIABLE:NO_SIGN
         before-files say actiondata not at the beginning PDX_SET_VARIABLE:LATE=1
+        before-files say actiondata XDX_SET_VARIABLE:OTHER=1
         before-files property PDX_SHORTCUT_NAME
         before-files property PRODUCT_DISPLAY_NAME
         before-files sharing PDXTEST_LOG
