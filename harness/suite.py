@@ -3,10 +3,12 @@ import os
 import re
 import subprocess
 import sys
+import traceback
 from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 
 from harness import stage
+from harness.artefact import checks
 from harness.build import build
 from harness.display import virtual_display
 from harness.perform import held, perform, tell
@@ -45,6 +47,22 @@ def run_tests(title: str, command: list[str], display: str = "") -> tuple[int, i
     return passed, len(failures) + broken
 
 
+def run_artefact() -> tuple[int, int]:
+    """The shipped library as a file."""
+    found = checks()
+    print("\n" + "\n".join(f"  {'✓' if ok else '✗'} the library {name}" for name, ok in found.items()), flush=True)
+    return sum(found.values()), len(found) - sum(found.values())
+
+
+def guarded(job) -> tuple[int, int]:
+    """A job that breaks is one more failure, and the others go on."""
+    try:
+        return job()
+    except Exception:
+        print(f"\na job broke:\n{traceback.format_exc()}", flush=True)
+        return 0, 1
+
+
 def run_scenario(name: str) -> tuple[int, int]:
     result = perform(name)
     tell(result, summary(name))
@@ -74,13 +92,17 @@ def run_lifecycle() -> tuple[int, int]:
 
 
 def main() -> int:
-    build("release", "host", "checked")
+    try:
+        build("release", "host", "checked")
+    except SystemExit:
+        print("\n0 passed, 1 failed")
+        raise
     with virtual_display() as display:
         prepare(display)
     counts = [run_tests("host", [str(HOST_TESTS)])]
-    jobs = [run_windows_tests, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
+    jobs = [run_artefact, run_windows_tests, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
     with ThreadPoolExecutor(2) as pool:
-        counts += pool.map(lambda job: job(), jobs)
+        counts += pool.map(guarded, jobs)
     passed, failed = (sum(column) for column in zip(*counts))
     print(f"\n{passed} passed, {failed} failed")
     return 1 if failed or not passed else 0

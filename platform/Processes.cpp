@@ -8,6 +8,7 @@
 
 #include "platform/Log.h"
 #include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -36,8 +37,7 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
 }
 
 Handle launchClient(const std::wstring& parameters) {
-    const RegistryKey product =
-        RegistryKey::localMachine(view64).openSubKey(L"Software\\Corvane Works\\Palisade Desktop", false);
+    const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const std::wstring folder = toText(product.getValue(L"InstallLocation"));
     const std::wstring program = toText(product.getValue(L"LauncherAppPath"));
     // The empty name would open a folder's window.
@@ -75,7 +75,8 @@ void terminateProcesses(std::span<const std::wstring_view> names) {
         Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, entry.th32ProcessID));
         if (!process) continue;
         PDX_LOG(logInfo, "terminateProcesses", "Terminating %ls", entry.szExeFile);
-        TerminateProcess(process.get(), terminatedExitCode);
+        // What refuses to end is not waited for.
+        if (!TerminateProcess(process.get(), terminatedExitCode)) continue;
         // The right to end a process is not the right to wait for it; the first handle keeps the id from being reused.
         Handle waitable(OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID));
         if (waitable) ending.push_back(waitable.get());
