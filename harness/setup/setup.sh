@@ -47,8 +47,11 @@ if [ ${#missing[@]} -gt 0 ]; then
   rm -f "$log"
 fi
 
-engine="$root/harness/burn/node_modules/wixtoolset-compiler/bin/x86/burn.exe"
-if [ ! -f "$engine" ]; then
-  echo "set-up: fetching the Burn engine"
-  (cd "$root/harness/burn" && npm ci --ignore-scripts --no-audit --no-fund >/dev/null)
-fi
+# What comes from npm: a folder with its lock file, the file that is wanted of it, and what it is.
+fetch() {
+  [ -f "$root/$1/node_modules/$2" ] && return
+  echo "set-up: fetching $3"
+  (cd "$root/$1" && npm ci --ignore-scripts --no-audit --no-fund >/dev/null)
+}
+fetch harness/burn wixtoolset-compiler/bin/x86/burn.exe "the Burn engine"
+fetch cmake/gumbo gumbo-parser/deps/gumbo-parser/src/gumbo.h "the HTML parser"

@@ -1,0 +1,39 @@
+// The tree of an HTML text, made by Gumbo.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "ui/toolkit/rules/MarkupTree.h"
+
+namespace pdx {
+
+/// Parses any text as HTML5 does: fragments, unclosed and misplaced tags, whatever case. The text is the content of
+/// the body, so that titles and style sheets in it stand there too, but what a browser does not show has no children.
+class GumboTree : public MarkupTree {
+  public:
+    /// Of a text whose tags would take too long, or whose tree would take too much memory, as much as can be afforded
+    /// from its beginning: HTML lets some texts ask for the square of their length.
+    explicit GumboTree(std::string_view utf8);
+    ~GumboTree() override;
+    GumboTree(const GumboTree&) = delete;
+    GumboTree& operator=(const GumboTree&) = delete;
+
+    [[nodiscard]] Node body() const override;
+    [[nodiscard]] NodeType type(Node node) const override;
+    [[nodiscard]] std::wstring name(Node element) const override;
+    [[nodiscard]] std::wstring value(Node text) const override;
+    [[nodiscard]] size_t childCount(Node node) const override;
+    [[nodiscard]] Node child(Node node, size_t index) const override;
+    [[nodiscard]] std::wstring attribute(Node element, const char* attributeName) const override;
+
+  private:
+    struct Parsed;
+    std::unique_ptr<Parsed> parsed;
+};
+
+/// How much of a text (UTF-8) the parser can go through without a noticeable wait. It compares each tag with all that
+/// are open, and each attribute with all of the same tag; ordinary texts of any length pass whole.
+size_t affordableLength(std::string_view utf8);
+
+}  // namespace pdx

@@ -1,0 +1,234 @@
+#include "ui/toolkit/rules/Markup.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cwctype>
+#include <optional>
+#include <utility>
+
+#include "ui/toolkit/rules/Pixels.h"
+
+namespace pdx {
+namespace {
+
+using Node = MarkupTree::Node;
+
+constexpr int32_t boldWeight = 700;
+constexpr size_t longestFace = 31;  // what the platform's font record holds
+
+bool isBlank(wchar_t character) { return std::iswspace(static_cast<wint_t>(character)) != 0; }
+
+wchar_t toSmall(wchar_t letter) {
+    return letter >= L'A' && letter <= L'Z' ? static_cast<wchar_t>(letter - L'A' + L'a') : letter;
+}
+
+bool equalsAnyCase(std::wstring_view left, std::wstring_view right) {
+    return std::ranges::equal(left, right, {}, toSmall, toSmall);
+}
+
+/// For the number parsers, to which no other character means anything.
+std::string asciiOf(std::wstring_view text) {
+    std::string ascii;
+    for (const wchar_t character : text) ascii += character < 128 ? static_cast<char>(character) : '?';
+    return ascii;
+}
+
+/// The decimal number that a text begins with, 0 if it begins with none; blanks and a plus may stand in front.
+float numberAtStart(std::wstring_view text) {
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    if (!text.empty() && text.front() == L'+') text.remove_prefix(1);
+    const std::string digits = asciiOf(text);
+    float number = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return std::isfinite(number) ? number : 0;
+}
+
+/// "#" and that many hexadecimal digits; nothing for a text of another length. Digits end at the first that is none.
+std::optional<uint32_t> hexadecimal(std::wstring_view text, size_t digits) {
+    if (text.size() != digits + 1 || text.front() != L'#') return std::nullopt;
+    const std::string ascii = asciiOf(text.substr(1));
+    uint32_t number = 0;
+    std::from_chars(ascii.data(), ascii.data() + ascii.size(), number, 16);
+    return number;
+}
+
+void applyLink(const MarkupTree& tree, Node element, TextStyle& style) {
+    style.href = tree.attribute(element, "HREF");
+    style.color = palette::link;
+}
+
+void applyFont(const MarkupTree& tree, Node element, TextStyle& style) {
+    if (const auto color = hexadecimal(tree.attribute(element, "COLOR"), 6)) {
+        style.color = WithAlpha(*color, 0xFF);
+    } else if (const auto argb = hexadecimal(tree.attribute(element, "ARGB"), 8)) {
+        style.color = *argb;
+    }
+    if (const std::wstring face = tree.attribute(element, "FACE"); !face.empty())
+        style.logFont.face = face.substr(0, longestFace);
+    // Pixels, not the seven sizes of HTML.
+    if (const std::wstring size = tree.attribute(element, "SIZE"); !size.empty())
+        style.logFont.height = wholePixels(numberAtStart(size));
+    if (const std::wstring height = tree.attribute(element, "LINE-HEIGHT"); !height.empty())
+        style.lineHeight = parseLineHeight(height);
+}
+
+using Effect = void (*)(const MarkupTree&, Node, TextStyle&);
+
+/// The elements that change the style of what they hold.
+constexpr struct {
+    std::wstring_view name;
+    Effect apply;
+} effects[] = {
+    {L"A", applyLink},
+    {L"B", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.weight = boldWeight; }},
+    {L"I", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.italic = true; }},
+    {L"STRIKE", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.strikeout = true; }},
+    {L"U", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.underline = true; }},
+    {L"FONT", applyFont},
+};
+
+/// The elements that stand on lines of their own.
+constexpr std::wstring_view blocks[] = {L"P",  L"DIV", L"CENTER", L"BLOCKQUOTE", L"PRE",   L"UL", L"OL",
+                                        L"LI", L"DL",  L"DT",     L"DD",         L"TABLE", L"TR", L"HR",
+                                        L"H1", L"H2",  L"H3",     L"H4",         L"H5",    L"H6"};
+
+/// Calls enter for each node below root in the text's order, and leave when all below an element has been entered.
+/// Without recursion: the depth is the text's, and the stack of a thread ends.
+template <typename Enter, typename Leave>
+void traverse(const MarkupTree& tree, Node root, Enter enter, Leave leave) {
+    struct Level {
+        Node node;
+        size_t next;
+    };
+    std::vector<Level> levels{{root, 0}};
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.next < tree.childCount(level.node)) {
+            const Node child = tree.child(level.node, level.next++);
+            enter(child);
+            if (tree.type(child) == NodeType::element) levels.push_back({child, 0});
+        } else {
+            const Node left = level.node;
+            levels.pop_back();
+            if (!levels.empty()) leave(left);
+        }
+    }
+}
+
+void splitAtBlanks(const std::wstring& text, std::vector<std::wstring>& words) {
+    for (auto start = text.begin(); (start = std::find_if_not(start, text.end(), isBlank)) != text.end();) {
+        const auto end = std::find_if(start, text.end(), isBlank);
+        words.emplace_back(start, end);
+        start = end;
+    }
+}
+
+class Walk {
+  public:
+    Walk(const MarkupTree& walked, const TextStyle& rootStyle) : tree(walked), levels{{rootStyle, {}}} {}
+
+    void enter(Node node) {
+        if (tree.type(node) == NodeType::text) splitAtBlanks(tree.value(node), levels.back().pending);
+        if (tree.type(node) != NodeType::element) return;
+        Level inner{levels.back().style, {}};
+        const std::wstring name = tree.name(node);
+        for (const auto& row : effects)
+            if (row.name == name) row.apply(tree, node, inner.style);
+        // A line break belongs to the run in front of it, and so ends it.
+        if (name == L"BR") levels.back().pending.emplace_back(lineFeed);
+        endRun();
+        levels.push_back(std::move(inner));
+    }
+    void leave() {
+        endRun();
+        levels.pop_back();
+    }
+    std::vector<TextRun> finish() {
+        endRun();
+        return std::move(runs);
+    }
+
+  private:
+    struct Level {
+        TextStyle style;
+        std::vector<std::wstring> pending;
+    };
+
+    void endRun() {
+        Level& level = levels.back();
+        if (!level.pending.empty()) runs.push_back({std::exchange(level.pending, {}), level.style});
+    }
+
+    const MarkupTree& tree;
+    std::vector<Level> levels;
+    std::vector<TextRun> runs;
+};
+
+class PlainWords {
+  public:
+    void add(std::wstring_view text) {
+        for (const wchar_t character : text) {
+            if (isBlank(character)) {
+                blank = true;
+                continue;
+            }
+            if (!words.empty()) {
+                for (; lines > 0; --lines, blank = false) words += L"\r\n";
+                if (blank) words += L' ';
+            }
+            lines = 0;
+            blank = false;
+            words += character;
+        }
+    }
+    void breakLine() { ++lines; }
+    void startBlock() { lines = std::max(lines, 1); }
+    std::wstring take() { return std::move(words); }
+
+  private:
+    std::wstring words;
+    bool blank = false;  // white space since the last word
+    int32_t lines = 0;   // line breaks since then
+};
+
+}  // namespace
+
+LineHeight parseLineHeight(std::wstring_view value) {
+    if (value.empty() || equalsAnyCase(value, L"auto")) return {};
+    const float number = numberAtStart(value);
+    switch (value.back()) {
+        case L'%':
+            return {LineHeight::factor, number / 100};
+        case L'X':
+        case L'x':
+            return {LineHeight::pixels, number};
+        default:
+            return {LineHeight::factor, number};
+    }
+}
+
+std::vector<TextRun> walkMarkup(const MarkupTree& tree, const TextStyle& rootStyle) {
+    Walk walk(tree, rootStyle);
+    if (const Node body = tree.body())
+        traverse(
+            tree, body, [&](Node node) { walk.enter(node); }, [&](Node) { walk.leave(); });
+    return walk.finish();
+}
+
+std::wstring plainText(const MarkupTree& tree) {
+    PlainWords words;
+    const auto startBlock = [&](Node element) {
+        if (std::ranges::find(blocks, tree.name(element)) != std::end(blocks)) words.startBlock();
+    };
+    const auto enter = [&](Node node) {
+        if (tree.type(node) == NodeType::text) words.add(tree.value(node));
+        if (tree.type(node) != NodeType::element) return;
+        if (tree.name(node) == L"BR") words.breakLine();
+        startBlock(node);
+    };
+    if (const Node body = tree.body()) traverse(tree, body, enter, startBlock);
+    return words.take();
+}
+
+}  // namespace pdx
