@@ -7,6 +7,7 @@
 
 #include "config/ConfigMap.h"
 #include "config/rules/ConfigLayers.h"
+#include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
@@ -46,6 +47,14 @@ constexpr struct {
     {L"PDX_INSTALL_LOCATION", L"InstallFolder"},
 };
 
+/// The strings in the user's language, or in the one that the configuration forces.
+std::shared_ptr<Translator> makeTranslator() {
+    auto translator = std::make_shared<Translator>();
+    const std::wstring forced = getConfigWideString("location.language");
+    if (!forced.empty()) translator->Load(forced);
+    return translator;
+}
+
 }  // namespace
 
 BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command,
@@ -61,6 +70,8 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
     takeEnvironment();
     takeCommandLine();
     loadConfiguration(isThinInstaller());
+    g_translator.set(makeTranslator());
+    setShortcutTitles();
     setProductVariables();
     if (isRepair() && m_action == BOOTSTRAPPER_ACTION_UNINSTALL) m_action = BOOTSTRAPPER_ACTION_INSTALL;
 }
@@ -84,6 +95,15 @@ void BootstrapperApplication::takeCommandLine() {
     for (int i = 1; i < count; ++i)
         if (const auto variable = variableOfArgument(arguments.get()[i]))
             m_engine->SetVariableString(variable->first.c_str(), variable->second.c_str());
+}
+
+void BootstrapperApplication::setShortcutTitles() {
+    const auto translator = g_translator.get();
+    for (const wchar_t* name :
+         {L"INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE", L"INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE"}) {
+        std::wstring title;
+        if (translator->tryTranslate(name, title)) m_engine->SetVariableString(name, title.c_str());
+    }
 }
 
 void BootstrapperApplication::setProductVariables() {

@@ -56,12 +56,29 @@ def run_windows_tests() -> tuple[int, int]:
         return run_tests("windows", sandboxed([sys.executable, "-m", "harness.wine_tests"]), display)
 
 
+def run_lifecycle() -> tuple[int, int]:
+    """The shipped library loaded, run and freed a hundred times; counts as one case."""
+    log = OUT / "tests/lifecycle.log"
+    log.parent.mkdir(parents=True, exist_ok=True)
+    with virtual_display() as display, log.open("wb") as output:
+        try:
+            code = subprocess.run(sandboxed([sys.executable, "-m", "harness.lifecycle"]), cwd=ROOT,
+                                  env=os.environ | {"DISPLAY": display}, stdout=output, stderr=subprocess.STDOUT,
+                                  timeout=BOUND).returncode
+        except subprocess.TimeoutExpired:
+            code = -1
+    lines = log.read_text("utf-8", "replace").splitlines()
+    print("\nlifecycle: " + ("held" if code == 0 else "failed\n" + "\n".join(lines[-20:])) + ", see out/tests/lifecycle.log")
+    sys.stdout.flush()
+    return (1, 0) if code == 0 else (0, 1)
+
+
 def main() -> int:
     build("release", "host", "checked")
     with virtual_display() as display:
         prepare(display)
     counts = [run_tests("host", [str(HOST_TESTS)])]
-    jobs = [run_windows_tests, *(partial(run_scenario, name) for name in stage.names())]
+    jobs = [run_windows_tests, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
     with ThreadPoolExecutor(2) as pool:
         counts += pool.map(lambda job: job(), jobs)
     passed, failed = (sum(column) for column in zip(*counts))

@@ -11,10 +11,12 @@
 #include <mutex>
 
 #include "config/ConfigMap.h"
+#include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
 #include "ui/dialog/BootstrapperDialog.h"
+#include "ui/toolkit/GdiPlus.h"
 
 namespace pdx {
 namespace {
@@ -46,9 +48,11 @@ HRESULT lastErrorAsFailure() {
 
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
     try {
-        return std::make_unique<BootstrapperApplication>(engine, command, retryMaximum, retryDelayMilliseconds,
-                                                         UIThreadFunc)
-            .release();
+        auto application = std::make_unique<BootstrapperApplication>(engine, command, retryMaximum,
+                                                                     retryDelayMilliseconds, UIThreadFunc);
+        // On the engine's thread, before there is a UI thread, and never shut down.
+        startGraphics();
+        return application.release();
     } catch (const std::exception&) {
         return nullptr;
     }
@@ -84,6 +88,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
     // are, for its other threads are gone, wherever they were.
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
         pdx::unmapped = true;
+        pdx::g_translator.clear();
         pdx::g_config.clear();
         pdx::g_logger.clear();
     }

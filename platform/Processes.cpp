@@ -15,15 +15,6 @@ namespace {
 
 constexpr UINT terminatedExitCode = 9;
 
-/// Waits until every process has ended, as many at a time as the system can wait for.
-void waitForAll(std::span<const HANDLE> processes) {
-    while (!processes.empty()) {
-        const size_t count = std::min<size_t>(processes.size(), MAXIMUM_WAIT_OBJECTS);
-        WaitForMultipleObjects(static_cast<DWORD>(count), processes.data(), TRUE, INFINITE);
-        processes = processes.subspan(count);
-    }
-}
-
 }  // namespace
 
 bool isElevated() {
@@ -61,6 +52,16 @@ Handle launchClient(const std::wstring& parameters) {
     start.nShow = SW_SHOW;
     ShellExecuteExW(&start);
     return Handle(start.hProcess);
+}
+
+bool waitForAll(std::span<const HANDLE> handles) {
+    while (!handles.empty()) {
+        const size_t count = std::min<size_t>(handles.size(), MAXIMUM_WAIT_OBJECTS);
+        if (WaitForMultipleObjects(static_cast<DWORD>(count), handles.data(), TRUE, INFINITE) == WAIT_FAILED)
+            return false;
+        handles = handles.subspan(count);
+    }
+    return true;
 }
 
 void terminateProcesses(std::span<const std::wstring_view> names) {

@@ -95,6 +95,8 @@ class BootstrapperDialog : public Dialog {
     void AnswerPage(int32_t control);
     void OnBrowse();
 
+    /// Ends a run whose next step the engine has refused.
+    void QuitOnFailure(const char* operation, HRESULT hr);
     void OnDetectComplete();
     void OnUninstallDetected();
     int32_t OnError(const ErrorInfo& error);
@@ -105,7 +107,7 @@ class BootstrapperDialog : public Dialog {
     void UpdateProgress(int32_t percent);
     const wchar_t* InstallTitleKey() const;
 
-    void OpenLegalDocument(const std::wstring& type);
+    void OpenLegalDocument(std::wstring_view type);
     void ShowErrorPrompt(const wchar_t* titleKey, const wchar_t* bodyKey);
 
     BootstrapperApplication& app;

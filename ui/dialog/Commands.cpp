@@ -58,7 +58,7 @@ void BootstrapperDialog::OnStartInstall() {
         app.engine()->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", answer == IDOK);
         if (!IsWindow(hwnd)) return;
     }
-    app.engine()->Plan(app.action());
+    QuitOnFailure("Plan", app.engine()->Plan(app.action()));
     ShowProgressPage(titleKey);
 }
 

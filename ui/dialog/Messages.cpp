@@ -3,6 +3,7 @@
 
 #include <commctrl.h>
 
+#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/PageFlow.h"
@@ -27,7 +28,7 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
             return handled();
         case WM_BA_PLAN_COMPLETE:
             // Whatever the status: a plan that failed shows as the failure of applying it.
-            app.engine()->Apply(hwnd);
+            QuitOnFailure("Apply", app.engine()->Apply(hwnd));
             return handled();
         case WM_BA_ERROR:
             return handled(OnError(*reinterpret_cast<const ErrorInfo*>(wparam)));
@@ -75,6 +76,14 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
     }
 }
 
+void BootstrapperDialog::QuitOnFailure(const char* operation, HRESULT hr) {
+    if (SUCCEEDED(hr)) return;
+    // An engine that refuses would call nothing more, and the run would stand still.
+    PDX_LOG(logError, "BootstrapperDialog::QuitOnFailure", "%s failed: %s", operation, describeError(hr));
+    app.UpdateInstallStatus(hr);
+    app.quit(1);
+}
+
 void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey) {
     ReplacePage({.kind = pageProgress, .title = Translate(titleKey)});
 }
@@ -97,10 +106,10 @@ void BootstrapperDialog::OnDetectComplete() {
             break;
         case DetectFlow::update:
             ShowProgressPage(L"installer_download_progress_title");
-            app.engine()->Plan(app.action());
+            QuitOnFailure("Plan", app.engine()->Plan(app.action()));
             break;
         case DetectFlow::plan:
-            app.engine()->Plan(app.action());
+            QuitOnFailure("Plan", app.engine()->Plan(app.action()));
             break;
     }
 }
@@ -124,7 +133,7 @@ void BootstrapperDialog::OnUninstallDetected() {
                    Translate(L"installer_repair_cta"));
     if (answer == IDYES) {
         ShowProgressPage(L"installer_uninstall_initial_progress_title");
-        app.engine()->Plan(app.action());
+        QuitOnFailure("Plan", app.engine()->Plan(app.action()));
     } else if (answer == IDNO) {
         app.requestRepairReload();
     }
@@ -149,7 +158,7 @@ int32_t BootstrapperDialog::OnCacheAcquireComplete(HRESULT status) {
 
 int32_t BootstrapperDialog::OnApplyComplete(HRESULT status, int32_t restart) {
     int32_t answer = 0;
-    if (restart == BOOTSTRAPPER_APPLY_RESTART_REQUIRED || restart == BOOTSTRAPPER_APPLY_RESTART_INITIATED) {
+    if (isRestartWanted(restart)) {
         const int32_t button =
             ShowPrompt(Translate(L"INSTALLER_UNINSTALL_RESTART_REQUIRED_TITLE"),
                        Translate(L"INSTALLER_UNINSTALL_RESTART_REQUIRED_BODY"), iconInformation | buttonsYesNo, IDYES);

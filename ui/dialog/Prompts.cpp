@@ -1,5 +1,6 @@
 // Questions to the user, each with a message loop of its own, so that the sender's callback waits for the answer.
 #include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/rules/PageFlow.h"
 
 namespace pdx {
 

@@ -39,11 +39,12 @@ void UIThreadFunc(BootstrapperApplication& application) {
     PDX_LOG(logInfo, "UIThreadFunc", "Entering UIThreadFunc");
     const Apartment apartment;
     BootstrapperDialog dialog(application);
-    if (const HWND window = dialog.Create({}))
+    if (const HWND window = dialog.Create({})) {
         pumpMessages(window);
-    else
+    } else {
         PDX_LOG(logInfo, "UIThreadFunc", "CreateDialogParam failed: %s",
                 describeError(HRESULT_FROM_WIN32(GetLastError())));
+    }
     PDX_LOG(logInfo, "UIThreadFunc", "Exiting UIThreadFunc");
 }
 

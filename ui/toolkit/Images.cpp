@@ -3,6 +3,7 @@
 #include <wrl/client.h>
 
 #include "config/Resources.h"
+#include "ui/toolkit/Painting.h"
 
 namespace pdx {
 namespace {
@@ -29,6 +30,15 @@ std::unique_ptr<Bitmap> decodePicture(std::span<const std::byte> file) {
 std::unique_ptr<Bitmap> loadImageResource(uint16_t id) { return decodePicture(bytesOf(L"PDX_IMAGE", id)); }
 
 std::unique_ptr<Bitmap> LoadPicture(uint16_t resourceNumber) { return loadImageResource(resourceNumber); }
+
+std::unique_ptr<Bitmap> ScalePicture(const Bitmap& picture, Size size) {
+    auto scaled = std::make_unique<Bitmap>(size);
+    Graphics graphics(*scaled);
+    ApplyQuality(graphics);
+    graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    graphics.DrawImage(picture, {0, 0, size.width, size.height});
+    return graphics.lastStatus() == Gdiplus::Ok ? std::move(scaled) : nullptr;
+}
 
 void loadFontResources() {
     for (const uint16_t number : fontNumbers) {

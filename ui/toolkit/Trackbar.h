@@ -28,6 +28,7 @@ class Trackbar : public Control {
     void PageUp();
     void PageDown();
 
+    using Window::SetPosition;
     // Without a word to the parent.
     void SetRange(int32_t minimum, int32_t maximum);
     void SetPosition(int32_t position);

@@ -53,6 +53,11 @@ constexpr uint32_t errorPromptFlags(uint32_t uiHint) { return (uiHint & ~0xE0u) 
 /// What the connection prompt's button makes of a failed download.
 constexpr int32_t connectionAnswer(int32_t button) { return button == resultOk ? resultRetry : resultCancel; }
 
+/// Whether the user is asked to restart the machine.
+constexpr bool isRestartWanted(int32_t restart) {
+    return restart == BOOTSTRAPPER_APPLY_RESTART_REQUIRED || restart == BOOTSTRAPPER_APPLY_RESTART_INITIATED;
+}
+
 /// The exit code that the dialog gives the engine after applying.
 constexpr uint32_t exitCodeOf(int32_t applyStatus) { return applyStatus < 0 ? 1 : 0; }
 

@@ -18,27 +18,23 @@ enum PageKind : int32_t {
     pagePrompt = 5,
 };
 
-/// Bits of PageState::flags beside the button set (as MessageBox types).
-enum PageFlag : uint32_t {
-    buttonSetMask = 0xF,
-    iconMask = 0xF0,
-    iconError = 0x10,
-    iconInformation = 0x40,
-    thirdSecondary = 0x20000000,
-    secondSecondary = 0x40000000,
-    firstSecondary = 0x80000000,
-};
+// Bits of PageState::flags beside the button set.
+inline constexpr uint32_t buttonSetMask = 0xF;
+inline constexpr uint32_t iconMask = 0xF0;
+inline constexpr uint32_t iconError = 0x10;
+inline constexpr uint32_t iconInformation = 0x40;
+inline constexpr uint32_t thirdSecondary = 0x20000000;
+inline constexpr uint32_t secondSecondary = 0x40000000;
+inline constexpr uint32_t firstSecondary = 0x80000000;
 
-/// The button sets in use, by the number that a message box has for them.
-enum ButtonSet : uint32_t {
-    buttonsOk = 0,
-    buttonsOkCancel = 1,
-    buttonsAbortRetryIgnore = 2,
-    buttonsYesNoCancel = 3,
-    buttonsYesNo = 4,
-    buttonsRetryCancel = 5,
-    buttonsCancelTryContinue = 6,
-};
+// The button sets, by the number that a message box has for them.
+inline constexpr uint32_t buttonsOk = 0;
+inline constexpr uint32_t buttonsOkCancel = 1;
+inline constexpr uint32_t buttonsAbortRetryIgnore = 2;
+inline constexpr uint32_t buttonsYesNoCancel = 3;
+inline constexpr uint32_t buttonsYesNo = 4;
+inline constexpr uint32_t buttonsRetryCancel = 5;
+inline constexpr uint32_t buttonsCancelTryContinue = 6;
 
 /// Progress without a percentage yet.
 inline constexpr int32_t indeterminate = -1;

@@ -1,0 +1,227 @@
+#include "ui/toolkit/rules/Markup.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ui/toolkit/rules/GumboTree.h"
+
+namespace pdx {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+const TextStyle root = {.logFont = {.height = 16, .weight = 400, .quality = 4, .face = L"Face"},
+                        .lineHeight = {LineHeight::pixels, 26}};
+
+std::vector<TextRun> runsOf(std::string_view html) { return walkMarkup(GumboTree(html), root); }
+
+std::string narrow(std::wstring_view text) { return {text.begin(), text.end()}; }
+
+std::string number(const char* format, double value) {
+    char text[40];
+    snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+/// The words between bars, "/" for a line feed, then what differs from the root style.
+std::string described(const TextRun& run) {
+    std::string text = "|";
+    for (const std::wstring& word : run.words) text += (word == lineFeed ? "/" : narrow(word)) + "|";
+    const FontRecord& font = run.style.logFont;
+    if (font.weight != root.logFont.weight) text += " weight=" + std::to_string(font.weight);
+    if (font.italic) text += " italic";
+    if (font.underline) text += " underline";
+    if (font.strikeout) text += " strikeout";
+    if (font.height != root.logFont.height) text += " height=" + std::to_string(font.height);
+    if (font.face != root.logFont.face) text += " face=" + narrow(font.face);
+    char color[20];
+    snprintf(color, sizeof color, " %08X", run.style.color);
+    if (run.style.color != root.color) text += color;
+    if (run.isLink()) text += " href=" + narrow(run.style.href);
+    const LineHeight& line = run.style.lineHeight;
+    if (line != root.lineHeight) text += " line=" + std::to_string(line.kind) + number(":%g", line.value);
+    return text;
+}
+
+std::vector<std::string> describedRuns(std::string_view html) {
+    std::vector<std::string> runs;
+    for (const TextRun& run : runsOf(html)) runs.push_back(described(run));
+    return runs;
+}
+
+TEST(Markup, GivesRunsOfOneStyle) {
+    const struct {
+        const char* html;
+        std::vector<std::string> runs;
+    } cases[] = {
+        {"", {}},
+        {" \t\r\n ", {}},
+        {"<b></b>", {}},
+        {"one  two\n\tthree ", {"|one|two|three|"}},
+        // Each element by itself.
+        {"<A HREF=\"action:go\">x</A>", {"|x| FF6897FD href=action:go"}},
+        {"<A>x</A>", {"|x| FF6897FD"}},
+        {"<B>x</B>", {"|x| weight=700"}},
+        {"<I>x</I>", {"|x| italic"}},
+        {"<STRIKE>x</STRIKE>", {"|x| strikeout"}},
+        {"<U>x</U>", {"|x| underline"}},
+        {"a<BR>b", {"|a|/|", "|b|"}},
+        {"<BR>", {"|/|"}},
+        {"a<BR><BR>b", {"|a|/|", "|/|", "|b|"}},
+        {"<FONT>x</FONT>", {"|x|"}},
+        // Others are as if they were not there, but they cut all the same.
+        {"<SPAN>x</SPAN><P>y<STRONG>z</STRONG></P>", {"|x|", "|y|", "|z|"}},
+        {"x<S>y</S><!-- no word --><nonsense>z</nonsense>", {"|x|", "|y|", "|z|"}},
+        // Tags cut.
+        {"<B>Hello</B> world", {"|Hello| weight=700", "|world|"}},
+        {"A<B>B</B>C", {"|A|", "|B| weight=700", "|C|"}},
+        {"a<!-- -->b", {"|a|b|"}},
+        {"a <B> b <I>c</I> d </B> e", {"|a|", "|b| weight=700", "|c| weight=700 italic", "|d| weight=700", "|e|"}},
+        {"<B>a<BR>b</B>", {"|a|/| weight=700", "|b| weight=700"}},
+        // What is inside changes what it changes and no more.
+        {"<A HREF=x>a<A>b</A>", {"|a| FF6897FD href=x", "|b| FF6897FD"}},
+        {"<A HREF=x><FONT COLOR=#010203>a</FONT></A>", {"|a| FF010203 href=x"}},
+        {"<FONT COLOR=#010203><A HREF=x>a</A>b</FONT>", {"|a| FF6897FD href=x", "|b| FF010203"}},
+        // As a browser reads it: case, quotes, entities, tags that nobody closes or that are closed in a wrong order.
+        {"<b>a<i>b</b>c</i>", {"|a| weight=700", "|b| weight=700 italic", "|c| italic"}},
+        {"<a href='action:go&amp;stay'>x", {"|x| FF6897FD href=action:go&stay"}},
+        {"&lt;b&gt; &amp;amp; &#65;&#x42;", {"|<b>|&amp;|AB|"}},
+        {"a < b > c", {"|a|<|b|>|c|"}},
+        {"a </b> b <b", {"|a|", "|b|"}},
+        {"a<br/>b</br>c", {"|a|/|", "|b|/|", "|c|"}},
+    };
+    for (const auto& row : cases) EXPECT_THAT(describedRuns(row.html), ElementsAreArray(row.runs)) << row.html;
+}
+
+TEST(Markup, ReadsTheAttributesOfFont) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"COLOR=\"#FF0000\"", "|x| FFFF0000"},
+        {"color=\"#0a0B0c\"", "|x| FF0A0B0C"},
+        {"COLOR=\"#F00\"", "|x|"},
+        {"COLOR=\"#FF00000\"", "|x|"},
+        {"COLOR=\"FF00000\"", "|x|"},
+        {"COLOR=\"red\"", "|x|"},
+        {"COLOR=\"\"", "|x|"},
+        {"COLOR=\"#12GG56\"", "|x| FF000012"},
+        {"COLOR=\"#\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\"", "|x| FF000000"},
+        {"ARGB=\"#80FF0000\"", "|x| 80FF0000"},
+        {"ARGB=\"#FF0000\"", "|x|"},
+        {"ARGB=\"80FF00000\"", "|x|"},
+        {"COLOR=\"#010203\" ARGB=\"#80FF0000\"", "|x| FF010203"},
+        {"COLOR=\"#010\" ARGB=\"#80FF0000\"", "|x| 80FF0000"},
+        {"FACE=\"Other Face\"", "|x| face=Other Face"},
+        {"FACE=\"\"", "|x|"},
+        {"FACE=\"1234567890123456789012345678901234567890\"", "|x| face=1234567890123456789012345678901"},
+        {"SIZE=\"24\"", "|x| height=24"},
+        {"SIZE=\" 24px\"", "|x| height=24"},
+        {"SIZE=\"+3\"", "|x| height=3"},
+        {"SIZE=\"-20\"", "|x| height=-20"},
+        {"SIZE=\"\"", "|x|"},
+        {"SIZE=\"large\"", "|x| height=0"},
+        {"SIZE=\"99999999999999\"", "|x| height=268435456"},
+        {"SIZE=\"nan\"", "|x| height=0"},
+        {"LINE-HEIGHT=\"150%\"", "|x| line=1:1.5"},
+        {"LINE-HEIGHT=\"1.5\"", "|x| line=1:1.5"},
+        {"LINE-HEIGHT=\"20px\"", "|x| line=2:20"},
+        {"LINE-HEIGHT=\"20PX\"", "|x| line=2:20"},
+        {"LINE-HEIGHT=\"auto\"", "|x| line=0:0"},
+        {"LINE-HEIGHT=\"AuTo\"", "|x| line=0:0"},
+        {"LINE-HEIGHT=\"tall\"", "|x| line=1:0"},
+        {"LINE-HEIGHT=\"x\"", "|x| line=2:0"},
+        {"LINE-HEIGHT=\"inf\"", "|x| line=1:0"},
+        {"LINE-HEIGHT=\"1e99px\"", "|x| line=2:0"},
+        {"LINE-HEIGHT=\"\"", "|x|"},
+        {"size=16 line-height=19px COLOR=\"#010203\" face=F", "|x| face=F FF010203 line=2:19"},
+    };
+    for (const auto& [attributes, run] : cases)
+        EXPECT_THAT(describedRuns("<FONT " + std::string(attributes) + ">x</FONT>"), ElementsAre(run)) << attributes;
+}
+
+TEST(Markup, KeepsWordsOfAllLanguages) {
+    const auto runs = runsOf("\xE3\x82\xB2 &eacute;&#x1F600; \xF0\x9F\x98\x80");
+    ASSERT_EQ(runs.size(), 1u);
+    EXPECT_THAT(runs[0].words, ElementsAre(L"\x30B2", L"\x00E9\U0001F600", L"\U0001F600"));
+}
+
+TEST(Markup, GivesThePlainWords) {
+    const std::pair<const char*, const wchar_t*> cases[] = {
+        {"", L""},
+        {" <b> </b> ", L""},
+        {"plain  words\n", L"plain words"},
+        {"<B>Hello</B> world", L"Hello world"},
+        {"A<B>B</B>C", L"ABC"},
+        {"see <a href=x>the terms</a>.", L"see the terms."},
+        {"a<BR>b<br><br> c<br>", L"a\r\nb\r\n\r\nc"},
+        {"<br>a", L"a"},
+        {"<p>one</p>\n<p>two<div>three", L"one\r\ntwo\r\nthree"},
+        {"&lt;b&gt; &eacute;<!-- silent --><style>x{}</style>", L"<b> \x00E9"},
+    };
+    for (const auto& [html, words] : cases) EXPECT_EQ(plainText(GumboTree(html)), words) << html;
+}
+
+/// What no parser may give, and what the walk has to bear.
+class NoTree : public MarkupTree {
+  public:
+    [[nodiscard]] Node body() const override { return nullptr; }
+    [[nodiscard]] NodeType type(Node) const override { return NodeType::other; }
+    [[nodiscard]] std::wstring name(Node) const override { return {}; }
+    [[nodiscard]] std::wstring value(Node) const override { return {}; }
+    [[nodiscard]] size_t childCount(Node) const override { return 0; }
+    [[nodiscard]] Node child(Node, size_t) const override { return nullptr; }
+    [[nodiscard]] std::wstring attribute(Node, const char*) const override { return {}; }
+};
+
+TEST(Markup, WithoutABodyHasNoRuns) {
+    EXPECT_THAT(walkMarkup(NoTree(), root), IsEmpty());
+    EXPECT_EQ(plainText(NoTree()), L"");
+}
+
+std::string repeated(std::string_view part, size_t count) {
+    std::string text;
+    for (; count > 0; --count) text += part;
+    return text;
+}
+
+TEST(Markup, OfAnyDepthIsWalked) {
+    for (const char* tag : {"<b>", "<div>", "<font color=#010203>"}) {
+        const auto runs = runsOf("a" + repeated(tag, 10'000) + "b");
+        ASSERT_EQ(runs.size(), 2u) << tag;
+        EXPECT_THAT(runs[1].words, ElementsAre(L"b"));
+    }
+    // Deeper than what can be afforded: what came before is shown.
+    const auto runs = runsOf("first " + repeated("<div>", 200'000) + "last");
+    ASSERT_FALSE(runs.empty());
+    EXPECT_THAT(runs[0].words, ElementsAre(L"first"));
+    EXPECT_EQ(plainText(GumboTree(repeated("<div>", 200'000) + "<frameset>")), L"");
+}
+
+TEST(Markup, OfAnyLengthIsWalkedWhole) {
+    const struct {
+        const char* part;
+        size_t count;
+        const char* last;
+    } cases[] = {
+        {"lorem ipsum dolor ", 60'000, "end"},
+        {"<a href=\"action:go\">one</a> <b>two</b> ", 30'000, "end"},
+        {"word<br>", 125'000, "end"},
+        {"&amp;&eacute;&nosuch; ", 60'000, "end"},
+        {"<", 1'000'000, "end"},
+        {"</b></i>", 100'000, "end"},
+        {"a &lt; b <3 c <- d & e ", 50'000, "end"},
+        {"<b>x</i> ", 5'000, "end"},
+        {"<table><tr><td>x", 3'000, "end"},
+        {"<!-- unclosed </b> ", 1, ""},
+    };
+    for (const auto& row : cases) {
+        const std::wstring words = plainText(GumboTree(repeated(row.part, row.count) + row.last));
+        EXPECT_EQ(words.substr(words.size() - std::min<size_t>(words.size(), strlen(row.last))),
+                  std::wstring(row.last, row.last + strlen(row.last)))
+            << row.part;
+        EXPECT_FALSE(row.count > 1 && runsOf(repeated(row.part, row.count)).empty()) << row.part;
+    }
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,57 @@
+// The links in marked-up text, and the legal documents behind them.
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "config/ConfigMap.h"
+#include "config/Translator.h"
+#include "platform/Paths.h"
+#include "platform/Text.h"
+#include "platform/Url.h"
+#include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/rules/LegalDocument.h"
+
+namespace pdx {
+namespace {
+
+void openWithShell(const std::wstring& target) {
+    ShellExecuteW(nullptr, L"open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+/// A file beside the program that runs.
+std::wstring besideProgram(const std::wstring& name) {
+    const std::wstring program = getProcessFilePath();
+    const size_t slash = program.rfind(L'\\');
+    return slash == std::wstring::npos ? std::wstring() : program.substr(0, slash + 1) + name;
+}
+
+}  // namespace
+
+MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
+    const auto& link = *reinterpret_cast<const LinkNotification*>(notification);
+    if (link.code != linkActivated || (link.idFrom != IDC_TITLE && link.idFrom != IDC_BODY))
+        return unhandled();
+    const std::wstring href = link.href;
+    const HttpUrl url = parseUrl(toUtf8(href));
+    if (equalsIgnoreCase(url.scheme, L"http") || equalsIgnoreCase(url.scheme, L"https")) {
+        openWithShell(href);
+    } else if (equalsIgnoreCase(url.scheme, L"action")) {
+        if (url.path == L"openuseragreement") OpenLegalDocument(userAgreementDocument);
+        if (url.path == L"openprivacypolicy") OpenLegalDocument(privacyDocument);
+    }
+    return unhandled();
+}
+
+void BootstrapperDialog::OpenLegalDocument(std::wstring_view type) {
+    const auto translator = g_translator.get();
+    const std::wstring language = translator ? translator->siteLanguage({}) : L"en";
+    const bool online = app.isThinInstaller() || type == privacyDocument;
+    const std::wstring target = online ? onlineLegalDocument(getConfigWideString("legal.url"), type, language)
+                                       : besideProgram(localLegalDocument(type, language));
+    if (target.empty())
+        ShowErrorPrompt(L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN");
+    else
+        openWithShell(target);
+}
+
+}  // namespace pdx

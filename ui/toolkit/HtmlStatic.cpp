@@ -1,0 +1,155 @@
+// What a marked-up text shows.
+#include "ui/toolkit/HtmlStatic.h"
+
+#include <commctrl.h>
+
+#include "platform/Text.h"
+#include "ui/toolkit/Painting.h"
+#include "ui/toolkit/rules/GumboTree.h"
+#include "ui/toolkit/rules/Markup.h"
+
+namespace pdx {
+namespace {
+
+constexpr int32_t trackWidth = 8;
+constexpr int32_t trackLineSize = 20;
+
+/// The font of a window as a style can change it; nothing when it has none.
+std::optional<FontRecord> fontRecordOf(HWND window) {
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+    LOGFONTW native{};
+    if (GetObjectW(font, sizeof native, &native) != sizeof native) return std::nullopt;
+    return FontRecord{.height = native.lfHeight < 0 ? -native.lfHeight : native.lfHeight,
+                      .weight = native.lfWeight,
+                      .italic = native.lfItalic != 0,
+                      .underline = native.lfUnderline != 0,
+                      .strikeout = native.lfStrikeOut != 0,
+                      .quality = ANTIALIASED_QUALITY,
+                      .face = native.lfFaceName};
+}
+
+LOGFONTW nativeFontRecord(const FontRecord& record) {
+    LOGFONTW native{};
+    native.lfHeight = record.height;
+    native.lfWeight = record.weight;
+    native.lfItalic = record.italic;
+    native.lfUnderline = record.underline;
+    native.lfStrikeOut = record.strikeout;
+    native.lfQuality = record.quality;
+    record.face.copy(native.lfFaceName, LF_FACESIZE - 1);
+    return native;
+}
+
+LineAlignment alignmentOf(DWORD style) {
+    if (style & SS_CENTER) return LineAlignment::centre;
+    return style & SS_RIGHT ? LineAlignment::right : LineAlignment::left;
+}
+
+/// Whether any of a text can show in a window of that height, with room for strokes that leave what was measured.
+bool isInView(const PlacedText& text, int32_t position, int32_t windowHeight) {
+    const float top = text.y - static_cast<float>(position);
+    return top + 2 * text.height >= 0 && top - text.height <= static_cast<float>(windowHeight);
+}
+
+}  // namespace
+
+HtmlStatic::HtmlStatic(HWND window) : Static(window) {
+    SetStyle(GetStyle() | WS_CLIPCHILDREN);
+    const Size client = GetClientSize();
+    scrollTrack->Create({.style = WS_CHILD | TBS_VERT | TBS_NOTICKS,
+                         .x = client.width - trackWidth,
+                         .y = 0,
+                         .width = trackWidth,
+                         .height = client.height,
+                         .parent = hwnd});
+}
+
+MessageResult HtmlStatic::OnSetText(LPARAM markup) {
+    Static::OnSetText(markup);
+    ReplaceRuns({});
+    const GumboTree tree(toUtf8(text));
+    SetAccessibleName(plainText(tree));
+    if (const auto font = fontRecordOf(hwnd))
+        ReplaceRuns(walkMarkup(tree, {.logFont = *font, .lineHeight = defaultLineHeight}));
+    const Size client = GetClientSize();
+    Layout(client.width, client.height);
+    // The first link is the one that the keyboard shows first.
+    const bool canHaveFocus = FocusNextLink() || scrollTrack->IsVisible();
+    SetStyle(canHaveFocus ? GetStyle() | WS_TABSTOP : GetStyle() & ~static_cast<DWORD>(WS_TABSTOP));
+    return handled(1);
+}
+
+void HtmlStatic::ReplaceRuns(std::vector<TextRun> newRuns) {
+    runs = std::move(newRuns);
+    hoveredRun = nullptr;
+    pressedRun = nullptr;
+    focusedRun = runs.size();
+}
+
+std::unique_ptr<Font> HtmlStatic::GetRunFont(const TextRun& run) const {
+    LOGFONTW record = nativeFontRecord(run.style.logFont);
+    const bool focused = HasFocus() && focusedRun < runs.size() && &run == &runs[focusedRun];
+    if (&run == hoveredRun || focused) record.lfUnderline = TRUE;
+    return CreateFontFromLogFont(record);
+}
+
+void HtmlStatic::PlaceRuns(int32_t width) {
+    Graphics graphics(hwnd);
+    ApplyQuality(graphics);
+    const StringFormat format = CreateTextFormat();
+    const float dpi = graphics.GetDpiY();
+    placeRuns(runs, static_cast<float>(width), alignmentOf(GetStyle()), [&](const TextRun& run) {
+        const std::shared_ptr<Font> font = GetRunFont(run);
+        const auto measure = [&graphics, &format, font](std::wstring_view words) {
+            const RectF measured = graphics.MeasureString(words, font.get(), {}, &format);
+            return Extent{measured.width, measured.height};
+        };
+        return RunFont{measure, font->GetHeight(dpi)};
+    });
+}
+
+void HtmlStatic::Layout(int32_t width, int32_t height) {
+    PlaceRuns(width);
+    if (width != GetClientSize().width) return;
+    scrollTrack->Home();
+    const bool fits = boundsOf(runs).height <= static_cast<float>(height);
+    if (!fits) PlaceRuns(width - scrollTrack->GetClientSize().width);
+    scrollTrack->SetRange(0, fits ? 0 : scrollRange(boundsOf(runs).height, height));
+    if (fits) return;
+    scrollTrack->SetLineSize(trackLineSize);
+    scrollTrack->SetPageSize(height);
+}
+
+MessageResult HtmlStatic::OnSize(int32_t width, int32_t height) {
+    const int32_t ownWidth = scrollTrack->GetClientSize().width;
+    scrollTrack->SetPosition({width - ownWidth, 0, width, height}, SWP_NOOWNERZORDER | SWP_NOACTIVATE | SWP_NOZORDER);
+    Layout(width, height);
+    Invalidate();
+    return handled();
+}
+
+MessageResult HtmlStatic::OnMove(int32_t, int32_t) {
+    Invalidate();
+    return handled();
+}
+
+MessageResult HtmlStatic::Draw(Graphics& graphics) {
+    const TrackState track = scrollTrack->GetState();
+    scrollTrack->Show(track.maximum > track.minimum ? SW_SHOW : SW_HIDE);
+    const int32_t windowHeight = GetClientSize().height;
+    const StringFormat format = CreateTextFormat();
+    for (const TextRun& run : runs) {
+        // Fonts are dear, and most of a long text is out of view.
+        std::unique_ptr<Font> font;
+        const Brush brush(run.style.color);
+        for (const PlacedText& placed : run.placed) {
+            if (!isInView(placed, track.position, windowHeight)) continue;
+            if (!font) font = GetRunFont(run);
+            const RectF place = {placed.x, placed.y - static_cast<float>(track.position), 0, 0};
+            graphics.DrawString(placed.text, font.get(), place, &format, &brush);
+        }
+    }
+    return handled();
+}
+
+}  // namespace pdx
