@@ -13,7 +13,7 @@ namespace pdx {
 namespace {
 
 constexpr size_t memoryLimit = 128u << 20;     // bytes; a text of a megabyte takes a tenth of it
-constexpr uint64_t effortLimit = 100'000'000;  // comparisons; about a second
+constexpr uint64_t effortLimit = 200'000'000;  // comparisons; about a second
 
 /// A well-formed tag makes the parser take the text for the content of a body, where no frame set is obeyed: one would
 /// make it throw the body's tree away by recursion, as deep as the tree.

@@ -20,7 +20,7 @@ TEST(GumboTree, IsThatOfABrowser) {
         {"", L"BODY()"},
         {"words <B>in</b> fragments", L"BODY('words 'B('in')' fragments')"},
         {"<x-own>a</x-own><Own2/>b", L"BODY(X-OWN('a')OWN2('b'))"},
-        {"<html><head><title>t</title></head><body bgcolor=red>x</body></html>y", L"BODY('xy')"},
+        {"<html><head><title>t</title></head><body bgcolor=red>x</body></html>y", L"BODY(TITLE()'xy')"},
         {"<!doctype html>x<!-- c --><?p?>", L"BODY('x'--)"},
         {"<ul><li>a<li>b", L"BODY(UL(LI('a')LI('b')))"},
         {"a&amp;b&#xD800;&eacute;&bogus;", L"BODY('a&b\xFFFD\x00E9&bogus;')"},

@@ -74,7 +74,7 @@ TEST(RunLayout, BreaksLines) {
         {"a second run in two lines",
          {run({L"abcd"}), run({L"ef", L"gh"})},
          {{L"abcd", 2, 4}, {L"ef", 54, 4}, {L"gh", 2, 34}}},
-        {"a second run that does not fit", {run({L"abcd"}), run({L"efgh"})}, {{L"abcd", 2, 4}, {L"efgh", 2, 34}}},
+        {"a second run that does not fit", {run({L"abcd"}), run({L"efghi"})}, {{L"abcd", 2, 4}, {L"efghi", 2, 34}}},
         {"a break behind a full line", {run({L"abcdefgh", L"\n"}), run({L"b"})}, {{L"abcdefgh", 2, 4}, {L"b", 2, 34}}},
         // 9 characters and one pixel are the limit: 95 < 96.
         {"a full line", {run({L"abcdefghi"})}, {{L"abcdefghi", 2, 4}}},

@@ -1,0 +1,294 @@
+#include "ui/toolkit/HtmlStatic.h"
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/ui/toolkit/HtmlStaticFixture.h"
+
+namespace pdx {
+namespace {
+
+using namespace testing_support;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr char fourLines[] = "one<br>two<br>three<br><a href=\"action:four\">four</a>";
+
+TEST_F(HtmlStaticTest, KeepsTheMarkupAndPublishesThePlainWords) {
+    const NameListener listener;
+    HtmlProbe& label = makeLabel();
+    const wchar_t markup[] = L"<B>Hello</B> you &amp; me<BR>bye";
+    EXPECT_EQ(SendMessageW(label.GetHandle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(markup)), 1);
+    EXPECT_EQ(label.GetText(), markup);
+    EXPECT_THAT(listener.names(), ElementsAre(std::pair(label.GetHandle(), std::wstring(L"Hello you & me\r\nbye"))));
+    label.OnSetText(0);
+    EXPECT_EQ(label.GetText(), L"");
+    EXPECT_THAT(label.GetRuns(), IsEmpty());
+}
+
+TEST_F(HtmlStaticTest, StartsFromTheWindowsFontAndTheDefaultLineHeight) {
+    HtmlProbe& label = makeLabel();
+    label.SetFont(CreateFontByName(L"no such face", 18, fontBold | fontItalic | fontUnderline | fontStrikeout));
+    const std::wstring face = label.GetFont()->GetFamilyName();
+    label.SetDefaultLineHeight({LineHeight::pixels, 31});
+    label.SetText(L"x");
+    const FontRecord font = {.height = 18,
+                             .weight = 700,
+                             .italic = true,
+                             .underline = true,
+                             .strikeout = true,
+                             .quality = ANTIALIASED_QUALITY,
+                             .face = face};
+    ASSERT_EQ(label.GetRuns().size(), 1u);
+    EXPECT_EQ(label.GetRuns()[0].style, (TextStyle{font, 0xFFFFFFFF, L"", {LineHeight::pixels, 31}}));
+
+    label.SetDefaultLineHeight({});
+    EXPECT_EQ(label.GetRuns()[0].style.lineHeight, (LineHeight{LineHeight::pixels, 31})) << "with the next text";
+    label.SetText(L"x");
+    EXPECT_EQ(label.GetRuns()[0].style.lineHeight, LineHeight{});
+}
+
+TEST_F(HtmlStaticTest, StaysEmptyWithoutAFont) {
+    HtmlProbe& label = makeLabel();
+    label.SetText(L"<a href=x>words</a>");
+    EXPECT_EQ(label.GetRuns().size(), 1u);
+    SendMessageW(label.GetHandle(), WM_SETFONT, 0, 0);
+    const NameListener listener;
+    label.SetText(L"<a href=x>words</a>");
+    EXPECT_THAT(label.GetRuns(), IsEmpty());
+    EXPECT_THAT(listener.names(), ElementsAre(std::pair(label.GetHandle(), std::wstring(L"words"))));
+    EXPECT_EQ(label.GetPreferredSize(), Size{});
+    EXPECT_FALSE(isTabStop(label));
+}
+
+TEST_F(HtmlStaticTest, PlacesRunsOnOneLine) {
+    HtmlProbe& label = makeLabel();
+    label.SetText(L"<B>Hello</B> world");
+    const auto& runs = label.GetRuns();
+    ASSERT_EQ(runs.size(), 2u);
+    EXPECT_EQ(runs[0].style.logFont.weight, 700);
+    EXPECT_EQ(runs[1].style.logFont.weight, 400);
+    ASSERT_EQ(runs[0].placed.size(), 1u);
+    ASSERT_EQ(runs[1].placed.size(), 1u);
+    const PlacedText &hello = runs[0].placed[0], &world = runs[1].placed[0];
+    EXPECT_EQ(hello.x, 2);
+    EXPECT_EQ(hello.y, 4);
+    EXPECT_EQ(world.y, 4);
+    const RectF blank = measured(L" ", 16, fontBold);
+    EXPECT_GT(blank.width, 2);
+    EXPECT_FLOAT_EQ(hello.width, measured(L"Hello", 16, fontBold).width);
+    EXPECT_FLOAT_EQ(world.x, hello.x + hello.width + blank.width + 2) << "a blank and two pixels";
+    EXPECT_FLOAT_EQ(world.width, measured(L"world", 16, fontRegular).width);
+}
+
+TEST_F(HtmlStaticTest, PlacesLinesByTheirHeights) {
+    HtmlProbe& label = makeLabel();
+    label.SetText(L"a<BR>b<BR><FONT LINE-HEIGHT=\"50px\">c<BR></FONT>d");
+    EXPECT_THAT(label.places(),
+                ElementsAre(Place{L"a", 2, 4}, Place{L"b", 2, 30}, Place{L"c", 2, 56}, Place{L"d", 2, 106}));
+    label.SetDefaultLineHeight({});
+    label.SetText(L"a<BR>b");
+    const float fontHeight = CreateFontByName(textFace, 16, fontRegular)->GetHeight(96);
+    EXPECT_EQ(label.places().back().y, 4 + std::floor(fontHeight * 1.2f + 0.5f));
+}
+
+TEST_F(HtmlStaticTest, CutsAWordThatIsTooWideOnBothSides) {
+    HtmlProbe& label = makeLabel();
+    label.SetText(std::wstring(100, L'm'));
+    const PlacedText& word = label.GetRuns().at(0).placed.at(0);
+    EXPECT_LT(word.x, -50);
+    EXPECT_NEAR(word.x + word.width / 2, 100, 1);
+}
+
+TEST_F(HtmlStaticTest, AlignsItsLinesByTheWindowsStyle) {
+    for (const auto& [style, share] : {std::pair(SS_LEFT, 0.0f), {SS_CENTER, 0.5f}, {SS_RIGHT, 1.0f}}) {
+        HtmlProbe& label = makeLabel({0, 0, 200, 100}, static_cast<DWORD>(style));
+        label.SetText(L"some <b>words</b>");
+        const PlacedText &first = label.GetRuns().at(0).placed.at(0), &last = label.GetRuns().at(1).placed.at(0);
+        const float left = style == SS_LEFT ? 2 : first.x;
+        const float right = last.x + last.width;
+        EXPECT_NEAR(left - (share == 0.5f ? 200 - right : left), 0, 2.5) << style;
+        if (share == 1) EXPECT_FLOAT_EQ(right, 200);
+        EXPECT_EQ(first.x == 2, share == 0) << style;
+    }
+}
+
+TEST_F(HtmlStaticTest, PrefersTheSizeOfItsText) {
+    HtmlProbe& label = makeLabel();
+    EXPECT_EQ(label.GetPreferredSize(), Size{});
+    label.SetText(L"one<br>two<br>three");
+    const RectF covered = boundsOf(label.GetRuns());
+    const Size whole = label.GetPreferredSize();
+    EXPECT_EQ(whole,
+              (Size{static_cast<int32_t>(std::ceil(covered.width)), static_cast<int32_t>(std::ceil(covered.height))}));
+    EXPECT_GT(whole.height, 52);
+    label.SetMaxHeight({LineHeight::pixels, 40});
+    EXPECT_EQ(label.GetPreferredSize(), (Size{whole.width, 40}));
+    label.SetMaxHeight({});
+    EXPECT_EQ(label.GetPreferredSize(), whole);
+}
+
+TEST_F(HtmlStaticTest, ATextThatFitsHasNoTrack) {
+    HtmlProbe& label = makeLabel();
+    EXPECT_TRUE(label.GetStyle() & WS_CLIPCHILDREN);
+    const HWND track = label.GetScrollTrack().GetHandle();
+    ASSERT_NE(track, nullptr);
+    EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(track, GWL_STYLE)) & 0x5000FFFF, 0x40000012u);
+    EXPECT_EQ(label.GetChildRect(track), (Rect{192, 0, 200, 100}));
+    label.SetText(L"one<br>two");
+    UpdateWindow(label.GetHandle());
+    EXPECT_FALSE(label.GetScrollTrack().IsVisible());
+    EXPECT_EQ(label.GetScrollTrack().GetState().maximum, 0);
+    EXPECT_EQ(label.OnMouseWheel(-120, 0, 0, 0).handled, false);
+}
+
+TEST_F(HtmlStaticTest, ATallTextGetsATrackBesideIt) {
+    HtmlProbe& label = makeLabel({0, 0, 200, 60}, SS_RIGHT);
+    label.SetMarkup(fourLines);
+    const RectF bounds = boundsOf(label.GetRuns());
+    EXPECT_GT(bounds.height, 60);
+    const TrackState track = label.GetScrollTrack().GetState();
+    EXPECT_EQ(track.minimum, 0);
+    EXPECT_EQ(track.maximum, static_cast<int32_t>(std::ceil(bounds.height - 60)) + 1);
+    EXPECT_EQ(track.pageSize, 60);
+    EXPECT_EQ(label.GetScrollTrack().GetLineSize(), 20);
+    const PlacedText& word = label.GetRuns().at(0).placed.at(0);
+    EXPECT_FLOAT_EQ(word.x + word.width, 192) << "ahead of the track";
+    EXPECT_FALSE(label.GetScrollTrack().IsVisible()) << "shown when painting";
+    UpdateWindow(label.GetHandle());
+    EXPECT_TRUE(label.GetScrollTrack().IsVisible());
+
+    // In a larger window the same text needs none; in a smaller one again.
+    label.SetPosition({0, 0, 150, 200}, SWP_NOZORDER);
+    EXPECT_EQ(label.GetChildRect(label.GetScrollTrack().GetHandle()), (Rect{142, 0, 150, 200}));
+    UpdateWindow(label.GetHandle());
+    EXPECT_FALSE(label.GetScrollTrack().IsVisible());
+    label.SetPosition({0, 0, 150, 50}, SWP_NOZORDER);
+    EXPECT_EQ(label.GetScrollTrack().GetState().pageSize, 50);
+    UpdateWindow(label.GetHandle());
+    EXPECT_TRUE(label.GetScrollTrack().IsVisible());
+}
+
+TEST_F(HtmlStaticTest, ANewTextBeginsAtItsTop) {
+    HtmlProbe& label = makeLabel({0, 0, 200, 60});
+    label.SetMarkup(fourLines);
+    UpdateWindow(label.GetHandle());
+    label.OnKeyDown(VK_END, 1, false, false);
+    EXPECT_GT(label.GetScrollTrack().GetPosition(), 0);
+    label.SetMarkup(fourLines);
+    EXPECT_EQ(label.GetScrollTrack().GetPosition(), 0);
+}
+
+TEST_F(HtmlStaticTest, IsATabStopWithALinkOrATrack) {
+    HtmlProbe& label = makeLabel({0, 0, 200, 60});
+    label.SetText(L"words");
+    EXPECT_FALSE(isTabStop(label));
+    label.SetText(L"<a href=x>words</a>");
+    EXPECT_TRUE(isTabStop(label));
+    label.SetText(L"<a>words</a>");
+    EXPECT_FALSE(isTabStop(label));
+    label.SetText(L"one<br>two<br>three");
+    UpdateWindow(label.GetHandle());
+    ASSERT_TRUE(label.GetScrollTrack().IsVisible());
+    label.SetText(L"one<br>two<br>three<br>four");
+    EXPECT_TRUE(isTabStop(label));
+    label.SetText(L"");
+    UpdateWindow(label.GetHandle());
+    label.SetText(L"");
+    EXPECT_FALSE(isTabStop(label));
+}
+
+TEST_F(HtmlStaticTest, DrawsEachRunInItsColour) {
+    HtmlProbe& label = makeLabel({0, 0, 300, 60});
+    label.SetText(L"<font color=\"#FF0000\">HEH</font> <a href=x>HEH</a> <font argb=\"#8000FF00\">HEH</font> HEH");
+    const Color expected[] = {0xFFFF0000, palette::Blue[8], 0x8000FF00, 0xFFFFFFFF};
+    const Picture picture(label);
+    ASSERT_EQ(label.GetRuns().size(), 4u);
+    for (size_t i = 0; i < 4; ++i) {
+        const RectF place = coveredBy(label.GetRuns()[i]);
+        const Color strongest = picture.strongest(place);
+        EXPECT_NEAR(static_cast<int>(strongest >> 24), static_cast<int>(expected[i] >> 24), 3) << i;
+        for (int shift = 0; shift < 24; shift += 8)
+            EXPECT_NEAR(static_cast<int>(strongest >> shift & 0xFF), static_cast<int>(expected[i] >> shift & 0xFF), 3)
+                << i;
+    }
+    // All that was drawn lies where it was measured.
+    const Box ink = picture.ink();
+    const RectF bounds = boundsOf(label.GetRuns());
+    EXPECT_GE(static_cast<float>(ink.x), bounds.x);
+    EXPECT_LE(static_cast<float>(ink.x + ink.width), bounds.x + bounds.width);
+    EXPECT_GE(static_cast<float>(ink.y), bounds.y);
+    EXPECT_LE(static_cast<float>(ink.y + ink.height), bounds.y + bounds.height);
+}
+
+TEST_F(HtmlStaticTest, DrawsNothingWithoutText) {
+    HtmlProbe& label = makeLabel();
+    const Picture picture(label);
+    EXPECT_EQ(picture.ink().width, 0);
+    EXPECT_EQ(picture.result.handled, true);
+    EXPECT_EQ(picture.result.result, 0);
+}
+
+TEST_F(HtmlStaticTest, DrawsWhatItIsScrolledTo) {
+    HtmlProbe& label = makeLabel({0, 0, 200, 40});
+    label.SetDefaultLineHeight({LineHeight::pixels, 40});
+    label.SetText(
+        L"<font color=\"#FF0000\">HEH<br></font><font color=\"#00FF00\">HEH<br></font><font color=\"#0000FF\">HEH");
+    const auto shown = [&] { return Picture(label).strongest({0, 0, 190, 24}) & 0xFFFFFF; };
+    EXPECT_EQ(shown(), 0xFF0000u);
+    SendMessageW(label.GetScrollTrack().GetHandle(), TBM_SETPOS, TRUE, 40);
+    EXPECT_EQ(shown(), 0x00FF00u);
+    SendMessageW(label.GetScrollTrack().GetHandle(), TBM_SETPOS, TRUE, 80);
+    EXPECT_EQ(label.GetScrollTrack().GetPosition(), label.GetScrollTrack().GetState().maximum) << "not as far";
+    EXPECT_EQ(shown(), 0x0000FFu);
+}
+
+TEST_F(HtmlStaticTest, LaysOutAnewInAnotherWidth) {
+    HtmlProbe& label = makeLabel();
+    label.SetText(L"some words that need more than a line of this width");
+    const size_t lines = label.places().size();
+    EXPECT_GT(lines, 1u);
+    UpdateWindow(label.GetHandle());
+    ValidateRect(label.GetHandle(), nullptr);
+    label.SetPosition({0, 0, 1000, 100}, SWP_NOZORDER);
+    EXPECT_EQ(label.places().size(), 1u);
+    EXPECT_TRUE(GetUpdateRect(label.GetHandle(), nullptr, FALSE));
+    UpdateWindow(label.GetHandle());
+    label.SetPosition({5, 5, 1005, 105}, SWP_NOZORDER | SWP_NOSIZE);
+    EXPECT_TRUE(GetUpdateRect(label.GetHandle(), nullptr, FALSE)) << "another part of the picture lies behind it";
+}
+
+TEST_F(HtmlStaticTest, BearsAnyMarkup) {
+    const auto repeated = [](std::wstring_view part, size_t count) {
+        std::wstring text;
+        for (; count > 0; --count) text += part;
+        return text;
+    };
+    const std::wstring cases[] = {
+        repeated(L"<b>", 10'000) + L"deep",
+        repeated(L"<div>", 200'000) + L"<frameset>",
+        repeated(L"<a href=x>", 10'000) + L"deep",
+        repeated(L"lorem ipsum dolor ", 60'000),
+        repeated(L"&amp;&eacute;&#x1F600; ", 40'000),
+        std::wstring(1'000'000, L'<'),
+        std::wstring(1'000'000, L'm'),
+        L"<font size=99999999999 face=x>huge</font> and <font size=0>none</font> <font size=-3>small</font>",
+        L"<font line-height=\"1e30px\">far<br>away<br></font><font line-height=\"-1e30px\">and<br>back",
+        L"<b <i <a href=\"unclosed",
+        L"lone \xD800 surrogates \xDC00",
+    };
+    for (const std::wstring& markup : cases) {
+        HtmlProbe& label = makeLabel({0, 0, 200, 60});
+        label.SetText(markup);
+        EXPECT_EQ(label.GetText(), markup);
+        const Picture picture(label);
+        EXPECT_TRUE(picture.result.handled) << markup.size();
+        label.OnKeyDown(VK_END, 1, false, false);
+        const Picture end(label);
+        EXPECT_GE(label.GetPreferredSize().height, 0);
+    }
+}
+
+}  // namespace
+}  // namespace pdx
