@@ -17,6 +17,8 @@ class Control : public Window {
     HWND Create(const CreateParams& params) override;
     MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
+    void SetTextColor(Color color);
+
   protected:
     Color textColor = palette::defaultText;
     Color hoverTextColor = palette::defaultText;

@@ -28,6 +28,10 @@ std::unique_ptr<Bitmap> loadImageResource(uint16_t id);
 /// The same, by the name that the dialog uses.
 std::unique_ptr<Bitmap> LoadPicture(uint16_t resourceNumber);
 
+/// A copy of that size for a picture that is painted over and over: stretching takes many times longer than drawing it
+/// as it is. Null when there is no memory for it.
+std::unique_ptr<Bitmap> ScalePicture(const Bitmap& picture, Size size);
+
 /// Adds every font that the library carries to the private faces; a missing one is left out.
 void loadFontResources();
 

@@ -141,5 +141,16 @@ TEST(Fonts, RefuseBytesThatAreNoFont) {
     EXPECT_FALSE(addPrivateFont({}));
 }
 
+TEST(Fonts, TheLibraryCarriesItsTwoFaces) {
+    LoadPrivateFonts();
+    LoadPrivateFonts();
+    for (const wchar_t* face : {textFace, pathFace})
+        for (const int32_t style : std::initializer_list<int32_t>{fontRegular, fontBold}) {
+            const auto font = CreateFontByName(face, 14, style);
+            EXPECT_EQ(font->GetFamilyName(), face);
+            EXPECT_EQ(font->GetStyle(), style);
+        }
+}
+
 }  // namespace
 }  // namespace pdx

@@ -1,6 +1,7 @@
 // Points, sizes and rectangles in pixels, as plain values: the same in a rule and in a window.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 namespace pdx {
@@ -48,6 +49,14 @@ struct RectF {
 
 constexpr Box boxOf(const Rect& rect) { return {rect.left, rect.top, rect.width(), rect.height()}; }
 constexpr Rect edgesOf(const Box& box) { return {box.x, box.y, box.x + box.width, box.y + box.height}; }
+
+/// What two boxes have in common; a size of 0 when that is nothing.
+constexpr Box intersection(const Box& one, const Box& other) {
+    const int32_t left = std::max(one.x, other.x), top = std::max(one.y, other.y);
+    const int32_t right = std::min(one.x + one.width, other.x + other.width);
+    const int32_t bottom = std::min(one.y + one.height, other.y + other.height);
+    return {left, top, std::max(right - left, 0), std::max(bottom - top, 0)};
+}
 
 /// A point on the left or top edge is inside, on the right or bottom edge outside.
 constexpr bool contains(const RectF& rect, float x, float y) {
