@@ -9,7 +9,8 @@ endif()
 target_compile_options(palisade_options INTERFACE
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
 
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g -DNDEBUG")
+# Players download every byte, and nothing here is bound by the processor for long.
+set(CMAKE_CXX_FLAGS_RELEASE "-Os -g -DNDEBUG")
 set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
 
 if(PALISADE_HOST)

@@ -1,8 +1,11 @@
 #include "core/BaseApplication.h"
 
+#include <fmt/format.h>
+#include <fmt/xchar.h>
+
 #include <mutex>
 
-#include "platform/Log.h"
+#include "platform/Text.h"
 
 namespace pdx {
 
@@ -51,7 +54,8 @@ int CBalBaseBootstrapperApplication::sendEmbeddedProgress(DWORD progress, DWORD 
     int result = 0;
     const HRESULT hr = m_pEngine->SendEmbeddedProgress(progress, overall, &result);
     if (SUCCEEDED(hr)) return result;
-    PDX_LOG(logError, "CBalBaseBootstrapperApplication::sendEmbeddedProgress", "Error 0x%08x: %s", hr, failure);
+    m_pEngine->Log(BOOTSTRAPPER_LOG_LEVEL_ERROR,
+                   fmt::format(L"Error 0x{:08x}: {}", static_cast<uint32_t>(hr), toWide(failure)).c_str());
     return -1;
 }
 

@@ -136,11 +136,12 @@ class CBalBaseBootstrapperApplication : public IBootstrapperApplication {
 
   private:
     /// Tells progress to the engine that runs this one embedded. Returns 0, the parent's answer, or -1 when it could
-    /// not be told; the failure is logged with the given text.
+    /// not be told; the failure is logged with the given text, straight to the engine as all
+    /// of this layer's errors are.
     int sendEmbeddedProgress(DWORD progress, DWORD overall, const char* failure);
     int progressAnswer(DWORD progress, DWORD overall, const char* failure);
 
-    mutable Lock m_csCanceled;
+    mutable RecursiveLock m_csCanceled;
     std::atomic<bool> m_fCanceled = false;
     std::atomic<ULONG> m_cReferences = 1;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -166,6 +167,10 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     };
     State state() const;
 
+    /// The clock and the pauses of the wait before a download is retried; tests put their own in the place.
+    virtual std::chrono::milliseconds steadyTime() const;
+    virtual void pauseFor(std::chrono::milliseconds time) const;
+
   private:
     using Json = nlohmann::json;
 
@@ -176,7 +181,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
 
     // OnStartup's steps.
     static unsigned __stdcall runUi(void* application);
-    void startUiThread();
+    /// Whether there is a dialog: without one a run cannot go on.
+    bool startUiThread();
     void stopUiThread();
     HRESULT failStartup(ProgramError code);
     bool takeInstallerMutex();
@@ -229,7 +235,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     bool m_executing = false;
     std::vector<FileHandle> m_lockedFiles;
 
-    /// Guards the four fields below; held across no message, wait or engine call, and so across no log line.
+    /// Guards the three fields below; held across no message, wait or engine call, and so across no log line.
     mutable Lock m_stateLock;
     int32_t m_lastOperation = operationNone;
     Json m_context = Json::object();

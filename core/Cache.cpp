@@ -10,17 +10,16 @@
 #include "platform/Log.h"
 
 namespace pdx {
-namespace {
 
 using Base = CBalBaseBootstrapperApplication;
 
-std::chrono::milliseconds steadyNow() {
+std::chrono::milliseconds BootstrapperApplication::steadyTime() const {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch());
 }
 
-void sleepFor(std::chrono::milliseconds time) { Sleep(static_cast<DWORD>(time.count())); }
-
-}  // namespace
+void BootstrapperApplication::pauseFor(std::chrono::milliseconds time) const {
+    Sleep(static_cast<DWORD>(time.count()));
+}
 
 int BootstrapperApplication::OnCacheBegin() {
     PDX_LOG(logTrace, "BootstrapperApplication::OnCacheBegin", "Entering OnCacheBegin");
@@ -86,12 +85,15 @@ int BootstrapperApplication::OnCacheAcquireComplete(LPCWSTR wzPackageOrContainer
     const bool failedDownload = m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD && FAILED(hrStatus) &&
                                 !isDownloadCancelled(isCanceled(), hrStatus);
     if (failedDownload) {
+        logBriskError(contextStatus(hrStatus), describeError(hrStatus));
         const DownloadFailure failure = afterDownloadFailure(m_downloadRetries);
         m_downloadRetries = failure.failures;
         if (failure.retry) {
             PDX_LOG(logInfo, "BootstrapperApplication::OnCacheAcquireComplete", "Waiting %llds before auto retry",
                     failure.waitSeconds);
-            waitBeforeRetry(failure.waitSeconds, steadyNow, sleepFor, [this] { return isCanceled(); });
+            waitBeforeRetry(
+                failure.waitSeconds, [this] { return steadyTime(); }, [this](auto time) { pauseFor(time); },
+                [this] { return isCanceled(); });
             return isCanceled() ? static_cast<int>(IDCANCEL) : static_cast<int>(resultRetry);
         }
     }
@@ -116,6 +118,8 @@ int BootstrapperApplication::OnCacheVerifyComplete(LPCWSTR wzPackageOrContainerI
                                                 {"stat", contextStatus(hrStatus)},
                                                 {"reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
+    if (FAILED(hrStatus) && m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD)
+        logBriskError(contextStatus(hrStatus), describeError(hrStatus));
     return Base::OnCacheVerifyComplete(wzPackageOrContainerId, wzPayloadId, hrStatus, nRecommendation);
 }
 

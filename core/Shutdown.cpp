@@ -10,11 +10,11 @@
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
 
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
 constexpr const wchar_t* runKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 /// After a reload the engine's next object finds this one's process-wide services, so the library must not be unmapped

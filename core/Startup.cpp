@@ -1,17 +1,17 @@
 // What a start decides before anything is detected, and the UI thread's life.
 #include "config/ConfigMap.h"
 #include "core/BootstrapperApplication.h"
+#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
 
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
-constexpr const wchar_t* olderClientKey = L"Software\\Bastion";
 constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
 constexpr const wchar_t* installerMutexName = L"Global\\Palisade_Desktop_Installer";
 
@@ -38,7 +38,10 @@ HRESULT BootstrapperApplication::OnStartup() {
     m_reportFiles.push_back(GetEngineVariable(L"WixBundleLog", false));
     m_reportFiles.push_back(getLogFilePath(L"PalisadeBackgroundService.log"));
 
-    startUiThread();
+    if (!startUiThread()) {
+        UpdateInstallStatus(E_FAIL);
+        return E_FAIL;
+    }
 
     const OsInfo system = systemVersion();
     if (!isSystemAccepted({isSystem64Bit(), system.major, system.minor},
@@ -76,16 +79,23 @@ void BootstrapperApplication::takeStartupStep(StartupStep step) {
         case StartupStep::promptAlreadyInstalled:
             promptAlreadyInstalled();
             break;
-        default:
+        case StartupStep::detect:
             m_engine->Detect(m_dialogWindow);
+            break;
+        // Nothing asks for these two yet: the facts that lead to them are never set.
+        case StartupStep::launchClientFromDisc:
+        case StartupStep::promptOlderClient:
             break;
     }
 }
 
 void BootstrapperApplication::promptAlreadyInstalled() {
-    const int answer = isCanceled() ? 0 : sendAppMessage(WM_BA_PROMPT_ALREADY_INSTALLED);
-    if (answer == 1) launchClient(L"/checkForUpdate");
-    if (answer == 2) requestRepairReload();
+    const int answer = sendAppMessage(WM_BA_PROMPT_ALREADY_INSTALLED);
+    // A cancelled run, whose answer is the number that asks for a repair, only ends.
+    if (!isCanceled()) {
+        if (answer == 1) launchClient(L"/checkForUpdate");
+        if (answer == 2) requestRepairReload();
+    }
     // Asked twice after a repair, which is harmless.
     quit(0);
 }
@@ -114,8 +124,15 @@ unsigned __stdcall BootstrapperApplication::runUi(void* argument) {
     return 0;
 }
 
-void BootstrapperApplication::startUiThread() {
-    if (m_uiThread.id() == 0 && m_uiThread.start(runUi, this)) WaitForSingleObject(m_dialogReady.get(), INFINITE);
+bool BootstrapperApplication::startUiThread() {
+    if (m_uiThread.id() != 0) return true;
+    if (m_uiThread.start(runUi, this))
+        WaitForSingleObject(m_dialogReady.get(), INFINITE);
+    else
+        PDX_LOG(logError, "BootstrapperApplication::startUiThread", "Failed to start the UI thread: %s",
+                describeError(HRESULT_FROM_WIN32(GetLastError())));
+    // Without the dialog nobody would ever plan, apply or quit.
+    return m_dialogWindow != nullptr;
 }
 
 void BootstrapperApplication::stopUiThread() {

@@ -30,7 +30,9 @@ class EngineLog:
         return [text for _, _, row, text in self.rows if row == number]
 
     def raw_library_lines(self) -> list[str]:
-        return [text for text in self.numbered("000") if text.startswith("PDXBA")]
+        """All lines that are given to the engine: those of number 000 that the engine does not write itself."""
+        own = re.compile(r"(Initializing|Setting|Unsetting) |Registry key not found|Registry value not found|Caching bundle|Condition ")
+        return [text for text in self.numbered("000") if not own.match(text)]
 
     def library_lines(self) -> list[LibraryLine]:
         """The library's lines that have the exact format, in order."""

@@ -28,7 +28,7 @@ def perform(name: str, show: bool = False) -> dict:
                                        stdout=output, stderr=subprocess.STDOUT)
             try:
                 process.wait(timeout=BOUND)
-                ending = f"its process ended with {process.returncode} and left no result"
+                ending = f"its process ended with {process.returncode}"
             except subprocess.TimeoutExpired:
                 ending = f"still running after {BOUND} s"
             finally:
@@ -39,7 +39,11 @@ def perform(name: str, show: bool = False) -> dict:
         tail = "\n".join(last.read_text("utf-8", "replace").splitlines()[-20:])
         write_result(out, name, None, time.monotonic() - started,
                      [{"name": "the scenario runs to its end", "ok": False, "detail": f"{ending}\n{tail}"}])
-    return json.loads((out / "result.json").read_text("utf-8"))
+    result = json.loads((out / "result.json").read_text("utf-8"))
+    if process.returncode != (0 if held(result) else 1):
+        result["checks"].append({"name": "the scenario cleans up", "ok": False, "detail": ending})
+        write_result(out, name, result["exit_code"], result["seconds"], result["checks"])
+    return result
 
 
 def held(result: dict) -> bool:

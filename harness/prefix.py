@@ -41,13 +41,15 @@ class Prefix:
         return subprocess.Popen(["wine", str(program), *arguments], env=environment, stdin=subprocess.DEVNULL,
                                 **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options)
 
-    def run(self, program: str | Path, *arguments: str, bound: float = 60) -> None:
-        """Runs a program to its end."""
+    def run(self, program: str | Path, *arguments: str, bound: float = 60, check: bool = False) -> None:
+        """Runs a program to its end, which with `check` has to be a good one."""
         process = self.start(program, *arguments)
         try:
-            process.wait(timeout=bound)
+            code = process.wait(timeout=bound)
         finally:
             process.kill()
+        if check and code:
+            raise RuntimeError(f"{program} {' '.join(arguments)} ended with {code}")
 
     def registry_values(self, key: str, view: int = 64) -> dict[str, str]:
         """The values of a key that are texts or DWORDs, the latter as "0x00000001"; the default value's name is empty.
@@ -72,7 +74,7 @@ class Prefix:
             return Path(target.name).read_bytes().decode("utf-16").replace("\r\n", "\n")
 
     def set_registry(self, key: str, name: str, value: str, view: int = 64) -> None:
-        self.run("reg", "add", key, "/v", name, "/d", value, "/f", f"/reg:{view}")
+        self.run("reg", "add", key, "/v", name, "/d", value, "/f", f"/reg:{view}", check=True)
 
     def restart(self) -> None:
         """Shuts the prefix down in order; the next process starts its server anew, which then reads the machine's
@@ -99,7 +101,7 @@ def prepare(display: str) -> None:
         unfinished = PREPARED.with_suffix(".new")
         shutil.rmtree(unfinished, ignore_errors=True)
         prefix = Prefix(unfinished, display)
-        prefix.run("wineboot", "--init", bound=300)
+        prefix.run("wineboot", "--init", bound=300, check=True)
         prefix.set_registry("HKCU\\Software\\Wine", "Version", "win10")
         subprocess.run(["wineserver", "-w"], env=prefix.environment, timeout=120)
         unfinished.rename(PREPARED)

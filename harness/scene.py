@@ -47,6 +47,13 @@ class EngineRun:
     def exit_code(self) -> int | None:
         return self.log.exit_code
 
+    @property
+    def process_code(self) -> int | None:
+        return self._process.returncode
+
+    def keep_so_far(self) -> str:
+        return f"a run's log ends:\n{self._keep_log().tail()}" if self._log_file() else "a run has made no log yet"
+
     def _log_file(self) -> Path | None:
         return min(self._scene.engine_logs() - self._logs_before, default=None)
 
@@ -61,6 +68,7 @@ class Scene:
         self.prefix, self.out = prefix, out
         self.checks: list[dict] = []
         self.main_run: EngineRun | None = None
+        self._runs: list[EngineRun] = []
         self.path(facts.EXCHANGE).mkdir()
         self.path(TEMP).mkdir(parents=True, exist_ok=True)
         bundle.make(self.path(SETUP), LIBRARY, PACKAGE, {"PDXTEST_SCRIPT": SCRIPT})
@@ -143,6 +151,7 @@ class Scene:
         """Starts a bundle; its log is kept as out/<scenario>/<log>.log. The run whose log is "engine" is the one that
         the scenario's exit code is taken from."""
         run = EngineRun(self, self.prefix.start(program, *arguments, **options), log, self.engine_logs())
+        self._runs.append(run)
         if log == "engine":
             self.main_run = run
         return run
@@ -154,7 +163,7 @@ class Scene:
         deadline = time.monotonic() + bound
         while not condition():
             if time.monotonic() > deadline:
-                raise Hang(f"{what} did not come within {bound:.0f} s")
+                raise Hang(f"{what} did not come within {bound:.0f} s\n" + self.keep_unfinished())
             time.sleep(0.05)
 
     # Checks
@@ -170,6 +179,12 @@ class Scene:
         found = run.exit_code
         self.check(f"{whose} ends with 0x{wanted:x}", found == wanted,
                    "no exit code in the log" if found is None else f"0x{found:x}")
+        # The shell sees the low byte only; a crash behind the log's last line shows here alone.
+        self.check_equal(f"and its process with 0x{wanted & 0xff:x}", run.process_code, wanted & 0xff)
+
+    def keep_unfinished(self) -> str:
+        """Keeps the logs of runs that have not ended; gives their last lines."""
+        return "\n".join(run.keep_so_far() for run in self._runs if run.log is None)
 
     def keep_evidence(self) -> None:
         """After a failure: a picture of the display, and the logs of the temporary folder that are not kept already."""

@@ -23,7 +23,9 @@ def load(name: str) -> dict:
 
 def write_result(out: Path, name: str, exit_code: int | None, seconds: float, checks: list[dict]) -> None:
     result = {"scenario": name, "exit_code": exit_code, "seconds": round(seconds, 1), "checks": checks}
-    (out / "result.json").write_text(json.dumps(result, indent=2, ensure_ascii=False) + "\n", "utf-8")
+    unfinished = out / "result.json.new"
+    unfinished.write_text(json.dumps(result, indent=2, ensure_ascii=False) + "\n", "utf-8")
+    unfinished.rename(out / "result.json")
 
 
 def play(name: str, out: Path) -> bool:
@@ -38,6 +40,7 @@ def play(name: str, out: Path) -> bool:
             scene.check("the scenario runs to its end", False, traceback.format_exc())
         held = all(check["ok"] for check in scene.checks)
         if not held:
+            scene.keep_unfinished()
             scene.keep_evidence()
         log = scene.main_run.log if scene.main_run else None
         write_result(out, name, log.exit_code if log else None, time.monotonic() - started, scene.checks)

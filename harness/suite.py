@@ -3,10 +3,12 @@ import os
 import re
 import subprocess
 import sys
+import traceback
 from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 
 from harness import stage
+from harness.artefact import checks
 from harness.build import build
 from harness.display import virtual_display
 from harness.perform import held, perform, tell
@@ -45,6 +47,22 @@ def run_tests(title: str, command: list[str], display: str = "") -> tuple[int, i
     return passed, len(failures) + broken
 
 
+def run_artefact() -> tuple[int, int]:
+    """The shipped library as a file."""
+    found = checks()
+    print("\n" + "\n".join(f"  {'✓' if ok else '✗'} the library {name}" for name, ok in found.items()), flush=True)
+    return sum(found.values()), len(found) - sum(found.values())
+
+
+def guarded(job) -> tuple[int, int]:
+    """A job that breaks is one more failure, and the others go on."""
+    try:
+        return job()
+    except Exception:
+        print(f"\na job broke:\n{traceback.format_exc()}", flush=True)
+        return 0, 1
+
+
 def run_scenario(name: str) -> tuple[int, int]:
     result = perform(name)
     tell(result, summary(name))
@@ -56,14 +74,35 @@ def run_windows_tests() -> tuple[int, int]:
         return run_tests("windows", sandboxed([sys.executable, "-m", "harness.wine_tests"]), display)
 
 
+def run_lifecycle() -> tuple[int, int]:
+    """The shipped library loaded, run and freed a hundred times; counts as one case."""
+    log = OUT / "tests/lifecycle.log"
+    log.parent.mkdir(parents=True, exist_ok=True)
+    with virtual_display() as display, log.open("wb") as output:
+        try:
+            code = subprocess.run(sandboxed([sys.executable, "-m", "harness.lifecycle"]), cwd=ROOT,
+                                  env=os.environ | {"DISPLAY": display}, stdout=output, stderr=subprocess.STDOUT,
+                                  timeout=BOUND).returncode
+        except subprocess.TimeoutExpired:
+            code = -1
+    lines = log.read_text("utf-8", "replace").splitlines()
+    print("\nlifecycle: " + ("held" if code == 0 else "failed\n" + "\n".join(lines[-20:])) + ", see out/tests/lifecycle.log")
+    sys.stdout.flush()
+    return (1, 0) if code == 0 else (0, 1)
+
+
 def main() -> int:
-    build("release", "host", "checked")
+    try:
+        build("release", "host", "checked")
+    except SystemExit:
+        print("\n0 passed, 1 failed")
+        raise
     with virtual_display() as display:
         prepare(display)
     counts = [run_tests("host", [str(HOST_TESTS)])]
-    jobs = [run_windows_tests, *(partial(run_scenario, name) for name in stage.names())]
+    jobs = [run_artefact, run_windows_tests, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
     with ThreadPoolExecutor(2) as pool:
-        counts += pool.map(lambda job: job(), jobs)
+        counts += pool.map(guarded, jobs)
     passed, failed = (sum(column) for column in zip(*counts))
     print(f"\n{passed} passed, {failed} failed")
     return 1 if failed or not passed else 0

@@ -1,9 +1,15 @@
-// Owning pointer of a COM object.
+// Owning types for what COM hands out: a reference on an object, and a text.
 #pragma once
 
+#include <windows.h>
+
+#include <oleauto.h>
 #include <unknwn.h>
 
+#include <string_view>
 #include <utility>
+
+#include "platform/Handles.h"
 
 namespace pdx {
 
@@ -44,6 +50,26 @@ class ComPtr {
 
   private:
     Interface* object = nullptr;
+};
+
+struct BstrTraits {
+    using Value = BSTR;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { SysFreeString(value); }
+};
+
+/// A text as COM passes it. Null counts as empty, as everywhere in COM.
+class Bstr : public UniqueHandle<BstrTraits> {
+  public:
+    // A pointer is never adopted: it could not be told from an ordinary text.
+    Bstr() noexcept = default;
+    /// A copy of the text; null if there is no memory for it.
+    explicit Bstr(std::wstring_view text)
+        : UniqueHandle<BstrTraits>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+
+    [[nodiscard]] std::wstring_view view() const noexcept {
+        return get() ? std::wstring_view(get(), SysStringLen(get())) : std::wstring_view();
+    }
 };
 
 }  // namespace pdx

@@ -20,4 +20,18 @@ class Lock {
     SRWLOCK slim = SRWLOCK_INIT;
 };
 
+/// The same for a thread that may come back to it, as a thread does that shows a message box while it holds it.
+class RecursiveLock {
+  public:
+    RecursiveLock() noexcept { InitializeCriticalSection(&section); }
+    ~RecursiveLock() { DeleteCriticalSection(&section); }
+    RecursiveLock(const RecursiveLock&) = delete;
+    RecursiveLock& operator=(const RecursiveLock&) = delete;
+    void lock() noexcept { EnterCriticalSection(&section); }
+    void unlock() noexcept { LeaveCriticalSection(&section); }
+
+  private:
+    CRITICAL_SECTION section;
+};
+
 }  // namespace pdx

@@ -8,21 +8,13 @@
 
 #include "platform/Log.h"
 #include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 
 namespace pdx {
 namespace {
 
 constexpr UINT terminatedExitCode = 9;
-
-/// Waits until every process has ended, as many at a time as the system can wait for.
-void waitForAll(std::span<const HANDLE> processes) {
-    while (!processes.empty()) {
-        const size_t count = std::min<size_t>(processes.size(), MAXIMUM_WAIT_OBJECTS);
-        WaitForMultipleObjects(static_cast<DWORD>(count), processes.data(), TRUE, INFINITE);
-        processes = processes.subspan(count);
-    }
-}
 
 }  // namespace
 
@@ -45,8 +37,7 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
 }
 
 Handle launchClient(const std::wstring& parameters) {
-    const RegistryKey product =
-        RegistryKey::localMachine(view64).openSubKey(L"Software\\Corvane Works\\Palisade Desktop", false);
+    const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const std::wstring folder = toText(product.getValue(L"InstallLocation"));
     const std::wstring program = toText(product.getValue(L"LauncherAppPath"));
     // The empty name would open a folder's window.
@@ -63,6 +54,16 @@ Handle launchClient(const std::wstring& parameters) {
     return Handle(start.hProcess);
 }
 
+bool waitForAll(std::span<const HANDLE> handles) {
+    while (!handles.empty()) {
+        const size_t count = std::min<size_t>(handles.size(), MAXIMUM_WAIT_OBJECTS);
+        if (WaitForMultipleObjects(static_cast<DWORD>(count), handles.data(), TRUE, INFINITE) == WAIT_FAILED)
+            return false;
+        handles = handles.subspan(count);
+    }
+    return true;
+}
+
 void terminateProcesses(std::span<const std::wstring_view> names) {
     std::set<std::wstring> wanted;
     for (const std::wstring_view name : names) wanted.insert(toLower(std::wstring(name)));
@@ -74,7 +75,8 @@ void terminateProcesses(std::span<const std::wstring_view> names) {
         Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, entry.th32ProcessID));
         if (!process) continue;
         PDX_LOG(logInfo, "terminateProcesses", "Terminating %ls", entry.szExeFile);
-        TerminateProcess(process.get(), terminatedExitCode);
+        // What refuses to end is not waited for.
+        if (!TerminateProcess(process.get(), terminatedExitCode)) continue;
         // The right to end a process is not the right to wait for it; the first handle keeps the id from being reused.
         Handle waitable(OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID));
         if (waitable) ending.push_back(waitable.get());

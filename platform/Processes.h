@@ -38,4 +38,8 @@ Handle launchClient(const std::wstring& parameters);
 /// opened is left running.
 void terminateProcesses(std::span<const std::wstring_view> names);
 
+/// Waits until all of the handles are signalled, however many there are; false at once for one that cannot be waited
+/// for.
+bool waitForAll(std::span<const HANDLE> handles);
+
 }  // namespace pdx

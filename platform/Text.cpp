@@ -5,6 +5,11 @@
 namespace pdx {
 
 void assignUtf8(std::string& target, std::wstring_view text) {
+    // Nearly every line of a log is plain, and then each unit is its own byte.
+    target.resize(text.size());
+    size_t plain = 0;
+    for (; plain < text.size() && text[plain] < 0x80; ++plain) target[plain] = static_cast<char>(text[plain]);
+    if (plain == text.size()) return;
     // No UTF-16 unit takes more than three bytes, so one call always fits.
     target.resize(text.size() * 3);
     const int written = text.empty()

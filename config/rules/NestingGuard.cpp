@@ -240,8 +240,12 @@ void NestingScanner::takeScalar(char next) {
         return;
     }
     // Behind "1x" in an array the parser takes the "x" for the array's end.
-    if (levels.back().opener == '[' && !ScalarMatcher(scalar).matches()) place = Place::lost;
-    place == Place::lost ? takeLost(next) : takeValueEnd(next);
+    if (levels.back().opener == '[' && !ScalarMatcher(scalar).matches()) {
+        place = Place::lost;
+        takeLost(next);
+    } else {
+        takeValueEnd(next);
+    }
 }
 
 void NestingScanner::takeValueEnd(char next) {

@@ -22,7 +22,8 @@ struct MsiCommand {
 };
 
 /// Recognises a command by its prefix at the text's start, whatever the message's kind. The name ends at the first "="
-/// behind the prefix, the value is all behind it: "PDX_SET_VARIABLE:A=B=C" sets A to "B=C".
+/// behind the prefix, the value is all behind it: "PDX_SET_VARIABLE:A=B=C" sets A to "B=C". The value thus reaches to
+/// the text's end, and where the text ends in a zero so does the value.
 MsiCommand parseMsiCommand(std::wstring_view text);
 
 /// Whole texts by which the package tells of the older client's removal.

@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 #include <fmt/xchar.h>
 
-#include <cwchar>
-
 namespace pdx {
 
 std::wstring packageLogVariable(std::wstring_view packageId, bool forward) {
@@ -16,8 +14,14 @@ std::optional<std::wstring> reportFileStem(std::wstring_view logPath) {
     return std::wstring(logPath.substr(0, logPath.rfind(L".log")));
 }
 
-uint32_t parseDecimal(const std::wstring& text) {
-    return static_cast<uint32_t>(std::wcstoul(text.c_str(), nullptr, 10));
+uint32_t parseDecimal(std::wstring_view text) {
+    uint64_t number = 0;
+    for (const wchar_t letter : text) {
+        if (letter < L'0' || letter > L'9') return 0;
+        number = number * 10 + static_cast<uint64_t>(letter - L'0');
+        if (number > UINT32_MAX) return 0;
+    }
+    return static_cast<uint32_t>(number);
 }
 
 }  // namespace pdx

@@ -15,7 +15,7 @@ std::wstring packageLogVariable(std::wstring_view packageId, bool forward);
 /// begins so. The cut is at the last ".log"; nothing for a path of fewer than five characters.
 std::optional<std::wstring> reportFileStem(std::wstring_view logPath);
 
-/// The decimal number at a text's start; 0 if there is none.
-uint32_t parseDecimal(const std::wstring& text);
+/// A text of decimal digits as a number; 0 for any other text and for a number of more than 32 bits.
+uint32_t parseDecimal(std::wstring_view text);
 
 }  // namespace pdx

@@ -73,6 +73,4 @@ int32_t RetrySupport::end(RetryKind kind, std::wstring_view package, std::wstrin
     return again ? resultRetry : resultNone;
 }
 
-void RetrySupport::clear() { entries = {}; }
-
 }  // namespace pdx

@@ -26,8 +26,6 @@ class RetrySupport {
     void errorOccurred(std::wstring_view package, uint32_t code);
     /// IDRETRY if the package is to be tried again, else 0; an empty package clears the kind.
     int32_t end(RetryKind kind, std::wstring_view package, std::wstring_view payload, int32_t status);
-    /// Forgets both kinds.
-    void clear();
 
   private:
     struct Entry {

@@ -51,7 +51,7 @@ RoundPlan planOf(RoundKind kind) {
             package.state = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
             break;
         case RoundKind::download:
-            package.payloads.front().download = true;
+            package.payloads.front().source = PayloadSource::download;
             plan.script.parallelCache = true;
             break;
         case RoundKind::packageFails:

@@ -34,14 +34,13 @@ void EngineRun::apply() {
 }
 
 HRESULT EngineRun::applyPlan(BOOTSTRAPPER_APPLY_RESTART& restart) {
-    HRESULT hr = check<&App::OnApplyBegin>("OnApplyBegin", {});
-    if (FAILED(hr)) return hr;
     const auto phases = static_cast<DWORD>((packagesToCache() > 0) + !planned.empty());
     ask<&App::OnApplyPhaseCount>("OnApplyPhaseCount", {}, phases);
+    HRESULT hr = check<&App::OnApplyBegin>("OnApplyBegin", {});
     for (const auto& error : script.applyErrors) {
-        if (hr = raise(error, {}); FAILED(hr)) return hr;
+        if (SUCCEEDED(hr)) hr = raise(error, {});
     }
-    if (!planReady) return S_OK;
+    if (FAILED(hr) || !planBegun) return hr;
     if (hr = elevate(); FAILED(hr)) return hr;
 
     hr = check<&App::OnRegisterBegin>("OnRegisterBegin", {});
@@ -56,11 +55,13 @@ HRESULT EngineRun::applyPlan(BOOTSTRAPPER_APPLY_RESTART& restart) {
 }
 
 HRESULT EngineRun::elevate() {
+    if (elevated) return S_OK;
     HRESULT hr = check<&App::OnElevate>("OnElevate", {});
     if (FAILED(hr)) return hr;
     for (size_t attempt = 0;; ++attempt) {
         hr = resultOf(script.elevate, attempt);
-        if (SUCCEEDED(hr)) return hr;
+        elevated = SUCCEEDED(hr);
+        if (elevated) return hr;
         const ScriptedError error{.type = BOOTSTRAPPER_ERROR_TYPE_ELEVATE,
                                   .code = static_cast<DWORD>(HRESULT_CODE(hr)),
                                   .text = L"elevation refused",
@@ -85,13 +86,9 @@ DWORD EngineRun::packagesToCache() const {
 }
 
 /// Each package counts once for being cached and once for being executed.
-DWORD EngineRun::overallPercent(DWORD packagePercent) const {
-    const auto steps = packagesToCache() + static_cast<DWORD>(planned.size());
-    return ((packagesCached + packagesExecuted) * 100 + packagePercent) / steps;
-}
-
 HRESULT EngineRun::overallProgress() {
-    const DWORD percent = overallPercent(0);
+    const auto steps = static_cast<int>(packagesToCache() + planned.size());
+    const auto percent = static_cast<DWORD>(std::max(0, packagesCached + packagesExecuted) * 100 / steps);
     return check<&App::OnProgress>("OnProgress", {}, percent, percent);
 }
 
@@ -128,10 +125,8 @@ HRESULT EngineRun::cachePackages() {
     for (auto& entry : planned) {
         if (FAILED(hr)) return hr;
         if (!entry.isCached()) continue;
-        if (hr = cachePackage(entry); FAILED(hr)) return hr;
-        ++packagesCached;
-        hr = overallProgress();
-        SetEvent(entry.cached.get());
+        hr = cachePackage(entry);
+        if (SUCCEEDED(hr)) SetEvent(entry.cached.get());
     }
     return hr;
 }
@@ -146,6 +141,10 @@ HRESULT EngineRun::cachePackage(PlannedPackage& entry) {
                                                       static_cast<DWORD>(package.payloads.size()), total);
         for (const auto& payload : package.payloads) {
             if (SUCCEEDED(hr)) hr = cachePayload(package, payload);
+        }
+        if (SUCCEEDED(hr)) {
+            ++packagesCached;
+            hr = overallProgress();
         }
         const int recommendation = FAILED(hr) && !package.vital ? IDIGNORE : noAction;
         const int answer =
@@ -162,60 +161,69 @@ HRESULT EngineRun::cachePackage(PlannedPackage& entry) {
 HRESULT EngineRun::cachePayload(const ScriptedPackage& package, const ScriptedPayload& payload) {
     const auto* id = package.id.c_str();
     const auto* payloadId = payload.id.c_str();
-    bool acquired = false;
+    bool acquired = payload.source == PayloadSource::attached;
     for (size_t acquireAttempt = 0, verifyAttempt = 0;; ++verifyAttempt) {
         if (!acquired) {
             if (const HRESULT hr = acquire(package, payload, acquireAttempt); FAILED(hr)) return hr;
             acquired = true;
         }
         HRESULT hr = check<&App::OnCacheVerifyBegin>("OnCacheVerifyBegin", package.id, id, payloadId);
-        if (SUCCEEDED(hr)) hr = resultOf(payload.verify, verifyAttempt);
+        if (FAILED(hr)) return hr;
+        hr = resultOf(payload.verify, verifyAttempt);
+        if (SUCCEEDED(hr)) hr = cacheProgress(package, payload, 100);
         const int recommendation = FAILED(hr) && verifyAttempt < recommendedVerifyAttempts ? IDTRYAGAIN : noAction;
         const int answer =
             ask<&App::OnCacheVerifyComplete>("OnCacheVerifyComplete", package.id, id, payloadId, hr, recommendation);
         if (SUCCEEDED(hr) || (answer != IDRETRY && answer != IDTRYAGAIN)) return hr;
-        if (answer == IDTRYAGAIN) acquired = false;
+        if (answer == IDTRYAGAIN) acquired = payload.source == PayloadSource::attached;
     }
 }
 
 /// Attempts until one succeeds or the application does not answer IDRETRY; the attempts go on counting when the payload
 /// is fetched anew.
 HRESULT EngineRun::acquire(const ScriptedPackage& package, const ScriptedPayload& payload, size_t& attempt) {
-    for (;;) {
-        const HRESULT hr = acquireOnce(package, payload, resultOf(payload.acquire, attempt++));
-        const int answer = ask<&App::OnCacheAcquireComplete>("OnCacheAcquireComplete", package.id, package.id.c_str(),
-                                                             payload.id.c_str(), hr, noAction);
-        if (SUCCEEDED(hr) || answer != IDRETRY) return hr;
-    }
-}
-
-HRESULT EngineRun::acquireOnce(const ScriptedPackage& package, const ScriptedPayload& payload, HRESULT result) {
     const auto* id = package.id.c_str();
     const auto* payloadId = payload.id.c_str();
     const std::wstring local = L"C:\\source\\" + payload.id;
     const std::wstring address = L"https://downloads.example/" + payload.id;
-    if (payload.download) {
+    const bool downloads = payload.source == PayloadSource::download;
+    for (;;) {
+        if (downloads) {
+            const int answer = ask<&App::OnResolveSource>("OnResolveSource", package.id, id, payloadId, local.c_str(),
+                                                          address.c_str());
+            if (answer == IDRETRY) continue;
+            if (FAILED(interpret(answer))) return interpret(answer);
+            if (answer != pdx::resultDownload) return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+        }
+        HRESULT hr = check<&App::OnCacheAcquireBegin>(
+            "OnCacheAcquireBegin", package.id, id, payloadId,
+            downloads ? BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD : BOOTSTRAPPER_CACHE_OPERATION_COPY,
+            downloads ? address.c_str() : local.c_str());
+        if (FAILED(hr)) return hr;
+        hr = transfer(package, payload, resultOf(payload.acquire, attempt++));
         const int answer =
-            ask<&App::OnResolveSource>("OnResolveSource", package.id, id, payloadId, local.c_str(), address.c_str());
-        if (FAILED(interpret(answer))) return interpret(answer);
-        if (answer != pdx::resultDownload) return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+            ask<&App::OnCacheAcquireComplete>("OnCacheAcquireComplete", package.id, id, payloadId, hr, noAction);
+        if (SUCCEEDED(hr) || answer != IDRETRY) return hr;
     }
-    const auto operation = payload.download ? BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD : BOOTSTRAPPER_CACHE_OPERATION_COPY;
-    const auto& source = payload.download ? address : local;
-    HRESULT hr =
-        check<&App::OnCacheAcquireBegin>("OnCacheAcquireBegin", package.id, id, payloadId, operation, source.c_str());
-    for (const DWORD64 percent : {0, 50, 100}) {
-        // An attempt that fails breaks off half way.
-        if (FAILED(hr) || (FAILED(result) && percent == 100)) break;
-        const DWORD overall = overallPercent(static_cast<DWORD>(percent));
-        hr = check<&App::OnCacheAcquireProgress>("OnCacheAcquireProgress", package.id, id, payloadId,
-                                                 payload.size * percent / 100, payload.size, overall);
+}
+
+/// An attempt that fails breaks off half way.
+HRESULT EngineRun::transfer(const ScriptedPackage& package, const ScriptedPayload& payload, HRESULT result) {
+    for (const DWORD percent : {0, 50, 100}) {
+        if (FAILED(result) && percent == 100) break;
+        if (const HRESULT hr = cacheProgress(package, payload, percent); FAILED(hr)) return hr;
     }
-    if (FAILED(hr) || SUCCEEDED(result)) return hr;
+    if (SUCCEEDED(result)) return result;
     for (const auto& error : payload.errors) {
-        if (hr = raise(error, package.id); FAILED(hr)) return hr;
+        if (const HRESULT hr = raise(error, package.id); FAILED(hr)) return hr;
     }
     return result;
+}
+
+HRESULT EngineRun::cacheProgress(const ScriptedPackage& package, const ScriptedPayload& payload, DWORD percent) {
+    const auto overall = (static_cast<DWORD>(packagesCached) * 100 + percent) / packagesToCache();
+    return check<&App::OnCacheAcquireProgress>("OnCacheAcquireProgress", package.id, package.id.c_str(),
+                                               payload.id.c_str(), payload.size * percent / 100, payload.size, overall);
 }
 
 // Execute.
@@ -231,9 +239,6 @@ HRESULT EngineRun::execute(BOOTSTRAPPER_APPLY_RESTART& restart) {
         ++begun;
         if (entry.cacheFailed) continue;
         hr = executePackage(*entry.package, restart);
-        if (FAILED(hr)) break;
-        ++packagesExecuted;
-        hr = overallProgress();
     }
     if (FAILED(hr)) {
         for (const auto& entry : planned | std::views::take(begun) | std::views::reverse) rollBack(entry);
@@ -248,6 +253,10 @@ HRESULT EngineRun::executePackage(const ScriptedPackage& package, BOOTSTRAPPER_A
         HRESULT hr = check<&App::OnExecutePackageBegin>("OnExecutePackageBegin", package.id, id, TRUE);
         if (SUCCEEDED(hr)) hr = executeEvents(package);
         if (SUCCEEDED(hr)) hr = resultOf(package.execute, attempt);
+        if (SUCCEEDED(hr)) {
+            ++packagesExecuted;
+            hr = overallProgress();
+        }
         const auto packageRestart = SUCCEEDED(hr) ? package.restart : BOOTSTRAPPER_APPLY_RESTART_NONE;
         const int recommendation = FAILED(hr) && !package.vital ? IDIGNORE : noAction;
         const int answer = ask<&App::OnExecutePackageComplete>("OnExecutePackageComplete", package.id, id, hr,
@@ -264,8 +273,9 @@ HRESULT EngineRun::executeEvents(const ScriptedPackage& package) {
     const auto perform = [&](const auto& event) {
         using Event = std::decay_t<decltype(event)>;
         if constexpr (std::is_same_v<Event, ScriptedProgress>) {
+            const auto done = static_cast<DWORD>(packagesExecuted) * 100 + event.percent;
             return check<&App::OnExecuteProgress>("OnExecuteProgress", package.id, id, event.percent,
-                                                  overallPercent(event.percent));
+                                                  static_cast<DWORD>(done / planned.size()));
         } else if constexpr (std::is_same_v<Event, ScriptedMessage>) {
             auto data = pointers(event.data);
             return check<&App::OnExecuteMsiMessage>("OnExecuteMsiMessage", package.id, id, event.type, event.flags,
@@ -286,16 +296,16 @@ HRESULT EngineRun::executeEvents(const ScriptedPackage& package) {
     return S_OK;
 }
 
-/// Answers are not heeded: a rollback can't be cancelled.
+/// Of a package that failed too. Answers are not heeded: a rollback can't be cancelled.
 void EngineRun::rollBack(const PlannedPackage& entry) {
     if (entry.rollback == BOOTSTRAPPER_ACTION_STATE_NONE || entry.cacheFailed) return;
     const auto& package = *entry.package;
     const auto* id = package.id.c_str();
     ask<&App::OnExecutePackageBegin>("OnExecutePackageBegin", package.id, id, FALSE);
+    --packagesExecuted;
+    overallProgress();
     ask<&App::OnExecutePackageComplete>("OnExecutePackageComplete", package.id, id, S_OK,
                                         BOOTSTRAPPER_APPLY_RESTART_NONE, noAction);
-    if (packagesExecuted > 0) --packagesExecuted;
-    overallProgress();
 }
 
 }  // namespace pdx

@@ -17,6 +17,11 @@ namespace {
 constexpr int noAction = 0;
 constexpr DWORD criticalEnd = 0x40000000;
 
+/// Plan takes any action; one that is none fails while it is planned.
+bool isPlannable(BOOTSTRAPPER_ACTION action) {
+    return action >= BOOTSTRAPPER_ACTION_LAYOUT && action <= BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
+}
+
 BOOTSTRAPPER_REQUEST_STATE defaultRequest(BOOTSTRAPPER_ACTION action, bool present) {
     if (action == BOOTSTRAPPER_ACTION_UNINSTALL) return BOOTSTRAPPER_REQUEST_STATE_ABSENT;
     if (action == BOOTSTRAPPER_ACTION_REPAIR && present) return BOOTSTRAPPER_REQUEST_STATE_REPAIR;
@@ -90,7 +95,7 @@ EngineRun::EngineRun(SmallEngine& engineUsed, IBootstrapperApplication& applicat
                      SlotHook slotHook)
     : engine(engineUsed), application(applicationRun), script(std::move(runScript)), hook(std::move(slotHook)) {
     updatePackage.id = script.bundleId;
-    updatePackage.payloads = {{.id = script.bundleId, .download = true}};
+    updatePackage.payloads = {{.id = script.bundleId, .source = PayloadSource::download}};
     engine.answers.packageCount = static_cast<DWORD>(script.packages.size());
 }
 
@@ -232,13 +237,14 @@ HRESULT EngineRun::detectMachine() {
 HRESULT EngineRun::detectUpdate() {
     const auto* location = script.updateLocation.c_str();
     const HRESULT hr = check<&App::OnDetectUpdateBegin>("OnDetectUpdateBegin", {}, location, noAction);
-    ask<&App::OnDetectUpdateComplete>("OnDetectUpdateComplete", {}, hr, location);
+    ask<&App::OnDetectUpdateComplete>("OnDetectUpdateComplete", {}, hr, nullptr);
     return hr;
 }
 
 HRESULT EngineRun::detectPackage(const ScriptedPackage& package) {
     const auto* id = package.id.c_str();
     HRESULT hr = check<&App::OnDetectPackageBegin>("OnDetectPackageBegin", package.id, id);
+    if (FAILED(hr)) return hr;
     const auto featureState = package.state == BOOTSTRAPPER_PACKAGE_STATE_PRESENT ? BOOTSTRAPPER_FEATURE_STATE_LOCAL
                                                                                   : BOOTSTRAPPER_FEATURE_STATE_ABSENT;
     for (const auto& feature : package.features) {
@@ -246,6 +252,7 @@ HRESULT EngineRun::detectPackage(const ScriptedPackage& package) {
         hr = check<&App::OnDetectMsiFeature>("OnDetectMsiFeature", package.id, id, feature.c_str(), featureState);
     }
     if (SUCCEEDED(hr)) hr = package.detect;
+    if (SUCCEEDED(hr)) detected.insert(package.id);
     ask<&App::OnDetectPackageComplete>("OnDetectPackageComplete", package.id, id, hr, package.state);
     return hr;
 }
@@ -256,15 +263,14 @@ void EngineRun::plan(BOOTSTRAPPER_ACTION action) {
     planned.clear();
     HRESULT hr = planPackages(action);
     if (SUCCEEDED(hr)) hr = script.plan;
-    planReady = SUCCEEDED(hr);
-    if (!planReady) planned.clear();
     ask<&App::OnPlanComplete>("OnPlanComplete", {}, hr);
 }
 
 HRESULT EngineRun::planPackages(BOOTSTRAPPER_ACTION action) {
     const auto count = static_cast<DWORD>(script.packages.size());
     HRESULT hr = check<&App::OnPlanBegin>("OnPlanBegin", {}, count);
-    if (FAILED(hr)) return hr;
+    planBegun = SUCCEEDED(hr);
+    if (!planBegun) return hr;
     if (action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE || action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED)
         return engine.updateSet() ? planPackage(updatePackage, action) : S_OK;
     for (const auto& bundle : script.relatedBundles) {
@@ -282,19 +288,23 @@ HRESULT EngineRun::planPackages(BOOTSTRAPPER_ACTION action) {
 
 HRESULT EngineRun::planPackage(const ScriptedPackage& package, BOOTSTRAPPER_ACTION action) {
     const auto* id = package.id.c_str();
-    const bool present = package.state == BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
+    // A package that detection did not come to, for it failed or was cancelled before, has no state to plan from.
+    const bool known = &package == &updatePackage || detected.contains(package.id);
+    const auto state = known ? package.state : BOOTSTRAPPER_PACKAGE_STATE_UNKNOWN;
+    const bool present = state == BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
     auto requested = defaultRequest(action, present);
-    HRESULT hr = check<&App::OnPlanPackageBegin>("OnPlanPackageBegin", package.id, id, &requested);
+    HRESULT hr = isPlannable(action) ? check<&App::OnPlanPackageBegin>("OnPlanPackageBegin", package.id, id, &requested)
+                                     : E_INVALIDARG;
+    if (SUCCEEDED(hr) && !known) hr = E_INVALIDARG;
     for (const auto& feature : package.features) {
         if (FAILED(hr)) break;
-        auto state = BOOTSTRAPPER_FEATURE_STATE_UNKNOWN;
-        hr = check<&App::OnPlanMsiFeature>("OnPlanMsiFeature", package.id, id, feature.c_str(), &state);
+        auto featureState = BOOTSTRAPPER_FEATURE_STATE_UNKNOWN;
+        hr = check<&App::OnPlanMsiFeature>("OnPlanMsiFeature", package.id, id, feature.c_str(), &featureState);
     }
     if (SUCCEEDED(hr)) hr = package.plan;
     const auto execute = SUCCEEDED(hr) ? executeState(requested, present) : BOOTSTRAPPER_ACTION_STATE_NONE;
     const auto rollback = rollbackState(execute);
-    ask<&App::OnPlanPackageComplete>("OnPlanPackageComplete", package.id, id, hr, package.state, requested, execute,
-                                     rollback);
+    ask<&App::OnPlanPackageComplete>("OnPlanPackageComplete", package.id, id, hr, state, requested, execute, rollback);
     if (execute != BOOTSTRAPPER_ACTION_STATE_NONE)
         planned.push_back({&package, execute, rollback, Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr))});
     return hr;

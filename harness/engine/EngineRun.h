@@ -5,6 +5,7 @@
 #include <atomic>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -49,11 +50,13 @@ using ExecuteEvent = std::variant<ScriptedProgress, ScriptedMessage, ScriptedErr
 /// One result an attempt; an attempt beyond the list succeeds.
 using Attempts = std::vector<HRESULT>;
 
+/// Where a payload comes from: the bundle's own container, which is nothing to acquire; a file beside the bundle, which
+/// is copied; or an address, because that file is missing, if OnResolveSource answers IDDOWNLOAD.
+enum class PayloadSource { attached, local, download };
+
 struct ScriptedPayload {
     std::wstring id;
-    /// The local source is missing and there is an address: asked of OnResolveSource, and acquired if it says
-    /// IDDOWNLOAD. Otherwise the payload is copied.
-    bool download = false;
+    PayloadSource source = PayloadSource::local;
     DWORD64 size = 1000;
     Attempts acquire = {};
     Attempts verify = {};
@@ -90,7 +93,7 @@ struct EngineScript {
     HRESULT plan = S_OK;    ///< given to OnPlanComplete
     Attempts elevate = {};  ///< a failure raises an error of type 0; IDRETRY asks again
     HRESULT registration = S_OK;
-    std::vector<ScriptedError> applyErrors = {};  ///< raised behind OnApplyPhaseCount
+    std::vector<ScriptedError> applyErrors = {};  ///< raised behind OnApplyBegin
     /// Execution starts while the cache thread works, and waits for each package; otherwise it waits for the whole.
     bool parallelCache = false;
     /// A run that asks the engine for nothing in this time has failed (milliseconds).
@@ -199,14 +202,14 @@ class EngineRun {
     HRESULT cachePackage(PlannedPackage& planned);
     HRESULT cachePayload(const ScriptedPackage& package, const ScriptedPayload& payload);
     HRESULT acquire(const ScriptedPackage& package, const ScriptedPayload& payload, size_t& attempt);
-    HRESULT acquireOnce(const ScriptedPackage& package, const ScriptedPayload& payload, HRESULT result);
+    HRESULT transfer(const ScriptedPackage& package, const ScriptedPayload& payload, HRESULT result);
+    HRESULT cacheProgress(const ScriptedPackage& package, const ScriptedPayload& payload, DWORD percent);
     HRESULT execute(BOOTSTRAPPER_APPLY_RESTART& restart);
     HRESULT executePackage(const ScriptedPackage& package, BOOTSTRAPPER_APPLY_RESTART& restart);
     HRESULT executeEvents(const ScriptedPackage& package);
     void rollBack(const PlannedPackage& planned);
     HRESULT raise(const ScriptedError& error, const std::wstring& package, int* answer = nullptr);
     [[nodiscard]] DWORD packagesToCache() const;
-    [[nodiscard]] DWORD overallPercent(DWORD packagePercent) const;
     HRESULT overallProgress();
 
     SmallEngine& engine;
@@ -215,11 +218,14 @@ class EngineRun {
     const SlotHook hook;
     ScriptedPackage updatePackage;
     std::vector<PlannedPackage> planned;
-    bool planReady = false;
+    std::set<std::wstring> detected;
+    bool planBegun = false;
+    bool elevated = false;
     std::optional<DWORD> quit;
     std::atomic<HRESULT> cacheResult = S_OK;
-    std::atomic<DWORD> packagesCached = 0;
-    std::atomic<DWORD> packagesExecuted = 0;
+    std::atomic<int> packagesCached = 0;
+    /// Below the number that came through while packages that failed are rolled back.
+    std::atomic<int> packagesExecuted = 0;
     RunOutcome outcome;
     Lock slotLock;
 };

@@ -29,6 +29,7 @@ class EngineVariables {
 
     /// The text with each "[Name]" replaced by the variable's value, which is formatted in turn, and each "[\x]" by the
     /// character x. A variable that is not there leaves nothing; "[" without "]" and "[]" stay as they are.
+    /// Unlike in the engine braces mean nothing: there "{...}" goes as a whole if a reference in it is empty.
     [[nodiscard]] std::wstring format(std::wstring_view text) const;
     /// The text with "[", "]", "{" and "}" written so that format gives them back.
     [[nodiscard]] static std::wstring escape(std::wstring_view text);

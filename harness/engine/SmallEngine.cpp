@@ -23,16 +23,18 @@ std::wstring shown(LPCWSTR text) { return text ? text : L"null"; }
 std::wstring shown(HWND window) { return std::to_wstring(reinterpret_cast<uintptr_t>(window)); }
 
 /// As the engine hands out text: what fits and a zero, the rest of the buffer cleared; the size changes only when it
-/// was too small, or when there was no buffer.
-HRESULT copyOut(const std::wstring& text, LPWSTR buffer, DWORD* size) {
-    const auto needed = static_cast<DWORD>(text.size() + 1);
+/// was too small, or when there was no buffer. It then counts the zero for a variable's value, and does not for a
+/// formatted text: who asks again with just that size is told the same again.
+enum class SizeCounts { withZero, withoutZero };
+
+HRESULT copyOut(const std::wstring& text, LPWSTR buffer, DWORD* size, SizeCounts counts) {
     if (buffer && *size > 0) {
         const size_t copied = std::min<size_t>(text.size(), *size - 1);
         std::copy_n(text.begin(), copied, buffer);
         std::fill(buffer + copied, buffer + *size, L'\0');
     }
-    if (buffer && *size >= needed) return S_OK;
-    *size = needed;
+    if (buffer && *size > text.size()) return S_OK;
+    *size = static_cast<DWORD>(text.size() + (counts == SizeCounts::withZero));
     return moreData;
 }
 
@@ -143,7 +145,7 @@ HRESULT SmallEngine::GetVariableNumeric(LPCWSTR name, LONGLONG* value) {
 HRESULT SmallEngine::GetVariableString(LPCWSTR name, LPWSTR value, DWORD* size) {
     if (isEmpty(name) || !size) return E_INVALIDARG;
     const auto text = variables.text(name);
-    return text ? copyOut(*text, value, size) : notFound;
+    return text ? copyOut(*text, value, size, SizeCounts::withZero) : notFound;
 }
 
 HRESULT SmallEngine::GetVariableVersion(LPCWSTR name, DWORD64* value) {
@@ -158,12 +160,12 @@ HRESULT SmallEngine::GetVariableVersion(LPCWSTR name, DWORD64* value) {
 
 HRESULT SmallEngine::FormatString(LPCWSTR in, LPWSTR out, DWORD* size) {
     if (isEmpty(in) || !size) return E_INVALIDARG;
-    return copyOut(variables.format(in), out, size);
+    return copyOut(variables.format(in), out, size, SizeCounts::withoutZero);
 }
 
 HRESULT SmallEngine::EscapeString(LPCWSTR in, LPWSTR out, DWORD* size) {
     if (isEmpty(in) || !size) return E_INVALIDARG;
-    return copyOut(EngineVariables::escape(in), out, size);
+    return copyOut(EngineVariables::escape(in), out, size, SizeCounts::withoutZero);
 }
 
 HRESULT SmallEngine::EvaluateCondition(LPCWSTR, BOOL*) { return E_NOTIMPL; }
@@ -250,8 +252,6 @@ HRESULT SmallEngine::Detect(HWND parent) {
 
 HRESULT SmallEngine::Plan(BOOTSTRAPPER_ACTION action) {
     record("Plan", {std::to_wstring(action)});
-    if (action < BOOTSTRAPPER_ACTION_LAYOUT || action > BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED)
-        return E_INVALIDARG;
     post(EngineRequest::Kind::plan, action);
     return S_OK;
 }
@@ -263,7 +263,6 @@ HRESULT SmallEngine::Elevate(HWND parent) {
 
 HRESULT SmallEngine::Apply(HWND parent) {
     record("Apply", {shown(parent)});
-    if (!IsWindow(parent)) return E_INVALIDARG;
     post(EngineRequest::Kind::apply, 0);
     return S_OK;
 }

@@ -30,7 +30,7 @@ struct Behaviour {
 
 constexpr Behaviour behaviours[] = {
     {L"normal", true, 0},
-    {L"slow", true, 1200},
+    {L"slow", true, 800},
     {L"stuck", true, INFINITE},
     {L"refuses", false, 0},
 };

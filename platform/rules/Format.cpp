@@ -111,21 +111,19 @@ class Formatter {
             printNumber(directive, "", *floating);
             return true;
         }
-        const auto* number = std::get_if<int64_t>(&argument.value);
-        const uint64_t bits = number ? static_cast<uint64_t>(*number) : std::get<uint64_t>(argument.value);
+        const int64_t number = std::get<int64_t>(argument.value);
+        const int64_t withSign = argument.narrow ? static_cast<int32_t>(number) : number;
+        const uint64_t bits = argument.narrow ? static_cast<uint32_t>(number) : static_cast<uint64_t>(number);
         switch (directive.conversion) {
             case 'd':
             case 'i':
-                printNumber(directive, "ll", static_cast<long long>(bits));
+                printNumber(directive, "ll", static_cast<long long>(withSign));
                 return true;
             case 'u':
             case 'x':
             case 'X':
             case 'o':
                 printNumber(directive, "ll", static_cast<unsigned long long>(bits));
-                return true;
-            case 'p':
-                printNumber({"", {}, 8, 'x'}, "ll", static_cast<unsigned long long>(bits));
                 return true;
             case 'c':
                 printNumber(directive, "", static_cast<int>(bits));
@@ -149,14 +147,23 @@ class Formatter {
 
     template <typename Number>
     void printNumber(const Directive& directive, const char* length, Number number) {
+        // No number takes more digits than that; wider fields are padded here.
+        constexpr int widest = 400;
+        const int width = directive.width.value_or(0);
         std::string single = "%" + directive.flags;
-        if (directive.width) single += std::to_string(*directive.width);
-        if (directive.precision) single += "." + std::to_string(*directive.precision);
+        if (directive.width) single += std::to_string(std::clamp(width, -widest, widest));
+        if (directive.precision) single += "." + std::to_string(std::min(*directive.precision, widest));
         single += length;
         single += directive.conversion;
-        char digits[512];
+        char digits[widest + 400];
         const int count = std::snprintf(digits, sizeof digits, single.c_str(), number);
-        if (count > 0) output.append({digits, std::min<size_t>(static_cast<size_t>(count), sizeof digits - 1)});
+        if (count <= 0) return;
+        const bool left = width < 0 || directive.flags.find('-') != std::string::npos;
+        const int64_t wanted = width < 0 ? -static_cast<int64_t>(width) : width;
+        const size_t excess = wanted > widest ? static_cast<size_t>(wanted - widest) : 0;
+        if (!left) output.pad(excess);
+        output.append({digits, std::min<size_t>(static_cast<size_t>(count), sizeof digits - 1)});
+        if (left) output.pad(excess);
     }
 
     Output output;

@@ -14,19 +14,20 @@ namespace pdx {
 /// One argument: text (UTF-8), a whole number or a floating one. Text is borrowed.
 class FormatArgument {
   public:
-    template <std::signed_integral Number>
-    FormatArgument(Number number) : value(static_cast<int64_t>(number)) {}
-    template <std::unsigned_integral Number>
-    FormatArgument(Number number) : value(static_cast<uint64_t>(number)) {}
+    template <std::integral Number>
+    FormatArgument(Number number) : value(static_cast<int64_t>(number)), narrow(sizeof(Number) <= sizeof(int32_t)) {}
     FormatArgument(double number) : value(number) {}
     FormatArgument(std::string_view text) : value(text) {}
     FormatArgument(const std::string& text) : value(std::string_view(text)) {}
 
-    std::variant<int64_t, uint64_t, double, std::string_view> value;
+    /// A whole number's bits; whether they are read with or without sign is the directive's matter.
+    std::variant<int64_t, double, std::string_view> value;
+    /// The number has 32 bits or fewer: a sign in front of them is not part of it.
+    bool narrow = false;
 };
 
 /// Formats with the semantics of C99 vsnprintf into the buffer, which always ends in a zero: a longer result is cut at
-/// buffer.size() - 1 bytes. Known conversions: d i u x X o c s f e g p %, with flags, width, precision ("*" too) and
+/// buffer.size() - 1 bytes. Known conversions: d i u x X o c s f e g a %, with flags, width, precision ("*" too) and
 /// length modifiers; the type of an argument decides how it is read, so "%s" and "%ls" are the same here. A directive
 /// that has no argument left, or is none, stands in the result as it stands in the format. Returns the number of bytes
 /// in the buffer without the zero.

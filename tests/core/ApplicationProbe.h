@@ -1,6 +1,7 @@
 // An application object in a test's hands: with its state readable, a small engine, and a dialog that only answers.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -49,6 +50,21 @@ class ProbedApplication : public BootstrapperApplication {
     using BootstrapperApplication::BootstrapperApplication;
     using BootstrapperApplication::state;
     using BootstrapperApplication::State;
+
+    /// The seconds that were waited for retries, none of them in earnest.
+    [[nodiscard]] double waitedSeconds() const { return static_cast<double>(clock.count()) / 1000; }
+    /// Called at each pause.
+    std::function<void()> onPause;
+
+  protected:
+    std::chrono::milliseconds steadyTime() const override { return clock; }
+    void pauseFor(std::chrono::milliseconds time) const override {
+        clock += time;
+        if (onPause) onPause();
+    }
+
+  private:
+    mutable std::chrono::milliseconds clock{0};
 };
 
 /// An application on a small engine whose bundle variables are preset as a bundle presets them.

@@ -351,7 +351,12 @@ TEST(Callbacks, LeaveNumberLineAndContextOfTheirRow) {
         EXPECT_EQ(app.state().lastOperation, row.number ? row.number : 10);
         int lines = 0;
         for (const EngineLogLine& line : bench.engine.log()) lines += row.line && isLineOf(line, row);
-        EXPECT_EQ(lines, row.line ? 1 : 0);
+        if (row.line)
+            EXPECT_EQ(lines, 1);
+        else
+            EXPECT_TRUE(bench.engine.log().empty());
+        EXPECT_EQ(present, BOOTSTRAPPER_REQUEST_STATE_PRESENT) << "no requested state is written to";
+        EXPECT_EQ(local, BOOTSTRAPPER_FEATURE_STATE_LOCAL);
     }
 }
 

@@ -5,13 +5,13 @@
 #include <string>
 
 #include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
 #include "tests/core/ApplicationProbe.h"
 #include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
 constexpr auto programError = [](DWORD code) { return static_cast<DWORD>(formError(PALISADE_ERROR_TYPE, code)); };
 
 /// Takes the product's values away in both views, each through a key that was opened in it.
@@ -77,6 +77,138 @@ TEST(Run, EndsAtTheStartWhereTheTableSaysSo) {
         const auto numbers = dialog.numbers();
         EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_PROMPT_ALREADY_INSTALLED}), row.prompts);
     }
+}
+
+/// The older client's registry values, each of which may be absent; gone with the object.
+struct OlderClient {
+    OlderClient(bool clientPath, bool gatelink, const RegistryValue& finished = {},
+                RegistryView finishedView = view32) {
+        if (clientPath)
+            RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"ClientPath",
+                                                             std::wstring(L"C:\\B\\b.exe"));
+        if (gatelink)
+            RegistryKey::classesRoot(view64).setSubKeyValue(L"gatelink\\shell\\open\\command", {},
+                                                            std::wstring(L"g.exe"));
+        if (finished.index() != 0)
+            RegistryKey::localMachine(finishedView).setSubKeyValue(olderClientKey, L"InstallSuccesfull", finished);
+    }
+    ~OlderClient() {
+        for (const auto view : {view32, view64})
+            RegDeleteTreeW(RegistryKey::localMachine(view).createSubKey(L"Software", true).get(), L"Bastion");
+        RegDeleteTreeW(RegistryKey::classesRoot(view64).get(), L"gatelink");
+    }
+};
+
+TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
+    const struct {
+        bool clientPath;
+        bool gatelink;
+        const wchar_t* ignore;
+        bool quits;
+    } rows[] = {
+        {true, true, L"1", true}, {false, true, L"1", false}, {true, false, L"1", false}, {true, true, L"", false}};
+    for (const auto& row : rows) {
+        const OlderClient older(row.clientPath, row.gatelink);
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        Bench bench;
+        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(row.ignore));
+        const RunOutcome outcome = bench.run();
+        EXPECT_EQ(outcome.failure, "");
+        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !row.quits) << row.clientPath << row.gatelink;
+    }
+}
+
+TEST(Run, RemovesTheOlderClientThatFinishedInstalling) {
+    const struct {
+        RegistryValue finished;
+        RegistryView view;
+        bool removes;
+    } rows[] = {{std::wstring(L"true"), view32, true},
+                {uint32_t{0}, view32, true},
+                {std::wstring(), view32, false},
+                {std::wstring(L"true"), view64, false},
+                {{}, view32, false}};
+    for (const auto& row : rows) {
+        const OlderClient older(true, false, row.finished, row.view);
+        Bench bench;
+        bench.app();
+        EXPECT_EQ(has(bench.engine.callTexts("SetVariableNumeric"), "SetVariableNumeric(PDX_UNINSTALL_BASTION, 1)"),
+                  row.removes)
+            << row.view;
+    }
+}
+
+TEST(Run, TakesItsStateFromTheEnvironment) {
+    const struct {
+        const wchar_t* environment;
+        const wchar_t* value;
+        const wchar_t* variable;
+        const wchar_t* result;
+    } rows[] = {{L"PDX_REPAIR", L"1", L"PDX_REPAIR", L"1"},
+                {L"PDX_INSTALL_LOCATION", L"D:\\Spiele \u00fc", L"InstallFolder", L"D:\\Spiele \u00fc"},
+                {L"PDX_INSTALL_LOCATION", L"", L"InstallFolder", L"C:\\Preset"}};
+    for (const auto& row : rows) {
+        SetEnvironmentVariableW(row.environment, row.value);
+        Bench bench;
+        bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Preset"));
+        bench.app();
+        SetEnvironmentVariableW(row.environment, nullptr);
+        EXPECT_EQ(bench.engine.variables.text(row.variable), row.result);
+    }
+}
+
+TEST(Run, LeavesTheNumbersOfStartAndEnd) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    ProbedApplication::State started;
+    bench.run({}, [&](const SlotEvent& event) {
+        if (event.slot == "OnStartup" && event.returned) started = bench.app().state();
+    });
+    EXPECT_EQ(started.lastOperation, operationStartup);
+    EXPECT_EQ(started.context, nlohmann::json::object());
+    EXPECT_EQ(bench.app().state().lastOperation, operationShutdown);
+    EXPECT_EQ(bench.app().state().context["stat"], 0);
+}
+
+struct Sender {
+    ProbedApplication& app;
+    HANDLE sent;
+};
+
+unsigned __stdcall sendOnThread(void* argument) {
+    auto& sender = *static_cast<Sender*>(argument);
+    sender.app.sendAppMessage(WM_BA_CACHE_BEGIN);
+    SetEvent(sender.sent);
+    return 0;
+}
+
+TEST(Run, HoldsASecondMessageBackWhileAPromptWaits) {
+    AnsweringDialog dialog;
+    Bench bench;
+    ProbedApplication& app = bench.app();
+    Handle sent(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    bool held = false;
+    bench.run({}, [&](const SlotEvent& event) {
+        if (event.slot != "OnDetectComplete" || event.returned) return;
+        app.setDialogReady(false);
+        Sender sender = {app, sent.get()};
+        Thread other;
+        other.start(sendOnThread, &sender);
+        held = WaitForSingleObject(sent.get(), 200) == WAIT_TIMEOUT && dialog.messages().empty();
+        app.setDialogReady(true);
+        other.join();
+        app.quit(0);
+    });
+    EXPECT_TRUE(held);
+    EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_CACHE_BEGIN});
+}
+
+TEST(Run, EndsInMigrationModeWithAWord) {
+    AnsweringDialog dialog;
+    Bench bench;
+    bench.engine.variables.set(L"PDX_MERIDIAN_MODE", std::wstring(L"1"));
+    EXPECT_EQ(bench.run().exitCode, 0u);
+    EXPECT_TRUE(bench.engine.findLog(L"does not support repair or migration"));
 }
 
 TEST(Run, PlansNothingAfterAPromptInsideADetection) {
@@ -167,7 +299,12 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     Bench bench;
     EngineScript script;
     script.packages[0].execute = {static_cast<HRESULT>(0x80070005)};
-    const RunOutcome outcome = bench.run(script);
+    int completions = 0;
+    HRESULT afterRollback = 0;
+    const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
+        if (event.slot == "OnExecutePackageComplete" && event.returned && ++completions == 2)
+            afterRollback = bench.app().state().status.status;
+    });
     EXPECT_EQ(outcome.exitCode, 1u);
     const auto state = bench.app().state();
     EXPECT_EQ(static_cast<DWORD>(state.status.lastError), 0x80070005);
@@ -175,45 +312,50 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     EXPECT_TRUE(bench.engine.findLog(L"ecod[80070005]"));
     const auto numbers = dialog.numbers();
     EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 1) << "told at the end, for nobody had";
+    EXPECT_EQ(static_cast<DWORD>(afterRollback), 0x80070005) << "the rollback's success hides nothing";
 }
 
 TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
-    for (const char* slot : {"OnDetectBegin", "OnPlanPackageBegin", "OnCacheAcquireBegin", "OnExecuteMsiMessage",
-                             "OnExecutePackageComplete"}) {
+    const struct {
+        const char* slot;
+        bool rollsBack;  ///< the package was under way
+    } rows[] = {{"OnDetectBegin", false},
+                {"OnPlanPackageBegin", false},
+                {"OnCacheAcquireBegin", false},
+                {"OnExecuteMsiMessage", true}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.slot);
         AnsweringDialog dialog(AnsweringDialog::driveOn);
         Bench bench;
         EngineScript script;
         script.idleBound = 500;
         script.packages[0].events = {ScriptedMessage{.type = 0x08000000, .text = L"Action"}};
-        bool rolledBackCancelled = false;
+        std::vector<int> begun;
         const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
-            if (event.slot == slot && !event.returned && !bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr))
-                ADD_FAILURE() << "not cancelled";
-            if (event.returned && event.slot == "OnExecutePackageBegin" && event.result == IDCANCEL)
-                rolledBackCancelled = true;
+            if (event.slot == row.slot && !event.returned) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
+            if (event.slot == "OnExecutePackageBegin" && event.returned) begun.push_back(event.result);
         });
-        // A cancel of which the dialog hears nothing more: whoever cancels ends the run, here nobody does.
-        const SlotCall* call = outcome.find(slot);
-        ASSERT_NE(call, nullptr) << slot;
-        EXPECT_EQ(call->result, IDCANCEL) << slot;
-        EXPECT_FALSE(rolledBackCancelled) << slot;
+        // Whoever cancels ends the run too; here nobody does, and the run ends by its bound.
+        EXPECT_EQ(outcome.find(row.slot)->result, IDCANCEL);
+        EXPECT_EQ(begun, row.rollsBack ? (std::vector<int>{0, 0}) : std::vector<int>{})
+            << "forward and back, neither refused";
+        EXPECT_EQ(outcomeOf(bench.app().state().status.status), Outcome::cancelled);
     }
 }
 
-TEST(Run, RetriesADownloadByItself) {
-    // The cache thread's waits are real ones, so only the first is waited for.
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
-    EngineScript script;
-    script.packages[0].payloads = {
-        {.id = L"PalisadeApp.msi", .download = true, .acquire = {static_cast<HRESULT>(0x80072ee2), S_OK}}};
-    const RunOutcome outcome = bench.run(script);
-    EXPECT_EQ(outcome.failure, "");
-    EXPECT_TRUE(bench.engine.findLog(L"Waiting 1s before auto retry"));
-    EXPECT_EQ(outcome.exitCode, 0u);
-    const auto numbers = dialog.numbers();
-    EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_CACHE_ACQUIRE_COMPLETE}), 1)
-        << "of the failed attempt the dialog hears nothing";
+TEST(Run, TellsACancelByItsCause) {
+    for (const bool logout : {false, true}) {
+        AnsweringDialog dialog([logout](BootstrapperApplication& application, const AnsweringDialog::Message&) {
+            if (logout) application.noteLogoutExit();
+            application.UpdateInstallStatus(hresultFromWin32(userExitCode));
+            application.quit(0);
+            return 0;
+        });
+        Bench bench;
+        bench.run();
+        EXPECT_TRUE(bench.engine.findLog(logout ? L"logout_exit" : L"user_action"));
+        EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_DETECT_COMPLETE}) << "a cancel is no error to show";
+    }
 }
 
 TEST(Run, AnswersTheEndOfTheSessionOnAThreadOfItsOwn) {

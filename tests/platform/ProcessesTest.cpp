@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <set>
+#include <thread>
 
 #include "platform/Registry.h"
 #include "tests/platform/CapturedLog.h"
@@ -38,6 +40,32 @@ TEST(ProcessSnapshot, HoldsTheProcessesOfItsMoment) {
     for (PROCESSENTRY32W entry; before.next(entry);) EXPECT_STRNE(entry.szExeFile, L"PalisadeSnapshot.exe");
     TerminateProcess(probe.get(), 0);
     waitFor(probe);
+}
+
+TEST(WaitForAll, WaitsForMoreThanTheSystemCanAtOnce) {
+    for (const size_t count : {size_t{0}, size_t{1}, size_t{64}, size_t{65}, size_t{200}}) {
+        std::vector<Handle> events(count);
+        std::vector<HANDLE> handles;
+        for (Handle& event : events) {
+            event = Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+            handles.push_back(event.get());
+        }
+        std::atomic<size_t> signalled = 0;
+        const Handle begun(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+        std::thread signaller([&] {
+            WaitForSingleObject(begun.get(), INFINITE);
+            for (const HANDLE event : handles) {
+                ++signalled;
+                SetEvent(event);
+            }
+        });
+        SetEvent(begun.get());
+        EXPECT_TRUE(waitForAll(handles));
+        EXPECT_EQ(signalled, count);
+        signaller.join();
+    }
+    const HANDLE invalid[] = {INVALID_HANDLE_VALUE, nullptr};
+    EXPECT_FALSE(waitForAll(invalid));
 }
 
 TEST(TerminateProcesses, EndsMoreThanTheSystemCanWaitForAtOnce) {

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <thread>
+
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/Probe.h"
 
@@ -103,9 +105,10 @@ TEST_F(ServicesTest, SendsNoControlToAServiceThatIsStopped) {
 }
 
 TEST_F(ServicesTest, WaitsForAServiceThatTakesItsTime) {
-    // A second control would be refused while the first one is pending, and the stop with it.
+    // The second of the looks, 600 milliseconds apart, finds the stop pending. A second control would then be refused,
+    // and the stop with it.
     run(L"slow");
-    EXPECT_TRUE(stopService(serviceName, 20'000));
+    EXPECT_TRUE(stopService(serviceName, 6000));
     EXPECT_EQ(state(), DWORD{SERVICE_STOPPED});
 }
 
@@ -145,6 +148,22 @@ TEST_F(ServicesTest, AServiceThatSomebodyHoldsOpenIsNotGone) {
         EXPECT_THAT(log.take(), ElementsAre(deleting(), stopping()));
     }
     EXPECT_TRUE(deleteService(serviceName, 2000)) << "once it is closed";
+}
+
+TEST_F(ServicesTest, LooksAgainUntilTheServiceIsReleased) {
+    ServiceHandle held = create(L"normal");
+    std::thread holder([&] {
+        // Nothing tells of the deletion, but a change is refused from then on.
+        while (ChangeServiceConfigW(held.get(), SERVICE_NO_CHANGE, SERVICE_NO_CHANGE, SERVICE_NO_CHANGE, nullptr,
+                                    nullptr, nullptr, nullptr, nullptr, nullptr, nullptr))
+            Sleep(10);
+        // Long enough for the first look, much shorter than the pause until the second one.
+        Sleep(200);
+        held.reset();
+    });
+    EXPECT_TRUE(deleteService(serviceName, 10'000));
+    holder.join();
+    EXPECT_EQ(state(), 0u);
 }
 
 TEST_F(ServicesTest, ANameThatCannotBeOneIsNeitherStoppedNorDeleted) {

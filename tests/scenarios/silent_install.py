@@ -65,6 +65,7 @@ def play(scene):
         before-files say warning PDX_SET_VARIABLE:WARNED=yes
         before-files say actiondata PDX_SET_VARIABLE:NO_SIGN
         before-files say actiondata not at the beginning PDX_SET_VARIABLE:LATE=1
+        before-files say actiondata XDX_SET_VARIABLE:OTHER=1
         before-files property PDX_SHORTCUT_NAME
         before-files property PRODUCT_DISPLAY_NAME
         before-files sharing PDXTEST_LOG
@@ -99,7 +100,7 @@ def play(scene):
     scene.check_equal("whatever the message's kind", variables.get("WARNED"), "yes")
     scene.check_equal("also from the last action", variables.get("LAST"), "of all")
     scene.check("a command without \"=\" or not at the beginning sets nothing",
-                not {"NO_SIGN", "LATE"} & variables.keys())
+                not {"NO_SIGN", "LATE", "OTHER"} & variables.keys())
     scene.check_equal("Windows 7 is allowed for", variables.get("PDX_ALLOW_WINDOWS_7"), "1")
     told = [scene.answer(f"before-files property {name}") for name in ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")]
     scene.check_equal("the package is told the names", told, ["Palisade", "Palisade app"])

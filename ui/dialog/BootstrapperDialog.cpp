@@ -9,6 +9,14 @@
 #include "ui/dialog/rules/PageFlow.h"
 
 namespace pdx {
+namespace {
+
+/// Held by a running client.
+constexpr const wchar_t* clientMutexName = L"Global\\PalisadeDesktop.exe";
+
+bool isClientRunning() { return static_cast<bool>(Handle(OpenMutexW(SYNCHRONIZE, FALSE, clientMutexName))); }
+
+}  // namespace
 
 BootstrapperDialog::~BootstrapperDialog() {
     app.setDialogWindow(nullptr);
@@ -65,10 +73,10 @@ LRESULT BootstrapperDialog::onAppMessage(UINT message, WPARAM wparam, LPARAM lpa
             return 0;
         case WM_BA_PLAN_COMPLETE:
             // Whatever the status: a plan that failed shows as the failure of applying it.
-            app.engine()->Apply(window);
+            quitOnFailure("Apply", app.engine()->Apply(window));
             return 0;
         case WM_BA_ERROR:
-            return showPrompt(reinterpret_cast<const ErrorInfo*>(wparam)->defaultResult);
+            return onError(*reinterpret_cast<const ErrorInfo*>(wparam));
         case WM_BA_CACHE_ACQUIRE_COMPLETE:
             return FAILED(static_cast<HRESULT>(wparam)) ? connectionAnswer(showPrompt(resultCancel)) : 0;
         case WM_BA_APPLY_COMPLETE:
@@ -80,11 +88,42 @@ LRESULT BootstrapperDialog::onAppMessage(UINT message, WPARAM wparam, LPARAM lpa
     }
 }
 
-void BootstrapperDialog::onDetectComplete() { app.engine()->Plan(app.action()); }
+void BootstrapperDialog::onDetectComplete() {
+    if (app.action() == BOOTSTRAPPER_ACTION_UNINSTALL) {
+        while (isClientRunning() && showPrompt(resultCancel) == resultRetry) {
+        }
+        if (isClientRunning()) {
+            PDX_LOG(logInfo, "BootstrapperDialog::OnDetectComplete",
+                    "Palisade Desktop is still running.  Canceling uninstall");
+            app.quit(0);
+            return;
+        }
+        if (showPrompt(IDYES) != IDYES) return;
+    }
+    quitOnFailure("Plan", app.engine()->Plan(app.action()));
+}
+
+void BootstrapperDialog::quitOnFailure(const char* operation, HRESULT hr) {
+    if (SUCCEEDED(hr)) return;
+    // An engine that refuses would call nothing more, and the run would stand still.
+    PDX_LOG(logError, "BootstrapperDialog::quitOnFailure", "%s failed: %s", operation, describeError(hr));
+    app.UpdateInstallStatus(hr);
+    app.quit(1);
+}
+
+LRESULT BootstrapperDialog::onError(const ErrorInfo& error) {
+    const int answer = showPrompt(error.defaultResult);
+    // The check box of the prompt is checked until somebody unchecks it.
+    app.engine()->SetVariableNumeric(L"PDX_SUBMIT_ERROR_REPORT", 1);
+    return answer;
+}
 
 LRESULT BootstrapperDialog::onApplyComplete(HRESULT status, int restart) {
     LRESULT answer = 0;
-    if (restart != BOOTSTRAPPER_APPLY_RESTART_NONE) answer = showPrompt(IDYES) == IDYES ? resultRestart : 0;
+    if (isRestartWanted(restart))
+        answer = showPrompt(IDYES) == IDYES ? resultRestart : 0;
+    else if (app.action() == BOOTSTRAPPER_ACTION_UNINSTALL && codeOf(status) != ERROR_ACCESS_DISABLED_BY_POLICY)
+        DestroyWindow(window);
     app.quit(exitCodeOf(status));
     return answer;
 }
@@ -101,12 +140,14 @@ void UIThreadFunc(BootstrapperApplication& application) {
     const HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
     {
         BootstrapperDialog dialog(application);
-        if (!dialog.create()) {
+        const HWND window = dialog.create();
+        if (!window) {
             PDX_LOG(logInfo, "UIThreadFunc", "CreateDialogParam failed: %s",
                     describeError(HRESULT_FROM_WIN32(GetLastError())));
         } else {
             MSG message;
             while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+                if (IsDialogMessageW(window, &message)) continue;
                 TranslateMessage(&message);
                 DispatchMessageW(&message);
             }

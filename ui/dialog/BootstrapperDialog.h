@@ -25,7 +25,10 @@ class BootstrapperDialog {
     /// The answer to a message of the application; 0 where none is asked for.
     LRESULT onAppMessage(UINT message, WPARAM wparam, LPARAM lparam);
     void onDetectComplete();
+    LRESULT onError(const ErrorInfo& error);
     LRESULT onApplyComplete(HRESULT status, int restart);
+    /// Ends a run whose next step the engine has refused.
+    void quitOnFailure(const char* operation, HRESULT hr);
     /// The answer to a question to the user: the default where the display does not allow one.
     int showPrompt(int defaultResult);
 

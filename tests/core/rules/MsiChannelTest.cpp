@@ -75,7 +75,12 @@ TEST(PackageLog, ReadsDecimals) {
     const struct {
         const wchar_t* text;
         uint32_t number;
-    } rows[] = {{L"1603", 1603}, {L"25000", 25000}, {L"", 0}, {L"none", 0}, {L"0", 0}, {L"0x643", 0}, {L" 12 ", 12}};
+    } rows[] = {{L"1603", 1603},    {L"25000", 25000},
+                {L"", 0},           {L"none", 0},
+                {L"0", 0},          {L"0x643", 0},
+                {L" 12 ", 0},       {L"-1", 0},
+                {L"12x", 0},        {L"4294967295", 4294967295u},
+                {L"4294967296", 0}, {L"99999999999999999999999", 0}};
     for (const auto& row : rows) EXPECT_EQ(parseDecimal(row.text), row.number);
 }
 

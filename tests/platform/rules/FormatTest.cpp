@@ -32,6 +32,8 @@ TEST(FormatPrintf, FollowsC99) {
         {"%d %i %u", {-1, int64_t{-5'000'000'000}, 4'000'000'000u}, "-1 -5000000000 4000000000"},
         {"%lld %llu", {INT64_MIN, UINT64_MAX}, "-9223372036854775808 18446744073709551615"},
         {"%08x %X %#x %o", {0xa7ff0643u, 255, 255, 8}, "a7ff0643 FF 0xff 10"},
+        {"%08x %u %x", {-1, -1, int64_t{-1}}, "ffffffff 4294967295 ffffffffffffffff"},
+        {"%d %d", {0x80004005u, uint64_t{0x80004005}}, "-2147467259 2147500037"},
         {"%+d % d %05d %.3d", {1, 1, -42, 7}, "+1  1 -0042 007"},
         {"%0.4f %e %g", {12.34567, 1.0, 0.5}, "12.3457 1.000000e+00 0.5"},
         {"%c%c", {'o', 'k'}, "ok"},
@@ -59,6 +61,7 @@ TEST(FormatPrintf, CutsAtTheBuffersEnd) {
     EXPECT_EQ(formatted("%s", {std::string_view(longText)}), std::string(4095, 'a'));
     EXPECT_EQ(formatted(longText, {}), std::string(4095, 'a'));
     EXPECT_EQ(formatted("%900d", {1}, 16), std::string(15, ' '));
+    EXPECT_EQ(formatted("%600d|%-600d|", {1, 2}), std::string(599, ' ') + "1|2" + std::string(599, ' ') + "|");
     EXPECT_EQ(formatted("%2147483647s", {std::string_view("x")}, 16), std::string(15, ' '));
 }
 

@@ -12,8 +12,51 @@ constexpr bool isPromptShown(BOOTSTRAPPER_DISPLAY display) {
     return display == BOOTSTRAPPER_DISPLAY_EMBEDDED || display == BOOTSTRAPPER_DISPLAY_FULL;
 }
 
+enum class DetectFlow {
+    uninstall,  ///< wait for the client to end, confirm, plan
+    welcome,    ///< the user takes over
+    plan,       ///< go on without a word
+    update,     ///< show the download and go on
+};
+
+/// What follows a detection.
+constexpr DetectFlow afterDetection(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, bool repairIsOff) {
+    switch (action) {
+        case BOOTSTRAPPER_ACTION_UNINSTALL:
+            return DetectFlow::uninstall;
+        case BOOTSTRAPPER_ACTION_INSTALL:
+            return isPromptShown(display) && repairIsOff ? DetectFlow::welcome : DetectFlow::plan;
+        case BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED:
+            return DetectFlow::update;
+        default:
+            return DetectFlow::plan;
+    }
+}
+
+/// The dialog makes room for the newer installer's.
+constexpr bool hidesForUpdate(BOOTSTRAPPER_ACTION action) {
+    return action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE || action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
+}
+
+struct ErrorText {
+    const wchar_t* titleKey;
+    const wchar_t* bodyKey;
+};
+
+/// What an error is called towards the user.
+ErrorText errorText(uint32_t errorType, uint32_t code);
+
+/// The flags of the error prompt: the engine's style without its icon, but for the question bit, with an error icon
+/// and the first button outlined.
+constexpr uint32_t errorPromptFlags(uint32_t uiHint) { return (uiHint & ~0xE0u) | 0x80000010u; }
+
 /// What the connection prompt's button makes of a failed download.
 constexpr int32_t connectionAnswer(int32_t button) { return button == resultOk ? resultRetry : resultCancel; }
+
+/// Whether the user is asked to restart the machine.
+constexpr bool isRestartWanted(int32_t restart) {
+    return restart == BOOTSTRAPPER_APPLY_RESTART_REQUIRED || restart == BOOTSTRAPPER_APPLY_RESTART_INITIATED;
+}
 
 /// The exit code that the dialog gives the engine after applying.
 constexpr uint32_t exitCodeOf(int32_t applyStatus) { return applyStatus < 0 ? 1 : 0; }

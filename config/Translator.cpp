@@ -1,0 +1,62 @@
+#include "config/Translator.h"
+
+#include <windows.h>
+
+#include <cwctype>
+
+#include "config/Resources.h"
+#include "config/rules/Languages.h"
+#include "platform/Log.h"
+
+namespace pdx {
+namespace {
+
+/// As the C library lowers a key: A to Z alone, which is what keys are made of.
+std::wstring loweredKey(std::wstring key) {
+    for (wchar_t& letter : key) letter = static_cast<wchar_t>(std::towlower(letter));
+    return key;
+}
+
+}  // namespace
+
+constinit ProcessSlot<Translator> g_translator;
+
+std::wstring detectLanguage() {
+    wchar_t locale[LOCALE_NAME_MAX_LENGTH];
+    if (GetUserDefaultLocaleName(locale, LOCALE_NAME_MAX_LENGTH) == 0) return L"en";
+    return std::wstring(languageForLocale(locale));
+}
+
+Translator::Translator() { Load(detectLanguage()); }
+
+bool Translator::Load(const std::wstring& name) {
+    const ResourceData file = loadResource({L"PDX_LOCSTRINGS", name});
+    if (file.size == 0) {
+        PDX_LOG(logInfo, "Translator::Load", "Failed to load localization resources for %ls", name);
+        return false;
+    }
+    std::optional<StringTable> loaded = readStringFile({file.bytes, file.size});
+    if (!loaded) return false;
+    loaded->merge(strings);  // keeps its own where both have a key
+    strings = std::move(*loaded);
+    language = name;
+    return true;
+}
+
+std::wstring Translator::translate(const std::wstring& key) const {
+    std::wstring text;
+    return tryTranslate(key, text) ? text : key;
+}
+
+bool Translator::tryTranslate(const std::wstring& key, std::wstring& out) const {
+    const auto found = strings.find(loweredKey(key));
+    if (found == strings.end()) return false;
+    out = found->second;
+    return true;
+}
+
+std::wstring Translator::siteLanguage(const std::wstring& other) const {
+    return std::wstring(siteCodeForLanguage(other.empty() ? language : other));
+}
+
+}  // namespace pdx

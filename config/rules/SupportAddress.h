@@ -1,0 +1,17 @@
+// The one thing in the strings that only the deployment knows.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pdx {
+
+/// What stands in the strings for the address of the support site, ahead of the path of its link.
+inline constexpr std::wstring_view supportPlaceholder = L"{support}";
+
+/// The text with every placeholder replaced by the address, such as "https://support.example.com". A final "/" of the
+/// address is dropped, for the path begins with one. With an empty address the link keeps its path alone, which has no
+/// scheme and so leads nowhere.
+std::wstring fillSupportAddress(std::wstring text, std::wstring_view address);
+
+}  // namespace pdx

@@ -1,0 +1,13 @@
+"""Loads, runs and frees the shipped library a hundred times in a prefix of its own: python3 -m harness.lifecycle
+[ROUNDS]. Prints a line a round; exit code 0 if everything held."""
+import os
+import sys
+
+from harness.places import BUILD, LIBRARY
+from harness.prefix import copy_of_prepared
+
+DRIVER = BUILD / "release/harness/lifecycle_driver.exe"
+
+if __name__ == "__main__":
+    with copy_of_prepared("lifecycle", os.environ["DISPLAY"]) as wine:
+        sys.exit(wine.start(DRIVER, str(LIBRARY), *sys.argv[1:], stdout=None, stderr=None).wait())

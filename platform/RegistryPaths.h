@@ -1,0 +1,11 @@
+// Registry keys that more than one room reads or writes.
+#pragma once
+
+namespace pdx {
+
+/// The installed product, under HKEY_LOCAL_MACHINE.
+inline constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
+/// The older client, under HKEY_LOCAL_MACHINE, 32-bit view.
+inline constexpr const wchar_t* olderClientKey = L"Software\\Bastion";
+
+}  // namespace pdx

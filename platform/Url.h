@@ -1,0 +1,21 @@
+// The parts of a URL.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace pdx {
+
+struct HttpUrl {
+    std::wstring scheme;  ///< up to 64 characters
+    std::wstring host;    ///< up to 256
+    uint16_t port = 443;  ///< as the platform reports it; 443 if it reports none
+    std::wstring path;    ///< up to 1024
+    std::wstring extra;   ///< query and fragment with the leading "?", up to 1024
+};
+
+/// The parts of a URL given in UTF-8; all empty if it is none, which is not logged: it shows at the first use.
+HttpUrl parseUrl(std::string_view url);
+
+}  // namespace pdx

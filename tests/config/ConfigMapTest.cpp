@@ -1,0 +1,201 @@
+#include "config/ConfigMap.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <sstream>
+
+#include "platform/Handles.h"
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/TestFolder.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// Leaves the process without settings, as it was.
+class ConfigurationTest : public testing::Test {
+  protected:
+    ~ConfigurationTest() override {
+        g_config.clear();
+        g_configurable = false;
+    }
+};
+
+constexpr char cdnFolder[] = "/Palisade-Desktop-Client-Download/installer-releases/";
+
+TEST_F(ConfigurationTest, HasTheShippedValues) {
+    const CapturedLog log;
+    determineConfigurable();
+    EXPECT_FALSE(g_configurable);
+    loadConfiguration(false);
+    EXPECT_THAT(log.take(), IsEmpty());
+
+    const std::pair<const char*, bool> switches[] = {
+        {"app.dev", false},
+        {"app.meridian.enableMigration", true},
+        {"app.meridian.promptBastionUninstall", false},
+    };
+    for (const auto& [key, value] : switches) {
+        EXPECT_EQ(getConfigBool(key, true), value) << key;
+        EXPECT_EQ(getConfigBool(key, false), value) << key;
+    }
+    const std::pair<const char*, std::string> endings[] = {
+        {"app.environment", "production"},
+        {"app.installertype", "thick"},
+        {"app.oer.url", "/er/errorreport.xml"},
+        {"updater.url", ".example"},
+        {"installer.downloadurl", std::string(cdnFolder) + "PalisadeappInstaller.exe"},
+        {"telemetry.tally.url", "/tallyEvents"},
+        {"telemetry.brisk.url", "/brisk/telm"},
+    };
+    for (const auto& [key, ending] : endings) EXPECT_THAT(getConfigString(key), testing::EndsWith(ending)) << key;
+    const char* unset[] = {
+        "location.language",          "telemetry.tally.log",       "telemetry.brisk.log",          "indev.startOnBoot",
+        "qa.installer.allowWindows7", "qa.installer.crashOnStart", "qa.installer.skipUpdateCheck", "qa.currentVersion",
+        "qa.versionToOverride"};
+    for (const char* key : unset) {
+        EXPECT_EQ(getConfigString(key, "absent"), "absent") << key;
+        EXPECT_TRUE(getConfigBool(key, true)) << key;
+        EXPECT_FALSE(getConfigBool(key, false)) << key;
+    }
+    // Those above that are set, and the two numbers that nothing reads.
+    EXPECT_EQ(g_config.get()->size(), std::size(switches) + std::size(endings) + 2);
+    loadConfiguration(true);
+    EXPECT_EQ(getConfigString("app.installertype"), "thin");
+}
+
+TEST_F(ConfigurationTest, HasOtherServicesForIntegration) {
+    const ConfigMap production = loadConfigResource("production.cfg");
+    const ConfigMap integration = loadConfigResource("integration.cfg");
+    const ConfigMap installer = loadConfigResource("installer.cfg");
+    for (const char* key : {"updater.url", "installer.downloadurl", "telemetry.tally.url", "telemetry.brisk.url"}) {
+        EXPECT_THAT(production.getString(key), HasSubstr("https://")) << key;
+        EXPECT_THAT(integration.getString(key), HasSubstr("https://")) << key;
+        EXPECT_NE(production.getString(key), integration.getString(key)) << key;
+    }
+    EXPECT_NE(integration.getString("app.oer.url"), installer.getString("app.oer.url"));
+    EXPECT_EQ(production.getString("app.oer.url", "absent"), "absent");
+    EXPECT_THAT(integration.getString("installer.downloadurl"),
+                testing::EndsWith(std::string(cdnFolder) + "PalisadeappInstaller-{version}.exe"));
+}
+
+TEST_F(ConfigurationTest, TakesTheOverrideFileOnlyWhereItMay) {
+    // This file's place is fixed; the tests' own prefix has none.
+    CreateDirectoryW(L"C:\\PalisadeDesktopDev", nullptr);
+    ASSERT_NE(GetFileAttributesW(L"C:\\PalisadeDesktopDev"), INVALID_FILE_ATTRIBUTES);
+    std::ofstream("C:\\PalisadeDesktopDev\\override.cfg", std::ios::binary)
+        << "[app]\r\nenvironment = \"qa7\"\r\n[updater]\r\nurl = \"https://override.example\"\r\nports = [1, 2]\r\n"
+           "[QA]\r\ncurrentVersion = \"9.0\"\r\n";
+    const CapturedLog log;
+    loadConfiguration(false);
+    EXPECT_EQ(getConfigString("app.environment"), "production");
+    EXPECT_EQ(getConfigString("qa.currentVersion", "absent"), "absent");
+    EXPECT_THAT(log.take(), IsEmpty());
+
+    g_configurable = true;
+    loadConfiguration(false);
+    const LogEntry skipped{logError, "pdx::services::settings::TomlConfigVisitor::visit",
+                           "Unsupported value type (array) found in config file"};
+    EXPECT_THAT(log.take(), ElementsAre(skipped, skipped)) << "the file is read twice";
+    EXPECT_EQ(getConfigString("app.environment"), "qa7");
+    EXPECT_EQ(getConfigString("updater.url"), "https://override.example");
+    EXPECT_EQ(getConfigString("qa.currentVersion"), "9.0");
+    EXPECT_EQ(getConfigString("telemetry.brisk.url"),
+              loadConfigResource("integration.cfg").getString("telemetry.brisk.url"));
+
+    std::ofstream("C:\\PalisadeDesktopDev\\override.cfg", std::ios::binary) << "[updater]\nurl = \n";
+    loadConfiguration(false);
+    EXPECT_EQ(log.take().size(), 2u) << "a syntax error is logged each time";
+    EXPECT_EQ(getConfigString("updater.url"), loadConfigResource("production.cfg").getString("updater.url"));
+    DeleteFileW(L"C:\\PalisadeDesktopDev\\override.cfg");
+    RemoveDirectoryW(L"C:\\PalisadeDesktopDev");
+}
+
+TEST_F(ConfigurationTest, KeepsTheSettingsThatSomebodyStillReads) {
+    loadConfiguration(true);
+    const auto earlier = g_config.get();
+    loadConfiguration(false);
+    EXPECT_EQ(earlier->getString("app.installertype"), "thin");
+    EXPECT_EQ(getConfigString("app.installertype"), "thick");
+}
+
+TEST_F(ConfigurationTest, GivesTheDefaultsWhileThereIsNone) {
+    EXPECT_EQ(getConfigString("app.environment", "default"), "default");
+    EXPECT_EQ(getConfigWideString("app.environment", L"default"), L"default");
+    EXPECT_TRUE(getConfigBool("app.dev", true));
+    EXPECT_FALSE(getConfigBool("app.dev", false));
+}
+
+TEST(LoadConfigStream, LogsTheErrorsTextAsAFormat) {
+    struct Row {
+        const char* text;
+        const char* message;
+    };
+    const Row rows[] = {
+        {"a = \n", "Failed to parse value type at line 1"},
+        {"\n100%%s%n = 1\n100%%s%n = 1\n", "Key 100%s%n already present at line 3"},
+    };
+    const CapturedLog log;
+    for (const Row& row : rows) {
+        std::istringstream stream(row.text);
+        EXPECT_EQ(LoadConfigStream(stream).size(), 0u);
+        EXPECT_THAT(log.take(), ElementsAre(LogEntry{logError, "LoadConfigStream", row.message}));
+    }
+    std::istringstream longStream("'" + std::string(100'000, 'k') + "' = 1\n'" + std::string(100'000, 'k') + "' = 1");
+    LoadConfigStream(longStream);
+    EXPECT_THAT(log.take(), ElementsAre(LogEntry{logError, "LoadConfigStream", "Key " + std::string(4091, 'k')}));
+}
+
+TEST(LoadConfigResource, GivesNothingForAMissingOne) {
+    const CapturedLog log;
+    EXPECT_EQ(loadConfigResource("no.cfg").size(), 0u);
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST(LoadConfigFile, ReadsAFileWhereverItLies) {
+    const TestFolder folder;
+    const CapturedLog log;
+    const std::wstring path = folder.addFile(L"Gr\u00f6\u00dfe \u6f22.cfg", "a = \"1\x1a\x32\"\nb = \"\xc3\xa4\"");
+    const FileHandle reader(
+        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(reader);
+    const ConfigMap map = loadConfigFile(toUtf8(path).c_str());
+    EXPECT_EQ(map.getString("a"), "1\x1a\x32") << "while somebody else reads it, and past a Ctrl+Z";
+    EXPECT_EQ(map.getWideString("b", L"default"), L"\u00e4");
+    EXPECT_EQ(map.getWideString("c", L"\u00fc"), L"\u00fc");
+    for (const std::wstring& missing : {folder.path(L"none.cfg"), folder.path(), std::wstring(), std::wstring(L"*")})
+        EXPECT_EQ(loadConfigFile(toUtf8(missing).c_str()).size(), 0u) << toUtf8(missing);
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+DWORD WINAPI loadOnSmallStack(void* text) {
+    std::istringstream stream(*static_cast<std::string*>(text));
+    return LoadConfigStream(stream).size();
+}
+
+TEST(LoadConfigStream, TakesWhatMayBeNestedOnAnEighthOfTheStack) {
+    std::string arrays = "a = " + std::string(100, '[') + std::string(100, ']');
+    std::string tables = "a = ";
+    for (int level = 0; level < 100; ++level) tables += "{a=";
+    tables += "1" + std::string(100, '}');
+    std::string headings;
+    std::string path = "a";
+    for (int level = 0; level < 99; ++level, path += ".a") headings += "[[" + path + "]]\n";
+    for (std::string* text : {&arrays, &tables, &headings}) {
+        const Handle thread(
+            CreateThread(nullptr, 128 * 1024, loadOnSmallStack, text, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+        ASSERT_TRUE(thread);
+        WaitForSingleObject(thread.get(), INFINITE);
+        DWORD keys = 99;
+        GetExitCodeThread(thread.get(), &keys);
+        EXPECT_EQ(keys, text == &tables ? 1u : 0u);
+    }
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,52 @@
+#include "config/rules/Languages.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+namespace pdx {
+namespace {
+
+struct LanguageCase {
+    std::wstring_view given;
+    std::wstring_view result;
+};
+
+TEST(LanguageForLocale, TakesTheWholeNameThenItsFirstPart) {
+    const LanguageCase cases[] = {
+        {L"de", L"de"},           {L"de-AT", L"de"},           {L"en-GB", L"en"},      {L"es", L"es"},
+        {L"es-ES_tradnl", L"es"}, {L"es-419", L"es"},          {L"es-MX", L"es-MX"},   {L"es-US", L"es-MX"},
+        {L"fr-CA", L"fr"},        {L"it-CH", L"it"},           {L"ja-JP", L"ja"},      {L"ko-KR", L"ko"},
+        {L"pl-PL", L"pl"},        {L"pt-BR", L"pt-BR"},        {L"ru-RU", L"ru"},      {L"th-TH", L"th"},
+        {L"zh", L"zh-Hant"},      {L"zh-CN", L"zh-Hans"},      {L"zh-SG", L"zh-Hans"}, {L"zh-TW", L"zh-Hant"},
+        {L"zh-HK", L"zh-Hant"},   {L"zh-Hans-HK", L"zh-Hant"},
+    };
+    for (const LanguageCase& row : cases) EXPECT_EQ(languageForLocale(row.given), row.result) << row.given.size();
+}
+
+TEST(LanguageForLocale, FallsBackToEnglish) {
+    for (const std::wstring_view locale : {L"nl-NL", L"pt-PT", L"pt", L"DE", L"De-at", L"es_MX", L"deu", L"-de", L""}) {
+        EXPECT_EQ(languageForLocale(locale), L"en");
+    }
+}
+
+TEST(SiteCodeForLanguage, GivesEachLanguageACodeOfItsOwn) {
+    const LanguageCase cases[] = {
+        {L"de", L"de"}, {L"en", L"en"}, {L"es", L"es"},      {L"es-MX", L"mx"},   {L"fr", L"fr"},
+        {L"it", L"it"}, {L"ja", L"ja"}, {L"ko", L"ko"},      {L"pl", L"pl"},      {L"pt-BR", L"br"},
+        {L"ru", L"ru"}, {L"th", L"th"}, {L"zh-Hant", L"tc"}, {L"zh-Hans", L"sc"},
+    };
+    std::set<std::wstring_view> codes;
+    for (const LanguageCase& row : cases) {
+        EXPECT_EQ(siteCodeForLanguage(row.given), row.result);
+        codes.insert(siteCodeForLanguage(row.given));
+    }
+    EXPECT_EQ(codes.size(), std::size(cases));
+    for (const std::wstring_view unknown : {L"", L"nl", L"zh", L"pt", L"ZH-HANS"}) {
+        EXPECT_EQ(siteCodeForLanguage(unknown), L"en");
+    }
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,233 @@
+// What each message to the dialog carries, and what becomes of its answer.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "tests/core/ApplicationProbe.h"
+
+namespace pdx {
+namespace {
+
+using App = ProbedApplication;
+
+constexpr auto failed = static_cast<HRESULT>(0x80072ee2);
+constexpr int dialogsAnswer = 77;
+
+/// Runs the test's part on the engine's thread while the dialog is there, and ends the run without a detection.
+RunOutcome withDialog(Bench& bench, const std::function<void(App&)>& part) {
+    return bench.run({}, [&](const SlotEvent& event) {
+        if (event.slot != "OnDetectComplete" || event.returned) return;
+        part(bench.app());
+        bench.app().quit(0);
+    });
+}
+
+TEST(Messages, CarryTheirArgumentsAndBringTheAnswerBack) {
+    const auto* source = L"source";
+    const auto* package = L"package";
+    const struct {
+        const char* slot;
+        UINT message;
+        WPARAM wparam;
+        LPARAM lparam;
+        std::function<int(App&)> call;
+        int result = dialogsAnswer;
+    } rows[] = {
+        {"OnPlanComplete", WM_BA_PLAN_COMPLETE, static_cast<WPARAM>(failed), 0,
+         [](App& a) {
+             a.OnPlanComplete(failed);
+             return 0;
+         },
+         0},
+        {"OnCacheBegin", WM_BA_CACHE_BEGIN, 0, 0, [](App& a) { return a.OnCacheBegin(); }},
+        {"OnCacheAcquireBegin", WM_BA_CACHE_ACQUIRE_BEGIN, BOOTSTRAPPER_CACHE_OPERATION_EXTRACT,
+         reinterpret_cast<LPARAM>(source),
+         [&](App& a) { return a.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_EXTRACT, source); }},
+        {"OnCacheAcquireProgress", WM_BA_CACHE_ACQUIRE_PROGRESS, 42, 0,
+         [](App& a) { return a.OnCacheAcquireProgress(L"p", L"l", 1, 2, 42); }},
+        {"OnCacheAcquireComplete", WM_BA_CACHE_ACQUIRE_COMPLETE, static_cast<WPARAM>(failed), 5,
+         [](App& a) { return a.OnCacheAcquireComplete(L"p", L"l", failed, 5); }},
+        {"OnExecuteBegin", WM_BA_EXECUTE_BEGIN, 3, 0, [](App& a) { return a.OnExecuteBegin(3); }},
+        {"OnExecutePackageBegin", WM_BA_EXECUTE_PACKAGE_BEGIN, 1, reinterpret_cast<LPARAM>(package),
+         [&](App& a) { return a.OnExecutePackageBegin(package, TRUE); }},
+        {"OnExecuteProgress", WM_BA_EXECUTE_PROGRESS, 11, 22, [](App& a) { return a.OnExecuteProgress(L"p", 11, 22); }},
+        {"OnApplyComplete", WM_BA_APPLY_COMPLETE, static_cast<WPARAM>(failed), BOOTSTRAPPER_APPLY_RESTART_REQUIRED,
+         [](App& a) { return a.OnApplyComplete(failed, BOOTSTRAPPER_APPLY_RESTART_REQUIRED); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.slot);
+        AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
+        Bench bench;
+        int result = -1;
+        withDialog(bench, [&](App& app) { result = row.call(app); });
+        EXPECT_EQ(result, row.result);
+        const auto messages = dialog.messages();
+        ASSERT_FALSE(messages.empty());
+        EXPECT_EQ(messages[0].number, row.message);
+        EXPECT_EQ(messages[0].wparam, row.wparam);
+        EXPECT_EQ(messages[0].lparam, row.lparam);
+    }
+}
+
+TEST(Messages, CarryAnErrorsRecord) {
+    AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
+    Bench bench;
+    int result = 0;
+    withDialog(bench, [&](App& app) {
+        result = app.OnError(BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_PROXY, L"p", 407, L"text", 0x31, 0, nullptr, 9);
+    });
+    EXPECT_EQ(result, dialogsAnswer);
+    const auto messages = dialog.messages();
+    ASSERT_EQ(messages.size(), 1u) << "told once: not again at the end";
+    EXPECT_EQ(messages[0].error.errorType, static_cast<DWORD>(BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_PROXY));
+    EXPECT_EQ(messages[0].error.code, 407u);
+    EXPECT_EQ(messages[0].error.uiHint, 0x31u);
+    EXPECT_EQ(messages[0].error.defaultResult, 9);
+}
+
+TEST(Messages, TellAFailureThatNobodyHasShown) {
+    AnsweringDialog dialog;
+    Bench bench;
+    bench.run({}, [&](const SlotEvent& event) {
+        if (event.slot == "OnDetectComplete" && event.returned) bench.app().quit(0);
+        if (event.slot == "OnShutdown" && !event.returned) bench.app().OnRegisterComplete(failed);
+    });
+    const auto messages = dialog.messages();
+    ASSERT_EQ(dialog.numbers(), (std::vector<UINT>{WM_BA_DETECT_COMPLETE, WM_BA_ERROR}));
+    EXPECT_EQ(messages[1].error.errorType, static_cast<DWORD>(BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER));
+    EXPECT_EQ(messages[1].error.code, static_cast<DWORD>(failed));
+    EXPECT_EQ(messages[1].error.uiHint, 0u);
+    EXPECT_EQ(messages[1].error.defaultResult, IDOK);
+}
+
+TEST(Messages, FollowTheOlderClientsRemovalInAnInstallRunOnly) {
+    const struct {
+        BOOTSTRAPPER_ACTION action;
+        int type;
+        const wchar_t* text;
+        bool told;
+    } rows[] = {
+        {BOOTSTRAPPER_ACTION_INSTALL, 0x08000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN", true},
+        {BOOTSTRAPPER_ACTION_INSTALL, 0x7F000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN", true},
+        {BOOTSTRAPPER_ACTION_INSTALL, 0x08000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN ", false},
+        {BOOTSTRAPPER_ACTION_INSTALL, 0x08000000, L"ca_msg_bastion_uninstall_begin", false},
+        {BOOTSTRAPPER_ACTION_UNINSTALL, 0x08000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN", false},
+    };
+    for (const auto& row : rows) {
+        AnsweringDialog dialog;
+        Bench bench(row.action);
+        withDialog(bench, [&](App& app) {
+            app.OnExecuteMsiMessage(L"p", row.type, 0, row.text, 0, nullptr, 0);
+            EXPECT_EQ(app.state().context.contains("msiact"), row.type == 0x08000000) << "kept all the same";
+        });
+        EXPECT_EQ(dialog.numbers(),
+                  row.told ? std::vector<UINT>{WM_BA_UNINSTALLING_BASTION_TITLE} : std::vector<UINT>{});
+    }
+}
+
+TEST(Messages, OfTheClientsStatusRegardNoCaseOfItsId) {
+    const struct {
+        const wchar_t* package;
+        DWORD lastError;
+    } rows[] = {{L"palisadeapp.MSI", 0xA7FF61A8}, {L"Other.msi", 0x80070643}};
+    for (const auto& row : rows) {
+        Bench bench;
+        bench.engine.variables.set(L"PDX_MSI_STATUS", std::wstring(L"25000"));
+        App& app = bench.app();
+        app.OnExecutePackageBegin(row.package, TRUE);
+        app.OnExecutePackageComplete(row.package, static_cast<HRESULT>(0x80070643), BOOTSTRAPPER_APPLY_RESTART_NONE, 0);
+        EXPECT_EQ(static_cast<DWORD>(app.state().status.lastError), row.lastError);
+    }
+}
+
+TEST(Downloads, AreRetriedThreeTimesInAPackage) {
+    AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
+    Bench bench;
+    withDialog(bench, [](App& app) {
+        const auto attempt = [&app](const wchar_t* payload, HRESULT hr) {
+            app.OnCacheAcquireBegin(L"p", payload, BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD, L"s");
+            return app.OnCacheAcquireComplete(L"p", payload, hr, 0);
+        };
+        app.OnCachePackageBegin(L"p", 2, 1);
+        // The count goes on over the payloads and over a success.
+        EXPECT_EQ(attempt(L"a", failed), resultRetry);
+        EXPECT_EQ(app.waitedSeconds(), 1);
+        EXPECT_EQ(attempt(L"a", failed), resultRetry);
+        EXPECT_EQ(app.waitedSeconds(), 1 + 5);
+        EXPECT_EQ(attempt(L"a", S_OK), dialogsAnswer);
+        EXPECT_EQ(attempt(L"b", failed), resultRetry);
+        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30);
+        EXPECT_EQ(attempt(L"b", failed), dialogsAnswer) << "the user is asked";
+        EXPECT_EQ(attempt(L"b", failed), resultRetry) << "and may start over";
+        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30 + 1);
+        app.OnCachePackageBegin(L"q", 1, 1);
+        EXPECT_EQ(attempt(L"a", failed), resultRetry);
+        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+        // Neither a cancel by status nor what is no download is retried.
+        EXPECT_EQ(attempt(L"a", static_cast<HRESULT>(0x80070642)), dialogsAnswer);
+        app.OnCacheAcquireBegin(L"q", L"c", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
+        EXPECT_EQ(app.OnCacheAcquireComplete(L"q", L"c", failed, 0), dialogsAnswer);
+        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+    });
+    EXPECT_TRUE(bench.engine.findLog(L"Waiting 30s before auto retry"));
+    EXPECT_TRUE(bench.engine.findLog(L"ecod[80072ee2]"));
+}
+
+TEST(Downloads, HearACancelWhileTheyWait) {
+    Bench bench;
+    App& app = bench.app();
+    app.OnCachePackageBegin(L"p", 1, 1);
+    app.OnCacheAcquireBegin(L"p", L"a", BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD, L"s");
+    app.onPause = [&app] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
+    EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"a", failed, 0), IDCANCEL);
+    EXPECT_EQ(app.waitedSeconds(), 0.25);
+}
+
+TEST(ClientLog, ThatSomebodyHoldsIsAnError) {
+    AnsweringDialog dialog(
+        [](auto&, const auto& message) { return message.number == WM_BA_ERROR ? 5 : dialogsAnswer; });
+    Bench bench;
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    const std::wstring path = std::wstring(folder) + L"held.log";
+    bench.engine.variables.set(L"WixBundleLog_PalisadeApp.msi", path);
+    withDialog(bench, [&](App& app) {
+        const FileHandle held(
+            CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        EXPECT_EQ(app.OnExecutePackageBegin(L"PalisadeApp.msi", TRUE), dialogsAnswer);
+        // Not marked as executing: what the package says of itself does not count.
+        app.OnExecutePackageComplete(L"PalisadeApp.msi", static_cast<HRESULT>(0x80070005),
+                                     BOOTSTRAPPER_APPLY_RESTART_NONE, 0);
+        EXPECT_EQ(static_cast<DWORD>(app.state().status.lastError), 0xA7FF0020);
+    });
+    const auto numbers = dialog.numbers();
+    EXPECT_EQ(numbers, (std::vector<UINT>{WM_BA_EXECUTE_PACKAGE_BEGIN, WM_BA_ERROR}));
+    EXPECT_EQ(dialog.messages()[1].error.code, static_cast<DWORD>(errorLogFileTaken));
+}
+
+TEST(ClientLog, IsOpenedForwardAndInRollback) {
+    Bench bench;
+    App& app = bench.app();
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    bench.engine.variables.set(L"WixBundleLog_PalisadeApp.msi", std::wstring(folder) + L"forward.log");
+    bench.engine.variables.set(L"WixBundleRollbackLog_PalisadeApp.msi", std::wstring(folder) + L"back.log");
+    app.OnExecutePackageBegin(L"PalisadeApp.msi", TRUE);
+    app.OnExecutePackageBegin(L"PalisadeApp.msi", FALSE);
+    for (const wchar_t* name : {L"forward.log", L"back.log"}) {
+        const std::wstring path = std::wstring(folder) + name;
+        EXPECT_TRUE(bench.engine.findLog(name));
+        EXPECT_FALSE(DeleteFileW(path.c_str())) << "held";
+    }
+    app.OnExecutePackageBegin(L"None.msi", TRUE);
+    const auto line = bench.engine.findLog(L"Unable to determine log path for None.msi");
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->level, BOOTSTRAPPER_LOG_LEVEL_ERROR);
+    bench.release();
+    for (const wchar_t* name : {L"forward.log", L"back.log"})
+        EXPECT_TRUE(DeleteFileW((std::wstring(folder) + name).c_str())) << "let go with the object";
+}
+
+}  // namespace
+}  // namespace pdx

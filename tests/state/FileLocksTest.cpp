@@ -1,0 +1,271 @@
+#include "state/FileLocks.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/TestFolder.h"
+
+namespace pdx {
+namespace {
+
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::Field;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+
+FileHandle openFile(const std::wstring& path, DWORD access, DWORD share) {
+    return FileHandle(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+LogEntry line(const char* function, const std::wstring& message) { return {logInfo, function, toUtf8(message)}; }
+
+struct ChangeNotificationTraits {
+    using Value = HANDLE;
+    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void close(Value value) noexcept { FindCloseChangeNotification(value); }
+};
+
+/// A link, which goes with its object. Wine can make and remove none of Windows' own, but takes a link of the system
+/// below it for one.
+class Link {
+  public:
+    Link(const std::wstring& folder, const std::wstring& name, const std::wstring& target, DWORD flags)
+        : place(folder), path(folder + L'\\' + name) {
+        if (!CreateSymbolicLinkW(path.c_str(), target.c_str(), flags) || !*this)
+            run(L"ln -s", {target, folder + L"\\" + name});
+    }
+    ~Link() {
+        if (!DeleteFileW(path.c_str()) && !RemoveDirectoryW(path.c_str())) run(L"rm -f", {path});
+    }
+    Link(const Link&) = delete;
+    Link& operator=(const Link&) = delete;
+    explicit operator bool() const { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+  private:
+    /// Runs a program of the system below Wine, and waits for what it changes in the folder: there is no handle of it
+    /// to wait for.
+    void run(std::wstring command, std::initializer_list<std::wstring> paths) const {
+        using ToUnix = char*(CDECL*)(const wchar_t*);
+        const auto toUnix =
+            reinterpret_cast<ToUnix>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name"));
+        if (!toUnix) return;
+        for (const std::wstring& argument : paths) {
+            // Only of its folder, for the last component may be a link or not there yet.
+            const size_t separator = argument.rfind(L'\\');
+            char* unixFolder = toUnix(argument.substr(0, separator).c_str());
+            if (!unixFolder) return;
+            command += L" \"" + toWide(unixFolder) + L'/' + argument.substr(separator + 1) + L'"';
+            HeapFree(GetProcessHeap(), 0, unixFolder);
+        }
+        const UniqueHandle<ChangeNotificationTraits> changed(FindFirstChangeNotificationW(
+            place.c_str(), FALSE, FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME));
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION started{};
+        const std::wstring program = L"\\\\?\\unix\\bin\\" + command.substr(0, 2);
+        if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                            &started))
+            return;
+        const Handle process(started.hProcess);
+        const Handle thread(started.hThread);
+        WaitForSingleObject(changed.get(), 10'000);
+    }
+
+    std::wstring place;
+    std::wstring path;
+};
+
+class LockFileTest : public testing::Test {
+  protected:
+    HANDLE lock(const std::wstring& path, DWORD disposition = OPEN_EXISTING, DWORD share = FILE_SHARE_READ,
+                DWORD access = GENERIC_READ) {
+        return LockFile(locked, path, access, share, disposition, prefix);
+    }
+    /// Expects the lines of 25 tries that all ended with the error.
+    void expectTries(const std::wstring& path, const char* number) {
+        const std::string beginning = "Failed to lock file " + toUtf8(path) + ": ";
+        EXPECT_THAT(log.take(),
+                    AllOf(SizeIs(25),
+                          Each(Field(&LogEntry::message, AllOf(StartsWith(beginning),
+                                                               testing::EndsWith(" (" + std::string(number) + ")"))))));
+        EXPECT_THAT(locked, IsEmpty());
+    }
+
+    TestFolder folder;
+    CapturedLog log;
+    std::vector<FileHandle> locked;
+    std::wstring prefix = GetFinalPath(getSessionTempPath());
+};
+
+TEST_F(LockFileTest, HoldsAFileAgainstChange) {
+    const std::wstring path = folder.addFile(L"a folder\\some file.log");
+    const HANDLE handle = lock(path);
+    ASSERT_NE(handle, INVALID_HANDLE_VALUE);
+    EXPECT_THAT(log.take(), ElementsAre(line("LockFile", L"Locked " + path)));
+    ASSERT_THAT(locked, SizeIs(1));
+    EXPECT_EQ(locked[0].get(), handle);
+
+    constexpr DWORD anyShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    EXPECT_TRUE(openFile(path, GENERIC_READ, anyShare));
+    EXPECT_FALSE(openFile(path, GENERIC_WRITE, anyShare));
+    EXPECT_FALSE(DeleteFileW(path.c_str()));
+    EXPECT_FALSE(MoveFileW(path.c_str(), folder.path(L"moved").c_str()));
+
+    locked.clear();
+    EXPECT_TRUE(DeleteFileW(path.c_str()));
+}
+
+TEST_F(LockFileTest, MakesAFileAnewWhateverStoodThere) {
+    const std::wstring path = folder.addFile(L"client.log", "of an earlier run");
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
+    for (const std::wstring& created : {path, folder.path(L"fresh.log")}) {
+        const HANDLE handle =
+            lock(created, CREATE_NEW, FILE_SHARE_READ | FILE_SHARE_WRITE, GENERIC_READ | GENERIC_WRITE);
+        ASSERT_NE(handle, INVALID_HANDLE_VALUE) << toUtf8(created);
+        EXPECT_EQ(GetFileSize(handle, nullptr), 0u) << toUtf8(created);
+        EXPECT_TRUE(openFile(created, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE)) << "its writer may come";
+        EXPECT_FALSE(DeleteFileW(created.c_str())) << toUtf8(created);
+    }
+    EXPECT_THAT(locked, SizeIs(2));
+}
+
+TEST_F(LockFileTest, GivesUpOnAFileThatAnotherHolds) {
+    const std::wstring path = folder.addFile(L"held.log", "another's");
+    const FileHandle holder = openFile(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
+    ASSERT_TRUE(holder);
+    EXPECT_EQ(lock(path), INVALID_HANDLE_VALUE);
+    expectTries(path, "00000020");
+    EXPECT_EQ(lock(path, CREATE_NEW, FILE_SHARE_READ | FILE_SHARE_WRITE, GENERIC_READ | GENERIC_WRITE),
+              INVALID_HANDLE_VALUE);
+    expectTries(path, "00000050");
+    EXPECT_EQ(readFile(path), "another's");
+}
+
+TEST_F(LockFileTest, GivesUpOnALinkBelowTheTrustedFolder) {
+    folder.addFile(L"target\\a.log");
+    const Link folderLink(folder.path(), L"link", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    const Link fileLink(folder.path(), L"a.log", folder.path(L"target\\a.log"), 0);
+    if (!folderLink || !fileLink) GTEST_SKIP() << "no link can be made here";
+    EXPECT_EQ(readFile(folder.path(L"link\\a.log")), "x") << "the link leads there";
+    EXPECT_EQ(lock(folder.path(L"link\\a.log")), INVALID_HANDLE_VALUE);
+    expectTries(folder.path(L"link\\a.log"), "00000000");
+    EXPECT_EQ(lock(folder.path(L"a.log")), INVALID_HANDLE_VALUE);
+    EXPECT_THAT(log.take(), SizeIs(25));
+    EXPECT_NE(lock(folder.path(L"target\\a.log")), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LockFileTest, TakesTheTrustedFolderInItsShortForm) {
+    const std::wstring path = folder.addFile(L"A long folder name\\some file.log");
+    const std::wstring shortFolder = getShortPathName(folder.path(L"A long folder name"));
+    ASSERT_NE(shortFolder, folder.path(L"A long folder name"));
+    // The prefix is the long form in each case.
+    prefix = GetFinalPath(shortFolder);
+    ASSERT_TRUE(prefix.ends_with(L"\\A long folder name"));
+    EXPECT_NE(lock(shortFolder + L"\\some file.log"), INVALID_HANDLE_VALUE);
+    EXPECT_NE(lock(path), INVALID_HANDLE_VALUE);
+    // Below the trusted folder another spelling is as good as a link.
+    locked.clear();
+    EXPECT_THAT(log.take(), SizeIs(2)) << "two successes";
+    prefix = GetFinalPath(folder.path());
+    EXPECT_EQ(lock(shortFolder + L"\\some file.log"), INVALID_HANDLE_VALUE);
+    expectTries(shortFolder + L"\\some file.log", "00000000");
+    // With no prefix the path has to be its own final one.
+    prefix.clear();
+    EXPECT_NE(lock(path), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LockFileTest, GivesUpOnAFileThatIsNotThere) {
+    EXPECT_EQ(lock(folder.path(L"none.log")), INVALID_HANDLE_VALUE);
+    expectTries(folder.path(L"none.log"), "00000002");
+    EXPECT_EQ(lock(folder.path(L"none\\none.log")), INVALID_HANDLE_VALUE);
+    expectTries(folder.path(L"none\\none.log"), "00000003");
+}
+
+TEST_F(LockFileTest, TakesAFileThatIsLetGoInTime) {
+    const std::wstring path = folder.addFile(L"held.log");
+    FileHandle holder = openFile(path, GENERIC_READ | GENERIC_WRITE, 0);
+    ASSERT_TRUE(holder);
+    // Lets go at the first failure that is logged.
+    struct Releaser : Logger {
+        explicit Releaser(FileHandle& given) : held(given) {}
+        void write(int32_t, const char*, int32_t, const char* message) override {
+            messages.push_back(message);
+            held.reset();
+        }
+        FileHandle& held;
+        std::vector<std::string> messages;
+    };
+    const auto releaser = std::make_shared<Releaser>(holder);
+    g_logger.set(releaser);
+    EXPECT_NE(lock(path), INVALID_HANDLE_VALUE);
+    EXPECT_THAT(releaser->messages, ElementsAre(testing::EndsWith(" (00000020)"), "Locked " + toUtf8(path)));
+}
+
+TEST_F(LockFileTest, DoesNotTryWithoutAnExpectedPath) {
+    const std::wstring path = folder.addFile(L"a.log");
+    const LogEntry givenUp = line("LockFile", L"Failed to determine expected final path for " + path);
+    prefix = L"C:\\Temp";
+    EXPECT_EQ(lock(path), INVALID_HANDLE_VALUE);
+    EXPECT_THAT(log.take(), ElementsAre(line("GetExpectedFinalPath", L"Bad finalPrefix: C:\\Temp"), givenUp));
+    prefix = L"\\\\?\\C:\\nowhere";
+    EXPECT_EQ(lock(path), INVALID_HANDLE_VALUE);
+    EXPECT_THAT(log.take(),
+                ElementsAre(line("GetExpectedFinalPath", L"Never found temp path prefix for " + path), givenUp));
+    EXPECT_EQ(lock(folder.path(std::wstring(300, L'n'))), INVALID_HANDLE_VALUE);
+    EXPECT_TRUE(DeleteFileW(path.c_str()));
+}
+
+/// Sets a variable of the environment and gives it its old value back.
+class EnvironmentChange {
+  public:
+    EnvironmentChange(const wchar_t* variable, const std::wstring& value)
+        : name(variable), earlier(getEnvironmentText(variable)) {
+        SetEnvironmentVariableW(name, value.c_str());
+    }
+    ~EnvironmentChange() { SetEnvironmentVariableW(name, earlier.empty() ? nullptr : earlier.c_str()); }
+    EnvironmentChange(const EnvironmentChange&) = delete;
+    EnvironmentChange& operator=(const EnvironmentChange&) = delete;
+
+  private:
+    const wchar_t* name;
+    std::wstring earlier;
+};
+
+TEST(GetSessionTempPath, LeavesTheSessionsOwnFolderOut) {
+    const TestFolder folder;
+    DWORD session = 0;
+    ASSERT_TRUE(ProcessIdToSessionId(GetCurrentProcessId(), &session));
+    const std::wstring sessionFolder = folder.path(std::to_wstring(session));
+    const std::wstring otherFolder = folder.path(std::to_wstring(session + 1));
+    const std::pair<std::wstring, std::wstring> rows[] = {
+        {sessionFolder, folder.path() + L"\\"},
+        {otherFolder, otherFolder + L"\\"},
+        {folder.path(), folder.path() + L"\\"},
+    };
+    for (const auto& [temp, expected] : rows) {
+        const EnvironmentChange change(L"TMP", temp);
+        EXPECT_EQ(getSessionTempPath(), expected);
+    }
+}
+
+TEST(GetFinalPath, NamesWhatIsThereAndLogsWhatIsNot) {
+    const TestFolder folder;
+    const CapturedLog log;
+    const std::wstring path = folder.addFile(L"a.log");
+    const std::wstring finalPath = GetFinalPath(path);
+    EXPECT_TRUE(finalPath.starts_with(L"\\\\?\\")) << toUtf8(finalPath);
+    EXPECT_TRUE(finalPath.ends_with(L"\\a.log")) << toUtf8(finalPath);
+    EXPECT_EQ(GetFinalPath(folder.path() + L"\\"), GetFinalPath(folder.path())) << "no separator at the end";
+    EXPECT_EQ(GetFinalPath(L""), L"");
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_EQ(GetFinalPath(folder.path(L"none")), L"");
+    EXPECT_THAT(log.take(), ElementsAre(line("GetFinalPath", L"Failed to get final path for " + folder.path(L"none") +
+                                                                 L"; error=00000002")));
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,110 @@
+// How the widgets look and move, as values.
+#include <gtest/gtest.h>
+
+#include "ui/toolkit/rules/ButtonLook.h"
+#include "ui/toolkit/rules/CheckboxShape.h"
+#include "ui/toolkit/rules/ProgressShape.h"
+#include "ui/toolkit/rules/TrackShape.h"
+
+namespace pdx {
+namespace {
+
+using enum VisualState;
+
+TEST(VisualState, IsChosenInOrder) {
+    EXPECT_EQ(visualState({.enabled = false, .pushed = true, .underCursor = true, .focused = true}), disabled);
+    EXPECT_EQ(visualState({.enabled = true, .pushed = true, .underCursor = false, .focused = true}), pressed);
+    EXPECT_EQ(visualState({.enabled = true, .pushed = false, .underCursor = true, .focused = true}), hover);
+    EXPECT_EQ(visualState({.enabled = true, .pushed = false, .underCursor = false, .focused = true}), focused);
+    EXPECT_EQ(visualState({.enabled = true, .pushed = false, .underCursor = false, .focused = false}), normal);
+}
+
+TEST(ButtonLook, HasAFillAndABorderForEachState) {
+    constexpr Color text = 0xFFFFFFFF;
+    const struct {
+        VisualState state;
+        bool focused;
+        ButtonLook primary;
+        ButtonLook secondary;
+    } rows[] = {
+        {disabled, false, {0xFF343647, 0}, {0xB2343647, 0xFF343647}},
+        {normal, false, {0xFF276AFC, 0}, {0xB2171A29, 0xFF276AFC}},
+        {hover, false, {0xFF1F55CA, 0}, {0x4C000000, 0xFF1F55CA}},
+        {hover, true, {0xFF1F55CA, text}, {0x4C000000, text}},
+        {focused, true, {0xFF276AFC, text}, {0xB2171A29, text}},
+        {pressed, true, {0xFF3D79FC, 0}, {0x0CFFFFFF, 0xFF3D79FC}},
+    };
+    for (const auto& row : rows) {
+        const ButtonLook primary = buttonLook({}, false, row.state, row.focused, text);
+        EXPECT_EQ(primary.fill, row.primary.fill) << static_cast<int>(row.state);
+        EXPECT_EQ(primary.border, row.primary.border) << static_cast<int>(row.state);
+        const ButtonLook secondary = buttonLook({}, true, row.state, row.focused, text);
+        EXPECT_EQ(secondary.fill, row.secondary.fill) << static_cast<int>(row.state);
+        EXPECT_EQ(secondary.border, row.secondary.border) << static_cast<int>(row.state);
+    }
+    EXPECT_EQ(closeButtonFills.of(normal), 0x7F343647u);
+    EXPECT_EQ(closeButtonFills.of(hover), 0x33000000u);
+    EXPECT_EQ(closeButtonFills.of(pressed), 0x0CFFFFFFu);
+    EXPECT_EQ(closeButtonFills.of(focused), 0x7F343647u);
+    EXPECT_EQ(closeButtonFills.of(disabled), 0x4C343647u);
+}
+
+TEST(Checkbox, ShowsFocusAndCheckByItsBorder) {
+    const CheckboxColors colors;
+    const struct {
+        VisualState state;
+        bool focused;
+        bool checked;
+        Color border;
+    } rows[] = {
+        {disabled, true, true, 0xFF343647}, {hover, false, false, 0xFF908E97},  {hover, true, false, 0xFF276AFC},
+        {hover, false, true, 0xFF276AFC},   {focused, true, false, 0xFF276AFC}, {normal, false, false, 0xFF62626F},
+        {normal, false, true, 0xFF276AFC},  {pressed, true, false, 0xFF276AFC}, {pressed, false, false, 0xFF62626F},
+    };
+    for (const auto& row : rows) EXPECT_EQ(checkboxBorder(colors, row.state, row.focused, row.checked), row.border);
+    EXPECT_EQ(checkboxBox(22), (Box{1, 1, 20, 20}));
+    EXPECT_EQ(checkboxBox(60), (Box{1, 15, 30, 30}));
+    EXPECT_EQ(checkMark({1, 1, 20, 20})[0], (Point{5, 11}));
+    EXPECT_EQ(checkMark({1, 1, 20, 20})[1], (Point{8, 14}));
+    EXPECT_EQ(checkMark({1, 1, 20, 20})[2], (Point{17, 6}));
+    EXPECT_EQ(checkboxLabelLeft({1, 1, 20, 20}), 31);
+}
+
+TEST(Progress, FillsAndChases) {
+    EXPECT_EQ(filledWidth(0, 100, 0, 320), 0);
+    EXPECT_EQ(filledWidth(0, 100, 33, 320), 105);
+    EXPECT_EQ(filledWidth(0, 100, 100, 320), 320);
+    EXPECT_EQ(filledWidth(5, 5, 5, 320), 0);
+    const Size bar = {320, 8};
+    // At the start of a sweep both chunks lie outside, on the left; at its end both have gone by.
+    EXPECT_EQ(marqueeChunks(bar, 0)[0], (Box{-256, 0, 256, 8}));
+    EXPECT_EQ(marqueeChunks(bar, 2500)[0], (Box{-256, 0, 256, 8}));
+    EXPECT_EQ(marqueeChunks(bar, 0)[1], (Box{-256 - 256 - 96, 0, 256, 8}));
+    EXPECT_GE(marqueeChunks(bar, 2499)[1].x, 300);
+    for (uint64_t time = 0; time < 2499; ++time)
+        EXPECT_LE(marqueeChunks(bar, time)[0].x, marqueeChunks(bar, time + 1)[0].x);
+    EXPECT_DOUBLE_EQ(marqueeEasing(0), 0);
+    EXPECT_DOUBLE_EQ(marqueeEasing(1), 1);
+}
+
+TEST(Track, PlacesItsThumb) {
+    TrackState track{
+        .vertical = true, .client = {8, 100}, .position = 0, .minimum = 0, .maximum = 100, .pageSize = 100};
+    EXPECT_EQ(thumbBox(track), (Box{2, 0, 4, 50}));
+    track.position = 100;
+    EXPECT_EQ(thumbBox(track), (Box{2, 50, 4, 50}));
+    track.maximum = 1000000;
+    EXPECT_EQ(thumbBox(track).height, 10) << "never shorter";
+    track = {.vertical = false, .client = {100, 8}, .position = 50, .minimum = 0, .maximum = 100, .pageSize = 100};
+    EXPECT_EQ(thumbBox(track), (Box{25, 2, 50, 4}));
+    EXPECT_EQ(draggedPosition(track, 10, 20), 50);
+    EXPECT_EQ(track.clamped(-5), 0);
+    EXPECT_EQ(track.clamped(500), 100);
+    EXPECT_EQ(wheeledPosition(50, 20, 120), 30);
+    EXPECT_EQ(wheeledPosition(50, 20, -120), 70);
+    EXPECT_EQ(wheeledPosition(50, 1, -119), 50) << "the division cuts towards zero";
+    EXPECT_GT(TrackState{}.range(), 0) << "something to divide by";
+}
+
+}  // namespace
+}  // namespace pdx

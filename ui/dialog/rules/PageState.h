@@ -1,0 +1,71 @@
+// One page of the dialog, as plain values.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "resources/ids.h"
+
+namespace pdx {
+
+enum PageKind : int32_t {
+    pageBlank = 0,
+    pageWelcome = 1,
+    pageOptions = 2,
+    pageOlderClient = 3,  ///< the offer to uninstall the older client
+    pageProgress = 4,
+    pagePrompt = 5,
+};
+
+// Bits of PageState::flags beside the button set.
+inline constexpr uint32_t buttonSetMask = 0xF;
+inline constexpr uint32_t iconMask = 0xF0;
+inline constexpr uint32_t iconError = 0x10;
+inline constexpr uint32_t iconInformation = 0x40;
+inline constexpr uint32_t thirdSecondary = 0x20000000;
+inline constexpr uint32_t secondSecondary = 0x40000000;
+inline constexpr uint32_t firstSecondary = 0x80000000;
+
+// The button sets, by the number that a message box has for them.
+inline constexpr uint32_t buttonsOk = 0;
+inline constexpr uint32_t buttonsOkCancel = 1;
+inline constexpr uint32_t buttonsAbortRetryIgnore = 2;
+inline constexpr uint32_t buttonsYesNoCancel = 3;
+inline constexpr uint32_t buttonsYesNo = 4;
+inline constexpr uint32_t buttonsRetryCancel = 5;
+inline constexpr uint32_t buttonsCancelTryContinue = 6;
+
+/// Progress without a percentage yet.
+inline constexpr int32_t indeterminate = -1;
+
+struct PageState {
+    int32_t kind = pageBlank;
+    std::wstring title = {};
+    std::wstring body = {};
+    std::wstring checkLabel = {};
+    uint32_t flags = 0;
+    std::wstring button1Text = {};
+    std::wstring button2Text = {};
+    std::wstring button3Text = {};
+    int32_t progress = indeterminate;
+    int32_t result = 0;  ///< the control that the user pressed, 0 until then
+};
+
+/// All controls whose visibility a page decides, in the order in which their positions are queued.
+inline constexpr int32_t pageControls[] = {
+    IDC_TITLE,   IDC_SUBTITLE, IDC_BODY,    IDC_LOCATION_LABEL, IDC_LOCATION_VALUE,
+    IDC_PICTURE, IDC_PROGRESS, IDC_ACTION1, IDC_ACTION2,        IDC_ACTION3,
+    IDC_CLOSE,   IDC_OPTIONS,  IDC_BROWSE,  IDC_SHORTCUT,       IDC_QUESTION,
+};
+
+/// Whether a page of that kind shows the control whatever its content.
+bool isShownOnPage(int32_t kind, int32_t control);
+
+/// What a press on a control answers in that button set; 0 for a control that the set does not have.
+int32_t ButtonResult(uint32_t flags, int32_t controlId);
+
+/// The key of a button's text when the page has none of its own; empty for a result without one, which hides it.
+const wchar_t* defaultButtonKey(int32_t result);
+
+}  // namespace pdx

@@ -1,0 +1,103 @@
+#include "ui/toolkit/Button.h"
+
+#include <algorithm>
+
+#include "ui/toolkit/Painting.h"
+
+namespace pdx {
+namespace {
+
+constexpr int32_t cornerRadius = 8;
+constexpr float lineWidth = 2.0f;
+constexpr Size margins{32, 18};
+
+constexpr bool isClear(Color color) { return color >> 24 == 0; }
+
+bool cursorIsOver(HWND window) {
+    POINT cursor{};
+    RECT rect{};
+    return GetCursorPos(&cursor) && ::GetWindowRect(window, &rect) && PtInRect(&rect, cursor);
+}
+
+int32_t rounded(float length) { return static_cast<int32_t>(length + 0.5f); }
+
+/// The C locale's capitals: only a to z change, so a label looks the same on every machine.
+wchar_t toCapital(wchar_t letter) {
+    return letter >= L'a' && letter <= L'z' ? static_cast<wchar_t>(letter - L'a' + L'A') : letter;
+}
+
+}  // namespace
+
+VisualState nativeButtonState(const Window& window) {
+    const HWND handle = window.GetHandle();
+    return visualState({.enabled = IsWindowEnabled(handle) != FALSE,
+                        .pushed = (SendMessageW(handle, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0,
+                        .underCursor = cursorIsOver(handle),
+                        .focused = window.HasFocus()});
+}
+
+bool Button::IsUnderCursor() const { return cursorIsOver(hwnd); }
+bool Button::IsEnabled() const { return IsWindowEnabled(hwnd) != FALSE; }
+VisualState Button::GetVisualState() const { return nativeButtonState(*this); }
+
+void Button::SetSecondary(bool outlined) {
+    secondary = outlined;
+    Invalidate();
+}
+
+MessageResult Button::OnMouseEnter(int32_t, int32_t) {
+    Invalidate();
+    return unhandled();
+}
+
+MessageResult Button::OnMouseLeave() {
+    Invalidate();
+    return unhandled();
+}
+
+MessageResult Button::OnSetText(LPARAM label) {
+    Invalidate();
+    text = label ? reinterpret_cast<const wchar_t*>(label) : L"";
+    std::transform(text.begin(), text.end(), text.begin(), toCapital);
+    SetAccessibleName(text);
+    return handled();
+}
+
+Size Button::GetPreferredSize() const {
+    Graphics graphics(hwnd);
+    ApplyQuality(graphics);
+    const StringFormat format = CreateTextFormat();
+    const RectF measured = graphics.MeasureString(text, font.get(), {}, &format);
+    return {rounded(measured.width) + margins.width, rounded(measured.height) + margins.height};
+}
+
+MessageResult Button::Draw(Graphics& graphics) {
+    DrawBackground(graphics);
+    DrawContent(graphics);
+    return handled(1);
+}
+
+void Button::DrawBackground(Graphics& graphics) {
+    const Size client = GetClientSize();
+    const Path path = CreateRoundedPath({1, 1, client.width - 2, client.height - 2}, cornerRadius);
+    const ButtonLook look = buttonLook(colors, secondary, GetVisualState(), HasFocus(), textColor);
+    graphics.FillPath(Brush(look.fill), path);
+    if (!isClear(look.border)) graphics.DrawPath(Pen(look.border, lineWidth), path);
+}
+
+void Button::DrawContent(Graphics& graphics) {
+    const Color color = !IsEnabled() ? disabledTextColor : IsUnderCursor() ? hoverTextColor : textColor;
+    const Brush brush(color);
+    DrawTextInRect(graphics, text, font.get(), GetClientRectF(), &brush, Gdiplus::StringAlignmentCenter);
+}
+
+CloseButton::CloseButton(HWND window) : Button(window) { colors.primary = closeButtonFills; }
+
+void CloseButton::DrawContent(Graphics& graphics) {
+    const auto [w, h] = GetClientSize();
+    const Pen pen(IsEnabled() ? textColor : disabledTextColor, lineWidth);
+    graphics.DrawLine(pen, {3 * w / 8, 3 * h / 8}, {5 * w / 8, 5 * h / 8});
+    graphics.DrawLine(pen, {5 * w / 8, 3 * h / 8}, {3 * w / 8, 5 * h / 8});
+}
+
+}  // namespace pdx

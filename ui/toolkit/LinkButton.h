@@ -1,0 +1,33 @@
+// A button that is only its text, in the colour of links.
+#pragma once
+
+#include "ui/toolkit/Button.h"
+
+namespace pdx {
+
+/// Clicks beside the text pass through it.
+class LinkButton : public Button {
+  public:
+    explicit LinkButton(HWND window = nullptr);
+
+    MessageResult OnNcHitTest(int32_t x, int32_t y) override;
+    MessageResult OnSetCursor(WPARAM window, int32_t hitTest, UINT mouseMessage) override;
+    MessageResult OnMouseLeave() override;
+    MessageResult OnSetFont(WPARAM handle, bool redraw) override;
+    MessageResult OnSetText(LPARAM label) override;
+    MessageResult OnSize(int32_t width, int32_t height) override;
+    void DrawBackground(Graphics& graphics) override;
+    void DrawContent(Graphics& graphics) override;
+
+    /// Where the text lies in the client area; up to date from SetText on, also before the first paint.
+    [[nodiscard]] const RectF& GetTextBounds() const { return textBounds; }
+
+  private:
+    [[nodiscard]] bool IsOverText(POINT screenPoint) const;
+
+    RectF textBounds;
+    std::unique_ptr<Font> underlinedFont;
+    bool overLink = false;
+};
+
+}  // namespace pdx

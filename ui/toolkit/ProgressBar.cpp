@@ -1,0 +1,76 @@
+#include "ui/toolkit/ProgressBar.h"
+
+#include <commctrl.h>
+
+#include "ui/toolkit/Painting.h"
+#include "ui/toolkit/rules/ProgressShape.h"
+
+namespace pdx {
+namespace {
+
+constexpr UINT_PTR marqueeTimer = 100;
+constexpr UINT defaultPeriodMs = 30;
+
+}  // namespace
+
+ProgressBar::ProgressBar(HWND window) : Control(window), marqueePeriodMs(defaultPeriodMs) {
+    marquee = window && (GetStyle() & PBS_MARQUEE);
+    if (marquee) StartTimer();
+}
+
+void ProgressBar::StartTimer() {
+    if (IsVisible()) SetTimer(marqueeTimer, marqueePeriodMs);
+}
+
+void ProgressBar::SetMarquee(bool on) {
+    marquee = on;
+    if (on)
+        StartTimer();
+    else
+        KillTimer(marqueeTimer);
+}
+
+MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == PBM_SETPOS && marquee) SetMarquee(false);
+    if (message == PBM_SETMARQUEE) {
+        marqueePeriodMs = lparam ? static_cast<UINT>(lparam) : defaultPeriodMs;
+        SetMarquee(wparam != 0);
+    }
+    return unhandled();
+}
+
+MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
+    const UINT flags = reinterpret_cast<const WINDOWPOS*>(position)->flags;
+    if (marquee && (flags & SWP_SHOWWINDOW)) SetTimer(marqueeTimer, marqueePeriodMs);
+    if (marquee && (flags & SWP_HIDEWINDOW)) KillTimer(marqueeTimer);
+    return unhandled();
+}
+
+MessageResult ProgressBar::OnTimer(WPARAM) {
+    if (marquee) Invalidate();
+    return handled();
+}
+
+MessageResult ProgressBar::Draw(Graphics& graphics) {
+    const Size client = GetClientSize();
+    const int32_t radius = client.height / 2;
+    const Box whole = {0, 0, client.width, client.height};
+    const Brush track(trackColor);
+    // Anchored to the whole bar: a chunk shows the part of the gradient that lies under it.
+    const Brush gradient(whole, gradientStart, gradientEnd);
+    graphics.SetClip(CreateRoundedPath(whole, radius));
+    graphics.FillRectangle(track, whole);
+    if (marquee) {
+        for (const Box& chunk : marqueeChunks(client, GetTickCount64()))
+            graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
+        return handled(1);
+    }
+    PBRANGE range{};
+    SendMessageW(hwnd, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
+    const auto position = static_cast<int32_t>(SendMessageW(hwnd, PBM_GETPOS, 0, 0));
+    const int32_t filled = filledWidth(range.iLow, range.iHigh, position, client.width);
+    if (filled > 0) graphics.FillPath(gradient, CreateRoundedPath({0, 0, filled, client.height}, radius));
+    return handled(1);
+}
+
+}  // namespace pdx

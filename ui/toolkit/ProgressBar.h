@@ -1,0 +1,32 @@
+// A progress bar with a two-colour gradient; the native control keeps range and position.
+#pragma once
+
+#include "ui/toolkit/Control.h"
+
+namespace pdx {
+
+/// While it is indeterminate two chunks chase each other; the first position ends that.
+class ProgressBar : public Control {
+  public:
+    explicit ProgressBar(HWND window = nullptr);
+
+    const char* GetWindowClassName() const override { return "msctls_progress32"; }
+    MessageResult OnUserMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+    MessageResult OnWindowPosChanged(LPARAM position) override;
+    MessageResult OnTimer(WPARAM id) override;
+    MessageResult Draw(Graphics& graphics) override;
+
+    [[nodiscard]] bool IsMarquee() const { return marquee; }
+
+  private:
+    void SetMarquee(bool on);
+    void StartTimer();
+
+    Color gradientStart = palette::Coral[5];
+    Color gradientEnd = palette::Crimson[5];
+    Color trackColor = palette::Grey[6];
+    bool marquee = false;
+    UINT marqueePeriodMs;
+};
+
+}  // namespace pdx

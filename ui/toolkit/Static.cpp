@@ -1,0 +1,40 @@
+#include "ui/toolkit/Static.h"
+
+#include "ui/toolkit/Painting.h"
+
+namespace pdx {
+namespace {
+
+/// Where a text that is too long is cut, by the style's ellipsis bits.
+constexpr struct {
+    DWORD style;
+    Gdiplus::StringTrimming trimming;
+} trimmings[] = {
+    {SS_ENDELLIPSIS, Gdiplus::StringTrimmingEllipsisCharacter},
+    {SS_PATHELLIPSIS, Gdiplus::StringTrimmingEllipsisPath},
+    {SS_WORDELLIPSIS, Gdiplus::StringTrimmingEllipsisWord},
+};
+
+}  // namespace
+
+MessageResult Static::OnSetText(LPARAM newText) {
+    Invalidate();
+    text = newText ? reinterpret_cast<const wchar_t*>(newText) : L"";
+    return handled();
+}
+
+MessageResult Static::Draw(Graphics& graphics) {
+    const DWORD style = GetStyle();
+    StringFormat format = CreateTextFormat();
+    for (const auto& row : trimmings)
+        if ((style & SS_ELLIPSISMASK) == row.style) format.SetTrimming(row.trimming);
+    if (style & SS_CENTER)
+        format.SetAlignment(Gdiplus::StringAlignmentCenter);
+    else if (style & SS_RIGHT)
+        format.SetAlignment(Gdiplus::StringAlignmentFar);
+    const Brush brush(textColor);
+    graphics.DrawString(text, font.get(), GetClientRectF(), &format, &brush);
+    return handled(1);
+}
+
+}  // namespace pdx

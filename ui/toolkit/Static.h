@@ -1,0 +1,27 @@
+// A label of plain text in one line.
+#pragma once
+
+#include "ui/toolkit/Control.h"
+
+namespace pdx {
+
+/// The window's style says how the text is aligned and where it is cut when it is too long.
+class Static : public Control {
+  public:
+    using Control::Control;
+
+    const char* GetWindowClassName() const override { return "STATIC"; }
+    std::wstring GetText() const override { return text; }
+    MessageResult OnSetText(LPARAM newText) override;
+    MessageResult Draw(Graphics& graphics) override;
+
+    void SetTextColor(Color color) {
+        textColor = color;
+        Invalidate();
+    }
+
+  protected:
+    std::wstring text;
+};
+
+}  // namespace pdx

@@ -1,0 +1,110 @@
+#include "ui/toolkit/Trackbar.h"
+
+#include <commctrl.h>
+
+#include "ui/toolkit/Painting.h"
+
+namespace pdx {
+namespace {
+
+constexpr int32_t thumbRadius = 2;
+constexpr Color thumbColor = palette::Grey[7];
+
+int32_t ask(HWND window, UINT message) { return static_cast<int32_t>(SendMessageW(window, message, 0, 0)); }
+
+}  // namespace
+
+TrackState Trackbar::GetState() const {
+    return {.vertical = (GetStyle() & TBS_VERT) != 0,
+            .client = GetClientSize(),
+            .position = ask(hwnd, TBM_GETPOS),
+            .minimum = ask(hwnd, TBM_GETRANGEMIN),
+            .maximum = ask(hwnd, TBM_GETRANGEMAX),
+            .pageSize = ask(hwnd, TBM_GETPAGESIZE)};
+}
+
+int32_t Trackbar::GetPosition() const { return ask(hwnd, TBM_GETPOS); }
+int32_t Trackbar::GetLineSize() const { return ask(hwnd, TBM_GETLINESIZE); }
+
+void Trackbar::SetRange(int32_t minimum, int32_t maximum) {
+    // The message for both ends at once takes only 16 bits of each.
+    SendMessageW(hwnd, TBM_SETRANGEMIN, FALSE, minimum);
+    SendMessageW(hwnd, TBM_SETRANGEMAX, TRUE, maximum);
+}
+void Trackbar::SetPosition(int32_t position) { SendMessageW(hwnd, TBM_SETPOS, TRUE, position); }
+void Trackbar::SetLineSize(int32_t size) { SendMessageW(hwnd, TBM_SETLINESIZE, 0, size); }
+void Trackbar::SetPageSize(int32_t size) { SendMessageW(hwnd, TBM_SETPAGESIZE, 0, size); }
+
+void Trackbar::Notify(int32_t code) {
+    const TrackState track = GetState();
+    PostMessageW(GetParent(hwnd), track.vertical ? WM_VSCROLL : WM_HSCROLL,
+                 static_cast<WPARAM>(static_cast<uint32_t>(track.position) << 16 | static_cast<uint32_t>(code)),
+                 reinterpret_cast<LPARAM>(hwnd));
+}
+
+void Trackbar::SetPositionAndNotify(int64_t position, int32_t code) {
+    const TrackState track = GetState();
+    const int32_t wanted = track.clamped(position);
+    if (wanted == track.position) return;
+    SetPosition(wanted);
+    Notify(code);
+}
+
+void Trackbar::Home() { SetPositionAndNotify(GetState().minimum, TB_TOP); }
+void Trackbar::End() { SetPositionAndNotify(GetState().maximum, TB_BOTTOM); }
+void Trackbar::LineUp() { SetPositionAndNotify(int64_t{GetPosition()} - GetLineSize(), TB_LINEUP); }
+void Trackbar::LineDown() { SetPositionAndNotify(int64_t{GetPosition()} + GetLineSize(), TB_LINEDOWN); }
+void Trackbar::PageUp() { SetPositionAndNotify(int64_t{GetPosition()} - GetState().pageSize, TB_PAGEUP); }
+void Trackbar::PageDown() { SetPositionAndNotify(int64_t{GetPosition()} + GetState().pageSize, TB_PAGEDOWN); }
+
+MessageResult Trackbar::OnLButtonDown(WPARAM, int32_t x, int32_t y) {
+    const TrackState track = GetState();
+    const Box thumb = thumbBox(track);
+    const int32_t along = track.vertical ? y : x;
+    const int32_t start = track.vertical ? thumb.y : thumb.x;
+    const int32_t size = track.vertical ? thumb.height : thumb.width;
+    if (along < start) {
+        PageUp();
+    } else if (along >= start + size) {
+        PageDown();
+    } else {
+        SetCapture(hwnd);
+        dragging = true;
+        dragAnchor = along;
+        dragStartPosition = track.position;
+    }
+    return handled();
+}
+
+MessageResult Trackbar::OnMouseMove(int32_t x, int32_t y) {
+    if (!dragging) return unhandled();
+    const TrackState track = GetState();
+    SetPositionAndNotify(draggedPosition(track, dragStartPosition, (track.vertical ? y : x) - dragAnchor),
+                         TB_THUMBTRACK);
+    return handled();
+}
+
+MessageResult Trackbar::OnLButtonUp(WPARAM, int32_t, int32_t) {
+    if (!dragging) return unhandled();
+    ReleaseCapture();
+    dragging = false;
+    Notify(TB_THUMBPOSITION);
+    return handled();
+}
+
+MessageResult Trackbar::OnMouseWheel(int32_t delta, uint32_t, int32_t, int32_t) {
+    SetPositionAndNotify(wheeledPosition(GetPosition(), GetLineSize(), delta), delta < 0 ? TB_LINEDOWN : TB_LINEUP);
+    return handled();
+}
+
+MessageResult Trackbar::OnUserMessage(UINT message, WPARAM, LPARAM) {
+    if ((message >= TBM_SETPOS && message <= TBM_SETRANGEMAX) || message == TBM_SETPAGESIZE) Invalidate();
+    return unhandled();
+}
+
+MessageResult Trackbar::Draw(Graphics& graphics) {
+    graphics.FillPath(Brush(thumbColor), CreateRoundedPath(thumbBox(GetState()), thumbRadius));
+    return handled(1);
+}
+
+}  // namespace pdx

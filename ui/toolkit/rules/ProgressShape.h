@@ -1,0 +1,33 @@
+// How far a progress bar is filled, and how the two chunks of an indeterminate one chase each other.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "ui/toolkit/rules/Geometry.h"
+
+namespace pdx {
+
+/// One sweep of the marquee.
+inline constexpr uint64_t marqueeSweepMs = 2500;
+
+/// Width of the filled part; 0 for a range of nothing.
+constexpr int32_t filledWidth(int32_t low, int32_t high, int32_t position, int32_t width) {
+    return high == low ? 0 : static_cast<int32_t>(int64_t{position - low} * width / (high - low));
+}
+
+/// A cubic Bezier with the inner control values 0.1 and 1.0: slow at first, quick, and slow again.
+constexpr double marqueeEasing(double t) { return 0.3 * t * (1 - t) * (1 - t) + 3 * (1 - t) * t * t + t * t * t; }
+
+/// The two chunks in a bar of that size at that many milliseconds of any clock. At the start of a sweep both lie
+/// outside, on the left.
+constexpr std::array<Box, 2> marqueeChunks(Size bar, uint64_t milliseconds) {
+    const int32_t chunk = 4 * bar.width / 5;
+    const int32_t gap = 3 * bar.width / 10;
+    const int32_t length = bar.width + 2 * (chunk + gap);
+    const double t = static_cast<double>(milliseconds % marqueeSweepMs) / static_cast<double>(marqueeSweepMs);
+    const int32_t x = static_cast<int32_t>(marqueeEasing(t) * length) - chunk;
+    return {{{x, 0, chunk, bar.height}, {x - chunk - gap, 0, chunk, bar.height}}};
+}
+
+}  // namespace pdx
