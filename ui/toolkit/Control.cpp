@@ -22,11 +22,6 @@ void Control::Subclass() {
         SetWindowSubclass(hwnd, SubclassProc, reinterpret_cast<UINT_PTR>(this), reinterpret_cast<DWORD_PTR>(this));
 }
 
-void Control::SetTextColor(Color color) {
-    textColor = color;
-    Invalidate();
-}
-
 LRESULT CALLBACK Control::SubclassProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                        DWORD_PTR reference) noexcept {
     auto* control = reinterpret_cast<Control*>(reference);

@@ -17,8 +17,6 @@ class Control : public Window {
     HWND Create(const CreateParams& params) override;
     MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
-    void SetTextColor(Color color);
-
   protected:
     Color textColor = palette::defaultText;
     Color hoverTextColor = palette::defaultText;
