@@ -1,8 +1,7 @@
 #include "ui/toolkit/Images.h"
 
-#include <wrl/client.h>
-
 #include "config/Resources.h"
+#include "platform/ComPtr.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
@@ -18,12 +17,12 @@ std::span<const std::byte> bytesOf(const wchar_t* type, uint16_t number) {
 std::unique_ptr<Bitmap> decodePicture(std::span<const std::byte> file) {
     if (file.empty()) return nullptr;
     // GDI+ reads pictures from streams only.
-    Microsoft::WRL::ComPtr<IStream> stream;
-    if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, &stream))) return nullptr;
+    ComPtr<IStream> stream;
+    if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, stream.put()))) return nullptr;
     ULONG written = 0;
     if (FAILED(stream->Write(file.data(), static_cast<ULONG>(file.size()), &written))) return nullptr;
     if (FAILED(stream->Seek({}, STREAM_SEEK_SET, nullptr))) return nullptr;
-    auto picture = std::make_unique<Bitmap>(*stream.Get());
+    auto picture = std::make_unique<Bitmap>(*stream.get());
     return picture->native() ? std::move(picture) : nullptr;
 }
 

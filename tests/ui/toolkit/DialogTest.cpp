@@ -148,15 +148,22 @@ TEST(Dialog, PutsAChildBehindAnother) {
     EXPECT_THAT(order, ElementsAre(12, 13, 11));
 }
 
-TEST(Dialog, CanBeMadeManyTimesInOneProcess) {
-    const DWORD before = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+TEST(Dialog, CanBeMadeManyTimesAndLeavesNothingBehind) {
     for (int i = 0; i < 20; ++i) {
-        TestDialog dialog;
-        ASSERT_NE(dialog.Create({}), nullptr);
-        TestControl control(dialog.GetItem(12));
-        control.SetFont(CreateFontByName(textFace, 14, fontBold));
+        HWND window = nullptr;
+        HFONT native = nullptr;
+        {
+            TestDialog dialog;
+            window = dialog.Create({});
+            ASSERT_NE(window, nullptr);
+            TestControl control(dialog.GetItem(12));
+            control.SetFont(CreateFontByName(textFace, 14, fontBold));
+            native = reinterpret_cast<HFONT>(SendMessageW(control.GetHandle(), WM_GETFONT, 0, 0));
+            EXPECT_EQ(GetObjectType(native), static_cast<DWORD>(OBJ_FONT));
+        }
+        EXPECT_FALSE(IsWindow(window));
+        EXPECT_EQ(GetObjectType(native), 0u);
     }
-    EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), before + 1);
 }
 
 }  // namespace

@@ -33,6 +33,19 @@ TEST(Pictures, AreNullWhenTheyAreMissingOrBroken) {
     EXPECT_EQ(decodePicture(asFile(twoPixels).first(20)), nullptr) << "cut off";
 }
 
+TEST(Pictures, KeepTheirColorsInAnotherSize) {
+    const auto background = LoadPicture(backgroundPictureNumber);
+    ASSERT_NE(background, nullptr);
+    const auto scaled = ScalePicture(*background, {480, 450});
+    ASSERT_NE(scaled, nullptr);
+    EXPECT_EQ(scaled->GetSize(), (Size{480, 450}));
+    for (const Point corner : {Point{0, 0}, {479, 0}, {0, 449}, {479, 449}, {240, 225}})
+        EXPECT_EQ(scaled->GetPixel(corner) >> 24, 0xFFu) << corner.x << " " << corner.y << ": nothing shines through";
+    const auto brightness = [](Color color) { return (color >> 16 & 0xFF) + (color >> 8 & 0xFF) + (color & 0xFF); };
+    EXPECT_NEAR(brightness(scaled->GetPixel({240, 100})), brightness(background->GetPixel({559, 248})), 24);
+    EXPECT_EQ(ScalePicture(*background, {0, 5}), nullptr);
+}
+
 TEST(Pictures, TheLibraryCarriesFour) {
     struct Case {
         uint16_t number;
