@@ -69,8 +69,8 @@ MessageResult HtmlStatic::OnSetText(LPARAM markup) {
     ReplaceRuns({});
     const GumboTree tree(toUtf8(text));
     SetAccessibleName(plainText(tree));
-    if (const auto font = fontRecordOf(hwnd))
-        ReplaceRuns(walkMarkup(tree, {.logFont = *font, .lineHeight = defaultLineHeight}));
+    if (const auto record = fontRecordOf(hwnd))
+        ReplaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
     const Size client = GetClientSize();
     Layout(client.width, client.height);
     // The first link is the one that the keyboard shows first.
@@ -99,12 +99,12 @@ void HtmlStatic::PlaceRuns(int32_t width) {
     const StringFormat format = CreateTextFormat();
     const float dpi = graphics.GetDpiY();
     placeRuns(runs, static_cast<float>(width), alignmentOf(GetStyle()), [&](const TextRun& run) {
-        const std::shared_ptr<Font> font = GetRunFont(run);
-        const auto measure = [&graphics, &format, font](std::wstring_view words) {
-            const RectF measured = graphics.MeasureString(words, font.get(), {}, &format);
+        const std::shared_ptr<Font> face = GetRunFont(run);
+        const auto measure = [&graphics, &format, face](std::wstring_view words) {
+            const RectF measured = graphics.MeasureString(words, face.get(), {}, &format);
             return Extent{measured.width, measured.height};
         };
-        return RunFont{measure, font->GetHeight(dpi)};
+        return RunFont{measure, face->GetHeight(dpi)};
     });
 }
 
@@ -140,13 +140,13 @@ MessageResult HtmlStatic::Draw(Graphics& graphics) {
     const StringFormat format = CreateTextFormat();
     for (const TextRun& run : runs) {
         // Fonts are dear, and most of a long text is out of view.
-        std::unique_ptr<Font> font;
+        std::unique_ptr<Font> face;
         const Brush brush(run.style.color);
         for (const PlacedText& placed : run.placed) {
             if (!isInView(placed, track.position, windowHeight)) continue;
-            if (!font) font = GetRunFont(run);
+            if (!face) face = GetRunFont(run);
             const RectF place = {placed.x, placed.y - static_cast<float>(track.position), 0, 0};
-            graphics.DrawString(placed.text, font.get(), place, &format, &brush);
+            graphics.DrawString(placed.text, face.get(), place, &format, &brush);
         }
     }
     return handled();

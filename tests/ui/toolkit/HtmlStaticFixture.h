@@ -1,6 +1,8 @@
 // A dialog with labels of marked-up text for the tests.
 #pragma once
 
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -34,7 +36,7 @@ class HtmlProbe : public HtmlStatic {
     [[nodiscard]] std::vector<Place> places() const {
         std::vector<Place> places;
         for (const TextRun& run : GetRuns())
-            for (const PlacedText& text : run.placed) places.push_back({text.text, text.x, text.y});
+            for (const PlacedText& placed : run.placed) places.push_back({placed.text, placed.x, placed.y});
         return places;
     }
 };

@@ -1,4 +1,6 @@
 // Links, scrolling and focus of marked-up text, by mouse and by keyboard.
+#include <windows.h>
+
 #include <commctrl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+#include <windows.h>
+
 #include "ui/toolkit/HtmlStatic.h"
 
 #include <commctrl.h>
@@ -109,7 +111,9 @@ TEST_F(HtmlStaticTest, AlignsItsLinesByTheWindowsStyle) {
         const float left = style == SS_LEFT ? 2 : first.x;
         const float right = last.x + last.width;
         EXPECT_NEAR(left - (share == 0.5f ? 200 - right : left), 0, 2.5) << style;
-        if (share == 1) EXPECT_FLOAT_EQ(right, 200);
+        if (share == 1) {
+            EXPECT_FLOAT_EQ(right, 200);
+        }
         EXPECT_EQ(first.x == 2, share == 0) << style;
     }
 }
