@@ -38,8 +38,8 @@ class Prefix:
 
     def start(self, program: str | Path, *arguments: str, **options) -> subprocess.Popen:
         environment = self.environment | options.pop("environment", {})
-        return subprocess.Popen(["wine", str(program), *arguments], env=environment, stdin=subprocess.DEVNULL,
-                                **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options)
+        nothing = dict.fromkeys(("stdin", "stdout", "stderr"), subprocess.DEVNULL)
+        return subprocess.Popen(["wine", str(program), *arguments], env=environment, **nothing | options)
 
     def run(self, program: str | Path, *arguments: str, bound: float = 60, check: bool = False) -> None:
         """Runs a program to its end, which with `check` has to be a good one."""

@@ -11,6 +11,7 @@ from harness.display import take_picture
 from harness.enginelog import EngineLog
 from harness.places import LIBRARY, PACKAGE
 from harness.prefix import Prefix
+from harness.window import View, Window
 
 SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
 SCRIPT = facts.EXCHANGE + "\\script.txt"
@@ -69,6 +70,7 @@ class Scene:
         self.checks: list[dict] = []
         self.main_run: EngineRun | None = None
         self._runs: list[EngineRun] = []
+        self._window: Window | None = None
         self.path(facts.EXCHANGE).mkdir()
         self.path(TEMP).mkdir(parents=True, exist_ok=True)
         bundle.make(self.path(SETUP), LIBRARY, PACKAGE, {"PDXTEST_SCRIPT": SCRIPT})
@@ -165,6 +167,20 @@ class Scene:
             if time.monotonic() > deadline:
                 raise Hang(f"{what} did not come within {bound:.0f} s\n" + self.keep_unfinished())
             time.sleep(0.05)
+
+    # The installer's window
+
+    @property
+    def window(self) -> Window:
+        if not self._window:
+            self._window = Window(self.prefix, self.out / "screens")
+        return self._window
+
+    def wait_for_page(self, page: str, picture: str = "", bound: float = 60) -> View:
+        """Waits until the window shows a page (harness/window.py names them), and keeps a picture of it."""
+        self.wait_for(lambda: self.window.page() == page, f"the {page} page", bound)
+        self.window.picture(picture or page.replace(" ", "-"))
+        return self.window.look()
 
     # Checks
 

@@ -1,0 +1,18 @@
+"""A person installs by mouse: welcome, a click on LET'S GO, progress, and the window closes with the client installed."""
+from harness.window import ACTION1, OPTIONS
+
+
+def play(scene):
+    scene.script("""
+        before-files wait-for seen
+        before-files progress 5 100
+    """)
+    run = scene.start()
+    welcome = scene.wait_for_page("welcome")
+    scene.check("nothing is planned before the click", "200" not in str(run.log))
+    scene.window.click(ACTION1)
+    scene.wait_for_page("progress")
+    scene.path("C:\\PalisadeTest\\seen").touch()
+    run.finish(90)
+    scene.check_exit_code(run, 0)
+    scene.check_installed()
