@@ -78,6 +78,12 @@ class Window:
         view = self.look()
         return view.page if view and view.visible else None
 
+    def pixels(self, box: Box) -> bytes:
+        """What a part of the display shows, as bytes of red, green, blue."""
+        return subprocess.run(["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",
+                               "+repage", "-depth", "8", "rgb:-"], env=self._environment, capture_output=True,
+                              check=True, timeout=20).stdout
+
     def picture(self, name: str) -> Path:
         """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it has come to rest."""
         self._screens.mkdir(parents=True, exist_ok=True)
@@ -86,9 +92,7 @@ class Window:
         box = self.look().box
         before = b""
         for _ in range(20):
-            shot = subprocess.run(["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",
-                                   "+repage", "-depth", "8", "rgb:-"], env=self._environment, capture_output=True, check=True,
-                                  timeout=20).stdout
+            shot = self.pixels(box)
             if shot == before or self.page() == "progress":
                 break
             before = shot

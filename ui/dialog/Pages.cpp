@@ -95,7 +95,8 @@ void BootstrapperDialog::ShowTopPage() {
     QueuePosition(IDC_QUESTION, boxes.check, placed);
     QueuePosition(IDC_ACTION1, boxes.buttons.first, placed);
     ApplyPositions();
-    Invalidate();
+    // The children too, for one that stays on show has another picture or another background on each page.
+    RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
     ::SetFocus(hwnd);
 }
 
