@@ -2,8 +2,9 @@
 // standard input, a line each, and answers each with a line:
 //
 //   look                         the dialog as JSON, null if there is none; rectangles in pixels of the screen
-//   ask CLASS MESSAGE WP LP      sends a message to the window of a class ("dialog": the installer's); the result, or
-//                                "none" without such a window, or "late" if there is no answer within 10 seconds
+//   ask CLASS MESSAGE WP LP      sends a message to the dialog's process's window of a class, or to the dialog itself
+//                                ("dialog"); the result, or "none" without such a window, or "late" if there is no
+//                                answer within 10 seconds
 //   hold NAME                    makes a mutex that stays until "release" or the end
 //   release                      lets go of it
 #include <windows.h>
@@ -102,10 +103,22 @@ Json look() {
     return seen;
 }
 
+/// The window of a class in the dialog's process: the engine's raised process has one of the same class.
+HWND findBesideDialog(const std::string& windowClass) {
+    DWORD wanted = 0;
+    GetWindowThreadProcessId(findDialog(), &wanted);
+    for (HWND window : allWindows()) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == wanted && textOf(window, GetClassNameW) == windowClass) return window;
+    }
+    return nullptr;
+}
+
 std::string ask(std::istringstream& arguments) {
     std::string windowClass, message, wparam, lparam;
     arguments >> windowClass >> message >> wparam >> lparam;
-    const HWND window = windowClass == "dialog" ? findDialog() : FindWindowW(pdx::toWide(windowClass).c_str(), nullptr);
+    const HWND window = windowClass == "dialog" ? findDialog() : findBesideDialog(windowClass);
     if (!window) return "none";
     const auto number = [](const std::string& text) { return std::stoul(text, nullptr, 0); };
     DWORD_PTR result = 0;
