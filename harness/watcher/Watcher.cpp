@@ -68,6 +68,7 @@ Json otherWindows(HWND dialog, DWORD process) {
         GetWindowThreadProcessId(window, &owner);
         if (owner != process || window == dialog || !IsWindowVisible(window)) continue;
         Json other = rectangle(window);
+        if (other["width"] == 0 || other["height"] == 0) continue;
         other["class"] = textOf(window, GetClassNameW);
         other["title"] = textOf(window, GetWindowTextW);
         found.push_back(other);

@@ -95,7 +95,7 @@ void BootstrapperDialog::ShowTopPage() {
     QueuePosition(IDC_QUESTION, boxes.check, placed);
     QueuePosition(IDC_ACTION1, boxes.buttons.first, placed);
     ApplyPositions();
-    // The children too, for one that stays on show has another picture or another background on each page.
+    // The children too: what they show of the background and the picture may be another page's.
     RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
     ::SetFocus(hwnd);
 }
