@@ -52,6 +52,10 @@ class EngineRun:
     def process_code(self) -> int | None:
         return self._process.returncode
 
+    def log_so_far(self) -> EngineLog:
+        """The log of a run under way."""
+        return self._keep_log()
+
     def keep_so_far(self) -> str:
         return f"a run's log ends:\n{self._keep_log().tail()}" if self._log_file() else "a run has made no log yet"
 
