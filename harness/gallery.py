@@ -1,10 +1,13 @@
 """The program that shows every page of the dialog: what it needs of the machine, its runs, and what it leaves."""
 import json
+import re
 import subprocess
 import time
+import xml.etree.ElementTree as xml
+from collections.abc import Callable, Iterable
 from pathlib import Path
 
-from harness.places import BUILD
+from harness.places import BUILD, ROOT
 
 PROGRAM = BUILD / "release/harness/gallery.exe"
 LANGUAGES = ("en", "de", "es", "es-MX", "fr", "it", "ja", "ko", "pl", "pt-BR", "ru", "th", "zh-Hans", "zh-Hant")
@@ -44,6 +47,28 @@ def draw(scene, languages: tuple[str, ...], *options: str, processes: int = 2) -
         told = log.read()
         log.close()
         scene.check(f"the program ends well {Path(log.name).stem[-1]}", code == 0, f"{code}: {told}" if code else "")
+
+
+def strings(language: str) -> dict[str, str]:
+    """A language's texts by key."""
+    file = ROOT / f"resources/strings/{language.upper()}.xml"
+    return {node.get("Key"): node.text for node in xml.parse(file).iter("locString")}
+
+
+def plain(markup: str) -> str:
+    """The words of a marked-up text."""
+    return " ".join(re.sub(r"<[^>]*>", " ", markup).split())
+
+
+def visible(page: dict) -> list[dict]:
+    return [control for control in page["controls"] if control["visible"]]
+
+
+def tell(scene, name: str, pages_shown: dict, faults_of: Callable[[str, dict], Iterable[str]]) -> None:
+    """One check over all pages."""
+    faults = [f"{language} {page}: {fault}" for (language, page), facts in pages_shown.items()
+              for fault in faults_of(language, facts)]
+    scene.check(name, not faults, "\n".join(faults[:40]) or f"{len(pages_shown)} pages")
 
 
 def pages(out: Path) -> dict[tuple[str, str], dict]:

@@ -5,15 +5,13 @@ of its controls beside it.
 """
 import re
 import subprocess
-import xml.etree.ElementTree as xml
 from concurrent.futures import ThreadPoolExecutor
 from itertools import combinations
 from pathlib import Path
 
 from harness import gallery
-from harness.places import ROOT
+from harness.gallery import plain, visible
 
-STRINGS = ROOT / "resources/strings"
 LEAST = 14  # languages, and pages in each
 LOCATION = 1004  # a path, cut in its middle by design
 BUTTONS = (1007, 1012, 1013, 1009, 1010)  # in capitals: a to z and no other letter
@@ -34,23 +32,13 @@ def play(scene):
     strings = {language: shown_strings(language) for language in gallery.LANGUAGES}
     for name, faults_of in (("no text is cut off", cut_off), ("no control runs into another", overlaps),
                             ("all controls lie in the window", outside), ("no missing glyph is drawn", missing_glyphs)):
-        tell(scene, name, pages, lambda language, page, look=faults_of: look(page))
-    tell(scene, "each text is one of its language's own", pages,
-         lambda language, page: foreign_texts(page, strings[language]))
+        gallery.tell(scene, name, pages, lambda _, page, look=faults_of: look(page))
+    gallery.tell(scene, "each text is one of its language's own", pages,
+                 lambda language, page: foreign_texts(page, strings[language]))
 
     with ThreadPoolExecutor(2) as pool:
         sheets = list(pool.map(lambda language: contact_sheet(scene.out, language), gallery.LANGUAGES))
     scene.check("a contact sheet for each language", all(sheets))
-
-
-def tell(scene, name, pages, look):
-    faults = [f"{language} {page}: {fault}" for (language, page), facts in pages.items()
-              for fault in look(language, facts)]
-    scene.check(name, not faults, "\n".join(faults[:40]) or f"{len(pages)} pages")
-
-
-def visible(page):
-    return [control for control in page["controls"] if control["visible"]]
 
 
 def cut_off(page):
@@ -91,11 +79,6 @@ def missing_glyphs(page):
             yield f"{control['id']} {control['missing']!r}"
 
 
-def plain(markup):
-    """The words of a marked-up text."""
-    return " ".join(re.sub(r"<[^>]*>", " ", markup).split())
-
-
 def capitals(text):
     return re.sub("[a-z]", lambda letter: letter[0].upper(), text)
 
@@ -103,9 +86,9 @@ def capitals(text):
 def shown_strings(language):
     """What a language's strings look like on a page: as words, and as labels of buttons."""
     texts = []
-    for node in xml.parse(STRINGS / f"{language.upper()}.xml").iter("locString"):
-        # A text with a line feed comes in two parts, above each other.
-        texts += [plain(text) for text in (node.text, *node.text.split("\n", 1))]
+    for text in gallery.strings(language).values():
+        # One with a line feed is shown in two parts, above each other.
+        texts += [plain(part) for part in (text, *text.split("\n", 1))]
     return {"words": set(texts), "labels": {capitals(text) for text in texts}}
 
 
@@ -119,7 +102,8 @@ def foreign_texts(page, strings):
 
 def contact_sheet(out: Path, language: str) -> bool:
     sheet = out / f"{language}.png"
+    # A weak compression: a strong one takes longer than the rest.
     subprocess.run(["montage", "-label", "%t", *sorted((out / language).glob("*.png")), "-resize", "320x",
-                    "-tile", "6x", "-geometry", "+6+6", "-background", "#222", "-fill", "#ddd", sheet],
-                   check=False, timeout=60)
+                    "-tile", "6x", "-geometry", "+6+6", "-background", "#222", "-fill", "#ddd", "-quality", "12",
+                    sheet], check=False, timeout=60)
     return sheet.exists()
