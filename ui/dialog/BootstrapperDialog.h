@@ -121,6 +121,10 @@ class BootstrapperDialog : public Dialog {
 
     std::deque<PageState> pages{PageState{}};
     size_t openPrompts = 0;
+    bool closePromptOpen = false;
+
+  protected:
+    [[nodiscard]] const PageState& TopPage() const { return pages.back(); }
 
     std::unique_ptr<HtmlStatic> titleLabel;
     std::unique_ptr<HtmlStatic> subtitleLabel;
@@ -136,7 +140,6 @@ class BootstrapperDialog : public Dialog {
     std::unique_ptr<LinkButton> browseLink;
     std::unique_ptr<Checkbox> shortcutCheck;
     std::unique_ptr<ProgressBar> progressBar;
-    bool closePromptOpen = false;
 };
 
 /// The routine of the UI thread: makes the dialog and runs its messages until WM_QUIT.

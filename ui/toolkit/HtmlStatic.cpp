@@ -68,7 +68,7 @@ HtmlStatic::HtmlStatic(HWND window) : Static(window) {
 }
 
 MessageResult HtmlStatic::OnSetText(LPARAM markup) {
-    Static::OnSetText(markup);
+    StoreText(markup);
     ReplaceRuns({});
     const GumboTree tree(toUtf8(text));
     SetAccessibleName(plainText(tree));

@@ -52,7 +52,7 @@ class HtmlStatic : public Static {
     MessageResult OnKeyDown(WPARAM key, int32_t repeatCount, bool extended, bool wasDown) override;
     MessageResult OnSetFocus(WPARAM previous) override;
 
-  protected:
+    /// The text as it is placed.
     [[nodiscard]] const std::vector<TextRun>& GetRuns() const { return runs; }
     [[nodiscard]] const Trackbar& GetScrollTrack() const { return *scrollTrack; }
 
