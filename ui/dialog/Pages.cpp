@@ -95,7 +95,8 @@ void BootstrapperDialog::ShowTopPage() {
     QueuePosition(IDC_QUESTION, boxes.check, placed);
     QueuePosition(IDC_ACTION1, boxes.buttons.first, placed);
     ApplyPositions();
-    Invalidate();
+    // With the children: one that stays on show has the background of the page before behind it.
+    RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
     ::SetFocus(hwnd);
 }
 
