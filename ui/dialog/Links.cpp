@@ -37,6 +37,9 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
     } else if (equalsIgnoreCase(url.scheme, L"action")) {
         if (url.path == L"openuseragreement") OpenLegalDocument(userAgreementDocument);
         if (url.path == L"openprivacypolicy") OpenLegalDocument(privacyDocument);
+    } else if (href.starts_with(L'/')) {
+        // A page of a site whose address the settings leave open.
+        ShowErrorPrompt(L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN");
     }
     return unhandled();
 }
