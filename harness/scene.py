@@ -129,6 +129,7 @@ class Scene:
         bundle_file.write_text(AUTHORITIES.read_text() + own)
         subprocess.run(["mount", "--bind", bundle_file, AUTHORITIES], check=True)
         self.prefix.restart()
+        self._window = None  # its watcher has ended with all other programs
 
     # Runs of the engine
 

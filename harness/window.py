@@ -54,7 +54,6 @@ class Window:
         self._prefix, self._screens = prefix, screens
         self._watcher = prefix.start(WATCHER, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self._environment = {"DISPLAY": prefix.environment["DISPLAY"], "PATH": prefix.environment["PATH"]}
-        self._pictures = 0
 
     # Seeing
 
@@ -100,8 +99,7 @@ class Window:
     def picture(self, name: str) -> Path:
         """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it has come to rest."""
         self._screens.mkdir(parents=True, exist_ok=True)
-        self._pictures += 1
-        target = self._screens / f"{self._pictures:02}-{name}.png"
+        target = self._screens / f"{len(list(self._screens.iterdir())) + 1:02}-{name}.png"
         box = self.look().box
         before = b""
         for _ in range(20):
