@@ -11,7 +11,7 @@ from harness.display import take_picture
 from harness.enginelog import EngineLog
 from harness.places import LIBRARY, PACKAGE
 from harness.prefix import Prefix
-from harness.window import View, Window
+from harness.window import ACTION2, CLOSE, NAMES, NAMES_CLASS, View, Window
 
 SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
 SCRIPT = facts.EXCHANGE + "\\script.txt"
@@ -144,6 +144,7 @@ class Scene:
         bundle_file.write_text(AUTHORITIES.read_text() + own)
         subprocess.run(["mount", "--bind", bundle_file, AUTHORITIES], check=True)
         self.prefix.restart()
+        self._window = None  # its watcher has ended with all other programs
 
     # Runs of the engine
 
@@ -192,11 +193,30 @@ class Scene:
             self._window = Window(self.prefix, self.out / "screens")
         return self._window
 
+    def use_names(self) -> None:
+        """Makes the names that the window publishes readable (harness/names); to be called ahead of a start."""
+        shutil.copyfile(NAMES, self.path(facts.EXCHANGE + "\\names.dll"))
+        self.prefix.set_registry(NAMES_CLASS, "", facts.EXCHANGE + "\\names.dll", view=32)
+
     def wait_for_page(self, page: str, picture: str = "", bound: float = 60) -> View:
         """Waits until the window shows a page (harness/window.py names them), and keeps a picture of it."""
         self.wait_for(lambda: self.window.page() == page, f"the {page} page", bound)
         self.window.picture(picture or page.replace(" ", "-"))
         return self.window.look()
+
+    def choose_folder(self, folder: str) -> None:
+        """Types a folder into the chooser that is about to open, and waits until that has closed."""
+        self.wait_for(self.window.has_chooser, "the folder chooser")
+        self.window.type(folder)
+        self.window.press("Return")
+        self.wait_for(lambda: not self.window.look().others, "the end of the folder chooser")
+
+    def cancel(self, run: EngineRun) -> EngineRun:
+        """Closes the window, says that the install is to be cancelled, and waits for the end of the run."""
+        self.window.click(CLOSE)
+        self.wait_for_page("prompt", "close")
+        self.window.click(ACTION2)
+        return run.finish(60)
 
     # Checks
 

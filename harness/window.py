@@ -8,6 +8,8 @@ from pathlib import Path
 from harness.places import BUILD
 
 WATCHER = BUILD / "release/harness/watcher.exe"
+NAMES = BUILD / "release/harness/names.dll"
+NAMES_CLASS = "HKLM\\Software\\Classes\\CLSID\\{B5F8350B-0548-48B1-A6EE-88BD00B4A5E7}\\InprocServer32"
 
 # The dialog's controls.
 TITLE, BODY, LOCATION, PICTURE, PROGRESS = 1001, 1002, 1004, 1005, 1006
@@ -39,6 +41,7 @@ class View:
     window: int
     focus: int
     controls: dict[int, Box] = field(default_factory=dict)  # those that the page shows
+    names: dict[int, str] = field(default_factory=dict)     # what is published of them to readers of the screen
     others: list[dict] = field(default_factory=list)        # other windows of the process
 
     @property
@@ -51,7 +54,6 @@ class Window:
         self._prefix, self._screens = prefix, screens
         self._watcher = prefix.start(WATCHER, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self._environment = {"DISPLAY": prefix.environment["DISPLAY"], "PATH": prefix.environment["PATH"]}
-        self._pictures = 0
 
     # Seeing
 
@@ -69,9 +71,10 @@ class Window:
         def box(of: dict) -> Box:
             return Box(of["x"], of["y"], of["width"], of["height"])
 
-        controls = {control["id"]: box(control) for control in seen["controls"] if control["shown"]}
-        return View(box(seen), seen["visible"], seen["process"], seen["window"], seen["focus"], controls,
-                    seen["others"])
+        shown = [control for control in seen["controls"] if control["shown"]]
+        return View(box(seen), seen["visible"], seen["process"], seen["window"], seen["focus"],
+                    {control["id"]: box(control) for control in shown},
+                    {control["id"]: control["name"] for control in shown}, seen["others"])
 
     def page(self) -> str | None:
         """The name of the page on show; None while no window shows."""
@@ -84,11 +87,25 @@ class Window:
                                "+repage", "-depth", "8", "rgb:-"], env=self._environment, capture_output=True,
                               check=True, timeout=20).stdout
 
+    def has_chooser(self) -> bool:
+        """Whether the folder chooser is open and has the keyboard."""
+        view = self.look()
+        chooser = next((other for other in view.others if other["class"] == "#32770"), None) if view else None
+        return bool(chooser) and self.keyboard() == chooser["title"]
+
+    def keyboard(self) -> str:
+        """The title of the display's window that gets the keys; empty if none does."""
+        found = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], env=self._environment, timeout=20,
+                               capture_output=True, text=True)
+        return found.stdout.strip()
+
+    def is_checked(self, control: int) -> bool:
+        return self.command(f"ask {control} 0xF0 0 0") == "1"  # BM_GETCHECK
+
     def picture(self, name: str) -> Path:
         """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it has come to rest."""
         self._screens.mkdir(parents=True, exist_ok=True)
-        self._pictures += 1
-        target = self._screens / f"{self._pictures:02}-{name}.png"
+        target = self._screens / f"{len(list(self._screens.iterdir())) + 1:02}-{name}.png"
         box = self.look().box
         before = b""
         for _ in range(20):

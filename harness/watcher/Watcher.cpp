@@ -2,9 +2,10 @@
 // standard input, a line each, and answers each with a line:
 //
 //   look                         the dialog as JSON, null if there is none; rectangles in pixels of the screen
-//   ask CLASS MESSAGE WP LP      sends a message to the dialog's process's window of a class, or to the dialog itself
-//                                ("dialog"); the result, or "none" without such a window, or "late" if there is no
-//                                answer within 10 seconds
+//   ask WINDOW MESSAGE WP LP     sends a message to a window of the dialog's process, given by its class, or "dialog"
+//   for
+//                                the installer's, or the number of a control of that; the result, or "none" without
+//                                such a window, or "late" if there is no answer within 10 seconds
 //   hold NAME                    makes a mutex that stays until "release" or the end
 //   release                      lets go of it
 #include <windows.h>
@@ -66,9 +67,9 @@ Json otherWindows(HWND dialog, DWORD process) {
     for (HWND window : allWindows()) {
         DWORD owner = 0;
         GetWindowThreadProcessId(window, &owner);
-        if (owner != process || window == dialog || !IsWindowVisible(window)) continue;
         Json other = rectangle(window);
-        if (other["width"] == 0 || other["height"] == 0) continue;
+        // The engine's message window is called visible and has no size.
+        if (owner != process || window == dialog || !IsWindowVisible(window) || other["width"] == 0) continue;
         other["class"] = textOf(window, GetClassNameW);
         other["title"] = textOf(window, GetWindowTextW);
         found.push_back(other);
@@ -96,6 +97,7 @@ Json look() {
     for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         Json control = rectangle(child);
         control["id"] = GetDlgCtrlID(child);
+        control["name"] = textOf(child, GetWindowTextW);
         control["shown"] = (GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) != 0;
         control["enabled"] = IsWindowEnabled(child) != FALSE;
         seen["controls"].push_back(control);
@@ -117,11 +119,13 @@ HWND findBesideDialog(const std::string& windowClass) {
 }
 
 std::string ask(std::istringstream& arguments) {
-    std::string windowClass, message, wparam, lparam;
-    arguments >> windowClass >> message >> wparam >> lparam;
-    const HWND window = windowClass == "dialog" ? findDialog() : findBesideDialog(windowClass);
-    if (!window) return "none";
+    std::string target, message, wparam, lparam;
+    arguments >> target >> message >> wparam >> lparam;
     const auto number = [](const std::string& text) { return std::stoul(text, nullptr, 0); };
+    const HWND window = target == "dialog"             ? findDialog()
+                        : std::isdigit(target.front()) ? GetDlgItem(findDialog(), static_cast<int>(number(target)))
+                                                       : findBesideDialog(target);
+    if (!window) return "none";
     DWORD_PTR result = 0;
     if (!SendMessageTimeoutW(window, number(message), number(wparam), static_cast<LPARAM>(number(lparam)), SMTO_NORMAL,
                              patience, &result))

@@ -159,10 +159,13 @@ void HtmlStatic::FocusNextControl() {
     const UINT back = isShiftDown() ? GW_HWNDNEXT : GW_HWNDPREV;
     HWND next = tabStopFrom(hwnd, onward, false);
     if (!next) next = tabStopFrom(hwnd, back, true);
-    if (next)
-        SetFocus(next);
-    else
+    if (!next) {
         FocusNextLink();
+        return;
+    }
+    // The dialog manager's way makes a button that gets the focus the one that Enter presses.
+    SendMessageW(GetParent(hwnd), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
+    if (GetFocus() != next) SetFocus(next);
 }
 
 void HtmlStatic::ScrollIntoView() {
