@@ -11,9 +11,18 @@ from pathlib import Path
 
 from harness.places import BUILD
 
-PREPARED = BUILD / "wine/prepared"
+PREPARED = BUILD / "wine/prepared.2"  # the number rises with each change of what is prepared
 # Windows' own files are most of a prefix (1.3 GB) and nothing writes to them in place: copies share them by link.
 SHARED = ("system32", "syswow64", "winsxs")
+# The library's own faces have no Thai, Japanese, Korean or Chinese: Windows takes those glyphs from its own fonts,
+# Wine from what is linked to a face.
+FONT_LINKS = {face: ["NotoSansCJK-Regular.ttc,Noto Sans CJK JP", "NotoSansCJK-Regular.ttc,Noto Sans CJK SC",
+                     "NotoSansCJK-Regular.ttc,Noto Sans CJK KR", "Loma.ttf,Loma"]
+              for face in ("TT Commons", "Apercu Mono Pro")}
+# The dialog is sized by its font: with this face it is as wide as on Windows and a sixteenth lower, whatever other
+# faces the machine has.
+FONT_REPLACEMENTS = {"Courier New": "DejaVu Sans Mono"}
+SYSTEM_LINK = "HKLM\\Software\\Microsoft\\Windows NT\\CurrentVersion\\FontLink\\SystemLink"
 LEFTOVER_AGE = 3600  # seconds after which a copy belongs to no run any more
 
 
@@ -78,6 +87,11 @@ class Prefix:
         named = ["/v", name] if name else ["/ve"]
         self.run("reg", "add", key, *named, "/d", value, "/f", f"/reg:{view}", check=True)
 
+    def set_registry_texts(self, key: str, name: str, texts: list[str], view: int = 64) -> None:
+        """Writes a list of texts."""
+        self.run("reg", "add", key, "/v", name, "/t", "REG_MULTI_SZ", "/d", "\\0".join(texts), "/f", f"/reg:{view}",
+                 check=True)
+
     def restart(self) -> None:
         """Shuts the prefix down in order; the next process starts its server anew, which then reads the machine's
         certificates again."""
@@ -90,7 +104,8 @@ class Prefix:
 
 
 def prepare(display: str) -> None:
-    """Makes the prepared prefix if it is not there: an ordinary Windows 10. Clears away what ended runs left."""
+    """Makes the prepared prefix if it is not there: an ordinary Windows 10 with fonts for all languages. Clears away
+    what ended runs left."""
     PREPARED.parent.mkdir(parents=True, exist_ok=True)
     for left in PREPARED.parent.glob("*-*"):
         if time.time() - left.stat().st_mtime > LEFTOVER_AGE:
@@ -105,6 +120,10 @@ def prepare(display: str) -> None:
         prefix = Prefix(unfinished, display)
         prefix.run("wineboot", "--init", bound=300, check=True)
         prefix.set_registry("HKCU\\Software\\Wine", "Version", "win10")
+        for face, other in FONT_REPLACEMENTS.items():
+            prefix.set_registry("HKCU\\Software\\Wine\\Fonts\\Replacements", face, other)
+        for face, links in FONT_LINKS.items():
+            prefix.set_registry_texts(SYSTEM_LINK, face, links)
         subprocess.run(["wineserver", "-w"], env=prefix.environment, timeout=120)
         unfinished.rename(PREPARED)
 

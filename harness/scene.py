@@ -52,6 +52,10 @@ class EngineRun:
     def process_code(self) -> int | None:
         return self._process.returncode
 
+    def log_so_far(self) -> EngineLog:
+        """The log of a run under way."""
+        return self._keep_log()
+
     def keep_so_far(self) -> str:
         return f"a run's log ends:\n{self._keep_log().tail()}" if self._log_file() else "a run has made no log yet"
 
@@ -115,6 +119,17 @@ class Scene:
         self.check("the bundle is registered no more", not self.prefix.has_key(facts.UNINSTALL_ENTRY, 32))
         self.check_equal("the engine's cache is empty", self.cached_packages(), [])
 
+    def check_cancelled(self, run: EngineRun, whose: str, why: str = "user_action") -> None:
+        """The run ends with success to its caller, is told as a cancel and tells no error."""
+        self.check_exit_code(run, 0, whose)
+        self.check_equal("it is told as a cancel", run.log.messages("OnShutdown"),
+                         ["Entering OnShutdown", f"The run was cancelled: {why}"])
+        updates = run.log.messages("UpdateInstallStatus")
+        self.check("its last status is the user's exit", updates and updates[-1].endswith("(80070642)"), updates)
+        self.check_equal("no error is told", run.log.closing_errors() + run.log.messages("OnError"), [])
+        left = [file.name for file in self.temporary_files() if file.suffix != ".log"]
+        self.check_equal("nothing but logs is left in the temporary folder", left, [])
+
     def cached_packages(self) -> list[str]:
         return [file.name for file in self.path("C:\\ProgramData\\Package Cache").rglob("*") if file.is_file()]
 
@@ -140,12 +155,13 @@ class Scene:
         self.path(facts.EXCHANGE + "\\record.txt").unlink(missing_ok=True)
 
     def answer(self, step: str) -> str | None:
-        """What a step of the script was answered; None if it never ran."""
-        for line in self.read(facts.EXCHANGE + "\\record.txt").splitlines():
-            done, _, answer = line.rpartition(" -> ")
-            if done == step:
-                return answer
-        return None
+        """What a step of the script was answered the first time; None if it never ran."""
+        return next(iter(self.answers(step)), None)
+
+    def answers(self, step: str) -> list[str]:
+        """What a step of the script was answered each time it ran: also the way back runs the script."""
+        rows = (line.rpartition(" -> ") for line in self.read(facts.EXCHANGE + "\\record.txt").splitlines())
+        return [answer for done, _, answer in rows if done == step]
 
     def engine_logs(self) -> set[Path]:
         return {file for file in self.path(TEMP).glob("Palisade_*.log") if "_000_" not in file.name}

@@ -81,6 +81,12 @@ class Window:
         view = self.look()
         return view.page if view and view.visible else None
 
+    def pixels(self, box: Box) -> bytes:
+        """What a part of the display shows, as bytes of red, green, blue."""
+        return subprocess.run(["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",
+                               "+repage", "-depth", "8", "rgb:-"], env=self._environment, capture_output=True,
+                              check=True, timeout=20).stdout
+
     def has_chooser(self) -> bool:
         """Whether the folder chooser is open and has the keyboard."""
         view = self.look()
@@ -103,9 +109,7 @@ class Window:
         box = self.look().box
         before = b""
         for _ in range(20):
-            shot = subprocess.run(["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",
-                                   "+repage", "-depth", "8", "rgb:-"], env=self._environment, capture_output=True, check=True,
-                                  timeout=20).stdout
+            shot = self.pixels(box)
             if shot == before or self.page() == "progress":
                 break
             before = shot
@@ -122,6 +126,11 @@ class Window:
     def click_at(self, x: int, y: int) -> None:
         self._do("mousemove", str(x), str(y))
         self._do("click", "1")
+
+    def click_twice(self, control: int) -> None:
+        """Two clicks in one go, as an impatient hand does it."""
+        x, y = self.look().controls[control].point()
+        self._do("mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
 
     def move_to(self, x: int, y: int) -> None:
         self._do("mousemove", str(x), str(y))

@@ -9,6 +9,7 @@ packages=(
   g++-mingw-w64-i686-posix libcpptoml-dev nlohmann-json3-dev libfmt-dev googletest
   wine wine64 wine32:i386 xvfb xdotool openbox imagemagick
   wixl msitools gcab iproute2 ca-certificates fonts-dejavu-core
+  fonts-noto-cjk fonts-tlwg-loma-ttf
 )
 # Ordinary programs, which may also come from elsewhere than Debian's packages: asked of PATH.
 programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux)

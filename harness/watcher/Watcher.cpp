@@ -2,9 +2,10 @@
 // standard input, a line each, and answers each with a line:
 //
 //   look                         the dialog as JSON, null if there is none; rectangles in pixels of the screen
-//   ask WINDOW MESSAGE WP LP     sends a message to a window, given by its class, or "dialog" for the installer's, or
-//                                the number of a control of that; the result, or "none" without such a window, or
-//                                "late" if there is no answer within 10 seconds
+//   ask WINDOW MESSAGE WP LP     sends a message to a window of the dialog's process, given by its class, or "dialog"
+//   for
+//                                the installer's, or the number of a control of that; the result, or "none" without
+//                                such a window, or "late" if there is no answer within 10 seconds
 //   hold NAME                    makes a mutex that stays until "release" or the end
 //   release                      lets go of it
 #include <windows.h>
@@ -105,13 +106,25 @@ Json look() {
     return seen;
 }
 
+/// The window of a class in the dialog's process: the engine's raised process has one of the same class.
+HWND findBesideDialog(const std::string& windowClass) {
+    DWORD wanted = 0;
+    GetWindowThreadProcessId(findDialog(), &wanted);
+    for (HWND window : allWindows()) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == wanted && textOf(window, GetClassNameW) == windowClass) return window;
+    }
+    return nullptr;
+}
+
 std::string ask(std::istringstream& arguments) {
     std::string target, message, wparam, lparam;
     arguments >> target >> message >> wparam >> lparam;
     const auto number = [](const std::string& text) { return std::stoul(text, nullptr, 0); };
     const HWND window = target == "dialog"             ? findDialog()
                         : std::isdigit(target.front()) ? GetDlgItem(findDialog(), static_cast<int>(number(target)))
-                                                       : FindWindowW(pdx::toWide(target).c_str(), nullptr);
+                                                       : findBesideDialog(target);
     if (!window) return "none";
     DWORD_PTR result = 0;
     if (!SendMessageTimeoutW(window, number(message), number(wparam), static_cast<LPARAM>(number(lparam)), SMTO_NORMAL,

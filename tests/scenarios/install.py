@@ -1,5 +1,5 @@
 """A person installs by mouse: welcome, a click on LET'S GO, progress, and the window closes with the client installed."""
-from harness.window import ACTION1, OPTIONS
+from harness.window import ACTION1, CLOSE, OPTIONS
 
 
 def play(scene):
@@ -9,7 +9,9 @@ def play(scene):
     """)
     run = scene.start()
     welcome = scene.wait_for_page("welcome")
-    scene.check("nothing is planned before the click", "200" not in str(run.log))
+    scene.check("the page offers its options, one button and the cross",
+                {OPTIONS, ACTION1, CLOSE} <= welcome.controls.keys(), sorted(welcome.controls))
+    scene.check("nothing is planned before the click", not run.log_so_far().numbered("200"))
     scene.window.click(ACTION1)
     scene.wait_for_page("progress")
     scene.path("C:\\PalisadeTest\\seen").touch()

@@ -95,7 +95,7 @@ void BootstrapperDialog::ShowTopPage() {
     QueuePosition(IDC_QUESTION, boxes.check, placed);
     QueuePosition(IDC_ACTION1, boxes.buttons.first, placed);
     ApplyPositions();
-    // With the children: one that stays on show has the background of the page before behind it.
+    // The children too: what they show of the background and the picture may be another page's.
     RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
     ::SetFocus(hwnd);
 }

@@ -18,9 +18,15 @@ constexpr struct {
 }  // namespace
 
 MessageResult Static::OnSetText(LPARAM newText) {
+    StoreText(newText);
+    // The native window never gets the text, so this is the only way to it.
+    SetAccessibleName(text);
+    return handled();
+}
+
+void Static::StoreText(LPARAM newText) {
     Invalidate();
     text = newText ? reinterpret_cast<const wchar_t*>(newText) : L"";
-    return handled();
 }
 
 MessageResult Static::Draw(Graphics& graphics) {

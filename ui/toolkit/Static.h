@@ -21,6 +21,9 @@ class Static : public Control {
     }
 
   protected:
+    /// Keeps the text and repaints.
+    void StoreText(LPARAM newText);
+
     std::wstring text;
 };
 

@@ -1,0 +1,77 @@
+"""The program that shows every page of the dialog: what it needs of the machine, its runs, and what it leaves."""
+import json
+import re
+import subprocess
+import time
+import xml.etree.ElementTree as xml
+from collections.abc import Callable, Iterable
+from pathlib import Path
+
+from harness.places import BUILD, ROOT
+
+PROGRAM = BUILD / "release/harness/gallery.exe"
+LANGUAGES = ("en", "de", "es", "es-MX", "fr", "it", "ja", "ko", "pl", "pt-BR", "ru", "th", "zh-Hans", "zh-Hant")
+BOUND = 150  # seconds for a run over seven languages
+
+
+def _prepare_machine(scene) -> None:
+    """An older client, and a drive with too little space: two of the prompts tell of them."""
+    scene.prefix.set_registry("HKLM\\Software\\Bastion", "ClientPath", "C:\\Bastion\\Bastion.exe", 32)
+    scene.path("C:\\Bastion").mkdir(exist_ok=True)
+    scene.path("C:\\Bastion\\Bastion.exe").touch()
+    full = scene.prefix.folder / "full"
+    full.mkdir()
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", full], check=True)
+    drive = scene.prefix.folder / "dosdevices/d:"
+    drive.unlink(missing_ok=True)
+    drive.symlink_to(full)
+
+
+def draw(scene, languages: tuple[str, ...], *options: str, processes: int = 2) -> None:
+    """Runs the program over the languages; it writes into the scenario's folder."""
+    _prepare_machine(scene)
+    target = "Z:" + str(scene.out).replace("/", "\\")
+    runs = []
+    for number in range(processes):
+        log = (scene.out / f"gallery-{number + 1}.log").open("w+")
+        runs.append((scene.prefix.start(PROGRAM, *options, target, *languages[number::processes], stdout=log,
+                                        stderr=log), log))
+    deadline = time.monotonic() + BOUND
+    for process, log in runs:
+        try:
+            code = process.wait(max(1.0, deadline - time.monotonic()))
+        except subprocess.TimeoutExpired:
+            code = "a hang"
+            process.kill()
+        log.seek(0)
+        told = log.read()
+        log.close()
+        scene.check(f"the program ends well {Path(log.name).stem[-1]}", code == 0, f"{code}: {told}" if code else "")
+
+
+def strings(language: str) -> dict[str, str]:
+    """A language's texts by key."""
+    file = ROOT / f"resources/strings/{language.upper()}.xml"
+    return {node.get("Key"): node.text for node in xml.parse(file).iter("locString")}
+
+
+def plain(markup: str) -> str:
+    """The words of a marked-up text."""
+    return " ".join(re.sub(r"<[^>]*>", " ", markup).split())
+
+
+def visible(page: dict) -> list[dict]:
+    return [control for control in page["controls"] if control["visible"]]
+
+
+def tell(scene, name: str, pages_shown: dict, faults_of: Callable[[str, dict], Iterable[str]]) -> None:
+    """One check over all pages."""
+    faults = [f"{language} {page}: {fault}" for (language, page), facts in pages_shown.items()
+              for fault in faults_of(language, facts)]
+    scene.check(name, not faults, "\n".join(faults[:40]) or f"{len(pages_shown)} pages")
+
+
+def pages(out: Path) -> dict[tuple[str, str], dict]:
+    """The facts of all pages by language and name."""
+    return {(file.parent.name, file.stem): json.loads(file.read_text("utf-8"))
+            for file in sorted(out.glob("*/*.json"))}

@@ -1,0 +1,76 @@
+"""By keyboard and screen reader: each control's published name, Tab's way through each page, and the focus to be seen.
+
+The keys are real input events, put into the system's queue by the program itself (SendInput), so that Shift's state is
+that of a keyboard, and taken out by a loop like the dialog's own, with IsDialogMessageW. A key from the display would
+take the same way from there on, and could not be told from one that is still under way.
+"""
+
+from harness import gallery
+from harness.gallery import plain, visible
+
+LANGUAGES = ("en", "de", "th")
+CLOSE, PICTURE, PROGRESS = 1008, 1005, 1006
+PRESSED = (1007, 1012, 1013, 1009, 1010, 1011, 1014, CLOSE)
+LABELS = (1001, 1015, 1002)
+LEAST_CHANGE = 20  # pixels that look otherwise with the focus
+
+
+def play(scene):
+    gallery.draw(scene, LANGUAGES, "/focus", processes=1)
+    pages = gallery.pages(scene.out)
+    scene.check("every kind of page in each language",
+                {(language, page["kind"]) for (language, _), page in pages.items()}
+                == {(language, kind) for language in LANGUAGES for kind in range(6)}, f"{len(pages)} pages")
+    cross = {language: gallery.strings(language)["installer_close"] for language in LANGUAGES}
+    for name, faults_of in (("published names are the texts that a person sees", lambda at, page: names(page, cross[at])),
+                            ("Tab walks all controls in reading order and comes round", lambda _, page: forward(page)),
+                            ("Shift+Tab walks them the other way", lambda _, page: backward(page)),
+                            ("what can be used is a tab stop, and nothing else", lambda _, page: tab_stops(page)),
+                            ("the focus can be seen", lambda _, page: focus_seen(page))):
+        gallery.tell(scene, name, pages, faults_of)
+    toggled = [page["focus"]["toggled"] for page in pages.values()]
+    scene.check("the space bar unchecks and checks boxes", sum(map(len, toggled)) > len(LANGUAGES), sum(map(len, toggled)))
+
+
+def names(page, cross):
+    for control in visible(page):
+        wanted = cross if control["id"] == CLOSE else plain(control["text"])
+        if control["name"] != wanted:
+            yield f"{control['id']} is called \"{control['name']}\", not \"{wanted}\""
+        if not control["name"] and control["id"] not in (PICTURE, PROGRESS):
+            yield f"{control['id']} has no name"
+
+
+def usable(page):
+    """The controls that the keyboard has to reach, as one reads them: line by line, and the cross of the corner last."""
+    found = [control for control in visible(page) if control["enabled"]
+             and (control["id"] in PRESSED or (control["id"] in LABELS and "<a " in control["text"]))]
+    return [control["id"] for control in
+            sorted(found, key=lambda control: (control["id"] == CLOSE, control["y"], control["x"]))]
+
+
+def forward(page):
+    order = usable(page)
+    found, wanted = page["focus"]["forward"], order + order[:1]
+    if found != wanted and order:
+        yield f"went {found}, wanted {wanted}"
+
+
+def backward(page):
+    order = usable(page)
+    found, wanted = page["focus"]["backward"], order[:1] + order[::-1]
+    if found != wanted and order:
+        yield f"went {found}, wanted {wanted}"
+
+
+def tab_stops(page):
+    order = usable(page)
+    found = {control["id"] for control in visible(page) if control["tabstop"]}
+    if found != set(order):
+        yield f"{sorted(found)}, wanted {sorted(order)}"
+
+
+def focus_seen(page):
+    for control in usable(page):
+        if page["focus"]["changed"].get(str(control), 0) < LEAST_CHANGE:
+            yield f"{control} changes {page['focus']['changed'].get(str(control))} pixels"

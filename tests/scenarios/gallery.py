@@ -1,0 +1,109 @@
+"""Every page and prompt in all fourteen languages, as pictures: no text is cut off, nothing overlaps, no glyph lacks.
+
+Under out/gallery/ stand a contact sheet a language and, in a folder a language, each page as a picture with the facts
+of its controls beside it.
+"""
+import re
+import subprocess
+from concurrent.futures import ThreadPoolExecutor
+from itertools import combinations
+from pathlib import Path
+
+from harness import gallery
+from harness.gallery import plain, visible
+
+LEAST = 14  # languages, and pages in each
+LOCATION = 1004  # a path, cut in its middle by design
+BUTTONS = (1007, 1012, 1013, 1009, 1010)  # in capitals: a to z and no other letter
+SLACK = 0.5  # pixels
+
+
+def play(scene):
+    gallery.draw(scene, gallery.LANGUAGES)
+    pages = gallery.pages(scene.out)
+    pictures = [file for file in scene.out.glob("*/*.png")]
+    counts = {language: sum(1 for at, _ in pages if at == language) for language in gallery.LANGUAGES}
+    scene.check(f"{LEAST} pages or more in each of {LEAST} languages",
+                len(counts) >= LEAST and min(counts.values()) >= LEAST and len(pictures) == len(pages),
+                f"{len(pictures)} pictures, {sorted(set(counts.values()))} a language")
+    kinds = {page["kind"] for page in pages.values()}
+    scene.check_equal("all kinds of pages", kinds, set(range(6)))
+
+    strings = {language: shown_strings(language) for language in gallery.LANGUAGES}
+    for name, faults_of in (("no text is cut off", cut_off), ("no control runs into another", overlaps),
+                            ("all controls lie in the window", outside), ("no missing glyph is drawn", missing_glyphs)):
+        gallery.tell(scene, name, pages, lambda _, page, look=faults_of: look(page))
+    gallery.tell(scene, "each text is one of its language's own", pages,
+                 lambda language, page: foreign_texts(page, strings[language]))
+
+    with ThreadPoolExecutor(2) as pool:
+        sheets = list(pool.map(lambda language: contact_sheet(scene.out, language), gallery.LANGUAGES))
+    scene.check("a contact sheet for each language", all(sheets))
+
+
+def cut_off(page):
+    """Texts that have less room than they need."""
+    for control in visible(page):
+        label, room = f"{control['id']} \"{control['text'][:40]}\"", (control["width"], control["height"])
+        if control["scrolls"]:
+            yield f"{label} is taller than its room and scrolls"
+        needed = control["preferred"]
+        if needed and control["id"] != LOCATION and (needed["width"] > room[0] or needed["height"] > room[1]):
+            yield f"{label} needs {needed['width']} x {needed['height']}, has {room[0]} x {room[1]}"
+        for line in control["lines"]:
+            wide = line["x"] < -SLACK or line["x"] + line["width"] > room[0] + SLACK
+            high = line["y"] < -SLACK or line["y"] + line["height"] > room[1] + SLACK
+            if high or (wide and control["id"] != LOCATION):
+                yield f"{label}: the line \"{line['text']}\" leaves the control"
+
+
+def overlaps(page):
+    for one, other in combinations(visible(page), 2):
+        width = min(one["x"] + one["width"], other["x"] + other["width"]) - max(one["x"], other["x"])
+        height = min(one["y"] + one["height"], other["y"] + other["height"]) - max(one["y"], other["y"])
+        if width > 0 and height > 0:
+            yield f"{one['id']} and {other['id']} share {width} x {height} pixels"
+
+
+def outside(page):
+    client = page["client"]
+    for control in visible(page):
+        if (control["x"] < 0 or control["y"] < 0 or control["x"] + control["width"] > client["width"]
+                or control["y"] + control["height"] > client["height"]):
+            yield f"{control['id']} \"{control['text'][:40]}\""
+
+
+def missing_glyphs(page):
+    for control in visible(page):
+        if control["missing"]:
+            yield f"{control['id']} {control['missing']!r}"
+
+
+def capitals(text):
+    return re.sub("[a-z]", lambda letter: letter[0].upper(), text)
+
+
+def shown_strings(language):
+    """What a language's strings look like on a page: as words, and as labels of buttons."""
+    texts = []
+    for text in gallery.strings(language).values():
+        # One with a line feed is shown in two parts, above each other.
+        texts += [plain(part) for part in (text, *text.split("\n", 1))]
+    return {"words": set(texts), "labels": {capitals(text) for text in texts}}
+
+
+def foreign_texts(page, strings):
+    """Texts that are no string of the language: bare keys, leftovers of another language."""
+    for control in visible(page):
+        known = strings["labels" if control["id"] in BUTTONS else "words"]
+        if control["text"] and control["id"] != LOCATION and plain(control["text"]) not in known:
+            yield f"{control['id']} \"{control['text']}\""
+
+
+def contact_sheet(out: Path, language: str) -> bool:
+    sheet = out / f"{language}.png"
+    # A weak compression: a strong one takes longer than the rest.
+    subprocess.run(["montage", "-label", "%t", *sorted((out / language).glob("*.png")), "-resize", "320x",
+                    "-tile", "6x", "-geometry", "+6+6", "-background", "#222", "-fill", "#ddd", "-quality", "12",
+                    sheet], check=False, timeout=60)
+    return sheet.exists()
