@@ -47,8 +47,8 @@ class Prefix:
 
     def start(self, program: str | Path, *arguments: str, **options) -> subprocess.Popen:
         environment = self.environment | options.pop("environment", {})
-        return subprocess.Popen(["wine", str(program), *arguments], env=environment, stdin=subprocess.DEVNULL,
-                                **{"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options)
+        nothing = dict.fromkeys(("stdin", "stdout", "stderr"), subprocess.DEVNULL)
+        return subprocess.Popen(["wine", str(program), *arguments], env=environment, **nothing | options)
 
     def run(self, program: str | Path, *arguments: str, bound: float = 60, check: bool = False) -> None:
         """Runs a program to its end, which with `check` has to be a good one."""
@@ -83,7 +83,9 @@ class Prefix:
             return Path(target.name).read_bytes().decode("utf-16").replace("\r\n", "\n")
 
     def set_registry(self, key: str, name: str, value: str, view: int = 64) -> None:
-        self.run("reg", "add", key, "/v", name, "/d", value, "/f", f"/reg:{view}", check=True)
+        """Sets a text; the default value's name is empty."""
+        named = ["/v", name] if name else ["/ve"]
+        self.run("reg", "add", key, *named, "/d", value, "/f", f"/reg:{view}", check=True)
 
     def set_registry_texts(self, key: str, name: str, texts: list[str], view: int = 64) -> None:
         """Writes a list of texts."""
@@ -138,6 +140,12 @@ def copy_of_prepared(name: str, display: str):
                         ignore=lambda at, names: ignored.get(at, set()))
         shared = [PREPARED / windows / name for name in SHARED]
         subprocess.run(["cp", "-al", *shared, prefix.folder / windows], check=True)
+        # Wine links the desktop and the like to the home folder of whoever made the prefix, which is gone. A shell
+        # without a desktop crashes whoever opens the folder chooser.
+        for link in (prefix.drive / "users/root").iterdir():
+            if link.is_symlink():
+                link.unlink()
+                link.mkdir()
         # Stays between two programs, so that the second does not start Windows anew.
         subprocess.run(["wineserver", "-p"], env=prefix.environment, check=True)
         yield prefix

@@ -10,7 +10,7 @@ from harness.display import virtual_display
 from harness.perform import held, perform, tell
 from harness.prefix import prepare
 
-MAIN = "silent-install"
+MAIN = "install"
 
 
 def summary(name: str) -> str:

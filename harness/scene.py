@@ -11,6 +11,7 @@ from harness.display import take_picture
 from harness.enginelog import EngineLog
 from harness.places import LIBRARY, PACKAGE
 from harness.prefix import Prefix
+from harness.window import ACTION2, CLOSE, NAMES, NAMES_CLASS, View, Window
 
 SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
 SCRIPT = facts.EXCHANGE + "\\script.txt"
@@ -51,6 +52,10 @@ class EngineRun:
     def process_code(self) -> int | None:
         return self._process.returncode
 
+    def log_so_far(self) -> EngineLog:
+        """The log of a run under way."""
+        return self._keep_log()
+
     def keep_so_far(self) -> str:
         return f"a run's log ends:\n{self._keep_log().tail()}" if self._log_file() else "a run has made no log yet"
 
@@ -69,6 +74,7 @@ class Scene:
         self.checks: list[dict] = []
         self.main_run: EngineRun | None = None
         self._runs: list[EngineRun] = []
+        self._window: Window | None = None
         self.path(facts.EXCHANGE).mkdir()
         self.path(TEMP).mkdir(parents=True, exist_ok=True)
         bundle.make(self.path(SETUP), LIBRARY, PACKAGE, {"PDXTEST_SCRIPT": SCRIPT})
@@ -113,6 +119,17 @@ class Scene:
         self.check("the bundle is registered no more", not self.prefix.has_key(facts.UNINSTALL_ENTRY, 32))
         self.check_equal("the engine's cache is empty", self.cached_packages(), [])
 
+    def check_cancelled(self, run: EngineRun, whose: str, why: str = "user_action") -> None:
+        """The run ends with success to its caller, is told as a cancel and tells no error."""
+        self.check_exit_code(run, 0, whose)
+        self.check_equal("it is told as a cancel", run.log.messages("OnShutdown"),
+                         ["Entering OnShutdown", f"The run was cancelled: {why}"])
+        updates = run.log.messages("UpdateInstallStatus")
+        self.check("its last status is the user's exit", updates and updates[-1].endswith("(80070642)"), updates)
+        self.check_equal("no error is told", run.log.closing_errors() + run.log.messages("OnError"), [])
+        left = [file.name for file in self.temporary_files() if file.suffix != ".log"]
+        self.check_equal("nothing but logs is left in the temporary folder", left, [])
+
     def cached_packages(self) -> list[str]:
         return [file.name for file in self.path("C:\\ProgramData\\Package Cache").rglob("*") if file.is_file()]
 
@@ -127,6 +144,7 @@ class Scene:
         bundle_file.write_text(AUTHORITIES.read_text() + own)
         subprocess.run(["mount", "--bind", bundle_file, AUTHORITIES], check=True)
         self.prefix.restart()
+        self._window = None  # its watcher has ended with all other programs
 
     # Runs of the engine
 
@@ -137,12 +155,13 @@ class Scene:
         self.path(facts.EXCHANGE + "\\record.txt").unlink(missing_ok=True)
 
     def answer(self, step: str) -> str | None:
-        """What a step of the script was answered; None if it never ran."""
-        for line in self.read(facts.EXCHANGE + "\\record.txt").splitlines():
-            done, _, answer = line.rpartition(" -> ")
-            if done == step:
-                return answer
-        return None
+        """What a step of the script was answered the first time; None if it never ran."""
+        return next(iter(self.answers(step)), None)
+
+    def answers(self, step: str) -> list[str]:
+        """What a step of the script was answered each time it ran: also the way back runs the script."""
+        rows = (line.rpartition(" -> ") for line in self.read(facts.EXCHANGE + "\\record.txt").splitlines())
+        return [answer for done, _, answer in rows if done == step]
 
     def engine_logs(self) -> set[Path]:
         return {file for file in self.path(TEMP).glob("Palisade_*.log") if "_000_" not in file.name}
@@ -165,6 +184,39 @@ class Scene:
             if time.monotonic() > deadline:
                 raise Hang(f"{what} did not come within {bound:.0f} s\n" + self.keep_unfinished())
             time.sleep(0.05)
+
+    # The installer's window
+
+    @property
+    def window(self) -> Window:
+        if not self._window:
+            self._window = Window(self.prefix, self.out / "screens")
+        return self._window
+
+    def use_names(self) -> None:
+        """Makes the names that the window publishes readable (harness/names); to be called ahead of a start."""
+        shutil.copyfile(NAMES, self.path(facts.EXCHANGE + "\\names.dll"))
+        self.prefix.set_registry(NAMES_CLASS, "", facts.EXCHANGE + "\\names.dll", view=32)
+
+    def wait_for_page(self, page: str, picture: str = "", bound: float = 60) -> View:
+        """Waits until the window shows a page (harness/window.py names them), and keeps a picture of it."""
+        self.wait_for(lambda: self.window.page() == page, f"the {page} page", bound)
+        self.window.picture(picture or page.replace(" ", "-"))
+        return self.window.look()
+
+    def choose_folder(self, folder: str) -> None:
+        """Types a folder into the chooser that is about to open, and waits until that has closed."""
+        self.wait_for(self.window.has_chooser, "the folder chooser")
+        self.window.type(folder)
+        self.window.press("Return")
+        self.wait_for(lambda: not self.window.look().others, "the end of the folder chooser")
+
+    def cancel(self, run: EngineRun) -> EngineRun:
+        """Closes the window, says that the install is to be cancelled, and waits for the end of the run."""
+        self.window.click(CLOSE)
+        self.wait_for_page("prompt", "close")
+        self.window.click(ACTION2)
+        return run.finish(60)
 
     # Checks
 

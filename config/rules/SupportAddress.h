@@ -10,8 +10,8 @@ namespace pdx {
 inline constexpr std::wstring_view supportPlaceholder = L"{support}";
 
 /// The text with every placeholder replaced by the address, such as "https://support.example.com". A final "/" of the
-/// address is dropped, for the path begins with one. With an empty address the link keeps its path alone, which has no
-/// scheme and so leads nowhere.
+/// address is dropped, for the path begins with one. With an empty address the link keeps its path alone, from the "/" on:
+/// the dialog knows by that to tell the user that it leads nowhere.
 std::wstring fillSupportAddress(std::wstring text, std::wstring_view address);
 
 }  // namespace pdx

@@ -1,5 +1,7 @@
 #include "ui/dialog/BootstrapperDialog.h"
 
+#include "config/ConfigMap.h"
+#include "config/rules/SupportAddress.h"
 #include "config/Translator.h"
 #include "platform/Log.h"
 #include "ui/dialog/rules/PageLayout.h"
@@ -28,7 +30,7 @@ BootstrapperDialog::~BootstrapperDialog() {
 
 std::wstring BootstrapperDialog::Translate(const wchar_t* key) {
     const auto translator = g_translator.get();
-    return translator ? translator->translate(key) : key;
+    return translator ? fillSupportAddress(translator->translate(key), getConfigWideString("support.url")) : key;
 }
 
 MessageResult BootstrapperDialog::OnInitDialog() {

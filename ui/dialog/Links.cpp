@@ -29,8 +29,7 @@ std::wstring besideProgram(const std::wstring& name) {
 
 MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
     const auto& link = *reinterpret_cast<const LinkNotification*>(notification);
-    if (link.code != linkActivated || (link.idFrom != IDC_TITLE && link.idFrom != IDC_BODY))
-        return unhandled();
+    if (link.code != linkActivated || (link.idFrom != IDC_TITLE && link.idFrom != IDC_BODY)) return unhandled();
     const std::wstring href = link.href;
     const HttpUrl url = parseUrl(toUtf8(href));
     if (equalsIgnoreCase(url.scheme, L"http") || equalsIgnoreCase(url.scheme, L"https")) {
@@ -38,6 +37,9 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
     } else if (equalsIgnoreCase(url.scheme, L"action")) {
         if (url.path == L"openuseragreement") OpenLegalDocument(userAgreementDocument);
         if (url.path == L"openprivacypolicy") OpenLegalDocument(privacyDocument);
+    } else if (href.starts_with(L'/')) {
+        // A page of a site whose address the settings leave open.
+        ShowErrorPrompt(L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN");
     }
     return unhandled();
 }

@@ -111,6 +111,15 @@ float Font::GetHeight(float dpi) const {
     return height;
 }
 
+float Font::GetAscent() const {
+    FontFamily family;
+    collect(flat::GdipGetFamily(native(), family.put()));
+    UINT16 ascent = 0, size = 1;
+    collect(flat::GdipGetCellAscent(family.get(), GetStyle(), &ascent));
+    collect(flat::GdipGetEmHeight(family.get(), GetStyle(), &size));
+    return GetSize() * static_cast<float>(ascent) / static_cast<float>(size);
+}
+
 std::optional<LOGFONTW> Font::GetLogFont() const {
     const Graphics screen(HWND{nullptr});
     LOGFONTW logFont{};

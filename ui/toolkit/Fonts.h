@@ -37,6 +37,8 @@ class Font : public GdiPlusObject<Gdiplus::GpFont, Gdiplus::DllExports::GdipDele
     [[nodiscard]] std::wstring GetFamilyName() const;
     /// Line height in pixels at that many dots per inch.
     [[nodiscard]] float GetHeight(float dpi) const;
+    /// From the top of a line to what its letters stand on, in the unit of the size.
+    [[nodiscard]] float GetAscent() const;
     /// The font as a record for native fonts; nothing when there is no font.
     [[nodiscard]] std::optional<LOGFONTW> GetLogFont() const;
 };

@@ -3,6 +3,9 @@
 
 #include <commctrl.h>
 
+#include <map>
+#include <optional>
+
 #include "platform/Text.h"
 #include "ui/toolkit/Painting.h"
 #include "ui/toolkit/rules/GumboTree.h"
@@ -28,7 +31,7 @@ std::optional<FontRecord> fontRecordOf(HWND window) {
                       .face = native.lfFaceName};
 }
 
-LOGFONTW nativeFontRecord(const FontRecord& record) {
+std::unique_ptr<Font> createFont(const FontRecord& record) {
     LOGFONTW native{};
     native.lfHeight = record.height;
     native.lfWeight = record.weight;
@@ -37,7 +40,7 @@ LOGFONTW nativeFontRecord(const FontRecord& record) {
     native.lfStrikeOut = record.strikeout;
     native.lfQuality = record.quality;
     record.face.copy(native.lfFaceName, LF_FACESIZE - 1);
-    return native;
+    return CreateFontFromLogFont(native);
 }
 
 LineAlignment alignmentOf(DWORD style) {
@@ -81,40 +84,54 @@ MessageResult HtmlStatic::OnSetText(LPARAM markup) {
 
 void HtmlStatic::ReplaceRuns(std::vector<TextRun> newRuns) {
     runs = std::move(newRuns);
+    // The press would not end any more.
+    if (pressedRun && GetCapture() == hwnd) ReleaseCapture();
     hoveredRun = nullptr;
     pressedRun = nullptr;
     focusedRun = runs.size();
 }
 
-std::unique_ptr<Font> HtmlStatic::GetRunFont(const TextRun& run) const {
-    LOGFONTW record = nativeFontRecord(run.style.logFont);
+FontRecord HtmlStatic::GetRunFont(const TextRun& run) const {
+    FontRecord record = run.style.logFont;
     const bool focused = HasFocus() && focusedRun < runs.size() && &run == &runs[focusedRun];
-    if (&run == hoveredRun || focused) record.lfUnderline = TRUE;
-    return CreateFontFromLogFont(record);
+    if (&run == hoveredRun || focused) record.underline = true;
+    return record;
 }
 
-void HtmlStatic::PlaceRuns(int32_t width) {
+bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
     Graphics graphics(hwnd);
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
     const float dpi = graphics.GetDpiY();
-    placeRuns(runs, static_cast<float>(width), alignmentOf(GetStyle()), [&](const TextRun& run) {
-        const std::shared_ptr<Font> face = GetRunFont(run);
+    // A text of thousands of runs has a few fonts.
+    std::map<FontRecord, RunFont> fonts;
+    const auto makeFont = [&](const FontRecord& record) {
+        const std::shared_ptr<Font> face = createFont(record);
         const auto measure = [&graphics, &format, face](std::wstring_view words) {
             const RectF measured = graphics.MeasureString(words, face.get(), {}, &format);
             return Extent{measured.width, measured.height};
         };
-        return RunFont{measure, face->GetHeight(dpi)};
-    });
+        return RunFont{measure, face->GetHeight(dpi), measure(L" ").width};
+    };
+    const auto fontOf = [&](const TextRun& run) {
+        const FontRecord record = GetRunFont(run);
+        const auto known = fonts.find(record);
+        return known != fonts.end() ? known->second : fonts.emplace(record, makeFont(record)).first->second;
+    };
+    return placeRuns(runs, static_cast<float>(width), alignmentOf(GetStyle()), fontOf, highest);
 }
 
 void HtmlStatic::Layout(int32_t width, int32_t height) {
-    PlaceRuns(width);
-    if (width != GetClientSize().width) return;
+    if (width != GetClientSize().width) {
+        PlaceRuns(width);
+        return;
+    }
     scrollTrack->Home();
-    const bool fits = boundsOf(runs).height <= static_cast<float>(height);
+    const bool fits = PlaceRuns(width, static_cast<float>(height));
     if (!fits) PlaceRuns(width - scrollTrack->GetClientSize().width);
     scrollTrack->SetRange(0, fits ? 0 : scrollRange(boundsOf(runs).height, height));
+    // Or a text that fits would be a tab stop for the track of the one before it.
+    if (fits) scrollTrack->Show(SW_HIDE);
     if (fits) return;
     scrollTrack->SetLineSize(trackLineSize);
     scrollTrack->SetPageSize(height);
@@ -137,19 +154,31 @@ MessageResult HtmlStatic::Draw(Graphics& graphics) {
     const TrackState track = scrollTrack->GetState();
     scrollTrack->Show(track.maximum > track.minimum ? SW_SHOW : SW_HIDE);
     const int32_t windowHeight = GetClientSize().height;
-    const StringFormat format = CreateTextFormat();
     for (const TextRun& run : runs) {
         // Fonts are dear, and most of a long text is out of view.
         std::unique_ptr<Font> face;
-        const Brush brush(run.style.color);
+        std::optional<Brush> brush;
         for (const PlacedText& placed : run.placed) {
             if (!isInView(placed, track.position, windowHeight)) continue;
-            if (!face) face = GetRunFont(run);
-            const RectF place = {placed.x, placed.y - static_cast<float>(track.position), 0, 0};
-            graphics.DrawString(placed.text, face.get(), place, &format, &brush);
+            if (!face) face = createFont(GetRunFont(run));
+            if (!brush) brush.emplace(run.style.color);
+            DrawPlaced(graphics, placed, placed.y - static_cast<float>(track.position), *face, *brush);
         }
     }
     return handled();
+}
+
+void HtmlStatic::DrawPlaced(Graphics& graphics, const PlacedText& placed, float y, const Font& face,
+                            const Brush& brush) const {
+    const StringFormat format = CreateTextFormat();
+    TextPart part{placed.text, placed.x};
+    // Drawing a word of a million letters takes a minute.
+    constexpr size_t longText = 1000;
+    if (placed.text.size() > longText)
+        part = partBetweenEdges(placed.text, placed.x, static_cast<float>(GetClientSize().width),
+                                [&](auto piece) { return graphics.MeasureString(piece, &face, {}, &format).width; });
+    graphics.DrawString(part.text, &face, {part.x, y, 0, 0}, &format, &brush);
+    DrawFontLines(graphics, face, {placed.x, y, placed.width, placed.height}, brush);
 }
 
 }  // namespace pdx

@@ -60,8 +60,11 @@ class HtmlStatic : public Static {
     void ReplaceRuns(std::vector<TextRun> newRuns);
     /// Places the text; for the window's own width also decides whether it scrolls.
     void Layout(int32_t width, int32_t height);
-    void PlaceRuns(int32_t width);
-    [[nodiscard]] std::unique_ptr<Font> GetRunFont(const TextRun& run) const;
+    /// False when the text is higher than the limit; it is not placed then.
+    bool PlaceRuns(int32_t width, float highest = std::numeric_limits<float>::infinity());
+    /// With a line under the link that the pointer or the focus is on.
+    [[nodiscard]] FontRecord GetRunFont(const TextRun& run) const;
+    void DrawPlaced(Graphics& graphics, const PlacedText& placed, float y, const Font& face, const Brush& brush) const;
 
     [[nodiscard]] const TextRun* HitTest(int32_t x, int32_t y) const;
     void ActivateLink();

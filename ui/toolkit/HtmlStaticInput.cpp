@@ -1,13 +1,5 @@
 // Links, scrolling and focus of a marked-up text.
-#include <windows.h>
-
-#include <commctrl.h>
-
 #include "ui/toolkit/HtmlStatic.h"
-
-#ifndef TBM_SETPOSNOTIFY
-#define TBM_SETPOSNOTIFY (WM_USER + 34)
-#endif
 
 namespace pdx {
 
@@ -67,7 +59,7 @@ MessageResult HtmlStatic::OnMouseWheel(int32_t delta, uint32_t, int32_t, int32_t
     const TrackState track = scrollTrack->GetState();
     const int32_t position = track.clamped(wheeledPosition(track.position, scrollTrack->GetLineSize(), delta));
     if (position != track.position) {
-        SendMessageW(scrollTrack->GetHandle(), TBM_SETPOSNOTIFY, 0, position);
+        SendMessageW(scrollTrack->GetHandle(), setPosNotify, 0, position);
         scrollTrack->Invalidate();
         Invalidate();
     }
@@ -167,10 +159,13 @@ void HtmlStatic::FocusNextControl() {
     const UINT back = isShiftDown() ? GW_HWNDNEXT : GW_HWNDPREV;
     HWND next = tabStopFrom(hwnd, onward, false);
     if (!next) next = tabStopFrom(hwnd, back, true);
-    if (next)
-        SetFocus(next);
-    else
+    if (!next) {
         FocusNextLink();
+        return;
+    }
+    // The dialog manager's way makes a button that gets the focus the one that Enter presses.
+    SendMessageW(GetParent(hwnd), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
+    if (GetFocus() != next) SetFocus(next);
 }
 
 void HtmlStatic::ScrollIntoView() {

@@ -1,5 +1,6 @@
 #include "ui/toolkit/Painting.h"
 
+#include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/RoundedPath.h"
 #include "ui/toolkit/rules/TextBounds.h"
 
@@ -21,6 +22,26 @@ const Gdiplus::GpStringFormat* typographicFormat() {
 
 void addPart(Path& path, const PathLine& line) { path.AddLine(line.from, line.to); }
 void addPart(Path& path, const PathArc& arc) { path.AddArc(arc.box, arc.start, arc.sweep); }
+
+/// Whether GDI+ draws the line under a text: that of Wine draws no such line on pictures.
+bool drawsFontLines() {
+    static const bool draws = [] {
+        constexpr float size = 24;
+        constexpr int32_t side = 48, inLetter = 8;
+        const Bitmap picture({side, side});
+        Graphics graphics(picture);
+        ApplyQuality(graphics);
+        const auto font = CreateFontByName(textFace, size, fontUnderline);
+        const StringFormat format = CreateTextFormat();
+        const Brush brush(palette::defaultText);
+        graphics.DrawString(L"H", font.get(), {}, &format, &brush);
+        // The letter itself has nothing below what it stands on.
+        for (auto y = static_cast<int32_t>(font->GetAscent()) + 2; y < side; ++y)
+            if (picture.GetPixel({inLetter, y}) >> 24 != 0) return true;
+        return false;
+    }();
+    return draws;
+}
 
 }  // namespace
 
@@ -48,6 +69,13 @@ StringFormat CreateTextFormat() {
     return format;
 }
 
+void DrawFontLines(Graphics& graphics, const Font& font, const RectF& text, const Brush& brush) {
+    const int32_t style = font.GetStyle();
+    if ((style & (fontUnderline | fontStrikeout)) == 0 || drawsFontLines()) return;
+    for (const auto& [bit, line] : {std::pair(fontUnderline, FontLine::under), {fontStrikeout, FontLine::through}})
+        if (style & bit) graphics.FillRectangle(brush, fontLineBox(line, text, font.GetAscent(), font.GetSize()));
+}
+
 RectF DrawTextInRect(Graphics& graphics, std::wstring_view text, const Font* font, const RectF& layout,
                      const Brush* brush, Gdiplus::StringAlignment horizontalAlign) {
     StringFormat format = CreateTextFormat();
@@ -55,7 +83,9 @@ RectF DrawTextInRect(Graphics& graphics, std::wstring_view text, const Font* fon
     format.SetLineAlignment(Gdiplus::StringAlignmentCenter);
     const RectF measured = graphics.MeasureString(text, font, layout, &format);
     graphics.DrawString(text, font, layout, &format, brush);
-    return alignedBounds(measured, layout, horizontalAlign, Gdiplus::StringAlignmentCenter);
+    const RectF drawn = alignedBounds(measured, layout, horizontalAlign, Gdiplus::StringAlignmentCenter);
+    if (font && brush) DrawFontLines(graphics, *font, drawn, *brush);
+    return drawn;
 }
 
 }  // namespace pdx

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "ui/toolkit/Fonts.h"
 #include "ui/toolkit/Graphics.h"
 
 namespace pdx {
@@ -16,6 +17,10 @@ Path CreateRoundedPath(const Box& box, int32_t radius);
 /// For all measuring and drawing of text, so that the width that was measured is the width that is drawn: typographic,
 /// with trailing spaces, independent of the screen's device.
 StringFormat CreateTextFormat();
+
+/// Draws the lines under and through a text that was drawn in that rectangle, as far as its font has them and the
+/// platform leaves them out.
+void DrawFontLines(Graphics& graphics, const Font& font, const RectF& text, const Brush& brush);
 
 /// Draws the text in the middle of the rectangle's height, aligned across as told, and returns the rectangle that the
 /// text takes. A null font or brush draws nothing.

@@ -58,9 +58,11 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     const Brush track(trackColor);
     // Anchored to the whole bar: a chunk shows the part of the gradient that lies under it.
     const Brush gradient(whole, gradientStart, gradientEnd);
-    graphics.SetClip(CreateRoundedPath(whole, radius));
-    graphics.FillRectangle(track, whole);
+    const Path outline = CreateRoundedPath(whole, radius);
+    // Filled before it becomes the clip, whose edge is not smoothed.
+    graphics.FillPath(track, outline);
     if (marquee) {
+        graphics.SetClip(outline);
         for (const Box& chunk : marqueeChunks(client, GetTickCount64()))
             graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
         return handled(1);
@@ -69,6 +71,8 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     SendMessageW(hwnd, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
     const auto position = static_cast<int32_t>(SendMessageW(hwnd, PBM_GETPOS, 0, 0));
     const int32_t filled = filledWidth(range.iLow, range.iHigh, position, client.width);
+    // Only what is narrower than the ends are round reaches out of the outline.
+    if (filled < client.height) graphics.SetClip(outline);
     if (filled > 0) graphics.FillPath(gradient, CreateRoundedPath({0, 0, filled, client.height}, radius));
     return handled(1);
 }

@@ -97,7 +97,12 @@ MessageResult Trackbar::OnMouseWheel(int32_t delta, uint32_t, int32_t, int32_t) 
     return handled();
 }
 
-MessageResult Trackbar::OnUserMessage(UINT message, WPARAM, LPARAM) {
+MessageResult Trackbar::OnUserMessage(UINT message, WPARAM, LPARAM lparam) {
+    // The native control of Wine does not know this message, and that of Windows tells the parent.
+    if (message == setPosNotify) {
+        SetPosition(static_cast<int32_t>(lparam));
+        return handled();
+    }
     if ((message >= TBM_SETPOS && message <= TBM_SETRANGEMAX) || message == TBM_SETPAGESIZE) Invalidate();
     return unhandled();
 }

@@ -6,6 +6,9 @@
 
 namespace pdx {
 
+/// TBM_SETPOSNOTIFY, which not every platform header has. Sets the position and, here, tells nobody.
+inline constexpr UINT setPosNotify = WM_USER + 34;
+
 class Trackbar : public Control {
   public:
     using Control::Control;

@@ -69,11 +69,17 @@ struct Picture {
                            std::max(ink.bottom, y + 1)};
         return ink.right == 0 ? Box{} : boxOf(ink);
     }
-    /// How many pixels of a row are drawn on.
-    [[nodiscard]] int32_t inkInRow(int32_t y) const {
-        int32_t count = 0;
-        for (int32_t x = 0; x < size.width; ++x) count += bitmap.GetPixel({x, y}) >> 24 > 0x40;
-        return count;
+    /// How far below the top of a run is the first row that is drawn on from end to end; 0 for none.
+    [[nodiscard]] int32_t lineIn(const HtmlProbe& label, size_t run) const {
+        const RectF place = coveredBy(label.GetRuns().at(run));
+        const auto left = static_cast<int32_t>(place.x) + 1, right = static_cast<int32_t>(place.x + place.width) - 1;
+        const auto top = static_cast<int32_t>(place.y);
+        for (int32_t y = top + 1; y < static_cast<int32_t>(place.y + place.height); ++y) {
+            int32_t x = left;
+            while (x < right && bitmap.GetPixel({x, y}) >> 24 > 0x40) ++x;
+            if (x == right) return y - top;
+        }
+        return 0;
     }
 
     Size size;

@@ -1,6 +1,7 @@
 #include "ui/toolkit/rules/RunLayout.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -12,7 +13,30 @@ namespace {
 constexpr float inset = 2.0f;  // between the lines and the edge of what the text covers
 constexpr float firstLine = 2.0f;
 
+bool isLowSurrogate(wchar_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
 using Words = std::span<const std::wstring>;
+
+/// Adds the rectangle of a text to what others cover.
+void unite(RectF& covered, const PlacedText& text) {
+    constexpr float nothing = std::numeric_limits<float>::epsilon();
+    if (text.width <= nothing || text.height <= nothing) return;
+    if (covered.width <= nothing || covered.height <= nothing) {
+        covered = {text.x, text.y, text.width, text.height};
+        return;
+    }
+    const float right = std::max(covered.x + covered.width, text.x + text.width);
+    const float bottom = std::max(covered.y + covered.height, text.y + text.height);
+    covered.x = std::min(covered.x, text.x);
+    covered.y = std::min(covered.y, text.y);
+    covered.width = right - covered.x;
+    covered.height = bottom - covered.y;
+}
+
+RectF withInset(const RectF& covered) {
+    if (covered == RectF{}) return covered;
+    return {covered.x - inset, covered.y - inset, covered.width + 2 * inset, covered.height + 2 * inset};
+}
 
 /// Words joined by single blanks, behind what is on the line already.
 std::wstring joined(std::wstring text, Words words) {
@@ -25,7 +49,9 @@ std::wstring joined(std::wstring text, Words words) {
 
 class Placer {
   public:
-    explicit Placer(float width) : available(width - 2 * inset) {}
+    Placer(float width, float limit) : available(width - 2 * inset), highest(limit) {}
+
+    [[nodiscard]] bool isTooHigh() const { return withInset(covered).height > highest; }
 
     void place(TextRun& target, const RunFont& runFont) {
         run = &target;
@@ -33,9 +59,8 @@ class Placer {
         run->placed.clear();
         lineHeight = lineHeightInPixels(run->style.lineHeight, font->height);
         lineMax = std::max(lineMax, lineHeight);
-        const float blankWidth = font->measure(L" ").width;
-        widthPerCharacter = 2 * blankWidth;
-        for (Words rest = run->words; !rest.empty();) {
+        widthPerCharacter = 2 * font->blankWidth;
+        for (Words rest = run->words; !rest.empty() && !isTooHigh();) {
             const auto lineEnd = std::ranges::find(rest, lineFeed);
             placeParagraph({rest.begin(), lineEnd});
             rest = {lineEnd, rest.end()};
@@ -45,7 +70,7 @@ class Placer {
             startLine();
             rest = rest.subspan(1);
         }
-        if (emit()) x = run->placed.back().width + run->placed.back().x + blankWidth;
+        if (emit()) x = run->placed.back().width + run->placed.back().x + font->blankWidth;
         if (x == 0) lineMax = 0;
     }
 
@@ -53,7 +78,7 @@ class Placer {
     /// Words without a line feed; the last of them are not emitted yet.
     void placeParagraph(Words words) {
         words = words.subspan(takeWhatFits(words));
-        while (!words.empty()) {
+        while (!words.empty() && !isTooHigh()) {
             if (emit() || x != 0) startLine();
             takeAlone(words.front());
             words = words.subspan(1);
@@ -103,6 +128,7 @@ class Placer {
     bool emit() {
         if (text.empty()) return false;
         run->placed.push_back({std::move(text), x + inset, y + inset, extent.width, extent.height});
+        unite(covered, run->placed.back());
         text.clear();
         return true;
     }
@@ -113,6 +139,8 @@ class Placer {
     }
 
     const float available;
+    const float highest;
+    RectF covered;
     float x = 0;
     float y = firstLine;
     float lineMax = 0;  // the tallest of what is on the line
@@ -137,29 +165,39 @@ void alignLines(std::vector<TextRun>& runs, float width, float share) {
     }
 }
 
-/// Adds the rectangle of a text to what others cover.
-void unite(RectF& covered, const PlacedText& text) {
-    constexpr float nothing = std::numeric_limits<float>::epsilon();
-    if (text.width <= nothing || text.height <= nothing) return;
-    if (covered.width <= nothing || covered.height <= nothing) {
-        covered = {text.x, text.y, text.width, text.height};
-        return;
-    }
-    const float right = std::max(covered.x + covered.width, text.x + text.width);
-    const float bottom = std::max(covered.y + covered.height, text.y + text.height);
-    covered.x = std::min(covered.x, text.x);
-    covered.y = std::min(covered.y, text.y);
-    covered.width = right - covered.x;
-    covered.height = bottom - covered.y;
-}
-
 }  // namespace
 
-void placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
-               const std::function<RunFont(const TextRun&)>& fontOf) {
-    Placer placer(width);
-    for (TextRun& run : runs) placer.place(run, fontOf(run));
+bool placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
+               const std::function<RunFont(const TextRun&)>& fontOf, float highest) {
+    Placer placer(width, highest);
+    for (TextRun& run : runs) {
+        placer.place(run, fontOf(run));
+        if (placer.isTooHigh()) return false;
+    }
     if (alignment != LineAlignment::left) alignLines(runs, width, alignment == LineAlignment::right ? 1.0f : 0.5f);
+    return true;
+}
+
+TextPart partBetweenEdges(std::wstring_view text, float x, float width,
+                          const std::function<float(std::wstring_view)>& widthOf) {
+    // By halves: each character is measured about once for each edge.
+    constexpr size_t smallest = 32;
+    const auto advance = [&](float from, float to) {
+        size_t passed = 0;
+        for (size_t step = std::bit_floor(text.size()); step >= smallest; step /= 2) {
+            // Not between the two halves of a character.
+            const size_t end = passed + step < text.size() && isLowSurrogate(text[passed + step]) ? step - 1 : step;
+            if (passed + end > text.size()) continue;
+            const float next = from + widthOf(text.substr(passed, end));
+            if (next >= to) continue;
+            passed += end;
+            from = next;
+        }
+        return std::pair(passed, from);
+    };
+    const auto [hidden, left] = advance(x, 0);
+    text.remove_prefix(hidden);
+    return {text.substr(0, advance(left, width).first + 2 * smallest), left};
 }
 
 RectF coveredBy(const TextRun& run) {
@@ -172,8 +210,7 @@ RectF boundsOf(std::span<const TextRun> runs) {
     RectF bounds;
     for (const TextRun& run : runs)
         for (const PlacedText& text : run.placed) unite(bounds, text);
-    if (bounds == RectF{}) return bounds;
-    return {bounds.x - inset, bounds.y - inset, bounds.width + 2 * inset, bounds.height + 2 * inset};
+    return withInset(bounds);
 }
 
 Size preferredSize(const RectF& bounds, const LineHeight& maxHeight) {

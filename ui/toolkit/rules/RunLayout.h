@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -20,16 +21,30 @@ struct Extent {
 /// What layout asks of the font of a run. A longer text must not measure less than its beginning.
 struct RunFont {
     std::function<Extent(std::wstring_view)> measure;
-    float height = 0;  ///< pixels, what a factor of a line height is taken of
+    float height = 0;      ///< pixels, what a factor of a line height is taken of
+    float blankWidth = 0;  ///< of one blank
 };
 
 enum class LineAlignment { left, centre, right };
 
 /// Places all words of all runs on lines of that width, from the position (2, 4) on. Lines break at blanks and at line
 /// feeds only; a word wider than a line has one to itself and hangs out on both sides. A run begins one blank and two
-/// pixels behind the run in front of it.
-void placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
-               const std::function<RunFont(const TextRun&)>& fontOf);
+/// pixels behind the run in front of it. Gives up and returns false as soon as the bounds of what it has placed are
+/// higher than the limit.
+bool placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
+               const std::function<RunFont(const TextRun&)>& fontOf,
+               float highest = std::numeric_limits<float>::infinity());
+
+/// The part of a text that is worth drawing and where it begins.
+struct TextPart {
+    std::wstring_view text;
+    float x = 0;
+};
+
+/// Of a text that begins at x, what lies between 0 and width and up to some dozens of characters more on each side.
+/// Takes the width of a text for the sum of its parts'.
+TextPart partBetweenEdges(std::wstring_view text, float x, float width,
+                          const std::function<float(std::wstring_view)>& widthOf);
 
 /// What the placed text of a run covers; all zero for none.
 RectF coveredBy(const TextRun& run);

@@ -1,6 +1,7 @@
 // A marked-up text as layout and drawing see it: runs of words of one style.
 #pragma once
 
+#include <compare>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,7 @@ struct FontRecord {
     bool strikeout = false;
     uint8_t quality = 0;
     std::wstring face{};
-    bool operator==(const FontRecord&) const = default;
+    auto operator<=>(const FontRecord&) const = default;
 };
 
 struct TextStyle {

@@ -15,7 +15,10 @@ using ::testing::IsEmpty;
 /// Every character is a tenth of the font's height wide, blanks too; texts and fonts are as high as the run's height.
 RunFont evenFont(const TextRun& run) {
     const auto size = static_cast<float>(run.style.logFont.height);
-    return {[size](std::wstring_view text) { return Extent{static_cast<float>(text.size()) * size / 10, size}; }, size};
+    return {[size](std::wstring_view text) {
+                return Extent{static_cast<float>(text.size()) * size / 10, size};
+            },
+            size, size / 10};
 }
 
 TextRun run(std::vector<std::wstring> words, LineHeight lineHeight = {LineHeight::pixels, 30}, int32_t height = 100,
@@ -177,7 +180,7 @@ TEST(RunLayout, FindsTheSameLinesForWordsOfAnyLength) {
     for (uint32_t seed = 7; words.size() < 3000; seed = seed * 1664525 + 1013904223)
         words.emplace_back(1 + (seed >> 24) % ((seed >> 12) % 30 + 1), L'a');
     const auto plain = [](const TextRun&) {
-        return RunFont{[](std::wstring_view text) { return Extent{static_cast<float>(text.size()) * 7, 10}; }, 10};
+        return RunFont{[](std::wstring_view text) { return Extent{static_cast<float>(text.size()) * 7, 10}; }, 10, 7};
     };
     std::vector<std::wstring> expected{L""};
     for (const std::wstring& word : words) {
@@ -201,18 +204,68 @@ TEST(RunLayout, MeasuresALongTextInFewSteps) {
                            measured += text.size();
                            return Extent{static_cast<float>(text.size()) * 7, 10};
                        },
-                       10};
+                       10, 7};
     };
     std::vector<TextRun> runs{run(std::vector<std::wstring>(100'000, L"longish"))};
     placeRuns(runs, 400, LineAlignment::left, counting);
     EXPECT_EQ(runs[0].placed.size(), 14'286u);
     EXPECT_LT(measured, 4u * 800'000) << "characters, of 800,000 in the text";
 
+    measured = 0;
+    EXPECT_FALSE(placeRuns(runs, 400, LineAlignment::left, counting, 100));
+    EXPECT_LT(measured, 1000u) << "of a text that is known to be too high";
+
     // A font that measures nothing, as one that could not be made.
-    const auto nothing = [](const TextRun&) { return RunFont{[](std::wstring_view) { return Extent{}; }, 0}; };
+    const auto nothing = [](const TextRun&) { return RunFont{[](std::wstring_view) { return Extent{}; }, 0, 0}; };
     placeRuns(runs, 400, LineAlignment::left, nothing);
     EXPECT_EQ(runs[0].placed.size(), 1u);
     EXPECT_EQ(boundsOf(runs), RectF{});
+}
+
+TEST(RunLayout, GivesUpAboveTheHighestBounds) {
+    std::vector<TextRun> runs{run({L"a", L"\n"}), run({L"b"})};
+    EXPECT_TRUE(placeRuns(runs, 100, LineAlignment::left, evenFont, 134));
+    EXPECT_EQ(boundsOf(runs).height, 134);
+    EXPECT_FALSE(placeRuns(runs, 100, LineAlignment::left, evenFont, 133.9f));
+    std::vector<TextRun> blank{run({L"\n"})};
+    EXPECT_TRUE(placeRuns(blank, 100, LineAlignment::left, evenFont, 0)) << "no bounds at all";
+}
+
+TEST(RunLayout, OfALongTextOnlyWhatShowsIsDrawn) {
+    // Characters are 10 wide, a window shows 20 of them; each tells its place in the text.
+    std::wstring text;
+    for (wchar_t i = 0; i < 50'000; ++i) text += i;
+    size_t measured = 0;
+    const auto widthOf = [&](std::wstring_view part) {
+        measured += part.size();
+        return static_cast<float>(part.size()) * 10;
+    };
+    const struct {
+        float x;
+        size_t firstShown, lastShown;
+    } cases[] = {{0, 0, 19},
+                 {50, 0, 14},
+                 {-5, 0, 20},
+                 {-3000, 300, 319},
+                 {-250'000, 25'000, 25'019},
+                 {-499'900, 49'990, 49'999}};
+    for (const auto& row : cases) {
+        measured = 0;
+        const TextPart part = partBetweenEdges(text, row.x, 200, widthOf);
+        const auto first = static_cast<size_t>(part.text.data() - text.data());
+        EXPECT_EQ(part.x, row.x + static_cast<float>(first) * 10);
+        EXPECT_LE(first, row.firstShown) << row.x;
+        EXPECT_GE(first + part.text.size(), row.lastShown + 1) << row.x;
+        EXPECT_LT(part.text.size(), 200u) << row.x;
+        EXPECT_LE(measured, 3 * text.size()) << row.x;
+    }
+    std::wstring pairs;
+    for (int i = 0; i < 5000; ++i) pairs += {0xD83D, 0xDE00};
+    for (float x = 0; x > -2000; x -= 10) {
+        const TextPart part = partBetweenEdges(pairs, x - 10'000, 200, widthOf);
+        EXPECT_EQ(part.text.front(), 0xD83D) << "begins within a character";
+    }
+    EXPECT_EQ(partBetweenEdges(L"", 0, 200, widthOf).text, L"");
 }
 
 TEST(RunLayout, BoundsAreWhatTheTextCoversAndTwoPixels) {

@@ -1,0 +1,161 @@
+// Tells a scenario what the installer's window shows, and does what mouse and keyboard cannot. Reads commands from
+// standard input, a line each, and answers each with a line:
+//
+//   look                         the dialog as JSON, null if there is none; rectangles in pixels of the screen
+//   ask WINDOW MESSAGE WP LP     sends a message to a window of the dialog's process, given by its class, or "dialog"
+//   for
+//                                the installer's, or the number of a control of that; the result, or "none" without
+//                                such a window, or "late" if there is no answer within 10 seconds
+//   hold NAME                    makes a mutex that stays until "release" or the end
+//   release                      lets go of it
+#include <windows.h>
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "platform/Handles.h"
+#include "platform/Text.h"
+#include "resources/ids.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr UINT patience = 10000;  // milliseconds
+
+Json rectangle(HWND window) {
+    RECT rect{};
+    POINT origin{};
+    GetClientRect(window, &rect);
+    ClientToScreen(window, &origin);
+    return {{"x", origin.x}, {"y", origin.y}, {"width", rect.right}, {"height", rect.bottom}};
+}
+
+BOOL CALLBACK collect(HWND window, LPARAM target) {
+    reinterpret_cast<std::vector<HWND>*>(target)->push_back(window);
+    return TRUE;
+}
+
+std::vector<HWND> allWindows() {
+    std::vector<HWND> found;
+    EnumWindows(collect, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+/// The installer's dialog, told from others by its controls.
+HWND findDialog() {
+    for (HWND window : allWindows())
+        if (GetDlgItem(window, IDC_ACTION1) && GetDlgItem(window, IDC_PICTURE)) return window;
+    return nullptr;
+}
+
+std::string textOf(HWND window, int(WINAPI* read)(HWND, LPWSTR, int)) {
+    wchar_t text[512] = {};
+    read(window, text, static_cast<int>(std::size(text)));
+    return pdx::toUtf8(text);
+}
+
+/// The visible windows that the process has besides its dialog, as the folder chooser.
+Json otherWindows(HWND dialog, DWORD process) {
+    Json found = Json::array();
+    for (HWND window : allWindows()) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        Json other = rectangle(window);
+        // The engine's message window is called visible and has no size.
+        if (owner != process || window == dialog || !IsWindowVisible(window) || other["width"] == 0) continue;
+        other["class"] = textOf(window, GetClassNameW);
+        other["title"] = textOf(window, GetWindowTextW);
+        found.push_back(other);
+    }
+    return found;
+}
+
+Json look() {
+    const HWND dialog = findDialog();
+    if (!dialog) return nullptr;
+    // Behind whatever the dialog is just busy with, a change of its page among it.
+    DWORD_PTR ignored = 0;
+    SendMessageTimeoutW(dialog, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, patience, &ignored);
+    Json seen = rectangle(dialog);
+    DWORD process = 0;
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    GetGUIThreadInfo(GetWindowThreadProcessId(dialog, &process), &thread);
+    seen["process"] = process;
+    seen["window"] = reinterpret_cast<uintptr_t>(dialog);
+    seen["title"] = textOf(dialog, GetWindowTextW);
+    seen["visible"] = IsWindowVisible(dialog) != FALSE;
+    seen["focus"] = thread.hwndFocus ? GetDlgCtrlID(thread.hwndFocus) : 0;
+    seen["controls"] = Json::array();
+    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        Json control = rectangle(child);
+        control["id"] = GetDlgCtrlID(child);
+        control["name"] = textOf(child, GetWindowTextW);
+        control["shown"] = (GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) != 0;
+        control["enabled"] = IsWindowEnabled(child) != FALSE;
+        seen["controls"].push_back(control);
+    }
+    seen["others"] = otherWindows(dialog, process);
+    return seen;
+}
+
+/// The window of a class in the dialog's process: the engine's raised process has one of the same class.
+HWND findBesideDialog(const std::string& windowClass) {
+    DWORD wanted = 0;
+    GetWindowThreadProcessId(findDialog(), &wanted);
+    for (HWND window : allWindows()) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == wanted && textOf(window, GetClassNameW) == windowClass) return window;
+    }
+    return nullptr;
+}
+
+std::string ask(std::istringstream& arguments) {
+    std::string target, message, wparam, lparam;
+    arguments >> target >> message >> wparam >> lparam;
+    const auto number = [](const std::string& text) { return std::stoul(text, nullptr, 0); };
+    const HWND window = target == "dialog"             ? findDialog()
+                        : std::isdigit(target.front()) ? GetDlgItem(findDialog(), static_cast<int>(number(target)))
+                                                       : findBesideDialog(target);
+    if (!window) return "none";
+    DWORD_PTR result = 0;
+    if (!SendMessageTimeoutW(window, number(message), number(wparam), static_cast<LPARAM>(number(lparam)), SMTO_NORMAL,
+                             patience, &result))
+        return "late";
+    return std::to_string(result);
+}
+
+}  // namespace
+
+int main() {
+    pdx::Handle held;
+    for (std::string line; std::getline(std::cin, line);) {
+        std::istringstream arguments(line);
+        std::string command, name;
+        arguments >> command;
+        std::string answer = "unknown";
+        if (command == "look") {
+            answer = look().dump();
+        } else if (command == "ask") {
+            answer = ask(arguments);
+        } else if (command == "hold") {
+            arguments >> name;
+            held = pdx::Handle(CreateMutexW(nullptr, FALSE, pdx::toWide(name).c_str()));
+            answer = held ? "held" : "failed";
+        } else if (command == "release") {
+            held = {};
+            answer = "released";
+        }
+        std::puts(answer.c_str());
+        std::fflush(stdout);
+    }
+    return 0;
+}

@@ -1,0 +1,48 @@
+"""Run again on a machine with the client: launch it, or repair it in a second life of the library, same process."""
+from harness import facts
+from harness.window import ACTION1, ACTION2
+
+LAUNCHER = facts.client_file("PalisadeLauncher.exe")
+UNSUPPORTED = r"^This build does not support repair or migration runs$"
+
+
+def check_nothing_installed(scene, run, whose):
+    scene.check(f"{whose} detects and plans nothing", not run.log.numbered("100") and not run.log.numbered("200"))
+
+
+def play(scene):
+    scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
+
+    launch = scene.start(log="launch")
+    view = scene.wait_for_page("prompt", "already-installed")
+    scene.check("launch or repair", {ACTION1, ACTION2} <= view.controls.keys(), sorted(view.controls))
+    scene.window.click(ACTION1)
+    launch.finish(60)
+    scene.check_exit_code(launch, 0, "a launch")
+    scene.wait_for(lambda: scene.read(facts.LAUNCHES), "the client's start")
+    scene.check_equal("the client starts to look for updates",
+                      scene.read(facts.LAUNCHES).splitlines(), [f'"{LAUNCHER}" /checkForUpdate'])
+    check_nothing_installed(scene, launch, "it")
+
+    repair = scene.start()
+    first = scene.wait_for_page("prompt", "repair")
+    scene.window.click(ACTION2)
+    repair.finish(90)
+    scene.check_exit_code(repair, 0)
+    log = repair.log
+    starts = [line for line in log.messages("OnStartup") if line.startswith("[STARTUP]")]
+    scene.check("the library starts twice, in the process of the first dialog",
+                len(starts) == 2 and starts[0] == starts[1] and f"processId[{first.process}]" in starts[0], starts)
+    scene.check_equal("the first life's window had ended when the second's came",
+                      [line.text for line in log.library_lines() if line.function == "UIThreadFunc"], ["Entering UIThreadFunc", "Exiting UIThreadFunc"] * 2)
+    scene.check_equal("PDX_REPAIR is 1", log.variables.get("PDX_REPAIR"), "1")
+    scene.check("the second reads it and ends, as a repair is not built yet", log.has(UNSUPPORTED))
+    scene.check("the window is gone", scene.window.look() is None)
+    check_nothing_installed(scene, repair, "a repair")
+
+    scene.path(facts.LAUNCHES).unlink()
+    quiet = scene.run("/quiet", log="quiet")
+    scene.check_exit_code(quiet, 0, "a silent run")
+    check_nothing_installed(scene, quiet, "it")
+    scene.wait_for(lambda: scene.read(facts.LAUNCHES), "the client's start by the silent run")
+    scene.check_installed()

@@ -1,0 +1,20 @@
+"""A person installs by mouse: welcome, a click on LET'S GO, progress, and the window closes with the client installed."""
+from harness.window import ACTION1, CLOSE, OPTIONS
+
+
+def play(scene):
+    scene.script("""
+        before-files wait-for seen
+        before-files progress 5 100
+    """)
+    run = scene.start()
+    welcome = scene.wait_for_page("welcome")
+    scene.check("the page offers its options, one button and the cross",
+                {OPTIONS, ACTION1, CLOSE} <= welcome.controls.keys(), sorted(welcome.controls))
+    scene.check("nothing is planned before the click", not run.log_so_far().numbered("200"))
+    scene.window.click(ACTION1)
+    scene.wait_for_page("progress")
+    scene.path("C:\\PalisadeTest\\seen").touch()
+    run.finish(90)
+    scene.check_exit_code(run, 0)
+    scene.check_installed()

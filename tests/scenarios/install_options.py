@@ -1,0 +1,42 @@
+"""A person customises the setup: another folder by the chooser, no shortcut, back and forth, and installs there."""
+from harness.window import ACTION1, ACTION2, BROWSE, OPTIONS, SHORTCUT
+
+CHOSEN = "C:\\Spiele"
+FOLDER = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own
+SHORTCUTS = "C:\\users\\root\\Desktop\\Palisade.lnk", "C:\\users\\Public\\Desktop\\Palisade.lnk"
+
+
+def play(scene):
+    scene.path(CHOSEN).mkdir()
+    run = scene.start()
+    scene.wait_for_page("welcome")
+    scene.window.click(OPTIONS)
+    scene.wait_for_page("options")
+    scene.check("a shortcut is what is offered", scene.window.is_checked(SHORTCUT))
+    scene.window.click(BROWSE)
+    scene.choose_folder(CHOSEN)
+    scene.wait_for_page("options", "options-folder")
+    scene.window.click(SHORTCUT)
+    scene.wait_for(lambda: not scene.window.is_checked(SHORTCUT), "an empty box by a click", 10)
+    scene.window.picture("options-no-shortcut")
+
+    scene.window.click(ACTION2)
+    scene.wait_for_page("welcome", "welcome-again")
+    scene.window.click(OPTIONS)
+    scene.wait_for_page("options", "options-again")
+    scene.check("the way back and forward leaves it off", not scene.window.is_checked(SHORTCUT))
+    scene.window.click(ACTION1)
+    run.finish(90)
+    check_choice(scene, run)
+
+
+def check_choice(scene, run):
+    scene.check_exit_code(run, 0)
+    folders = run.log.messages("BootstrapperDialog::ValidateInstallFolder")
+    scene.check_equal("the folder is checked when it is chosen and when the install starts", folders,
+                      [f"folder=[{FOLDER}]"] * 2)
+    scene.check_equal("InstallFolder is the product's folder in the chosen one", run.log.variables.get("InstallFolder"),
+                      FOLDER)
+    scene.check_equal("CreateDesktopShortcut is empty", run.log.variables.get("CreateDesktopShortcut"), "")
+    scene.check_installed(FOLDER)
+    scene.check_equal("no shortcut lies on the desktop", [path for path in SHORTCUTS if scene.exists(path)], [])
