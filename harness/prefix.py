@@ -9,16 +9,12 @@ import tempfile
 import time
 from pathlib import Path
 
+from harness import fonts
 from harness.places import BUILD
 
-PREPARED = BUILD / "wine/prepared.2"  # the number rises with each change of what is prepared
+PREPARED = BUILD / "wine/prepared.3"  # the number rises with each change of what is prepared
 # Windows' own files are most of a prefix (1.3 GB) and nothing writes to them in place: copies share them by link.
-SHARED = ("system32", "syswow64", "winsxs")
-# The library's own faces have no Thai, Japanese, Korean or Chinese: Windows takes those glyphs from its own fonts,
-# Wine from what is linked to a face.
-FONT_LINKS = {face: ["NotoSansCJK-Regular.ttc,Noto Sans CJK JP", "NotoSansCJK-Regular.ttc,Noto Sans CJK SC",
-                     "NotoSansCJK-Regular.ttc,Noto Sans CJK KR", "Loma.ttf,Loma"]
-              for face in ("TT Commons", "Apercu Mono Pro")}
+SHARED = ("system32", "syswow64", "winsxs", "Fonts")
 # The dialog is sized by its font: with this face it is as wide as on Windows and a sixteenth lower, whatever other
 # faces the machine has.
 FONT_REPLACEMENTS = {"Courier New": "DejaVu Sans Mono"}
@@ -115,6 +111,8 @@ def prepare(display: str) -> None:
         if PREPARED.exists():
             return
         print("preparing a Wine prefix (once)", flush=True)
+        for earlier in PREPARED.parent.glob(PREPARED.stem + "*[0-9]"):
+            shutil.rmtree(earlier, ignore_errors=True)
         unfinished = PREPARED.with_suffix(".new")
         shutil.rmtree(unfinished, ignore_errors=True)
         prefix = Prefix(unfinished, display)
@@ -122,8 +120,9 @@ def prepare(display: str) -> None:
         prefix.set_registry("HKCU\\Software\\Wine", "Version", "win10")
         for face, other in FONT_REPLACEMENTS.items():
             prefix.set_registry("HKCU\\Software\\Wine\\Fonts\\Replacements", face, other)
-        for face, links in FONT_LINKS.items():
-            prefix.set_registry_texts(SYSTEM_LINK, face, links)
+        fonts.install(prefix.path("C:\\windows\\Fonts"))
+        for face in fonts.FACES:
+            prefix.set_registry_texts(SYSTEM_LINK, face, fonts.LINKS)
         subprocess.run(["wineserver", "-w"], env=prefix.environment, timeout=120)
         unfinished.rename(PREPARED)
 

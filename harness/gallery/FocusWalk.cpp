@@ -51,10 +51,11 @@ int32_t focused() {
     return window ? GetDlgCtrlID(window) : 0;
 }
 
-int32_t differingPixels(const Snapshot& one, const Snapshot& other, const Box& part) {
+int32_t differingPixels(const Snapshot& one, const Snapshot& other) {
+    const Size size = one.GetSize();
     int32_t count = 0;
-    for (int32_t y = part.y; y < part.y + part.height; ++y)
-        for (int32_t x = part.x; x < part.x + part.width; ++x) count += one.GetPixel({x, y}) != other.GetPixel({x, y});
+    for (int32_t y = 0; y < size.height; ++y)
+        for (int32_t x = 0; x < size.width; ++x) count += one.GetPixel({x, y}) != other.GetPixel({x, y});
     return count;
 }
 
@@ -68,43 +69,45 @@ Json walk(const GalleryDialog& dialog, bool backward, const std::function<void(i
         const bool known = std::find(stops.begin(), stops.end(), control) != stops.end();
         stops.push_back(control);
         if (known) break;
-        at(control);
+        if (control) at(control);  // else no control of the page takes the focus from the dialog
     }
     return stops;
 }
 
-/// Pictures of a check box without and with the focus, both unchecked, and their difference.
-int32_t changedWhenUnchecked(const GalleryDialog& dialog, int32_t control, const Box& place) {
-    const HWND window = dialog.GetHandle();
-    press(window, VK_SPACE);
-    const Snapshot with(window);
-    ::SetFocus(window);
-    const Snapshot without(window);
-    ::SetFocus(dialog.GetItem(control));
-    press(window, VK_SPACE);
-    return differingPixels(without, with, place);
+/// How much of a control looks otherwise without the focus than in a picture with it; the focus comes back.
+int32_t changedBy(const GalleryDialog& dialog, HWND control, const Snapshot& with) {
+    ::SetFocus(dialog.GetHandle());
+    const Snapshot without(control);
+    ::SetFocus(control);
+    return differingPixels(without, with);
+}
+
+/// The same for a check box, which is unchecked for it.
+int32_t changedWhenUnchecked(const GalleryDialog& dialog, HWND control) {
+    press(dialog.GetHandle(), VK_SPACE);
+    const int32_t pixels = changedBy(dialog, control, Snapshot(control));
+    press(dialog.GetHandle(), VK_SPACE);
+    return pixels;
 }
 
 }  // namespace
 
 Json walkFocus(const GalleryDialog& dialog, const FocusVisitor& visitor) {
-    const HWND window = dialog.GetHandle();
-    SetForegroundWindow(window);
-    ::SetFocus(window);
-    const Snapshot without(window);
+    SetForegroundWindow(dialog.GetHandle());
+    ::SetFocus(dialog.GetHandle());
     Json changed = Json::object(), toggled = Json::array();
-    Json forward = walk(dialog, false, [&](int32_t control) {
-        const Snapshot with(window);
-        visitor(control, with);
-        const Box place = boxOf(dialog.GetChildRectById(control));
-        int32_t pixels = differingPixels(without, with, place);
-        const auto* check = dynamic_cast<const Checkbox*>(dialog.widget(control));
-        if (check && check->IsChecked()) {
-            pixels = changedWhenUnchecked(dialog, control, place);
-            toggled.push_back(control);
-            if (!check->IsChecked()) throw std::runtime_error("the space bar does not check a box");
+    Json forward = walk(dialog, false, [&](int32_t id) {
+        const HWND control = dialog.GetItem(id);
+        const Snapshot with(control);
+        visitor(id, with);
+        const auto* check = dynamic_cast<const Checkbox*>(dialog.widget(id));
+        if (!check || !check->IsChecked()) {
+            changed[std::to_string(id)] = changedBy(dialog, control, with);
+            return;
         }
-        changed[std::to_string(control)] = pixels;
+        changed[std::to_string(id)] = changedWhenUnchecked(dialog, control);
+        toggled.push_back(id);
+        if (!check->IsChecked()) throw std::runtime_error("the space bar does not check a box");
     });
     Json backward = walk(dialog, true, [](int32_t) {});
     return {{"forward", forward}, {"backward", backward}, {"changed", changed}, {"toggled", toggled}};

@@ -10,7 +10,7 @@
 
 namespace pdx {
 
-/// Called at each control that has got the focus by Tab, with the page's picture then.
+/// Called at each control that has got the focus by Tab, with the control's picture then.
 using FocusVisitor = std::function<void(int32_t control, const Snapshot& picture)>;
 
 /// Presses Tab until the focus is where it was first, then Shift+Tab as often. Gives "forward" and "backward", the

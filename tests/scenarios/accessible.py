@@ -6,9 +6,10 @@ take the same way from there on, and could not be told from one that is still un
 """
 
 from harness import gallery
-from harness.gallery import plain, visible
+from harness.gallery import visible
+from harness.strings import plain, text
 
-LANGUAGES = ("en", "de", "th")
+LANGUAGES = ("en", "de", "ru", "ja", "th")
 CLOSE, PICTURE, PROGRESS = 1008, 1005, 1006
 PRESSED = (1007, 1012, 1013, 1009, 1010, 1011, 1014, CLOSE)
 LABELS = (1001, 1015, 1002)
@@ -21,7 +22,7 @@ def play(scene):
     scene.check("every kind of page in each language",
                 {(language, page["kind"]) for (language, _), page in pages.items()}
                 == {(language, kind) for language in LANGUAGES for kind in range(6)}, f"{len(pages)} pages")
-    cross = {language: gallery.strings(language)["installer_close"] for language in LANGUAGES}
+    cross = {language: text("installer_close", language) for language in LANGUAGES}
     for name, faults_of in (("published names are the texts that a person sees", lambda at, page: names(page, cross[at])),
                             ("Tab walks all controls in reading order and comes round", lambda _, page: forward(page)),
                             ("Shift+Tab walks them the other way", lambda _, page: backward(page)),

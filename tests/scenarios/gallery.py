@@ -10,7 +10,8 @@ from itertools import combinations
 from pathlib import Path
 
 from harness import gallery
-from harness.gallery import plain, visible
+from harness.gallery import visible
+from harness.strings import all_texts, plain
 
 LEAST = 14  # languages, and pages in each
 LOCATION = 1004  # a path, cut in its middle by design
@@ -86,7 +87,7 @@ def capitals(text):
 def shown_strings(language):
     """What a language's strings look like on a page: as words, and as labels of buttons."""
     texts = []
-    for text in gallery.strings(language).values():
+    for text in all_texts(language).values():
         # One with a line feed is shown in two parts, above each other.
         texts += [plain(part) for part in (text, *text.split("\n", 1))]
     return {"words": set(texts), "labels": {capitals(text) for text in texts}}
