@@ -132,7 +132,8 @@ class Scene:
 
     @property
     def services(self) -> Services:
-        """The deployment's services, which are there from the first use on (harness/services/)."""
+        """The deployment's services (harness/services/), there from the first use on, which has to come before the first
+        run: it shuts the prefix down and starts it anew."""
         if not self._services:
             self._services = Services(self.out)
             self.prefix.restart()
