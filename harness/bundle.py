@@ -55,17 +55,30 @@ RUNTIMES = {
 }
 
 
-def make(target: Path, library: Path, package: Path, variables: dict[str, str] | None = None) -> Path:
-    """Writes the bundle `target` around the library and the client package; `variables` override what it presets."""
+def bundle_id(version: str = BUNDLE_VERSION) -> str:
+    """Each version of the bundle has an id of its own, all of them the same upgrade code."""
+    if version == BUNDLE_VERSION:
+        return BUNDLE_ID
+    return "{" + str(uuid.uuid5(uuid.UUID(BUNDLE_UPGRADE_CODE), version)).upper() + "}"
+
+
+def make(target: Path, library: Path, package: Path, variables: dict[str, str] | None = None,
+         download_url: str = "", version: str = BUNDLE_VERSION) -> Path:
+    """Writes the bundle `target` around the library and the client package; `variables` override what it presets. With
+    a download address it is a thin one: it does not hold the client package, and the engine fetches it from there."""
+    if download_url:
+        variables = {"IsThickInstaller": "no"} | (variables or {})
     with tempfile.TemporaryDirectory() as folder:
         work = Path(folder)
-        attached = _cabinet(work / "attached.cab", {"a0": package})
+        attached = None if download_url else _cabinet(work / "attached.cab", {"a0": package})
         manifest = work / "manifest.xml"
-        manifest.write_bytes(_manifest(target.name, library, package, attached, variables or {}))
+        source = attached or download_url
+        manifest.write_bytes(_manifest(target.name, library, package, source, variables or {}, version))
         ux = _cabinet(work / "ux.cab", {"0": manifest, "u0": library})
+        cabinets = [ux, attached] if attached else [ux]
         with target.open("wb") as bundle:
-            bundle.write(_engine_for([ux.stat().st_size, attached.stat().st_size]))
-            for cabinet in (ux, attached):
+            bundle.write(_engine_for(bundle_id(version), [cabinet.stat().st_size for cabinet in cabinets]))
+            for cabinet in cabinets:
                 bundle.write(cabinet.read_bytes())
     return target
 
@@ -76,10 +89,10 @@ def package_facts(package: Path) -> dict[str, str]:
     return dict(line.split("\t", 1) for line in table.stdout.splitlines()[3:])
 
 
-def _engine_for(cabinet_sizes: list[int]) -> bytes:
+def _engine_for(own_id: str, cabinet_sizes: list[int]) -> bytes:
     """The engine's file with its section .wixburn filled in."""
     engine = bytearray(ENGINE.read_bytes())
-    section = struct.pack("<II16sIIIIII", 0x00F14300, 2, uuid.UUID(BUNDLE_ID).bytes_le, len(engine), 0, 0, 0, 1,
+    section = struct.pack("<II16sIIIIII", 0x00F14300, 2, uuid.UUID(own_id).bytes_le, len(engine), 0, 0, 0, 1,
                           len(cabinet_sizes)) + struct.pack(f"<{len(cabinet_sizes)}I", *cabinet_sizes)
     offset, size = _section(engine, b".wixburn")
     if len(section) > size:
@@ -119,7 +132,9 @@ def _file_facts(file: Path) -> dict[str, str]:
     return {"FileSize": str(file.stat().st_size), "Hash": hashlib.sha1(file.read_bytes()).hexdigest().upper()}
 
 
-def _manifest(bundle_name: str, library: Path, package: Path, attached: Path, overrides: dict[str, str]) -> bytes:
+def _manifest(bundle_name: str, library: Path, package: Path, source: Path | str, overrides: dict[str, str],
+              version: str) -> bytes:
+    """The package's source is the attached cabinet or a download address."""
     manifest = xml.Element("BurnManifest", xmlns="http://schemas.microsoft.com/wix/2008/Burn")
 
     def add(parent: xml.Element, tag: str, **attributes: str) -> xml.Element:
@@ -145,15 +160,19 @@ def _manifest(bundle_name: str, library: Path, package: Path, attached: Path, ov
     add(ux, "Payload", Id="Library", FilePath="PalisadeBootstrapper.dll", Packaging="embedded", SourcePath="u0",
         **_file_facts(library))
 
-    add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes", Primary="yes",
-        **_file_facts(attached))
-    add(manifest, "Payload", Id=PACKAGE_ID, FilePath=PACKAGE_ID, Packaging="embedded", SourcePath="a0",
-        Container="Attached", **_file_facts(package))
+    if isinstance(source, Path):
+        add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes", Primary="yes",
+            **_file_facts(source))
+        place = {"Packaging": "embedded", "SourcePath": "a0", "Container": "Attached"}
+    else:
+        place = {"Packaging": "external", "SourcePath": PACKAGE_ID, "DownloadUrl": source}
+    add(manifest, "Payload", Id=PACKAGE_ID, FilePath=PACKAGE_ID, **place, **_file_facts(package))
     add(manifest, "RollbackBoundary", Id="Boundary", Vital="yes")
 
-    registration = add(manifest, "Registration", Id=BUNDLE_ID, ExecutableName=bundle_name, PerMachine="yes", Tag="",
-                       Version=BUNDLE_VERSION, ProviderKey=BUNDLE_ID)
-    add(registration, "Arp", Register="yes", DisplayName="Palisade app", DisplayVersion=BUNDLE_VERSION,
+    own_id = bundle_id(version)
+    registration = add(manifest, "Registration", Id=own_id, ExecutableName=bundle_name, PerMachine="yes", Tag="",
+                       Version=version, ProviderKey=own_id)
+    add(registration, "Arp", Register="yes", DisplayName="Palisade app", DisplayVersion=version,
         Publisher="Corvane Works, Inc.")
 
     _add_package(add(manifest, "Chain"), add, package)

@@ -1,8 +1,7 @@
 """What the sample client leaves on a machine, and the folder through which scenarios and client speak."""
-from harness.bundle import BUNDLE_ID
+from harness.bundle import BUNDLE_VERSION, bundle_id
 
 PRODUCT_KEY = "HKLM\\Software\\Corvane Works\\Palisade Desktop"
-UNINSTALL_ENTRY = "HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + BUNDLE_ID
 
 INSTALL_FOLDER = "C:\\Program Files\\Palisade"
 CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDesktop.exe",
@@ -17,11 +16,17 @@ def client_file(name: str, install_folder: str = INSTALL_FOLDER) -> str:
     return f"{install_folder}\\Palisade Desktop\\{name}"
 
 
-def client_values(install_folder: str = INSTALL_FOLDER) -> dict[tuple[str, int], dict[str, str]]:
-    """The registry values of an install on a machine that had no older product, by key and view."""
+def uninstall_entry(version: str = BUNDLE_VERSION) -> str:
+    return "HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + bundle_id(version)
+
+
+def client_values(install_folder: str = INSTALL_FOLDER,
+                  version: str = BUNDLE_VERSION) -> dict[tuple[str, int], dict[str, str]]:
+    """The registry values of an install by a version of the bundle, on a machine that had no older product, by key and
+    view."""
     launcher = client_file("PalisadeLauncher.exe", install_folder)
     connect = client_file("PalisadeConnect_microsoft.exe", install_folder)
-    cached = f"\"C:\\ProgramData\\Package Cache\\{BUNDLE_ID}\\PalisadeSetup.exe\""
+    cached = f"\"C:\\ProgramData\\Package Cache\\{bundle_id(version)}\\PalisadeSetup.exe\""
 
     def protocol(name: str) -> tuple[str, int]:
         return f"HKCR\\{name}\\shell\\open\\command", 64
@@ -35,7 +40,7 @@ def client_values(install_folder: str = INSTALL_FOLDER) -> dict[tuple[str, int],
             "OriginalUninstallString": cached + "  /uninstall",
             "OriginalQuietUninstallString": cached + " /uninstall /quiet",
         },
-        (UNINSTALL_ENTRY, 32): {
+        (uninstall_entry(version), 32): {
             "UninstallString": f"\"{launcher}\" -uninstall",
             "QuietUninstallString": f"\"{launcher}\" -uninstall -silent",
         },

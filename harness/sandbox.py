@@ -1,10 +1,38 @@
 """A command in namespaces of its own: it sees no network but its own loopback, its mounts are its own, and when it
-ends every process that it started ends with it."""
+ends every process that it started ends with it: python3 -m harness.sandbox COMMAND..."""
+import os
+import subprocess
+import sys
+from pathlib import Path
 
-_INSIDE = 'ip link set lo up && "$@"; exit $?'
+AUTHORITIES = Path("/etc/ssl/certs/ca-certificates.crt")
+HOSTS = Path("/etc/hosts")
+
+_INSIDE = 'ip link set lo up && PALISADE_SANDBOX=yes "$@"; exit $?'
 
 
 def sandboxed(command: list[str]) -> list[str]:
     """The command to start instead. Killing it kills all that runs inside."""
     return ["unshare", "--mount", "--net", "--pid", "--fork", "--kill-child", "--mount-proc",
             "bash", "-c", _INSIDE, "sandbox", *command]
+
+
+def trust(certificate: str, out: Path) -> None:
+    """Makes the sandbox trust a root certificate (PEM). Wine sees it once a prefix's server process starts anew."""
+    _add(AUTHORITIES, certificate, out / "authorities.pem")
+
+
+def add_hosts(lines: str, out: Path) -> None:
+    _add(HOSTS, lines, out / "hosts")
+
+
+def _add(target: Path, text: str, kept: Path) -> None:
+    """Puts a file with more text over one of the machine's, in the sandbox's mounts only."""
+    if "PALISADE_SANDBOX" not in os.environ:
+        raise RuntimeError(f"{target} may be covered in a sandbox only; see harness/sandbox.py")
+    kept.write_text(target.read_text() + text)
+    subprocess.run(["mount", "--bind", kept, target], check=True)
+
+
+if __name__ == "__main__":
+    os.execvp("unshare", sandboxed(sys.argv[1:]))

@@ -6,17 +6,17 @@ import time
 from collections.abc import Callable
 from pathlib import Path
 
-from harness import bundle, facts
+from harness import bundle, facts, sandbox
 from harness.display import take_picture
 from harness.enginelog import EngineLog
 from harness.places import LIBRARY, PACKAGE
 from harness.prefix import Prefix
+from harness.services import Services
 from harness.window import View, Window
 
 SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
 SCRIPT = facts.EXCHANGE + "\\script.txt"
 TEMP = "C:\\users\\root\\Temp"
-AUTHORITIES = Path("/etc/ssl/certs/ca-certificates.crt")
 
 
 class Hang(Exception):
@@ -71,9 +71,10 @@ class Scene:
         self.main_run: EngineRun | None = None
         self._runs: list[EngineRun] = []
         self._window: Window | None = None
+        self._services: Services | None = None
         self.path(facts.EXCHANGE).mkdir()
         self.path(TEMP).mkdir(parents=True, exist_ok=True)
-        bundle.make(self.path(SETUP), LIBRARY, PACKAGE, {"PDXTEST_SCRIPT": SCRIPT})
+        self.make_bundle()
 
     # The machine
 
@@ -90,18 +91,20 @@ class Scene:
     def temporary_files(self) -> list[Path]:
         return list(self.path(TEMP).iterdir())
 
-    def client_state(self, install_folder: str = facts.INSTALL_FOLDER) -> tuple[set[str], list[str]]:
+    def client_state(self, install_folder: str = facts.INSTALL_FOLDER,
+                     version: str = bundle.BUNDLE_VERSION) -> tuple[set[str], list[str]]:
         """The client's files that are there, and its registry values that are not as an install leaves them."""
         files = {name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name, install_folder))}
         wrong = []
-        for (key, view), wanted in facts.client_values(install_folder).items():
+        for (key, view), wanted in facts.client_values(install_folder, version).items():
             found = self.prefix.registry_values(key, view)
             wrong += [f"{key} [{name}] in view {view}: {found.get(name)!r}, wanted {text!r}"
                       for name, text in wanted.items() if found.get(name) != text]
         return files, wrong
 
-    def check_installed(self, install_folder: str = facts.INSTALL_FOLDER) -> None:
-        files, wrong = self.client_state(install_folder)
+    def check_installed(self, install_folder: str = facts.INSTALL_FOLDER,
+                        version: str = bundle.BUNDLE_VERSION) -> None:
+        files, wrong = self.client_state(install_folder, version)
         self.check_equal("the client's files are there", files, set(facts.CLIENT_FILES))
         self.check("the client's registry values are there", not wrong, "\n".join(wrong[:3]))
 
@@ -112,7 +115,7 @@ class Scene:
         values = [f"{key} [{name}]" for (key, view), wanted in facts.client_values().items()
                   for name in wanted.keys() & self.prefix.registry_values(key, view).keys()]
         self.check_equal("the client's registry values are gone", values, [])
-        self.check("the bundle is registered no more", not self.prefix.has_key(facts.UNINSTALL_ENTRY, 32))
+        self.check("the bundle is registered no more", not self.prefix.has_key(facts.uninstall_entry(), 32))
         self.check_equal("the engine's cache is empty", self.cached_packages(), [])
 
     def cached_packages(self) -> list[str]:
@@ -124,13 +127,26 @@ class Scene:
 
     def trust(self, certificate: Path) -> None:
         """Makes the machine trust a root certificate, in this scenario's mounts only."""
-        bundle_file = self.out / "authorities.pem"
-        own = ssl.DER_cert_to_PEM_cert(certificate.read_bytes())
-        bundle_file.write_text(AUTHORITIES.read_text() + own)
-        subprocess.run(["mount", "--bind", bundle_file, AUTHORITIES], check=True)
+        sandbox.trust(ssl.DER_cert_to_PEM_cert(certificate.read_bytes()), self.out)
         self.prefix.restart()
 
+    @property
+    def services(self) -> Services:
+        """The deployment's services (harness/services/), there from the first use on, which has to come before the first
+        run: it shuts the prefix down and starts it anew."""
+        if not self._services:
+            self._services = Services(self.out)
+            self.prefix.restart()
+        return self._services
+
     # Runs of the engine
+
+    def make_bundle(self, program: str = SETUP, package: Path = PACKAGE, **options) -> Path:
+        """Writes a bundle; `options` are those of bundle.make. Bytes behind the end of a package do no harm, where a
+        scenario needs a long transfer."""
+        target = self.path(program)
+        target.parent.mkdir(exist_ok=True)
+        return bundle.make(target, LIBRARY, package, {"PDXTEST_SCRIPT": SCRIPT}, **options)
 
     def script(self, text: str) -> None:
         """What the client package's custom actions do in the runs to come (harness/client/Script.h)."""

@@ -1,10 +1,18 @@
-"""Runs the tests that need Windows under Wine, in a prefix of their own: python3 -m harness.wine_tests [options]."""
+"""Runs the tests that need Windows under Wine, in a prefix of their own, with the services beside them, in a sandbox:
+python3 -m harness.sandbox python3 -m harness.wine_tests [options]."""
+import contextlib
 import os
 import sys
 
-from harness.places import WINDOWS_TESTS
+from harness.display import virtual_display
+from harness.places import OUT, WINDOWS_TESTS
 from harness.prefix import copy_of_prepared
+from harness.services import Services
 
 if __name__ == "__main__":
-    with copy_of_prepared("windows-tests", os.environ["DISPLAY"]) as wine:
+    given = os.environ.get("DISPLAY")
+    (OUT / "tests").mkdir(parents=True, exist_ok=True)
+    services = Services(OUT / "tests")
+    with contextlib.nullcontext(given) if given else virtual_display() as display, \
+            copy_of_prepared("windows-tests", display) as wine:
         sys.exit(wine.start(WINDOWS_TESTS, *sys.argv[1:], stdout=None, stderr=None).wait())

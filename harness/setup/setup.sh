@@ -11,7 +11,7 @@ packages=(
   wixl msitools gcab iproute2 ca-certificates fonts-dejavu-core
 )
 # Ordinary programs, which may also come from elsewhere than Debian's packages: asked of PATH.
-programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux)
+programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux openssl:openssl)
 
 missing=()
 for package in "${packages[@]}"; do

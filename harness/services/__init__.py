@@ -1,0 +1,104 @@
+"""The deployment's services: real HTTPS on loopback, under the deployment's own host names, inside a sandbox.
+
+| Service    | Host names, port 443                        | Ordinary answers, all 200                              |
+|------------|---------------------------------------------|--------------------------------------------------------|
+| `update`   | those of `updater.url` in resources/*.cfg   | GET /autopatch/upgrade/buckets/N: the bundle's version |
+| `brisk`    | those of `telemetry.brisk.url`              | POST /brisk/telm: {}                                   |
+| `tally`    | those of `telemetry.tally.url`              | POST /tallyEvents: {}                                  |
+| `download` | those of `installer.downloadurl`            | GET, HEAD: the files given to `serve`, else 404        |
+| `legal`    | those of `legal.url`                        | GET /legalapp/...: a short page                        |
+| `tests`    | tests.corvaneworks.example                  | what the query says: harness/services/testhost.py      |
+
+Another method or path is answered 404, whatever the service was told. Each service has an address of its own, from
+127.0.0.11 on, so that one can be down or reset connections while the others work. The revocation list of their
+certificate is fetched over plain HTTP from crl.corvaneworks.example, which is no service and leaves no record.
+
+A scenario has them as `scene.services`:
+
+    services.update.answer(body={"recommended": {"version": "12.38.0.1"}})      from now on
+    services.download.answer(status=503, times=3)                               three times, then as before
+    services.download.answer(cut="close half-way", method="GET", times=1)       half of what it would have sent
+    services.brisk.answer(delay=20, cut="reset")                                silent for 20 seconds, then a reset
+    services.tally.stall(20)                                                    the same, before any handshake
+    services.tally.down()                                                       refuses connections; up() ends it
+    url = services.download.serve("/client/PalisadeApp.msi", file)
+    bodies = [request.body for request in services.requests("brisk")]
+
+Requests land in requests.jsonl when they have been read, before they are answered: `service`, `connection` (a number
+that stays the same where a connection is used again), `seconds` since the services' start, `method`, `path` with its
+query, `headers`, `body` (JSON as JSON, other bytes in base64), `status` (null where none is sent).
+"""
+import json
+import threading
+import time
+import tomllib
+from pathlib import Path
+
+from harness import bundle, sandbox
+from harness.places import ROOT
+from harness.services import certificates, testhost
+from harness.services.server import Answer, Request, Service
+
+CONFIGURATIONS = ROOT / "resources"
+DOMAIN = "corvaneworks.example"
+
+
+def _configured_hosts(key: str) -> list[str]:
+    """The host names of an address in the configuration files, production's first."""
+    found = []
+    for file in sorted(CONFIGURATIONS.glob("*.cfg"), key=lambda file: file.name != "production.cfg"):
+        value = tomllib.loads(file.read_text("utf-8"))
+        for part in key.split("."):
+            value = value.get(part, {})
+        if value:
+            found.append(value.split("/")[2])
+    return list(dict.fromkeys(found))
+
+
+class Services:
+    def __init__(self, out: Path):
+        """Makes the sandbox trust and find them, and starts them. A Wine prefix whose server process runs already has
+        to be restarted before it trusts them."""
+        self._started = time.monotonic()
+        self._changed = threading.Condition()
+        self._requests: list[Request] = []
+        self._file = (out / "requests.jsonl").open("w", encoding="utf-8", errors="backslashreplace", buffering=1)
+        version = {"recommended": {"version": bundle.BUNDLE_VERSION}}
+        rows = [
+            ("updater.url", r"GET /autopatch/upgrade/buckets/\d+", lambda _: Answer(version)),
+            ("telemetry.brisk.url", r"POST /brisk/telm", lambda _: Answer({})),
+            ("telemetry.tally.url", r"POST /tallyEvents", lambda _: Answer({})),
+            ("installer.downloadurl", r"(GET|HEAD) /.*", lambda _: Answer(status=404)),
+            ("legal.url", r"GET /legalapp/.*", lambda _: Answer("<!DOCTYPE html><title>Legal document</title>")),
+            ("", r"\w+ /.*", lambda request: testhost.answer(request, self)),
+        ]
+        names = [_configured_hosts(key) if key else ["tests." + DOMAIN] for key, *_ in rows]
+        chain = certificates.prepare(sum(names, []), "crl." + DOMAIN)
+        made = [Service(name, f"127.0.0.{11 + index}", names[index], *rows[index][1:], chain.context, self._record)
+                for index, name in enumerate(("update", "brisk", "tally", "download", "legal", "tests"))]
+        self.update, self.brisk, self.tally, self.download, self.legal, self.tests = made
+        lines = [f"{service.address} {' '.join(service.hosts)}\n" for service in made if service.hosts]
+        sandbox.add_hosts("".join(lines) + f"127.0.0.10 crl.{DOMAIN}\n", out)
+        sandbox.trust(chain.root, out)
+        certificates.publish(chain.revocations, "127.0.0.10")
+        for service in made:
+            service.up()
+
+    def requests(self, service: str = "", path: str = "") -> list[Request]:
+        """What has come so far, in order: to one service or to all, with paths that begin with `path`."""
+        with self._changed:
+            return [request for request in self._requests
+                    if service in ("", request.service) and request.path.startswith(path)]
+
+    def wait_for(self, count: int, service: str = "", path: str = "", bound: float = 20) -> list[Request]:
+        """The same, once there are `count` of them or the seconds are over."""
+        with self._changed:
+            self._changed.wait_for(lambda: len(self.requests(service, path)) >= count, bound)
+            return self.requests(service, path)
+
+    def _record(self, request: Request) -> None:
+        with self._changed:
+            request.seconds = round(time.monotonic() - self._started, 3)
+            self._requests.append(request)
+            self._file.write(json.dumps(request.row(), ensure_ascii=False) + "\n")
+            self._changed.notify_all()

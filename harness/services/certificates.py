@@ -1,0 +1,94 @@
+"""The services' certificates: a root, a leaf with all their host names, and the root's revocation list. Made once for a
+set of names, and kept under build/."""
+import fcntl
+import hashlib
+import shutil
+import ssl
+import subprocess
+import threading
+from dataclasses import dataclass
+from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
+from pathlib import Path
+
+from harness.places import BUILD
+
+DAYS = "3650"
+SETTINGS = """
+[req]
+distinguished_name = name
+[name]
+[root]
+basicConstraints = critical, CA:TRUE
+keyUsage = critical, keyCertSign, cRLSign
+subjectKeyIdentifier = hash
+[leaf]
+basicConstraints = critical, CA:FALSE
+keyUsage = critical, digitalSignature, keyEncipherment
+extendedKeyUsage = serverAuth
+subjectAltName = {names}
+crlDistributionPoints = URI:http://{list_host}/root.crl
+[ca]
+default_ca = own
+[own]
+database = issued.txt
+default_md = sha256
+"""
+
+
+@dataclass(frozen=True)
+class Chain:
+    root: str  # PEM
+    revocations: bytes  # DER
+    context: ssl.SSLContext
+
+
+def prepare(names: list[str], list_host: str) -> Chain:
+    """`list_host` is where the revocation list is fetched from: Windows refuses a certificate that names none."""
+    settings = SETTINGS.format(names=", ".join("DNS:" + name for name in names), list_host=list_host)
+    folder = BUILD / "certificates" / hashlib.sha1(settings.encode()).hexdigest()[:8]
+    folder.parent.mkdir(parents=True, exist_ok=True)
+    with open(folder.parent / "lock", "w") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        if not folder.exists():
+            _make(folder.with_suffix(".new"), settings)
+            folder.with_suffix(".new").rename(folder)
+    context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+    context.load_cert_chain(folder / "leaf.pem", folder / "leaf.key")
+    return Chain((folder / "root.pem").read_text(), (folder / "root.crl").read_bytes(), context)
+
+
+def _make(folder: Path, settings: str) -> None:
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir()
+    (folder / "settings.cnf").write_text(settings)
+    (folder / "issued.txt").touch()
+
+    def openssl(*arguments: str) -> None:
+        done = subprocess.run(["openssl", *arguments], cwd=folder, capture_output=True, text=True)
+        if done.returncode:
+            raise RuntimeError(f"openssl {arguments[0]} failed:\n{done.stderr}")
+
+    new = ("req", "-x509", "-config", "settings.cnf", "-days", DAYS, "-newkey", "rsa:2048", "-nodes")
+    openssl(*new, "-extensions", "root", "-subj", "/O=Corvane Works/CN=Services under test, root",
+            "-keyout", "root.key", "-out", "root.pem")
+    openssl(*new, "-extensions", "leaf", "-subj", "/O=Corvane Works/CN=Services under test",
+            "-CA", "root.pem", "-CAkey", "root.key", "-keyout", "leaf.key", "-out", "leaf.pem")
+    openssl("ca", "-gencrl", "-config", "settings.cnf", "-cert", "root.pem", "-keyfile", "root.key",
+            "-crldays", DAYS, "-out", "list.pem")
+    openssl("crl", "-in", "list.pem", "-outform", "DER", "-out", "root.crl")
+
+
+def publish(revocations: bytes, address: str) -> None:
+    """Gives the revocation list out over plain HTTP."""
+    class Handler(BaseHTTPRequestHandler):
+        def do_GET(self) -> None:
+            self.send_response(200)
+            self.send_header("Content-Length", str(len(revocations)))
+            self.end_headers()
+            self.wfile.write(revocations)
+
+        def log_message(self, *_) -> None:
+            pass
+
+    server = ThreadingHTTPServer((address, 80), Handler)
+    threading.Thread(target=server.serve_forever, daemon=True).start()

@@ -1,0 +1,237 @@
+"""One service: a server on an address of its own that answers as it is told."""
+import base64
+import json
+import re
+import socket
+import ssl
+import struct
+import sys
+import threading
+import time
+from collections.abc import Callable
+from dataclasses import dataclass, field, replace
+from email.utils import formatdate
+from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
+from itertools import count
+from pathlib import Path
+
+# How a connection ends in place of an answer, or after half of the answer's body.
+CUTS = ("", "reset", "close", "reset half-way", "close half-way")
+_connections = count(1)
+
+
+@dataclass(frozen=True)
+class Answer:
+    body: object = b""  # bytes, text, or what is sent as JSON
+    status: int = 200
+    headers: dict[str, str] = field(default_factory=dict)
+    delay: float = 0  # seconds of silence before it
+    cut: str = ""  # one of CUTS
+    raw: bytes | None = None  # sent in place of an HTTP answer; then the connection closes
+    chunked: bool = False
+    piece: int = 0  # bytes of body that are sent at a time, as one chunk, one TLS record; 0: all of them
+    hold: threading.Event | None = None  # awaited after half of the body
+
+    def __post_init__(self):
+        if self.cut not in CUTS:
+            raise ValueError(f"no way to end a connection: {self.cut}")
+
+    def bytes(self) -> bytes:
+        if isinstance(self.body, bytes):
+            return self.body
+        text = isinstance(self.body, str)
+        return (self.body if text else json.dumps(self.body, ensure_ascii=False, separators=(",", ":"))).encode()
+
+
+@dataclass
+class Request:
+    service: str
+    connection: int
+    method: str
+    path: str
+    headers: dict[str, str]
+    raw: bytes  # the body as it came
+    status: int | None = None
+    seconds: float = 0
+
+    @property
+    def body(self) -> object:
+        try:
+            return json.loads(self.raw)
+        except ValueError:
+            return base64.b64encode(self.raw).decode()
+
+    def row(self) -> dict:
+        return {"service": self.service, "connection": self.connection, "seconds": self.seconds, "method": self.method,
+                "path": self.path, "headers": self.headers, "body": self.body, "status": self.status}
+
+
+class Service:
+    def __init__(self, name: str, address: str, hosts: list[str], route: str, standing: Callable[[Request], Answer],
+                 context: ssl.SSLContext, record: Callable[[Request], None]):
+        """Answers requests on its route ("METHOD path") by `standing`, as long as it is told nothing else."""
+        self.name, self.address, self.hosts, self.context, self.record = name, address, hosts, context, record
+        self.stalled = 0.0
+        self._route, self._standing = re.compile(route), standing
+        self._next: list[tuple[str, dict]] = []  # each for one request, of a method or of any ("")
+        self._told: dict[str, dict] = {}  # for all others, by method
+        self._files: dict[str, Path] = {}
+        self._lock = threading.Lock()
+        self._server: _Server | None = None
+
+    def url(self, path: str) -> str:
+        """An address on this service, in the production deployment."""
+        return f"https://{self.hosts[0]}{path}"
+
+    def serve(self, path: str, file: Path) -> str:
+        """Gives a file out under a path of its route; gives its address."""
+        self._files[path] = file
+        return self.url(path)
+
+    def answer(self, *, times: int | None = None, method: str = "", **fields) -> None:
+        """Tells how requests are answered from now on, or so many of them, which come first. What is not told (fields
+        of Answer) is as in the ordinary answer; with nothing told it answers in the ordinary way again."""
+        Answer(**fields)  # a mistake in what is told shows here
+        with self._lock:
+            if times is None:
+                self._told[method] = fields
+            else:
+                self._next += [(method, fields)] * times
+
+    def down(self) -> None:
+        """Refuses connections and ends those that are open."""
+        if self._server:
+            self._server.close()
+            self._server = None
+
+    def stall(self, seconds: float) -> None:
+        """Accepts connections and resets each after so many silent seconds; ends those that are open."""
+        self.down()
+        self.stalled = seconds
+        self._server = _Server(self)
+
+    def up(self) -> None:
+        self.down()
+        self.stalled = 0.0
+        self._server = _Server(self)
+
+    def decide(self, request: Request) -> Answer:
+        if not self._route.fullmatch(f"{request.method} {request.path}"):
+            return Answer(status=404)
+        with self._lock:
+            fields = self._told.get(request.method, self._told.get("", {}))
+            for row in self._next:
+                if row[0] in ("", request.method):
+                    self._next.remove(row)
+                    fields = row[1]
+                    break
+        file = self._files.get(request.path.partition("?")[0])
+        return replace(_file_answer(request, file) if file else self._standing(request), **fields)
+
+
+def _file_answer(request: Request, file: Path) -> Answer:
+    """A file, or the rest of it where a client goes on with a transfer that broke off."""
+    whole = file.read_bytes()
+    headers = {"Accept-Ranges": "bytes", "Last-Modified": formatdate(file.stat().st_mtime, usegmt=True)}
+    asked = re.fullmatch(r"bytes=(\d+)-\d*", request.headers.get("Range", ""))
+    if not asked or int(asked[1]) >= len(whole):
+        return Answer(whole, headers=headers)
+    headers["Content-Range"] = f"bytes {asked[1]}-{len(whole) - 1}/{len(whole)}"
+    return Answer(whole[int(asked[1]):], 206, headers)
+
+
+class _Server(ThreadingHTTPServer):
+    request_queue_size = 128
+
+    def __init__(self, service: Service):
+        super().__init__((service.address, 443), _Handler)
+        self.service = service
+        self.open: set[socket.socket] = set()
+        threading.Thread(target=self.serve_forever, args=(0.05,), daemon=True).start()
+
+    def close(self) -> None:
+        self.shutdown()
+        self.server_close()
+        for connection in list(self.open):
+            try:
+                connection.shutdown(socket.SHUT_RDWR)
+            except OSError:
+                pass  # gone already
+
+    def handle_error(self, request, client_address) -> None:
+        if not isinstance(sys.exception(), OSError):  # a client that goes away is none of ours
+            super().handle_error(request, client_address)
+
+
+def _reset(connection: socket.socket) -> None:
+    connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+    connection.close()
+
+
+class _Handler(BaseHTTPRequestHandler):
+    protocol_version = "HTTP/1.1"
+    disable_nagle_algorithm = True
+
+    def setup(self) -> None:
+        self.service: Service = self.server.service
+        self.number = next(_connections)
+        if self.service.stalled:
+            time.sleep(self.service.stalled)
+            _reset(self.request)
+            raise ConnectionResetError
+        # Here and not where it is accepted, so that a client that is slow with its handshake holds up no other.
+        self.request = self.service.context.wrap_socket(self.request, server_side=True)
+        self.server.open.add(self.request)
+        super().setup()
+
+    def finish(self) -> None:
+        super().finish()
+        self.server.open.discard(self.request)
+        self.request.close()
+
+    def log_message(self, *_) -> None:
+        pass
+
+    def _respond(self) -> None:
+        headers = {name: ", ".join(self.headers.get_all(name)) for name in self.headers}
+        raw = self.rfile.read(int(headers.get("Content-Length", 0)))
+        request = Request(self.service.name, self.number, self.command, self.path, headers, raw)
+        answer = self.service.decide(request)
+        silent = answer.raw is not None or answer.cut in ("reset", "close")
+        request.status = None if silent else answer.status
+        self.service.record(request)
+        time.sleep(answer.delay)
+        self.close_connection = silent or answer.cut != ""
+        if not silent:
+            self._send(answer)
+        elif answer.raw:
+            self.wfile.write(answer.raw)
+        if answer.cut.startswith("reset"):
+            _reset(self.request)
+
+    do_GET = do_HEAD = do_POST = do_PUT = _respond
+
+    def _send(self, answer: Answer) -> None:
+        body = answer.bytes()
+        self.send_response(answer.status)
+        length = {"Transfer-Encoding": "chunked"} if answer.chunked else {"Content-Length": str(len(body))}
+        for name, value in (length | answer.headers).items():
+            self.send_header(name, value)
+        self.end_headers()
+        if self.command == "HEAD":
+            return
+        half = len(body) // 2 if answer.hold or answer.cut else len(body)
+        self._send_pieces(answer, body[:half])
+        if answer.hold:
+            answer.hold.wait()
+        if answer.cut:
+            return
+        self._send_pieces(answer, body[half:])
+        if answer.chunked:
+            self.wfile.write(b"0\r\n\r\n")
+
+    def _send_pieces(self, answer: Answer, body: bytes) -> None:
+        size = answer.piece or len(body) or 1
+        for start in range(0, len(body), size):
+            piece = body[start:start + size]
+            self.wfile.write(b"%x\r\n%b\r\n" % (len(piece), piece) if answer.chunked else piece)
