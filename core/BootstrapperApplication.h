@@ -15,12 +15,10 @@
 #include "core/rules/Operations.h"
 #include "core/rules/Startup.h"
 #include "platform/Handles.h"
+#include "platform/rules/InstallerVersion.h"
 #include "platform/Thread.h"
 
 namespace pdx {
-
-/// The version of this build.
-inline constexpr const char* installerVersion = "12.37.0.5294";
 
 class BootstrapperApplication : public CBalBaseBootstrapperApplication {
   public:

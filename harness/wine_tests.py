@@ -15,4 +15,5 @@ if __name__ == "__main__":
     services = Services(OUT / "tests")
     with contextlib.nullcontext(given) if given else virtual_display() as display, \
             copy_of_prepared("windows-tests", display) as wine:
-        sys.exit(wine.start(WINDOWS_TESTS, *sys.argv[1:], stdout=None, stderr=None).wait())
+        host = {"PALISADE_TEST_HOST": services.tests.url("")}
+        sys.exit(wine.start(WINDOWS_TESTS, *sys.argv[1:], environment=host, stdout=None, stderr=None).wait())

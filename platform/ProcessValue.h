@@ -1,0 +1,39 @@
+// A value that is found out once for the process.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "platform/Lock.h"
+
+namespace pdx {
+
+/// Made by the first thread that asks for it, while others wait, and the same from then on. It has no destructor, for
+/// the reason that ProcessSlot has none; an ordinary unload calls clear().
+template <typename Value>
+class ProcessValue {
+  public:
+    constexpr ProcessValue() noexcept = default;
+    ProcessValue(const ProcessValue&) = delete;
+    ProcessValue& operator=(const ProcessValue&) = delete;
+
+    /// The maker must not come back here.
+    template <typename Maker>
+    const Value& get(Maker&& make) {
+        const std::lock_guard guard(lock);
+        if (!value) value = new Value(std::forward<Maker>(make)());
+        return *value;
+    }
+    /// Once nobody uses the value any more.
+    void clear() {
+        const std::lock_guard guard(lock);
+        delete std::exchange(value, nullptr);
+    }
+
+  private:
+    Lock lock;
+    const Value* value = nullptr;
+};
+
+}  // namespace pdx

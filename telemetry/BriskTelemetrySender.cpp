@@ -1,0 +1,71 @@
+#include "telemetry/BriskTelemetrySender.h"
+
+#include <utility>
+
+#include "config/ConfigMap.h"
+#include "platform/Log.h"
+#include "platform/OsIdentity.h"
+#include "platform/ProcessValue.h"
+#include "platform/rules/InstallerVersion.h"
+#include "telemetry/Locale.h"
+#include "telemetry/rules/BriskEvent.h"
+#include "telemetry/rules/TimeFormat.h"
+
+namespace pdx {
+namespace {
+
+/// What is made once a process.
+struct Shared {
+    bool log;
+    nlohmann::json header;
+};
+constinit ProcessValue<Shared> shared;
+
+nlohmann::json makeHeader(const std::string& session, MachineHash machineHash) {
+    BriskIdentity identity;
+    identity.architecture = getProcessorArchitecture();
+    identity.country = toUtf8(userCountry());
+    identity.environment = getConfigString("app.environment", "production");
+    identity.installerType = getConfigString("app.installertype");
+    identity.language = toUtf8(briskLanguage(userLocale()));
+    identity.machineHash = machineHash();
+    identity.os = getOsVersion();
+    identity.session = session;
+    return briskHeader(identity);
+}
+
+}  // namespace
+
+std::string briskTimestamp() { return briskTime(currentFileTime()); }
+
+std::string BriskTelemetrySender::timestamp() const { return briskTimestamp(); }
+
+TelemetryQueueItem BriskTelemetrySender::prepareEvent(const TelemetryEvent& event) {
+    const Shared& once = shared.get([this] {
+        const bool log = getConfigBool("telemetry.brisk.log", false);
+        return Shared{log, makeHeader(sessionId, machineHash)};
+    });
+    nlohmann::json prepared = briskEvent(event, timestamp(), g_configurable, once.header);
+    if (prepared.empty()) PDX_LOG(logInfo, "BriskTelemetrySender::prepareEvent", "Bad taxonomy %s", event.name);
+    if (once.log) PDX_LOG(logInfo, "BriskTelemetrySender::prepareEvent", "[BrIsK]: %s", readableLine(prepared));
+    return {std::move(prepared), event.urgent};
+}
+
+void BriskTelemetrySender::send(nlohmann::json batch) {
+    if (batch.empty()) return;
+    // The service is told the platform in place of the system's version, and it is to stay so.
+    static constexpr const char* platform = "pc";
+    const HttpHeaders headers = {
+        {"Content-Type", "application/json"},
+        {"x-bastion-client-version", installerVersion},
+        {"OsVersion", platform},
+        {"x-bastion-client-platform", platform},
+    };
+    const std::string body = batch.dump();
+    http->post(body.data(), body.size(), headers);
+    http->readResponse();
+}
+
+void releaseBriskIdentity() { shared.clear(); }
+
+}  // namespace pdx

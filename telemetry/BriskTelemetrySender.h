@@ -1,0 +1,33 @@
+// Telemetry to the service of dotted event names, such as "inst.sess.strt".
+#pragma once
+
+#include "telemetry/TelemetrySender.h"
+
+namespace pdx {
+
+/// Gives the 40 hexadecimal digits that identify the machine; it may take its time.
+using MachineHash = std::string (*)();
+
+/// The current time as the service takes it: UTC with milliseconds and no mark of a zone, 23 characters.
+std::string briskTimestamp();
+
+/// A post is an array of flat objects. What identifies installer and machine is found out with the first event of the
+/// process, whichever sender it goes through, and stays as it was then. An event whose name has not three tokens logs
+/// "Bad taxonomy %s" and is dropped; telemetry.brisk.log makes each event a log line.
+class BriskTelemetrySender : public TelemetrySender {
+  public:
+    explicit BriskTelemetrySender(MachineHash hash) : machineHash(hash) {}
+    ~BriskTelemetrySender() override { stop(); }
+
+    [[nodiscard]] std::string timestamp() const override;
+    TelemetryQueueItem prepareEvent(const TelemetryEvent& event) override;
+    void send(nlohmann::json batch) override;
+
+  private:
+    MachineHash machineHash;
+};
+
+/// Forgets what was found out for the process.
+void releaseBriskIdentity();
+
+}  // namespace pdx

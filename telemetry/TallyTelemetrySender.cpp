@@ -1,0 +1,54 @@
+#include "telemetry/TallyTelemetrySender.h"
+
+#include <utility>
+
+#include "config/ConfigMap.h"
+#include "platform/Log.h"
+#include "platform/ProcessValue.h"
+#include "telemetry/Locale.h"
+#include "telemetry/rules/TallyEvent.h"
+#include "telemetry/rules/TimeFormat.h"
+
+namespace pdx {
+namespace {
+
+/// What is made once a process, with its first event.
+struct Shared {
+    bool log;
+    nlohmann::json item;
+};
+constinit ProcessValue<Shared> shared;
+/// Made once a process, with its first post.
+constinit ProcessValue<nlohmann::json> sharedEnvelope;
+
+}  // namespace
+
+std::string tallyTimestamp() { return tallyTime(currentFileTime()); }
+
+std::string TallyTelemetrySender::timestamp() const { return tallyTimestamp(); }
+
+TelemetryQueueItem TallyTelemetrySender::prepareEvent(const TelemetryEvent& event) {
+    const Shared& once = shared.get([] { return Shared{getConfigBool("telemetry.tally.log", false), tallyItem()}; });
+    nlohmann::json prepared = tallyEvent(event, ++eventCounter, timestamp(), once.item);
+    if (once.log) PDX_LOG(logInfo, "TallyTelemetrySender::prepareEvent", "[TALLY]: %s", readableLine(prepared));
+    return {std::move(prepared), event.urgent};
+}
+
+void TallyTelemetrySender::send(nlohmann::json batch) {
+    const nlohmann::json& envelope =
+        sharedEnvelope.get([this] { return tallyEnvelope(sessionId, toUtf8(tallyLocale(userLocale()))); });
+    if (batch.empty()) return;
+    const HttpHeaders headers = {
+        {"Content-Type", "application/json"},
+        {"x-palisade-taxv", "2.0"},
+    };
+    const std::string body = tallyPost(std::move(batch), sessionId, envelope, timestamp()).dump();
+    http->post(body.data(), body.size(), headers);
+}
+
+void releaseTallyEnvelope() {
+    shared.clear();
+    sharedEnvelope.clear();
+}
+
+}  // namespace pdx

@@ -1,0 +1,75 @@
+#include "telemetry/TelemetrySender.h"
+
+#include <mutex>
+#include <utility>
+
+#include "platform/Log.h"
+#include "telemetry/rules/TelemetryBatch.h"
+#include "telemetry/TelemetryManager.h"
+
+namespace pdx {
+
+TelemetrySender::TelemetrySender()
+    : stopEvent(CreateEventW(nullptr, TRUE, FALSE, nullptr)), wakeEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
+
+TelemetrySender::~TelemetrySender() { stop(); }
+
+void TelemetrySender::start(const std::string& url, const TelemetryManager& manager) {
+    if (worker.id() != 0) return;
+    http = std::make_unique<HttpClient>(parseUrl(url));
+    sessionId = manager.session();
+    ResetEvent(stopEvent.get());
+    worker.start(run, this);
+}
+
+void TelemetrySender::enqueue(const TelemetryEvent& event) {
+    TelemetryQueueItem item = prepareEvent(event);
+    if (item.event.empty()) return;
+    {
+        const std::lock_guard guard(queueLock);
+        queue.push_back(std::move(item));
+    }
+    SetEvent(wakeEvent.get());
+}
+
+void TelemetrySender::setSendingEnabled(bool enabled) {
+    sendingEnabled = enabled;
+    SetEvent(wakeEvent.get());
+}
+
+void TelemetrySender::requestStop() { SetEvent(stopEvent.get()); }
+
+void TelemetrySender::stop() {
+    requestStop();
+    worker.join();
+}
+
+unsigned __stdcall TelemetrySender::run(void* sender) {
+    static_cast<TelemetrySender*>(sender)->work();
+    return 0;
+}
+
+void TelemetrySender::work() {
+    nlohmann::json pending = nlohmann::json::array();
+    const HANDLE events[] = {wakeEvent.get(), stopEvent.get()};
+    DWORD ended = WAIT_OBJECT_0;
+    while (ended == WAIT_OBJECT_0) {
+        ended = WaitForMultipleObjects(static_cast<DWORD>(std::size(events)), events, FALSE, INFINITE);
+        try {
+            makePass(pending);
+        } catch (const std::exception& error) {
+            PDX_LOG(logError, "TelemetrySender::work", "Lost a post of telemetry: %s", error.what());
+        }
+    }
+}
+
+void TelemetrySender::makePass(nlohmann::json& pending) {
+    std::vector<TelemetryQueueItem> items;
+    {
+        const std::lock_guard guard(queueLock);
+        items.swap(queue);
+    }
+    send(takeBatch(pending, std::move(items), sendingEnabled));
+}
+
+}  // namespace pdx

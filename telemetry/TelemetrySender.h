@@ -1,0 +1,71 @@
+// A back end of telemetry: a queue that any thread fills, and a worker thread that posts what has gathered.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Handles.h"
+#include "platform/HttpClient.h"
+#include "platform/Lock.h"
+#include "platform/Thread.h"
+#include "telemetry/rules/TelemetryEvent.h"
+
+namespace pdx {
+
+class TelemetryManager;
+
+/// Nobody who hands in an event waits for the network: the worker posts, in batches by what gathers during the post
+/// before. Until sending is enabled events are held in memory, except urgent ones. Nothing is kept on disk, no post is
+/// repeated, and there is no limit to what is held.
+class TelemetrySender {
+  public:
+    TelemetrySender();
+    /// The worker has to be stopped by then: a derived class calls stop() in its own destructor, for until the worker
+    /// has ended it calls operations of that class.
+    virtual ~TelemetrySender();
+    TelemetrySender(const TelemetrySender&) = delete;
+    TelemetrySender& operator=(const TelemetrySender&) = delete;
+
+    /// The current time as this back end writes it.
+    [[nodiscard]] virtual std::string timestamp() const = 0;
+    /// The event as it will be posted, null or empty if it is to be dropped. On the thread of whoever hands it in.
+    virtual TelemetryQueueItem prepareEvent(const TelemetryEvent& event) = 0;
+    /// Posts an array of prepared events, nothing if it is empty. On the worker. What it throws costs this one post.
+    virtual void send(nlohmann::json batch) = 0;
+
+    /// Starts the worker on a service's address, in the manager's session; nothing happens if there is one. An address
+    /// that is none makes a sender whose posts all fail.
+    void start(const std::string& url, const TelemetryManager& manager);
+    /// Hands in an event. Any thread.
+    void enqueue(const TelemetryEvent& event);
+    /// Lets ordinary events go out, or holds them back again. Any thread.
+    void setSendingEnabled(bool enabled);
+    /// Tells the worker to end after one more pass over the queue, and does not wait for it.
+    void requestStop();
+    /// The same, and waits for the end, as long as its posts take. What is held back then is lost, on purpose. Not to
+    /// be called on the worker.
+    void stop();
+
+  private:
+    static unsigned __stdcall run(void* sender);
+    void work();
+    void makePass(nlohmann::json& pending);
+
+    std::vector<TelemetryQueueItem> queue;
+    Lock queueLock;
+    std::atomic<bool> sendingEnabled{false};
+
+  protected:
+    // Of the worker, once it runs.
+    std::unique_ptr<HttpClient> http;
+    std::string sessionId;
+
+  private:
+    Thread worker;
+    Handle stopEvent;
+    Handle wakeEvent;
+};
+
+}  // namespace pdx

@@ -1,0 +1,35 @@
+// The events of the Brisk service: flat objects, each with the whole identity of installer and machine.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "telemetry/rules/TelemetryEvent.h"
+
+namespace pdx {
+
+/// What is found out once of the installer and its machine; all UTF-8.
+struct BriskIdentity {
+    std::string architecture;   ///< "AMD64"
+    std::string country;        ///< "US"
+    std::string environment;    ///< "production"
+    std::string installerType;  ///< as the configuration has it, often empty
+    std::string language;       ///< "en"
+    std::string machineHash;    ///< 40 hexadecimal digits
+    std::string os;             ///< "Win 10"
+    std::string session;
+};
+
+/// The keys that stand in every event.
+nlohmann::json briskHeader(const BriskIdentity& identity);
+
+/// The event as it is posted. An empty object, which is one to drop, unless the name is a taxonomy of three tokens, as
+/// "inst.sess.strt"; a name that ends in "." is none. In development every event is marked so, unless its own
+/// attributes say otherwise.
+nlohmann::json briskEvent(const TelemetryEvent& event, std::string time, bool development,
+                          const nlohmann::json& header);
+
+/// The language of a locale's name: "en" of "en-US".
+std::wstring_view briskLanguage(std::wstring_view locale);
+
+}  // namespace pdx

@@ -1,0 +1,28 @@
+// What telemetry is made of: the event as the system tells it, and as a sender keeps it.
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace pdx {
+
+/// The numbers of the two senders in TelemetryEvent::sender; every other number is nobody's.
+inline constexpr int32_t briskSender = 0;
+inline constexpr int32_t tallySender = 1;
+
+struct TelemetryEvent {
+    int32_t sender = briskSender;
+    std::string name;
+    nlohmann::json params;  ///< the attributes; counts only if it is an object
+    bool urgent = false;    ///< goes out even while sending is held back
+    bool reserved = false;
+};
+
+/// An event as it will be posted. A value that is null or empty is one to drop.
+struct TelemetryQueueItem {
+    nlohmann::json event;
+    bool urgent = false;
+};
+
+}  // namespace pdx

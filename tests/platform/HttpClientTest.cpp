@@ -1,0 +1,172 @@
+#include "platform/HttpClient.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <wininet.h>
+
+#include "tests/platform/TestHost.h"
+
+namespace pdx {
+namespace {
+
+using nlohmann::json;
+
+/// The request that the host saw, as it tells in its ordinary answer.
+json seen(HttpClient& client) { return json::parse(textOf(client.readResponse()), nullptr, false); }
+
+TEST(HttpClient, StartsNoRequestWithoutAnAddress) {
+    HttpUrl noHost;
+    noHost.path = L"/a";
+    HttpUrl noPath;
+    noPath.host = L"nowhere.example";
+    const HttpUrl cases[] = {parseUrl(""), parseUrl("no address"), parseUrl("https:///"), {}, noHost, noPath};
+    for (const HttpUrl& url : cases) {
+        HttpClient client(url);
+        EXPECT_EQ(client.get(), -1) << testing::PrintToString(url.host + url.path);
+        EXPECT_EQ(client.post("body", 4), -1);
+        EXPECT_THAT(client.readResponse(), testing::IsEmpty());
+    }
+}
+
+using HttpClientTest = TestHostTest;
+
+TEST_F(HttpClientTest, SendsMethodHeadersAndBody) {
+    const std::string bytes("{\0\xFF\r\n}", 6);
+    const struct {
+        const char* method;
+        int32_t (*send)(HttpClient&, const std::string&, const HttpHeaders&);
+        std::string body;
+        json seen;
+    } cases[] = {
+        {"GET", [](auto& client, auto&, auto& headers) { return client.get(headers); }, "", ""},
+        {"POST", [](auto& client, auto& body, auto& headers) { return client.post(body.data(), body.size(), headers); },
+         R"([{"a":1}])", json::parse(R"([{"a":1}])")},
+        {"PUT", [](auto& client, auto& body, auto& headers) { return client.put(body.data(), body.size(), headers); },
+         bytes, "ewD/DQp9"},
+        {"POST", [](auto& client, auto& body, auto& headers) { return client.post(body.data(), body.size(), headers); },
+         "", ""},
+    };
+    HttpClient client(parseUrl(testHost() + "/http/methods"));
+    for (const auto& row : cases) {
+        ASSERT_EQ(row.send(client, row.body, {{"Content-Type", "application/x-test"}, {"x-second", "a: b"}}), 0);
+        const json request = seen(client);
+        ASSERT_TRUE(request.is_object());
+        EXPECT_EQ(request["method"], row.method);
+        EXPECT_EQ(request["path"], "/http/methods");
+        EXPECT_EQ(request["body"], row.seen) << row.method;
+        const json& headers = request["headers"];
+        EXPECT_EQ(headers["Content-Type"], "application/x-test");
+        EXPECT_EQ(headers["x-second"], "a: b");
+        EXPECT_EQ(headers["User-Agent"], "Palisade app Installer/12.37.0.5294");
+        EXPECT_EQ("https://" + headers.value("Host", ""), testHost());
+        EXPECT_EQ(headers.value("Content-Length", "0"), std::to_string(row.body.size()));
+    }
+}
+
+TEST_F(HttpClientTest, SendsTheQueryWithThePath) {
+    const struct {
+        const char* url;
+        const char* path;
+    } cases[] = {
+        {"/http/query/a?b=1", "/http/query/a?b=1"},
+        {"/http/query/a?b=1&c=%20d#fragment", "/http/query/a?b=1&c=%20d#fragment"},
+        {"/http/query/a#fragment", "/http/query/a"},
+        {"/http/query/", "/http/query/"},
+        {"/", "/"},
+    };
+    for (const auto& row : cases) {
+        HttpClient client(parseUrl(testHost() + row.url));
+        ASSERT_EQ(client.get(), 0) << row.url;
+        EXPECT_EQ(seen(client)["path"], row.path);
+    }
+}
+
+TEST_F(HttpClientTest, SpeaksTlsWhateverTheScheme) {
+    HttpClient client(parseUrl("http" + testHost().substr(5) + ":443/http/scheme"));
+    ASSERT_EQ(client.get(), 0);
+    EXPECT_EQ(seen(client)["path"], "/http/scheme");
+}
+
+TEST_F(HttpClientTest, UsesItsConnectionAgain) {
+    HttpClient client(parseUrl(testHost() + "/http/reuse"));
+    ASSERT_EQ(client.get(), 0);
+    const json first = seen(client);
+    ASSERT_EQ(client.post("{}", 2), 0);
+    EXPECT_EQ(seen(client)["connection"], first["connection"]);
+    // An answer of which only the head was read.
+    ASSERT_EQ(client.post("{}", 2), 0);
+    ASSERT_EQ(client.post("{}", 2), 0);
+    EXPECT_TRUE(seen(client).is_object());
+}
+
+TEST_F(HttpClientTest, GivesTheBodyWhateverTheStatus) {
+    const struct {
+        const char* query;
+        const char* body;
+    } cases[] = {
+        {"status=500&body={\"a\":1}", "{\"a\":1}"},
+        {"status=404&body=gone", "gone"},
+        {"status=200&body=", ""},
+        {"status=204&body=", ""},
+        {"status=302&location=/http/status/other?body=elsewhere", "elsewhere"},
+    };
+    for (const auto& row : cases) {
+        HttpClient client(parseUrl(testHost() + "/http/status?" + row.query));
+        ASSERT_EQ(client.get(), 0) << row.query;
+        EXPECT_EQ(textOf(client.readResponse()), row.body) << row.query;
+    }
+}
+
+TEST_F(HttpClientTest, ReadsBodiesOfEveryShape) {
+    const struct {
+        const char* query;
+        size_t size;
+    } cases[] = {
+        {"size=52428800", 52428800},       {"size=3000000&chunked=1&piece=70000", 3000000},
+        {"size=2000&piece=1", 2000},       {"size=2000&piece=1&chunked=1", 2000},
+        {"size=100000&chunked=1", 100000},
+    };
+    for (const auto& row : cases) {
+        HttpClient client(parseUrl(testHost() + "/http/bodies?" + row.query));
+        ASSERT_EQ(client.get(), 0) << row.query;
+        const std::vector<uint8_t> body = client.readResponse();
+        ASSERT_EQ(body.size(), row.size) << row.query;
+        size_t wrong = 0;
+        for (size_t at = 0; at < body.size(); ++at) wrong += body[at] != at % 251;
+        EXPECT_EQ(wrong, 0u) << row.query;
+    }
+}
+
+TEST_F(HttpClientTest, ConnectsAnewAfterAFailedRead) {
+    // Long enough for the reset to arrive while it is read.
+    HttpClient client(parseUrl(testHost() + "/http/cut?size=20000000&cut=reset+half-way"));
+    ASSERT_EQ(client.get(), 0);
+    EXPECT_THAT(client.readResponse(), testing::IsEmpty());
+    EXPECT_THAT(client.readResponse(), testing::IsEmpty());
+    ASSERT_EQ(client.get(), 0);
+    const json requests = requestsTo("/http/cut", 2);
+    ASSERT_EQ(requests.size(), 2u);
+    EXPECT_NE(requests[0]["connection"], requests[1]["connection"]);
+}
+
+TEST_F(HttpClientTest, GivesTheErrorOfARequestThatFails) {
+    const struct {
+        std::string url;
+        int32_t error;
+    } cases[] = {
+        {testHost() + ":444/http/refused", ERROR_INTERNET_CANNOT_CONNECT},
+        {"https://nowhere.example/", ERROR_INTERNET_NAME_NOT_RESOLVED},
+        {testHost() + "/http/reset?cut=reset", ERROR_INTERNET_CONNECTION_ABORTED},
+    };
+    for (const auto& row : cases) {
+        HttpClient client(parseUrl(row.url));
+        EXPECT_EQ(client.get(), row.error) << row.url;
+        EXPECT_THAT(client.readResponse(), testing::IsEmpty()) << row.url;
+    }
+}
+
+}  // namespace
+}  // namespace pdx

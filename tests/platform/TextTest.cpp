@@ -1,0 +1,57 @@
+#include "platform/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+namespace pdx {
+namespace {
+
+TEST(Text, MakesValidUtf8OfAnyUtf16) {
+    const wchar_t high = 0xD83D;
+    const wchar_t low = 0xDE00;
+    const std::string replacement = "\xEF\xBF\xBD";
+    const std::string face = "\xF0\x9F\x98\x80";
+    const struct {
+        std::wstring wide;
+        std::string narrow;
+    } cases[] = {
+        {{}, {}},
+        {L"plain", "plain"},
+        {L"\x00E9\x20AC", "\xC3\xA9\xE2\x82\xAC"},
+        {{high, low}, face},
+        {{high}, replacement},
+        {{low}, replacement},
+        {{L'a', high}, "a" + replacement},
+        {{low, L'b'}, replacement + "b"},
+        {{high, L'b', low}, replacement + "b" + replacement},
+        {{low, high}, replacement + replacement},
+        {{high, high, low, low}, replacement + face + replacement},
+        {{L'a', L'\0', L'b'}, {'a', '\0', 'b'}},
+        {{wchar_t{0xFFFE}, wchar_t{0xFFFF}}, "\xEF\xBF\xBE\xEF\xBF\xBF"},
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(toUtf8(row.wide), row.narrow);
+        std::string reused(5000, 'x');
+        assignUtf8(reused, row.wide);
+        EXPECT_EQ(reused, row.narrow);
+        EXPECT_NO_THROW((void)nlohmann::json(toUtf8(row.wide)).dump()) << row.narrow;
+    }
+}
+
+TEST(Text, TakesAnyBytesForWideText) {
+    const struct {
+        std::string narrow;
+        std::wstring wide;
+    } cases[] = {
+        {{}, {}},
+        {"\xC3\xA9", L"\x00E9"},
+        {"\xF0\x9F\x98\x80", {wchar_t{0xD83D}, wchar_t{0xDE00}}},
+        {"a\xFF", L"a\xFFFD"},
+        {"\xC3(", L"\xFFFD("},
+    };
+    for (const auto& row : cases) EXPECT_EQ(toWide(row.narrow), row.wide) << row.narrow;
+}
+
+}  // namespace
+}  // namespace pdx

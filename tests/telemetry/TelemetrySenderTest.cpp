@@ -1,0 +1,185 @@
+#include "telemetry/TelemetrySender.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <semaphore>
+#include <thread>
+
+#include "telemetry/TelemetryManager.h"
+#include "tests/platform/CapturedLog.h"
+
+namespace pdx {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+
+std::string noHash() { return {}; }
+
+/// Keeps what it would post. The attributes of an event are what is posted of it.
+class RecordingSender : public TelemetrySender {
+  public:
+    ~RecordingSender() override { stop(); }
+
+    [[nodiscard]] std::string timestamp() const override { return {}; }
+    TelemetryQueueItem prepareEvent(const TelemetryEvent& event) override { return {event.params, event.urgent}; }
+    void send(json batch) override {
+        if (batch.empty()) return;
+        if (onSend) onSend(batch);
+        const std::lock_guard guard(lock);
+        batches.push_back(std::move(batch));
+        changed.notify_all();
+    }
+
+    void tell(json value, bool urgent = false) { enqueue({briskSender, "", std::move(value), urgent}); }
+    void begin(const char* session = "session") { start("", TelemetryManager(session, noHash)); }
+    /// The posts so far, once there are that many.
+    std::vector<json> posts(size_t count) {
+        std::unique_lock guard(lock);
+        changed.wait(guard, [&] { return batches.size() >= count; });
+        return batches;
+    }
+    [[nodiscard]] const std::string& session() const { return sessionId; }
+
+    std::function<void(const json&)> onSend;  ///< on the worker
+    std::vector<json> batches;                ///< for everyone once the worker has ended
+
+  private:
+    std::mutex lock;
+    std::condition_variable changed;
+};
+
+TEST(TelemetrySender, PostsEachEventOnceAndInTheOrderOfItsThread) {
+    constexpr int threadCount = 8;
+    constexpr int perThread = 12'500;
+    RecordingSender sender;
+    sender.begin();
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < threadCount; ++thread)
+        threads.emplace_back([&sender, thread] {
+            for (int number = 0; number < perThread; ++number) {
+                // Enough is held back by then for the gate to open in the thick of it.
+                if (thread == 0 && number == perThread / 3) sender.setSendingEnabled(true);
+                sender.tell({thread, number});
+            }
+        });
+    for (std::thread& thread : threads) thread.join();
+    sender.stop();
+
+    int next[threadCount] = {};
+    int disorder = 0;
+    for (const json& batch : sender.batches)
+        for (const json& event : batch) disorder += event[1] != next[event[0].get<int>()]++;
+    EXPECT_EQ(disorder, 0);
+    EXPECT_THAT(next, testing::Each(perThread));
+}
+
+TEST(TelemetrySender, HoldsOrdinaryEventsBackUntilSendingIsEnabled) {
+    RecordingSender sender;
+    sender.begin();
+    json heldBack;
+    for (int number = 0; number < 10; ++number) {
+        sender.tell(number);
+        heldBack.push_back(number);
+    }
+    sender.tell("urgent", true);
+    EXPECT_THAT(sender.posts(1), ElementsAre(json{"urgent"}));
+    sender.setSendingEnabled(true);
+    EXPECT_THAT(sender.posts(2), ElementsAre(json{"urgent"}, heldBack));
+    sender.tell("later");
+    EXPECT_THAT(sender.posts(3), ElementsAre(json{"urgent"}, heldBack, json{"later"}));
+}
+
+TEST(TelemetrySender, PostsOnlyUrgentEventsWhenStoppedWithTheGateShut) {
+    RecordingSender sender;
+    sender.begin();
+    sender.tell(1);
+    sender.tell(2, true);
+    sender.tell(3);
+    sender.stop();
+    EXPECT_THAT(sender.batches, ElementsAre(json{2}));
+}
+
+TEST(TelemetrySender, PostsWhatWasQueuedWhenStopped) {
+    RecordingSender sender;
+    sender.setSendingEnabled(true);
+    sender.tell(1);  // ahead of the worker
+    sender.begin();
+    sender.posts(1);
+    sender.tell(2);
+    sender.stop();
+    EXPECT_THAT(sender.batches, ElementsAre(json{1}, json{2}));
+}
+
+TEST(TelemetrySender, DropsEventsThatPrepareToNothing) {
+    RecordingSender sender;
+    sender.setSendingEnabled(true);
+    sender.begin();
+    for (const json& nothing : {json(), json::object(), json::array()}) sender.tell(nothing, true);
+    sender.tell(1);
+    sender.stop();
+    EXPECT_THAT(sender.batches, ElementsAre(json{1}));
+}
+
+TEST(TelemetrySender, MakesNoCallerWaitForAPost) {
+    RecordingSender sender;
+    std::mutex network;
+    sender.onSend = [&](const json&) { const std::lock_guard guard(network); };
+    sender.setSendingEnabled(true);
+    sender.begin();
+    json gathered;
+    {
+        const std::lock_guard stalled(network);
+        sender.tell(0, true);
+        for (int number = 1; number <= 1000; ++number) sender.tell(number);
+    }
+    sender.stop();
+    json all = json::array();
+    for (const json& batch : sender.batches) all.insert(all.end(), batch.begin(), batch.end());
+    ASSERT_EQ(all.size(), 1001u);
+    EXPECT_TRUE(std::is_sorted(all.begin(), all.end()));
+    // The first pass, what gathered during its post, and at most one pass more for the stop.
+    EXPECT_LE(sender.batches.size(), 3u);
+}
+
+TEST(TelemetrySender, LosesOnlyThePostThatCannotBeWritten) {
+    const CapturedLog log;
+    std::binary_semaphore reached{0};
+    RecordingSender sender;
+    sender.onSend = [&](const json& batch) {
+        reached.release();
+        (void)batch.dump();
+    };
+    sender.begin();
+    sender.tell(1);
+    sender.tell("\xFF", true);
+    reached.acquire();  // that batch is closed
+    sender.tell(2, true);
+    sender.posts(1);
+    sender.setSendingEnabled(true);
+    sender.stop();
+    EXPECT_THAT(sender.batches, ElementsAre(json{2}, json{1}));
+    EXPECT_THAT(log.take(),
+                ElementsAre(testing::Field(&LogEntry::message, testing::StartsWith("Lost a post of telemetry: "))));
+}
+
+TEST(TelemetrySender, StartsOnceUntilItIsStopped) {
+    RecordingSender sender;
+    sender.begin("first");
+    sender.begin("second");
+    EXPECT_EQ(sender.session(), "first");
+    sender.stop();
+    sender.stop();
+    sender.begin("third");
+    EXPECT_EQ(sender.session(), "third");
+    sender.tell(1, true);
+    sender.stop();
+    EXPECT_THAT(sender.batches, ElementsAre(json{1}));
+}
+
+}  // namespace
+}  // namespace pdx

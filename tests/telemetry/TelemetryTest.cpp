@@ -1,0 +1,193 @@
+// The manager and both back ends, as far as they can be seen without a service.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "config/ConfigMap.h"
+#include "platform/Paths.h"
+#include "telemetry/TelemetryManager.h"
+#include "tests/platform/CapturedLog.h"
+
+namespace pdx {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const wchar_t* sessionVariable = L"PDX_INSTALLER_SESSION_ID";
+
+constexpr const char* hash = "0123456789abcdef0123456789abcdef01234567";
+int hashesMade = 0;
+std::string countedHash() {
+    ++hashesMade;
+    return hash;
+}
+
+void configure(const std::string& settings) {
+    std::istringstream stream(settings);
+    g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(stream)));
+}
+
+TelemetryEvent briskEventOf(const char* name, json params = {}) { return {briskSender, name, std::move(params)}; }
+
+/// As in a process that begins anew.
+class TelemetryTest : public testing::Test {
+  protected:
+    TelemetryTest() { begin(); }
+    ~TelemetryTest() override {
+        begin();
+        g_config.clear();
+    }
+
+  private:
+    static void begin() {
+        releaseTelemetry();
+        SetEnvironmentVariableW(sessionVariable, nullptr);
+        hashesMade = 0;
+    }
+};
+
+TEST_F(TelemetryTest, MakesOneSessionForAllProcesses) {
+    const CapturedLog log;
+    const std::string made = TelemetryManager::createSessionId();
+    EXPECT_TRUE(std::regex_match(made, std::regex("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}"))) << made;
+    EXPECT_EQ(getEnvironmentText(sessionVariable), toWide(made));
+    EXPECT_EQ(TelemetryManager::createSessionId(), made);
+    const LogEntry line{logInfo, "TelemetryManager::createSessionId", "Installer session: " + made};
+    EXPECT_THAT(log.take(), ElementsAre(line, line));
+    SetEnvironmentVariableW(sessionVariable, nullptr);
+    EXPECT_NE(TelemetryManager::createSessionId(), made);
+}
+
+TEST_F(TelemetryTest, TakesTheSessionOfAParentAsItStands) {
+    for (const wchar_t* given : {L"x", L"{ABC} %s\x20AC", L" "}) {
+        SetEnvironmentVariableW(sessionVariable, given);
+        EXPECT_EQ(TelemetryManager::createSessionId(), toUtf8(given));
+        EXPECT_EQ(getEnvironmentText(sessionVariable), given);
+    }
+}
+
+TEST_F(TelemetryTest, WritesTheTimeAsEachServiceTakesIt) {
+    const TelemetryManager manager("session", countedHash);
+    const std::string day = R"(20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d)";
+    EXPECT_TRUE(std::regex_match(manager.timestamp(briskSender), std::regex(day + R"(\.\d\d\d)")));
+    EXPECT_TRUE(std::regex_match(manager.timestamp(tallySender), std::regex(day + "Z")));
+    EXPECT_EQ(manager.timestamp(2), "");
+    EXPECT_EQ(manager.timestamp(-1), "");
+}
+
+TEST_F(TelemetryTest, FindsOutOnceWhoSendsToBrisk) {
+    const CapturedLog log;
+    configure("[app]\nenvironment = 'staging'\ninstallertype = 'thin'\n");
+    BriskTelemetrySender first(countedHash);
+    first.start("", TelemetryManager("first", countedHash));
+    const json event = first.prepareEvent(briskEventOf("inst.sess.strt", {{"a", 1}})).event;
+    const struct {
+        const char* key;
+        const char* pattern;
+    } facts[] = {
+        {"arch", "[A-Za-z0-9]+"},
+        {"cntry", "[A-Z]{2}"},
+        {"envt", "staging"},
+        {"ityp", "thin"},
+        {"lang", "[a-z]{2,3}"},
+        {"machash", hash},
+        {"os", "Wine .+|Win .+"},
+        {"session", "first"},
+        {"m", "inst"},
+        {"g", "sess"},
+        {"s", "strt"},
+    };
+    for (const auto& [key, pattern] : facts)
+        EXPECT_THAT(event.value(key, ""), testing::Truly([&](const std::string& text) {
+                        return std::regex_match(text, std::regex(pattern));
+                    }))
+            << key;
+    EXPECT_EQ(event["param"], (json{{"a", 1}}));
+
+    configure("[app]\nenvironment = 'other'\n[telemetry]\nbrisk.log = true\n");
+    BriskTelemetrySender second(countedHash);
+    second.start("", TelemetryManager("second", countedHash));
+    json later = second.prepareEvent(briskEventOf("inst.sess.strt", {{"a", 1}})).event;
+    later["ts"] = event["ts"];
+    EXPECT_EQ(later, event);
+    EXPECT_EQ(hashesMade, 1);
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(TelemetryTest, DropsBadTaxonomiesAndLogsEventsWhereConfigured) {
+    const CapturedLog log;
+    configure("[telemetry]\nbrisk.log = true\ntally.log = true\n");
+    BriskTelemetrySender brisk(countedHash);
+    const TelemetryQueueItem kept = brisk.prepareEvent({briskSender, "inst.sess.strt", {{"bad", "\xFF"}}, true});
+    EXPECT_TRUE(kept.urgent);
+    const TelemetryQueueItem dropped = brisk.prepareEvent(briskEventOf("inst.sess"));
+    EXPECT_THAT(dropped.event, IsEmpty());
+    TallyTelemetrySender tally;
+    json event = tally.prepareEvent({tallySender, "installer", {{"core", "x"}}}).event;
+
+    std::vector<LogEntry> lines = log.take();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[0].function, "BriskTelemetrySender::prepareEvent");
+    EXPECT_THAT(lines[0].message, testing::StartsWith("[BrIsK]: {\"app\":\"kestrel-installer\","));
+    EXPECT_THAT(lines[0].message, testing::HasSubstr("\"bad\":\"\xEF\xBF\xBD\""));
+    EXPECT_EQ(lines[1], (LogEntry{logInfo, "BriskTelemetrySender::prepareEvent", "Bad taxonomy inst.sess"}));
+    EXPECT_EQ(lines[2], (LogEntry{logInfo, "BriskTelemetrySender::prepareEvent", "[BrIsK]: {}"}));
+    EXPECT_EQ(lines[3], (LogEntry{logInfo, "TallyTelemetrySender::prepareEvent", "[TALLY]: " + event.dump()}));
+}
+
+TEST_F(TelemetryTest, MarksEventsOfAConfigurableMachine) {
+    BriskTelemetrySender brisk(countedHash);
+    const bool before = g_configurable.exchange(true);
+    EXPECT_EQ(brisk.prepareEvent(briskEventOf("a.b.c")).event["param"].dump(), R"({"is_development":1})");
+    g_configurable = false;
+    EXPECT_FALSE(brisk.prepareEvent(briskEventOf("a.b.c")).event.contains("param"));
+    g_configurable = before;
+}
+
+TEST_F(TelemetryTest, NumbersTallyEventsFromOne) {
+    for (int round = 0; round < 2; ++round) {
+        TallyTelemetrySender tally;
+        for (int number = 1; number <= 3; ++number)
+            EXPECT_EQ(tally.prepareEvent({tallySender, "installer", {}}).event["core"]["s"], number);
+    }
+}
+
+TEST_F(TelemetryTest, StandsEveryStateOfTheManager) {
+    const CapturedLog log;
+    sendTelemetry(briskSender, "inst.sess.strt", {}, true);
+    const auto manager = std::make_shared<TelemetryManager>("session", countedHash);
+    g_telemetry.set(manager);
+    sendTelemetry(briskSender, "inst.sess.strt", {}, true);
+    manager->setSendingEnabled(true);
+    manager->start();
+    for (const int32_t sender : {briskSender, tallySender, 2, -1}) sendTelemetry(sender, "a.b.c", {{"x", 1}}, false);
+    // No caller and no worker is hurt by what cannot be written; each back end loses its post.
+    sendTelemetry(briskSender, "a.b.c", {{"x", "\xFF"}}, true);
+    sendTelemetry(tallySender, "\xFF", {}, true);
+    manager->stop();
+    sendTelemetry(briskSender, "a.b.c", {}, true);
+    const testing::Matcher<LogEntry> lost =
+        testing::Field(&LogEntry::message, testing::StartsWith("Lost a post of telemetry: "));
+    EXPECT_THAT(log.take(), ElementsAre(lost, lost));
+}
+
+TEST_F(TelemetryTest, BeginsAgainInTheSameProcess) {
+    for (int round = 0; round < 20; ++round) {
+        const auto manager = std::make_shared<TelemetryManager>(TelemetryManager::createSessionId(), countedHash);
+        g_telemetry.set(manager);
+        manager->start();
+        manager->setSendingEnabled(true);
+        sendTelemetry(briskSender, "a.b.c", {}, false);
+        sendTelemetry(tallySender, "a", {}, false);
+        manager->stop();
+        releaseTelemetry();
+    }
+    EXPECT_EQ(hashesMade, 20);
+}
+
+}  // namespace
+}  // namespace pdx

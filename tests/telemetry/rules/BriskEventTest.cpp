@@ -1,0 +1,82 @@
+#include "telemetry/rules/BriskEvent.h"
+
+#include <gtest/gtest.h>
+
+namespace pdx {
+namespace {
+
+using nlohmann::json;
+
+TelemetryEvent event(std::string name, json params = {}) { return {briskSender, std::move(name), std::move(params)}; }
+
+const BriskIdentity machine = {
+    .architecture = "AMD64",
+    .country = "US",
+    .environment = "production",
+    .installerType = "",
+    .language = "en",
+    .machineHash = "0123456789abcdef0123456789abcdef01234567",
+    .os = "Win 10",
+    .session = "0f8fad5b-d9cb-469f-a165-70867728950e",
+};
+
+const char* const headAndTail[] = {
+    R"({"app":"kestrel-installer","arch":"AMD64","build":"opt","cntry":"US","envt":"production",)",
+    R"("os":"Win 10",)",
+    R"("plat":"pc",)",
+    R"("session":"0f8fad5b-d9cb-469f-a165-70867728950e","ts":"2024-02-29T23:59:58.007","vers":"12.37.0.5294"})",
+};
+
+/// The whole event as it stands in a post.
+std::string written(const char* m, const char* g, const char* s, const std::string& param) {
+    return std::string(headAndTail[0]) + "\"g\":\"" + g + R"(","ityp":"","lang":"en","m":")" + m +
+           R"(","machash":"0123456789abcdef0123456789abcdef01234567",)" + headAndTail[1] +
+           (param.empty() ? "" : "\"param\":" + param + ",") + headAndTail[2] + "\"s\":\"" + s + "\"," + headAndTail[3];
+}
+
+TEST(BriskEvent, IsWrittenByteForByte) {
+    const struct {
+        const char* what;
+        TelemetryEvent told;
+        bool development;
+        std::string written;
+    } cases[] = {
+        {"no attributes", event("inst.sess.strt"), false, written("inst", "sess", "strt", "")},
+        {"another group", event("inst.uinst.strt", json::object()), false, written("inst", "uinst", "strt", "")},
+        {"attributes sorted, of every type",
+         event("inst.dnld.erro", {{"zeta", 1}, {"alpha", "a\"\\\n\xC3\xA9"}, {"mid", {{"b", false}, {"a", 1.5}}}}),
+         false,
+         written("inst", "dnld", "erro",
+                 "{\"alpha\":\"a\\\"\\\\\\n\xC3\xA9\",\"mid\":{\"a\":1.5,\"b\":false},\"zeta\":1}")},
+        {"development", event("inst.sess.strt"), true, written("inst", "sess", "strt", R"({"is_development":1})")},
+        {"development, said otherwise", event("inst.sess.strt", {{"is_development", "no"}, {"a", 2}}), true,
+         written("inst", "sess", "strt", R"({"a":2,"is_development":"no"})")},
+        {"attributes that are a list", event("inst.sess.strt", json::array({1})), false,
+         written("inst", "sess", "strt", "")},
+        {"attributes that are a text", event("inst.sess.strt", "text"), true,
+         written("inst", "sess", "strt", R"({"is_development":1})")},
+        {"an empty token within", event("inst..strt"), false, written("inst", "", "strt", "")},
+    };
+    const json header = briskHeader(machine);
+    for (const auto& row : cases)
+        EXPECT_EQ(briskEvent(row.told, "2024-02-29T23:59:58.007", row.development, header).dump(), row.written)
+            << row.what;
+}
+
+TEST(BriskEvent, IsEmptyForABadTaxonomy) {
+    const json header = briskHeader(machine);
+    for (const char* name :
+         {"", ".", "..", "inst", "inst.sess", "inst.sess.", "inst.sess.strt.", "inst.sess.strt.more"})
+        EXPECT_EQ(briskEvent(event(name, {{"a", 1}}), "now", true, header).dump(), "{}") << name;
+}
+
+TEST(BriskEvent, TellsTheLanguageOfALocale) {
+    const struct {
+        const wchar_t* locale;
+        const wchar_t* language;
+    } cases[] = {{L"en-US", L"en"}, {L"zh-Hant-TW", L"zh"}, {L"fil", L"fil"}, {L"", L""}, {L"-US", L""}};
+    for (const auto& row : cases) EXPECT_EQ(briskLanguage(row.locale), row.language);
+}
+
+}  // namespace
+}  // namespace pdx
