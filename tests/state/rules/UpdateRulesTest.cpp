@@ -159,7 +159,8 @@ TEST(UpdateAddresses, AreFilledIn) {
         {"https://a.example/{", std::nullopt},
         {"", std::nullopt},
     };
-    for (const Row& row : rows) EXPECT_EQ(fillVersion(row.addressTemplate, "1.2.3.4"), row.address) << row.addressTemplate;
+    for (const Row& row : rows)
+        EXPECT_EQ(fillVersion(row.addressTemplate, "1.2.3.4"), row.address) << row.addressTemplate;
 }
 
 }  // namespace
