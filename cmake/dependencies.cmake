@@ -13,7 +13,8 @@ target_compile_definitions(palisade_headers INTERFACE FMT_HEADER_ONLY)
 
 add_library(palisade_system_libraries INTERFACE)
 target_link_libraries(palisade_system_libraries INTERFACE
-    advapi32 crypt32 gdi32 ole32 oleaut32 shell32 shlwapi user32 uuid version rpcrt4 bcrypt wininet comctl32 gdiplus)
+    advapi32 crypt32 gdi32 ole32 oleaut32 shell32 shlwapi user32 uuid version rpcrt4 bcrypt wininet iphlpapi wbemuuid
+    comctl32 gdiplus)
 
 # The test framework, built from its sources with the compiler in use.
 set(INSTALL_GTEST OFF CACHE INTERNAL "")

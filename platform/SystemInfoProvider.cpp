@@ -1,0 +1,122 @@
+#include "platform/SystemInfoProvider.h"
+
+#include <fmt/xchar.h>
+
+#include "platform/Log.h"
+#include "platform/Text.h"
+
+namespace pdx {
+namespace {
+
+ComPtr<IWbemServices> setUpWmi(const std::wstring& nameSpace) {
+    WmiConnection connection = connectWmi(nameSpace);
+    if (connection.services) return std::move(connection.services);
+    const auto log = [&](const char* format) {
+        PDX_LOG(logInfo, "`anonymous-namespace'::setUpWmi", format, nameSpace, connection.result);
+    };
+    switch (connection.lastStep) {
+        case WmiConnection::Step::createLocator:
+            log("Failed to create WbemLocator in namespace: %ls; hr=%08x");
+            break;
+        case WmiConnection::Step::connect:
+            log("Failed to connect to server in namespace: %ls; hr=%08x");
+            break;
+        case WmiConnection::Step::setProxy:
+            log("Failed to set proxy to server in namespace: %ls; hr=%08x");
+            break;
+    }
+    return {};
+}
+
+/// Without a connection there are no rows.
+void execWbemServicesQuery(const ComPtr<IWbemServices>& services, const std::wstring& query,
+                           const std::function<bool(IWbemClassObject& row)>& function) {
+    if (!services) return;
+    const HRESULT result = forEachRow(*services.get(), query, function);
+    if (FAILED(result))
+        PDX_LOG(logInfo, "`anonymous-namespace'::execWbemServicesQuery", "Query failed: [%ls]; hr=%08x", query, result);
+}
+
+/// Empty if the property is no text.
+std::string getWmiString(IWbemClassObject& row, const wchar_t* name) { return toUtf8(readProperty(row, name).text); }
+
+}  // namespace
+
+std::string SystemInfo::getDiskNumberFromDiskPartition(const std::string& partition) const {
+    const auto number = diskNumberOf(partition);
+    if (!number) PDX_LOG(logInfo, "SystemInfoProvider::getDiskNumberFromDiskPartition", "Invalid DiskPartition format");
+    return number.value_or(std::string());
+}
+
+bool SystemInfoProvider::initializeCom() {
+    apartment.start();
+    if (!apartment.usable()) {
+        PDX_LOG(logInfo, "SystemInfoProvider::initializeCom", "Failed to initialize com connection");
+        return false;
+    }
+    cimv2 = setUpWmi(L"ROOT\\CIMV2");
+    if (cimv2) storage = setUpWmi(L"Root\\Microsoft\\Windows\\Storage");
+    if (storage) wmi = setUpWmi(L"Root\\wmi");
+    return static_cast<bool>(wmi);
+}
+
+std::vector<LogicalDiskId> SystemInfoProvider::getLogicalDiskIds() {
+    std::vector<LogicalDiskId> disks;
+    execWbemServicesQuery(cimv2, L"SELECT DeviceId, volumeName FROM Win32_LogicalDisk", [&](IWbemClassObject& row) {
+        const LogicalDiskId& disk =
+            disks.emplace_back(LogicalDiskId{getWmiString(row, L"deviceId"), getWmiString(row, L"volumeName")});
+        PDX_LOG(logInfo, "SystemInfoProvider::getLogicalDiskIds", "Logical disk deviceId = %s, volumeName = %s",
+                disk.deviceId, disk.volumeName);
+        return true;
+    });
+    return disks;
+}
+
+std::string SystemInfoProvider::getOperatingSystemInfo() {
+    std::string systemDrive;
+    execWbemServicesQuery(cimv2, L"SELECT * FROM Win32_OperatingSystem", [&](IWbemClassObject& row) {
+        systemDrive = getWmiString(row, L"systemDrive");
+        PDX_LOG(logInfo, "SystemInfoProvider::getOperatingSystemInfo",
+                "Letter of the disk drive on which the operating system resides: %s", systemDrive);
+        return false;
+    });
+    return systemDrive;
+}
+
+std::vector<std::string> SystemInfoProvider::getDiskPartitionFromLogicalDrive(const std::string& letter) {
+    constexpr const char* function = "SystemInfoProvider::getDiskPartitionFromLogicalDrive";
+    std::vector<std::string> partitions;
+    if (letter.empty()) {
+        PDX_LOG(logInfo, function, "Empty driveLetter");
+        return partitions;
+    }
+    const std::wstring query = fmt::format(
+        L"Associators of {{Win32_LogicalDisk.DeviceID='{}'}} WHERE ResultClass=Win32_DiskPartition", toWide(letter));
+    execWbemServicesQuery(cimv2, query, [&](IWbemClassObject& row) {
+        partitions.push_back(getWmiString(row, L"name"));
+        PDX_LOG(logInfo, function, "DiskPartition name: %s", partitions.back());
+        return true;
+    });
+    return partitions;
+}
+
+PhysicalDiskInfo SystemInfoProvider::getPhysicalDiskInfo(const std::string& deviceId) {
+    constexpr const char* function = "SystemInfoProvider::getPhysicalDiskInfo";
+    PhysicalDiskInfo info;
+    if (deviceId.empty()) {
+        PDX_LOG(logInfo, function, "Empty deviceId");
+        return info;
+    }
+    const std::wstring query = fmt::format(L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '{}'", toWide(deviceId));
+    execWbemServicesQuery(storage, query, [&](IWbemClassObject& row) {
+        info = {getWmiString(row, L"FriendlyName"), mediaTypeName(readProperty(row, L"MediaType").number),
+                readProperty(row, L"UniqueId").text, getWmiString(row, L"DeviceId")};
+        PDX_LOG(logInfo, function, "PhysicalDiskInfo friendlyName = %s, uniqueId = %ls", info.friendlyName,
+                info.uniqueId);
+        PDX_LOG(logInfo, function, "PhysicalDiskInfo mediaType = %s, deviceId = %s", info.mediaType, info.deviceId);
+        return true;
+    });
+    return info;
+}
+
+}  // namespace pdx

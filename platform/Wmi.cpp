@@ -1,0 +1,103 @@
+#include "platform/Wmi.h"
+
+#include <objbase.h>
+
+#include <system_error>
+
+namespace pdx {
+namespace {
+
+class Variant {
+  public:
+    Variant() noexcept { VariantInit(&value); }
+    Variant(const Variant&) = delete;
+    Variant& operator=(const Variant&) = delete;
+    ~Variant() { VariantClear(&value); }
+
+    VARIANT* get() noexcept { return &value; }
+    const VARIANT* operator->() const noexcept { return &value; }
+
+  private:
+    VARIANT value;
+};
+
+}  // namespace
+
+ComApartment::~ComApartment() {
+    if (SUCCEEDED(result)) CoUninitialize();
+}
+
+HRESULT ComApartment::start() {
+    if (result == notStarted) result = CoInitialize(nullptr);
+    return result;
+}
+
+WmiConnection connectWmi(const std::wstring& nameSpace) {
+    WmiConnection connection;
+    ComPtr<IWbemLocator> locator;
+    constexpr DWORD anyServer = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
+    connection.result = CoCreateInstance(CLSID_WbemLocator, nullptr, anyServer, IID_IWbemLocator, locator.putVoid());
+    if (FAILED(connection.result)) return connection;
+
+    ComPtr<IWbemServices> services;
+    connection.lastStep = WmiConnection::Step::connect;
+    connection.result =
+        locator->ConnectServer(Bstr(nameSpace).get(), nullptr, nullptr, nullptr, 0, nullptr, nullptr, services.put());
+    if (FAILED(connection.result)) return connection;
+
+    connection.lastStep = WmiConnection::Step::setProxy;
+    connection.result = CoSetProxyBlanket(services.get(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr,
+                                          RPC_C_AUTHN_LEVEL_CALL, RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
+    if (SUCCEEDED(connection.result)) connection.services = std::move(services);
+    return connection;
+}
+
+HRESULT forEachRow(IWbemServices& services, const std::wstring& query,
+                   const std::function<bool(IWbemClassObject& row)>& function) {
+    const Bstr language(L"WQL");
+    const Bstr text(query);
+    if (!language || !text) throw std::system_error(E_OUTOFMEMORY, std::system_category());
+    ComPtr<IEnumWbemClassObject> rows;
+    const HRESULT started = services.ExecQuery(
+        language.get(), text.get(), WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY, nullptr, rows.put());
+    if (FAILED(started)) return started;
+    for (;;) {
+        ComPtr<IWbemClassObject> row;
+        ULONG count = 0;
+        if (FAILED(rows->Next(static_cast<LONG>(WBEM_INFINITE), 1, row.put(), &count)) || count == 0) return started;
+        if (!function(*row.get())) return started;
+    }
+}
+
+WmiValue readProperty(IWbemClassObject& row, const wchar_t* name) {
+    Variant property;
+    WmiValue value;
+    if (FAILED(row.Get(name, 0, property.get(), nullptr, nullptr))) return value;
+    switch (property->vt) {
+        case VT_NULL:
+            value.kind = WmiValue::Kind::null;
+            break;
+        case VT_BSTR:
+            value.kind = WmiValue::Kind::text;
+            if (property->bstrVal) value.text = property->bstrVal;
+            break;
+        // The service passes every whole number of up to 32 bits in one of these.
+        case VT_I4:
+            value.kind = WmiValue::Kind::number;
+            value.number = property->lVal;
+            break;
+        case VT_I2:
+            value.kind = WmiValue::Kind::number;
+            value.number = property->iVal;
+            break;
+        case VT_UI1:
+            value.kind = WmiValue::Kind::number;
+            value.number = property->bVal;
+            break;
+        default:
+            break;
+    }
+    return value;
+}
+
+}  // namespace pdx

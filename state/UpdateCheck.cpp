@@ -1,0 +1,60 @@
+#include "state/UpdateCheck.h"
+
+#include <winsock2.h>
+
+#include <iphlpapi.h>
+
+#include <algorithm>
+#include <array>
+
+#include "config/ConfigMap.h"
+#include "platform/HttpClient.h"
+#include "platform/Log.h"
+#include "platform/Text.h"
+
+namespace pdx {
+
+std::string getLocalMacAddress() {
+    // Never more than this, and never a second try: a machine must not change its bucket with a version of this code.
+    constexpr size_t listSize = 5184;
+    alignas(IP_ADAPTER_INFO) std::array<BYTE, listSize> list{};
+    auto* first = reinterpret_cast<IP_ADAPTER_INFO*>(list.data());
+    ULONG size = listSize;
+    if (GetAdaptersInfo(first, &size) != ERROR_SUCCESS) return {};
+    return addressText({first->Address, std::min<size_t>(first->AddressLength, sizeof first->Address)});
+}
+
+uint32_t GetUpdateBucket() {
+    const uint32_t bucket = updateBucketOf(getLocalMacAddress());
+    PDX_LOG(logInfo, "GetUpdateBucket", "Using bucket value: %u", bucket);
+    return bucket;
+}
+
+std::string GetRecommendedVersion(const std::string& url) try {
+    HttpClient client(parseUrl(url));
+    const bool sent = client.get() == 0;
+    const std::vector<uint8_t> reply = sent ? client.readResponse() : std::vector<uint8_t>();
+    if (reply.empty()) {
+        PDX_LOG(logInfo, "GetRecommendedVersion", "Error %d has occurred.\n", GetLastError());
+        return {};
+    }
+    return recommendedVersionOf({reinterpret_cast<const char*>(reply.data()), reply.size()});
+} catch (...) {
+    return {};
+}
+
+std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion) {
+    const std::string url = getConfigString("updater.url") + updatePathOf(GetUpdateBucket());
+    const std::string recommended = GetRecommendedVersion(url);
+    if (!isNewerVersion(recommended, currentVersion)) return std::nullopt;
+    const std::string addressTemplate = getConfigString("installer.downloadurl");
+    const auto address = fillVersion(addressTemplate, recommended);
+    if (!address) {
+        PDX_LOG(logError, "findNewerInstaller", "No address for version %s: installer.downloadurl is \"%s\"",
+                recommended, addressTemplate);
+        return std::nullopt;
+    }
+    return toWide(*address);
+}
+
+}  // namespace pdx

@@ -1,0 +1,28 @@
+// Asks the update service which installer this machine should run. The service rolls a version out to a share of the
+// machines at a time, so each machine asks as one of 100 buckets.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "state/rules/UpdateRules.h"
+
+namespace pdx {
+
+/// The hardware address of the first network adapter as "00-11-22-33-44-55"; empty if there is none, or if the machine
+/// has more adapters than the system's list of 5184 bytes holds.
+std::string getLocalMacAddress();
+
+/// This machine's bucket, from 1 to 100; a machine without an adapter has 62. Logs "Using bucket value: %u".
+uint32_t GetUpdateBucket();
+
+/// What the service at the address recommends as "a.b.c.d"; empty if it cannot be had. One request, which blocks the
+/// thread for as long as the system lets it; never throws. Logs "Error %d has occurred.\n" if no reply came.
+std::string GetRecommendedVersion(const std::string& url);
+
+/// Asks the configured service, and gives the address of the newer installer, if there is one for this machine. Every
+/// failure means no update.
+std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion);
+
+}  // namespace pdx

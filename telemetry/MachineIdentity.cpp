@@ -1,0 +1,65 @@
+#include "telemetry/MachineIdentity.h"
+
+#include <windows.h>
+
+#include <intrin.h>
+
+#include "platform/Hash.h"
+#include "platform/Wmi.h"
+#include "telemetry/rules/Fingerprint.h"
+
+namespace pdx {
+namespace {
+
+void askWmi(MachineFacts& facts) {
+    ComApartment apartment;
+    apartment.start();
+    if (!apartment.usable()) return;
+    const WmiConnection connection = connectWmi(L"ROOT\\CIMV2");
+    if (!connection.services) return;
+    for (const WmiFact& fact : wmiFacts)
+        forEachRow(*connection.services.get(), std::wstring(L"Select * from ") + fact.className,
+                   [&](IWbemClassObject& row) {
+                       return takeFact(facts.*fact.field, fact.room, readProperty(row, fact.property));
+                   });
+}
+
+template <typename Function>
+Function systemFunction(const char* name) {
+    const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
+    return kernel ? reinterpret_cast<Function>(GetProcAddress(kernel, name)) : nullptr;
+}
+
+/// The serial of the volume that Windows lies on; left alone if the system does not tell it.
+void askVolume(uint32_t& serial) {
+    const auto getWindowsDirectory = systemFunction<decltype(&GetWindowsDirectoryW)>("GetWindowsDirectoryW");
+    const auto getVolumeInformation = systemFunction<decltype(&GetVolumeInformationW)>("GetVolumeInformationW");
+    wchar_t folder[MAX_PATH] = {};
+    if (!getWindowsDirectory || !getVolumeInformation) return;
+    const UINT length = getWindowsDirectory(folder, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH) return;
+    const std::wstring path(folder, length);
+    const std::wstring root = path.substr(0, path.find(L'\\') + 1);
+    DWORD found = 0;
+    if (getVolumeInformation(root.c_str(), nullptr, 0, &found, nullptr, nullptr, nullptr, 0)) serial = found;
+}
+
+CpuRegisters identify(uint32_t leaf) {
+    int registers[4] = {};
+    __cpuid(registers, static_cast<int>(leaf));
+    return {static_cast<uint32_t>(registers[0]), static_cast<uint32_t>(registers[1]),
+            static_cast<uint32_t>(registers[2]), static_cast<uint32_t>(registers[3])};
+}
+
+}  // namespace
+
+std::string getMachineHash() {
+    MachineFacts facts;
+    askWmi(facts);
+    askVolume(facts.volumeSerial);
+    facts.processor = processorText(identify);
+    const std::string text = fingerprintText(facts);
+    return hashString(L"SHA1", text.data(), text.size());
+}
+
+}  // namespace pdx

@@ -1,0 +1,123 @@
+#include "telemetry/rules/Fingerprint.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace pdx {
+namespace {
+
+constexpr size_t fingerprintRoom = 1851;
+
+bool isLeadSurrogate(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool isTrailSurrogate(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+void appendEncoded(std::string& text, uint32_t point) {
+    const auto continuation = [](uint32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
+    if (point < 0x80) {
+        text += static_cast<char>(point);
+        return;
+    }
+    if (point < 0x800) {
+        text += static_cast<char>(0xC0 | (point >> 6));
+    } else {
+        if (point < 0x10000) {
+            text += static_cast<char>(0xE0 | (point >> 12));
+        } else {
+            text += static_cast<char>(0xF0 | (point >> 18));
+            text += continuation(point >> 12);
+        }
+        text += continuation(point >> 6);
+    }
+    text += continuation(point);
+}
+
+void appendUnits(std::string& text, std::wstring_view units) {
+    for (const wchar_t unit : units) appendEncoded(text, static_cast<uint16_t>(unit));
+}
+
+/// Pairs as one character, a surrogate without its other half as U+FFFD.
+void appendCharacters(std::string& text, std::wstring_view units) {
+    for (size_t i = 0; i < units.size(); ++i) {
+        const uint32_t unit = static_cast<uint16_t>(units[i]);
+        const uint32_t next = i + 1 < units.size() ? static_cast<uint16_t>(units[i + 1]) : 0;
+        if (isLeadSurrogate(unit) && isTrailSurrogate(next)) {
+            appendEncoded(text, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
+            ++i;
+        } else {
+            appendEncoded(text, isLeadSurrogate(unit) || isTrailSurrogate(unit) ? 0xFFFD : unit);
+        }
+    }
+}
+
+/// Cuts at the room or up to three bytes before it, so that no sequence is torn.
+void cutSequences(std::string& text, size_t room) {
+    if (text.size() <= room) return;
+    size_t end = room;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    text.resize(end);
+}
+
+void appendRegister(std::string& text, uint32_t value) {
+    for (int shift = 0; shift < 32; shift += 8) text += static_cast<char>(value >> shift);
+}
+
+/// What stands before the first zero.
+std::string_view cutAtZero(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+std::string brandText(const CpuIdentification& cpuid) {
+    constexpr uint32_t extendedLeaves = 0x80000000;
+    constexpr uint32_t firstBrandLeaf = 0x80000002;
+    constexpr uint32_t lastBrandLeaf = 0x80000004;
+    if (cpuid(extendedLeaves).a < lastBrandLeaf) return unknownFactNarrow;
+    std::string brand;
+    for (uint32_t leaf = firstBrandLeaf; leaf <= lastBrandLeaf; ++leaf) {
+        const CpuRegisters registers = cpuid(leaf);
+        for (const uint32_t value : {registers.a, registers.b, registers.c, registers.d}) appendRegister(brand, value);
+    }
+    std::string_view shown = cutAtZero(brand);
+    shown.remove_prefix(std::min(shown.find_first_not_of(' '), shown.size()));
+    return std::string(shown);
+}
+
+}  // namespace
+
+bool takeFact(std::wstring& field, size_t room, const WmiValue& value) {
+    switch (value.kind) {
+        case WmiValue::Kind::text:
+            field = value.text.substr(0, room);
+            return false;
+        case WmiValue::Kind::null:
+            field.clear();
+            return false;
+        default:
+            return true;
+    }
+}
+
+std::string processorText(const CpuIdentification& cpuid) {
+    const CpuRegisters vendorLeaf = cpuid(0);
+    std::string vendor;
+    // The vendor's text lies in the registers in this order.
+    for (const uint32_t value : {vendorLeaf.b, vendorLeaf.d, vendorLeaf.c}) appendRegister(vendor, value);
+    const CpuRegisters features = cpuid(1);
+    return fmt::format("{};{:08X}{:08X};{};", cutAtZero(vendor), features.d, features.a, brandText(cpuid));
+}
+
+std::string fingerprintText(const MachineFacts& facts) {
+    std::string text;
+    for (const auto field :
+         {&MachineFacts::boardMaker, &MachineFacts::boardSerial, &MachineFacts::biosMaker, &MachineFacts::biosSerial}) {
+        appendUnits(text, facts.*field);
+        text += ';';
+    }
+    text += fmt::format("{:08X};", facts.volumeSerial);
+    appendCharacters(text, facts.videoDevice);
+    text += ';';
+    text += facts.processor;
+    cutSequences(text, fingerprintRoom);
+    return text;
+}
+
+}  // namespace pdx

@@ -1,0 +1,62 @@
+// The text of facts about the hardware by whose hash a machine is told apart.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/rules/WmiValue.h"
+
+namespace pdx {
+
+/// Stands for a fact that could not be had.
+inline constexpr const wchar_t* unknownFact = L"132241";
+inline constexpr const char* unknownFactNarrow = "132241";
+
+struct MachineFacts {
+    std::wstring boardMaker = unknownFact;
+    std::wstring boardSerial = unknownFact;
+    std::wstring biosMaker = unknownFact;
+    std::wstring biosSerial = unknownFact;
+    std::wstring videoDevice = unknownFact;
+    uint32_t volumeSerial = 0x11335577;
+    std::string processor;  ///< what processorText gives
+};
+
+/// A fact that the management service knows.
+struct WmiFact {
+    const wchar_t* className;
+    const wchar_t* property;
+    std::wstring MachineFacts::*field;
+    size_t room;  ///< in UTF-16 units
+};
+
+/// In the order in which they are asked for, which is not the order of the text.
+inline constexpr std::array<WmiFact, 5> wmiFacts = {{
+    {L"Win32_BaseBoard", L"SerialNumber", &MachineFacts::boardSerial, 128},
+    {L"Win32_BIOS", L"SerialNumber", &MachineFacts::biosSerial, 64},
+    {L"Win32_BaseBoard", L"Manufacturer", &MachineFacts::boardMaker, 128},
+    {L"Win32_BIOS", L"Manufacturer", &MachineFacts::biosMaker, 128},
+    {L"Win32_VideoController", L"PNPDeviceId", &MachineFacts::videoDevice, 1024},
+}};
+
+/// Takes one row's property into the field: a text cut to the room, null as the empty text; anything else leaves the
+/// field alone. Returns whether the next row is to be asked.
+bool takeFact(std::wstring& field, size_t room, const WmiValue& value);
+
+/// The registers that the processor's identification instruction fills for a leaf.
+struct CpuRegisters {
+    uint32_t a, b, c, d;
+};
+using CpuIdentification = std::function<CpuRegisters(uint32_t leaf)>;
+
+/// Vendor, features with signature, and brand without leading blanks, each with ";" behind it.
+std::string processorText(const CpuIdentification& cpuid);
+
+/// The facts with ";" behind each, 1851 bytes at most. The first four fields are encoded unit by unit, so a surrogate
+/// pair in them takes two sequences of three bytes; it is a text to be hashed and to go nowhere else.
+std::string fingerprintText(const MachineFacts& facts);
+
+}  // namespace pdx

@@ -1,0 +1,43 @@
+// What is told of an install when it begins: the kind of storage the client goes to.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/rules/DiskFacts.h"
+
+namespace pdx {
+
+struct InstallTelemetry {
+    std::string installTime;    ///< in the form of the events' own time
+    std::string installStatus;  ///< "new" or "repair"
+    std::string path;           ///< "default" or "custom"
+    std::string diskMedia;      ///< the media under the install drive, such as "SSD" or "SSD,HDD"; empty if unknown
+    std::string driveType;      ///< "system" or "data"; empty if unknown
+};
+
+struct InstallTelemetryField {
+    const char* attribute;  ///< of the event
+    const char* logFormat;
+    std::string InstallTelemetry::*value;
+};
+
+/// In the order of the log.
+inline constexpr std::array<InstallTelemetryField, 5> installTelemetryFields = {{
+    {"dskm", "instTelemetry.diskMedia = %s", &InstallTelemetry::diskMedia},
+    {"dtyp", "instTelemetry.driveType(system/data) = %s", &InstallTelemetry::driveType},
+    {"inst", "instTelemetry.installStatus = %s", &InstallTelemetry::installStatus},
+    {"intm", "instTelemetry.installTime = %s", &InstallTelemetry::installTime},
+    {"path", "instTelemetry.path (custom/default) = %s", &InstallTelemetry::path},
+}};
+
+/// "system" if the folder lies on the system's drive ("C:"), else "data". The comparison has case, and an unknown
+/// drive counts as the folder's.
+const char* driveTypeOf(std::string_view folder, std::string_view systemDrive);
+
+/// The first drive that the folder begins with, compared with case; empty if there is none.
+std::string installRootOf(std::string_view folder, const std::vector<LogicalDiskId>& disks);
+
+}  // namespace pdx

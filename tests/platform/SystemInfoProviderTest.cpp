@@ -1,0 +1,143 @@
+#include "platform/SystemInfoProvider.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/ScriptedWmi.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const wchar_t* cimv2 = L"ROOT\\CIMV2";
+constexpr const wchar_t* storage = L"Root\\Microsoft\\Windows\\Storage";
+constexpr const wchar_t* wmi = L"Root\\wmi";
+
+TEST(SystemInfoProvider, ConnectsUntilTheFirstGap) {
+    struct Row {
+        const char* name;
+        HRESULT locator;
+        std::map<std::wstring, ScriptedNamespace> namespaces;
+        bool initialized;
+        std::vector<LogEntry> log;
+    };
+    const auto line = [](const char* message) { return LogEntry{logInfo, "`anonymous-namespace'::setUpWmi", message}; };
+    const ScriptedNamespace good;
+    const ScriptedNamespace refused{.connected = E_ACCESSDENIED, .proxySet = S_OK, .answers = {}};
+    const ScriptedNamespace unproxied{.connected = S_OK, .proxySet = E_INVALIDARG, .answers = {}};
+    const Row rows[] = {
+        {"all", S_OK, {{cimv2, good}, {storage, good}, {wmi, good}}, true, {}},
+        {"no WMI", E_FAIL, {}, false, {line("Failed to create WbemLocator in namespace: ROOT\\CIMV2; hr=80004005")}},
+        {"no storage, and the third not asked",
+         S_OK,
+         {{cimv2, good}},
+         false,
+         {line("Failed to connect to server in namespace: Root\\Microsoft\\Windows\\Storage; hr=8004100e")}},
+        {"the third refused",
+         S_OK,
+         {{cimv2, good}, {storage, good}, {wmi, refused}},
+         false,
+         {line("Failed to connect to server in namespace: Root\\wmi; hr=80070005")}},
+        {"the first without a proxy",
+         S_OK,
+         {{cimv2, unproxied}, {storage, good}, {wmi, good}},
+         false,
+         {line("Failed to set proxy to server in namespace: ROOT\\CIMV2; hr=80070057")}},
+    };
+    for (const Row& row : rows) {
+        ScriptedWmi service;
+        service->locatorCreated = row.locator;
+        service->namespaces = row.namespaces;
+        const CapturedLog log;
+        SystemInfoProvider provider;
+        EXPECT_EQ(provider.initializeCom(), row.initialized) << row.name;
+        EXPECT_EQ(log.take(), row.log) << row.name;
+    }
+}
+
+TEST(SystemInfoProvider, ReadsAndLogsWhatTheServiceAnswers) {
+    ScriptedWmi service;
+    service[wmi];
+    service[cimv2].answers = {
+        {L"SELECT DeviceId, volumeName FROM Win32_LogicalDisk",
+         {{{L"DeviceID", wmiText(L"C:")}, {L"VolumeName", wmiText(L"Größe")}},
+          {{L"DeviceID", wmiText(L"D:")}, {L"VolumeName", wmiNull()}}}},
+        {L"SELECT * FROM Win32_OperatingSystem",
+         {{{L"SystemDrive", wmiText(L"C:")}}, {{L"SystemDrive", wmiText(L"E:")}}}},
+        {L"Associators of {Win32_LogicalDisk.DeviceID='C:'} WHERE ResultClass=Win32_DiskPartition",
+         {{{L"Name", wmiText(L"Disk #0, Partition #1")}}, {{L"Name", wmiNumber(3)}}}}};
+    service[storage].answers = {{L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '0'",
+                                 {{{L"FriendlyName", wmiText(L"Fast disk")},
+                                   {L"UniqueId", wmiText(L"u-1")},
+                                   {L"DeviceId", wmiText(L"0")},
+                                   {L"SpindleSpeed", wmiNumber(0)},
+                                   {L"MediaType", wmiNumber(4)}}}}};
+    const CapturedLog log;
+    SystemInfoProvider provider;
+    ASSERT_TRUE(provider.initializeCom());
+
+    const auto disks = provider.getLogicalDiskIds();
+    ASSERT_EQ(disks.size(), 2u);
+    EXPECT_EQ(disks[0].deviceId, "C:");
+    EXPECT_EQ(disks[0].volumeName, "Größe");
+    EXPECT_EQ(disks[1].volumeName, "");
+    EXPECT_EQ(provider.getOperatingSystemInfo(), "C:");
+    EXPECT_THAT(provider.getDiskPartitionFromLogicalDrive("C:"), ElementsAre("Disk #0, Partition #1", ""));
+    const PhysicalDiskInfo disk = provider.getPhysicalDiskInfo("0");
+    EXPECT_EQ(disk.friendlyName, "Fast disk");
+    EXPECT_EQ(disk.mediaType, "SSD");
+    EXPECT_EQ(disk.uniqueId, L"u-1");
+    EXPECT_EQ(disk.deviceId, "0");
+    EXPECT_EQ(provider.getDiskNumberFromDiskPartition("Disk #0, Partition #1"), "0");
+
+    const auto line = [](const char* method, const char* message) {
+        return LogEntry{logInfo, std::string("SystemInfoProvider::") + method, message};
+    };
+    EXPECT_THAT(log.take(),
+                ElementsAre(line("getLogicalDiskIds", "Logical disk deviceId = C:, volumeName = Größe"),
+                            line("getLogicalDiskIds", "Logical disk deviceId = D:, volumeName = "),
+                            line("getOperatingSystemInfo",
+                                 "Letter of the disk drive on which the operating system resides: C:"),
+                            line("getDiskPartitionFromLogicalDrive", "DiskPartition name: Disk #0, Partition #1"),
+                            line("getDiskPartitionFromLogicalDrive", "DiskPartition name: "),
+                            line("getPhysicalDiskInfo", "PhysicalDiskInfo friendlyName = Fast disk, uniqueId = u-1"),
+                            line("getPhysicalDiskInfo", "PhysicalDiskInfo mediaType = SSD, deviceId = 0")));
+
+    const size_t asked = service->asked.size();
+    EXPECT_THAT(provider.getDiskPartitionFromLogicalDrive(""), IsEmpty());
+    EXPECT_EQ(provider.getPhysicalDiskInfo("").mediaType, "");
+    EXPECT_EQ(provider.getDiskNumberFromDiskPartition("Partition #0"), "");
+    EXPECT_EQ(service->asked.size(), asked) << "no query without a name";
+    EXPECT_EQ(provider.getPhysicalDiskInfo("7").mediaType, "");
+    EXPECT_THAT(log.take(),
+                ElementsAre(line("getDiskPartitionFromLogicalDrive", "Empty driveLetter"),
+                            line("getPhysicalDiskInfo", "Empty deviceId"),
+                            line("getDiskNumberFromDiskPartition", "Invalid DiskPartition format"),
+                            LogEntry{logInfo, "`anonymous-namespace'::execWbemServicesQuery",
+                                     "Query failed: [SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '7']; "
+                                     "hr=80041017"}));
+}
+
+TEST(SystemInfoProvider, KeepsWhatCouldBeConnected) {
+    ScriptedWmi service;
+    service[cimv2].answers = {{L"SELECT * FROM Win32_OperatingSystem", {{{L"SystemDrive", wmiText(L"C:")}}}}};
+    SystemInfoProvider provider;
+    ASSERT_FALSE(provider.initializeCom());
+    EXPECT_EQ(provider.getOperatingSystemInfo(), "C:");
+    EXPECT_EQ(provider.getPhysicalDiskInfo("0").mediaType, "");
+}
+
+TEST(SystemInfoProvider, AsksTheSystem) {
+    SystemInfoProvider provider;
+    EXPECT_THAT(provider.getLogicalDiskIds(), IsEmpty()) << "ahead of the connection";
+    ASSERT_TRUE(provider.initializeCom());
+    EXPECT_EQ(provider.getOperatingSystemInfo(), "C:");
+    const auto disks = provider.getLogicalDiskIds();
+    EXPECT_TRUE(std::any_of(disks.begin(), disks.end(), [](const auto& disk) { return disk.deviceId == "C:"; }));
+}
+
+}  // namespace
+}  // namespace pdx

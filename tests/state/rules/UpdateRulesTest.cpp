@@ -1,0 +1,167 @@
+#include "state/rules/UpdateRules.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <vector>
+
+namespace pdx {
+namespace {
+
+TEST(UpdateBucket, GivesTheValuesThatMachinesHave) {
+    EXPECT_EQ(updateBucketOf(""), 62u);
+    EXPECT_EQ(updateBucketOf("00-11-22-33-44-55"), 83u);
+}
+
+/// What the bucket of a seed has to be, from the generator of the standard library.
+uint32_t standardBucket(uint32_t seed) {
+    std::mt19937 generator(seed);
+    auto number = generator();
+    while (number >= 4294967200u) number = generator();
+    return number % 100 + 1;
+}
+
+TEST(UpdateBucket, IsThatOfTheStandardGeneratorAndEven) {
+    std::array<uint32_t, 101> machines{};
+    uint64_t checksum = 0;
+    for (uint32_t i = 0; i < 10'000; ++i) {
+        const std::string address = fmt::format("02-00-5e-00-{:02x}-{:02x}", i >> 8, i & 0xFF);
+        uint64_t hash = 5381;
+        for (const char c : address) hash = (hash * 33 + static_cast<uint64_t>(c)) % 0x1'0000'0000;
+        const uint32_t bucket = updateBucketOf(address);
+        ASSERT_EQ(bucket, standardBucket(static_cast<uint32_t>(hash))) << address;
+        ASSERT_LE(bucket, 100u);
+        ++machines[bucket];
+        checksum = checksum * 101 + bucket;
+    }
+    // Worked out by an implementation of the generator that shares nothing with this one.
+    EXPECT_EQ(checksum, 0x1E2A94F6024C3318u);
+    // 100 machines a bucket are to be expected; four standard deviations are 40.
+    EXPECT_EQ(machines[0], 0u);
+    EXPECT_GE(*std::min_element(machines.begin() + 1, machines.end()), 60u);
+    EXPECT_LE(*std::max_element(machines.begin() + 1, machines.end()), 140u);
+}
+
+TEST(ChooseBucket, RejectsWhatLiesAboveTheLastWholeMultiple) {
+    struct Row {
+        std::vector<uint32_t> draws;
+        uint32_t bucket;
+    };
+    const Row rows[] = {
+        {{0}, 1},
+        {{99}, 100},
+        {{4294967199}, 100},
+        {{4294967200, 4294967295, 41}, 42},
+    };
+    for (const Row& row : rows) {
+        size_t taken = 0;
+        EXPECT_EQ(chooseBucket([&] { return row.draws.at(taken++); }), row.bucket);
+        EXPECT_EQ(taken, row.draws.size());
+    }
+}
+
+TEST(AddressText, IsLowerCaseWithDashes) {
+    EXPECT_EQ(addressText(std::array<uint8_t, 6>{0x00, 0x1A, 0xFF, 0x03, 0x40, 0xB5}), "00-1a-ff-03-40-b5");
+    EXPECT_EQ(addressText(std::array<uint8_t, 1>{0xAB}), "ab");
+    EXPECT_EQ(addressText({}), "");
+}
+
+TEST(ParseVersion64, ReadsWhatItCan) {
+    struct Row {
+        const char* text;
+        std::array<uint16_t, 4> parts;
+    };
+    const Row rows[] = {
+        {"12.37.0.5294", {12, 37, 0, 5294}},
+        {"12.37", {12, 37, 0, 0}},
+        {"12.37.", {12, 37, 0, 0}},
+        {"12..3", {12, 0, 0, 0}},
+        {"12,37.0.1", {12, 0, 0, 0}},
+        {"1.2.3.4.5", {1, 2, 3, 4}},
+        {"1.2.3.4-beta", {1, 2, 3, 4}},
+        {"1.70000.0.0", {1, 4464, 0, 0}},
+        {"65535.65536.0.99999999999999999999", {65535, 0, 0, 0xFFFF}},
+        {" 1. 2.+3.-1", {1, 2, 3, 65535}},
+        {"v1.2.3.4", {0, 0, 0, 0}},
+        {"1 .2", {1, 0, 0, 0}},
+        {"-.1", {0, 0, 0, 0}},
+        {"abc", {0, 0, 0, 0}},
+        {"", {0, 0, 0, 0}},
+    };
+    for (const Row& row : rows) {
+        uint64_t expected = 0;
+        for (const uint16_t part : row.parts) expected = expected << 16 | part;
+        EXPECT_EQ(parseVersion64(row.text), expected) << row.text;
+    }
+}
+
+TEST(IsNewerVersion, ComparesStrictlyAndWithoutSign) {
+    const std::string current = "12.37.0.5294";
+    EXPECT_TRUE(isNewerVersion("12.37.0.5295", current));
+    EXPECT_TRUE(isNewerVersion("12.38", current));
+    EXPECT_TRUE(isNewerVersion("40000.0.0.0", current));
+    EXPECT_FALSE(isNewerVersion(current, current));
+    EXPECT_FALSE(isNewerVersion("12.36.65535.65535", current));
+    EXPECT_FALSE(isNewerVersion("", current));
+    EXPECT_FALSE(isNewerVersion("", ""));
+}
+
+TEST(RecommendedVersion, IsEmptyForEveryOtherReply) {
+    EXPECT_EQ(recommendedVersionOf(R"({"recommended":{"version":"12.38.0.1","x":1},"minimum":{"version":"9"}})"),
+              "12.38.0.1");
+    const char* const bad[] = {
+        "",
+        "{}",
+        "[]",
+        "null",
+        "12",
+        "<html></html>",
+        R"({"recommended":{}})",
+        R"({"recommended":[]})",
+        R"({"recommended":"12.38.0.1"})",
+        R"({"recommended":null})",
+        R"({"recommended":{"version":12}})",
+        R"({"recommended":{"version":null}})",
+        R"({"recommended":{"version":["12.38.0.1"]}})",
+        R"({"Recommended":{"version":"12.38.0.1"}})",
+        R"({"recommended":{"version":"12.38.0.1"})",
+        R"({"recommended":{"version":"12.38.0.1"}} x)",
+        "{\"recommended\":{\"version\":\"\xFF\"}}",
+    };
+    for (const char* reply : bad) EXPECT_EQ(recommendedVersionOf(reply), "") << reply;
+    EXPECT_EQ(recommendedVersionOf(std::string(100'000, '[')), "");
+}
+
+TEST(UpdateCheck, IsDueForAnOrdinaryThinInstallAlone) {
+    EXPECT_TRUE(isUpdateCheckDue({}));
+    EXPECT_FALSE(isUpdateCheckDue({.action = BOOTSTRAPPER_ACTION_UNINSTALL}));
+    EXPECT_FALSE(isUpdateCheckDue({.action = BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED}));
+    EXPECT_FALSE(isUpdateCheckDue({.relation = BOOTSTRAPPER_RELATION_UPDATE}));
+    EXPECT_TRUE(isUpdateCheckDue({.relation = BOOTSTRAPPER_RELATION_UPGRADE}));
+    EXPECT_FALSE(isUpdateCheckDue({.thinInstaller = false}));
+    EXPECT_FALSE(isUpdateCheckDue({.skip = true}));
+}
+
+TEST(UpdateAddresses, AreFilledIn) {
+    EXPECT_EQ(updatePathOf(7), "/autopatch/upgrade/buckets/7");
+    struct Row {
+        const char* addressTemplate;
+        std::optional<std::string> address;
+    };
+    const Row rows[] = {
+        {"https://a.example/i/Setup.exe", "https://a.example/i/Setup.exe"},
+        {"https://a.example/{version}/Setup-{version}.exe", "https://a.example/1.2.3.4/Setup-1.2.3.4.exe"},
+        {"https://a.example/%20{version}", "https://a.example/%201.2.3.4"},
+        {"https://a.example/{bucket}", std::nullopt},
+        {"https://a.example/{", std::nullopt},
+        {"", std::nullopt},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(fillVersion(row.addressTemplate, "1.2.3.4"), row.address) << row.addressTemplate;
+}
+
+}  // namespace
+}  // namespace pdx

@@ -1,0 +1,114 @@
+#include "telemetry/InstallTelemetry.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/ScriptedWmi.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A machine with the drives of a test; logs nothing of its own.
+struct FakeSystem : SystemInfo {
+    bool works = true;
+    std::vector<LogicalDiskId> disks = {{"C:", "System"}, {"D:", "Games"}, {"E:", "Both"}};
+    std::map<std::string, std::vector<std::string>> partitions = {
+        {"C:", {"Disk #0, Partition #1", "Disk #0, Partition #2"}},
+        {"D:", {"Disk #1, Partition #0"}},
+        {"E:", {"Disk #0, Partition #3", "no name", "Disk #1, Partition #1"}}};
+    std::map<std::string, std::string> media = {{"0", "SSD"}, {"1", "HDD"}};
+
+    bool initializeCom() override { return works; }
+    std::vector<LogicalDiskId> getLogicalDiskIds() override { return disks; }
+    std::string getOperatingSystemInfo() override { return "C:"; }
+    std::vector<std::string> getDiskPartitionFromLogicalDrive(const std::string& letter) override {
+        return partitions[letter];
+    }
+    PhysicalDiskInfo getPhysicalDiskInfo(const std::string& deviceId) override {
+        return {"", media[deviceId], L"", deviceId};
+    }
+};
+
+constexpr const char* invalidPartition = "Invalid DiskPartition format";
+constexpr const char* noPartitions = "Could not get disk partitions on system.";
+
+TEST(InstallTelemetry, TellsDriveAndMediaAndThinsWhereTheSystemIsSilent) {
+    struct Row {
+        const char* name;
+        std::wstring folder;
+        std::function<void(FakeSystem&)> change;
+        const char* driveType;
+        const char* diskMedia;
+        std::vector<std::string> log;
+    };
+    const auto none = [](FakeSystem&) {};
+    const Row rows[] = {
+        {"two partitions of one disk", L"C:\\Palisade", none, "system", "SSD,SSD", {"Install Root: C:"}},
+        {"another drive", L"D:\\Games", none, "data", "HDD", {"Install Root: D:"}},
+        {"two disks and one without a number",
+         L"E:\\Games",
+         none,
+         "data",
+         "SSD,HDD",
+         {"Install Root: E:", invalidPartition}},
+        {"a disk that is not known",
+         L"D:\\Games",
+         [](FakeSystem& system) { system.media.clear(); },
+         "data",
+         "",
+         {"Install Root: D:"}},
+        {"no WMI",
+         L"C:\\Palisade",
+         [](FakeSystem& system) { system.works = false; },
+         "",
+         "",
+         {"Error initializing WMI"}},
+        {"no drives",
+         L"C:\\Palisade",
+         [](FakeSystem& system) { system.disks.clear(); },
+         "system",
+         "",
+         {"Could not get logical disks on system."}},
+        {"no partitions",
+         L"C:\\Palisade",
+         [](FakeSystem& system) { system.partitions.clear(); },
+         "system",
+         "",
+         {"Install Root: C:", noPartitions}},
+        {"another case", L"c:\\games", none, "data", "", {noPartitions}},
+    };
+    for (const Row& row : rows) {
+        FakeSystem system;
+        row.change(system);
+        const CapturedLog log;
+        const InstallTelemetry record = installTelemetry({"now", false, row.folder, L"C:\\Palisade"}, system);
+        EXPECT_EQ(record.driveType, row.driveType) << row.name;
+        EXPECT_EQ(record.diskMedia, row.diskMedia) << row.name;
+        std::vector<std::string> messages;
+        for (const LogEntry& entry : log.take()) messages.push_back(entry.message);
+        EXPECT_EQ(messages, row.log) << row.name;
+    }
+}
+
+TEST(InstallTelemetry, TellsTimeStatusAndFolderAlsoWithoutWmi) {
+    ScriptedWmi off;
+    off->locatorCreated = REGDB_E_CLASSNOTREG;
+    const std::string time = "2026-01-02T03:04:05.678";
+    const InstallTelemetry first = installTelemetry({time, false, L"C:\\Palisade", L"C:\\Palisade"});
+    EXPECT_EQ(first.installTime, time);
+    EXPECT_EQ(first.installStatus, "new");
+    EXPECT_EQ(first.path, "default");
+    const InstallTelemetry second = installTelemetry({time, true, L"C:\\palisade", L"C:\\Palisade"});
+    EXPECT_EQ(second.installStatus, "repair");
+    EXPECT_EQ(second.path, "custom");
+    EXPECT_EQ(second.driveType + second.diskMedia, "");
+}
+
+}  // namespace
+}  // namespace pdx

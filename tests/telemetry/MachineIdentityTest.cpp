@@ -1,0 +1,80 @@
+#include "telemetry/MachineIdentity.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/ScriptedWmi.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const wchar_t* cimv2 = L"ROOT\\CIMV2";
+constexpr const wchar_t* boards = L"Select * from Win32_BaseBoard";
+constexpr const wchar_t* controllers = L"Select * from Win32_VideoController";
+
+/// The hash of a machine whose service gives these rows, and no other.
+std::string hashWith(const wchar_t* query, std::vector<ScriptedRow> rows) {
+    ScriptedWmi service;
+    service[cimv2].answers[query] = std::move(rows);
+    return getMachineHash();
+}
+
+TEST(MachineHash, IsOneForAllThreadsAndLeavesThemAsTheyWere) {
+    const std::string hash = getMachineHash();
+    EXPECT_EQ(hash.size(), 40u);
+    EXPECT_EQ(hash.find_first_not_of("0123456789abcdef"), std::string::npos) << hash;
+    std::thread([&] {
+        EXPECT_EQ(getMachineHash(), hash);
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK) << "no apartment was left";
+        EXPECT_EQ(getMachineHash(), hash);
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE) << "its own apartment stayed";
+        CoUninitialize();
+        CoUninitialize();
+    }).join();
+}
+
+TEST(MachineHash, AsksForFiveFactsAndLogsNothing) {
+    ScriptedWmi service;
+    service[cimv2];
+    const CapturedLog log;
+    getMachineHash();
+    EXPECT_THAT(service->asked,
+                ElementsAre(L"ROOT\\CIMV2: Select * from Win32_BaseBoard", L"ROOT\\CIMV2: Select * from Win32_BIOS",
+                            L"ROOT\\CIMV2: Select * from Win32_BaseBoard", L"ROOT\\CIMV2: Select * from Win32_BIOS",
+                            L"ROOT\\CIMV2: Select * from Win32_VideoController"));
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST(MachineHash, IsTheSameForEveryKindOfMissingFact) {
+    const std::string unknown = hashWith(boards, {});
+    {
+        ScriptedWmi off;
+        off->locatorCreated = REGDB_E_CLASSNOTREG;
+        EXPECT_EQ(getMachineHash(), unknown) << "no service";
+    }
+    {
+        ScriptedWmi refused;
+        EXPECT_EQ(getMachineHash(), unknown) << "no connection";
+    }
+    EXPECT_EQ(hashWith(boards, {{{L"SerialNumber", wmiNumber(7)}}}), unknown) << "no text";
+    EXPECT_EQ(hashWith(boards, {{{L"SerialNumber", wmiText(L"132241")}}}), unknown) << "the mark itself";
+    EXPECT_NE(hashWith(boards, {{{L"SerialNumber", wmiNull()}}}), unknown) << "null is a fact";
+}
+
+TEST(MachineHash, TakesTheFirstRowThatTellsTheFact) {
+    const ScriptedRow first = {{L"PNPDeviceID", wmiText(L"PCI\\VEN_1")}};
+    const ScriptedRow second = {{L"PNPDeviceID", wmiText(L"PCI\\VEN_2")}};
+    const std::string hash = hashWith(controllers, {first});
+    EXPECT_EQ(hashWith(controllers, {first, second}), hash);
+    EXPECT_EQ(hashWith(controllers, {{{L"PNPDeviceID", wmiNumber(1)}}, {}, first}), hash);
+    EXPECT_NE(hashWith(controllers, {second, first}), hash);
+}
+
+}  // namespace
+}  // namespace pdx
