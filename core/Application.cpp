@@ -23,6 +23,14 @@ struct LocalMemoryTraits {
     static void close(Value value) noexcept { LocalFree(value); }
 };
 
+/// The arguments of this process behind the program.
+std::vector<std::wstring> processArguments() {
+    int count = 0;
+    const UniqueHandle<LocalMemoryTraits> all(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (!all || count < 1) return {};
+    return {all.get() + 1, all.get() + count};
+}
+
 /// Asks for a text whose size is not known: a first buffer of 256 characters, and a second of the size that the answer
 /// names. Empty on any failure.
 template <typename Ask>
@@ -58,22 +66,27 @@ std::shared_ptr<Translator> makeTranslator() {
 }  // namespace
 
 BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command,
-                                                 DWORD retryMaximum, DWORD retryDelay, UiRoutine uiRoutine)
+                                                 DWORD retryMaximum, DWORD retryDelay, UiRoutine uiRoutine,
+                                                 TelemetryFactory telemetry)
     : CBalBaseBootstrapperApplication(engine, command, retryMaximum, retryDelay),
       m_engine(engine),
       m_command(command),
       m_uiRoutine(uiRoutine),
       m_action(command->action),
+      m_userDisplay(command->display),
       m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
     g_logger.set(std::make_shared<BootstrapperLogger>(engine));
     determineConfigurable();
     takeEnvironment();
-    takeCommandLine();
+    const std::vector<std::wstring> arguments = processArguments();
+    takeCommandLine(arguments);
+    m_userDisplay = displayTowardsUser(command->display, command->relationType, arguments);
     loadConfiguration(isThinInstaller());
     g_translator.set(makeTranslator());
     setShortcutTitles();
     setProductVariables();
     if (isRepair() && m_action == BOOTSTRAPPER_ACTION_UNINSTALL) m_action = BOOTSTRAPPER_ACTION_INSTALL;
+    startTelemetry(telemetry);
 }
 
 BootstrapperApplication::~BootstrapperApplication() {
@@ -88,12 +101,9 @@ void BootstrapperApplication::takeEnvironment() {
     }
 }
 
-void BootstrapperApplication::takeCommandLine() {
-    int count = 0;
-    const UniqueHandle<LocalMemoryTraits> arguments(CommandLineToArgvW(GetCommandLineW(), &count));
-    if (!arguments) return;
-    for (int i = 1; i < count; ++i)
-        if (const auto variable = variableOfArgument(arguments.get()[i]))
+void BootstrapperApplication::takeCommandLine(std::span<const std::wstring> arguments) {
+    for (const std::wstring& argument : arguments)
+        if (const auto variable = variableOfArgument(argument))
             m_engine->SetVariableString(variable->first.c_str(), variable->second.c_str());
 }
 

@@ -43,7 +43,7 @@ int BootstrapperApplication::OnError(BOOTSTRAPPER_ERROR_TYPE errorType, LPCWSTR 
             cData, joinTexts(cData, rgwzData), nRecommendation);
     const HRESULT hr = formError(errorType, dwCode);
     UpdateInstallStatus(hr);
-    logBriskError(contextStatus(hr), toUtf8(scrubProfilePath(textOrEmpty(wzError))));
+    tellError(hr, toUtf8(scrubProfilePath(textOrEmpty(wzError))));
     {
         const std::lock_guard guard(m_stateLock);
         m_status.errorShown = true;

@@ -5,7 +5,10 @@
 #include <atomic>
 #include <chrono>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/AppMessages.h"
@@ -13,10 +16,13 @@
 #include "core/rules/DownloadRetry.h"
 #include "core/rules/InstallStatus.h"
 #include "core/rules/Operations.h"
+#include "core/rules/RunEvents.h"
 #include "core/rules/Startup.h"
+#include "core/TelemetryLife.h"
 #include "platform/Handles.h"
 #include "platform/rules/InstallerVersion.h"
 #include "platform/Thread.h"
+#include "state/rules/MeridianMessages.h"
 
 namespace pdx {
 
@@ -27,9 +33,10 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     using UiRoutine = void (*)(BootstrapperApplication& application);
 
     /// Brings up the process-wide services and turns environment and command line into bundle variables. The engine and
-    /// the command outlive the object. Throws nothing but what memory exhaustion throws.
+    /// the command outlive the object. Without a telemetry factory the run tells nobody. Throws nothing but what memory
+    /// exhaustion throws.
     BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command, DWORD retryMaximum,
-                            DWORD retryDelay, UiRoutine uiRoutine);
+                            DWORD retryDelay, UiRoutine uiRoutine, TelemetryFactory telemetry);
     ~BootstrapperApplication() override;
 
     // ---- What the dialog and the steps around the engine ask of the application; any thread unless said otherwise.
@@ -58,7 +65,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
 
     IBootstrapperEngine* engine() const { return m_engine; }
     BOOTSTRAPPER_ACTION action() const { return m_action; }
-    BOOTSTRAPPER_DISPLAY display() const { return m_display; }
+    /// The display towards the user. The engine that runs this one embedded is told progress by its own word for it.
+    BOOTSTRAPPER_DISPLAY display() const { return m_userDisplay; }
 
     /// The dialog tells that its window exists (with the handle) or is gone (with null).
     void setDialogWindow(HWND window);
@@ -66,6 +74,14 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void setDialogReady(bool ready);
     /// The Windows session ends under the dialog.
     void noteLogoutExit() { m_logoutExit = true; }
+
+    // What of the move from the older client was shown or pressed, by the words of state/rules/MeridianMessages.h. Any
+    // thread; none waits.
+    void sendMeridianStartClick(const char* id) const;
+    void sendMeridianStartImpressions() const;
+    void sendBastionOverlayClick(const char* id) const;
+    void sendBastionOverlayImpressions() const;
+    void sendMeridianCompleted() const;
 
     // ---- The engine's callbacks, in slot order.
 
@@ -168,13 +184,15 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// The clock and the pauses of the wait before a download is retried; tests put their own in the place.
     virtual std::chrono::milliseconds steadyTime() const;
     virtual void pauseFor(std::chrono::milliseconds time) const;
+    /// The address of the installer that is to take this one's place, if the update service names one. Waits for it.
+    virtual std::optional<std::wstring> newerInstaller(const std::string& currentVersion) const;
 
   private:
     using Json = nlohmann::json;
 
     // Constructor's steps.
     void takeEnvironment();
-    void takeCommandLine();
+    void takeCommandLine(std::span<const std::wstring> arguments);
     void setShortcutTitles();
     void setProductVariables();
 
@@ -198,10 +216,35 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void mergeContext(const Json& attributes);
     void setOperation(Operation operation);
 
-    /// Logs the code, text and `einv` flag of an error under which it is told.
-    void logBriskError(const std::string& code, const std::string& message);
+    // Telemetry. Each tells its occasion to both services.
+    void startTelemetry(TelemetryFactory make);
+    [[nodiscard]] RunKind runKind() const;
+    [[nodiscard]] DownloadFacts downloadFacts() const;
+    void tellDownloadStarted();
+    void tellDownloadFinished();
+    void tellDownloadCancelled();
+    void tellDownloadFailed(HRESULT hr, const Json& extra = {});
+    void tellExecutionStarted();
+    void tellExecutionFailed(HRESULT hr);
+    void tellError(HRESULT hr, const std::string& message);
+    void tellRunFinished();
+    void tellRunCancelled();
+    void tellRunFailed();
+    static void tellSessionStopped();
+    /// Sends an error to the Brisk service under a name whose "{group}" is filled in, and logs code, text and flag.
+    void logBriskError(std::string_view name, const std::string& code, const std::string& message, int32_t operation,
+                       const Json& context, const Json& extra = {});
+    void sendMeridianMessage(const char* id, const MessagePlace& place, const char* status) const;
+
     /// Raises an error of the library's own, as the engine raises its errors, and gives the dialog's answer.
     int raiseError(ProgramError code);
+
+    // Detection.
+    void checkForUpdate();
+
+    // Caching.
+    /// Tells of a failed download. Whether it is to be tried again; the wait before that is over then.
+    bool retryDownload(HRESULT hrStatus);
 
     // Execution.
     void keepMsiMessage(const char* word, int mt, UINT uiFlags, std::wstring_view message, DWORD cData,
@@ -210,13 +253,15 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     HRESULT packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const;
 
     // Shutdown.
-    void tellFailure();
-    void tellSuccess();
+    void endAsFailure();
+    void endAsSuccess();
 
     IBootstrapperEngine* m_engine;
     const BOOTSTRAPPER_COMMAND* m_command;
     UiRoutine m_uiRoutine;
     std::atomic<BOOTSTRAPPER_ACTION> m_action;
+    BOOTSTRAPPER_DISPLAY m_userDisplay;
+    TelemetryLife m_telemetry;
     Handle m_installerMutex;
     std::vector<std::wstring> m_reportFiles;
     std::vector<std::wstring> m_reportFileStems;
@@ -224,12 +269,18 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     Handle m_dialogReady;
     std::atomic<HWND> m_dialogWindow = nullptr;
     std::atomic<bool> m_logoutExit = false;
+    std::string m_startTime;
     std::atomic<bool> m_quitRequested = false;
     std::atomic<int> m_shutdownResult = 0;
 
     /// Of the cache thread alone.
     int32_t m_cacheOperation = BOOTSTRAPPER_CACHE_OPERATION_COPY;
     uint32_t m_downloadRetries = 0;
+    std::string m_downloadId;
+    std::string m_downloadStart;
+    std::string m_downloadLink;
+    uint64_t m_downloadProgress = 0;
+    uint64_t m_downloadTotal = 0;
 
     bool m_executing = false;
     std::vector<FileHandle> m_lockedFiles;

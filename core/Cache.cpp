@@ -8,6 +8,8 @@
 #include "core/rules/Names.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
+#include "platform/Uuid.h"
+#include "telemetry/BriskTelemetrySender.h"
 
 namespace pdx {
 
@@ -48,6 +50,14 @@ int BootstrapperApplication::OnCacheAcquireBegin(LPCWSTR wzPackageOrContainerId,
                                                 {"caop", static_cast<int32_t>(operation)},
                                                 {"psrc", contextText(wzSource)}});
     m_cacheOperation = operation;
+    m_downloadStart = briskTimestamp();
+    m_downloadLink = contextText(wzSource);
+    m_downloadProgress = 0;
+    m_downloadTotal = 0;
+    if (operation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD) {
+        m_downloadId = newUuidString();
+        tellDownloadStarted();
+    }
     return sendAppMessage(WM_BA_CACHE_ACQUIRE_BEGIN, static_cast<WPARAM>(operation),
                           reinterpret_cast<LPARAM>(wzSource));
 }
@@ -55,6 +65,8 @@ int BootstrapperApplication::OnCacheAcquireBegin(LPCWSTR wzPackageOrContainerId,
 int BootstrapperApplication::OnCacheAcquireProgress(LPCWSTR, LPCWSTR, DWORD64 dw64Progress, DWORD64 dw64Total,
                                                     DWORD dwOverallPercentage) {
     mergeContext({{"dnld", dw64Progress}, {"totl", dw64Total}, {"opct", dwOverallPercentage}});
+    m_downloadProgress = dw64Progress;
+    m_downloadTotal = dw64Total;
     return sendAppMessage(WM_BA_CACHE_ACQUIRE_PROGRESS, dwOverallPercentage);
 }
 
@@ -82,22 +94,28 @@ int BootstrapperApplication::OnCacheAcquireComplete(LPCWSTR wzPackageOrContainer
                                                  {"cast", contextStatus(hrStatus)},
                                                  {"reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
-    const bool failedDownload = m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD && FAILED(hrStatus) &&
-                                !isDownloadCancelled(isCanceled(), hrStatus);
-    if (failedDownload) {
-        logBriskError(contextStatus(hrStatus), describeError(hrStatus));
-        const DownloadFailure failure = afterDownloadFailure(m_downloadRetries);
-        m_downloadRetries = failure.failures;
-        if (failure.retry) {
-            PDX_LOG(logInfo, "BootstrapperApplication::OnCacheAcquireComplete", "Waiting %llds before auto retry",
-                    failure.waitSeconds);
-            waitBeforeRetry(
-                failure.waitSeconds, [this] { return steadyTime(); }, [this](auto time) { pauseFor(time); },
-                [this] { return isCanceled(); });
+    if (m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD) {
+        if (isDownloadCancelled(isCanceled(), hrStatus))
+            tellDownloadCancelled();
+        else if (SUCCEEDED(hrStatus))
+            tellDownloadFinished();
+        else if (retryDownload(hrStatus))
             return isCanceled() ? static_cast<int>(IDCANCEL) : static_cast<int>(resultRetry);
-        }
     }
     return sendAppMessage(WM_BA_CACHE_ACQUIRE_COMPLETE, static_cast<WPARAM>(hrStatus), nRecommendation);
+}
+
+bool BootstrapperApplication::retryDownload(HRESULT hrStatus) {
+    const DownloadFailure failure = afterDownloadFailure(m_downloadRetries);
+    m_downloadRetries = failure.failures;
+    tellDownloadFailed(hrStatus, {{"auto_retry", failure.retry ? "true" : "false"}});
+    if (!failure.retry) return false;
+    PDX_LOG(logInfo, "BootstrapperApplication::OnCacheAcquireComplete", "Waiting %llds before auto retry",
+            failure.waitSeconds);
+    waitBeforeRetry(
+        failure.waitSeconds, [this] { return steadyTime(); }, [this](auto time) { pauseFor(time); },
+        [this] { return isCanceled(); });
+    return true;
 }
 
 int BootstrapperApplication::OnCacheVerifyBegin(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId) {
@@ -118,8 +136,7 @@ int BootstrapperApplication::OnCacheVerifyComplete(LPCWSTR wzPackageOrContainerI
                                                 {"stat", contextStatus(hrStatus)},
                                                 {"reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
-    if (FAILED(hrStatus) && m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD)
-        logBriskError(contextStatus(hrStatus), describeError(hrStatus));
+    if (FAILED(hrStatus) && m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD) tellDownloadFailed(hrStatus);
     return Base::OnCacheVerifyComplete(wzPackageOrContainerId, wzPayloadId, hrStatus, nRecommendation);
 }
 

@@ -1,9 +1,11 @@
 // The callbacks of detection. Related bundles, features and the like are only kept for reports.
+#include "config/ConfigMap.h"
 #include "core/BootstrapperApplication.h"
 #include "core/ContextText.h"
 #include "core/rules/Names.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
+#include "state/UpdateCheck.h"
 
 namespace pdx {
 
@@ -38,7 +40,32 @@ int BootstrapperApplication::OnDetectUpdateBegin(LPCWSTR wzUpdateLocation, int n
     PDX_LOG(logTrace, "BootstrapperApplication::OnDetectUpdateBegin", "wzUpdateLocation=%ls, nRecommendation=%d",
             textOrEmpty(wzUpdateLocation), nRecommendation);
     replaceContext(operationDetectUpdateBegin, {{"locn", contextText(wzUpdateLocation)}, {"reco", nRecommendation}});
+    if (isUpdateCheckDue({m_action, m_command->relationType, isThinInstaller(),
+                          getConfigBool("qa.installer.skipUpdateCheck", false)}))
+        checkForUpdate();
     return Base::OnDetectUpdateBegin(wzUpdateLocation, nRecommendation);
+}
+
+std::optional<std::wstring> BootstrapperApplication::newerInstaller(const std::string& currentVersion) const {
+    return findNewerInstaller(currentVersion);
+}
+
+void BootstrapperApplication::checkForUpdate() {
+    // The page stands before the network is waited for.
+    sendAppMessage(WM_BA_DETECT_UPDATE_BEGIN);
+    const auto address = newerInstaller(GetCurrentVersion());
+    if (!address) return;
+    // Neither size nor hash is known: the engine takes what it is sent.
+    const HRESULT hr =
+        m_engine->SetUpdate(nullptr, address->c_str(), 0, BOOTSTRAPPER_UPDATE_HASH_TYPE_NONE, nullptr, 0);
+    if (FAILED(hr)) {
+        PDX_LOG(logError, "BootstrapperApplication::OnDetectUpdateBegin", "The engine refuses the update %ls: %s",
+                *address, describeError(hr));
+        return;
+    }
+    m_action = BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
+    // The newer installer takes it, while this one still runs.
+    releaseInstallerMutex();
 }
 
 int BootstrapperApplication::OnDetectUpdate(LPCWSTR wzUpdateLocation, DWORD64 dw64Size, DWORD64 dw64Version,

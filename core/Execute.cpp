@@ -17,6 +17,7 @@ using Base = CBalBaseBootstrapperApplication;
 int BootstrapperApplication::OnExecuteBegin(DWORD cExecutingPackages) {
     PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteBegin", "cExecutingPackages=%u", cExecutingPackages);
     replaceContext(operationExecuteBegin, {{"npkg", cExecutingPackages}});
+    tellExecutionStarted();
     return sendAppMessage(WM_BA_EXECUTE_BEGIN, cExecutingPackages);
 }
 
@@ -86,8 +87,10 @@ int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, 
                 keepMsiMessage(word, mt, uiFlags, text, cData, rgwzData, nRecommendation);
             break;
     }
-    if (text == bastionUninstallBegin && m_action == BOOTSTRAPPER_ACTION_INSTALL)
-        sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE);
+    if (m_action == BOOTSTRAPPER_ACTION_INSTALL) {
+        if (text == bastionUninstallBegin) sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE);
+        if (text == bastionUninstallSuccess) sendMeridianCompleted();
+    }
     return !m_fRollingBack && isCanceled() ? static_cast<int>(IDCANCEL) : nRecommendation;
 }
 
@@ -145,8 +148,7 @@ void BootstrapperApplication::OnExecuteComplete(HRESULT hrStatus) {
     PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteComplete", "hrStatus=%s", describeError(hrStatus));
     mergeContext(operationExecuteComplete, {{"stat", contextStatus(hrStatus)}});
     UpdateInstallStatus(hrStatus);
-    if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !isCanceled())
-        logBriskError(contextStatus(hrStatus), describeError(hrStatus));
+    if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !isCanceled()) tellExecutionFailed(hrStatus);
 }
 
 }  // namespace pdx

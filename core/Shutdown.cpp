@@ -3,10 +3,7 @@
 
 #include "config/ConfigMap.h"
 #include "core/BootstrapperApplication.h"
-#include "core/ContextText.h"
-#include "core/rules/ErrorGroups.h"
 #include "core/rules/RunValue.h"
-#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Registry.h"
@@ -45,51 +42,49 @@ int BootstrapperApplication::OnShutdown() {
     if (m_shutdownResult == resultReloadBootstrapper) {
         m_shutdownResult = 0;
         pinLibrary();
+        m_telemetry.handOn();
         return resultReloadBootstrapper;
     }
     switch (outcomeOf(state().status.status)) {
         case Outcome::cancelled:
             PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s",
                     m_logoutExit ? "logout_exit" : "user_action");
+            tellRunCancelled();
             break;
         case Outcome::failed:
-            tellFailure();
+            endAsFailure();
             break;
         case Outcome::succeeded:
-            tellSuccess();
+            endAsSuccess();
             break;
     }
+    tellSessionStopped();
+    m_telemetry.stop();
     stopUiThread();
     return 0;
 }
 
-void BootstrapperApplication::tellFailure() {
+void BootstrapperApplication::endAsFailure() {
     bool shown = false;
     HRESULT status = 0;
-    HRESULT lastError = 0;
     {
         const std::lock_guard guard(m_stateLock);
         shown = std::exchange(m_status.errorShown, true);
         status = m_status.status;
-        lastError = m_status.lastError;
     }
     if (!shown) {
         ErrorInfo record = {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, static_cast<DWORD>(status), 0, resultOk};
         sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&record));
     }
-    logBriskError(contextStatus(lastError), describeError(lastError));
+    tellRunFailed();
 }
 
-void BootstrapperApplication::tellSuccess() {
+void BootstrapperApplication::endAsSuccess() {
+    tellRunFinished();
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL)
         removeRunValueOf(GetEngineVariable(L"InstallFolder", true));
     else if (getConfigBool("indev.startOnBoot", false))
         writeRunValue();
-}
-
-void BootstrapperApplication::logBriskError(const std::string& code, const std::string& message) {
-    PDX_LOG(logInfo, "BootstrapperApplication::logBriskError", "ecod[%s], estr[%s], einv[%s]", code, message,
-            errorGroup(code).invalid ? "true" : "false");
 }
 
 int BootstrapperApplication::OnSystemShutdown(DWORD dwEndSession, int nRecommendation) {

@@ -8,6 +8,7 @@
 #include "platform/Processes.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 namespace {
@@ -50,6 +51,7 @@ HRESULT BootstrapperApplication::OnStartup() {
     if (!takeInstallerMutex()) return failStartup(errorSecondInstance);
 
     if (isRepair() || isMeridianMode()) {
+        enableTelemetry();
         PDX_LOG(logWarning, "BootstrapperApplication::OnStartup",
                 "This build does not support repair or migration runs");
         quit(0);

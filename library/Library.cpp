@@ -15,6 +15,8 @@
 #include "core/BootstrapperApplication.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
+#include "telemetry/MachineIdentity.h"
+#include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/toolkit/GdiPlus.h"
 
@@ -46,10 +48,14 @@ HRESULT lastErrorAsFailure() {
     return FAILED(hr) ? hr : E_FAIL;
 }
 
+std::shared_ptr<TelemetryManager> makeTelemetry() {
+    return std::make_shared<TelemetryManager>(TelemetryManager::createSessionId(), getMachineHash);
+}
+
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
     try {
-        auto application = std::make_unique<BootstrapperApplication>(engine, command, retryMaximum,
-                                                                     retryDelayMilliseconds, UIThreadFunc);
+        auto application = std::make_unique<BootstrapperApplication>(
+            engine, command, retryMaximum, retryDelayMilliseconds, UIThreadFunc, makeTelemetry);
         // On the engine's thread, before there is a UI thread, and never shut down.
         startGraphics();
         return application.release();
@@ -88,6 +94,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
     // are, for its other threads are gone, wherever they were.
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
         pdx::unmapped = true;
+        pdx::releaseTelemetry();
         pdx::g_translator.clear();
         pdx::g_config.clear();
         pdx::g_logger.clear();

@@ -101,4 +101,9 @@ std::vector<uint8_t> HttpClient::readResponse() {
     return body;
 }
 
+bool isNetworkConnected() {
+    DWORD kind = 0;
+    return InternetGetConnectedState(&kind, 0) != FALSE;
+}
+
 }  // namespace pdx

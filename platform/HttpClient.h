@@ -55,4 +55,7 @@ class HttpClient {
     HttpUrl url;
 };
 
+/// Whether the system says that it is connected to a network.
+bool isNetworkConnected();
+
 }  // namespace pdx

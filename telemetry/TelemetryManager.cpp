@@ -22,7 +22,7 @@ constinit ProcessSlot<TelemetryManager> g_telemetry;
 TelemetryManager::TelemetryManager(std::string session, MachineHash hash)
     : sessionId(std::move(session)), machineHash(hash) {}
 
-TelemetryManager::~TelemetryManager() { stop(); }
+TelemetryManager::~TelemetryManager() { TelemetryManager::stop(); }
 
 std::string TelemetryManager::createSessionId() {
     std::string session = toUtf8(getEnvironmentText(sessionVariable));
@@ -56,10 +56,14 @@ void TelemetryManager::setSendingEnabled(bool enabled) {
         if (sender) sender->setSendingEnabled(enabled);
 }
 
-void TelemetryManager::stop() {
-    // Both last posts go out at the same time.
+void TelemetryManager::requestStop() {
     for (TelemetrySender* const sender : {tally.get(), brisk.get()})
         if (sender) sender->requestStop();
+}
+
+void TelemetryManager::stop() {
+    // Both last posts go out at the same time.
+    TelemetryManager::requestStop();
     for (TelemetrySender* const sender : {tally.get(), brisk.get()})
         if (sender) sender->stop();
 }
@@ -77,6 +81,10 @@ void sendTelemetry(int32_t sender, std::string name, nlohmann::json params, bool
     } catch (const std::exception&) {
         // Out of memory: a run does without the event rather than fail for it.
     }
+}
+
+void enableTelemetry() {
+    if (const auto manager = g_telemetry.get()) manager->setSendingEnabled(true);
 }
 
 void releaseTelemetry() {

@@ -16,7 +16,7 @@ class TelemetryManager {
     /// The session is that of createSessionId. The machine's hash is asked for once a process, at its first event for
     /// the Brisk service and on the thread that sends it.
     TelemetryManager(std::string session, MachineHash machineHash);
-    ~TelemetryManager();
+    virtual ~TelemetryManager();
     TelemetryManager(const TelemetryManager&) = delete;
     TelemetryManager& operator=(const TelemetryManager&) = delete;
 
@@ -27,12 +27,14 @@ class TelemetryManager {
 
     /// Makes and starts the senders on the addresses of telemetry.tally.url and telemetry.brisk.url. Until then events
     /// are thrown away; from then on they are held back until sending is enabled.
-    void start();
+    virtual void start();
     /// Hands the event to its sender; one for no sender disappears. Any thread; never waits for the network.
-    void send(const TelemetryEvent& event);
-    void setSendingEnabled(bool enabled);
+    virtual void send(const TelemetryEvent& event);
+    virtual void setSendingEnabled(bool enabled);
+    /// Tells both workers to end after one more post, and does not wait for it.
+    virtual void requestStop();
     /// Ends both workers, each after one last post, and waits for that. Events that come later are not sent.
-    void stop();
+    virtual void stop();
     /// The current time as the sender of that number writes it, also before start; empty for any other number.
     [[nodiscard]] std::string timestamp(int32_t sender) const;
     [[nodiscard]] const std::string& session() const { return sessionId; }
@@ -53,6 +55,10 @@ extern ProcessSlot<TelemetryManager> g_telemetry;
 /// Tells an event to a sender (briskSender or tallySender); params counts only if it is an object, and its text is
 /// UTF-8. Nothing happens without a manager, and nothing here fails towards the caller. Any thread.
 void sendTelemetry(int32_t sender, std::string name, nlohmann::json params, bool urgent) noexcept;
+
+/// Lets what is held back go out, and all that follows: the run goes on without asking, or the user has gone on. Any
+/// thread.
+void enableTelemetry();
 
 /// Lets go of the manager and of what was found out once for the process, when the library is unmapped in a process
 /// that goes on. The workers have been stopped by then.

@@ -28,6 +28,7 @@ MsiCommand parseMsiCommand(std::wstring_view text);
 
 /// Whole texts by which the package tells of the older client's removal.
 inline constexpr std::wstring_view bastionUninstallBegin = L"CA_MSG_BASTION_UNINSTALL_BEGIN";
+inline constexpr std::wstring_view bastionUninstallSuccess = L"CA_MSG_BASTION_UNINSTALL_SUCCESS";
 
 /// The word under which the last message of a kind is kept, by the high byte of the message type (the order of Windows
 /// Installer's INSTALLMESSAGE values); null for other kinds.

@@ -27,7 +27,7 @@ struct Stage {
         engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Program Files\\Palisade Desktop"));
         engine.variables.set(L"IsThickInstaller", std::wstring(L"yes"));
         // The UI thread is never started: the dialog lives on this one, where it can be looked at.
-        application = std::make_unique<BootstrapperApplication>(&engine, &command, 0, 1000, nullptr);
+        application = std::make_unique<BootstrapperApplication>(&engine, &command, 0, 1000, nullptr, nullptr);
         // As the application does for a language that the configuration forces.
         if (!g_translator.get()->Load(language)) throw std::runtime_error("there is no such language");
         dialog = std::make_unique<GalleryDialog>(*application);

@@ -101,6 +101,8 @@ class BootstrapperDialog : public Dialog {
     void QuitOnFailure(const char* operation, HRESULT hr);
     void OnDetectComplete();
     void OnUninstallDetected();
+    /// Asks whether the older client is to go; gives the prompt's answer.
+    int32_t OfferBastionUninstall();
     int32_t OnError(const ErrorInfo& error);
     int32_t OnCacheAcquireComplete(HRESULT status);
     int32_t OnApplyComplete(HRESULT status, int32_t restart);

@@ -1,7 +1,7 @@
 // What the buttons do.
 #include "config/ConfigMap.h"
-#include "platform/Log.h"
 #include "state/OlderClient.h"
+#include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
@@ -32,6 +32,7 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
             OnDismissed();
             break;
         case IDC_OPTIONS:
+            app.sendMeridianStartClick(startInstallOptions);
             ReplacePage({.kind = pageOptions});
             break;
         case IDC_BROWSE:
@@ -51,12 +52,16 @@ void BootstrapperDialog::OnStartInstall() {
     const std::wstring folder = locationValue->GetText();
     if (!ValidateInstallFolder(folder)) return;
     const wchar_t* titleKey = InstallTitleKey();
+    enableTelemetry();
     SetInstallFolder(folder);
     app.engine()->SetVariableString(L"CreateDesktopShortcut", shortcutCheck->IsChecked() ? L"1" : L"");
+    app.sendMeridianStartClick(startLetsGo);
     if (getConfigBool("app.meridian.enableMigration", false) &&
         getConfigBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled()) {
-        const int32_t answer = ShowPrompt({}, {}, buttonsOkCancel, IDCANCEL, {}, {}, {}, {}, pageOlderClient);
+        const int32_t answer = OfferBastionUninstall();
         app.engine()->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", answer == IDOK);
+        if (answer == IDOK) app.sendBastionOverlayClick(overlayUninstall);
+        if (answer == IDCANCEL) app.sendBastionOverlayClick(overlayNotNow);
         if (!IsWindow(hwnd)) return;
     }
     QuitOnFailure("Plan", app.engine()->Plan(app.action()));
@@ -65,6 +70,8 @@ void BootstrapperDialog::OnStartInstall() {
 
 void BootstrapperDialog::OnClosePressed() {
     if (!closePromptOpen && app.action() != BOOTSTRAPPER_ACTION_UNINSTALL) {
+        if (Top().kind == pageOlderClient) app.sendBastionOverlayClick(overlayClose);
+        if (Top().kind == pageWelcome) app.sendMeridianStartClick(startClose);
         closePromptOpen = true;
         const int32_t answer =
             ShowPrompt(Translate(L"INSTALLER_CLOSE_TITLE"), {}, firstSecondary | iconInformation | buttonsOkCancel,

@@ -39,7 +39,10 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
     if (equalsIgnoreCase(url.scheme, L"http") || equalsIgnoreCase(url.scheme, L"https")) {
         openWithShell(href);
     } else if (equalsIgnoreCase(url.scheme, L"action")) {
-        if (url.path == L"openuseragreement") OpenLegalDocument(userAgreementDocument);
+        if (url.path == L"openuseragreement") {
+            app.sendMeridianStartClick(startUserAgreement);
+            OpenLegalDocument(userAgreementDocument);
+        }
         if (url.path == L"openprivacypolicy") OpenLegalDocument(privacyDocument);
     } else if (href.starts_with(L'/')) {
         // A page of a site whose address the settings leave open.

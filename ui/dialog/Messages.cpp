@@ -5,6 +5,7 @@
 
 #include "platform/Errors.h"
 #include "platform/Log.h"
+#include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/PageFlow.h"
 
@@ -64,7 +65,7 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
             ShowProgressPage(L"ERROR_DIALOG_CRASH_SEND-REPORT");
             return handled();
         case WM_BA_PROMPT_BASTION_UNINSTALL:
-            return handled(ShowPrompt({}, {}, buttonsOkCancel, IDCANCEL, {}, {}, {}, {}, pageOlderClient));
+            return handled(OfferBastionUninstall());
         case WM_BA_UNINSTALLING_BASTION_TITLE:
             SetOlderClientTitle();
             return handled();
@@ -119,9 +120,15 @@ void BootstrapperDialog::OnDetectComplete() {
             break;
         case DetectFlow::welcome:
             ReplacePage({.kind = pageWelcome});
+            app.sendMeridianStartImpressions();
             break;
         case DetectFlow::update:
             ShowProgressPage(L"installer_download_progress_title");
+            enableTelemetry();
+            QuitOnFailure("Plan", app.engine()->Plan(app.action()));
+            break;
+        case DetectFlow::install:
+            enableTelemetry();
             QuitOnFailure("Plan", app.engine()->Plan(app.action()));
             break;
         case DetectFlow::plan:
@@ -131,6 +138,7 @@ void BootstrapperDialog::OnDetectComplete() {
 }
 
 void BootstrapperDialog::OnUninstallDetected() {
+    enableTelemetry();
     while (isClientRunning()) {
         const int32_t answer = ShowPrompt(Translate(L"INSTALLER_UNINSTALL_CLIENT_RUNNING_TITLE"),
                                           Translate(L"INSTALLER_UNINSTALL_CLIENT_RUNNING_BODY"),
@@ -153,6 +161,11 @@ void BootstrapperDialog::OnUninstallDetected() {
     } else if (answer == IDNO) {
         app.requestRepairReload();
     }
+}
+
+int32_t BootstrapperDialog::OfferBastionUninstall() {
+    app.sendBastionOverlayImpressions();
+    return ShowPrompt({}, {}, buttonsOkCancel, IDCANCEL, {}, {}, {}, {}, pageOlderClient);
 }
 
 int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {

@@ -15,8 +15,9 @@ constexpr bool isPromptShown(BOOTSTRAPPER_DISPLAY display) {
 enum class DetectFlow {
     uninstall,  ///< wait for the client to end, confirm, plan
     welcome,    ///< the user takes over
-    plan,       ///< go on without a word
+    install,    ///< go on without a word
     update,     ///< show the download and go on
+    plan,       ///< what nobody asks this installer for: go on, and tell nothing of it
 };
 
 /// What follows a detection.
@@ -25,7 +26,7 @@ constexpr DetectFlow afterDetection(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DIS
         case BOOTSTRAPPER_ACTION_UNINSTALL:
             return DetectFlow::uninstall;
         case BOOTSTRAPPER_ACTION_INSTALL:
-            return isPromptShown(display) && repairIsOff ? DetectFlow::welcome : DetectFlow::plan;
+            return isPromptShown(display) && repairIsOff ? DetectFlow::welcome : DetectFlow::install;
         case BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED:
             return DetectFlow::update;
         default:

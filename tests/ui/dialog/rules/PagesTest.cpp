@@ -55,9 +55,9 @@ TEST(PageFlow, FollowsADetection) {
     EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_UNINSTALL, none, true), DetectFlow::uninstall);
     EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, full, true), DetectFlow::welcome);
     EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_EMBEDDED, true), DetectFlow::welcome);
-    EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, full, false), DetectFlow::plan);
-    EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, none, true), DetectFlow::plan);
-    EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_PASSIVE, true), DetectFlow::plan);
+    EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, full, false), DetectFlow::install);
+    EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, none, true), DetectFlow::install);
+    EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_PASSIVE, true), DetectFlow::install);
     EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED, full, true), DetectFlow::update);
     EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_UPDATE_REPLACE, full, true), DetectFlow::plan);
     EXPECT_TRUE(hidesForUpdate(BOOTSTRAPPER_ACTION_UPDATE_REPLACE));

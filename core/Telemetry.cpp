@@ -1,0 +1,163 @@
+// What the callbacks tell of the run: the facts behind its events, and the way to the two services.
+#include <utility>
+
+#include "core/BootstrapperApplication.h"
+#include "core/ContextText.h"
+#include "core/rules/ErrorGroups.h"
+#include "platform/Errors.h"
+#include "platform/HttpClient.h"
+#include "platform/Log.h"
+#include "platform/Processes.h"
+#include "state/OlderClient.h"
+#include "telemetry/InstallTelemetry.h"
+#include "telemetry/Locale.h"
+#include "telemetry/rules/TimeFormat.h"
+#include "telemetry/TelemetryManager.h"
+
+namespace pdx {
+namespace {
+
+constexpr uint64_t unitsAMillisecond = 10000;
+
+void send(TelemetryEvent event) {
+    sendTelemetry(event.sender, std::move(event.name), std::move(event.params), event.urgent);
+}
+
+void send(EventPair pair) {
+    send(std::move(pair.tally));
+    send(std::move(pair.brisk));
+}
+
+/// When the machine was started.
+std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * unitsAMillisecond); }
+
+}  // namespace
+
+RunKind BootstrapperApplication::runKind() const {
+    return {.uninstall = m_action == BOOTSTRAPPER_ACTION_UNINSTALL, .repair = isRepair()};
+}
+
+DownloadFacts BootstrapperApplication::downloadFacts() const {
+    return {m_downloadId, m_downloadStart, m_downloadLink, m_downloadProgress, m_downloadTotal};
+}
+
+void BootstrapperApplication::startTelemetry(TelemetryFactory make) {
+    m_startTime = briskTimestamp();
+    m_telemetry.begin(make);
+    const auto variable = [this](const wchar_t* name) { return toUtf8(GetEngineVariable(name, false)); };
+    SessionFacts facts;
+    facts.boot = bootTime();
+    facts.commandLine = toUtf8(hideAuthcode(scrubProfilePath(GetCommandLineW())));
+    facts.autopatch = m_command->relationType == BOOTSTRAPPER_RELATION_UPDATE;
+    facts.elevated = isElevated();
+    facts.action = m_action;
+    facts.repair = variable(L"PDX_REPAIR");
+    facts.harrier = variable(L"HARRIER_ENABLE");
+    facts.ignoreInstalled = variable(L"IGNORE_ALREADY_INSTALLED");
+    facts.launch = variable(L"PDX_LAUNCH_CLIENT");
+    facts.withAuthcode = !variable(L"KESTREL_AUTHCODE").empty();
+    send(sessionStarted(facts));
+    if (facts.withAuthcode && isBastionInstalled()) enableTelemetry();
+}
+
+void BootstrapperApplication::tellDownloadStarted() { send(downloadStarted(runKind(), downloadFacts())); }
+
+void BootstrapperApplication::tellDownloadFinished() {
+    send(downloadFinished(runKind(), downloadFacts(), briskTimestamp()));
+}
+
+void BootstrapperApplication::tellDownloadCancelled() {
+    send(downloadCancelled(downloadFacts(), downloadCancelWord(isNetworkConnected())));
+}
+
+void BootstrapperApplication::tellDownloadFailed(HRESULT hr, const Json& extra) {
+    const std::string code = contextStatus(hr);
+    send(downloadFailed(downloadFacts(), code));
+    const State now = state();
+    logBriskError("inst.dnld.erro", code, describeError(hr), now.lastOperation, now.context, extra);
+}
+
+void BootstrapperApplication::tellExecutionStarted() {
+    const RunKind run = runKind();
+    const std::wstring folder = GetEngineVariable(L"InstallFolder", true);
+    const std::wstring defaultFolder = GetEngineVariable(L"DefaultInstallFolder", true);
+    if (run.uninstall) {
+        send(uninstallStarted(briskTimestamp(), pathKindOf(folder, defaultFolder)));
+        return;
+    }
+    send(installStarted(run));
+    const InstallTelemetry record = installTelemetry({briskTimestamp(), run.repair, folder, defaultFolder});
+    for (const InstallTelemetryField& field : installTelemetryFields)
+        PDX_LOG(logInfo, "BootstrapperApplication::OnExecuteBegin", field.logFormat, record.*field.value);
+    send(installRecorded(record));
+}
+
+void BootstrapperApplication::tellError(HRESULT hr, const std::string& message) {
+    const RunKind run = runKind();
+    const std::string code = contextStatus(hr);
+    send(runMetError(run, code));
+    const State now = state();
+    logBriskError("inst.{group}.erro", code, message, now.lastOperation, now.context);
+}
+
+void BootstrapperApplication::tellExecutionFailed(HRESULT hr) {
+    const std::string code = contextStatus(hr);
+    send(runFailed(runKind(), code));
+    const State now = state();
+    logBriskError("inst.{group}.erro", code, describeError(hr), now.lastOperation, now.context);
+}
+
+void BootstrapperApplication::tellRunFinished() { send(runFinished(runKind(), m_startTime, briskTimestamp())); }
+
+void BootstrapperApplication::tellRunCancelled() {
+    send(runCancelled(runKind(), m_logoutExit ? "logout_exit" : "user_action"));
+}
+
+void BootstrapperApplication::tellRunFailed() {
+    const InstallStatus status = state().status;
+    const std::string code = contextStatus(status.lastError);
+    send(runFailed(runKind(), code));
+    logBriskError("inst.{group}.fail", code, describeError(status.lastError), status.errorOperation,
+                  status.errorContext);
+}
+
+void BootstrapperApplication::tellSessionStopped() { send(sessionStopped()); }
+
+void BootstrapperApplication::logBriskError(std::string_view name, const std::string& code, const std::string& message,
+                                            int32_t operation, const Json& context, const Json& extra) {
+    ErrorFacts error = {code, message, operation, {}, context};
+    for (size_t i = 0; i < runtimeVersions.size(); ++i)
+        error.runtimes[i] = toUtf8(GetEngineVariable(runtimeVersions[i].variable, false));
+    PDX_LOG(logInfo, "BootstrapperApplication::logBriskError", "ecod[%s], estr[%s], einv[%s]", code, message,
+            errorGroup(code).invalid ? "true" : "false");
+    send(errorEvent(eventName(name, runKind()), error, extra));
+}
+
+// ---- The move from the older client
+
+void BootstrapperApplication::sendMeridianMessage(const char* id, const MessagePlace& place, const char* status) const {
+    sendMeridianMessageEvent(id, place.destination, place.page, status,
+                             toUtf8(GetEngineVariable(L"PDX_MERIDIAN_COHORT", false)));
+}
+
+void BootstrapperApplication::sendMeridianStartClick(const char* id) const {
+    sendMeridianMessage(id, startPage, statusClick);
+}
+
+void BootstrapperApplication::sendMeridianStartImpressions() const {
+    for (const char* offer : startOffers) sendMeridianMessage(offer, startPage, statusImpression);
+}
+
+void BootstrapperApplication::sendBastionOverlayClick(const char* id) const {
+    sendMeridianMessage(id, bastionOverlay, statusClick);
+}
+
+void BootstrapperApplication::sendBastionOverlayImpressions() const {
+    for (const char* offer : overlayOffers) sendMeridianMessage(offer, bastionOverlay, statusImpression);
+}
+
+void BootstrapperApplication::sendMeridianCompleted() const {
+    sendMeridianMessage(completedUninstall, completion, statusImpression);
+}
+
+}  // namespace pdx

@@ -1,0 +1,29 @@
+#include "core/TelemetryLife.h"
+
+namespace pdx {
+
+TelemetryLife::~TelemetryLife() {
+    stop();
+    if (manager && g_telemetry.get() == manager) g_telemetry.clear();
+}
+
+void TelemetryLife::begin(TelemetryFactory make) {
+    earlier = g_telemetry.get();
+    if (earlier) earlier->requestStop();
+    if (make) manager = make();
+    g_telemetry.set(manager);
+    if (manager) manager->start();
+}
+
+void TelemetryLife::stop() {
+    if (manager) manager->requestStop();
+    if (earlier) earlier->stop();
+    if (manager) manager->stop();
+}
+
+void TelemetryLife::handOn() {
+    manager.reset();
+    earlier.reset();
+}
+
+}  // namespace pdx

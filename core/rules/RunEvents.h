@@ -1,0 +1,107 @@
+// What a run tells its maker: every event with its back end, its name and its attributes. Two styles stand side by
+// side: the Tally service's three plain names with a status that walks through a life, and the Brisk service's dotted
+// names with short keys.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "telemetry/rules/InstallRecord.h"
+#include "telemetry/rules/TelemetryEvent.h"
+
+namespace pdx {
+
+/// The run that an event tells of.
+struct RunKind {
+    bool uninstall = false;
+    bool repair = false;
+};
+
+/// "new" or "repair".
+const char* installKindOf(const RunKind& run);
+/// "default" or "custom"; both folders resolved.
+const char* pathKindOf(std::wstring_view folder, std::wstring_view defaultFolder);
+/// The name with its "{group}", if it has one, replaced by the run's: "uinst", "repr" or "inst".
+std::string eventName(std::string_view name, const RunKind& run);
+
+/// One occasion told to both services. The Tally event goes first.
+struct EventPair {
+    TelemetryEvent tally;
+    TelemetryEvent brisk;
+};
+
+struct SessionFacts {
+    std::string boot;  ///< when the machine started, in the form of the events' own time
+    std::string commandLine;
+    bool autopatch = false;  ///< started as the update of another installer
+    bool elevated = false;
+    int32_t action = 0;
+    std::string repair;  ///< this and the next three as the bundle's variables have them
+    std::string harrier;
+    std::string ignoreInstalled;
+    std::string launch;
+    bool withAuthcode = false;
+};
+TelemetryEvent sessionStarted(const SessionFacts& facts);
+TelemetryEvent sessionStopped();
+
+/// A download from its begin on; a further attempt is a download of its own.
+struct DownloadFacts {
+    std::string id;
+    std::string start;
+    std::string link;
+    uint64_t progress = 0;  ///< bytes
+    uint64_t total = 0;
+};
+EventPair downloadStarted(const RunKind& run, const DownloadFacts& download);
+EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, const std::string& now);
+EventPair downloadCancelled(const DownloadFacts& download, const char* word);
+/// The Tally event alone: its companion is an errorEvent.
+TelemetryEvent downloadFailed(const DownloadFacts& download, const std::string& code);
+/// Why a download counts as cancelled. The two stand this way round on purpose: it is what the service has always been
+/// told.
+constexpr const char* downloadCancelWord(bool connected) { return connected ? "user_offline" : "user_action"; }
+
+/// The two halves of a pair: the record takes its time, and the Tally event does not wait for it.
+TelemetryEvent installStarted(const RunKind& run);
+TelemetryEvent installRecorded(const InstallTelemetry& record);
+EventPair uninstallStarted(const std::string& now, const char* pathKind);
+
+EventPair runFinished(const RunKind& run, const std::string& start, const std::string& now);
+EventPair runCancelled(const RunKind& run, const char* word);
+// The Tally events alone: their companions are errorEvents.
+TelemetryEvent runFailed(const RunKind& run, const std::string& code);
+/// An error that the run may yet outlive. It bears no type, unlike all others of its kind.
+TelemetryEvent runMetError(const RunKind& run, const std::string& code);
+
+/// The runtimes whose versions go with every error: attribute and bundle variable.
+struct RuntimeVersion {
+    const char* attribute;
+    const wchar_t* variable;
+};
+inline constexpr std::array<RuntimeVersion, 5> runtimeVersions = {{
+    {"vc10x86ver", L"VCRedist10X86InstalledVer"},
+    {"vc11x86ver", L"VCRedist11X86InstalledVer"},
+    {"vc12x86ver", L"VCRedist12X86InstalledVer"},
+    {"vc14x86ver", L"VCRedist14X86InstalledVer"},
+    {"vc14x64ver", L"VCRedist14X64InstalledVer"},
+}};
+
+struct ErrorFacts {
+    std::string code;  ///< eight lower-case hexadecimal digits
+    std::string message;
+    int32_t operation = 0;  ///< number of the callback in which it arose
+    std::array<std::string, runtimeVersions.size()> runtimes;
+    nlohmann::json context;  ///< what was known of that callback; counts only if it is an object
+};
+/// A Brisk event of an error. The attributes of extra, if it is an object, come on top, but not over the context.
+TelemetryEvent errorEvent(std::string name, const ErrorFacts& error, const nlohmann::json& extra);
+
+/// The command line without the login code: the value of KESTREL_AUTHCODE, up to the argument's end, becomes "####".
+/// Only that there is a code is told.
+std::wstring hideAuthcode(std::wstring commandLine);
+
+}  // namespace pdx
