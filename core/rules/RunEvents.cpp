@@ -155,9 +155,13 @@ std::wstring hideAuthcode(std::wstring commandLine) {
         if (commandLine[i] == L'"') quoted = !quoted;
         if (commandLine.compare(i, name.size(), name) != 0) continue;
         const size_t begin = i + name.size();
+        const bool quotedWhole = quoted;
         size_t end = begin;
         for (; end < commandLine.size() && (quoted || (commandLine[end] != L' ' && commandLine[end] != L'\t')); ++end)
             if (commandLine[end] == L'"') quoted = !quoted;
+        if (quotedWhole && end > begin && commandLine[end - 1] == L'"') --end;  // the quotes around the argument stay
+        quoted = quotedWhole;
+        if (end == begin) continue;
         commandLine.replace(begin, end - begin, hidden);
         i = begin + hidden.size() - 1;
     }

@@ -1,5 +1,7 @@
 #include "tests/core/ApplicationProbe.h"
 
+#include <regex>
+
 #include "platform/Paths.h"
 
 namespace pdx {
@@ -59,6 +61,29 @@ void AnsweringDialog::run(BootstrapperApplication& application) {
     DestroyWindow(window);
 }
 
+void RecordingTelemetry::send(const TelemetryEvent& event) {
+    const char* sender = event.sender == tallySender ? "tally" : "brisk";
+    note(std::string(event.urgent ? "urgent " : "") + sender + " " + event.name + " " + event.params.dump());
+}
+
+void RecordingTelemetry::note(std::string text) {
+    static const std::pair<std::regex, const char*> own[] = {
+        {std::regex(R"("20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d\d\d")"), "<time>"},
+        {std::regex(R"("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}")"), "<id>"},
+        {std::regex(R"re("cmd":"(\\.|[^"])+")re"), "\"cmd\":<text>"},
+        {std::regex(R"("vc\d\dx\d\dver":"")"), "<runtime>"},
+        {std::regex("(<runtime>,){4}<runtime>"), "<runtimes>"},
+    };
+    for (const auto& [pattern, name] : own) text = std::regex_replace(text, pattern, name);
+    const std::lock_guard guard(lock);
+    noted.push_back(std::move(text));
+}
+
+std::vector<std::string> RecordingTelemetry::notes() const {
+    const std::lock_guard guard(lock);
+    return noted;
+}
+
 Bench::Bench(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) {
     command.action = action;
     command.display = display;
@@ -68,8 +93,16 @@ Bench::Bench(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) {
 Bench::~Bench() { release(); }
 
 ProbedApplication& Bench::app() {
-    if (!application) application = new ProbedApplication(&engine, &command, 0, 1000, AnsweringDialog::run);
+    if (!application) {
+        application = new ProbedApplication(&engine, &command, 0, 1000, AnsweringDialog::run, RecordingTelemetry::make);
+        telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
+    }
     return *application;
+}
+
+std::vector<std::string> Bench::told() {
+    app();
+    return telemetry->notes();
 }
 
 void Bench::release() {

@@ -45,6 +45,29 @@ class AnsweringDialog {
     std::vector<Message> received;
 };
 
+/// A manager that notes what it is asked and sends nothing.
+class RecordingTelemetry : public TelemetryManager {
+  public:
+    RecordingTelemetry() : TelemetryManager("session", nullptr) {}
+    static std::shared_ptr<TelemetryManager> make() { return std::make_shared<RecordingTelemetry>(); }
+
+    void start() override { note("start"); }
+    void send(const TelemetryEvent& event) override;
+    void setSendingEnabled(bool enabled) override { note(enabled ? "enable" : "disable"); }
+    void requestStop() override { note("request stop"); }
+    void stop() override { note("stop"); }
+
+    /// In order: events as "tally download {...}", with times, identifiers and the machine's own values under names
+    /// such as <time>, and the other calls by their word.
+    [[nodiscard]] std::vector<std::string> notes() const;
+
+  private:
+    void note(std::string text);
+
+    mutable Lock lock;
+    std::vector<std::string> noted;
+};
+
 class ProbedApplication : public BootstrapperApplication {
   public:
     using BootstrapperApplication::BootstrapperApplication;
@@ -53,6 +76,9 @@ class ProbedApplication : public BootstrapperApplication {
 
     /// The seconds that were waited for retries, none of them in earnest.
     [[nodiscard]] double waitedSeconds() const { return static_cast<double>(clock.count()) / 1000; }
+    /// What the update service names, and the versions with which it was asked.
+    std::optional<std::wstring> newer;
+    mutable std::vector<std::string> updatesAsked;
     /// Called at each pause.
     std::function<void()> onPause;
 
@@ -61,6 +87,11 @@ class ProbedApplication : public BootstrapperApplication {
     void pauseFor(std::chrono::milliseconds time) const override {
         clock += time;
         if (onPause) onPause();
+    }
+
+    std::optional<std::wstring> newerInstaller(const std::string& currentVersion) const override {
+        updatesAsked.push_back(currentVersion);
+        return newer;
     }
 
   private:
@@ -76,6 +107,8 @@ class Bench {
 
     /// Made on first use, so that a test can set variables before.
     ProbedApplication& app();
+    /// What has been told so far, the making of the application included.
+    std::vector<std::string> told();
     /// The application's last reference goes.
     void release();
     /// Runs from OnStartup to OnShutdown.
@@ -86,6 +119,7 @@ class Bench {
 
   private:
     ProbedApplication* application = nullptr;
+    std::shared_ptr<RecordingTelemetry> telemetry;
 };
 
 }  // namespace pdx

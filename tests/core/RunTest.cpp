@@ -375,7 +375,7 @@ TEST(Run, GoesThroughTheRealDialogWithoutAWord) {
         BOOTSTRAPPER_COMMAND command = {};
         command.action = action;
         command.display = BOOTSTRAPPER_DISPLAY_NONE;
-        auto* app = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc);
+        auto* app = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc, nullptr);
         const RunOutcome outcome = EngineRun(engine, *app).run();
         EXPECT_EQ(outcome.failure, "");
         EXPECT_EQ(outcome.exitCode, 0u);

@@ -89,5 +89,34 @@ TEST(RunValue, BelongsToAFolder) {
     EXPECT_EQ(runCommand(L"C:\\P\\l.exe"), L"\"C:\\P\\l.exe\" -silent");
 }
 
+TEST(Startup, TakesTheDisplayOfAnUpdateFromTheCommandLine) {
+    constexpr auto embedded = BOOTSTRAPPER_DISPLAY_EMBEDDED, none = BOOTSTRAPPER_DISPLAY_NONE,
+                   passive = BOOTSTRAPPER_DISPLAY_PASSIVE;
+    const struct {
+        std::vector<std::wstring> arguments;
+        BOOTSTRAPPER_DISPLAY display;
+    } rows[] = {
+        {{}, embedded},
+        {{L"/quiet"}, none},
+        {{L"-burn.related.update", L"-QUIET"}, none},
+        {{L"/q"}, none},
+        {{L"-S"}, none},
+        {{L"/Silent"}, none},
+        {{L"/passive"}, passive},
+        {{L"/quiet", L"/passive"}, passive},
+        {{L"/passive", L"-q"}, none},
+        {{L"quiet"}, embedded},
+        {{L"/quieter"}, embedded},
+        {{L"A=/quiet"}, embedded},
+        {{L"/log", L"/quiet"}, embedded},
+        {{L"/l", L"x", L"/quiet"}, none},
+        {{L"/log"}, embedded},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPDATE, row.arguments), row.display);
+        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPGRADE, row.arguments), embedded);
+    }
+}
+
 }  // namespace
 }  // namespace pdx

@@ -1,0 +1,126 @@
+"""What both telemetry services were told, against tables of what they have to be told.
+
+A table is a list of events, (name, attributes), in order. An attribute is wanted as a value, or as a pattern that the
+text has to match whole, or as a type.
+"""
+import json
+import re
+
+from harness import bundle
+
+TIME = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}")
+TIME_SECONDS = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\dZ")
+UUID = re.compile(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}")
+PRODUCT = "kestrel_client"
+AGENT = f"Palisade app Installer/{bundle.BUNDLE_VERSION}"
+
+BRISK_HEADERS = {"Content-Type": "application/json", "x-bastion-client-version": bundle.BUNDLE_VERSION,
+                 "OsVersion": "pc", "x-bastion-client-platform": "pc", "User-Agent": AGENT}
+TALLY_HEADERS = {"Content-Type": "application/json", "x-palisade-taxv": "2.0", "User-Agent": AGENT}
+TALLY_ENVELOPE = {"entity_type": "player", "et": "client_desktop", "loc": re.compile(r"[a-z]{2,3}(_[A-Za-z-]+)?"),
+                  "plat": "pc", "rel": "prod", "subl": "unknown", "subs": "unknown", "taxv": "2.0",
+                  "tid": "kestrel_tundra", "tidt": "service", "ts_post": TIME_SECONDS, "v": bundle.BUNDLE_VERSION}
+TALLY_ITEM = {"item_id": "Bastion.OFR.50.0001234", "item_id_type": "offer_id"}
+
+# Where a message is of, by its id.
+PLACES = {"meridian_start": ("your_games_overlay", "install_defaults"),
+          "meridian_uninstall_overlay": ("uninstall_bastion_overlay", "uninstall_bastion_option"),
+          "meridian_completed": ("meridian_complete", "progress")}
+START_PAGE = ["meridian_start_lets_go", "meridian_start_user_agreement", "meridian_start_install_options",
+              "meridian_start_close"]
+
+
+def brisk_identity(session: object, thin: bool) -> dict:
+    """The keys that stand in every event."""
+    return {"app": "kestrel-installer", "arch": "AMD64", "build": "opt", "cntry": re.compile("[A-Z]{2}"),
+            "envt": "production", "ityp": "thin" if thin else "thick", "lang": re.compile("[a-z]{2,3}"),
+            "machash": re.compile("[0-9a-f]{40}"), "os": re.compile(r"Wine \d+"), "plat": "pc", "session": session,
+            "vers": bundle.BUNDLE_VERSION}
+
+
+def session_start(command_line: str, **other) -> tuple[str, dict]:
+    """An ordinary run's; under Wine every process is a raised one."""
+    return "inst.sess.strt", {"action": 5, "autopatch": False, "boot": TIME, "cmd": command_line, "elevated": True,
+                              "harrier": "", "ignore_installed": "", "launch": "", "repair": "0",
+                              "with_authcode": False} | other
+
+
+def message(msg_id: str, status: str, cohort: str = "") -> tuple[str, dict]:
+    destination, page = next(place for start, place in PLACES.items() if msg_id.startswith(start))
+    track = {"trackingtag": cohort, "environment": "", "target_games_in_collection": [], "target_subs": "",
+             "target_min_hours_played": [], "target_traffic_rules": ""}
+    return "message", {"msg_id": msg_id, "destination_name": destination, "pgid": page, "status": status,
+                       "type": "in_service", "service": "sable", "track": track}
+
+
+def start_page() -> list[tuple[str, dict]]:
+    """What a welcome page that is left by its button tells."""
+    return [message(offer, "impression") for offer in START_PAGE] + [message(START_PAGE[0], "click")]
+
+
+def differences(found: object, wanted: object, where: str = "") -> list[str]:
+    if isinstance(wanted, dict) and isinstance(found, dict):
+        rows = [f"{where}.{key} is one too many" for key in found.keys() - wanted.keys()]
+        rows += [f"{where}.{key} is missing" for key in wanted.keys() - found.keys()]
+        for key in wanted.keys() & found.keys():
+            rows += differences(found[key], wanted[key], f"{where}.{key}")
+        return rows
+    if isinstance(wanted, re.Pattern):
+        right = isinstance(found, str) and wanted.fullmatch(found)
+    elif isinstance(wanted, type):
+        right = type(found) is wanted
+    else:
+        right = type(found) is type(wanted) and found == wanted  # JSON tells 1 from true, and 0 from 0.0
+    return [] if right else [f"{where} is {found!r}, wanted {wanted!r}"]
+
+
+def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object = UUID) -> None:
+    """Checks all posts so far: their headers, the order of their keys, and each event with each of its attributes."""
+    told_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS)
+    told_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS)
+    events = [event for post in told_brisk for event in post]
+    wanted = []
+    for name, attributes in brisk:
+        first, second, third = name.split(".")
+        wanted.append(brisk_identity(session, thin) | {"m": first, "g": second, "s": third, "ts": TIME}
+                      | ({"param": attributes} if attributes else {}))
+    scene.check_equal("the Brisk service is told these events", [f"{e['m']}.{e['g']}.{e['s']}" for e in events],
+                      [name for name, _ in brisk])
+    _check_each(scene, "a Brisk event", events, wanted)
+    moments = [event["ts"] for event in events]
+    scene.check("each no earlier than the one before", moments == sorted(moments), moments)
+
+    sessions = {event["session"] for event in events} | {post["sid"] for post in told_tally}
+    sessions |= {context["pid"] for post in told_tally for context in post["contexts"]}
+    scene.check("all of one session", len(sessions) == 1, sessions)
+
+    envelopes = [{key: value for key, value in post.items() if key != "contexts"} for post in told_tally]
+    _check_each(scene, "a Tally post's envelope", envelopes, [TALLY_ENVELOPE | {"sid": session}] * len(envelopes))
+    contexts = [post["contexts"] for post in told_tally]
+    _check_each(scene, "a Tally post's context", [dict(enumerate(context)) for context in contexts],
+                [{0: {"c_delta": False, "events": list, "pid": session, "pidt": "uid"}}] * len(contexts))
+    events = [event for context in contexts for event in context[0]["events"]]
+    wanted = [TALLY_ITEM | {"core": {"en": name, "s": number, "ts_event": TIME_SECONDS}} | attributes
+              for number, (name, attributes) in enumerate(tally, 1)]
+    scene.check_equal("the Tally service is told these events", [event["core"]["en"] for event in events],
+                      [name for name, _ in tally])
+    _check_each(scene, "a Tally event", events, wanted)
+
+
+def _check_posts(scene, service: str, path: str, headers: dict) -> list:
+    requests = scene.services.requests(service)
+    scene.check(f"{service} is posted to", requests)
+    scene.check_equal(f"{service} is posted to its path", {(r.method, r.path) for r in requests}, {("POST", path)})
+    wrong = [row for r in requests
+             for row in differences({key: value for key, value in r.headers.items() if key in headers}, headers)]
+    scene.check_equal(f"{service}'s posts bear their headers", wrong, [])
+    ordered = [json.dumps(r.body, sort_keys=True, ensure_ascii=False, separators=(",", ":")).encode()
+               for r in requests]
+    scene.check(f"{service}'s posts are one line with keys in order", [r.raw for r in requests] == ordered,
+                [r.raw for r in requests][:1])
+    return [r.body for r in requests]
+
+
+def _check_each(scene, what: str, found: list, wanted: list) -> None:
+    rows = [row for index, pair in enumerate(zip(found, wanted)) for row in differences(*pair, f"[{index}]")]
+    scene.check(f"{what} has every attribute and no other", not rows, "\n".join(rows[:8]))

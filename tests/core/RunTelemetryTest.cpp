@@ -1,0 +1,395 @@
+// What each callback tells of the run, whom and in which order; and the life of telemetry around it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/Paths.h"
+#include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
+#include "tests/core/ApplicationProbe.h"
+
+namespace pdx {
+namespace {
+
+using App = ProbedApplication;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
+using Texts = std::vector<std::string>;
+
+constexpr auto failed = static_cast<HRESULT>(0xa7ff0643);  // the system has no text for it
+constexpr auto install = BOOTSTRAPPER_ACTION_INSTALL;
+constexpr auto uninstall = BOOTSTRAPPER_ACTION_UNINSTALL;
+constexpr auto fetch = BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD;
+
+/// Attributes of every error: code, context, number of the callback, text.
+std::string errorTail(const char* context, int operation, const char* text = "a7ff0643") {
+    return std::string(R"("ecod":"a7ff0643","ectx":)") + context + R"(,"einv":true,"emsg":"unknown","eopr":)" +
+           std::to_string(operation) + R"(,"estr":")" + text + R"(",<runtimes>})";
+}
+
+/// The context of an acquire that ended with the failure.
+constexpr const char* acquired = R"({"caop":1,"cast":"a7ff0643","pkid":"p","plid":"l","psrc":"https://x/a","reco":0})";
+
+struct Row {
+    const char* what;
+    BOOTSTRAPPER_ACTION action;
+    std::function<void(App&)> call;
+    Texts told;  ///< behind what is told when the application is made
+};
+
+void beginDownload(App& app) { app.OnCacheAcquireBegin(L"p", L"l", fetch, L"https://x/a"); }
+
+const std::string downloadBegun[] = {
+    R"(tally download {"download_id":<id>,"item_platform":"pc","percent":0,"status":"start","status_code":"new"})",
+    R"(brisk inst.dnld.strt {"byte":0,"link":"https://x/a","strt":<time>,"stst":"new"})",
+};
+const std::string downloadBroken =
+    R"(tally download {"download_id":<id>,"item_platform":"pc","status":"error","status_code":"a7ff0643"})";
+
+const Row rows[] = {
+    {"a copy is no download",
+     install,
+     [](App& a) {
+         a.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
+         a.OnCacheAcquireProgress(L"p", L"l", 1, 2, 3);
+         a.OnCacheAcquireComplete(L"p", L"l", failed, 0);
+         a.OnCacheVerifyComplete(L"p", L"l", failed, 0);
+     },
+     {}},
+    {"a download succeeds",
+     install,
+     [](App& a) {
+         beginDownload(a);
+         a.OnCacheAcquireProgress(L"p", L"l", 300, 400, 3);
+         a.OnCacheAcquireComplete(L"p", L"l", S_OK, 0);
+         a.OnCacheVerifyComplete(L"p", L"l", S_OK, 0);
+     },
+     {downloadBegun[0], downloadBegun[1],
+      R"(tally download {"download_id":<id>,"item_platform":"pc","percent":75.0,"status":"finish","status_code":"success"})",
+      R"(brisk inst.dnld.succ {"byte":400,"endt":<time>,"enst":"success","link":"https://x/a","pct":"75.0000","strt":<time>,"stst":"new"})"}},
+    {"a download fails and is retried",
+     install,
+     [](App& a) {
+         beginDownload(a);
+         a.OnCacheAcquireComplete(L"p", L"l", failed, 0);
+     },
+     {downloadBegun[0], downloadBegun[1], downloadBroken,
+      R"(brisk inst.dnld.erro {"auto_retry":"true",)" + errorTail(acquired, 34)}},
+    {"a download turns out to be bad",
+     install,
+     [](App& a) {
+         beginDownload(a);
+         a.OnCacheVerifyBegin(L"p", L"l");
+         a.OnCacheVerifyComplete(L"p", L"l", failed, 0);
+     },
+     {downloadBegun[0], downloadBegun[1], downloadBroken,
+      R"(brisk inst.dnld.erro {)" + errorTail(R"({"pkid":"p","plid":"l","reco":0,"stat":"a7ff0643"})", 36)}},
+    {"execution begins in an uninstall",
+     uninstall,
+     [](App& a) { a.OnExecuteBegin(1); },
+     {R"(tally uninstall {"status":"start","uninstallation_type":"kestrel_client"})",
+      R"(brisk inst.uinst.strt {"path":"default","uitm":<time>})"}},
+    {"an error",
+     install,
+     [](App& a) {
+         a.OnElevate();
+         a.OnError(PALISADE_ERROR_TYPE, L"p", 1603, L"lone \xD800", 0, 0, nullptr, 0);
+     },
+     {R"(tally install {"status":"error","status_code":"a7ff0643"})",
+      R"(brisk inst.inst.erro {)" + errorTail("{}", 27, "lone \xEF\xBF\xBD")}},
+    {"an error in an uninstall",
+     uninstall,
+     [](App& a) {
+         a.OnElevate();
+         a.OnError(PALISADE_ERROR_TYPE, L"p", 1603, nullptr, 0, 0, nullptr, 0);
+     },
+     {R"(tally uninstall {"status":"error","status_code":"a7ff0643"})",
+      R"(brisk inst.uinst.erro {)" + errorTail("{}", 27, "")}},
+    {"execution succeeds", install, [](App& a) { a.OnExecuteComplete(S_OK); }, {}},
+    {"execution is cancelled", install, [](App& a) { a.OnExecuteComplete(hresultFromWin32(userExitCode)); }, {}},
+    {"execution fails",
+     install,
+     [](App& a) { a.OnExecuteComplete(failed); },
+     {R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
+      R"(brisk inst.inst.erro {)" + errorTail(R"({"stat":"a7ff0643"})", 43)}},
+    {"the older client is gone",
+     install,
+     [](App& a) { a.OnExecuteMsiMessage(L"p", 0, 0, L"CA_MSG_BASTION_UNINSTALL_SUCCESS", 0, nullptr, 0); },
+     {R"(tally message {"destination_name":"meridian_complete","msg_id":"meridian_completed_uninstall","pgid":"progress",)"
+      R"("service":"sable","status":"impression","track":{"environment":"","target_games_in_collection":[],)"
+      R"("target_min_hours_played":[],"target_subs":"","target_traffic_rules":"","trackingtag":"cohort"},)"
+      R"("type":"in_service"})"}},
+    {"the older client goes in an uninstall",
+     uninstall,
+     [](App& a) { a.OnExecuteMsiMessage(L"p", 0, 0, L"CA_MSG_BASTION_UNINSTALL_SUCCESS", 0, nullptr, 0); },
+     {}},
+    {"a run succeeds",
+     install,
+     [](App& a) { a.OnShutdown(); },
+     {R"(tally install {"installation_type":"kestrel_client","status":"finish","status_code":"success"})",
+      R"(brisk inst.inst.succ {"endt":<time>,"enst":"success","strt":<time>,"stst":"new"})", "brisk inst.sess.stop {}",
+      "request stop", "stop"}},
+    {"an uninstall is cancelled",
+     uninstall,
+     [](App& a) {
+         a.UpdateInstallStatus(hresultFromWin32(userExitCode));
+         a.OnShutdown();
+     },
+     {R"(tally uninstall {"status":"cancel","status_code":"user_action","uninstallation_type":"kestrel_client"})",
+      R"(brisk inst.uinst.canc {"cnst":"user_action"})", "brisk inst.sess.stop {}", "request stop", "stop"}},
+    {"the session ends under a run",
+     install,
+     [](App& a) {
+         a.noteLogoutExit();
+         a.UpdateInstallStatus(hresultFromWin32(userExitCode));
+         a.OnShutdown();
+     },
+     {R"(tally install {"installation_type":"kestrel_client","status":"cancel","status_code":"logout_exit"})",
+      R"(brisk inst.inst.canc {"cnst":"logout_exit"})", "brisk inst.sess.stop {}", "request stop", "stop"}},
+    {"a run fails, and tells the callback of the error",
+     install,
+     [](App& a) {
+         a.OnRegisterBegin();
+         a.OnRegisterComplete(failed);
+         a.OnExecuteBegin(1);
+         a.OnApplyComplete(hresultFromWin32(genericFailureCode), BOOTSTRAPPER_APPLY_RESTART_NONE);
+         a.OnShutdown();
+     },
+     {R"(tally install {"installation_type":"kestrel_client","status":"start","status_code":"new"})",
+      R"(brisk inst.inst.strt {"dskm":"","dtyp":"system","inst":"new","intm":<time>,"path":"default"})",
+      R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
+      R"(brisk inst.inst.fail {)" + errorTail(R"({"stat":"a7ff0643"})", 29), "brisk inst.sess.stop {}", "request stop",
+      "stop"}},
+    {"a reload tells nothing and stops nothing",
+     install,
+     [](App& a) {
+         a.requestRepairReload();
+         EXPECT_EQ(a.OnShutdown(), resultReloadBootstrapper);
+         SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
+     },
+     {}},
+};
+
+TEST(RunTelemetry, TellsWhatTheCatalogueHasForEachCallback) {
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        Bench bench(row.action);
+        bench.engine.variables.set(L"PDX_MERIDIAN_COHORT", std::wstring(L"cohort"));
+        bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\P"));
+        bench.engine.variables.set(L"DefaultInstallFolder", std::wstring(L"C:\\P"));
+        const size_t before = bench.told().size();
+        row.call(bench.app());
+        Texts told = bench.told();
+        told.erase(told.begin(), told.begin() + before);
+        EXPECT_THAT(told, ElementsAreArray(row.told));
+    }
+}
+
+TEST(RunTelemetry, OpensTheSessionWithWhatIsKnownOfIt) {
+    const struct {
+        const wchar_t* authcode;
+        BOOTSTRAPPER_RELATION_TYPE relation;
+        const char* told;
+    } cases[] = {
+        {L"", BOOTSTRAPPER_RELATION_NONE,
+         R"("harrier":"h","ignore_installed":"1","launch":"yes","repair":"0","with_authcode":false})"},
+        {L"code", BOOTSTRAPPER_RELATION_UPDATE,
+         R"("harrier":"h","ignore_installed":"1","launch":"yes","repair":"0","with_authcode":true})"},
+    };
+    for (const auto& row : cases) {
+        Bench bench;
+        bench.command.relationType = row.relation;
+        for (const auto& [name, value] :
+             {std::pair{L"HARRIER_ENABLE", L"h"}, {L"IGNORE_ALREADY_INSTALLED", L"1"}, {L"PDX_LAUNCH_CLIENT", L"yes"}})
+            bench.engine.variables.set(name, std::wstring(value));
+        bench.engine.variables.set(L"KESTREL_AUTHCODE", std::wstring(row.authcode));
+        const std::string autopatch = row.relation == BOOTSTRAPPER_RELATION_UPDATE ? "true" : "false";
+        // Under Wine every process has raised rights.
+        EXPECT_THAT(bench.told(),
+                    ElementsAreArray({std::string("start"), R"(brisk inst.sess.strt {"action":5,"autopatch":)" +
+                                                                autopatch + R"(,"boot":<time>,"cmd":<text>,)" +
+                                                                R"("elevated":true,)" + row.told}));
+    }
+}
+
+TEST(RunTelemetry, TellsARepairThatTheUninstallEntryAskedForAsAnInstall) {
+    Bench bench(uninstall);
+    bench.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
+    EXPECT_THAT(bench.told()[1], HasSubstr(R"("action":5)"));
+    EXPECT_THAT(bench.told()[1], HasSubstr(R"("repair":"1")"));
+    bench.app().OnShutdown();
+    EXPECT_THAT(bench.told()[2], HasSubstr("tally install"));
+    EXPECT_THAT(bench.told()[3], HasSubstr("brisk inst.repr.succ"));
+    EXPECT_THAT(bench.told()[3], HasSubstr(R"("stst":"repair")"));
+}
+
+TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
+    const struct {
+        const wchar_t* variable;
+        const wchar_t* value;
+        bool olderClient;
+        size_t enabledAt;  ///< position among what is told by the end of OnStartup; 0: not enabled
+    } cases[] = {
+        {L"KESTREL_AUTHCODE", L"code", true, 2}, {L"KESTREL_AUTHCODE", L"code", false, 0},
+        {L"KESTREL_AUTHCODE", L"", true, 0},     {L"PDX_REPAIR", L"1", false, 2},
+        {L"PDX_MERIDIAN_MODE", L"1", false, 2},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(toUtf8(row.variable));
+        if (row.olderClient)
+            RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
+        AnsweringDialog dialog;
+        Bench bench;
+        bench.engine.variables.set(row.variable, std::wstring(row.value));
+        bench.app().OnStartup();
+        const Texts told = bench.told();
+        for (size_t i = 1; i < told.size(); ++i) EXPECT_EQ(told[i] == "enable", i == row.enabledAt) << i;
+        EXPECT_EQ(told.size(), row.enabledAt ? 3u : 2u);
+        RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
+    }
+}
+
+TEST(RunTelemetry, TellsEachAttemptOfADownloadAsOneOfItsOwn) {
+    AnsweringDialog dialog(
+        [](BootstrapperApplication& application, const AnsweringDialog::Message& message) -> LRESULT {
+            if (message.number == WM_BA_CACHE_ACQUIRE_COMPLETE && static_cast<HRESULT>(message.wparam) < 0)
+                return IDCANCEL;
+            return AnsweringDialog::driveOn(application, message);
+        });
+    Bench bench;
+    EngineScript script;
+    script.packages[0].payloads[0].source = PayloadSource::download;
+    script.packages[0].payloads[0].acquire = {failed, failed, failed, failed};
+    bench.run(script);
+    Texts downloads;
+    for (const std::string& text : bench.told())
+        if (text.find("dnld") != std::string::npos || text.find("tally download") == 0)
+            downloads.push_back(text.substr(0, text.find('{')) +
+                                (text.find(R"("auto_retry":"true")") != std::string::npos    ? "again"
+                                 : text.find(R"("auto_retry":"false")") != std::string::npos ? "over"
+                                                                                             : ""));
+    Texts wanted;
+    for (const char* end : {"again", "again", "again", "over"})
+        for (const char* text :
+             {"tally download ", "brisk inst.dnld.strt ", "tally download ", "brisk inst.dnld.erro "})
+            wanted.push_back(std::string(text) + (std::string(text).ends_with("erro ") ? end : ""));
+    EXPECT_THAT(downloads, ElementsAreArray(wanted));
+}
+
+TEST(RunTelemetry, TellsACancelledDownloadOnceAndNothingOfTheWaitBeforeARetry) {
+    Bench bench;
+    App& app = bench.app();
+    beginDownload(app);
+    size_t before = 0;
+    app.onPause = [&] {
+        before = bench.told().size();
+        app.PromptCancel(nullptr, TRUE, nullptr, nullptr);
+        app.onPause = {};
+    };
+    EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"l", failed, 0), IDCANCEL);
+    EXPECT_EQ(bench.told().size(), before);
+    // A transfer that is cut, and one that was complete at the moment of the cancel.
+    for (const HRESULT hr : {hresultFromWin32(userExitCode), S_OK}) {
+        before = bench.told().size();
+        EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"l", hr, 0), IDCANCEL);
+        const Texts told = bench.told();
+        ASSERT_EQ(told.size(), before + 2);
+        EXPECT_THAT(told[before], HasSubstr(R"("status":"cancel","status_code":"user_)"));
+        EXPECT_THAT(told[before + 1], HasSubstr(R"(brisk inst.dnld.canc {"cnst":"user_)"));
+    }
+}
+
+TEST(RunTelemetry, TellsAWholeRunInOrder) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    EngineScript script;
+    script.packages[0].payloads[0].source = PayloadSource::download;
+    bench.run(script);
+    Texts names;
+    for (const std::string& text : bench.told()) names.push_back(text.substr(0, text.find(" {")));
+    EXPECT_THAT(names, ElementsAreArray({"start", "brisk inst.sess.strt", "tally download", "brisk inst.dnld.strt",
+                                         "tally download", "brisk inst.dnld.succ", "tally install",
+                                         "brisk inst.inst.strt", "tally install", "brisk inst.inst.succ",
+                                         "brisk inst.sess.stop", "request stop", "stop"}));
+    const auto dialogNumbers = dialog.numbers();
+    EXPECT_EQ(std::count(dialogNumbers.begin(), dialogNumbers.end(), UINT{WM_BA_DETECT_UPDATE_BEGIN}), 0);
+}
+
+TEST(RunTelemetry, IsHandedOnOverAReload) {
+    std::shared_ptr<TelemetryManager> first;
+    {
+        Bench bench;
+        bench.app().requestRepairReload();
+        bench.app().OnShutdown();
+        first = g_telemetry.get();
+        bench.release();
+        SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
+        EXPECT_EQ(g_telemetry.get(), first) << "it goes on without an object";
+    }
+    const auto notes = [&] { return std::static_pointer_cast<RecordingTelemetry>(first)->notes(); };
+    Bench bench;
+    bench.app();
+    EXPECT_NE(g_telemetry.get(), first);
+    EXPECT_EQ(notes().back(), "request stop") << "nobody waits for its last post";
+    bench.app().OnShutdown();
+    EXPECT_EQ(notes().back(), "stop");
+    bench.release();
+    EXPECT_EQ(g_telemetry.get(), nullptr);
+}
+
+TEST(RunTelemetry, RunsTheSameWithoutAnyone) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    SmallEngine engine;
+    for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(name, std::wstring(L"0"));
+    BOOTSTRAPPER_COMMAND command = {};
+    command.action = install;
+    auto* app = new ProbedApplication(&engine, &command, 0, 1000, AnsweringDialog::run, nullptr);
+    const RunOutcome outcome = EngineRun(engine, *app).run();
+    EXPECT_EQ(outcome.failure, "");
+    EXPECT_EQ(outcome.exitCode, 0u);
+    EXPECT_EQ(app->Release(), 0u);
+}
+
+struct UpdateCase {
+    const char* what;
+    BOOTSTRAPPER_ACTION action = install;
+    BOOTSTRAPPER_RELATION_TYPE relation = BOOTSTRAPPER_RELATION_NONE;
+    const wchar_t* thick = L"no";
+    std::optional<std::wstring> newer = L"https://x/new.exe";
+    bool asks = true;
+    bool updates = true;
+};
+
+TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
+    const UpdateCase cases[] = {
+        {.what = "newer"},
+        {.what = "not newer", .newer = std::nullopt, .updates = false},
+        {.what = "uninstall", .action = uninstall, .asks = false, .updates = false},
+        {.what = "an update itself", .relation = BOOTSTRAPPER_RELATION_UPDATE, .asks = false, .updates = false},
+        {.what = "thick", .thick = L"yes", .asks = false, .updates = false},
+    };
+    for (const UpdateCase& row : cases) {
+        SCOPED_TRACE(row.what);
+        AnsweringDialog dialog;
+        Bench bench(row.action);
+        bench.command.relationType = row.relation;
+        bench.engine.variables.set(L"IsThickInstaller", std::wstring(row.thick));
+        App& app = bench.app();
+        app.newer = row.newer;
+        app.OnStartup();
+        EXPECT_EQ(app.OnDetectUpdateBegin(L"feed", 7), 7);
+        EXPECT_EQ(app.updatesAsked, row.asks ? Texts{"12.37.0.5294"} : Texts{});
+        EXPECT_EQ(dialog.numbers(), row.asks ? std::vector<UINT>{WM_BA_DETECT_UPDATE_BEGIN} : std::vector<UINT>{});
+        EXPECT_THAT(
+            bench.engine.callTexts("SetUpdate"),
+            ElementsAreArray(row.updates ? Texts{"SetUpdate(null, https://x/new.exe, 0, 0, null, 0)"} : Texts{}));
+        EXPECT_EQ(app.action(), row.updates ? BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED : row.action);
+        const Handle mutex(OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\Palisade_Desktop_Installer"));
+        EXPECT_EQ(mutex.get() == nullptr, row.updates) << "the newer installer needs it";
+        app.OnShutdown();
+    }
+}
+
+}  // namespace
+}  // namespace pdx

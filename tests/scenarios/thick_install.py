@@ -1,0 +1,40 @@
+"""A person installs from the thick variant: no update is asked for, nothing is downloaded, and both services are told."""
+import re
+
+from harness.telemetry import PRODUCT, TIME, check_telemetry, session_start, start_page
+from harness.window import ACTION1
+
+
+def play(scene):
+    services = scene.services
+    run = scene.start()
+    scene.wait_for_page("welcome")
+    scene.check_equal("nothing is sent before the person goes on", len(services.requests()), 0)
+    scene.window.click(ACTION1)
+    run.finish(90)
+    scene.check_exit_code(run, 0)
+    scene.check_installed()
+    scene.check_equal("only the two telemetry services are asked", {r.service for r in services.requests()},
+                      {"brisk", "tally"})
+    check_told(scene, run)
+
+
+def check_told(scene, run):
+    started = next(text for text in run.log.messages("OnStartup") if text.startswith("Command line: "))
+    command_line = started.removeprefix("Command line: [").removesuffix("]")
+    brisk = [
+        session_start(command_line),
+        ("inst.inst.strt", {"intm": TIME, "inst": "new", "path": "default", "dskm": "", "dtyp": "system"}),
+        ("inst.inst.succ", {"strt": TIME, "stst": "new", "endt": TIME, "enst": "success"}),
+        ("inst.sess.stop", {}),
+    ]
+    tally = start_page() + [
+        ("install", {"status": "start", "status_code": "new", "installation_type": PRODUCT}),
+        ("install", {"status": "finish", "status_code": "success", "installation_type": PRODUCT}),
+    ]
+    check_telemetry(scene, thin=False, brisk=brisk, tally=tally)
+    lines = [text for text in run.log.messages("OnExecuteBegin") if text.startswith("instTelemetry.")]
+    scene.check_equal("the record is logged in its order", [re.sub("= 20.*", "= now", text) for text in lines],
+                      ["instTelemetry.diskMedia = ", "instTelemetry.driveType(system/data) = system",
+                       "instTelemetry.installStatus = new", "instTelemetry.installTime = now",
+                       "instTelemetry.path (custom/default) = default"])

@@ -1,0 +1,170 @@
+// What the dialog tells of what it shows and of what is pressed, and when it lets telemetry go out.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+
+#include "config/ConfigMap.h"
+#include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
+#include "tests/core/ApplicationProbe.h"
+#include "ui/dialog/BootstrapperDialog.h"
+
+namespace pdx {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+/// The dialog on this thread, with an application that is never started.
+struct Stage {
+    Stage(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) : bench(action, display) {
+        bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Palisade"));
+        before = bench.told().size();
+        dialog = std::make_unique<BootstrapperDialog>(bench.app());
+        if (!dialog->Create({})) throw std::runtime_error("the dialog cannot be made");
+    }
+    ~Stage() {
+        dialog.reset();
+        // The window's end asks this thread to end.
+        for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) continue;
+    }
+
+    LRESULT send(UINT message) const { return SendMessageW(dialog->GetHandle(), message, 0, 0); }
+    void press(int32_t id) const {
+        SendMessageW(dialog->GetHandle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), item(id));
+    }
+    /// Pressed when the prompt that comes next waits.
+    void pressLater(int32_t id) const {
+        PostMessageW(dialog->GetHandle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), item(id));
+    }
+    LPARAM item(int32_t id) const { return reinterpret_cast<LPARAM>(GetDlgItem(dialog->GetHandle(), id)); }
+    void followLink(const wchar_t* href) const {
+        LinkNotification link = {};
+        link.idFrom = IDC_BODY;
+        link.code = linkActivated;
+        link.href = href;
+        dialog->OnNotify(reinterpret_cast<LPARAM>(&link));
+    }
+
+    /// "meridian_start_close click", "enable" and so on.
+    Texts told() {
+        const std::string message = "tally message ";
+        Texts found = bench.told();
+        found.erase(found.begin(), found.begin() + before);
+        for (std::string& text : found) {
+            if (!text.starts_with(message)) continue;
+            const auto attributes = nlohmann::json::parse(text.substr(message.size()));
+            text = attributes["msg_id"].get<std::string>() + " " + attributes["status"].get<std::string>();
+            const bool overlay = text.find("overlay") != std::string::npos;
+            EXPECT_EQ(attributes["destination_name"], overlay ? "uninstall_bastion_overlay" : "your_games_overlay");
+            EXPECT_EQ(attributes["pgid"], overlay ? "uninstall_bastion_option" : "install_defaults");
+        }
+        return found;
+    }
+
+    Bench bench;
+    std::unique_ptr<BootstrapperDialog> dialog;
+    size_t before;
+};
+
+const Texts startShown = {"meridian_start_lets_go impression", "meridian_start_user_agreement impression",
+                          "meridian_start_install_options impression", "meridian_start_close impression"};
+const Texts overlayShown = {"meridian_uninstall_overlay_uninstall_bastion impression",
+                            "meridian_uninstall_overlay_not_now impression",
+                            "meridian_uninstall_overlay_close impression"};
+
+Texts with(Texts first, const Texts& more) {
+    first.insert(first.end(), more.begin(), more.end());
+    return first;
+}
+
+TEST(MessageEvents, TellWhatIsPressedAndShown) {
+    const struct {
+        const char* what;
+        std::function<void(const Stage&)> act;  ///< on the welcome page
+        Texts told;
+    } rows[] = {
+        {"the button", [](const Stage& s) { s.press(IDC_ACTION1); }, {"enable", "meridian_start_lets_go click"}},
+        {"the options", [](const Stage& s) { s.press(IDC_OPTIONS); }, {"meridian_start_install_options click"}},
+        {"the button of the options",
+         [](const Stage& s) {
+             s.press(IDC_OPTIONS);
+             s.press(IDC_ACTION1);
+         },
+         {"meridian_start_install_options click", "enable", "meridian_start_lets_go click"}},
+        {"the agreement",
+         [](const Stage& s) { s.followLink(L"action:openuseragreement"); },
+         {"meridian_start_user_agreement click"}},
+        {"the cross",
+         [](const Stage& s) {
+             s.pressLater(IDC_ACTION1);
+             s.press(IDC_CLOSE);
+         },
+         {"meridian_start_close click"}},
+        {"the cross of the options",
+         [](const Stage& s) {
+             s.press(IDC_OPTIONS);
+             s.pressLater(IDC_ACTION1);
+             s.press(IDC_CLOSE);
+         },
+         {"meridian_start_install_options click"}},
+        {"the overlay and its cross",
+         [](const Stage& s) {
+             s.pressLater(IDC_CLOSE);
+             s.pressLater(IDC_ACTION1);
+             s.pressLater(IDC_ACTION2);
+             EXPECT_EQ(s.send(WM_BA_PROMPT_BASTION_UNINSTALL), IDCANCEL);
+         },
+         with(overlayShown, {"meridian_uninstall_overlay_close click"})},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Stage stage(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL);
+        stage.send(WM_BA_DETECT_COMPLETE);
+        row.act(stage);
+        EXPECT_EQ(stage.told(), with(startShown, row.told));
+    }
+}
+
+TEST(MessageEvents, TellTheAnswerAboutTheOlderClient) {
+    RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
+    const struct {
+        int32_t button;
+        const char* told;
+    } rows[] = {{IDC_ACTION1, "meridian_uninstall_overlay_uninstall_bastion click"},
+                {IDC_ACTION2, "meridian_uninstall_overlay_not_now click"}};
+    for (const auto& row : rows) {
+        Stage stage(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL);
+        std::istringstream settings("[app]\nmeridian.enableMigration = true\nmeridian.promptBastionUninstall = true\n");
+        g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));
+        stage.send(WM_BA_DETECT_COMPLETE);
+        stage.pressLater(row.button);
+        stage.press(IDC_ACTION1);
+        Texts wanted = with(startShown, {"enable", "meridian_start_lets_go click"});
+        EXPECT_EQ(stage.told(), with(with(wanted, overlayShown), {row.told}));
+    }
+    RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
+}
+
+TEST(MessageEvents, GoOutWithoutAWordWhereNobodyIsAsked) {
+    const struct {
+        BOOTSTRAPPER_ACTION action;
+        BOOTSTRAPPER_DISPLAY display;
+        Texts told;
+    } rows[] = {
+        {BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, {"enable"}},
+        {BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL, startShown},
+        {BOOTSTRAPPER_ACTION_UNINSTALL, BOOTSTRAPPER_DISPLAY_NONE, {"enable"}},
+        {BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED, BOOTSTRAPPER_DISPLAY_FULL, {"enable"}},
+        {BOOTSTRAPPER_ACTION_UPDATE_REPLACE, BOOTSTRAPPER_DISPLAY_FULL, {}},
+    };
+    for (const auto& row : rows) {
+        Stage stage(row.action, row.display);
+        stage.send(WM_BA_DETECT_COMPLETE);
+        EXPECT_EQ(stage.told(), row.told) << row.action;
+    }
+}
+
+}  // namespace
+}  // namespace pdx
