@@ -7,6 +7,7 @@
 #include "platform/Paths.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
 
 namespace pdx {
@@ -290,7 +291,7 @@ TEST(RunTelemetry, TellsACancelledDownloadOnceAndNothingOfTheWaitBeforeARetry) {
     EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"l", failed, 0), IDCANCEL);
     EXPECT_EQ(bench.told().size(), before);
     // A transfer that is cut, and one that was complete at the moment of the cancel.
-    for (const HRESULT hr : {hresultFromWin32(userExitCode), S_OK}) {
+    for (const HRESULT hr : {HRESULT{hresultFromWin32(userExitCode)}, HRESULT{S_OK}}) {
         before = bench.told().size();
         EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"l", hr, 0), IDCANCEL);
         const Texts told = bench.told();
