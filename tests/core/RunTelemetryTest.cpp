@@ -265,7 +265,7 @@ TEST(RunTelemetry, TellsEachAttemptOfADownloadAsOneOfItsOwn) {
     bench.run(script);
     Texts downloads;
     for (const std::string& text : bench.told())
-        if (text.find("dnld") != std::string::npos || text.find("tally download") == 0)
+        if (text.starts_with("brisk inst.dnld.") || text.starts_with("tally download "))
             downloads.push_back(text.substr(0, text.find('{')) +
                                 (text.find(R"("auto_retry":"true")") != std::string::npos    ? "again"
                                  : text.find(R"("auto_retry":"false")") != std::string::npos ? "over"
