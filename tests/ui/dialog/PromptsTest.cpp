@@ -5,6 +5,7 @@
 #include "config/ConfigMap.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "tests/ui/dialog/Callback.h"
 #include "tests/ui/dialog/DialogBench.h"
 
 namespace pdx {
@@ -15,27 +16,6 @@ using Calls = std::vector<std::string>;
 
 constexpr auto installedTitle = L"installer_already_installed_title";
 constexpr auto closeTitle = L"INSTALLER_CLOSE_TITLE";
-
-/// A callback on a thread of its own.
-struct Callback {
-    Callback(BootstrapperApplication& application, UINT number) : app(application), message(number) {
-        thread.start(run, this);
-    }
-    ~Callback() { thread.join(); }
-    static unsigned __stdcall run(void* argument) {
-        auto& self = *static_cast<Callback*>(argument);
-        self.answer = self.app.sendAppMessage(self.message);
-        SetEvent(self.answered.get());
-        return 0;
-    }
-    [[nodiscard]] bool isHeld() const { return WaitForSingleObject(answered.get(), 50) == WAIT_TIMEOUT; }
-
-    BootstrapperApplication& app;
-    UINT message;
-    int answer = -1;
-    Handle answered{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-    Thread thread;
-};
 
 TEST(Prompts, StackAndHoldEachOtherCallbackBack) {
     DialogBench bench;
