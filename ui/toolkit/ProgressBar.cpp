@@ -32,11 +32,11 @@ void ProgressBar::SetMarquee(bool on) {
 
 MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == PBM_SETPOS && marquee) SetMarquee(false);
-    if (message == PBM_SETMARQUEE) {
-        marqueePeriodMs = lparam ? static_cast<UINT>(lparam) : defaultPeriodMs;
-        SetMarquee(wparam != 0);
-    }
-    return unhandled();
+    if (message != PBM_SETMARQUEE) return unhandled();
+    marqueePeriodMs = lparam ? static_cast<UINT>(lparam) : defaultPeriodMs;
+    SetMarquee(wparam != 0);
+    // Kept from the native control: Wine's starts a timer of its own for it, and each would paint.
+    return handled(TRUE);
 }
 
 MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
@@ -47,7 +47,9 @@ MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
 }
 
 MessageResult ProgressBar::OnTimer(WPARAM) {
-    if (marquee) Invalidate();
+    // For a fifth of each sweep both chunks are past the end, and one picture of that is enough.
+    const Size client = GetClientSize();
+    if (marquee && (chunksShown || areInView(marqueeChunks(client, GetTickCount64()), client))) Invalidate();
     return handled();
 }
 
@@ -63,8 +65,10 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     graphics.FillPath(track, outline);
     if (marquee) {
         graphics.SetClip(outline);
-        for (const Box& chunk : marqueeChunks(client, GetTickCount64()))
-            graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
+        const auto chunks = marqueeChunks(client, GetTickCount64());
+        chunksShown = areInView(chunks, client);
+        for (const Box& chunk : chunks)
+            if (isInView(chunk, client)) graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
         return handled(1);
     }
     PBRANGE range{};

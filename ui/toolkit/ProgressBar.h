@@ -26,6 +26,7 @@ class ProgressBar : public Control {
     Color gradientEnd = palette::Crimson[5];
     Color trackColor = palette::Grey[6];
     bool marquee = false;
+    bool chunksShown = false;  ///< by the last paint
     UINT marqueePeriodMs;
 };
 
