@@ -28,15 +28,24 @@ from fontTools.ttLib import TTFont
 
 HERE = pathlib.Path(__file__).resolve().parent
 
-# Latin to Extended-A and the letters of the languages beyond it, combining marks, Greek (for paths), Cyrillic,
-# punctuation, currency, letterlike signs, arrows, a few mathematical signs and boxes.
+# What both fonts must have: Latin to Extended-A and Vietnamese (a path may hold any name), Greek, Cyrillic,
+# punctuation, currency, arrows, a few mathematical signs.
 CHARACTERS = [
-    (0x0020, 0x007E), (0x00A0, 0x017F), (0x0192, 0x0192), (0x01A0, 0x01A1), (0x01AF, 0x01B0), (0x01CD, 0x01DC),
-    (0x01E6, 0x01E7), (0x01FA, 0x01FF), (0x0218, 0x021B), (0x0237, 0x0237), (0x02C6, 0x02C7), (0x02D8, 0x02DD),
-    (0x0300, 0x0304), (0x0306, 0x0308), (0x030A, 0x030C), (0x0326, 0x0328), (0x0370, 0x03FF), (0x0400, 0x045F),
-    (0x0490, 0x0493), (0x049A, 0x049B), (0x04A2, 0x04A3), (0x04AE, 0x04B1), (0x04BA, 0x04BB), (0x04D8, 0x04D9),
-    (0x04E8, 0x04E9), (0x1E80, 0x1E85), (0x1E9E, 0x1E9E), (0x1EA0, 0x1EF9), (0x2000, 0x206F), (0x20A0, 0x20BF),
-    (0x2100, 0x215F), (0x2190, 0x2199), (0x2202, 0x2265), (0x25CF, 0x25CF), (0xFB01, 0xFB02),
+    (0x0020, 0x007E), (0x00A0, 0x017F), (0x0192, 0x0192), (0x01A0, 0x01A1), (0x01AF, 0x01B0), (0x0218, 0x021B),
+    (0x02C6, 0x02C7), (0x02D8, 0x02DD), (0x0384, 0x038A), (0x038C, 0x038C), (0x038E, 0x03A1), (0x03A3, 0x03CE),
+    (0x0400, 0x045F), (0x0490, 0x0491), (0x04AE, 0x04AF), (0x04BA, 0x04BB), (0x04E8, 0x04E9), (0x1E80, 0x1E85),
+    (0x1E9E, 0x1E9E), (0x1EA0, 0x1EF9), (0x2009, 0x2009), (0x200B, 0x200B), (0x2010, 0x2011), (0x2013, 0x2015),
+    (0x2018, 0x201A), (0x201C, 0x201E), (0x2020, 0x2022), (0x2026, 0x2026), (0x202F, 0x202F), (0x2030, 0x2030),
+    (0x2039, 0x203A), (0x2044, 0x2044), (0x2060, 0x2060), (0x20AC, 0x20AC), (0x20BD, 0x20BD), (0x2116, 0x2116),
+    (0x2122, 0x2122), (0x2190, 0x2193), (0x2202, 0x2202), (0x2212, 0x2212), (0x2260, 0x2260), (0x2264, 0x2265),
+]
+
+# What a font has where its source has it; for the rest the platform finds another face.
+TAKEN_ALONG = [
+    (0x01CD, 0x01DC), (0x01E6, 0x01E7), (0x01FA, 0x01FF), (0x0237, 0x0237), (0x0300, 0x0304), (0x0306, 0x0308),
+    (0x030A, 0x030C), (0x0326, 0x0328), (0x0370, 0x03FF), (0x0492, 0x0493), (0x049A, 0x049B), (0x04A2, 0x04A3),
+    (0x04B0, 0x04B1), (0x04D8, 0x04D9), (0x2000, 0x206F), (0x20A0, 0x20BF), (0x2100, 0x215F), (0x2194, 0x2199),
+    (0x2203, 0x2263), (0x25CF, 0x25CF), (0xFB01, 0xFB02),
 ]
 
 # What a face lacks and another of its characters can stand for.
@@ -47,6 +56,15 @@ BESIDE = {0x0132: (0x0049, 0x004A), 0x0133: (0x0069, 0x006A), 0x013F: (0x004C, 0
           0x0149: (0x2019, 0x006E)}
 OVER = {0x0114: (0x0045, 0x02D8), 0x0115: (0x0065, 0x02D8), 0x012C: (0x0049, 0x02D8), 0x012D: (0x0131, 0x02D8),
         0x014E: (0x004F, 0x02D8), 0x014F: (0x006F, 0x02D8)}
+
+# The marks that Vietnamese needs beyond those of other languages, for a face of Fira Code's weight, in thousandths of
+# an em: the hook from its lower end, the horn from the outer edge of the letter that it grows from.
+HOOK = [("moveTo", [(-78, 124)]), ("qCurveTo", [(-50, 186), (8, 186)]), ("qCurveTo", [(84, 186), (84, 124)]),
+        ("qCurveTo", [(84, 70), (30, 54)]), ("lineTo", [(30, 0)]), ("lineTo", [(-20, 0)]), ("lineTo", [(-20, 88)]),
+        ("qCurveTo", [(34, 92), (34, 122)]), ("qCurveTo", [(34, 140), (4, 140)]),
+        ("qCurveTo", [(-22, 140), (-36, 102)]), ("closePath", [])]
+HORN = [("moveTo", [(-90, -30)]), ("lineTo", [(-90, 34)]), ("lineTo", [(-36, 34)]), ("qCurveTo", [(8, 34), (8, 118)]),
+        ("lineTo", [(72, 118)]), ("qCurveTo", [(72, -30), (-36, -30)]), ("closePath", [])]
 
 # Blanks that a face lacks, in thousandths of an em. The narrow ones stand before French and in Russian punctuation.
 BLANKS = {0x2009: 200, 0x200B: 0, 0x202F: 200, 0x2060: 0}
@@ -145,6 +163,98 @@ def add_missing(font):
             map_character(font, code, f"uni{code:04X}")
 
 
+def add_long_s(font):
+    """Adds the long s: an f whose outline goes straight past its bar."""
+    cmap = font.getBestCmap()
+    x_height = font["OS/2"].sxHeight
+    pen = TTGlyphPen(None)
+    for contour, _, _ in contours(font, cmap[ord("f")]):
+        for operation, points in contour:
+            if operation != "lineTo" or not 0.75 * x_height < points[0][1] <= x_height:
+                getattr(pen, operation)(*points)
+    put_glyph(font, "uni017F", pen, font["hmtx"][cmap[ord("f")]][0])
+    map_character(font, 0x017F, "uni017F")
+
+
+class Shape:
+    """A letter or a mark, made of contours, that can be put elsewhere."""
+
+    def __init__(self, operations):
+        self.operations = operations
+        x, y = zip(*(point for _, points in operations for point in points if point))
+        self.left, self.bottom, self.right, self.top = min(x), min(y), max(x), max(y)
+        self.middle = (self.left + self.right) / 2
+
+    @classmethod
+    def of(cls, font, code, above=None):
+        """The glyph of a character, or only those of its contours that stand above a height."""
+        parts = contours(font, font.getBestCmap()[code])
+        return cls([step for part, low, _ in parts if above is None or low > above for step in part])
+
+    def put(self, middle, bottom, wide=1.0, high=1.0):
+        """The same shape with its middle and its lower end there, made smaller first."""
+        to = lambda x, y: (round((x - self.middle) * wide + middle), round((y - self.bottom) * high + bottom))
+        return Shape([(operation, [point and to(*point) for point in points]) for operation, points in self.operations])
+
+    def moved(self, x, y):
+        return self.put(self.middle + x, self.bottom + y)
+
+
+def marked_letter(font, letter, marks):
+    """The shapes of a Vietnamese letter: the bare letter, then its marks, each where it belongs."""
+    em = font["head"].unitsPerEm
+    body = Shape.of(font, 0x0131 if letter == "i" and "\u0309" in marks else ord(letter))
+    middle = font["hmtx"][font.getBestCmap()[ord(letter)]][0] / 2
+    capital = letter.isupper()
+    like = "A" if capital else "a"
+    like_top = Shape.of(font, ord(like)).top
+    as_set = lambda mark: Shape.of(font, ord(unicodedata.normalize("NFC", like + mark)), like_top)
+    own = lambda steps: Shape([(step, [(x * em / 1000, y * em / 1000) for x, y in points]) for step, points in steps])
+
+    shapes, above = [body], []
+    for mark in marks:
+        if mark == "\u031B":  # horn; on a round letter it grows from the shoulder
+            edge = body.right - (0.03 * em if letter in "Oo" else 0)
+            shapes.append(own(HORN).moved(edge, body.top - 0.045 * em))
+        elif mark == "\u0323":  # dot below, beside the tail of a y
+            dot = Shape.of(font, 0x02D9)
+            shapes.append(dot.put(middle + (0.14 * em if letter == "y" else 0), -0.055 * em - (dot.top - dot.bottom)))
+        elif mark == "\u0309":  # hook, as high as the face has an acute
+            above.append(own(HOOK).moved(middle, as_set("\u0301").bottom))
+        else:
+            above.append(as_set(mark))
+    if len(above) < 2:
+        return shapes + above
+
+    # Two marks above: a line has little room there, so both are made smaller and stand lower. A slanted one stands at a
+    # circumflex's right end and in a breve's bowl, a tilde above.
+    first, second = above
+    foot = like_top + (0.035 if capital else 0.06) * em
+    if marks[-1] == "\u0303":
+        first = first.put(middle, foot, 0.9, 0.65)
+        return [*shapes, first, second.put(middle, first.top + 0.025 * em, 0.9, 0.75)]
+    if "\u0302" in marks:
+        first = first.put(middle - 0.07 * em, foot, 0.8, 0.8)
+        second = second.put(0, first.bottom + 0.065 * em, 0.75, 0.8)
+        return [*shapes, first, second.moved(first.right + 0.005 * em - second.left, 0)]
+    first = first.put(middle, foot, 1, 0.75)
+    return [*shapes, first, second.put(middle, first.bottom + (0.085 if capital else 0.11) * em, 0.7, 0.75)]
+
+
+def add_vietnamese(font):
+    """Adds the Vietnamese letters that the face lacks."""
+    for code in (0x01A0, 0x01A1, 0x01AF, 0x01B0, *range(0x1EA0, 0x1EFA)):
+        if code in font.getBestCmap():
+            continue
+        letter, *marks = unicodedata.normalize("NFD", chr(code))
+        pen = TTGlyphPen(None)
+        for shape in marked_letter(font, letter, marks):
+            for operation, points in shape.operations:
+                getattr(pen, operation)(*[point and (round(point[0]), round(point[1])) for point in points])
+        put_glyph(font, f"uni{code:04X}", pen, font["hmtx"][font.getBestCmap()[ord(letter)]][0])
+        map_character(font, code, f"uni{code:04X}")
+
+
 def raise_marks(font, gap, ceiling):
     """Moves the loose marks above a letter up until they stand `gap` off it, though not above `ceiling`."""
     x_height = font["OS/2"].sxHeight
@@ -201,10 +311,12 @@ def build(root, face):
     options.drop_tables += ["DSIG"]
     font = subset.load_font(root / face["path"], options)
     subsetter = subset.Subsetter(options)
-    subsetter.populate(unicodes=[code for first, last in CHARACTERS for code in range(first, last + 1)])
+    subsetter.populate(unicodes=[code for first, last in CHARACTERS + TAKEN_ALONG for code in range(first, last + 1)])
     subsetter.subset(font)
 
     add_missing(font)
+    add_long_s(font)
+    add_vietnamese(font)
     if "mark_gap" in face:
         em = font["head"].unitsPerEm
         # A made bold grows upwards too, by about a fiftieth of an em, and the line's top cuts off what stands higher.
@@ -226,13 +338,10 @@ def build(root, face):
 
 
 def check(face):
-    """What the library relies on: outlines, names, one regular face, every character of the fourteen languages' scripts."""
+    """What the library relies on: outlines, names, one regular face, every character of CHARACTERS."""
     font = TTFont(HERE / face["file"])
     cmap = font.getBestCmap()
-    needed = [*range(0x20, 0x7F), *range(0xA0, 0x17F), *range(0x400, 0x460), 0x490, 0x491, *range(0x2010, 0x2012),
-              *range(0x2013, 0x2016), *range(0x2018, 0x201B), *range(0x201C, 0x201F), 0x2022, 0x2026, 0x202F, 0x2039, 0x203A, 0x20AC, 0x20BD,
-              0x2116, 0x2122, *range(0x2190, 0x2194)]
-    missing = [f"{code:04X}" for code in needed if code not in cmap]
+    missing = [f"{code:04X}" for first, last in CHARACTERS for code in range(first, last + 1) if code not in cmap]
     if missing or "glyf" not in font or font["name"].getDebugName(1) != face["family"]:
         raise SystemExit(f"{face['file']}: not what was meant; missing: {missing}")
     size = (HERE / face["file"]).stat().st_size

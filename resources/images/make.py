@@ -364,15 +364,19 @@ def luminance(srgb):
 def check_background():
     """Prints the lowest contrast of each text colour with the shown background; below 4.5 : 1 it is an error.
 
-    Text stands below the page's picture, in the lower 62 %. The client area is 480 x 480 or, by the font's metrics,
-    480 x 450.
+    Text stands in the lower two thirds: the title begins at 34 % of the height, under the page's picture, and what can
+    hold a link further down. The client area is 480 x 480 or, by the font's metrics, 480 x 450.
     """
+    colours = [  # and the share of the height at which what they colour can begin
+        ("text", GREY[10], 0.33), ("disabled text", GREY[8], 0.33), ("link", BLUE[8], 0.38),
+        ("link pointed at", BLUE[7], 0.38),
+    ]
     worst = math.inf
     with Image.open(HERE / "background.jpg") as background:
         for height in (480, 450):
-            shown = numpy.asarray(background.resize((480, height), Image.LANCZOS), float)[int(0.38 * height) :] / 255
-            brightest = luminance(shown).max()
-            for name, colour in (("text", GREY[10]), ("link", BLUE[8]), ("link pointed at", BLUE[7])):
+            shown = numpy.asarray(background.resize((480, height), Image.LANCZOS), float) / 255
+            for name, colour, start in colours:
+                brightest = luminance(shown[int(start * height) :]).max()
                 contrast = (luminance(colour) + 0.05) / (brightest + 0.05)
                 worst = min(worst, contrast)
                 print(f"480 x {height}: {name} {contrast:.2f} : 1")

@@ -49,6 +49,8 @@ TEST_F(ConfigurationTest, HasTheShippedValues) {
         {"app.installertype", "thick"},
         {"app.oer.url", "/er/errorreport.xml"},
         {"updater.url", ".example"},
+        {"legal.url", ".example"},
+        {"support.url", ".example"},
         {"installer.downloadurl", std::string(cdnFolder) + "PalisadeappInstaller.exe"},
         {"telemetry.tally.url", "/tallyEvents"},
         {"telemetry.brisk.url", "/brisk/telm"},

@@ -102,6 +102,8 @@ MessageResult BootstrapperDialog::OnQueryEndSession() {
 }
 
 MessageResult BootstrapperDialog::OnDestroy() {
+    // What the box said stands when the window goes with its question unanswered.
+    if (questionCheck) questionChecked = questionCheck->IsChecked();
     PostQuitMessage(0);
     app.quit(0);
     return handled();

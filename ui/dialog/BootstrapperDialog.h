@@ -91,9 +91,11 @@ class BootstrapperDialog : public Dialog {
 
     void OnStartInstall();
     void OnClosePressed();
+    void OnDismissed();
     void StopInstaller();
-    void AnswerPage(int32_t control);
+    void AnswerPage(int32_t control) { Top().result = control; }
     void OnBrowse();
+    void SetInstallFolder(const std::wstring& folder);
 
     /// Ends a run whose next step the engine has refused.
     void QuitOnFailure(const char* operation, HRESULT hr);
@@ -105,6 +107,8 @@ class BootstrapperDialog : public Dialog {
     int32_t OnAlreadyInstalled();
     void ShowProgressPage(const wchar_t* titleKey);
     void UpdateProgress(int32_t percent);
+    void SetOlderClientTitle();
+    PageState& PageBelowPrompts();
     const wchar_t* InstallTitleKey() const;
 
     void OpenLegalDocument(std::wstring_view type);
@@ -122,6 +126,7 @@ class BootstrapperDialog : public Dialog {
     std::deque<PageState> pages{PageState{}};
     size_t openPrompts = 0;
     bool closePromptOpen = false;
+    bool questionChecked = true;  ///< the error prompt's box as it was last seen
 
   protected:
     [[nodiscard]] const PageState& TopPage() const { return pages.back(); }

@@ -14,21 +14,22 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
             if (kind == pageWelcome || kind == pageOptions)
                 OnStartInstall();
             else if (kind == pageOlderClient || kind == pagePrompt)
-                Top().result = id;
+                AnswerPage(id);
             break;
         case IDC_ACTION2:
             if (kind == pageOptions)
                 ReplacePage({.kind = pageWelcome});
             else
-                Top().result = id;
+                AnswerPage(id);
             break;
         case IDC_ACTION3:
-            Top().result = id;
+            AnswerPage(id);
             break;
         case IDC_CLOSE:
-        // What Escape and the system's own close command arrive as.
-        case IDCANCEL:
             OnClosePressed();
+            break;
+        case IDCANCEL:
+            OnDismissed();
             break;
         case IDC_OPTIONS:
             ReplacePage({.kind = pageOptions});
@@ -50,7 +51,7 @@ void BootstrapperDialog::OnStartInstall() {
     const std::wstring folder = locationValue->GetText();
     if (!ValidateInstallFolder(folder)) return;
     const wchar_t* titleKey = InstallTitleKey();
-    app.engine()->SetVariableString(L"InstallFolder", folder.c_str());
+    SetInstallFolder(folder);
     app.engine()->SetVariableString(L"CreateDesktopShortcut", shortcutCheck->IsChecked() ? L"1" : L"");
     if (getConfigBool("app.meridian.enableMigration", false) &&
         getConfigBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled()) {
@@ -66,12 +67,20 @@ void BootstrapperDialog::OnClosePressed() {
     if (!closePromptOpen && app.action() != BOOTSTRAPPER_ACTION_UNINSTALL) {
         closePromptOpen = true;
         const int32_t answer =
-            ShowPrompt(Translate(L"INSTALLER_CLOSE_TITLE"), {}, firstSecondary | 0x41, IDCANCEL,
-                       Translate(L"INSTALLER_CONTINUE_INSTALL"), Translate(L"INSTALLER_CANCEL_INSTALL"));
+            ShowPrompt(Translate(L"INSTALLER_CLOSE_TITLE"), {}, firstSecondary | iconInformation | buttonsOkCancel,
+                       IDCANCEL, Translate(L"INSTALLER_CONTINUE_INSTALL"), Translate(L"INSTALLER_CANCEL_INSTALL"));
         closePromptOpen = false;
         if (answer != IDCANCEL) return;
     }
     StopInstaller();
+}
+
+void BootstrapperDialog::OnDismissed() {
+    // Escape and the system's own close command. They dismiss the question that is open, and end no uninstall half-way.
+    if (closePromptOpen)
+        AnswerPage(IDC_ACTION1);
+    else if (app.action() != BOOTSTRAPPER_ACTION_UNINSTALL || Top().kind != pageProgress)
+        OnClosePressed();
 }
 
 void BootstrapperDialog::StopInstaller() {

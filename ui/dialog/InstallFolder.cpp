@@ -7,6 +7,7 @@
 #include "platform/ComPtr.h"
 #include "platform/Log.h"
 #include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/InstallFolder.h"
@@ -34,7 +35,7 @@ std::wstring parentOf(std::wstring path) {
 }
 
 bool isOlderClientsFolder(const std::wstring& folder) {
-    const std::wstring client = machineText(view32, L"Software\\Bastion", L"ClientPath");
+    const std::wstring client = machineText(view32, olderClientKey, L"ClientPath");
     if (client.empty() || !PathFileExistsW(client.c_str())) return false;
     return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
 }
@@ -46,7 +47,7 @@ bool hasRoom(const std::wstring& folder) {
     if (!GetVolumePathNameW(folder.c_str(), volume, longestPath) ||
         !GetDiskFreeSpaceExW(volume, &free, nullptr, nullptr))
         return true;
-    return free.QuadPart >= leastFreeBytes;
+    return isRoomy(free.QuadPart);
 }
 
 ComPtr<IShellItem> itemOf(const std::wstring& path) {
@@ -57,8 +58,7 @@ ComPtr<IShellItem> itemOf(const std::wstring& path) {
 
 /// Where the chooser opens: the folder around the product's own, or where programs go.
 ComPtr<IShellItem> startingFolder(const std::wstring& shown) {
-    const std::wstring last = PathFindFileNameW(shown.c_str());
-    const bool strip = last == productFolder && last != shown;
+    const bool strip = endsInProductFolder(shown, PathFindFileNameW(shown.c_str()));
     if (auto item = itemOf(strip ? parentOf(shown) : shown)) return item;
     return itemOf(machineText(view64, L"Software\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir"));
 }
@@ -75,7 +75,7 @@ std::wstring chooseFolder(HWND owner, const std::wstring& shown) {
     if (FAILED(chooser->Show(owner)) || FAILED(chooser->GetResult(chosen.put())) ||
         FAILED(chosen->GetDisplayName(SIGDN_FILESYSPATH, path.put())))
         return {};
-    return std::wstring(path.get()).substr(0, longestPath - 1);
+    return path.get();
 }
 
 }  // namespace
@@ -102,12 +102,20 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
 
 void BootstrapperDialog::OnBrowse() {
     const std::wstring chosen = chooseFolder(hwnd, locationValue->GetText().substr(0, longestPath - 1));
-    if (chosen.empty()) return;
+    if (chosen.empty() || chosen.size() >= longestPath) return;
     const std::wstring folder =
         productFolderIn(chosen, PathFindFileNameW(chosen.c_str()), PathIsRootW(chosen.c_str()) != FALSE);
-    if (!ValidateInstallFolder(folder)) return;
+    if (folder.size() >= longestPath || !ValidateInstallFolder(folder)) return;
     locationValue->SetText(folder);
-    app.engine()->SetVariableString(L"InstallFolder", folder.c_str());
+    SetInstallFolder(folder);
+}
+
+void BootstrapperDialog::SetInstallFolder(const std::wstring& folder) {
+    // Escaped, for what reads the variable formats it: brackets are allowed in a folder's name.
+    std::wstring escaped(folder.size() * 4 + 1, L'\0');
+    auto size = static_cast<DWORD>(escaped.size());
+    const bool made = SUCCEEDED(app.engine()->EscapeString(folder.c_str(), escaped.data(), &size));
+    app.engine()->SetVariableString(L"InstallFolder", made ? escaped.c_str() : folder.c_str());
 }
 
 }  // namespace pdx

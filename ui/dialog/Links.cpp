@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <shellapi.h>
+#include <shlwapi.h>
 
 #include "config/ConfigMap.h"
 #include "config/Translator.h"
@@ -18,11 +19,14 @@ void openWithShell(const std::wstring& target) {
     ShellExecuteW(nullptr, L"open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
-/// A file beside the program that runs.
+/// A file beside the program that runs. The engine runs a copy of it in a folder of its own and unpacks what the bundle
+/// brings beside the library, so that is the second place.
 std::wstring besideProgram(const std::wstring& name) {
     const std::wstring program = getProcessFilePath();
     const size_t slash = program.rfind(L'\\');
-    return slash == std::wstring::npos ? std::wstring() : program.substr(0, slash + 1) + name;
+    std::wstring file = slash == std::wstring::npos ? std::wstring() : program.substr(0, slash + 1) + name;
+    const std::wstring unpacked = getModuleFilePath(name);
+    return !PathFileExistsW(file.c_str()) && PathFileExistsW(unpacked.c_str()) ? unpacked : file;
 }
 
 }  // namespace

@@ -14,7 +14,10 @@ namespace {
 /// Held by a running client.
 constexpr const wchar_t* clientMutexName = L"Global\\PalisadeDesktop.exe";
 
-bool isClientRunning() { return static_cast<bool>(Handle(OpenMutexW(SYNCHRONIZE, FALSE, clientMutexName))); }
+/// A client of another user may not be looked at, and runs all the same.
+bool isClientRunning() {
+    return Handle(OpenMutexW(SYNCHRONIZE, FALSE, clientMutexName)) || GetLastError() == ERROR_ACCESS_DENIED;
+}
 
 }  // namespace
 
@@ -63,7 +66,7 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
         case WM_BA_PROMPT_BASTION_UNINSTALL:
             return handled(ShowPrompt({}, {}, buttonsOkCancel, IDCANCEL, {}, {}, {}, {}, pageOlderClient));
         case WM_BA_UNINSTALLING_BASTION_TITLE:
-            titleLabel->SetText(Translate(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE"));
+            SetOlderClientTitle();
             return handled();
         case WM_BA_UNINSTALLING_BASTION:
             ShowProgressPage(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
@@ -88,8 +91,21 @@ void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey) {
     ReplacePage({.kind = pageProgress, .title = Translate(titleKey)});
 }
 
+PageState& BootstrapperDialog::PageBelowPrompts() {
+    return openPrompts < pages.size() ? pages[pages.size() - 1 - openPrompts] : Top();
+}
+
+void BootstrapperDialog::SetOlderClientTitle() {
+    const std::wstring title = Translate(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
+    if (openPrompts == 0)
+        titleLabel->SetText(title);
+    else
+        PageBelowPrompts().title = title;
+}
+
 void BootstrapperDialog::UpdateProgress(int32_t percent) {
-    PageState& page = Top();
+    // A message of another thread that was on its way when a prompt opened is none of the prompt's.
+    PageState& page = PageBelowPrompts();
     if (page.progress == percent) return;
     SendMessageW(progressBar->GetHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     page.progress = percent;
@@ -142,10 +158,12 @@ void BootstrapperDialog::OnUninstallDetected() {
 int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {
     const ErrorText text = errorText(error.errorType, error.code);
     questionCheck->SetChecked(true);
+    questionChecked = true;
     const int32_t answer =
         ShowPrompt(Translate(text.titleKey), Translate(text.bodyKey), errorPromptFlags(error.uiHint),
                    error.defaultResult, {}, {}, {}, Translate(L"DIALOG_CLEAR-CACHE_CHECKMARK_LABEL"));
-    app.engine()->SetVariableNumeric(L"PDX_SUBMIT_ERROR_REPORT", questionCheck->IsChecked());
+    if (IsWindow(hwnd)) questionChecked = questionCheck->IsChecked();
+    app.engine()->SetVariableNumeric(L"PDX_SUBMIT_ERROR_REPORT", questionChecked);
     return answer;
 }
 

@@ -8,6 +8,8 @@ int32_t BootstrapperDialog::ShowPrompt(const std::wstring& title, const std::wst
                                        int32_t defaultResult, const std::wstring& button1, const std::wstring& button2,
                                        const std::wstring& button3, const std::wstring& checkLabel, int32_t kind) {
     if (!isPromptShown(app.display())) return defaultResult;
+    // Hidden for a newer installer that then failed: nobody could answer.
+    if (!IsVisible()) Show(SW_SHOW);
     ++openPrompts;
     PushPage({.kind = kind,
               .title = title,

@@ -10,9 +10,11 @@ bool startGraphics() {
     HMODULE pinned = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"gdiplus.dll", &pinned);
 
-    const Gdiplus::GdiplusStartupInput version1;
-    ULONG_PTR token = 0;
-    const Gdiplus::Status status = Gdiplus::GdiplusStartup(&token, &version1, nullptr);
+    static ULONG_PTR token = 0;
+    static const Gdiplus::Status status = [] {
+        const Gdiplus::GdiplusStartupInput version1;
+        return Gdiplus::GdiplusStartup(&token, &version1, nullptr);
+    }();
     if (status != Gdiplus::Ok) PDX_LOG(logError, "startGraphics", "GdiplusStartup failed: status=%d", int{status});
     return status == Gdiplus::Ok;
 }

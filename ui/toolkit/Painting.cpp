@@ -32,6 +32,7 @@ bool drawsFontLines() {
         Graphics graphics(picture);
         ApplyQuality(graphics);
         const auto font = CreateFontByName(textFace, size, fontUnderline);
+        if (!font->native()) return true;
         const StringFormat format = CreateTextFormat();
         const Brush brush(palette::defaultText);
         graphics.DrawString(L"H", font.get(), {}, &format, &brush);

@@ -32,8 +32,12 @@ void Static::StoreText(LPARAM newText) {
 MessageResult Static::Draw(Graphics& graphics) {
     const DWORD style = GetStyle();
     StringFormat format = CreateTextFormat();
-    for (const auto& row : trimmings)
-        if ((style & SS_ELLIPSISMASK) == row.style) format.SetTrimming(row.trimming);
+    for (const auto& row : trimmings) {
+        if ((style & SS_ELLIPSISMASK) != row.style) continue;
+        format.SetTrimming(row.trimming);
+        // What is to be cut is not to go on in a second line.
+        format.AddFlags(Gdiplus::StringFormatFlagsNoWrap);
+    }
     if (style & SS_CENTER)
         format.SetAlignment(Gdiplus::StringAlignmentCenter);
     else if (style & SS_RIGHT)

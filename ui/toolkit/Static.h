@@ -1,4 +1,4 @@
-// A label of plain text in one line.
+// A label of plain text.
 #pragma once
 
 #include "ui/toolkit/Control.h"

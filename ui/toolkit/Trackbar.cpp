@@ -77,6 +77,8 @@ MessageResult Trackbar::OnLButtonDown(WPARAM, int32_t x, int32_t y) {
 }
 
 MessageResult Trackbar::OnMouseMove(int32_t x, int32_t y) {
+    // Another window may have taken the mouse in the middle of a drag.
+    if (dragging && GetCapture() != hwnd) dragging = false;
     if (!dragging) return unhandled();
     const TrackState track = GetState();
     SetPositionAndNotify(draggedPosition(track, dragStartPosition, (track.vertical ? y : x) - dragAnchor),

@@ -73,6 +73,8 @@ RECT toNative(const Rect& rect) { return {rect.left, rect.top, rect.right, rect.
 
 /// The client rectangle of one window in the client coordinates of another.
 Rect mappedClientRect(HWND from, HWND to) {
+    // To the platform no window is the screen.
+    if (!from) return {};
     RECT rect{};
     ::GetClientRect(from, &rect);
     MapWindowPoints(from, to, reinterpret_cast<POINT*>(&rect), 2);

@@ -12,6 +12,12 @@ inline constexpr std::wstring_view productFolder = L"Palisade Desktop";
 
 /// The least free space, one GiB.
 inline constexpr uint64_t leastFreeBytes = 0x40000000;
+constexpr bool isRoomy(uint64_t freeBytes) { return freeBytes >= leastFreeBytes; }
+
+/// Whether a path, by its last component, is the product's own folder in another, where the chooser then opens.
+constexpr bool endsInProductFolder(std::wstring_view path, std::wstring_view lastComponent) {
+    return lastComponent == productFolder && lastComponent != path;
+}
 
 /// Whether a folder is another one or lies under it. `lowerFolder` and `lowerOther` are lower-cased; a sibling whose
 /// name only begins the same is neither.
@@ -21,7 +27,7 @@ constexpr bool isAtOrUnder(std::wstring_view lowerFolder, std::wstring_view lowe
 }
 
 /// The folder for the product inside a chosen one: with its name appended unless it stands there already. A root
-/// (isRoot) always gets it. Nothing is appended where the result would not fit the platform's buffer.
+/// (isRoot) always gets it. Nothing is appended to a path of 4084 characters or more.
 std::wstring productFolderIn(std::wstring_view chosen, std::wstring_view lastComponent, bool isRoot);
 
 }  // namespace pdx

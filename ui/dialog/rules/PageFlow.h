@@ -46,8 +46,8 @@ struct ErrorText {
 /// What an error is called towards the user.
 ErrorText errorText(uint32_t errorType, uint32_t code);
 
-/// The flags of the error prompt: the engine's style without its icon, but for the question bit, with an error icon
-/// and the first button outlined.
+/// The flags of the error prompt: the engine's style with an error icon in place of its own and the first button
+/// outlined.
 constexpr uint32_t errorPromptFlags(uint32_t uiHint) { return (uiHint & ~0xE0u) | 0x80000010u; }
 
 /// What the connection prompt's button makes of a failed download.

@@ -48,7 +48,6 @@ struct RectF {
 };
 
 constexpr Box boxOf(const Rect& rect) { return {rect.left, rect.top, rect.width(), rect.height()}; }
-constexpr Rect edgesOf(const Box& box) { return {box.x, box.y, box.x + box.width, box.y + box.height}; }
 
 /// What two boxes have in common; a size of 0 when that is nothing.
 constexpr Box intersection(const Box& one, const Box& other) {

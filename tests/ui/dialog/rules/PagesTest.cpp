@@ -40,8 +40,12 @@ TEST(Prompts, AnswerByButtonSet) {
         EXPECT_EQ(ButtonResult(set, 0), 0) << "the window went without an answer";
     }
     EXPECT_EQ(ButtonResult(7, IDC_ACTION1), 0);
-    EXPECT_STREQ(defaultButtonKey(4), L"INSTALLER_RETRY");
-    EXPECT_STREQ(defaultButtonKey(11), L"INSTALLER_CONTINUE");
+    const std::pair<int32_t, const wchar_t*> keys[] = {
+        {1, L"INSTALLER_OK"},    {2, L"INSTALLER_CANCEL"},     {3, L"INSTALLER_ABORT"},
+        {4, L"INSTALLER_RETRY"}, {5, L"INSTALLER_IGNORE"},     {6, L"INSTALLER_YES"},
+        {7, L"INSTALLER_NO"},    {10, L"INSTALLER_TRY_AGAIN"}, {11, L"INSTALLER_CONTINUE"},
+    };
+    for (const auto& [result, key] : keys) EXPECT_STREQ(defaultButtonKey(result), key);
     for (const int32_t none : {0, 8, 9, 12}) EXPECT_STREQ(defaultButtonKey(none), L"");
 }
 
@@ -57,6 +61,7 @@ TEST(PageFlow, FollowsADetection) {
     EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED, full, true), DetectFlow::update);
     EXPECT_EQ(afterDetection(BOOTSTRAPPER_ACTION_UPDATE_REPLACE, full, true), DetectFlow::plan);
     EXPECT_TRUE(hidesForUpdate(BOOTSTRAPPER_ACTION_UPDATE_REPLACE));
+    EXPECT_TRUE(hidesForUpdate(BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED));
     EXPECT_FALSE(hidesForUpdate(BOOTSTRAPPER_ACTION_INSTALL));
 }
 
@@ -65,17 +70,22 @@ TEST(PageFlow, NamesErrors) {
         uint32_t type;
         uint32_t code;
         std::wstring_view title;
+        std::wstring_view body;
     } rows[] = {
-        {0x7ff, 1150, L"INSTALLER_ERROR_OS_TITLE"},
-        {0x7ff, 1152, L"INSTALLER_ERROR_TITLE"},
-        {1, 1336, L"INSTALLER_ERROR_DISK_SPACE_TITLE"},
-        {1, 1601, L"INSTALLER_ERROR_DISK_SPACE_TITLE"},
-        {0, 1602, L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE"},
-        {1, 1602, L"INSTALLER_ERROR_UNKNOWN_TITLE"},
-        {0x7ff, 25000, L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_TITLE"},
-        {1, 1603, L"INSTALLER_ERROR_UNKNOWN_TITLE"},
+        {0x7ff, 1150, L"INSTALLER_ERROR_OS_TITLE", L"INSTALLER_ERROR_OS"},
+        {0x7ff, 1152, L"INSTALLER_ERROR_TITLE", L"INSTALLER_ERROR_SINGLE_INSTANCE"},
+        {1, 1336, L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"},
+        {1, 1601, L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"},
+        {0, 1602, L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE",
+         L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_AUTHENTICATED_BODY"},
+        {1, 1602, L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN"},
+        {0x7ff, 25000, L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_TITLE", L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_BODY"},
+        {1, 1603, L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN"},
     };
-    for (const auto& row : rows) EXPECT_EQ(errorText(row.type, row.code).titleKey, row.title) << row.code;
+    for (const auto& row : rows) {
+        EXPECT_EQ(errorText(row.type, row.code).titleKey, row.title) << row.code;
+        EXPECT_EQ(errorText(row.type, row.code).bodyKey, row.body) << row.code;
+    }
     EXPECT_EQ(errorPromptFlags(0x35), 0x80000015u);
     EXPECT_EQ(errorPromptFlags(0), 0x80000010u);
 }
@@ -102,6 +112,18 @@ TEST(PageLayout, KeepsAPicturesProportions) {
     EXPECT_EQ(fitPicture({0, 0, 50, 50}, {0, 0}), (Box{0, 0, 50, 50}));
     EXPECT_EQ(cutAtLineFeed(L"a\n\nb"), (std::pair<std::wstring, std::wstring>(L"a", L"\nb")));
     EXPECT_EQ(cutAtLineFeed(L"none"), (std::pair<std::wstring, std::wstring>()));
+}
+
+TEST(InstallFolder, NeedsOneGiB) {
+    EXPECT_TRUE(isRoomy(0x40000000));
+    EXPECT_FALSE(isRoomy(0x3FFFFFFF));
+    EXPECT_TRUE(isRoomy(0x100000000)) << "a low word of nothing";
+}
+
+TEST(InstallFolder, OpensTheChooserAroundTheProductsOwn) {
+    EXPECT_TRUE(endsInProductFolder(L"D:\\Palisade Desktop", L"Palisade Desktop"));
+    EXPECT_FALSE(endsInProductFolder(L"Palisade Desktop", L"Palisade Desktop")) << "nothing would be left";
+    EXPECT_FALSE(endsInProductFolder(L"D:\\Games", L"Games"));
 }
 
 TEST(InstallFolder, KnowsTheOlderClientsOwn) {

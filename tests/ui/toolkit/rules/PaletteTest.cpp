@@ -5,14 +5,31 @@
 namespace pdx {
 namespace {
 
-TEST(Palette, IsOpaqueAndGetsLighterFromStepToStep) {
+/// FNV-1a over the red, green and blue bytes of the ramp.
+uint32_t checksum(const palette::Ramp& ramp) {
+    uint32_t sum = 2166136261u;
+    for (const Color color : ramp)
+        for (const int shift : {16, 8, 0}) sum = (sum ^ (color >> shift & 0xFF)) * 16777619u;
+    return sum;
+}
+
+TEST(Palette, HasTheColorsOfTheDesignAndIsOpaque) {
     using namespace palette;
-    const auto brightness = [](Color color) { return (color >> 16 & 0xFF) + (color >> 8 & 0xFF) + (color & 0xFF); };
-    for (const Ramp& ramp : {Blue, Crimson, Mint, Violet, Coral, Aqua, Red, Green, Yellow, Grey})
-        for (size_t i = 0; i < ramp.size(); ++i) {
-            EXPECT_EQ(ramp[i] >> 24, 0xFFu) << std::hex << ramp[i];
-            EXPECT_TRUE(i == 0 || brightness(ramp[i]) > brightness(ramp[i - 1])) << std::hex << ramp[i];
-        }
+    struct Case {
+        const char* name;
+        const Ramp& ramp;
+        uint32_t designed;  ///< checksum of the design's own table
+    };
+    const Case cases[] = {
+        {"Blue", Blue, 0x28A345FE},     {"Crimson", Crimson, 0x578D171A}, {"Mint", Mint, 0xA8FB4FC4},
+        {"Violet", Violet, 0x4E1960F0}, {"Coral", Coral, 0x6B47145A},     {"Aqua", Aqua, 0x94DFC281},
+        {"Red", Red, 0xAA5B71DF},       {"Green", Green, 0xC13DE278},     {"Yellow", Yellow, 0x45635A7E},
+        {"Grey", Grey, 0xA2431AA1},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(checksum(c.ramp), c.designed) << c.name;
+        for (const Color color : c.ramp) EXPECT_EQ(color >> 24, 0xFFu) << c.name << std::hex << " " << color;
+    }
 }
 
 TEST(Palette, PutsAnotherAlphaUnderAColor) {
