@@ -24,10 +24,13 @@ void ProgressBar::StartTimer() {
 
 void ProgressBar::SetMarquee(bool on) {
     marquee = on;
-    if (on)
+    if (on) {
         StartTimer();
-    else
-        KillTimer(marqueeTimer);
+        return;
+    }
+    KillTimer(marqueeTimer);
+    // The native control repaints for a new position only, and the first may be the one that it holds.
+    Invalidate();
 }
 
 MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lparam) {
