@@ -93,16 +93,6 @@ int CALLBACK collectFace(const LOGFONTW* font, const TEXTMETRICW*, DWORD type, L
     return 1;
 }
 
-/// The family of the font that a context draws with: another than the one asked for where one face stands in for it.
-std::wstring familyIn(HDC context) {
-    std::vector<std::byte> metrics(GetOutlineTextMetricsW(context, 0, nullptr));
-    if (!GetOutlineTextMetricsW(context, static_cast<UINT>(metrics.size()),
-                                reinterpret_cast<OUTLINETEXTMETRICW*>(metrics.data())))
-        return {};
-    const auto& outline = *reinterpret_cast<const OUTLINETEXTMETRICW*>(metrics.data());
-    return reinterpret_cast<const wchar_t*>(metrics.data() + reinterpret_cast<uintptr_t>(outline.otmpFamilyName));
-}
-
 InstalledFont anInstalledFont() {
     const HDC screen = GetDC(nullptr);
     std::vector<std::wstring> faces;
@@ -117,7 +107,7 @@ InstalledFont anInstalledFont() {
         const HFONT font = CreateFontW(-10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, face.c_str());
         const HGDIOBJ before = SelectObject(screen, font);
         const DWORD size = GetFontData(screen, 0, 0, nullptr, 0);
-        if (size != GDI_ERROR && familyIn(screen) == face) {
+        if (size != GDI_ERROR) {
             found = {face, std::vector<std::byte>(size)};
             GetFontData(screen, 0, 0, found.file.data(), size);
         }
