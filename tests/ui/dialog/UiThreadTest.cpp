@@ -4,7 +4,12 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <mutex>
+#include <span>
+#include <utility>
+#include <vector>
 
 #include "config/Translator.h"
 #include "harness/engine/LoadedLibrary.h"
@@ -112,6 +117,77 @@ TEST(UiThread, TakesTenThousandMessagesOfProgressFromTwoThreads) {
     run.app->sendAppMessage(WM_BA_EXECUTE_PROGRESS, 0, 77);
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 77);
     EXPECT_EQ(run.app->OnShutdown(), 0);
+}
+
+/// Notes the thread of every picture that this program decodes while it lives: all go through one import of GDI+.
+class DecodeWatch {
+  public:
+    DecodeWatch() : slot(importOf("GdipCreateBitmapFromStream")) {
+        threads.clear();
+        if (slot) original = reinterpret_cast<Decode>(replace(reinterpret_cast<void*>(&noted)));
+    }
+    ~DecodeWatch() {
+        if (slot) replace(reinterpret_cast<void*>(original));
+    }
+    DecodeWatch(const DecodeWatch&) = delete;
+    DecodeWatch& operator=(const DecodeWatch&) = delete;
+    [[nodiscard]] static std::vector<DWORD> decodingThreads() {
+        const std::lock_guard hold(lock);
+        return threads;
+    }
+
+  private:
+    using Decode = Gdiplus::GpStatus(WINAPI*)(IStream*, Gdiplus::GpBitmap**);
+
+    static Gdiplus::GpStatus WINAPI noted(IStream* stream, Gdiplus::GpBitmap** bitmap) {
+        {
+            const std::lock_guard hold(lock);
+            threads.push_back(GetCurrentThreadId());
+        }
+        return original(stream, bitmap);
+    }
+    static void** importOf(const char* function) {
+        auto* image = reinterpret_cast<std::byte*>(GetModuleHandleW(nullptr));
+        const auto& header =
+            *reinterpret_cast<IMAGE_NT_HEADERS*>(image + reinterpret_cast<IMAGE_DOS_HEADER*>(image)->e_lfanew);
+        const auto& imports = header.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
+        const std::span slots(reinterpret_cast<void**>(image + imports.VirtualAddress), imports.Size / sizeof(void*));
+        const auto wanted = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"gdiplus.dll"), function));
+        const auto found = std::ranges::find(slots, wanted);
+        return wanted && found != slots.end() ? &*found : nullptr;
+    }
+    void* replace(void* function) const {
+        DWORD before = 0;
+        VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
+        void* const replaced = std::exchange(*slot, function);
+        VirtualProtect(slot, sizeof *slot, before, &before);
+        return replaced;
+    }
+
+    static inline std::mutex lock;
+    static inline std::vector<DWORD> threads;
+    static inline Decode original = nullptr;
+    void** slot;
+};
+
+TEST(UiThread, DecodesEveryPictureOnceAndOnItself) {
+    const DecodeWatch watch;
+    StartedRun run;
+    const NameWatch page(BootstrapperDialog::Translate(L"installer_install_progress_title"));
+    run.app->sendAppMessage(WM_BA_CACHE_BEGIN);
+    const HWND dialog = page.wait();
+    RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    const NameWatch prompt(BootstrapperDialog::Translate(L"installer_already_installed_title"));
+    Callback asking(*run.app, WM_BA_PROMPT_ALREADY_INSTALLED);
+    EXPECT_EQ(prompt.wait(), dialog);
+    RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    const std::vector<DWORD> once(4, GetWindowThreadProcessId(dialog, nullptr));
+    EXPECT_EQ(DecodeWatch::decodingThreads(), once);
+    EXPECT_NE(once[0], GetCurrentThreadId());
+    PostThreadMessageW(once[0], WM_QUIT, 0, 0);
+    asking.thread.join();
+    EXPECT_EQ(run.app->OnShutdown(), 0);
+    EXPECT_EQ(DecodeWatch::decodingThreads(), once);
 }
 
 /// A resource that the loaded library is left with only so many bytes of.
