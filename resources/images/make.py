@@ -334,12 +334,15 @@ def draw_background():
     picture = lay(picture, mix(GREY[3], dusk, 0.46), 0.80 * round_light(0.5, 0.735, 0.80, 0.30))
 
     ember = mix(CORAL[0], CRIMSON[1], 0.70)
-    rows = [  # stake's width, height of the points in the middle, rise to the sides, jitter, body, light
-        (30, 800, 150, 7, mix(GREY[3], VIOLET[0], 0.17), mix(GREY[3], ember, 0.36)),
-        (50, 880, 270, 11, mix(GREY[2], VIOLET[0], 0.10), mix(GREY[3], ember, 0.36)),
-        (86, 985, 470, 15, mix(GREY[1], VIOLET[0], 0.06), mix(GREY[3], ember, 0.36)),
+    # The front row's points stand among the buttons: they get little light there, and more towards the sides.
+    sides = numpy.clip((numpy.abs(x - 0.5) - 0.3) / 0.1, 0, 1)
+    rows = [  # stake's width, height of the points in the middle, rise to the sides, jitter, body, share of the light
+        (30, 800, 150, 7, mix(GREY[3], VIOLET[0], 0.17), numpy.full((SIDE, SIDE), 0.36)),
+        (50, 880, 270, 11, mix(GREY[2], VIOLET[0], 0.10), numpy.full((SIDE, SIDE), 0.36)),
+        (86, 1010, 495, 15, mix(GREY[1], VIOLET[0], 0.06), 0.18 + 0.16 * sides),
     ]
-    for seed, (width, top, rise, jitter, body, light) in enumerate(rows):
+    for seed, (width, top, rise, jitter, body, share) in enumerate(rows):
+        light = lay(numpy.broadcast_to(numpy.array(GREY[3]), picture.shape), ember, share)
         cover, lit = wall(width, top, rise, jitter, seed)
         face = lay(numpy.broadcast_to(numpy.array(body), picture.shape), light, lit)
         picture = picture + (face - picture) * cover[:, :, None]
