@@ -60,7 +60,7 @@ double processorSeconds() {
 double idleShare() {
     const double before = processorSeconds();
     const double elapsed = secondsOf([] { Sleep(marqueeMs); });
-    return (processorSeconds() - before) / elapsed * 100;
+    return std::max(0.0, processorSeconds() - before) / elapsed * 100;
 }
 
 }  // namespace

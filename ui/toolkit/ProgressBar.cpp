@@ -43,6 +43,8 @@ MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lpa
 }
 
 MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
+    // Moved, or shown again: there may be another page behind it.
+    ground.reset();
     const UINT flags = reinterpret_cast<const WINDOWPOS*>(position)->flags;
     if (marquee && (flags & SWP_SHOWWINDOW)) SetTimer(marqueeTimer, marqueePeriodMs);
     if (marquee && (flags & SWP_HIDEWINDOW)) KillTimer(marqueeTimer);
@@ -54,6 +56,19 @@ MessageResult ProgressBar::OnTimer(WPARAM) {
     const Size client = GetClientSize();
     if (marquee && (chunksShown || areInView(marqueeChunks(client, GetTickCount64()), client))) Invalidate();
     return handled();
+}
+
+void ProgressBar::PaintGround(Graphics& buffer) {
+    const Size client = GetClientSize();
+    if (!ground) {
+        ground = std::make_unique<Bitmap>(client);
+        Graphics surface(*ground);
+        ApplyQuality(surface);
+        Control::PaintGround(surface);
+    }
+    buffer.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    buffer.CopyImage(*ground, {0, 0, client.width, client.height});
+    buffer.SetCompositingMode(Gdiplus::CompositingModeSourceOver);
 }
 
 MessageResult ProgressBar::Draw(Graphics& graphics) {

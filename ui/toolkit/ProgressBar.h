@@ -18,6 +18,9 @@ class ProgressBar : public Control {
 
     [[nodiscard]] bool IsMarquee() const { return marquee; }
 
+  protected:
+    void PaintGround(Graphics& buffer) override;
+
   private:
     void SetMarquee(bool on);
     void StartTimer();
@@ -27,6 +30,8 @@ class ProgressBar : public Control {
     Color trackColor = palette::Grey[6];
     bool marquee = false;
     bool chunksShown = false;  ///< by the last paint
+    std::unique_ptr<Bitmap>
+        ground;  ///< kept for the next of fifty paints a second, until the bar moves or is shown again
     UINT marqueePeriodMs;
 };
 

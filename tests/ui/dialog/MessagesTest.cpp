@@ -220,6 +220,9 @@ TEST(DialogMessages, OfProgressReachTheBarWhenTheyTellSomethingNew) {
         EXPECT_EQ(count, row.count);
         EXPECT_EQ(bench.progress(), row.shown);
     }
+    for (int time = 0; time < 10000; ++time) bench.send(WM_BA_EXECUTE_PROGRESS, 0, time / 99);
+    EXPECT_EQ(count, 3 + 101) << "one for each percentage but the first, which was there";
+    EXPECT_EQ(bench.progress(), 100);
 }
 
 }  // namespace

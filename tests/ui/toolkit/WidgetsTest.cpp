@@ -5,6 +5,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include "harness/ui/Snapshot.h"
 #include "tests/ui/toolkit/TestWindows.h"
 #include "ui/toolkit/Button.h"
 #include "ui/toolkit/Checkbox.h"
@@ -329,6 +330,18 @@ TEST_F(Widgets, ABarIsFilledToItsPosition) {
     EXPECT_TRUE(alike(Drawn(bar).at(6, 4), coral)) << "the gradient begins here";
     EXPECT_TRUE(alike(Drawn(bar).at(166, 4), grey));
     EXPECT_EQ(Drawn(bar).at(0, 0) >> 24, 0u) << "round";
+}
+
+TEST_F(Widgets, ABarShowsTheGroundOfThePageThatItAppearsOn) {
+    Color color = coral;
+    dialog.painter = [&](Graphics& graphics) { graphics.FillRectangle(Brush(color), {0, 0, 500, 500}); };
+    ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
+    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), coral));
+    color = buttonBlue;
+    bar.Show(SW_HIDE);
+    bar.Show(SW_SHOW);
+    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), buttonBlue));
+    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({160, 4}), grey));
 }
 
 TEST_F(Widgets, ATrackbarTellsItsParentWhereItWasTaken) {
