@@ -52,6 +52,8 @@ pdx::Measurements measureAll(const std::filesystem::path& library) {
         all.insert(all.end(), measurements.begin(), measurements.end());
     };
     take(pdx::measureStartup(library));
+    take(pdx::measureWindow(library));
+    take(pdx::measureLayout());
     take(pdx::measureMessages(library));
     take(pdx::measureLogging());
     take(pdx::measureSize(library));

@@ -9,6 +9,11 @@ namespace pdx {
 
 /// From BootstrapperApplicationCreate to the return of OnStartup, of the first load in the process and of the median.
 Measurements measureStartup(const std::filesystem::path& library);
+/// The dialog of the shipped library: its welcome page from OnStartup on, a repaint, what it takes of memory, and what
+/// of a core while a bar of unknown progress moves.
+Measurements measureWindow(const std::filesystem::path& library);
+/// Marked-up text: parsed, measured and placed, without a paint.
+Measurements measureLayout();
 /// Windows Installer's messages through OnExecuteMsiMessage of the shipped library, and what of memory stays taken.
 Measurements measureMessages(const std::filesystem::path& library);
 /// A log line and the scrubbing of its text, each also as a ratio to formatting the line alone.

@@ -9,30 +9,40 @@
 
 namespace pdx {
 
-/// A silent install, before detection. The slots are called by whoever measures; the end of the life comes with the
-/// destructor.
+/// An install before detection, silent unless told otherwise. The slots are called by whoever measures; the end of the
+/// life comes with the destructor.
 class StartedLibrary {
   public:
-    explicit StartedLibrary(const std::filesystem::path& file) : library(file) {
+    explicit StartedLibrary(const std::filesystem::path& file, BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE)
+        : library(file) {
         if (!library) throw std::runtime_error("the library cannot be loaded");
         engine.keepRecords(false);
         for (const auto* mode : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(mode, L"0");
         command.action = BOOTSTRAPPER_ACTION_INSTALL;
-        command.display = BOOTSTRAPPER_DISPLAY_NONE;
+        command.display = display;
     }
     StartedLibrary(const StartedLibrary&) = delete;
     StartedLibrary& operator=(const StartedLibrary&) = delete;
-    ~StartedLibrary() {
+    ~StartedLibrary() { end(); }
+
+    void create() {
+        if (FAILED(library.create(&engine, &command, &instance)))
+            throw std::runtime_error("the library makes no application object");
+    }
+    void startUp() {
+        if (FAILED(instance->OnStartup())) throw std::runtime_error("the library does not start");
+    }
+    void start() {
+        create();
+        startUp();
+    }
+    void end() {
         if (instance) {
             instance->OnShutdown();
             instance->Release();
+            instance = nullptr;
         }
         library.destroy();
-    }
-
-    void start() {
-        if (FAILED(library.create(&engine, &command, &instance)) || FAILED(instance->OnStartup()))
-            throw std::runtime_error("the library does not start");
     }
     IBootstrapperApplication& application() { return *instance; }
 

@@ -12,7 +12,7 @@ from harness.places import OUT, ROOT
 from harness.sandbox import sandboxed
 from harness.stage import write_result
 
-BOUND = 240  # seconds for one scenario; each run of the engine in it has a tighter bound of its own
+BOUND = 420  # seconds for one scenario; each run of the engine in it has a tighter bound of its own
 
 
 def perform(name: str, show: bool = False) -> dict:

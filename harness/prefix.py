@@ -12,13 +12,13 @@ from pathlib import Path
 from harness import fonts
 from harness.places import BUILD
 
-PREPARED = BUILD / "wine/prepared.3"  # the number rises with each change of what is prepared
+PREPARED = BUILD / "wine/prepared.4"  # the number rises with each change of what is prepared
 # Windows' own files are most of a prefix (1.3 GB) and nothing writes to them in place: copies share them by link.
 SHARED = ("system32", "syswow64", "winsxs", "Fonts")
 # The dialog is sized by its font: with this face it is as wide as on Windows and a sixteenth lower, whatever other
 # faces the machine has.
-FONT_REPLACEMENTS = {"Courier New": "DejaVu Sans Mono"}
-SYSTEM_LINK = "HKLM\\Software\\Microsoft\\Windows NT\\CurrentVersion\\FontLink\\SystemLink"
+FONT_SUBSTITUTES = {"Courier New": "DejaVu Sans Mono"}
+WINDOWS_KEY = "HKLM\\Software\\Microsoft\\Windows NT\\CurrentVersion"
 LEFTOVER_AGE = 3600  # seconds after which a copy belongs to no run any more
 
 
@@ -118,11 +118,11 @@ def prepare(display: str) -> None:
         prefix = Prefix(unfinished, display)
         prefix.run("wineboot", "--init", bound=300, check=True)
         prefix.set_registry("HKCU\\Software\\Wine", "Version", "win10")
-        for face, other in FONT_REPLACEMENTS.items():
-            prefix.set_registry("HKCU\\Software\\Wine\\Fonts\\Replacements", face, other)
+        for face, other in FONT_SUBSTITUTES.items():
+            prefix.set_registry(f"{WINDOWS_KEY}\\FontSubstitutes", face, other)
         fonts.install(prefix.path("C:\\windows\\Fonts"))
         for face in fonts.FACES:
-            prefix.set_registry_texts(SYSTEM_LINK, face, fonts.LINKS)
+            prefix.set_registry_texts(f"{WINDOWS_KEY}\\FontLink\\SystemLink", face, fonts.LINKS)
         subprocess.run(["wineserver", "-w"], env=prefix.environment, timeout=120)
         unfinished.rename(PREPARED)
 

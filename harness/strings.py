@@ -1,4 +1,5 @@
 """The strings of the window, as a person reads them."""
+import html
 import re
 import xml.etree.ElementTree as xml
 
@@ -6,8 +7,10 @@ from harness.places import ROOT
 
 
 def plain(markup: str) -> str:
-    """The words of a marked-up text."""
-    return " ".join(re.sub(r"<.*?>", " ", markup).split())
+    """The words of a marked-up text, as the window publishes them: a line break ends the line, other marks part no
+    words, and white space is one blank."""
+    lines = (re.sub(r"<.*?>", "", line, flags=re.S) for line in re.split(r"<br\b.*?>", markup, flags=re.I | re.S))
+    return "\r\n".join(" ".join(html.unescape(line).split()) for line in lines).strip()
 
 
 def all_texts(language: str) -> dict[str, str]:

@@ -2,10 +2,9 @@
 // standard input, a line each, and answers each with a line:
 //
 //   look                         the dialog as JSON, null if there is none; rectangles in pixels of the screen
-//   ask WINDOW MESSAGE WP LP     sends a message to a window of the dialog's process, given by its class, or "dialog"
-//   for
-//                                the installer's, or the number of a control of that; the result, or "none" without
-//                                such a window, or "late" if there is no answer within 10 seconds
+//   ask WINDOW MESSAGE WP LP     sends a message to a window of the dialog's process: one given by its class, or
+//                                "dialog", or a control of that by its number; answers with the result, or "none"
+//                                without such a window, or "late" if there is no reply within 10 seconds
 //   hold NAME                    makes a mutex that stays until "release" or the end
 //   release                      lets go of it
 #include <windows.h>

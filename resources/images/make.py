@@ -172,24 +172,25 @@ def draw_logo():
 def draw_error():
     """The same shield gone cold, its middle stake broken off."""
     canvas = Canvas(150, 150)
-    x, y, unit = 15, 28, 1.1
+    # As large as the logo's, in the middle, and its foot on the same line of the page.
+    unit = 1.25
+    x, y = 75 - 53 * unit, 150 - 8.75 - 106 * unit
     cold = Wood(mix(GREY[7], VIOLET[0], 0.30), mix(GREY[6], VIOLET[0], 0.22), mix(GREY[8], VIOLET[2], 0.22),
                 mix(GREY[7], VIOLET[0], 0.30))
     hot = Wood(RED[5], RED[2], RED[9], RED[6])
     shield(canvas, x, y, unit, cold, missing=(2,))
 
-    left, width, top = x + 44 * unit, 18 * unit, y - 6
+    left, width = x + 44 * unit, 18 * unit
     right, middle = left + width, left + width / 2
+    top, split = y - 2, y + 52
     foot = lambda at: y + (106 - 0.62 * abs(at - middle) / unit) * unit
-    break_line = [(left - 1, y + 57), (left + 0.26 * width, y + 44), (left + 0.44 * width, y + 54),
-                  (left + 0.70 * width, y + 38), (right + 1, y + 49)]
-    fall = {"turn": 15, "about": (right, y + 49), "shift": (0, -15)}
+    break_line = [(left - 1, split + 8), (left + 0.26 * width, split - 5), (left + 0.44 * width, split + 5),
+                  (left + 0.70 * width, split - 11), (right + 1, split)]
+    fall = {"turn": 15, "about": (right, split), "shift": (0, -12)}
     with canvas.saved(clip=[*break_line, (right + 1, 150), (left - 1, 150)]):
         stake(canvas, left, width, top, foot, hot)
     with canvas.saved(clip=[*break_line, (right + 1, 0), (left - 1, 0)], **fall):
-        stake(canvas, left, width, top, foot, hot)
-    for shard in ([(-2.5, 37), (3.5, 33.5), (3, 40)], [(-5, 24), (-1.5, 23), (-2, 27)]):
-        canvas.fill([(left + dx, y + dy) for dx, dy in shard], RED[6])
+        stake(canvas, left, width, top + 8, foot, hot)
     canvas.save("error.png")
 
 
@@ -232,23 +233,25 @@ def draw_tower(canvas, x, y, side, course, courses, gone):
     joint = mix(GREY[3], VIOLET[0], 0.12)
     recess = mix(GREY[2], VIOLET[0], 0.05)
     tower.box(0, side, 0, side, 0, height, (mix(GREY[6], VIOLET[0], 0.15), joint, joint))
-    third, gap = side / 3, 2.2
+    # Joints show at a fifth of their size, so they are wide; at the edges, where half of one would be left, is none.
+    half, gap = side / 2, 7
     for level in range(courses):
         # Every other course is laid half a stone further on.
-        cuts = [0, third, 2 * third, side] if level % 2 else [0, third / 2, 1.5 * third, 2.5 * third, side]
-        low, high = level * course + gap / 2, (level + 1) * course - gap / 2
+        cuts = [0, half / 2, 1.5 * half, side] if level % 2 else [0, half, side]
+        low, high = level * course + (gap / 2 if level else 0), (level + 1) * course - gap / 2
         for place, (start, end) in enumerate(zip(cuts, cuts[1:])):
+            start, end = start + (gap / 2 if start else 0), end - (gap / 2 if end < side else 0)
             for face, draw in (("left", tower.left_face), ("right", tower.right_face)):
                 paint = STONE[1 if face == "left" else 2]
                 paint = mix(paint, GREY[8], dice.uniform(0, 0.10)) if dice.random() < 0.7 else mix(paint, GREY[2], 0.14)
                 if gone(face, level, place):
                     paint = recess
                 if face == "left":
-                    draw(start + gap / 2, end - gap / 2, side, low, high, paint)
+                    draw(start, end, side, low, high, paint)
                 else:
-                    draw(side, start + gap / 2, end - gap / 2, low, high, paint)
+                    draw(side, start, end, low, high, paint)
     arch = [(0.5 - 0.17 * math.cos(t), 0.34 + 0.2 * math.sin(t)) for t in (math.pi * n / 24 for n in range(25))]
-    for grow, paint in ((0.035, joint), (0.0, recess)):
+    for grow, paint in ((0.05, joint), (0.0, recess)):
         door = [(0.33 - grow, 0), *((0.5 + (a - 0.5) * (1 + 6 * grow), h + grow * 1.2) for a, h in arch), (0.67 + grow, 0)]
         canvas.fill([tower.at(a * side, side, h * side) for a, h in door], paint)
 
@@ -268,16 +271,14 @@ def draw_migration():
     canvas.glow(172, 486, 190, GREY[0], 0.55, squash=0.22)
     canvas.glow(545, 486, 200, GREY[0], 0.55, squash=0.22)
 
-    missing = {("right", 6, 0), ("right", 6, 1), ("right", 5, 0), ("right", 5, 2), ("right", 4, 0), ("right", 3, 1),
-               ("right", 6, 2), ("right", 2, 0), ("merlon", 4, 0)}
-    draw_tower(canvas, 172, 356, 124, 38, 7, lambda *stone: stone in missing)
+    missing = {("right", 3, 0), ("right", 3, 1), ("right", 2, 0), ("right", 1, 1), ("merlon", 4, 0)}
+    draw_tower(canvas, 172, 356, 124, 66.5, 4, lambda *stone: stone in missing)
 
     # The stones on their way (x, y, size): large and cold where they leave, small and warm where they arrive.
     stones = [(318, 200, 26), (311, 98, 24), (348, 146, 21), (360, 84, 20), (386, 122, 18), (406, 66, 17), (428, 106, 15),
-              (450, 68, 14), (468, 112, 12), (490, 84, 11), (502, 128, 10), (522, 106, 9), (528, 146, 8), (544, 132, 7),
-              (546, 166, 6)]
+              (450, 68, 14), (468, 112, 12), (490, 84, 11), (502, 128, 10)]
     for n, (x, y, size) in enumerate(stones):
-        share = min(1, n / 10)
+        share = n / 9
         paints = [mix(cold, warm, share) for cold, warm in zip(STONE, (CORAL[8], CORAL[5], CRIMSON[2]))]
         Corner(canvas, x, y).box(0, size, 0, size, 0, size, paints)
 
@@ -333,12 +334,15 @@ def draw_background():
     picture = lay(picture, mix(GREY[3], dusk, 0.46), 0.80 * round_light(0.5, 0.735, 0.80, 0.30))
 
     ember = mix(CORAL[0], CRIMSON[1], 0.70)
-    rows = [  # stake's width, height of the points in the middle, rise to the sides, jitter, body, light
-        (30, 800, 150, 7, mix(GREY[3], VIOLET[0], 0.17), mix(GREY[3], ember, 0.36)),
-        (50, 880, 270, 11, mix(GREY[2], VIOLET[0], 0.10), mix(GREY[3], ember, 0.36)),
-        (86, 985, 470, 15, mix(GREY[1], VIOLET[0], 0.06), mix(GREY[3], ember, 0.36)),
+    # The front row's points stand among the buttons: they get little light there, and more towards the sides.
+    sides = numpy.clip((numpy.abs(x - 0.5) - 0.3) / 0.1, 0, 1)
+    rows = [  # stake's width, height of the points in the middle, rise to the sides, jitter, body, share of the light
+        (30, 800, 150, 7, mix(GREY[3], VIOLET[0], 0.17), numpy.full((SIDE, SIDE), 0.36)),
+        (50, 880, 270, 11, mix(GREY[2], VIOLET[0], 0.10), numpy.full((SIDE, SIDE), 0.36)),
+        (86, 1010, 495, 15, mix(GREY[1], VIOLET[0], 0.06), 0.18 + 0.16 * sides),
     ]
-    for seed, (width, top, rise, jitter, body, light) in enumerate(rows):
+    for seed, (width, top, rise, jitter, body, share) in enumerate(rows):
+        light = lay(numpy.broadcast_to(numpy.array(GREY[3]), picture.shape), ember, share)
         cover, lit = wall(width, top, rise, jitter, seed)
         face = lay(numpy.broadcast_to(numpy.array(body), picture.shape), light, lit)
         picture = picture + (face - picture) * cover[:, :, None]

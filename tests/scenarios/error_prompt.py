@@ -1,5 +1,6 @@
 """A failing package ends in the error page; its check box, left alone or unticked, decides on the error report."""
 from harness import facts
+from harness.strings import text
 from harness.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
 
 SETTING = "Setting numeric variable 'PDX_SUBMIT_ERROR_REPORT' to value "
@@ -15,14 +16,19 @@ def start(scene, script: str, log: str):
 
 
 def written(run) -> list[str]:
-    return [text.removeprefix(SETTING) for text in run.log.numbered("000") if text.startswith(SETTING)]
+    return [line.removeprefix(SETTING) for line in run.log.numbered("000") if line.startswith(SETTING)]
 
 
 def play(scene):
+    scene.use_names()
     run, logo = start(scene, "after-files fail 1603", "engine")
     prompt = scene.wait_for_page("prompt", "error")
     scene.check_equal("the error page has a picture, two texts, the box, one button and the cross",
                       set(prompt.controls), {PICTURE, TITLE, BODY, QUESTION, ACTION1, CLOSE})
+    scene.check_equal("it says what happened, and what the box is for",
+                      tuple(prompt.names.get(control) for control in (TITLE, BODY, QUESTION)),
+                      (text("INSTALLER_ERROR_UNKNOWN_TITLE"), text("INSTALLER_ERROR_UNKNOWN"),
+                       text("DIALOG_CLEAR-CACHE_CHECKMARK_LABEL")))
     scene.check("its picture is another than the first page's",
                 scene.window.pixels(prompt.controls[PICTURE]) != logo)
     scene.window.click(ACTION1)

@@ -16,7 +16,12 @@ from harness.strings import all_texts, plain
 LEAST = 14  # languages, and pages in each
 LOCATION = 1004  # a path, cut in its middle by design
 BUTTONS = (1007, 1012, 1013, 1009, 1010)  # in capitals: a to z and no other letter
+TITLE, BODY = 1001, 1002
+BROWSE = 1010  # stands at a place of its own, 8 pixels from the right edge
 SLACK = 0.5  # pixels
+SPARE = 3  # pixels that a label may be higher than its text
+MARGIN = 12  # pixels between a button and the window's left and right edges
+TITLE_ALONE = "uninstalling-older-client-title"  # changes the title of the page before, which keeps its places
 
 
 def play(scene):
@@ -32,10 +37,17 @@ def play(scene):
 
     strings = {language: shown_strings(language) for language in gallery.LANGUAGES}
     for name, faults_of in (("no text is cut off", cut_off), ("no control runs into another", overlaps),
-                            ("all controls lie in the window", outside), ("no missing glyph is drawn", missing_glyphs)):
+                            ("all controls lie in the window", outside), ("no missing glyph is drawn", missing_glyphs),
+                            ("buttons keep clear of the window's edges", close_to_edge)):
         gallery.tell(scene, name, pages, lambda _, page, look=faults_of: look(page))
     gallery.tell(scene, "each text is one of its language's own", pages,
                  lambda language, page: foreign_texts(page, strings[language]))
+
+    placed = {at: page for at, page in pages.items() if at[1] != TITLE_ALONE}
+    gallery.tell(scene, "no label is higher than its text", placed, lambda _, page: too_high(page))
+    welcome = {at: page for at, page in pages.items() if at[1] == "welcome"}
+    scene.check_equal("a welcome page in each language", len(welcome), len(gallery.LANGUAGES))
+    gallery.tell(scene, "the slogan stands on one line", welcome, lambda _, page: slogan_lines(page))
 
     with ThreadPoolExecutor(2) as pool:
         sheets = list(pool.map(lambda language: contact_sheet(scene.out, language), gallery.LANGUAGES))
@@ -72,6 +84,27 @@ def outside(page):
         if (control["x"] < 0 or control["y"] < 0 or control["x"] + control["width"] > client["width"]
                 or control["y"] + control["height"] > client["height"]):
             yield f"{control['id']} \"{control['text'][:40]}\""
+
+
+def too_high(page):
+    """Labels with room for a line that is not there: measured at another width than they are drawn at."""
+    for control in visible(page):
+        if control["id"] in (TITLE, BODY) and control["height"] > control["preferred"]["height"] + SPARE:
+            yield f"{control['id']} \"{control['text'][:40]}\" needs {control['preferred']}, has {control['height']}"
+
+
+def close_to_edge(page):
+    for control in visible(page):
+        right = page["client"]["width"] - control["x"] - control["width"]
+        if control["id"] in BUTTONS and control["id"] != BROWSE and min(control["x"], right) < MARGIN:
+            yield f"{control['id']} \"{control['text']}\": {control['x']} on the left, {right} on the right"
+
+
+def slogan_lines(page):
+    for control in visible(page):
+        lines = {round(line["y"]) for line in control["lines"]}
+        if control["id"] == TITLE and len(lines) != 1:
+            yield f"\"{control['text']}\" takes {len(lines)} lines"
 
 
 def missing_glyphs(page):

@@ -1,5 +1,6 @@
 """A person installs by mouse: welcome, a click on LET'S GO, progress, and the window closes with the client installed."""
 from harness.window import ACTION1, CLOSE, OPTIONS
+from tests.scenarios.install_options import SHORTCUTS
 
 
 def play(scene):
@@ -17,4 +18,8 @@ def play(scene):
     scene.path("C:\\PalisadeTest\\seen").touch()
     run.finish(90)
     scene.check_exit_code(run, 0)
+    scene.check("the window has closed", scene.window.look() is None)
     scene.check_installed()
+    scene.check_equal("CreateDesktopShortcut is set", run.log.variables.get("CreateDesktopShortcut"), "1")
+    found = [path for path in SHORTCUTS if scene.exists(path)]
+    scene.check("one shortcut lies on the desktop", len(found) == 1, found)

@@ -1,6 +1,6 @@
 """The same choices without the mouse: Tab, Shift+Tab, Space and Enter, and a folder typed into the chooser."""
-from harness.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, OPTIONS, SHORTCUT
-from tests.scenarios.install_options import CHOSEN, check_choice
+from harness.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
+from tests.scenarios.install_options import CHOSEN, FOLDER, check_choice, wait_for_folder
 
 
 def walk(scene, key: str, *controls: int) -> None:
@@ -11,6 +11,7 @@ def walk(scene, key: str, *controls: int) -> None:
 
 
 def play(scene):
+    scene.use_names()
     scene.path(CHOSEN).mkdir()
     run = scene.start()
     scene.wait_for_page("welcome")
@@ -22,6 +23,7 @@ def play(scene):
     walk(scene, "Tab", BROWSE)
     scene.window.press("space")
     scene.choose_folder(CHOSEN)
+    wait_for_folder(scene)
     walk(scene, "Tab", SHORTCUT)
     scene.window.press("space")
     scene.wait_for(lambda: not scene.window.is_checked(SHORTCUT), "an empty box by Space", 10)
@@ -34,7 +36,8 @@ def play(scene):
     walk(scene, "Tab", BODY)
     walk(scene, "shift+Tab", CLOSE, ACTION1, OPTIONS)
     scene.window.press("space")
-    scene.wait_for_page("options", "options-again")
+    again = scene.wait_for_page("options", "options-again")
+    scene.check_equal("the way back and forward leaves the folder", again.names.get(LOCATION), FOLDER)
     scene.check("the way back and forward leaves it off", not scene.window.is_checked(SHORTCUT))
     walk(scene, "Tab", BROWSE)
     walk(scene, "shift+Tab", CLOSE, ACTION2, ACTION1)

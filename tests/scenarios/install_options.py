@@ -1,12 +1,19 @@
 """A person customises the setup: another folder by the chooser, no shortcut, back and forth, and installs there."""
-from harness.window import ACTION1, ACTION2, BROWSE, OPTIONS, SHORTCUT
+from harness.window import ACTION1, ACTION2, BROWSE, LOCATION, OPTIONS, SHORTCUT
 
 CHOSEN = "C:\\Spiele"
 FOLDER = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own
 SHORTCUTS = "C:\\users\\root\\Desktop\\Palisade.lnk", "C:\\users\\Public\\Desktop\\Palisade.lnk"
 
 
+def wait_for_folder(scene) -> None:
+    """The page was there before the chooser, and shows another folder until the chosen one is taken over."""
+    scene.wait_for(lambda: scene.window.look().names.get(LOCATION) == FOLDER, "the chosen folder on the page", 10)
+    scene.window.picture("options-folder")
+
+
 def play(scene):
+    scene.use_names()
     scene.path(CHOSEN).mkdir()
     run = scene.start()
     scene.wait_for_page("welcome")
@@ -15,7 +22,7 @@ def play(scene):
     scene.check("a shortcut is what is offered", scene.window.is_checked(SHORTCUT))
     scene.window.click(BROWSE)
     scene.choose_folder(CHOSEN)
-    scene.wait_for_page("options", "options-folder")
+    wait_for_folder(scene)
     scene.window.click(SHORTCUT)
     scene.wait_for(lambda: not scene.window.is_checked(SHORTCUT), "an empty box by a click", 10)
     scene.window.picture("options-no-shortcut")
@@ -23,7 +30,8 @@ def play(scene):
     scene.window.click(ACTION2)
     scene.wait_for_page("welcome", "welcome-again")
     scene.window.click(OPTIONS)
-    scene.wait_for_page("options", "options-again")
+    again = scene.wait_for_page("options", "options-again")
+    scene.check_equal("the way back and forward leaves the folder", again.names.get(LOCATION), FOLDER)
     scene.check("the way back and forward leaves it off", not scene.window.is_checked(SHORTCUT))
     scene.window.click(ACTION1)
     run.finish(90)

@@ -1,6 +1,7 @@
 """A person uninstalls: asked to close the client that runs, then to confirm; progress, and a last word."""
 from harness import facts
-from harness.window import ACTION1, ACTION2, CLOSE, PICTURE, QUESTION
+from harness.strings import text
+from harness.window import ACTION1, ACTION2, CLOSE, PICTURE, QUESTION, TITLE
 
 CLIENT_MUTEX = "Global\\PalisadeDesktop.exe"
 
@@ -14,7 +15,19 @@ def answer(scene, control, picture, page="prompt"):
     return scene.wait_for_page(page, picture)
 
 
+def retry(scene):
+    """Retries while the client runs; gives the prompt that asks again. It looks like the one before, and is told from
+    it by the focus: a page that is shown takes it from the button."""
+    scene.wait_for(scene.window.keyboard, "the keyboard")
+    scene.window.press("Tab")
+    scene.wait_for(lambda: scene.window.look().focus == ACTION1, "the focus of the retry button", 10)
+    scene.window.click(ACTION1)
+    scene.wait_for(lambda: (view := scene.window.look()) and view.focus != ACTION1, "a page behind the retry", 10)
+    return scene.wait_for_page("prompt", "still-running")
+
+
 def play(scene):
+    scene.use_names()
     scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
 
     scene.check_equal("the client runs", scene.window.command(f"hold {CLIENT_MUTEX}"), "held")
@@ -35,9 +48,10 @@ def play(scene):
     """)
     run = scene.start("/uninstall")
     scene.wait_for_page("prompt", "client-running-again")
-    scene.window.click(ACTION1)
-    again = scene.wait_for_page("prompt", "still-running")
-    scene.check_equal("a retry while it runs asks again", again.controls, running.controls)
+    again = retry(scene)
+    scene.check_equal("a retry while it runs asks again", again.names.get(TITLE),
+                      text("INSTALLER_UNINSTALL_CLIENT_RUNNING_TITLE"))
+    scene.check_equal("with the page of the first time", again.controls, running.controls)
     scene.window.command("release")
     confirm = answer(scene, ACTION1, "confirm")
     scene.check("confirmed by one of two buttons", {ACTION1, ACTION2} <= confirm.controls.keys())

@@ -82,6 +82,7 @@ class BootstrapperDialog : public Dialog {
     void FillOlderClient(PageBoxes& boxes);
     void FillProgress(const PageState& page, PageBoxes& boxes);
     void FillPrompt(const PageState& page, PageBoxes& boxes);
+    void SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box, int32_t y);
     void SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y);
     void SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y);
     void SetButtonTexts(const PageState& page);

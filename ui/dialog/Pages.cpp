@@ -105,18 +105,24 @@ void BootstrapperDialog::QueueVisibility(int32_t kind) {
         QueuePosition(control, nullptr, isShownOnPage(kind, control) ? shown : hidden);
 }
 
-void BootstrapperDialog::SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y) {
-    titleLabel->SetFont(std::move(titleFont));
-    titleLabel->SetText(text);
-    box.y = y;
-    box.height = titleLabel->GetPreferredSize().height;
-}
-
-void BootstrapperDialog::SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y) {
-    label.SetFont(textFont(size, fontRegular));
+void BootstrapperDialog::SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text,
+                                  Box& box, int32_t y) {
+    // Room for any text while it is measured: one that is taller than its window is laid out narrower, beside a scroll
+    // track, and may then take a line more than it needs.
+    SetWindowPos(label.GetHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    label.SetFont(std::move(labelFont));
     label.SetText(text);
     box.y = y;
     box.height = label.GetPreferredSize().height;
+}
+
+void BootstrapperDialog::SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y) {
+    SetLabel(*titleLabel, std::move(titleFont), text, box, y);
+}
+
+void BootstrapperDialog::SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y) {
+    SetLabel(label, textFont(size, fontRegular), text, box, y);
 }
 
 void BootstrapperDialog::FillWelcome(PageBoxes& boxes) {

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 
+#include "platform/Log.h"
 #include "platform/Text.h"
 #include "ui/toolkit/Painting.h"
 #include "ui/toolkit/rules/GumboTree.h"
@@ -71,6 +72,9 @@ MessageResult HtmlStatic::OnSetText(LPARAM markup) {
     StoreText(markup);
     ReplaceRuns({});
     const GumboTree tree(toUtf8(text));
+    if (tree.wasCut())
+        PDX_LOG(logWarning, "HtmlStatic::OnSetText", "Markup is too deep or too large, its end is left out: length=%u",
+                static_cast<uint32_t>(text.size()));
     SetAccessibleName(plainText(tree));
     if (const auto record = fontRecordOf(hwnd))
         ReplaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
@@ -103,7 +107,8 @@ bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
     const float dpi = graphics.GetDpiY();
-    // A text of thousands of runs has a few fonts.
+    // A text of thousands of runs has a few fonts; one that has thousands must not hold them all.
+    constexpr size_t mostFonts = 64;
     std::map<FontRecord, RunFont> fonts;
     const auto makeFont = [&](const FontRecord& record) {
         const std::shared_ptr<Font> face = createFont(record);
@@ -115,8 +120,9 @@ bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
     };
     const auto fontOf = [&](const TextRun& run) {
         const FontRecord record = GetRunFont(run);
-        const auto known = fonts.find(record);
-        return known != fonts.end() ? known->second : fonts.emplace(record, makeFont(record)).first->second;
+        if (const auto known = fonts.find(record); known != fonts.end()) return known->second;
+        if (fonts.size() == mostFonts) fonts.clear();
+        return fonts.emplace(record, makeFont(record)).first->second;
     };
     return placeRuns(runs, static_cast<float>(width), alignmentOf(GetStyle()), fontOf, highest);
 }

@@ -24,22 +24,27 @@ void ProgressBar::StartTimer() {
 
 void ProgressBar::SetMarquee(bool on) {
     marquee = on;
-    if (on)
+    if (on) {
         StartTimer();
-    else
-        KillTimer(marqueeTimer);
+        return;
+    }
+    KillTimer(marqueeTimer);
+    // The native control repaints for a new position only, and the first may be the one that it holds.
+    Invalidate();
 }
 
 MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == PBM_SETPOS && marquee) SetMarquee(false);
-    if (message == PBM_SETMARQUEE) {
-        marqueePeriodMs = lparam ? static_cast<UINT>(lparam) : defaultPeriodMs;
-        SetMarquee(wparam != 0);
-    }
-    return unhandled();
+    if (message != PBM_SETMARQUEE) return unhandled();
+    marqueePeriodMs = lparam ? static_cast<UINT>(lparam) : defaultPeriodMs;
+    SetMarquee(wparam != 0);
+    // Kept from the native control: Wine's starts a timer of its own for it, and each would paint.
+    return handled(TRUE);
 }
 
 MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
+    // Moved, or shown again: there may be another page behind it.
+    ground.reset();
     const UINT flags = reinterpret_cast<const WINDOWPOS*>(position)->flags;
     if (marquee && (flags & SWP_SHOWWINDOW)) SetTimer(marqueeTimer, marqueePeriodMs);
     if (marquee && (flags & SWP_HIDEWINDOW)) KillTimer(marqueeTimer);
@@ -47,8 +52,23 @@ MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
 }
 
 MessageResult ProgressBar::OnTimer(WPARAM) {
-    if (marquee) Invalidate();
+    // For a fifth of each sweep both chunks are past the end, and one picture of that is enough.
+    const Size client = GetClientSize();
+    if (marquee && (chunksShown || areInView(marqueeChunks(client, GetTickCount64()), client))) Invalidate();
     return handled();
+}
+
+void ProgressBar::PaintGround(Graphics& buffer) {
+    const Size client = GetClientSize();
+    if (!ground) {
+        ground = std::make_unique<Bitmap>(client);
+        Graphics surface(*ground);
+        ApplyQuality(surface);
+        Control::PaintGround(surface);
+    }
+    buffer.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    buffer.CopyImage(*ground, {0, 0, client.width, client.height});
+    buffer.SetCompositingMode(Gdiplus::CompositingModeSourceOver);
 }
 
 MessageResult ProgressBar::Draw(Graphics& graphics) {
@@ -63,8 +83,10 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     graphics.FillPath(track, outline);
     if (marquee) {
         graphics.SetClip(outline);
-        for (const Box& chunk : marqueeChunks(client, GetTickCount64()))
-            graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
+        const auto chunks = marqueeChunks(client, GetTickCount64());
+        chunksShown = areInView(chunks, client);
+        for (const Box& chunk : chunks)
+            if (isInView(chunk, client)) graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
         return handled(1);
     }
     PBRANGE range{};

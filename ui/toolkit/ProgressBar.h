@@ -18,6 +18,9 @@ class ProgressBar : public Control {
 
     [[nodiscard]] bool IsMarquee() const { return marquee; }
 
+  protected:
+    void PaintGround(Graphics& buffer) override;
+
   private:
     void SetMarquee(bool on);
     void StartTimer();
@@ -26,6 +29,9 @@ class ProgressBar : public Control {
     Color gradientEnd = palette::Crimson[5];
     Color trackColor = palette::Grey[6];
     bool marquee = false;
+    bool chunksShown = false;  ///< by the last paint
+    std::unique_ptr<Bitmap>
+        ground;  ///< kept for the next of fifty paints a second, until the bar moves or is shown again
     UINT marqueePeriodMs;
 };
 

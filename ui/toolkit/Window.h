@@ -131,6 +131,8 @@ class Window {
     /// HandleMessage for the platform's procedures: nothing that is thrown leaves it; it is logged, and the message
     /// goes to DefaultProc.
     MessageResult ReceiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+    /// Puts what lies behind the window into the buffer of a paint: what its topmost parent shows there.
+    virtual void PaintGround(Graphics& buffer);
 
     HWND hwnd = nullptr;
     bool mouseTracked = false;
@@ -138,7 +140,6 @@ class Window {
 
   private:
     void BeginVisit(UINT message, WPARAM wparam, LPARAM lparam);
-    void PaintAncestor(Graphics& buffer) const;
 
     NativeFont nativeFont;
 };

@@ -39,7 +39,7 @@ MessageResult Window::OnPaint() {
     const Bitmap picture(size);
     Graphics buffer(picture);
     ApplyQuality(buffer);
-    PaintAncestor(buffer);
+    PaintGround(buffer);
 
     const PaintSession session(hwnd);
     Graphics screen(session.GetContext());
@@ -53,7 +53,7 @@ MessageResult Window::OnPaint() {
     return handled();
 }
 
-void Window::PaintAncestor(Graphics& buffer) const {
+void Window::PaintGround(Graphics& buffer) {
     const HWND ancestor = topAncestor(hwnd);
     if (!ancestor || ancestor == hwnd) return;
     const Rect place = GetRectIn(ancestor);

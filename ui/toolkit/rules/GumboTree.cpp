@@ -6,14 +6,18 @@
 #include <cctype>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <iterator>
 #include <memory_resource>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace pdx {
 namespace {
 
 constexpr size_t memoryLimit = 128u << 20;     // bytes; a text of a megabyte takes a tenth of it
-constexpr uint64_t effortLimit = 200'000'000;  // comparisons; about a second
+constexpr uint64_t effortLimit = 200'000'000;  // comparisons; a quarter of a second, on a slow machine one
 
 /// A well-formed tag makes the parser take the text for the content of a body, where no frame set is obeyed: one would
 /// make it throw the body's tree away by recursion, as deep as the tree.
@@ -66,6 +70,58 @@ std::wstring toWideText(std::string_view utf8) {
 
 std::string_view viewOf(const GumboStringPiece& piece) { return {piece.data, piece.length}; }
 
+bool isAlphanumeric(char character) { return std::isalnum(static_cast<unsigned char>(character)) != 0; }
+
+/// The tag's name that a text begins with, in small letters and cut to a length that tells all known ones apart; empty
+/// when it begins with no letter.
+std::string tagNameAt(std::string_view text) {
+    constexpr size_t longest = 15;
+    std::string name;
+    if (text.empty() || !std::isalpha(static_cast<unsigned char>(text[0]))) return name;
+    for (size_t at = 0; at < text.size() && name.size() < longest && isAlphanumeric(text[at]); ++at)
+        name += static_cast<char>(std::tolower(static_cast<unsigned char>(text[at])));
+    return name;
+}
+
+/// Roughly the parser's stack of open elements, for what each tag costs it in comparisons. It knows nothing of the end
+/// tags that HTML lets one leave out (which only an enormous text of paragraphs or items notices).
+class OpenTags {
+  public:
+    uint64_t start(std::string_view name) {
+        if (!contains(childless, name)) names.push_back(hashOf(name));
+        return contains(styles, name) ? names.size() : blockStep * names.size();
+    }
+    uint64_t end(std::string_view name) {
+        const bool isStyle = contains(styles, name);
+        const auto found = std::find(names.rbegin(), names.rend(), hashOf(name));
+        const auto distance = static_cast<uint64_t>(found - names.rbegin());
+        // A tag that closes nothing is looked for in the whole stack, unless the list of open styles lacks it.
+        if (found == names.rend()) return isStyle ? distance : endStep * distance;
+        const uint64_t effort = endStep * distance + (isStyle && distance > 0 ? styleStep * names.size() : 0);
+        // What lies within a style that is closed too early goes on behind it.
+        const auto place = found.base() - 1;
+        names.erase(place, isStyle ? place + 1 : names.end());
+        return effort;
+    }
+
+  private:
+    static bool contains(std::span<const std::string_view> tags, std::string_view name) {
+        return std::ranges::find(tags, name) != tags.end();
+    }
+    static size_t hashOf(std::string_view name) { return std::hash<std::string_view>()(name); }
+
+    // What a step down the stack takes in comparisons, as measured: for a block, which first closes a paragraph; for an
+    // end tag, which looks each element up among the special ones; for a style that is closed around a block.
+    static constexpr uint64_t blockStep = 3;
+    static constexpr uint64_t endStep = 20;
+    static constexpr uint64_t styleStep = 12;
+    static constexpr std::string_view childless[] = {"area",  "base", "br",   "col",   "embed",  "hr",    "img",
+                                                     "input", "link", "meta", "param", "source", "track", "wbr"};
+    static constexpr std::string_view styles[] = {"a",    "b", "big",   "code",   "em",     "font", "i",
+                                                  "nobr", "s", "small", "strike", "strong", "tt",   "u"};
+    std::vector<size_t> names;  // hashes, the innermost last
+};
+
 }  // namespace
 
 struct GumboTree::Parsed {
@@ -93,6 +149,7 @@ GumboTree::GumboTree(std::string_view utf8) {
     for (size_t length = affordableLength(utf8); !parsed; length /= 2) {
         try {
             parsed = std::make_unique<Parsed>(utf8.substr(0, length));
+            cut = length < utf8.size();
         } catch (const TreeTooLarge&) {
         }
     }
@@ -152,25 +209,21 @@ std::wstring GumboTree::attribute(Node element, const char* attributeName) const
 }
 
 size_t affordableLength(std::string_view utf8) {
-    uint64_t effort = 0;
-    uint64_t open = 0, attributes = 0;
+    OpenTags open;
+    uint64_t effort = 0, attributes = 0;
     bool inTag = false;
     for (size_t at = 0; at < utf8.size(); ++at) {
         const char character = utf8[at];
-        const char next = at + 1 < utf8.size() ? utf8[at + 1] : '\0';
+        const std::string_view rest = utf8.substr(at + 1);
         if (character == '<') {
-            // Roughly: an end tag may close nothing (then the memory's limit is what ends it), and a paragraph needs
-            // none (which only an enormous text of them notices).
-            const bool starts = std::isalpha(static_cast<unsigned char>(next)) != 0;
-            const bool isBreak = (next == 'b' || next == 'B') && at + 2 < utf8.size() && (utf8[at + 2] | 0x20) == 'r';
-            if (next == '/' && open > 0) --open;
-            if (starts && !isBreak) ++open;
-            effort += open;
+            const bool ends = rest.starts_with('/');
+            const std::string name = tagNameAt(rest.substr(ends ? 1 : 0));
+            inTag = !name.empty();
             attributes = 0;
-            inTag = starts || next == '/';
+            if (inTag) effort += ends ? open.end(name) : open.start(name);
         } else if (character == '>') {
             inTag = false;
-        } else if (inTag && !std::isalnum(static_cast<unsigned char>(character))) {
+        } else if (inTag && !isAlphanumeric(character)) {
             effort += ++attributes;
         }
         if (effort > effortLimit) return at;

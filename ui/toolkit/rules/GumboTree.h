@@ -19,6 +19,8 @@ class GumboTree : public MarkupTree {
     GumboTree(const GumboTree&) = delete;
     GumboTree& operator=(const GumboTree&) = delete;
 
+    /// Whether the tree is of less than the whole text.
+    [[nodiscard]] bool wasCut() const { return cut; }
     [[nodiscard]] Node body() const override;
     [[nodiscard]] NodeType type(Node node) const override;
     [[nodiscard]] std::wstring name(Node element) const override;
@@ -30,10 +32,12 @@ class GumboTree : public MarkupTree {
   private:
     struct Parsed;
     std::unique_ptr<Parsed> parsed;
+    bool cut = false;
 };
 
 /// How much of a text (UTF-8) the parser can go through without a noticeable wait. It compares each tag with all that
-/// are open, and each attribute with all of the same tag; ordinary texts of any length pass whole.
+/// are open, an end tag that closes nothing at length, and each attribute with all of the same tag; ordinary texts of
+/// any length pass whole.
 size_t affordableLength(std::string_view utf8);
 
 }  // namespace pdx

@@ -30,4 +30,11 @@ constexpr std::array<Box, 2> marqueeChunks(Size bar, uint64_t milliseconds) {
     return {{{x, 0, chunk, bar.height}, {x - chunk - gap, 0, chunk, bar.height}}};
 }
 
+/// Whether anything of a chunk shows in the bar.
+constexpr bool isInView(const Box& chunk, Size bar) { return chunk.x < bar.width && chunk.x + chunk.width > 0; }
+
+constexpr bool areInView(const std::array<Box, 2>& chunks, Size bar) {
+    return isInView(chunks[0], bar) || isInView(chunks[1], bar);
+}
+
 }  // namespace pdx

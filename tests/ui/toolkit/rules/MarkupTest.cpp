@@ -190,10 +190,23 @@ TEST(Markup, OfAnyDepthIsWalked) {
         ASSERT_EQ(runs.size(), 2u) << tag;
         EXPECT_THAT(runs[1].words, ElementsAre(L"b"));
     }
-    // Deeper than what can be afforded: what came before is shown.
-    const auto runs = runsOf("first " + repeated("<div>", 200'000) + "last");
-    ASSERT_FALSE(runs.empty());
-    EXPECT_THAT(runs[0].words, ElementsAre(L"first"));
+}
+
+TEST(Markup, IsCutWhereItTakesTooLong) {
+    const std::pair<const char*, size_t> cases[] = {
+        {"<div>", 200'000},       {"<b></x>", 140'000},     {"<b>x</i> ", 100'000},
+        {"<b><div></b>", 80'000}, {"<svg><g></x>", 80'000}, {"<i><b></i>", 100'000},
+    };
+    for (const auto& [part, count] : cases) {
+        const std::string html = "first<br>" + repeated(part, count) + "last";
+        EXPECT_LT(affordableLength(html), 200'000u) << part;
+        const GumboTree tree(html);
+        EXPECT_TRUE(tree.wasCut()) << part;
+        const auto runs = walkMarkup(tree, root);
+        ASSERT_FALSE(runs.empty()) << part;
+        EXPECT_THAT(runs[0].words, ElementsAre(L"first", lineFeed)) << part;
+        EXPECT_FALSE(plainText(tree).ends_with(L"last")) << part;
+    }
     EXPECT_EQ(plainText(GumboTree(repeated("<div>", 200'000) + "<frameset>")), L"");
 }
 
@@ -207,10 +220,13 @@ TEST(Markup, OfAnyLengthIsWalkedWhole) {
         {"</b></i>", 100'000},
         {"a &lt; b <3 c <- d & e ", 50'000},
         {"<b>x</i> ", 5'000},
+        {"<p>one <b>two <i>three</b> four</i></p><ul><li>five<li>six</ul></font> ", 10'000},
+        {"<img><hr><input></none>", 30'000},
         {"<table><tr><td>x", 3'000},
     };
     for (const auto& [part, count] : cases) {
         const GumboTree tree(repeated(part, count) + " end");
+        EXPECT_FALSE(tree.wasCut()) << part;
         EXPECT_TRUE(plainText(tree).ends_with(L"end")) << part;
         const auto runs = walkMarkup(tree, root);
         ASSERT_FALSE(runs.empty()) << part;

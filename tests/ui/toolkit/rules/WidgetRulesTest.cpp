@@ -83,6 +83,10 @@ TEST(Progress, FillsAndChases) {
     EXPECT_GE(marqueeChunks(bar, 2499)[1].x, 300);
     for (uint64_t time = 0; time < 2499; ++time)
         EXPECT_LE(marqueeChunks(bar, time)[0].x, marqueeChunks(bar, time + 1)[0].x);
+    EXPECT_FALSE(areInView(marqueeChunks(bar, 0), bar));
+    EXPECT_TRUE(areInView(marqueeChunks(bar, 100), bar));
+    EXPECT_TRUE(areInView(marqueeChunks(bar, 1900), bar)) << "the second one's end";
+    EXPECT_FALSE(areInView(marqueeChunks(bar, 2100), bar));
     EXPECT_DOUBLE_EQ(marqueeEasing(0), 0);
     EXPECT_DOUBLE_EQ(marqueeEasing(1), 1);
 }

@@ -1,0 +1,98 @@
+#include <windows.h>
+
+#include "bench/Benchmarks.h"
+#include "bench/ProcessMemory.h"
+#include "bench/StartedLibrary.h"
+#include "core/AppMessages.h"
+
+namespace pdx {
+
+namespace {
+
+constexpr int startRounds = 9;
+constexpr int repaintRounds = 100;
+constexpr DWORD marqueeMs = 5000;
+/// Percent of a core.
+constexpr double marqueeAim = 5;
+
+/// This process's dialog.
+HWND findDialog() {
+    HWND found = nullptr;
+    while ((found = FindWindowExW(nullptr, found, L"#32770", nullptr)) != nullptr) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(found, &process);
+        if (process == GetCurrentProcessId()) return found;
+    }
+    throw std::runtime_error("there is no window");
+}
+
+/// Waits until the window and all that it shows are painted.
+void paint(HWND dialog, UINT invalidation = 0) {
+    RedrawWindow(dialog, nullptr, nullptr, invalidation | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+/// The library with its welcome page, from the call of OnStartup to the page's first paint.
+double showWelcomePage(StartedLibrary& started) {
+    started.create();
+    return secondsOf([&] {
+        started.startUp();
+        started.application().OnDetectComplete(S_OK);
+        paint(findDialog());
+    });
+}
+
+double welcomeSeconds(const std::filesystem::path& library) {
+    StartedLibrary started(library, BOOTSTRAPPER_DISPLAY_FULL);
+    return showWelcomePage(started);
+}
+
+/// What this process has computed, in seconds.
+double processorSeconds() {
+    FILETIME unused{}, kernel{}, user{};
+    GetProcessTimes(GetCurrentProcess(), &unused, &unused, &kernel, &user);
+    const auto seconds = [](const FILETIME& time) {
+        return static_cast<double>(ULARGE_INTEGER{{time.dwLowDateTime, time.dwHighDateTime}}.QuadPart) / 1e7;
+    };
+    return seconds(kernel) + seconds(user);
+}
+
+/// The share of a core that the window takes while nothing moves but what moves by itself.
+double idleShare() {
+    const double before = processorSeconds();
+    const double elapsed = secondsOf([] { Sleep(marqueeMs); });
+    return std::max(0.0, processorSeconds() - before) / elapsed * 100;
+}
+
+}  // namespace
+
+Measurements measureWindow(const std::filesystem::path& library) {
+    const size_t without = processMemory().workingSet;
+    StartedLibrary started(library, BOOTSTRAPPER_DISPLAY_FULL);
+    const double first = showWelcomePage(started);
+    const HWND dialog = findDialog();
+    const size_t with = processMemory().workingSet;
+    const auto repaint = [&] { paint(dialog, RDW_INVALIDATE | RDW_ERASE); };
+    const double repaintSeconds = medianSeconds(repaintRounds, repaint);
+    const double still = idleShare();
+    SendMessageW(dialog, WM_BA_DETECT_UPDATE_BEGIN, 0, 0);
+    paint(dialog);
+    const double marquee = idleShare();
+    started.end();
+
+    std::vector<double> later;
+    for (int round = 0; round < startRounds; ++round) later.push_back(welcomeSeconds(library));
+    constexpr double mebibyte = 1024 * 1024;
+    return {
+        {"welcome_first", first * 1000, "ms", "OnStartup to the painted welcome page, first load"},
+        {"welcome", median(later) * 1000, "ms", "OnStartup to the painted welcome page, median"},
+        {"welcome_working_set", static_cast<double>(with) / mebibyte, "MiB", "working set on the welcome page"},
+        {"welcome_working_set_growth", (static_cast<double>(with) - static_cast<double>(without)) / mebibyte, "MiB",
+         "of it taken since the library was loaded"},
+        {"repaint", repaintSeconds * 1000, "ms", "repaint of the welcome page with all its controls, median"},
+        {"repaints_per_second", 1 / repaintSeconds, "1/s", "repaints a second"},
+        {"still_share", still, "% of a core", "the welcome page at rest"},
+        {"marquee_share", marquee, "% of a core", "the moving bar", Measurement::Aim{marqueeAim, false}},
+    };
+}
+
+}  // namespace pdx

@@ -1,0 +1,143 @@
+// The installer's dialog in a test's hands: on the test's own thread, so that what the user does is a step which the
+// dialog's own message loops run.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/Text.h"
+#include "tests/core/ApplicationProbe.h"
+#include "tests/ui/toolkit/TestWindows.h"
+#include "ui/dialog/BootstrapperDialog.h"
+#include "ui/toolkit/rules/GumboTree.h"
+#include "ui/toolkit/rules/Markup.h"
+
+namespace pdx::testing_support {
+
+/// The string of a key as a person reads it.
+inline std::wstring readable(const wchar_t* key) {
+    return plainText(GumboTree(toUtf8(BootstrapperDialog::Translate(key))));
+}
+
+class DialogBench {
+  public:
+    explicit DialogBench(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
+                         BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL) {
+        command.action = action;
+        command.display = display;
+        for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
+            engine.variables.set(name, std::wstring(L"0"));
+        engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Games\\Palisade Desktop"));
+        application = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc);
+        dialog = std::make_unique<BootstrapperDialog>(*application);
+        dialog->Create({});
+        settle();
+        callsSeen = engine.calls().size();
+    }
+    DialogBench(const DialogBench&) = delete;
+    DialogBench& operator=(const DialogBench&) = delete;
+    ~DialogBench() {
+        dialog.reset();
+        settle();
+        DestroyWindow(steps);
+        application->Release();
+    }
+
+    [[nodiscard]] HWND window() const { return dialog->GetHandle(); }
+    [[nodiscard]] HWND item(int32_t id) const { return GetDlgItem(window(), id); }
+    int send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
+        return application->sendAppMessage(message, wparam, lparam);
+    }
+
+    /// Runs the step in whichever loop takes the thread's next message.
+    void later(std::function<void()> step) {
+        pending.push_back(std::move(step));
+        PostMessageW(steps, WM_USER, 0, reinterpret_cast<LPARAM>(this));
+    }
+    /// A click as a person can make it: on what is there.
+    void press(int32_t id) {
+        EXPECT_TRUE(shows(id) && IsWindowEnabled(item(id))) << id;
+        SendMessageW(window(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(item(id)));
+    }
+    void pressLater(int32_t id) {
+        later([this, id] { press(id); });
+    }
+    /// Takes all messages that wait; keeps the code of a WM_QUIT.
+    void settle() {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            if (message.message == WM_QUIT) quitCode = static_cast<int>(message.wParam);
+            DispatchMessageW(&message);
+        }
+    }
+    /// The same until the object is signalled.
+    void settleUntil(HANDLE signal) {
+        while (MsgWaitForMultipleObjects(1, &signal, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) settle();
+        settle();
+    }
+
+    [[nodiscard]] bool shows(int32_t id) const { return (GetWindowLongW(item(id), GWL_STYLE) & WS_VISIBLE) != 0; }
+    [[nodiscard]] int32_t page() const {
+        for (const int32_t kind : {pageBlank, pageWelcome, pageOptions, pageOlderClient, pageProgress}) {
+            bool same = true;
+            for (const int32_t control : pageControls) same = same && shows(control) == isShownOnPage(kind, control);
+            if (same) return kind;
+        }
+        return pagePrompt;
+    }
+    /// What the label shows, as a person reads it.
+    [[nodiscard]] std::wstring text(int32_t id = IDC_TITLE) const {
+        std::wstring found;
+        for (const auto& [named, name] : names.names())
+            if (named == item(id)) found = name;
+        return found;
+    }
+    [[nodiscard]] int progress() const { return static_cast<int>(SendMessageW(item(IDC_PROGRESS), PBM_GETPOS, 0, 0)); }
+    /// What the engine was asked for since the last time, "Apply" without its window.
+    std::vector<std::string> newCalls() {
+        std::vector<std::string> texts;
+        for (const EngineCall& call : engine.calls())
+            texts.push_back(call.operation == "Apply" ? call.operation : call.text());
+        texts.erase(texts.begin(), texts.begin() + static_cast<ptrdiff_t>(callsSeen));
+        callsSeen += texts.size();
+        return texts;
+    }
+
+    SmallEngine engine;
+    BOOTSTRAPPER_COMMAND command = {};
+    NameListener names;
+    ProbedApplication* application = nullptr;
+    std::unique_ptr<BootstrapperDialog> dialog;
+    std::optional<int> quitCode;
+
+  private:
+    static LRESULT CALLBACK runStep(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+        if (message != WM_USER) return DefWindowProcW(window, message, wparam, lparam);
+        auto& bench = *reinterpret_cast<DialogBench*>(lparam);
+        const std::function<void()> step = std::move(bench.pending.front());
+        bench.pending.pop_front();
+        step();
+        return 0;
+    }
+    static HWND makeStepWindow() {
+        HWND made = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+        SetWindowLongPtrW(made, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(runStep));
+        return made;
+    }
+
+    HWND steps = makeStepWindow();
+    std::deque<std::function<void()>> pending;
+    size_t callsSeen = 0;
+};
+
+}  // namespace pdx::testing_support

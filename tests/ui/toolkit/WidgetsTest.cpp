@@ -1,0 +1,398 @@
+// The widgets around their native controls: states by real messages, sizes, texts, timers, what the parent is told,
+// and a few pixels of each.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include "harness/ui/Snapshot.h"
+#include "tests/ui/toolkit/TestWindows.h"
+#include "ui/toolkit/Button.h"
+#include "ui/toolkit/Checkbox.h"
+#include "ui/toolkit/LinkButton.h"
+#include "ui/toolkit/ProgressBar.h"
+#include "ui/toolkit/Static.h"
+#include "ui/toolkit/Trackbar.h"
+
+namespace pdx {
+namespace {
+
+using namespace testing_support;
+using enum VisualState;
+
+constexpr Color white = 0xFFFFFFFF, buttonBlue = 0xFF276AFC, grey = 0xFF343647, coral = 0xFFFF6D4D;
+
+/// What a trackbar tells its parent.
+struct Scroll {
+    bool vertical;
+    int32_t code;
+    int32_t position;
+    bool operator==(const Scroll&) const = default;
+    friend void PrintTo(const Scroll& scroll, std::ostream* out) {
+        *out << (scroll.vertical ? "v " : "h ") << scroll.code << " at " << scroll.position;
+    }
+};
+
+class ScrolledDialog : public TestDialog {
+  public:
+    MessageResult OnVScroll(int32_t code, int32_t position, LPARAM) override { return note(true, code, position); }
+    MessageResult OnHScroll(int32_t code, int32_t position, LPARAM) override { return note(false, code, position); }
+    std::vector<Scroll> take() {
+        MSG message;
+        while (PeekMessageW(&message, hwnd, WM_HSCROLL, WM_VSCROLL, PM_REMOVE)) DispatchMessageW(&message);
+        return std::exchange(scrolls, {});
+    }
+
+  private:
+    MessageResult note(bool vertical, int32_t code, int32_t position) {
+        // The native control's own word when the mouse is let go.
+        if (code == TB_ENDTRACK) return handled();
+        scrolls.push_back({vertical, code, position});
+        return handled();
+    }
+    std::vector<Scroll> scrolls;
+};
+
+/// What a widget draws, on a clear ground.
+struct Drawn {
+    explicit Drawn(Window& widget) : size(widget.GetClientSize()), bitmap(size) {
+        Graphics graphics(bitmap);
+        ApplyQuality(graphics);
+        EXPECT_TRUE(widget.Draw(graphics).handled);
+        EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
+    }
+    [[nodiscard]] Color at(int32_t x, int32_t y) const { return bitmap.GetPixel({x, y}); }
+    /// The columns that are drawn on, and how many pixels.
+    struct Ink {
+        int32_t left, right, count;
+    };
+    [[nodiscard]] Ink ink() const {
+        Ink ink = {size.width, 0, 0};
+        for (int32_t y = 0; y < size.height; ++y)
+            for (int32_t x = 0; x < size.width; ++x)
+                if (at(x, y) >> 24 > 0x40) ink = {std::min(ink.left, x), std::max(ink.right, x + 1), ink.count + 1};
+        return ink;
+    }
+    /// The pixel that covers most.
+    [[nodiscard]] Color strongest() const {
+        Color found = 0;
+        for (int32_t y = 0; y < size.height; ++y)
+            for (int32_t x = 0; x < size.width; ++x)
+                if (at(x, y) >> 24 > found >> 24) found = at(x, y);
+        return found;
+    }
+    Size size;
+    Bitmap bitmap;
+};
+
+::testing::AssertionResult alike(Color actual, Color expected) {
+    for (int shift = 0; shift < 32; shift += 8) {
+        const int difference = static_cast<int>(actual >> shift & 0xFF) - static_cast<int>(expected >> shift & 0xFF);
+        if (difference < -3 || difference > 3)
+            return ::testing::AssertionFailure() << std::hex << actual << " instead of " << expected;
+    }
+    return ::testing::AssertionSuccess();
+}
+
+class Widgets : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        LoadPrivateFonts();
+        ASSERT_NE(dialog.Create({}), nullptr);
+        for (const int32_t id : {11, 12, 13}) ShowWindow(dialog.GetItem(id), SW_HIDE);
+        dialog.SetPosition({50, 50, 450, 350}, SWP_NOZORDER | SWP_SHOWWINDOW);
+        moveCursor({0, 0});
+    }
+    void TearDown() override { ReleaseCapture(); }
+    HWND make(const wchar_t* windowClass, DWORD style, const Box& box = {20, 20, 100, 40}, bool visible = true) {
+        return CreateWindowExW(0, windowClass, L"", WS_CHILD | (visible ? WS_VISIBLE : 0) | style, box.x, box.y,
+                               box.width, box.height, dialog.GetHandle(), nullptr, nullptr, nullptr);
+    }
+    static void moveCursor(POINT screen) {
+        SetCursorPos(screen.x, screen.y);
+        POINT now{};
+        GetCursorPos(&now);
+        ASSERT_TRUE(now.x == screen.x && now.y == screen.y);
+    }
+    void moveCursorTo(const Window& widget, int32_t x, int32_t y) {
+        POINT place = {x, y};
+        ClientToScreen(widget.GetHandle(), &place);
+        moveCursor(place);
+    }
+    static Size measured(std::wstring_view text, float size) {
+        const auto font = CreateFontByName(textFace, size, fontBold);
+        Graphics graphics(GetDesktopWindow());
+        ApplyQuality(graphics);
+        const StringFormat format = CreateTextFormat();
+        const RectF bounds = graphics.MeasureString(text, font.get(), {}, &format);
+        return {static_cast<int32_t>(bounds.width + 0.5f), static_cast<int32_t>(bounds.height + 0.5f)};
+    }
+
+    ScrolledDialog dialog;
+};
+
+template <typename Widget>
+void expectStatesOf(Widget& widget, const std::function<void(int32_t, int32_t)>& moveCursor) {
+    const HWND window = widget.GetHandle();
+    EXPECT_EQ(widget.GetVisualState(), normal);
+    SetFocus(window);
+    EXPECT_EQ(widget.GetVisualState(), focused);
+    moveCursor(5, 5);
+    EXPECT_EQ(widget.GetVisualState(), hover);
+    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    EXPECT_EQ(widget.GetVisualState(), pressed);
+    EnableWindow(window, FALSE);
+    EXPECT_EQ(widget.GetVisualState(), disabled) << "before all others";
+    EnableWindow(window, TRUE);
+    SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    EXPECT_EQ(widget.GetVisualState(), hover);
+    moveCursor(-10, -10);
+    SendMessageW(window, BM_SETSTATE, TRUE, 0);
+    EXPECT_EQ(widget.GetVisualState(), pressed) << "beside it, while it is pushed";
+    SendMessageW(window, BM_SETSTATE, FALSE, 0);
+}
+
+TEST_F(Widgets, ButtonsAndBoxesTakeTheirStateFromTheNativeControl) {
+    Button button(make(L"BUTTON", BS_PUSHBUTTON));
+    expectStatesOf(button, [&](int32_t x, int32_t y) { moveCursorTo(button, x, y); });
+    SetFocus(dialog.GetHandle());
+    Checkbox box(make(L"BUTTON", BS_AUTOCHECKBOX, {150, 20, 100, 40}));
+    expectStatesOf(box, [&](int32_t x, int32_t y) { moveCursorTo(box, x, y); });
+    EXPECT_FALSE(box.IsChecked()) << "it was taken away under the press";
+    SendMessageW(box.GetHandle(), BM_CLICK, 0, 0);
+    EXPECT_TRUE(box.IsChecked());
+    box.SetChecked(false);
+    EXPECT_FALSE(box.IsChecked());
+}
+
+TEST_F(Widgets, AButtonRepaintsWhenThePointerComesAndGoes) {
+    Button button(make(L"BUTTON", BS_PUSHBUTTON));
+    for (const UINT message : {WM_MOUSEMOVE, WM_MOUSELEAVE}) {
+        UpdateWindow(button.GetHandle());
+        SendMessageW(button.GetHandle(), message, 0, MAKELPARAM(5, 5));
+        EXPECT_TRUE(GetUpdateRect(button.GetHandle(), nullptr, FALSE)) << message;
+    }
+}
+
+TEST_F(Widgets, AButtonShowsAndNamesItsLabelInCapitals) {
+    const NameListener names;
+    Button button(make(L"BUTTON", BS_PUSHBUTTON));
+    button.SetFont(CreateFontByName(textFace, 14, fontBold));
+    EXPECT_EQ(button.GetPreferredSize(), (Size{32, 18})) << "margins alone";
+    for (const auto& [label, shown] : {std::pair<std::wstring, std::wstring>{L"Let's go", L"LET'S GO"},
+                                       {L"zur\u00fcck az", L"ZUR\u00fcCK AZ"},
+                                       {L"\u0434\u0430", L"\u0434\u0430"}}) {
+        button.SetText(label);
+        EXPECT_EQ(button.GetText(), shown);
+        EXPECT_EQ(names.names().back(), std::pair(button.GetHandle(), shown));
+        const Size text = measured(shown, 14);
+        EXPECT_EQ(button.GetPreferredSize(), (Size{text.width + 32, text.height + 18}));
+    }
+}
+
+TEST_F(Widgets, ButtonsArePaintedByTheirState) {
+    Button button(make(L"BUTTON", BS_PUSHBUTTON));
+    button.SetFont(CreateFontByName(textFace, 14, fontBold));
+    EXPECT_TRUE(alike(Drawn(button).at(50, 20), buttonBlue));
+    EXPECT_EQ(Drawn(button).at(1, 1) >> 24, 0u) << "the corners are round";
+    button.SetSecondary(true);
+    EXPECT_TRUE(alike(Drawn(button).at(50, 20), 0xB2171A29));
+    EXPECT_TRUE(alike(Drawn(button).at(50, 1), buttonBlue)) << "outlined";
+    EnableWindow(button.GetHandle(), FALSE);
+    EXPECT_TRUE(alike(Drawn(button).at(50, 1), grey));
+    CloseButton cross(make(L"BUTTON", BS_PUSHBUTTON, {200, 20, 32, 32}));
+    EXPECT_TRUE(alike(Drawn(cross).at(16, 16), white));
+    EXPECT_EQ(Drawn(cross).at(16, 8) >> 24, 0x7Fu) << "between the strokes";
+}
+
+TEST_F(Widgets, ABoxIsDrawnWithItsMark) {
+    Checkbox box(make(L"BUTTON", BS_AUTOCHECKBOX, {20, 20, 200, 22}));
+    box.SetFont(CreateFontByName(textFace, 14, fontBold));
+    EXPECT_EQ(box.GetPreferredSize(), (Size{22 + 14, 22}));
+    EXPECT_TRUE(alike(Drawn(box).at(11, 1), 0xFF62626F));
+    EXPECT_EQ(Drawn(box).at(11, 11) >> 24, 0u) << "never filled";
+    const int32_t empty = Drawn(box).ink().count;
+    box.SetChecked(true);
+    EXPECT_TRUE(alike(Drawn(box).at(11, 1), buttonBlue));
+    EXPECT_GT(Drawn(box).ink().count, empty);
+    box.SetText(L"Create desktop shortcut");
+    const int32_t end = box.GetPreferredSize().width;
+    EXPECT_NEAR(end, 36 + measured(L"Create desktop shortcut", 14).width, 1);
+    EXPECT_LE(Drawn(box).ink().right, end);
+    box.SetPosition({20, 20, 220, 80}, SWP_NOZORDER);
+    EXPECT_NEAR(box.GetPreferredSize().width, end + 8, 1) << "no larger than 30";
+    EXPECT_EQ(box.GetPreferredSize().height, 30);
+}
+
+TEST_F(Widgets, ALinkIsHitOnItsTextAlone) {
+    LinkButton link(make(L"BUTTON", BS_PUSHBUTTON, {20, 20, 300, 40}, false));
+    link.SetFont(CreateFontByName(textFace, 16, fontRegular));
+    link.SetText(L"Customize setup");
+    const RectF text = link.GetTextBounds();
+    EXPECT_GT(text.width, 50) << "before it was ever painted";
+    EXPECT_NEAR(text.x + text.width / 2, 150, 1);
+    EXPECT_NEAR(text.y + text.height / 2, 20, 1);
+    const auto left = static_cast<int32_t>(std::ceil(text.x)), top = static_cast<int32_t>(std::ceil(text.y));
+    const auto right = static_cast<int32_t>(std::ceil(text.x + text.width));
+    const auto bottom = static_cast<int32_t>(std::ceil(text.y + text.height));
+    const auto hit = [&](int32_t x, int32_t y) {
+        POINT place = {x, y};
+        ClientToScreen(link.GetHandle(), &place);
+        return SendMessageW(link.GetHandle(), WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y));
+    };
+    EXPECT_EQ(hit(left, top), HTCLIENT);
+    EXPECT_EQ(hit(right - 1, bottom - 1), HTCLIENT);
+    for (const Point outside : {Point{left - 1, top}, {left, top - 1}, {right, top}, {left, bottom}})
+        EXPECT_EQ(hit(outside.x, outside.y), HTNOWHERE) << outside.x << " " << outside.y;
+    link.SetPosition({20, 20, 220, 60}, SWP_NOZORDER);
+    EXPECT_NEAR(link.GetTextBounds().x + text.width / 2, 100, 1) << "follows the size";
+}
+
+TEST_F(Widgets, ALinkLightsUpUnderThePointerOrWithTheFocus) {
+    LinkButton link(make(L"BUTTON", BS_PUSHBUTTON, {20, 20, 300, 40}));
+    link.SetFont(CreateFontByName(textFace, 16, fontRegular));
+    link.SetText(L"Customize setup");
+    const auto setCursor = [&](HWND over) {
+        return SendMessageW(link.GetHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(over),
+                            MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    };
+    constexpr Color cold = 0xFF6897FD, hot = 0xFF5288FD, greyed = palette::disabledText;
+    moveCursorTo(link, 150, 20);
+    setCursor(dialog.GetHandle());
+    EXPECT_TRUE(alike(Drawn(link).strongest(), cold)) << "another window's cursor";
+    EXPECT_EQ(setCursor(link.GetHandle()), 1);
+    EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));
+    EXPECT_TRUE(alike(Drawn(link).strongest(), hot));
+    SendMessageW(link.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    EXPECT_TRUE(alike(Drawn(link).strongest(), cold));
+    SetFocus(link.GetHandle());
+    EXPECT_TRUE(alike(Drawn(link).strongest(), hot));
+    EnableWindow(link.GetHandle(), FALSE);
+    EXPECT_TRUE(alike(Drawn(link).strongest(), greyed));
+}
+
+TEST_F(Widgets, APlainLabelIsAlignedByItsStyle) {
+    const struct {
+        DWORD style;
+        int32_t left, right;  ///< margins, -1 for more than 20
+    } rows[] = {{SS_LEFT, 0, -1}, {SS_CENTER, -1, -1}, {SS_RIGHT, -1, 0}};
+    for (const auto& row : rows) {
+        Static label(make(L"STATIC", row.style, {20, 20, 200, 24}));
+        label.SetFont(CreateFontByName(textFace, 14, fontBold));
+        label.SetText(L"C:\\Games");
+        label.SetTextColor(coral);
+        EXPECT_EQ(label.GetText(), L"C:\\Games");
+        const auto ink = Drawn(label).ink();
+        EXPECT_EQ(ink.left > 20, row.left < 0) << row.style;
+        EXPECT_EQ(200 - ink.right > 20, row.right < 0) << row.style;
+    }
+}
+
+TEST_F(Widgets, ABarsTimerRunsWhileItMovesAndShows) {
+    const HWND window = make(PROGRESS_CLASSW, PBS_MARQUEE, {20, 20, 320, 8}, false);
+    ProgressBar bar(window);
+    // A timer that is there can be killed; it is put back.
+    const auto ticks = [&] { return KillTimer(window, 100) && SetTimer(window, 100, 20, nullptr) != 0; };
+    const auto place = [&](UINT flag) { SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | flag); };
+    EXPECT_TRUE(bar.IsMarquee()) << "by its style";
+    EXPECT_FALSE(ticks()) << "hidden";
+    place(SWP_SHOWWINDOW);
+    EXPECT_TRUE(ticks());
+    place(SWP_HIDEWINDOW);
+    EXPECT_FALSE(ticks());
+    place(SWP_SHOWWINDOW);
+    SendMessageW(window, PBM_SETPOS, 40, 0);
+    EXPECT_FALSE(bar.IsMarquee() || ticks()) << "the first position ends it";
+    place(SWP_HIDEWINDOW);
+    place(SWP_SHOWWINDOW);
+    EXPECT_FALSE(ticks());
+    SendMessageW(window, PBM_SETMARQUEE, TRUE, 20);
+    EXPECT_TRUE(bar.IsMarquee() && ticks());
+    EXPECT_FALSE(KillTimer(window, 1)) << "no second one of the native control's";
+    SendMessageW(window, PBM_SETMARQUEE, FALSE, 0);
+    EXPECT_FALSE(bar.IsMarquee() || ticks());
+    EXPECT_TRUE(ProgressBar(make(PROGRESS_CLASSW, PBS_MARQUEE)).IsMarquee());
+    const HWND plain = make(PROGRESS_CLASSW, 0);
+    const ProgressBar other(plain);
+    SendMessageW(plain, PBM_SETMARQUEE, TRUE, 0);
+    EXPECT_TRUE(other.IsMarquee()) << "without the style too";
+    SendMessageW(plain, PBM_SETPOS, 40, 0);
+    EXPECT_FALSE(other.IsMarquee());
+    EXPECT_EQ(SendMessageW(plain, PBM_GETPOS, 0, 0), 40);
+}
+
+TEST_F(Widgets, ABarIsFilledToItsPosition) {
+    ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
+    SendMessageW(bar.GetHandle(), PBM_SETRANGE32, 0, 100);
+    EXPECT_TRUE(alike(Drawn(bar).at(10, 4), grey)) << "nothing yet";
+    SendMessageW(bar.GetHandle(), PBM_SETPOS, 50, 0);
+    EXPECT_EQ(Drawn(bar).at(10, 4) >> 16, 0xFFFFu) << "red";
+    EXPECT_TRUE(alike(Drawn(bar).at(6, 4), coral)) << "the gradient begins here";
+    EXPECT_TRUE(alike(Drawn(bar).at(166, 4), grey));
+    EXPECT_EQ(Drawn(bar).at(0, 0) >> 24, 0u) << "round";
+}
+
+TEST_F(Widgets, ABarShowsTheGroundOfThePageThatItAppearsOn) {
+    Color color = coral;
+    dialog.painter = [&](Graphics& graphics) { graphics.FillRectangle(Brush(color), {0, 0, 500, 500}); };
+    ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
+    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), coral));
+    color = buttonBlue;
+    bar.Show(SW_HIDE);
+    bar.Show(SW_SHOW);
+    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), buttonBlue));
+    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({160, 4}), grey));
+}
+
+TEST_F(Widgets, ATrackbarTellsItsParentWhereItWasTaken) {
+    for (const bool vertical : {true, false}) {
+        SCOPED_TRACE(vertical);
+        Trackbar track(make(TRACKBAR_CLASSW, vertical ? TBS_VERT : TBS_HORZ,
+                            vertical ? Box{20, 20, 8, 100} : Box{20, 20, 100, 8}));
+        track.SetRange(0, 100);
+        track.SetPageSize(100);
+        track.SetLineSize(20);
+        const auto mouse = [&](UINT message, int32_t along) {
+            SendMessageW(track.GetHandle(), message, MK_LBUTTON,
+                         vertical ? MAKELPARAM(4, along) : MAKELPARAM(along, 4));
+        };
+        const auto wheel = [&](int32_t delta) {
+            SendMessageW(track.GetHandle(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0);
+        };
+        using Told = std::vector<Scroll>;
+        dialog.take();
+        mouse(WM_MOUSEMOVE, 40);
+        EXPECT_EQ(dialog.take(), Told{}) << "nothing is dragged";
+        mouse(WM_LBUTTONDOWN, 10);
+        EXPECT_EQ(GetCapture(), track.GetHandle());
+        mouse(WM_MOUSEMOVE, 30);
+        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 40}}));
+        mouse(WM_MOUSEMOVE, 500);
+        mouse(WM_MOUSEMOVE, 600);
+        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 100}})) << "once";
+        mouse(WM_LBUTTONUP, 600);
+        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBPOSITION, 100}}));
+        EXPECT_EQ(GetCapture(), nullptr);
+        mouse(WM_LBUTTONDOWN, 5);
+        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEUP, 0}}));
+        mouse(WM_LBUTTONDOWN, 80);
+        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEDOWN, 100}}));
+        wheel(120);
+        wheel(-60);
+        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_LINEUP, 80}, {vertical, TB_LINEDOWN, 90}}));
+        track.Home();
+        track.Home();
+        track.LineDown();
+        track.End();
+        EXPECT_EQ(dialog.take(),
+                  (Told{{vertical, TB_TOP, 0}, {vertical, TB_LINEDOWN, 20}, {vertical, TB_BOTTOM, 100}}));
+        track.SetPosition(50);
+        EXPECT_EQ(dialog.take(), Told{}) << "without a word";
+        EXPECT_TRUE(GetUpdateRect(track.GetHandle(), nullptr, FALSE));
+        EXPECT_TRUE(vertical ? alike(Drawn(track).at(4, 50), 0xFF62626F) : alike(Drawn(track).at(50, 4), 0xFF62626F));
+        EXPECT_EQ(Drawn(track).at(vertical ? 4 : 10, vertical ? 10 : 4) >> 24, 0u) << "no line behind the thumb";
+    }
+}
+
+}  // namespace
+}  // namespace pdx
