@@ -1,8 +1,8 @@
 // A value that is found out once for the process.
 #pragma once
 
-#include <memory>
 #include <mutex>
+#include <type_traits>
 #include <utility>
 
 #include "platform/Lock.h"
@@ -35,5 +35,6 @@ class ProcessValue {
     Lock lock;
     const Value* value = nullptr;
 };
+static_assert(std::is_trivially_destructible_v<ProcessValue<int>>);
 
 }  // namespace pdx

@@ -25,11 +25,14 @@ void TelemetrySender::start(const std::string& url, const TelemetryManager& mana
 void TelemetrySender::enqueue(const TelemetryEvent& event) {
     TelemetryQueueItem item = prepareEvent(event);
     if (item.event.empty()) return;
+    bool first = false;
     {
         const std::lock_guard guard(queueLock);
+        first = queue.empty();
         queue.push_back(std::move(item));
     }
-    SetEvent(wakeEvent.get());
+    // Whoever came first wakes the worker for all that are there when it takes the queue.
+    if (first) SetEvent(wakeEvent.get());
 }
 
 void TelemetrySender::setSendingEnabled(bool enabled) {

@@ -35,12 +35,13 @@ class WireTest : public TestHostTest {
 };
 
 TEST_F(WireTest, EachServiceGetsItsOwnForm) {
-    const auto manager = begin("/wire/form");
+    begin("/wire/form");
     sendTelemetry(tallySender, "installer", {{"status", "begin"}}, false);
     sendTelemetry(briskSender, "inst.sess.strt", {{"a", "\xC3\xA9"}}, false);
     sendTelemetry(2, "inst.sess.strt", {}, true);
-    manager->setSendingEnabled(true);
-    manager->stop();
+    g_telemetry.get()->setSendingEnabled(true);
+    // The manager goes, and with it come the last posts.
+    releaseTelemetry();
 
     const json brisk = requestsTo("/wire/form/brisk/telm", 1);
     ASSERT_EQ(brisk.size(), 1u);
