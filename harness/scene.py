@@ -164,6 +164,12 @@ class Scene:
         target.parent.mkdir(exist_ok=True)
         return bundle.make(target, LIBRARY, package, {"PDXTEST_SCRIPT": SCRIPT}, **options)
 
+    def make_thin_bundle(self) -> str:
+        """Makes the bundle a thin one; gives the address on the download host that the client package comes from."""
+        link = self.services.download.serve(f"/client/{bundle.PACKAGE_ID}", PACKAGE)
+        self.make_bundle(download_url=link)
+        return link
+
     def script(self, text: str) -> None:
         """What the client package's custom actions do in the runs to come (harness/client/Script.h)."""
         lines = (line.strip() for line in text.strip().splitlines())

@@ -11,6 +11,7 @@ from harness import bundle
 TIME = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}")
 TIME_SECONDS = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\dZ")
 UUID = re.compile(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}")
+UNAVAILABLE = "80070003"  # the engine's code for an answer of 503
 PRODUCT = "kestrel_client"
 AGENT = f"Palisade app Installer/{bundle.BUNDLE_VERSION}"
 
@@ -34,7 +35,7 @@ def brisk_identity(session: object, thin: bool) -> dict:
     """The keys that stand in every event."""
     return {"app": "kestrel-installer", "arch": "AMD64", "build": "opt", "cntry": re.compile("[A-Z]{2}"),
             "envt": "production", "ityp": "thin" if thin else "thick", "lang": re.compile("[a-z]{2,3}"),
-            "machash": re.compile("[0-9a-f]{40}"), "os": re.compile(r"Wine \d+"), "plat": "pc", "session": session,
+            "machash": re.compile("[0-9a-f]{40}"), "os": re.compile("Wine .+"), "plat": "pc", "session": session,
             "vers": bundle.BUNDLE_VERSION}
 
 
@@ -43,6 +44,66 @@ def session_start(command_line: str, **other) -> tuple[str, dict]:
     return "inst.sess.strt", {"action": 5, "autopatch": False, "boot": TIME, "cmd": command_line, "elevated": True,
                               "harrier": "", "ignore_installed": "", "launch": "", "repair": "0",
                               "with_authcode": False} | other
+
+
+def command_line(run) -> str:
+    """The process command line of a run that has ended, as its log has it."""
+    started = next(text for text in run.log.messages("OnStartup") if text.startswith("Command line: "))
+    return started.removeprefix("Command line: [").removesuffix("]")
+
+
+# An ordinary install's events, as each service is told. Under Wine the medium of a drive is unknown.
+INSTALL_START = ("inst.inst.strt", {"intm": TIME, "inst": "new", "path": "default", "dskm": "", "dtyp": "system"})
+INSTALL_SUCCESS = ("inst.inst.succ", {"strt": TIME, "stst": "new", "endt": TIME, "enst": "success"})
+INSTALL_CANCEL = ("inst.inst.canc", {"cnst": "user_action"})
+SESSION_STOP = ("inst.sess.stop", {})
+
+
+def tally_install(status: str, status_code: str) -> tuple[str, dict]:
+    return "install", {"status": status, "status_code": status_code, "installation_type": PRODUCT}
+
+
+def download_start(link: str) -> tuple[str, dict]:
+    return "inst.dnld.strt", {"strt": TIME, "stst": "new", "link": link, "byte": 0}
+
+
+def download_success(link: str, size: int) -> tuple[str, dict]:
+    return "inst.dnld.succ", {"strt": TIME, "stst": "new", "endt": TIME, "enst": "success", "link": link,
+                              "pct": "100.0000", "byte": size}
+
+
+def download_error(link: str, auto_retry: bool) -> tuple[str, dict]:
+    """An attempt that the host answered with 503 before any byte came."""
+    context = {"pkid": bundle.PACKAGE_ID, "plid": bundle.PACKAGE_ID, "caop": 1, "psrc": link, "cast": UNAVAILABLE,
+               "reco": 0}
+    runtimes = {f"vc{runtime}ver": "" for runtime in ("10x86", "11x86", "12x86", "14x86", "14x64")}
+    return "inst.dnld.erro", {"ecod": UNAVAILABLE, "emsg": "unknown", "estr": "Path not found.", "einv": True, "eopr": 34,
+                              "auto_retry": "true" if auto_retry else "false", "ectx": context} | runtimes
+
+
+def tally_download(status: str, status_code: str, **percent: float) -> tuple[str, dict]:
+    return "download", {"status": status, "status_code": status_code, "item_platform": "pc",
+                        "download_id": UUID} | percent
+
+
+def failed_attempts(link: str, retries: list[bool]) -> tuple[list, list]:
+    """What the two services are told of attempts that the host answers with 503, each retried by itself or not."""
+    brisk = [event for retry in retries for event in (download_start(link), download_error(link, retry))]
+    tally = [tally_download("start", "new", percent=0), tally_download("error", UNAVAILABLE)] * len(retries)
+    return brisk, tally
+
+
+def told_so_far(scene) -> dict[str, int]:
+    """How many posts each service has had, to check those of a later run by."""
+    return {service: len(scene.services.requests(service)) for service in ("brisk", "tally")}
+
+
+def check_attempts(scene, count: int, since: dict[str, int] | None = None) -> None:
+    """Each attempt of a download has an id of its own, which its last event bears too."""
+    ids = [event["download_id"] for post in scene.services.requests("tally")[(since or {}).get("tally", 0):]
+           for event in post.body["contexts"][0]["events"] if event["core"]["en"] == "download"]
+    scene.check_equal("the ids of the downloads are as many as the attempts", len(set(ids)), count)
+    scene.check_equal("each for a start and an end", ids[0::2], ids[1::2])
 
 
 def message(msg_id: str, status: str, cohort: str = "") -> tuple[str, dict]:
@@ -74,10 +135,11 @@ def differences(found: object, wanted: object, where: str = "") -> list[str]:
     return [] if right else [f"{where} is {found!r}, wanted {wanted!r}"]
 
 
-def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object = UUID) -> None:
-    """Checks all posts so far: their headers, the order of their keys, and each event with each of its attributes."""
-    told_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS)
-    told_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS)
+def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object = UUID,
+                    since: dict[str, int] | None = None) -> None:
+    """Checks all posts so far, or those of one run that are `since` others: their headers, the order of their keys, and each event with each of its attributes."""
+    told_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS, since)
+    told_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS, since)
     events = [event for post in told_brisk for event in post]
     wanted = []
     for name, attributes in brisk:
@@ -107,8 +169,8 @@ def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object
     _check_each(scene, "a Tally event", events, wanted)
 
 
-def _check_posts(scene, service: str, path: str, headers: dict) -> list:
-    requests = scene.services.requests(service)
+def _check_posts(scene, service: str, path: str, headers: dict, since: dict[str, int] | None) -> list:
+    requests = scene.services.requests(service)[(since or {}).get(service, 0):]
     scene.check(f"{service} is posted to", requests)
     scene.check_equal(f"{service} is posted to its path", {(r.method, r.path) for r in requests}, {("POST", path)})
     wrong = [row for r in requests

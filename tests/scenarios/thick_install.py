@@ -1,7 +1,8 @@
 """A person installs from the thick variant: no update is asked for, nothing is downloaded, and both services are told."""
 import re
 
-from harness.telemetry import PRODUCT, TIME, check_telemetry, session_start, start_page
+from harness.telemetry import (INSTALL_START, INSTALL_SUCCESS, SESSION_STOP, check_telemetry, command_line,
+                               session_start, start_page, tally_install)
 from harness.window import ACTION1
 
 
@@ -20,18 +21,8 @@ def play(scene):
 
 
 def check_told(scene, run):
-    started = next(text for text in run.log.messages("OnStartup") if text.startswith("Command line: "))
-    command_line = started.removeprefix("Command line: [").removesuffix("]")
-    brisk = [
-        session_start(command_line),
-        ("inst.inst.strt", {"intm": TIME, "inst": "new", "path": "default", "dskm": "", "dtyp": "system"}),
-        ("inst.inst.succ", {"strt": TIME, "stst": "new", "endt": TIME, "enst": "success"}),
-        ("inst.sess.stop", {}),
-    ]
-    tally = start_page() + [
-        ("install", {"status": "start", "status_code": "new", "installation_type": PRODUCT}),
-        ("install", {"status": "finish", "status_code": "success", "installation_type": PRODUCT}),
-    ]
+    brisk = [session_start(command_line(run)), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
+    tally = start_page() + [tally_install("start", "new"), tally_install("finish", "success")]
     check_telemetry(scene, thin=False, brisk=brisk, tally=tally)
     lines = [text for text in run.log.messages("OnExecuteBegin") if text.startswith("instTelemetry.")]
     scene.check_equal("the record is logged in its order", [re.sub("= 20.*", "= now", text) for text in lines],

@@ -1,0 +1,42 @@
+"""The download host fails three times: the library tries again after 1, 5 and 30 seconds, and nobody is asked."""
+from datetime import datetime
+
+from harness.places import PACKAGE
+from harness.telemetry import (INSTALL_START, INSTALL_SUCCESS, SESSION_STOP, check_attempts, check_telemetry,
+                               command_line, download_start, download_success, failed_attempts, session_start,
+                               start_page, tally_download, tally_install)
+from harness.window import ACTION1
+
+WAITS = [1, 5, 30]
+
+
+def play(scene):
+    link = scene.make_thin_bundle()
+    scene.services.download.answer(status=503, method="HEAD", times=3)
+    run = scene.start()
+    scene.wait_for_page("welcome")
+    scene.window.click(ACTION1)
+    scene.wait_for_page("progress")
+    run.finish(150)
+    scene.check_exit_code(run, 0)
+    scene.check_installed()
+    check_waits(scene, run)
+
+    failed_brisk, failed_tally = failed_attempts(link, [True] * 3)
+    brisk = [session_start(command_line(run)), *failed_brisk, download_start(link),
+             download_success(link, PACKAGE.stat().st_size), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
+    tally = [*start_page(), *failed_tally, tally_download("start", "new", percent=0),
+             tally_download("finish", "success", percent=100.0),
+             tally_install("start", "new"), tally_install("finish", "success")]
+    check_telemetry(scene, thin=True, brisk=brisk, tally=tally)
+    check_attempts(scene, 4)
+
+
+def check_waits(scene, run):
+    waits = [text for text in run.log.messages("OnCacheAcquireComplete") if text.startswith("Waiting")]
+    scene.check_equal("the waits are logged", waits, [f"Waiting {seconds}s before auto retry" for seconds in WAITS])
+    moments = [(event["s"], datetime.fromisoformat(event["ts"])) for post in scene.services.requests("brisk")
+               for event in post.body if event["g"] == "dnld"]
+    gaps = [(after - before).total_seconds() for (what, before), (_, after) in zip(moments, moments[1:])
+            if what == "erro"]
+    scene.check("and are waited out", len(gaps) == len(WAITS) and all(map(float.__ge__, gaps, map(float, WAITS))), gaps)
