@@ -33,6 +33,7 @@ import threading
 import time
 import tomllib
 from pathlib import Path
+from urllib.parse import urlsplit
 
 from harness import bundle, sandbox
 from harness.places import ROOT
@@ -43,15 +44,15 @@ CONFIGURATIONS = ROOT / "resources"
 DOMAIN = "corvaneworks.example"
 
 
-def _configured_hosts(key: str) -> list[str]:
-    """The host names of an address in the configuration files, production's first."""
+def configured(key: str) -> list[str]:
+    """An address in the configuration files, production's first."""
     found = []
     for file in sorted(CONFIGURATIONS.glob("*.cfg"), key=lambda file: file.name != "production.cfg"):
         value = tomllib.loads(file.read_text("utf-8"))
         for part in key.split("."):
             value = value.get(part, {})
         if value:
-            found.append(value.split("/")[2])
+            found.append(value)
     return list(dict.fromkeys(found))
 
 
@@ -72,7 +73,8 @@ class Services:
             ("legal.url", r"GET /legalapp/.*", lambda _: Answer("<!DOCTYPE html><title>Legal document</title>")),
             ("", r"\w+ /.*", lambda request: testhost.answer(request, self)),
         ]
-        names = [_configured_hosts(key) if key else ["tests." + DOMAIN] for key, *_ in rows]
+        names = [list(dict.fromkeys(urlsplit(url).netloc for url in configured(key))) if key else ["tests." + DOMAIN]
+                 for key, *_ in rows]
         chain = certificates.prepare(sum(names, []), "crl." + DOMAIN)
         made = [Service(name, f"127.0.0.{11 + index}", names[index], *rows[index][1:], chain.context, self._record)
                 for index, name in enumerate(("update", "brisk", "tally", "download", "legal", "tests"))]
