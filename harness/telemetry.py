@@ -45,6 +45,29 @@ def session_start(command_line: str, **other) -> tuple[str, dict]:
                               "with_authcode": False} | other
 
 
+def command_line(run) -> str:
+    """The process command line that a run's log tells."""
+    started = next(text for text in run.log.messages("OnStartup") if text.startswith("Command line: "))
+    return started.removeprefix("Command line: [").removesuffix("]")
+
+
+def thick_install(run, shown: bool = True, **record) -> dict[str, list]:
+    """What a first install from the thick variant tells, as check_telemetry wants it; `shown` with a window, `record`
+    what is other than usual in what is told when it begins."""
+    begin = {"intm": TIME, "inst": "new", "path": "default", "dskm": "", "dtyp": "system"} | record
+    brisk = [
+        session_start(command_line(run)),
+        ("inst.inst.strt", begin),
+        ("inst.inst.succ", {"strt": TIME, "stst": "new", "endt": TIME, "enst": "success"}),
+        ("inst.sess.stop", {}),
+    ]
+    tally = [
+        ("install", {"status": "start", "status_code": "new", "installation_type": PRODUCT}),
+        ("install", {"status": "finish", "status_code": "success", "installation_type": PRODUCT}),
+    ]
+    return {"thin": False, "brisk": brisk, "tally": (start_page() if shown else []) + tally}
+
+
 def message(msg_id: str, status: str, cohort: str = "") -> tuple[str, dict]:
     destination, page = next(place for start, place in PLACES.items() if msg_id.startswith(start))
     track = {"trackingtag": cohort, "environment": "", "target_games_in_collection": [], "target_subs": "",

@@ -1,7 +1,7 @@
 """A person installs from the thick variant: no update is asked for, nothing is downloaded, and both services are told."""
 import re
 
-from harness.telemetry import PRODUCT, TIME, check_telemetry, session_start, start_page
+from harness.telemetry import check_telemetry, thick_install
 from harness.window import ACTION1
 
 
@@ -20,19 +20,7 @@ def play(scene):
 
 
 def check_told(scene, run):
-    started = next(text for text in run.log.messages("OnStartup") if text.startswith("Command line: "))
-    command_line = started.removeprefix("Command line: [").removesuffix("]")
-    brisk = [
-        session_start(command_line),
-        ("inst.inst.strt", {"intm": TIME, "inst": "new", "path": "default", "dskm": "", "dtyp": "system"}),
-        ("inst.inst.succ", {"strt": TIME, "stst": "new", "endt": TIME, "enst": "success"}),
-        ("inst.sess.stop", {}),
-    ]
-    tally = start_page() + [
-        ("install", {"status": "start", "status_code": "new", "installation_type": PRODUCT}),
-        ("install", {"status": "finish", "status_code": "success", "installation_type": PRODUCT}),
-    ]
-    check_telemetry(scene, thin=False, brisk=brisk, tally=tally)
+    check_telemetry(scene, **thick_install(run))
     lines = [text for text in run.log.messages("OnExecuteBegin") if text.startswith("instTelemetry.")]
     scene.check_equal("the record is logged in its order", [re.sub("= 20.*", "= now", text) for text in lines],
                       ["instTelemetry.diskMedia = ", "instTelemetry.driveType(system/data) = system",
