@@ -31,10 +31,10 @@ START_PAGE = ["meridian_start_lets_go", "meridian_start_user_agreement", "meridi
 
 
 def brisk_identity(session: object, thin: bool) -> dict:
-    """The keys that stand in every event."""
+    """The keys that stand in every event. Wine names its version by two numbers, and only three are understood."""
     return {"app": "kestrel-installer", "arch": "AMD64", "build": "opt", "cntry": re.compile("[A-Z]{2}"),
             "envt": "production", "ityp": "thin" if thin else "thick", "lang": re.compile("[a-z]{2,3}"),
-            "machash": re.compile("[0-9a-f]{40}"), "os": re.compile(r"Wine \d+"), "plat": "pc", "session": session,
+            "machash": re.compile("[0-9a-f]{40}"), "os": "Wine Unknown", "plat": "pc", "session": session,
             "vers": bundle.BUNDLE_VERSION}
 
 
