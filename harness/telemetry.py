@@ -32,10 +32,10 @@ START_PAGE = ["meridian_start_lets_go", "meridian_start_user_agreement", "meridi
 
 
 def brisk_identity(session: object, thin: bool) -> dict:
-    """The keys that stand in every event."""
+    """The keys that stand in every event. Wine names its version by two numbers, and only three are understood."""
     return {"app": "kestrel-installer", "arch": "AMD64", "build": "opt", "cntry": re.compile("[A-Z]{2}"),
             "envt": "production", "ityp": "thin" if thin else "thick", "lang": re.compile("[a-z]{2,3}"),
-            "machash": re.compile("[0-9a-f]{40}"), "os": re.compile("Wine .+"), "plat": "pc", "session": session,
+            "machash": re.compile("[0-9a-f]{40}"), "os": "Wine Unknown", "plat": "pc", "session": session,
             "vers": bundle.BUNDLE_VERSION}
 
 
@@ -106,6 +106,15 @@ def check_attempts(scene, count: int, since: dict[str, int] | None = None) -> No
     scene.check_equal("each for a start and an end", ids[0::2], ids[1::2])
 
 
+def thick_install(run, shown: bool = True, **record) -> dict[str, object]:
+    """What a first install from the thick variant tells, as check_telemetry wants it; `shown` with a window, `record`
+    what is other than usual in what is told when it begins."""
+    name, begin = INSTALL_START
+    brisk = [session_start(command_line(run)), (name, begin | record), INSTALL_SUCCESS, SESSION_STOP]
+    tally = [tally_install("start", "new"), tally_install("finish", "success")]
+    return {"thin": False, "brisk": brisk, "tally": (start_page() if shown else []) + tally}
+
+
 def message(msg_id: str, status: str, cohort: str = "") -> tuple[str, dict]:
     destination, page = next(place for start, place in PLACES.items() if msg_id.startswith(start))
     track = {"trackingtag": cohort, "environment": "", "target_games_in_collection": [], "target_subs": "",
@@ -137,7 +146,8 @@ def differences(found: object, wanted: object, where: str = "") -> list[str]:
 
 def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object = UUID,
                     since: dict[str, int] | None = None) -> None:
-    """Checks all posts so far, or those of one run that are `since` others: their headers, the order of their keys, and each event with each of its attributes."""
+    """Checks all posts so far, or those `since` earlier runs: their headers, the order of their keys, and each event with
+    each of its attributes."""
     told_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS, since)
     told_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS, since)
     events = [event for post in told_brisk for event in post]

@@ -1,8 +1,7 @@
 """A person installs from the thick variant: no update is asked for, nothing is downloaded, and both services are told."""
 import re
 
-from harness.telemetry import (INSTALL_START, INSTALL_SUCCESS, SESSION_STOP, check_telemetry, command_line,
-                               session_start, start_page, tally_install)
+from harness.telemetry import check_telemetry, thick_install
 from harness.window import ACTION1
 
 
@@ -21,9 +20,7 @@ def play(scene):
 
 
 def check_told(scene, run):
-    brisk = [session_start(command_line(run)), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
-    tally = start_page() + [tally_install("start", "new"), tally_install("finish", "success")]
-    check_telemetry(scene, thin=False, brisk=brisk, tally=tally)
+    check_telemetry(scene, **thick_install(run))
     lines = [text for text in run.log.messages("OnExecuteBegin") if text.startswith("instTelemetry.")]
     scene.check_equal("the record is logged in its order", [re.sub("= 20.*", "= now", text) for text in lines],
                       ["instTelemetry.diskMedia = ", "instTelemetry.driveType(system/data) = system",
