@@ -38,7 +38,7 @@ class DialogBench {
         for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
             engine.variables.set(name, std::wstring(L"0"));
         engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Games\\Palisade Desktop"));
-        application = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc);
+        application = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc, nullptr);
         dialog = std::make_unique<BootstrapperDialog>(*application);
         dialog->Create({});
         settle();

@@ -65,7 +65,7 @@ struct StartedRun {
         command.display = BOOTSTRAPPER_DISPLAY_FULL;
         for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
             engine.variables.set(name, std::wstring(L"0"));
-        app = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc);
+        app = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc, nullptr);
         EXPECT_EQ(app->OnStartup(), S_OK);
     }
     ~StartedRun() { app->Release(); }
