@@ -7,6 +7,7 @@ import json
 import re
 
 from harness import bundle
+from harness.places import PACKAGE
 
 TIME = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}")
 TIME_SECONDS = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\dZ")
@@ -15,9 +16,11 @@ UNAVAILABLE = "80070003"  # the engine's code for an answer of 503
 PRODUCT = "kestrel_client"
 AGENT = f"Palisade app Installer/{bundle.BUNDLE_VERSION}"
 
-BRISK_HEADERS = {"Content-Type": "application/json", "x-bastion-client-version": bundle.BUNDLE_VERSION,
-                 "OsVersion": "pc", "x-bastion-client-platform": "pc", "User-Agent": AGENT}
-TALLY_HEADERS = {"Content-Type": "application/json", "x-palisade-taxv": "2.0", "User-Agent": AGENT}
+# All that a request bears: another header is as wrong as one that lacks.
+UPDATE_HEADERS = {"Host": str, "User-Agent": AGENT}
+TALLY_HEADERS = UPDATE_HEADERS | {"Content-Length": str, "Content-Type": "application/json", "x-palisade-taxv": "2.0"}
+BRISK_HEADERS = UPDATE_HEADERS | {"Content-Length": str, "Content-Type": "application/json", "OsVersion": "pc",
+                                  "x-bastion-client-version": bundle.BUNDLE_VERSION, "x-bastion-client-platform": "pc"}
 TALLY_ENVELOPE = {"entity_type": "player", "et": "client_desktop", "loc": re.compile(r"[a-z]{2,3}(_[A-Za-z-]+)?"),
                   "plat": "pc", "rel": "prod", "subl": "unknown", "subs": "unknown", "taxv": "2.0",
                   "tid": "kestrel_tundra", "tidt": "service", "ts_post": TIME_SECONDS, "v": bundle.BUNDLE_VERSION}
@@ -72,13 +75,19 @@ def download_success(link: str, size: int) -> tuple[str, dict]:
                               "pct": "100.0000", "byte": size}
 
 
-def download_error(link: str, auto_retry: bool) -> tuple[str, dict]:
-    """An attempt that the host answered with 503 before any byte came."""
+def failure(name: str, code: str, text: str, operation: int, context: object, group: str = "unknown",
+            invalid: bool = True, **extra) -> tuple[str, dict]:
+    """An error event; no machine here has one of the runtimes that it tells of."""
+    runtimes = {f"vc{runtime}ver": "" for runtime in ("10x86", "11x86", "12x86", "14x86", "14x64")}
+    return name, {"ecod": code, "emsg": group, "estr": text, "einv": invalid, "eopr": operation,
+                  "ectx": context} | runtimes | extra
+
+
+def unavailable(name: str, link: str, **extra) -> tuple[str, dict]:
+    """That of an attempt which the host answered with 503 before any byte came."""
     context = {"pkid": bundle.PACKAGE_ID, "plid": bundle.PACKAGE_ID, "caop": 1, "psrc": link, "cast": UNAVAILABLE,
                "reco": 0}
-    runtimes = {f"vc{runtime}ver": "" for runtime in ("10x86", "11x86", "12x86", "14x86", "14x64")}
-    return "inst.dnld.erro", {"ecod": UNAVAILABLE, "emsg": "unknown", "estr": "Path not found.", "einv": True, "eopr": 34,
-                              "auto_retry": "true" if auto_retry else "false", "ectx": context} | runtimes
+    return failure(name, UNAVAILABLE, "Path not found.", 34, context, **extra)
 
 
 def tally_download(status: str, status_code: str, **percent: float) -> tuple[str, dict]:
@@ -86,9 +95,14 @@ def tally_download(status: str, status_code: str, **percent: float) -> tuple[str
                         "download_id": UUID} | percent
 
 
+TALLY_DOWNLOAD = [tally_download("start", "new", percent=0), tally_download("finish", "success", percent=100.0)]
+TALLY_INSTALL = [tally_install("start", "new"), tally_install("finish", "success")]
+
+
 def failed_attempts(link: str, retries: list[bool]) -> tuple[list, list]:
     """What the two services are told of attempts that the host answers with 503, each retried by itself or not."""
-    brisk = [event for retry in retries for event in (download_start(link), download_error(link, retry))]
+    brisk = [event for retry in retries for event in (
+        download_start(link), unavailable("inst.dnld.erro", link, auto_retry="true" if retry else "false"))]
     tally = [tally_download("start", "new", percent=0), tally_download("error", UNAVAILABLE)] * len(retries)
     return brisk, tally
 
@@ -111,8 +125,16 @@ def thick_install(run, shown: bool = True, **record) -> dict[str, object]:
     what is other than usual in what is told when it begins."""
     name, begin = INSTALL_START
     brisk = [session_start(command_line(run)), (name, begin | record), INSTALL_SUCCESS, SESSION_STOP]
-    tally = [tally_install("start", "new"), tally_install("finish", "success")]
-    return {"thin": False, "brisk": brisk, "tally": (start_page() if shown else []) + tally}
+    return {"thin": False, "brisk": brisk, "tally": (start_page() if shown else []) + TALLY_INSTALL}
+
+
+def thin_install(run, link: str, failed: tuple[list, list] = ([], [])) -> dict[str, object]:
+    """What a first install from the thin variant tells, with a window; `failed` of the attempts at its download that
+    came to nothing."""
+    brisk = [session_start(command_line(run)), *failed[0], download_start(link),
+             download_success(link, PACKAGE.stat().st_size), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
+    tally = [*start_page(), *failed[1], *TALLY_DOWNLOAD, *TALLY_INSTALL]
+    return {"thin": True, "brisk": brisk, "tally": tally}
 
 
 def message(msg_id: str, status: str, cohort: str = "") -> tuple[str, dict]:
@@ -159,8 +181,9 @@ def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object
     scene.check_equal("the Brisk service is told these events", [f"{e['m']}.{e['g']}.{e['s']}" for e in events],
                       [name for name, _ in brisk])
     _check_each(scene, "a Brisk event", events, wanted)
-    moments = [event["ts"] for event in events]
-    scene.check("each no earlier than the one before", moments == sorted(moments), moments)
+    identities = {tuple(event.get(key) for key in brisk_identity(session, thin)) for event in events}
+    scene.check_equal("all of one identity", len(identities), 1)
+    _check_times(scene, events)
 
     sessions = {event["session"] for event in events} | {post["sid"] for post in told_tally}
     sessions |= {context["pid"] for post in told_tally for context in post["contexts"]}
@@ -183,14 +206,40 @@ def _check_posts(scene, service: str, path: str, headers: dict, since: dict[str,
     requests = scene.services.requests(service)[(since or {}).get(service, 0):]
     scene.check(f"{service} is posted to", requests)
     scene.check_equal(f"{service} is posted to its path", {(r.method, r.path) for r in requests}, {("POST", path)})
-    wrong = [row for r in requests
-             for row in differences({key: value for key, value in r.headers.items() if key in headers}, headers)]
-    scene.check_equal(f"{service}'s posts bear their headers", wrong, [])
+    wrong = [row for r in requests for row in differences(r.headers, headers)]
+    scene.check_equal(f"{service}'s posts bear their headers and no other", wrong, [])
     ordered = [json.dumps(r.body, sort_keys=True, ensure_ascii=False, separators=(",", ":")).encode()
                for r in requests]
     scene.check(f"{service}'s posts are one line with keys in order", [r.raw for r in requests] == ordered,
                 [r.raw for r in requests][:1])
     return [r.body for r in requests]
+
+
+def _check_times(scene, events: list) -> None:
+    """The times that events tell go with the moments at which they are told."""
+    moments = [event["ts"] for event in events]
+    scene.check("each no earlier than the one before", moments == sorted(moments), moments)
+    wrong, download = [], ""
+    for before, event in zip(["", *moments], events):
+        times, last = event.get("param", {}), event["ts"]
+        match event["g"], event["s"]:
+            case "dnld", "strt":
+                ordered, download = [moments[0], times["strt"], last], times["strt"]
+            case "dnld", "succ":
+                ordered = [download, times["strt"], download, times["endt"], last]
+            case "sess", "strt":
+                ordered = [times["boot"], last]
+            case "inst", "strt":
+                ordered = [moments[0], times["intm"], last]
+            case "uinst", "strt":
+                ordered = [moments[0], times["uitm"], last]
+            case _, "succ":  # of a run, from its object's first moment on
+                ordered = [moments[0][:11], times["strt"], moments[0], before, times["endt"], last]
+            case _:
+                continue
+        if ordered != sorted(ordered):
+            wrong.append((event["g"], event["s"], ordered))
+    scene.check_equal("and their times are those of what they tell", wrong, [])
 
 
 def _check_each(scene, what: str, found: list, wanted: list) -> None:

@@ -1,9 +1,10 @@
-"""The download host fails four times: the connection prompt asks, and RETRY starts over."""
-from harness.places import PACKAGE
-from harness.telemetry import (INSTALL_START, INSTALL_SUCCESS, SESSION_STOP, check_attempts, check_telemetry,
-                               command_line, download_start, download_success, failed_attempts, session_start,
-                               start_page, tally_download, tally_install)
-from harness.window import ACTION1, BODY, CLOSE, PICTURE, TITLE
+"""The download host fails four times: the connection prompt asks; RETRY starts over, and closing it ends the run."""
+from harness.telemetry import (SESSION_STOP, UNAVAILABLE, check_attempts, check_telemetry, command_line,
+                               failed_attempts, session_start, start_page, tally_install, thin_install, told_so_far,
+                               unavailable)
+from harness.window import ACTION1, ACTION2, BODY, CLOSE, PICTURE, TITLE
+
+RETRIES = [True, True, True, False]
 
 
 def fail_four_times(scene, log: str):
@@ -18,19 +19,33 @@ def fail_four_times(scene, log: str):
     return run
 
 
-def play(scene):
-    link = scene.make_thin_bundle()
-    failed_brisk, failed_tally = failed_attempts(link, [True, True, True, False])
+def close(scene, link: str) -> None:
+    run = fail_four_times(scene, "closed")
+    scene.window.click(CLOSE)
+    # The cross asks what it asks on every page, and the prompt goes with the window.
+    scene.wait_for(lambda: ACTION2 in scene.window.look().controls, "the question behind the cross")
+    scene.window.picture("closed-question")
+    scene.window.click(ACTION2)
+    run.finish(60)
+    scene.check_exit_code(run, 0, "with the prompt closed the engine")
+    brisk, tally = failed_attempts(link, RETRIES)
+    check_telemetry(scene, thin=True, brisk=[session_start(command_line(run)), *brisk, unavailable("inst.inst.fail", link), SESSION_STOP],
+                    tally=[*start_page(), *tally, tally_install("error", UNAVAILABLE)])
+    scene.check_gone()
 
+
+def retry(scene, link: str) -> None:
+    told = told_so_far(scene)
     run = fail_four_times(scene, "engine")
     scene.window.click(ACTION1)
     run.finish(90)
     scene.check_exit_code(run, 0)
     scene.check_installed()
-    brisk = [session_start(command_line(run)), *failed_brisk, download_start(link),
-             download_success(link, PACKAGE.stat().st_size), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
-    tally = [*start_page(), *failed_tally, tally_download("start", "new", percent=0),
-             tally_download("finish", "success", percent=100.0),
-             tally_install("start", "new"), tally_install("finish", "success")]
-    check_telemetry(scene, thin=True, brisk=brisk, tally=tally)
-    check_attempts(scene, 5)
+    check_telemetry(scene, **thin_install(run, link, failed_attempts(link, RETRIES)), since=told)
+    check_attempts(scene, 5, told)
+
+
+def play(scene):
+    link = scene.make_thin_bundle()
+    close(scene, link)
+    retry(scene, link)

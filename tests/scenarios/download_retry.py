@@ -1,10 +1,7 @@
 """The download host fails three times: the library tries again after 1, 5 and 30 seconds, and nobody is asked."""
 from datetime import datetime
 
-from harness.places import PACKAGE
-from harness.telemetry import (INSTALL_START, INSTALL_SUCCESS, SESSION_STOP, check_attempts, check_telemetry,
-                               command_line, download_start, download_success, failed_attempts, session_start,
-                               start_page, tally_download, tally_install)
+from harness.telemetry import check_attempts, check_telemetry, failed_attempts, thin_install
 from harness.window import ACTION1
 
 WAITS = [1, 5, 30]
@@ -22,13 +19,7 @@ def play(scene):
     scene.check_installed()
     check_waits(scene, run)
 
-    failed_brisk, failed_tally = failed_attempts(link, [True] * 3)
-    brisk = [session_start(command_line(run)), *failed_brisk, download_start(link),
-             download_success(link, PACKAGE.stat().st_size), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
-    tally = [*start_page(), *failed_tally, tally_download("start", "new", percent=0),
-             tally_download("finish", "success", percent=100.0),
-             tally_install("start", "new"), tally_install("finish", "success")]
-    check_telemetry(scene, thin=True, brisk=brisk, tally=tally)
+    check_telemetry(scene, **thin_install(run, link, failed_attempts(link, [True] * 3)))
     check_attempts(scene, 4)
 
 

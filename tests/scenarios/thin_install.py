@@ -1,8 +1,5 @@
 """A person installs from the thin variant: no newer one is named, the client is downloaded, both services are told all."""
-from harness.places import PACKAGE
-from harness.telemetry import (AGENT, INSTALL_START, INSTALL_SUCCESS, SESSION_STOP, check_attempts, check_telemetry,
-                               command_line, download_start, download_success, session_start, start_page,
-                               tally_download, tally_install)
+from harness.telemetry import UPDATE_HEADERS, check_attempts, check_telemetry, differences, thin_install
 from harness.window import ACTION1
 
 # The sandbox has the loopback adapter alone, and that has no hardware address: the bucket is that of an empty one.
@@ -21,17 +18,12 @@ def play(scene):
     scene.check_exit_code(run, 0)
     scene.check_installed()
 
-    scene.check_equal("it is asked for once, by this installer",
-                      [(r.status, r.headers.get("User-Agent")) for r in services.requests("update")], [(200, AGENT)])
+    scene.check_equal("it is asked for once", [r.status for r in services.requests("update")], [200])
+    scene.check_equal("with these headers", differences(services.requests("update")[0].headers, UPDATE_HEADERS), [])
     scene.check_equal("the package is fetched from the download host",
                       [(r.method, r.path, r.status) for r in services.requests("download")],
                       [(method, "/client/PalisadeApp.msi", 200) for method in ("HEAD", "GET")])
-    brisk = [session_start(command_line(run)), download_start(link), download_success(link, PACKAGE.stat().st_size),
-             INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
-    tally = start_page() + [tally_download("start", "new", percent=0),
-                            tally_download("finish", "success", percent=100.0),
-                            tally_install("start", "new"), tally_install("finish", "success")]
-    check_telemetry(scene, thin=True, brisk=brisk, tally=tally)
+    check_telemetry(scene, **thin_install(run, link))
     check_attempts(scene, 1)
     scene.check_equal("nothing else is asked for", {r.service for r in services.requests()},
                       {"update", "download", "brisk", "tally"})
