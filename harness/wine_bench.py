@@ -10,8 +10,9 @@ from harness.prefix import copy_of_prepared
 from harness.services import Services
 
 if __name__ == "__main__":
-    with tempfile.TemporaryDirectory() as records:
+    # Wine has a line for each look at a drive that is none of its own.
+    with tempfile.TemporaryDirectory() as records, BENCH_RESULT.with_suffix(".log").open("wb") as warnings:
         services = Services(Path(records))
         with copy_of_prepared("bench", os.environ["DISPLAY"]) as wine:
             arguments = [str(LIBRARY), str(BENCH_RESULT), services.tests.url("")]
-            sys.exit(wine.start(BENCH, *arguments, stdout=None, stderr=None).wait())
+            sys.exit(wine.start(BENCH, *arguments, stdout=None, stderr=warnings).wait())
