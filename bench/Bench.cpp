@@ -1,5 +1,5 @@
-// Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json. Prints a table and
-// writes the same as JSON. Ends with code 1 when it could not measure; a missed aim is only shown.
+// Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json https://test.host.
+// Prints a table and writes the same as JSON. Ends with code 1 when it could not measure; a missed aim is only shown.
 #include <windows.h>
 
 #include <objbase.h>
@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "bench/Benchmarks.h"
+#include "platform/Text.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ nlohmann::json jsonOf(const pdx::Measurements& measurements) {
     return json;
 }
 
-pdx::Measurements measureAll(const std::filesystem::path& library) {
+pdx::Measurements measureAll(const std::filesystem::path& library, const std::string& host) {
     pdx::Measurements all;
     const auto take = [&all](const pdx::Measurements& measurements) {
         for (const auto& measurement : measurements) print(measurement);
@@ -56,6 +57,7 @@ pdx::Measurements measureAll(const std::filesystem::path& library) {
     take(pdx::measureLayout());
     take(pdx::measureMessages(library));
     take(pdx::measureLogging());
+    take(pdx::measureTelemetry(host));
     take(pdx::measureSize(library));
     return all;
 }
@@ -63,13 +65,13 @@ pdx::Measurements measureAll(const std::filesystem::path& library) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    if (argc != 3) {
-        std::printf("usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json\n");
+    if (argc != 4) {
+        std::printf("usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json https://test.host\n");
         return 1;
     }
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     try {
-        const auto measurements = measureAll(argv[1]);
+        const auto measurements = measureAll(argv[1], pdx::toUtf8(argv[3]));
         std::ofstream file{std::filesystem::path(argv[2])};
         file << jsonOf(measurements).dump(2) << '\n';
         if (!file.flush()) throw std::runtime_error("the JSON file cannot be written");

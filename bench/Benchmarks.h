@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "bench/Measurement.h"
 
@@ -18,6 +19,10 @@ Measurements measureLayout();
 Measurements measureMessages(const std::filesystem::path& library);
 /// A log line and the scrubbing of its text, each also as a ratio to formatting the line alone.
 Measurements measureLogging();
+/// What telling an event costs its caller while a service is silent, how fast events reach a service and what they take
+/// of memory before; what is found out of the machine for them. The host is one that answers as the query tells it
+/// (harness/services/testhost.py), "https://host.name".
+Measurements measureTelemetry(const std::string& host);
 /// The library's file by its sections.
 Measurements measureSize(const std::filesystem::path& library);
 

@@ -33,11 +33,14 @@ double secondsOf(Work work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-inline double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+/// The value that has this share of all values, which is below 1, below it.
+inline double quantile(std::vector<double> values, double share) {
+    const auto at = values.begin() + static_cast<std::ptrdiff_t>(static_cast<double>(values.size()) * share);
+    std::nth_element(values.begin(), at, values.end());
+    return *at;
 }
+
+inline double median(std::vector<double> values) { return quantile(std::move(values), 0.5); }
 
 /// The median of so many rounds, in seconds; one more round goes before and does not count.
 template <typename Work>

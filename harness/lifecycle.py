@@ -1,5 +1,5 @@
-"""Loads, runs and frees the shipped library a hundred times in a prefix of its own: python3 -m harness.lifecycle
-[ROUNDS]. Prints a line a round; exit code 0 if everything held."""
+"""Loads, runs and frees the shipped library a hundred times in a prefix of its own: DISPLAY=:N
+python3 -m harness.sandbox python3 -m harness.lifecycle [ROUNDS]. Prints a line a round; exit code 0 if everything held."""
 import os
 import sys
 

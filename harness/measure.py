@@ -1,24 +1,24 @@
-"""What ./bench.sh does: builds the library as it ships, measures it in a prefix of its own and writes out/bench.json."""
+"""What ./bench.sh does: builds the library as it ships, measures it in a sandbox and writes out/bench.json."""
+import os
+import subprocess
 import sys
 
 from harness.build import build
 from harness.display import virtual_display
-from harness.places import BUILD, LIBRARY, OUT, ROOT
-from harness.prefix import copy_of_prepared, prepare
-
-BENCH = BUILD / "release/bench/bench.exe"
+from harness.places import BENCH_RESULT, ROOT
+from harness.prefix import prepare
+from harness.sandbox import sandboxed
 
 
 def main() -> int:
     build("release")
-    result = OUT / "bench.json"
-    OUT.mkdir(exist_ok=True)
+    BENCH_RESULT.parent.mkdir(exist_ok=True)
     with virtual_display() as display:
         prepare(display)
-        with copy_of_prepared("bench", display) as wine:
-            code = wine.start(BENCH, str(LIBRARY), str(result), stdout=None, stderr=None).wait()
+        code = subprocess.run(sandboxed([sys.executable, "-m", "harness.wine_bench"]), cwd=ROOT,
+                              env=os.environ | {"DISPLAY": display}).returncode
     if code == 0:
-        print(f"written to {result.relative_to(ROOT)}")
+        print(f"written to {BENCH_RESULT.relative_to(ROOT)}")
     return code
 
 

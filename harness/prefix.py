@@ -9,7 +9,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from harness import fonts
+from harness import fonts, sandbox
 from harness.places import BUILD
 
 PREPARED = BUILD / "wine/prepared.4"  # the number rises with each change of what is prepared
@@ -23,7 +23,7 @@ LEFTOVER_AGE = 3600  # seconds after which a copy belongs to no run any more
 
 
 class Prefix:
-    """One prefix; all its processes run under its own server process and end with it."""
+    """One prefix; all its processes run under its own server process."""
 
     def __init__(self, folder: Path, display: str):
         self.folder = folder
@@ -95,7 +95,8 @@ class Prefix:
             subprocess.run(["wineserver", step], env=self.environment, timeout=60)
 
     def end(self) -> None:
-        """Ends every process of this prefix at once; what the registry had in memory is lost."""
+        """Ends the server process at once; what the registry had in memory is lost. Programs that Wine started by
+        itself wait for it for ever then, with the output of whoever started the first one, until their sandbox ends."""
         subprocess.run(["wineserver", "-k9"], env=self.environment, timeout=20, stderr=subprocess.DEVNULL)
 
 
@@ -129,7 +130,8 @@ def prepare(display: str) -> None:
 
 @contextlib.contextmanager
 def copy_of_prepared(name: str, display: str):
-    """A prefix with a state of its own, gone with all its processes at the end."""
+    """A prefix with a state of its own, gone at the end. Its last processes go with the sandbox that this runs in."""
+    sandbox.demand("a copy of the prepared prefix is made")
     folder = Path(tempfile.mkdtemp(prefix=name + "-", dir=PREPARED.parent))
     prefix = Prefix(folder / "prefix", display)
     try:

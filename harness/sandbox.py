@@ -17,6 +17,12 @@ def sandboxed(command: list[str]) -> list[str]:
             "bash", "-c", _INSIDE, "sandbox", *command]
 
 
+def demand(what: str) -> None:
+    """Breaks off what works in a sandbox only."""
+    if "PALISADE_SANDBOX" not in os.environ:
+        raise RuntimeError(f"{what} in a sandbox only; see harness/sandbox.py")
+
+
 def trust(certificate: str, out: Path) -> None:
     """Makes the sandbox trust a root certificate (PEM). Wine sees it once a prefix's server process starts anew."""
     _add(AUTHORITIES, certificate, out / "authorities.pem")
@@ -28,8 +34,7 @@ def add_hosts(lines: str, out: Path) -> None:
 
 def _add(target: Path, text: str, kept: Path) -> None:
     """Puts a file with more text over one of the machine's, in the sandbox's mounts only."""
-    if "PALISADE_SANDBOX" not in os.environ:
-        raise RuntimeError(f"{target} may be covered in a sandbox only; see harness/sandbox.py")
+    demand(f"{target} may be covered")
     kept.write_text(target.read_text() + text)
     subprocess.run(["mount", "--bind", kept, target], check=True)
 

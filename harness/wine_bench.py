@@ -1,0 +1,18 @@
+"""Measures the shipped library under Wine, in a prefix of its own, with the services beside it, in a sandbox:
+DISPLAY=:N python3 -m harness.sandbox python3 -m harness.wine_bench."""
+import os
+import sys
+import tempfile
+from pathlib import Path
+
+from harness.places import BENCH, BENCH_RESULT, LIBRARY
+from harness.prefix import copy_of_prepared
+from harness.services import Services
+
+if __name__ == "__main__":
+    # Wine has a line for each look at a drive that is none of its own.
+    with tempfile.TemporaryDirectory() as records, BENCH_RESULT.with_suffix(".log").open("wb") as warnings:
+        services = Services(Path(records))
+        with copy_of_prepared("bench", os.environ["DISPLAY"]) as wine:
+            arguments = [str(LIBRARY), str(BENCH_RESULT), services.tests.url("")]
+            sys.exit(wine.start(BENCH, *arguments, stdout=None, stderr=warnings).wait())
