@@ -45,6 +45,10 @@ class EngineRun:
         return self
 
     @property
+    def ended(self) -> bool:
+        return self._process.poll() is not None
+
+    @property
     def exit_code(self) -> int | None:
         return self.log.exit_code
 
