@@ -18,6 +18,7 @@ from harness.run import summary
 from harness.sandbox import sandboxed
 
 BOUND = 600  # seconds for one test program
+CONCURRENT = 3  # scenarios wait most of their time: three at once keep two cores busy
 
 
 def run_tests(title: str, command: list[str], display: str = "") -> tuple[int, int]:
@@ -101,7 +102,7 @@ def main() -> int:
         prepare(display)
     counts = [run_tests("host", [str(HOST_TESTS)])]
     jobs = [run_artefact, run_windows_tests, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
-    with ThreadPoolExecutor(2) as pool:
+    with ThreadPoolExecutor(CONCURRENT) as pool:
         counts += pool.map(guarded, jobs)
     passed, failed = (sum(column) for column in zip(*counts))
     print(f"\n{passed} passed, {failed} failed")
