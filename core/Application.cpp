@@ -69,13 +69,13 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
                                                  DWORD retryMaximum, DWORD retryDelay, UiRoutine uiRoutine,
                                                  TelemetryFactory telemetry)
     : CBalBaseBootstrapperApplication(engine, command, retryMaximum, retryDelay),
+      m_logger(engine),
       m_engine(engine),
       m_command(command),
       m_uiRoutine(uiRoutine),
       m_action(command->action),
       m_userDisplay(command->display),
       m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-    g_logger.set(std::make_shared<BootstrapperLogger>(engine));
     determineConfigurable();
     takeEnvironment();
     const std::vector<std::wstring> arguments = processArguments();

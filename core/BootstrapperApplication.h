@@ -20,6 +20,7 @@
 #include "core/rules/Startup.h"
 #include "core/TelemetryLife.h"
 #include "platform/Handles.h"
+#include "platform/Log.h"
 #include "platform/rules/InstallerVersion.h"
 #include "platform/Thread.h"
 #include "state/rules/MeridianMessages.h"
@@ -234,7 +235,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// Sends an error to the Brisk service under a name whose "{group}" is filled in, and logs code, text and flag.
     void logBriskError(std::string_view name, const std::string& code, const std::string& message, int32_t operation,
                        const Json& context, const Json& extra = {});
-    void sendMeridianMessage(const char* id, const MessagePlace& place, const char* status) const;
+    void sendMeridianMessages(std::span<const char* const> ids, const MessagePlace& place, const char* status) const;
 
     /// Raises an error of the library's own, as the engine raises its errors, and gives the dialog's answer.
     int raiseError(ProgramError code);
@@ -256,6 +257,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void endAsFailure();
     void endAsSuccess();
 
+    LoggerLife m_logger;  // outlives all that logs
     IBootstrapperEngine* m_engine;
     const BOOTSTRAPPER_COMMAND* m_command;
     UiRoutine m_uiRoutine;

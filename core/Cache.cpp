@@ -9,7 +9,7 @@
 #include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/Uuid.h"
-#include "telemetry/BriskTelemetrySender.h"
+#include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 
@@ -50,7 +50,7 @@ int BootstrapperApplication::OnCacheAcquireBegin(LPCWSTR wzPackageOrContainerId,
                                                 {"caop", static_cast<int32_t>(operation)},
                                                 {"psrc", contextText(wzSource)}});
     m_cacheOperation = operation;
-    m_downloadStart = briskTimestamp();
+    m_downloadStart = TelemetryManager::timestamp(briskSender);
     m_downloadLink = contextText(wzSource);
     m_downloadProgress = 0;
     m_downloadTotal = 0;

@@ -29,8 +29,7 @@ void removeRunValueOf(const std::wstring& installFolder) {
 }
 
 void writeRunValue() {
-    const std::wstring launcher =
-        toText(RegistryKey::localMachine(view64).getSubKeyValue(productKey, L"LauncherAppPath", {}));
+    const std::wstring launcher = machineText(view64, productKey, L"LauncherAppPath");
     RegistryKey::currentUser(view64).setSubKeyValue(runKey, runValueName, runCommand(launcher));
 }
 
@@ -48,7 +47,7 @@ int BootstrapperApplication::OnShutdown() {
     switch (outcomeOf(state().status.status)) {
         case Outcome::cancelled:
             PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s",
-                    m_logoutExit ? "logout_exit" : "user_action");
+                    runCancelWord(m_logoutExit));
             tellRunCancelled();
             break;
         case Outcome::failed:

@@ -16,10 +16,6 @@ namespace {
 constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
 constexpr const wchar_t* installerMutexName = L"Global\\Palisade_Desktop_Installer";
 
-std::wstring machineText(RegistryView view, const wchar_t* key, const wchar_t* name) {
-    return toText(RegistryKey::localMachine(view).getSubKeyValue(key, name, {}));
-}
-
 }  // namespace
 
 HRESULT BootstrapperApplication::OnStartup() {

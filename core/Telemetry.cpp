@@ -28,6 +28,8 @@ void send(EventPair pair) {
     send(std::move(pair.brisk));
 }
 
+std::string now() { return TelemetryManager::timestamp(briskSender); }
+
 /// When the machine was started.
 std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * unitsAMillisecond); }
 
@@ -42,7 +44,7 @@ DownloadFacts BootstrapperApplication::downloadFacts() const {
 }
 
 void BootstrapperApplication::startTelemetry(TelemetryFactory make) {
-    m_startTime = briskTimestamp();
+    m_startTime = now();
     m_telemetry.begin(make);
     const auto variable = [this](const wchar_t* name) { return toUtf8(GetEngineVariable(name, false)); };
     SessionFacts facts;
@@ -62,9 +64,7 @@ void BootstrapperApplication::startTelemetry(TelemetryFactory make) {
 
 void BootstrapperApplication::tellDownloadStarted() { send(downloadStarted(runKind(), downloadFacts())); }
 
-void BootstrapperApplication::tellDownloadFinished() {
-    send(downloadFinished(runKind(), downloadFacts(), briskTimestamp()));
-}
+void BootstrapperApplication::tellDownloadFinished() { send(downloadFinished(runKind(), downloadFacts(), now())); }
 
 void BootstrapperApplication::tellDownloadCancelled() {
     send(downloadCancelled(downloadFacts(), downloadCancelWord(isNetworkConnected())));
@@ -73,8 +73,8 @@ void BootstrapperApplication::tellDownloadCancelled() {
 void BootstrapperApplication::tellDownloadFailed(HRESULT hr, const Json& extra) {
     const std::string code = contextStatus(hr);
     send(downloadFailed(downloadFacts(), code));
-    const State now = state();
-    logBriskError("inst.dnld.erro", code, describeError(hr), now.lastOperation, now.context, extra);
+    const State last = state();
+    logBriskError("inst.dnld.erro", code, describeError(hr), last.lastOperation, last.context, extra);
 }
 
 void BootstrapperApplication::tellExecutionStarted() {
@@ -82,11 +82,11 @@ void BootstrapperApplication::tellExecutionStarted() {
     const std::wstring folder = GetEngineVariable(L"InstallFolder", true);
     const std::wstring defaultFolder = GetEngineVariable(L"DefaultInstallFolder", true);
     if (run.uninstall) {
-        send(uninstallStarted(briskTimestamp(), pathKindOf(folder, defaultFolder)));
+        send(uninstallStarted(now(), pathKindOf(folder, defaultFolder)));
         return;
     }
     send(installStarted(run));
-    const InstallTelemetry record = installTelemetry({briskTimestamp(), run.repair, folder, defaultFolder});
+    const InstallTelemetry record = installTelemetry({now(), run.repair, folder, defaultFolder});
     for (const InstallTelemetryField& field : installTelemetryFields)
         PDX_LOG(logInfo, "BootstrapperApplication::OnExecuteBegin", field.logFormat, record.*field.value);
     send(installRecorded(record));
@@ -96,22 +96,20 @@ void BootstrapperApplication::tellError(HRESULT hr, const std::string& message) 
     const RunKind run = runKind();
     const std::string code = contextStatus(hr);
     send(runMetError(run, code));
-    const State now = state();
-    logBriskError("inst.{group}.erro", code, message, now.lastOperation, now.context);
+    const State last = state();
+    logBriskError("inst.{group}.erro", code, message, last.lastOperation, last.context);
 }
 
 void BootstrapperApplication::tellExecutionFailed(HRESULT hr) {
     const std::string code = contextStatus(hr);
     send(runFailed(runKind(), code));
-    const State now = state();
-    logBriskError("inst.{group}.erro", code, describeError(hr), now.lastOperation, now.context);
+    const State last = state();
+    logBriskError("inst.{group}.erro", code, describeError(hr), last.lastOperation, last.context);
 }
 
-void BootstrapperApplication::tellRunFinished() { send(runFinished(runKind(), m_startTime, briskTimestamp())); }
+void BootstrapperApplication::tellRunFinished() { send(runFinished(runKind(), m_startTime, now())); }
 
-void BootstrapperApplication::tellRunCancelled() {
-    send(runCancelled(runKind(), m_logoutExit ? "logout_exit" : "user_action"));
-}
+void BootstrapperApplication::tellRunCancelled() { send(runCancelled(runKind(), runCancelWord(m_logoutExit))); }
 
 void BootstrapperApplication::tellRunFailed() {
     const InstallStatus status = state().status;
@@ -135,29 +133,30 @@ void BootstrapperApplication::logBriskError(std::string_view name, const std::st
 
 // ---- The move from the older client
 
-void BootstrapperApplication::sendMeridianMessage(const char* id, const MessagePlace& place, const char* status) const {
-    sendMeridianMessageEvent(id, place.destination, place.page, status,
-                             toUtf8(GetEngineVariable(L"PDX_MERIDIAN_COHORT", false)));
+void BootstrapperApplication::sendMeridianMessages(std::span<const char* const> ids, const MessagePlace& place,
+                                                   const char* status) const {
+    const std::string cohort = toUtf8(GetEngineVariable(L"PDX_MERIDIAN_COHORT", false));
+    for (const char* id : ids) sendMeridianMessageEvent(id, place.destination, place.page, status, cohort);
 }
 
 void BootstrapperApplication::sendMeridianStartClick(const char* id) const {
-    sendMeridianMessage(id, startPage, statusClick);
+    sendMeridianMessages({&id, 1}, startPage, statusClick);
 }
 
 void BootstrapperApplication::sendMeridianStartImpressions() const {
-    for (const char* offer : startOffers) sendMeridianMessage(offer, startPage, statusImpression);
+    sendMeridianMessages(startOffers, startPage, statusImpression);
 }
 
 void BootstrapperApplication::sendBastionOverlayClick(const char* id) const {
-    sendMeridianMessage(id, bastionOverlay, statusClick);
+    sendMeridianMessages({&id, 1}, bastionOverlay, statusClick);
 }
 
 void BootstrapperApplication::sendBastionOverlayImpressions() const {
-    for (const char* offer : overlayOffers) sendMeridianMessage(offer, bastionOverlay, statusImpression);
+    sendMeridianMessages(overlayOffers, bastionOverlay, statusImpression);
 }
 
 void BootstrapperApplication::sendMeridianCompleted() const {
-    sendMeridianMessage(completedUninstall, completion, statusImpression);
+    sendMeridianMessages({&completedUninstall, 1}, completion, statusImpression);
 }
 
 }  // namespace pdx

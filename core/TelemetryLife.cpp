@@ -11,17 +11,19 @@ void TelemetryLife::begin(TelemetryFactory make) {
     earlier = g_telemetry.get();
     if (earlier) earlier->requestStop();
     if (make) manager = make();
+    if (manager) manager->keepEarlier(earlier);
     g_telemetry.set(manager);
     if (manager) manager->start();
 }
 
 void TelemetryLife::stop() {
     if (manager) manager->requestStop();
-    if (earlier) earlier->stop();
+    for (auto each = earlier; each; each = each->earlier()) each->stop();
     if (manager) manager->stop();
 }
 
 void TelemetryLife::handOn() {
+    if (!manager) g_telemetry.set(earlier);
     manager.reset();
     earlier.reset();
 }

@@ -19,8 +19,8 @@ class TelemetryLife {
     TelemetryLife(const TelemetryLife&) = delete;
     TelemetryLife& operator=(const TelemetryLife&) = delete;
 
-    /// Puts a manager in the place of the one that an object ahead of a reload left. That one sends what it still has,
-    /// and nobody waits for it before stop().
+    /// Puts a manager in the place of the one that an object ahead of a reload left. That one, and those ahead of it,
+    /// send what they still have, and nobody waits for them before stop().
     void begin(TelemetryFactory make);
     /// Waits until all workers have ended, each after one last post.
     void stop();

@@ -1,8 +1,9 @@
-// Owning types for what COM hands out: a reference on an object, and a text.
+// Owning types for what COM hands out: a reference on an object, and texts.
 #pragma once
 
 #include <windows.h>
 
+#include <objbase.h>
 #include <oleauto.h>
 #include <unknwn.h>
 
@@ -71,5 +72,13 @@ class Bstr : public UniqueHandle<BstrTraits> {
         return get() ? std::wstring_view(get(), SysStringLen(get())) : std::wstring_view();
     }
 };
+
+struct TaskMemoryTraits {
+    using Value = wchar_t*;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { CoTaskMemFree(value); }
+};
+/// A text that the shell hands out.
+using TaskText = UniqueHandle<TaskMemoryTraits>;
 
 }  // namespace pdx

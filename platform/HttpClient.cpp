@@ -84,6 +84,8 @@ int32_t HttpClient::send(const wchar_t* method, const void* body, size_t length,
                                    INTERNET_FLAG_SECURE, 0));
     if (!request) return notStarted;
     const std::wstring block = toWide(headerBlock(headers));
+    // The length is that of the wide text: the same as the bytes of an ASCII block, and within the buffer for any
+    // other.
     const bool sent =
         HttpSendRequestW(request.get(), block.empty() ? nullptr : block.c_str(), static_cast<DWORD>(block.size()),
                          const_cast<void*>(body), static_cast<DWORD>(length));

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/ComPtr.h"
 #include "platform/Engine.h"
 #include "platform/ProcessSlot.h"
 #include "platform/rules/Format.h"
@@ -27,12 +28,14 @@ class Logger {
 /// towards its caller; takes no lock of its own.
 class BootstrapperLogger : public Logger {
   public:
-    /// The engine is not owned and may be null: lines are then made and thrown away.
-    explicit BootstrapperLogger(IBootstrapperEngine* bootstrapperEngine) : engine(bootstrapperEngine) {}
+    /// Holds a reference on the engine, so that a line that is being written finds it whoever else lets go of it. A
+    /// null one is allowed: lines are then made and thrown away.
+    explicit BootstrapperLogger(IBootstrapperEngine* bootstrapperEngine)
+        : engine(ComPtr<IBootstrapperEngine>::share(bootstrapperEngine)) {}
     void write(int32_t level, const char* function, int32_t line, const char* message) override;
 
   private:
-    IBootstrapperEngine* engine;
+    ComPtr<IBootstrapperEngine> engine;
     /// Every level in use passes: a run that went wrong is read from the log it left, so nothing is held back and the
     /// configuration's logging.logLevel is not asked.
     int32_t maxLevel = logTrace;
@@ -40,6 +43,23 @@ class BootstrapperLogger : public Logger {
 
 /// The logger, null until the application object has made it.
 extern ProcessSlot<Logger> g_logger;
+
+/// Puts the logger of an engine in the place and takes it out again at its end, unless there is another one by then.
+/// Over a reload workers log on between two engines, and that goes nowhere.
+class LoggerLife {
+  public:
+    explicit LoggerLife(IBootstrapperEngine* engine) : logger(std::make_shared<BootstrapperLogger>(engine)) {
+        g_logger.set(logger);
+    }
+    ~LoggerLife() {
+        if (g_logger.get() == logger) g_logger.clear();
+    }
+    LoggerLife(const LoggerLife&) = delete;
+    LoggerLife& operator=(const LoggerLife&) = delete;
+
+  private:
+    std::shared_ptr<Logger> logger;
+};
 
 /// The text without the user's profile path and name: "C:\Users\ann\x" becomes "C:\Users\####\x".
 std::wstring scrubProfilePath(std::wstring text);

@@ -4,7 +4,7 @@
 
 #include <iterator>
 
-#include "platform/Handles.h"
+#include "platform/ComPtr.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 
@@ -12,12 +12,6 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace pdx {
 namespace {
-
-struct TaskMemoryTraits {
-    using Value = wchar_t*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CoTaskMemFree(value); }
-};
 
 /// The file that a module was loaded from; the null module is the program.
 std::wstring moduleFile(HMODULE module) {
@@ -53,7 +47,7 @@ std::wstring getProcessFileName() {
 }
 
 std::wstring getKnownFolderPath(REFKNOWNFOLDERID id) {
-    UniqueHandle<TaskMemoryTraits> path;
+    TaskText path;
     if (FAILED(SHGetKnownFolderPath(id, KF_FLAG_DONT_VERIFY, nullptr, path.put()))) return {};
     return path.get();
 }

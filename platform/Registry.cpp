@@ -107,4 +107,8 @@ std::wstring toText(const RegistryValue& value) {
     return {};
 }
 
+std::wstring machineText(RegistryView view, const std::wstring& key, const std::wstring& name) {
+    return toText(RegistryKey::localMachine(view).getSubKeyValue(key, name));
+}
+
 }  // namespace pdx

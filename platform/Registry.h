@@ -74,5 +74,7 @@ class RegistryKey {
 
 /// A text as it is, a number in decimal digits (so 0 is "0" and not empty), otherwise the empty text.
 std::wstring toText(const RegistryValue& value);
+/// The same of a value below HKEY_LOCAL_MACHINE.
+std::wstring machineText(RegistryView view, const std::wstring& key, const std::wstring& name);
 
 }  // namespace pdx

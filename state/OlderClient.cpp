@@ -9,7 +9,7 @@ namespace pdx {
 
 bool isBastionInstalled() {
     // The spelling is the older client's own.
-    return !toText(RegistryKey::localMachine(view32).getSubKeyValue(olderClientKey, L"InstallSuccesfull")).empty();
+    return !machineText(view32, olderClientKey, L"InstallSuccesfull").empty();
 }
 
 void sendMeridianMessageEvent(const std::string& id, const std::string& destination, const std::string& page,

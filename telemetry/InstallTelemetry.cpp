@@ -28,8 +28,8 @@ InstallTelemetry installTelemetry(const InstallFacts& facts, SystemInfo& system)
     constexpr const char* function = "installTelemetry";
     InstallTelemetry record;
     record.installTime = facts.time;
-    record.installStatus = facts.repair ? "repair" : "new";
-    record.path = facts.folder == facts.defaultFolder ? "default" : "custom";
+    record.installStatus = installKindOf(facts.repair);
+    record.path = pathKindOf(facts.folder, facts.defaultFolder);
     if (!system.initializeCom()) {
         PDX_LOG(logInfo, function, "Error initializing WMI");
         return record;

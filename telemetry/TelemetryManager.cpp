@@ -68,7 +68,7 @@ void TelemetryManager::stop() {
         if (sender) sender->stop();
 }
 
-std::string TelemetryManager::timestamp(int32_t sender) const {
+std::string TelemetryManager::timestamp(int32_t sender) {
     if (sender == tallySender) return tallyTimestamp();
     if (sender == briskSender) return briskTimestamp();
     return {};

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/ProcessSlot.h"
 #include "telemetry/BriskTelemetrySender.h"
@@ -30,18 +31,23 @@ class TelemetryManager {
     virtual void start();
     /// Hands the event to its sender; one for no sender disappears. Any thread; never waits for the network.
     virtual void send(const TelemetryEvent& event);
+    /// Of no effect before start.
     virtual void setSendingEnabled(bool enabled);
     /// Tells both workers to end after one more post, and does not wait for it.
     virtual void requestStop();
     /// Ends both workers, each after one last post, and waits for that. Events that come later are not sent.
     virtual void stop();
-    /// The current time as the sender of that number writes it, also before start; empty for any other number.
-    [[nodiscard]] std::string timestamp(int32_t sender) const;
+    /// The current time as the sender of that number writes it; empty for any other number.
+    [[nodiscard]] static std::string timestamp(int32_t sender);
+    /// Keeps the manager of an object ahead of a reload until this one goes: to let go of it is to wait for its posts.
+    void keepEarlier(std::shared_ptr<TelemetryManager> manager) { kept = std::move(manager); }
+    [[nodiscard]] const std::shared_ptr<TelemetryManager>& earlier() const { return kept; }
     [[nodiscard]] const std::string& session() const { return sessionId; }
 
   private:
     [[nodiscard]] TelemetrySender* senderOf(int32_t number) const;
 
+    std::shared_ptr<TelemetryManager> kept;
     std::string sessionId;
     std::unique_ptr<TelemetrySender> tally;
     std::unique_ptr<TelemetrySender> brisk;

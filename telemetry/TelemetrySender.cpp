@@ -3,6 +3,7 @@
 #include <mutex>
 #include <utility>
 
+#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "telemetry/rules/TelemetryBatch.h"
 #include "telemetry/TelemetryManager.h"
@@ -19,7 +20,9 @@ void TelemetrySender::start(const std::string& url, const TelemetryManager& mana
     http = std::make_unique<HttpClient>(parseUrl(url));
     sessionId = manager.session();
     ResetEvent(stopEvent.get());
-    worker.start(run, this);
+    if (!worker.start(run, this))
+        PDX_LOG(logError, "TelemetrySender::start", "Failed to start the worker that posts telemetry: %s",
+                describeError(HRESULT_FROM_WIN32(GetLastError())));
 }
 
 void TelemetrySender::enqueue(const TelemetryEvent& event) {

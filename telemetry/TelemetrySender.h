@@ -58,9 +58,8 @@ class TelemetrySender {
     std::atomic<bool> sendingEnabled{false};
 
   protected:
-    // Of the worker, once it runs.
-    std::unique_ptr<HttpClient> http;
-    std::string sessionId;
+    std::unique_ptr<HttpClient> http;  // of the worker, once it runs
+    std::string sessionId;             // set ahead of the worker, and only read from then on, on any thread
 
   private:
     Thread worker;

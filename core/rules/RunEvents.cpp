@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <utility>
 
 #include "core/rules/ErrorGroups.h"
@@ -40,13 +41,47 @@ TelemetryEvent tallyRun(const RunKind& run, const char* status, const std::strin
     return tally(tallyNameOf(run), {{typeKeyOf(run), product}, {"status", status}, {"status_code", statusCode}});
 }
 
-}  // namespace
+/// Reads one argument of a command line as the system splits it: a quote opens and closes anywhere in it, an odd number
+/// of backslashes ahead of a quote makes it a character, and so does the third quote that counts together.
+class ArgumentReader {
+  public:
+    /// False for the blank behind the argument.
+    bool take(wchar_t c) {
+        if (c == L'"') {
+            const bool escaped = backslashes % 2 == 1;
+            backslashes = 0;
+            if (!escaped && ++quotes < 3) return true;
+            if (!escaped) quotes = 0;
+        } else {
+            if (quotes != 1 && (c == L' ' || c == L'\t')) return false;
+            if (quotes == 2) quotes = 0;
+            backslashes = c == L'\\' ? backslashes + 1 : 0;
+        }
+        read += c;
+        return true;
+    }
 
-const char* installKindOf(const RunKind& run) { return run.repair ? "repair" : "new"; }
+    /// What the program gets, but for the backslashes ahead of a quote, which all stay.
+    [[nodiscard]] std::wstring_view text() const { return read; }
+    [[nodiscard]] bool quoted() const { return quotes == 1; }
+    /// What was taken last is a closing quote.
+    [[nodiscard]] bool closed() const { return quotes == 2; }
 
-const char* pathKindOf(std::wstring_view folder, std::wstring_view defaultFolder) {
-    return folder == defaultFolder ? "default" : "custom";
+  private:
+    std::wstring read;
+    size_t backslashes = 0;
+    int quotes = 0;
+};
+
+/// The program ahead of the arguments, in which only the next quote ends what a quote has begun.
+size_t programLength(std::wstring_view commandLine) {
+    const bool quoted = commandLine.starts_with(L'"');
+    const size_t last = quoted ? commandLine.find(L'"', 1) : commandLine.find_first_of(L" \t");
+    if (last == std::wstring_view::npos) return commandLine.size();
+    return quoted ? last + 1 : last;
 }
+
+}  // namespace
 
 std::string eventName(std::string_view name, const RunKind& run) {
     std::string filled(name);
@@ -72,9 +107,9 @@ TelemetryEvent sessionStopped() { return brisk("inst.sess.stop", Json::object())
 
 EventPair downloadStarted(const RunKind& run, const DownloadFacts& download) {
     EventPair pair = {
-        tallyDownload(download, "start", installKindOf(run)),
+        tallyDownload(download, "start", installKindOf(run.repair)),
         brisk("inst.dnld.strt",
-              {{"strt", download.start}, {"stst", installKindOf(run)}, {"link", download.link}, {"byte", 0}})};
+              {{"strt", download.start}, {"stst", installKindOf(run.repair)}, {"link", download.link}, {"byte", 0}})};
     pair.tally.params["percent"] = 0;
     return pair;
 }
@@ -84,7 +119,7 @@ EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, co
     const double percent = 100.0 * static_cast<double>(download.progress) / static_cast<double>(download.total);
     EventPair pair = {tallyDownload(download, "finish", "success"),
                       brisk("inst.dnld.succ", {{"strt", download.start},
-                                               {"stst", installKindOf(run)},
+                                               {"stst", installKindOf(run.repair)},
                                                {"endt", now},
                                                {"enst", "success"},
                                                {"link", download.link},
@@ -102,7 +137,7 @@ TelemetryEvent downloadFailed(const DownloadFacts& download, const std::string& 
     return tallyDownload(download, "error", code);
 }
 
-TelemetryEvent installStarted(const RunKind& run) { return tallyRun({}, "start", installKindOf(run)); }
+TelemetryEvent installStarted(const RunKind& run) { return tallyRun({}, "start", installKindOf(run.repair)); }
 
 TelemetryEvent installRecorded(const InstallTelemetry& record) {
     Json attributes = Json::object();
@@ -120,7 +155,7 @@ EventPair runFinished(const RunKind& run, const std::string& start, const std::s
     return {
         tallyRun(run, "finish", "success"),
         brisk(eventName("inst.{group}.succ", run),
-              {{"strt", start}, {"stst", installKindOf(run)}, {"endt", now}, {"enst", "success"}}),
+              {{"strt", start}, {"stst", installKindOf(run.repair)}, {"endt", now}, {"enst", "success"}}),
     };
 }
 
@@ -147,25 +182,33 @@ TelemetryEvent errorEvent(std::string name, const ErrorFacts& error, const Json&
     return brisk(std::move(name), std::move(attributes));
 }
 
-std::wstring hideAuthcode(std::wstring commandLine) {
+std::wstring hideAuthcode(std::wstring_view commandLine) {
     constexpr std::wstring_view name = L"KESTREL_AUTHCODE=";
     constexpr std::wstring_view hidden = L"####";
-    bool quoted = false;
-    for (size_t i = 0; i < commandLine.size(); ++i) {
-        if (commandLine[i] == L'"') quoted = !quoted;
-        if (commandLine.compare(i, name.size(), name) != 0) continue;
-        const size_t begin = i + name.size();
-        const bool quotedWhole = quoted;
+    size_t begin = programLength(commandLine);
+    std::wstring told(commandLine.substr(0, begin));
+    while (begin < commandLine.size()) {
+        ArgumentReader argument;
         size_t end = begin;
-        for (; end < commandLine.size() && (quoted || (commandLine[end] != L' ' && commandLine[end] != L'\t')); ++end)
-            if (commandLine[end] == L'"') quoted = !quoted;
-        if (quotedWhole && end > begin && commandLine[end - 1] == L'"') --end;  // the quotes around the argument stay
-        quoted = quotedWhole;
-        if (end == begin) continue;
-        commandLine.replace(begin, end - begin, hidden);
-        i = begin + hidden.size() - 1;
+        std::optional<size_t> value;
+        bool quotedWhole = false;
+        for (; end < commandLine.size() && argument.take(commandLine[end]); ++end) {
+            if (value || !argument.text().ends_with(name)) continue;
+            value = end + 1;
+            quotedWhole = argument.quoted();
+        }
+        // The quotes around the whole argument stay.
+        const size_t valueEnd = quotedWhole && argument.closed() ? end - 1 : end;
+        if (value && *value < valueEnd) {
+            told += commandLine.substr(begin, *value - begin);
+            told += hidden;
+            begin = valueEnd;
+        }
+        // With the blank that ended the argument.
+        told += commandLine.substr(begin, end + 1 - begin);
+        begin = end + 1;
     }
-    return commandLine;
+    return told;
 }
 
 }  // namespace pdx

@@ -20,10 +20,6 @@ struct RunKind {
     bool repair = false;
 };
 
-/// "new" or "repair".
-const char* installKindOf(const RunKind& run);
-/// "default" or "custom"; both folders resolved.
-const char* pathKindOf(std::wstring_view folder, std::wstring_view defaultFolder);
 /// The name with its "{group}", if it has one, replaced by the run's: "uinst", "repr" or "inst".
 std::string eventName(std::string_view name, const RunKind& run);
 
@@ -72,6 +68,8 @@ EventPair uninstallStarted(const std::string& now, const char* pathKind);
 
 EventPair runFinished(const RunKind& run, const std::string& start, const std::string& now);
 EventPair runCancelled(const RunKind& run, const char* word);
+/// Why a run counts as cancelled.
+constexpr const char* runCancelWord(bool logoutExit) { return logoutExit ? "logout_exit" : "user_action"; }
 // The Tally events alone: their companions are errorEvents.
 TelemetryEvent runFailed(const RunKind& run, const std::string& code);
 /// An error that the run may yet outlive. It bears no type, unlike all others of its kind.
@@ -100,8 +98,8 @@ struct ErrorFacts {
 /// A Brisk event of an error. The attributes of extra, if it is an object, come on top, but not over the context.
 TelemetryEvent errorEvent(std::string name, const ErrorFacts& error, const nlohmann::json& extra);
 
-/// The command line without the login code: the value of KESTREL_AUTHCODE, up to the argument's end, becomes "####".
-/// Only that there is a code is told.
-std::wstring hideAuthcode(std::wstring commandLine);
+/// The command line without the login code: in an argument as the system splits it, however it is quoted, all behind
+/// "KESTREL_AUTHCODE=" becomes "####". Only that there is a code is told.
+std::wstring hideAuthcode(std::wstring_view commandLine);
 
 }  // namespace pdx

@@ -198,6 +198,7 @@ HRESULT SmallEngine::SetUpdate(LPCWSTR localSource, LPCWSTR downloadSource, DWOR
     const bool fits =
         hashType == BOOTSTRAPPER_UPDATE_HASH_TYPE_NONE ? !hash && hashSize == 0 : hash && hashSize == sha1Size;
     if (someSource && !fits) return E_INVALIDARG;
+    if (FAILED(answers.setUpdate)) return answers.setUpdate;
     updateGiven = someSource;
     return S_OK;
 }

@@ -52,6 +52,7 @@ class SmallEngine final : public IBootstrapperEngine {
         HRESULT embeddedProgress = S_OK;  ///< SendEmbeddedProgress and SendEmbeddedError
         int embeddedResult = 0;           ///< what they write
         HRESULT setVariable = S_OK;       ///< a failure here leaves the variable as it was
+        HRESULT setUpdate = S_OK;         ///< of a call that is none of the wrong ones
     };
     Answers answers;
     EngineVariables variables;

@@ -33,6 +33,12 @@ inline constexpr std::array<InstallTelemetryField, 5> installTelemetryFields = {
     {"path", "instTelemetry.path (custom/default) = %s", &InstallTelemetry::path},
 }};
 
+constexpr const char* installKindOf(bool repair) { return repair ? "repair" : "new"; }
+/// Both folders resolved.
+constexpr const char* pathKindOf(std::wstring_view folder, std::wstring_view defaultFolder) {
+    return folder == defaultFolder ? "default" : "custom";
+}
+
 /// "system" if the folder lies on the system's drive ("C:"), else "data". The comparison has case, and an unknown
 /// drive counts as the folder's.
 const char* driveTypeOf(std::string_view folder, std::string_view systemDrive);

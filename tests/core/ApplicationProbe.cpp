@@ -64,6 +64,8 @@ void AnsweringDialog::run(BootstrapperApplication& application) {
 void RecordingTelemetry::send(const TelemetryEvent& event) {
     const char* sender = event.sender == tallySender ? "tally" : "brisk";
     note(std::string(event.urgent ? "urgent " : "") + sender + " " + event.name + " " + event.params.dump());
+    const std::lock_guard guard(lock);
+    last[event.name] = event.params;
 }
 
 void RecordingTelemetry::note(std::string text) {
@@ -77,6 +79,12 @@ void RecordingTelemetry::note(std::string text) {
     for (const auto& [pattern, name] : own) text = std::regex_replace(text, pattern, name);
     const std::lock_guard guard(lock);
     noted.push_back(std::move(text));
+}
+
+nlohmann::json RecordingTelemetry::attributes(const std::string& name) const {
+    const std::lock_guard guard(lock);
+    const auto found = last.find(name);
+    return found != last.end() ? found->second : nlohmann::json();
 }
 
 std::vector<std::string> RecordingTelemetry::notes() const {

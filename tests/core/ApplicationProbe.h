@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -60,11 +61,14 @@ class RecordingTelemetry : public TelemetryManager {
     /// In order: events as "tally download {...}", with times, identifiers and the machine's own values under names
     /// such as <time>, and the other calls by their word.
     [[nodiscard]] std::vector<std::string> notes() const;
+    /// As they stand, those of the last event of that name.
+    [[nodiscard]] nlohmann::json attributes(const std::string& name) const;
 
   private:
     void note(std::string text);
 
     mutable Lock lock;
+    std::map<std::string, nlohmann::json> last;
     std::vector<std::string> noted;
 };
 
@@ -79,8 +83,9 @@ class ProbedApplication : public BootstrapperApplication {
     /// What the update service names, and the versions with which it was asked.
     std::optional<std::wstring> newer;
     mutable std::vector<std::string> updatesAsked;
-    /// Called at each pause.
+    /// Called at each pause, and while the update service is asked.
     std::function<void()> onPause;
+    std::function<void()> onUpdateAsked;
 
   protected:
     std::chrono::milliseconds steadyTime() const override { return clock; }
@@ -91,6 +96,7 @@ class ProbedApplication : public BootstrapperApplication {
 
     std::optional<std::wstring> newerInstaller(const std::string& currentVersion) const override {
         updatesAsked.push_back(currentVersion);
+        if (onUpdateAsked) onUpdateAsked();
         return newer;
     }
 
@@ -109,6 +115,7 @@ class Bench {
     ProbedApplication& app();
     /// What has been told so far, the making of the application included.
     std::vector<std::string> told();
+    nlohmann::json attributes(const std::string& name) { return app(), telemetry->attributes(name); }
     /// The application's last reference goes.
     void release();
     /// Runs from OnStartup to OnShutdown.

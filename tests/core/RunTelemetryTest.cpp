@@ -2,8 +2,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 
+#include "config/ConfigMap.h"
+#include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
@@ -37,7 +40,10 @@ struct Row {
     BOOTSTRAPPER_ACTION action;
     std::function<void(App&)> call;
     Texts told;  ///< behind what is told when the application is made
+    bool repair = false;
 };
+
+void setVariable(App& app, const wchar_t* name, const wchar_t* value) { app.engine()->SetVariableString(name, value); }
 
 void beginDownload(App& app) { app.OnCacheAcquireBegin(L"p", L"l", fetch, L"https://x/a"); }
 
@@ -69,6 +75,18 @@ const Row rows[] = {
      {downloadBegun[0], downloadBegun[1],
       R"(tally download {"download_id":<id>,"item_platform":"pc","percent":75.0,"status":"finish","status_code":"success"})",
       R"(brisk inst.dnld.succ {"byte":400,"endt":<time>,"enst":"success","link":"https://x/a","pct":"75.0000","strt":<time>,"stst":"new"})"}},
+    {"a download in a repair",
+     install,
+     [](App& a) {
+         beginDownload(a);
+         a.OnCacheAcquireProgress(L"p", L"l", 4, 4, 3);
+         a.OnCacheAcquireComplete(L"p", L"l", S_OK, 0);
+     },
+     {R"(tally download {"download_id":<id>,"item_platform":"pc","percent":0,"status":"start","status_code":"repair"})",
+      R"(brisk inst.dnld.strt {"byte":0,"link":"https://x/a","strt":<time>,"stst":"repair"})",
+      R"(tally download {"download_id":<id>,"item_platform":"pc","percent":100.0,"status":"finish","status_code":"success"})",
+      R"(brisk inst.dnld.succ {"byte":4,"endt":<time>,"enst":"success","link":"https://x/a","pct":"100.0000","strt":<time>,"stst":"repair"})"},
+     true},
     {"a download fails and is retried",
      install,
      [](App& a) {
@@ -91,6 +109,14 @@ const Row rows[] = {
      [](App& a) { a.OnExecuteBegin(1); },
      {R"(tally uninstall {"status":"start","uninstallation_type":"kestrel_client"})",
       R"(brisk inst.uinst.strt {"path":"default","uitm":<time>})"}},
+    {"execution begins in an uninstall from elsewhere",
+     uninstall,
+     [](App& a) {
+         setVariable(a, L"InstallFolder", L"D:\\P");
+         a.OnExecuteBegin(1);
+     },
+     {R"(tally uninstall {"status":"start","uninstallation_type":"kestrel_client"})",
+      R"(brisk inst.uinst.strt {"path":"custom","uitm":<time>})"}},
     {"an error",
      install,
      [](App& a) {
@@ -114,6 +140,32 @@ const Row rows[] = {
      [](App& a) { a.OnExecuteComplete(failed); },
      {R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
       R"(brisk inst.inst.erro {)" + errorTail(R"({"stat":"a7ff0643"})", 43)}},
+    {"execution fails in an uninstall",
+     uninstall,
+     [](App& a) { a.OnExecuteComplete(failed); },
+     {R"(tally uninstall {"status":"error","status_code":"a7ff0643","uninstallation_type":"kestrel_client"})",
+      R"(brisk inst.uinst.erro {)" + errorTail(R"({"stat":"a7ff0643"})", 43)}},
+    {"execution fails with another code after a cancel",
+     install,
+     [](App& a) {
+         a.PromptCancel(nullptr, TRUE, nullptr, nullptr);
+         a.OnExecuteComplete(failed);
+     },
+     {}},
+    {"an error with the machine's runtimes",
+     install,
+     [](App& a) {
+         setVariable(a, L"VCRedist10X86InstalledVer", L"10.32");
+         setVariable(a, L"VCRedist11X86InstalledVer", L"11.32");
+         setVariable(a, L"VCRedist12X86InstalledVer", L"12.32");
+         setVariable(a, L"VCRedist14X86InstalledVer", L"14.32");
+         setVariable(a, L"VCRedist14X64InstalledVer", L"14.64");
+         a.OnExecuteComplete(failed);
+     },
+     {R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
+      R"(brisk inst.inst.erro {"ecod":"a7ff0643","ectx":{"stat":"a7ff0643"},"einv":true,"emsg":"unknown","eopr":43,)"
+      R"("estr":"a7ff0643","vc10x86ver":"10.32","vc11x86ver":"11.32","vc12x86ver":"12.32","vc14x64ver":"14.64",)"
+      R"("vc14x86ver":"14.32"})"}},
     {"the older client is gone",
      install,
      [](App& a) { a.OnExecuteMsiMessage(L"p", 0, 0, L"CA_MSG_BASTION_UNINSTALL_SUCCESS", 0, nullptr, 0); },
@@ -131,6 +183,46 @@ const Row rows[] = {
      {R"(tally install {"installation_type":"kestrel_client","status":"finish","status_code":"success"})",
       R"(brisk inst.inst.succ {"endt":<time>,"enst":"success","strt":<time>,"stst":"new"})", "brisk inst.sess.stop {}",
       "request stop", "stop"}},
+    {"an uninstall succeeds",
+     uninstall,
+     [](App& a) { a.OnShutdown(); },
+     {R"(tally uninstall {"status":"finish","status_code":"success","uninstallation_type":"kestrel_client"})",
+      R"(brisk inst.uinst.succ {"endt":<time>,"enst":"success","strt":<time>,"stst":"new"})", "brisk inst.sess.stop {}",
+      "request stop", "stop"}},
+    {"an uninstall fails",
+     uninstall,
+     [](App& a) {
+         a.OnRegisterBegin();
+         a.OnRegisterComplete(failed);
+         a.OnShutdown();
+     },
+     {R"(tally uninstall {"status":"error","status_code":"a7ff0643","uninstallation_type":"kestrel_client"})",
+      R"(brisk inst.uinst.fail {)" + errorTail(R"({"stat":"a7ff0643"})", 29), "brisk inst.sess.stop {}", "request stop",
+      "stop"}},
+    {"a repair fails",
+     install,
+     [](App& a) {
+         a.OnExecuteBegin(1);
+         a.OnExecuteComplete(failed);
+         a.OnShutdown();
+     },
+     {R"(tally install {"installation_type":"kestrel_client","status":"start","status_code":"repair"})",
+      R"(brisk inst.inst.strt {"dskm":"","dtyp":"system","inst":"repair","intm":<time>,"path":"default"})",
+      R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
+      R"(brisk inst.repr.erro {)" + errorTail(R"({"npkg":1,"stat":"a7ff0643"})", 43),
+      R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
+      R"(brisk inst.repr.fail {)" + errorTail(R"({"npkg":1,"stat":"a7ff0643"})", 43), "brisk inst.sess.stop {}",
+      "request stop", "stop"},
+     true},
+    {"a repair is cancelled",
+     install,
+     [](App& a) {
+         a.UpdateInstallStatus(hresultFromWin32(userExitCode));
+         a.OnShutdown();
+     },
+     {R"(tally install {"installation_type":"kestrel_client","status":"cancel","status_code":"user_action"})",
+      R"(brisk inst.repr.canc {"cnst":"user_action"})", "brisk inst.sess.stop {}", "request stop", "stop"},
+     true},
     {"an uninstall is cancelled",
      uninstall,
      [](App& a) {
@@ -176,6 +268,7 @@ TEST(RunTelemetry, TellsWhatTheCatalogueHasForEachCallback) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
         Bench bench(row.action);
+        if (row.repair) bench.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
         bench.engine.variables.set(L"PDX_MERIDIAN_COHORT", std::wstring(L"cohort"));
         bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\P"));
         bench.engine.variables.set(L"DefaultInstallFolder", std::wstring(L"C:\\P"));
@@ -185,6 +278,27 @@ TEST(RunTelemetry, TellsWhatTheCatalogueHasForEachCallback) {
         told.erase(told.begin(), told.begin() + before);
         EXPECT_THAT(told, ElementsAreArray(row.told));
     }
+}
+
+TEST(RunTelemetry, TellsWhenARunAndADownloadBeganAndEnded) {
+    const auto letTimePass = [] {
+        const std::string now = TelemetryManager::timestamp(briskSender);
+        while (TelemetryManager::timestamp(briskSender) == now) continue;
+    };
+    Bench bench;
+    bench.app();
+    letTimePass();
+    beginDownload(bench.app());
+    letTimePass();
+    bench.app().OnCacheAcquireComplete(L"p", L"l", S_OK, 0);
+    letTimePass();
+    bench.app().OnShutdown();
+    const nlohmann::json download = bench.attributes("inst.dnld.succ");
+    const nlohmann::json run = bench.attributes("inst.inst.succ");
+    EXPECT_EQ(bench.attributes("inst.dnld.strt")["strt"], download["strt"]);
+    EXPECT_LT(run["strt"], download["strt"]);
+    EXPECT_LT(download["strt"], download["endt"]);
+    EXPECT_LT(download["endt"], run["endt"]);
 }
 
 TEST(RunTelemetry, OpensTheSessionWithWhatIsKnownOfIt) {
@@ -317,24 +431,31 @@ TEST(RunTelemetry, TellsAWholeRunInOrder) {
     EXPECT_EQ(std::count(dialogNumbers.begin(), dialogNumbers.end(), UINT{WM_BA_DETECT_UPDATE_BEGIN}), 0);
 }
 
-TEST(RunTelemetry, IsHandedOnOverAReload) {
-    std::shared_ptr<TelemetryManager> first;
-    {
-        Bench bench;
-        bench.app().requestRepairReload();
-        bench.app().OnShutdown();
-        first = g_telemetry.get();
-        bench.release();
-        SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
-        EXPECT_EQ(g_telemetry.get(), first) << "it goes on without an object";
-    }
-    const auto notes = [&] { return std::static_pointer_cast<RecordingTelemetry>(first)->notes(); };
+/// An object that asks for a reload, to its last reference.
+std::weak_ptr<RecordingTelemetry> reload() {
+    Bench bench;
+    bench.app().requestRepairReload();
+    bench.app().OnShutdown();
+    const auto telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
+    bench.release();
+    SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
+    EXPECT_EQ(g_telemetry.get(), telemetry) << "it goes on without an object";
+    EXPECT_EQ(bench.engine.references(), 0u);
+    EXPECT_EQ(g_logger.get(), nullptr) << "its workers find no engine to log to";
+    return telemetry;
+}
+
+TEST(RunTelemetry, IsHandedOnOverEveryReload) {
+    const std::weak_ptr<RecordingTelemetry> earlier[] = {reload(), reload()};
     Bench bench;
     bench.app();
-    EXPECT_NE(g_telemetry.get(), first);
-    EXPECT_EQ(notes().back(), "request stop") << "nobody waits for its last post";
+    for (const auto& each : earlier) {
+        ASSERT_FALSE(each.expired()) << "to let go of it is to wait for its posts";
+        EXPECT_NE(g_telemetry.get(), each.lock());
+        EXPECT_EQ(each.lock()->notes().back(), "request stop") << "nobody waits for its last post";
+    }
     bench.app().OnShutdown();
-    EXPECT_EQ(notes().back(), "stop");
+    for (const auto& each : earlier) EXPECT_EQ(each.lock()->notes().back(), "stop");
     bench.release();
     EXPECT_EQ(g_telemetry.get(), nullptr);
 }
@@ -357,8 +478,13 @@ struct UpdateCase {
     BOOTSTRAPPER_ACTION action = install;
     BOOTSTRAPPER_RELATION_TYPE relation = BOOTSTRAPPER_RELATION_NONE;
     const wchar_t* thick = L"no";
+    const wchar_t* repair = L"0";
+    const char* settings = "";
     std::optional<std::wstring> newer = L"https://x/new.exe";
+    bool cancelled = false;   ///< while the service is asked
+    HRESULT accepted = S_OK;  ///< by the engine
     bool asks = true;
+    const char* version = "12.37.0.5294";
     bool updates = true;
 };
 
@@ -369,6 +495,13 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
         {.what = "uninstall", .action = uninstall, .asks = false, .updates = false},
         {.what = "an update itself", .relation = BOOTSTRAPPER_RELATION_UPDATE, .asks = false, .updates = false},
         {.what = "thick", .thick = L"yes", .asks = false, .updates = false},
+        {.what = "forbidden", .settings = "[qa]\ninstaller.skipUpdateCheck = true\n", .asks = false, .updates = false},
+        {.what = "as another version",
+         .settings = "[qa]\ncurrentVersion = '1.0.0.0'\nversionToOverride = ''\n",
+         .version = "1.0.0.0"},
+        {.what = "refused by the engine", .accepted = E_FAIL},
+        {.what = "cancelled meanwhile", .cancelled = true},
+        {.what = "a repair", .repair = L"1"},
     };
     for (const UpdateCase& row : cases) {
         SCOPED_TRACE(row.what);
@@ -376,18 +509,28 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
         Bench bench(row.action);
         bench.command.relationType = row.relation;
         bench.engine.variables.set(L"IsThickInstaller", std::wstring(row.thick));
+        bench.engine.variables.set(L"PDX_REPAIR", std::wstring(row.repair));
+        bench.engine.answers.setUpdate = row.accepted;
         App& app = bench.app();
+        if (*row.settings) {
+            std::istringstream settings(row.settings);
+            g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));  // behind the constructor's own
+        }
         app.newer = row.newer;
+        if (row.cancelled) app.onUpdateAsked = [&] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
         app.OnStartup();
-        EXPECT_EQ(app.OnDetectUpdateBegin(L"feed", 7), 7);
-        EXPECT_EQ(app.updatesAsked, row.asks ? Texts{"12.37.0.5294"} : Texts{});
+        EXPECT_EQ(app.OnDetectUpdateBegin(L"feed", 7), row.cancelled ? IDCANCEL : 7);
+        EXPECT_EQ(app.updatesAsked, row.asks ? Texts{row.version} : Texts{});
         EXPECT_EQ(dialog.numbers(), row.asks ? std::vector<UINT>{WM_BA_DETECT_UPDATE_BEGIN} : std::vector<UINT>{});
         EXPECT_THAT(
             bench.engine.callTexts("SetUpdate"),
             ElementsAreArray(row.updates ? Texts{"SetUpdate(null, https://x/new.exe, 0, 0, null, 0)"} : Texts{}));
-        EXPECT_EQ(app.action(), row.updates ? BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED : row.action);
+        const bool taken = row.updates && SUCCEEDED(row.accepted);
+        EXPECT_EQ(app.action(), taken ? BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED : row.action);
         const Handle mutex(OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\Palisade_Desktop_Installer"));
-        EXPECT_EQ(mutex.get() == nullptr, row.updates) << "the newer installer needs it";
+        EXPECT_EQ(mutex.get() == nullptr, taken) << "the newer installer needs it";
+        const auto refusal = bench.engine.findLog(L"The engine refuses the update https://x/new.exe: ");
+        EXPECT_EQ(refusal && refusal->level == BOOTSTRAPPER_LOG_LEVEL_ERROR, FAILED(row.accepted));
         app.OnShutdown();
     }
 }

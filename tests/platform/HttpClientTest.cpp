@@ -84,6 +84,19 @@ TEST_F(HttpClientTest, SendsTheQueryWithThePath) {
     }
 }
 
+TEST_F(HttpClientTest, AsksNothingOfAHostWithoutAPath) {
+    const auto requests = [] {
+        const json all = requestsTo("", 0);
+        return std::count_if(all.begin(), all.end(), [](const json& request) {
+            return !request["path"].get<std::string>().starts_with("/requests");
+        });
+    };
+    const auto before = requests();
+    HttpClient client(parseUrl(testHost()));
+    EXPECT_EQ(client.get(), -1);
+    EXPECT_EQ(requests(), before);
+}
+
 TEST_F(HttpClientTest, SpeaksTlsWhateverTheScheme) {
     HttpClient client(parseUrl("http" + testHost().substr(5) + ":443/http/scheme"));
     ASSERT_EQ(client.get(), 0);

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/ScriptedWmi.h"
 
@@ -128,6 +130,21 @@ TEST(SystemInfoProvider, KeepsWhatCouldBeConnected) {
     ASSERT_FALSE(provider.initializeCom());
     EXPECT_EQ(provider.getOperatingSystemInfo(), "C:");
     EXPECT_EQ(provider.getPhysicalDiskInfo("0").mediaType, "");
+}
+
+TEST(SystemInfoProvider, GoesOnInAnApartmentOfAnotherKind) {
+    std::thread([] {
+        ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        {
+            ScriptedWmi service;
+            for (const wchar_t* name : {cimv2, storage, wmi}) service[name];
+            SystemInfoProvider provider;
+            EXPECT_TRUE(provider.initializeCom());
+        }
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE) << "it is as it was";
+        CoUninitialize();
+        CoUninitialize();
+    }).join();
 }
 
 TEST(SystemInfoProvider, AsksTheSystem) {

@@ -9,13 +9,6 @@
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
-namespace {
-
-/// Font of a control at its start; pages set some of them anew.
-std::unique_ptr<Font> textFont(float size, int32_t style) { return CreateFontByName(textFace, size, style); }
-
-}  // namespace
-
 BootstrapperDialog::BootstrapperDialog(BootstrapperApplication& application)
     : Dialog(IDD_BOOTSTRAPPER), app(application) {}
 

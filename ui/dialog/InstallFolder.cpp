@@ -17,16 +17,6 @@ namespace {
 
 constexpr size_t longestPath = 4096;
 
-struct TaskMemoryTraits {
-    using Value = wchar_t*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CoTaskMemFree(value); }
-};
-
-std::wstring machineText(RegistryView view, const wchar_t* key, const wchar_t* name) {
-    return toText(RegistryKey::localMachine(view).getSubKeyValue(key, name));
-}
-
 /// A path without its last component.
 std::wstring parentOf(std::wstring path) {
     path.resize(path.size() + 1);
@@ -71,7 +61,7 @@ std::wstring chooseFolder(HWND owner, const std::wstring& shown) {
     if (const auto start = startingFolder(shown)) chooser->SetFolder(start.get());
     chooser->SetOptions(FOS_PICKFOLDERS | FOS_FORCEFILESYSTEM);
     ComPtr<IShellItem> chosen;
-    UniqueHandle<TaskMemoryTraits> path;
+    TaskText path;
     if (FAILED(chooser->Show(owner)) || FAILED(chooser->GetResult(chosen.put())) ||
         FAILED(chosen->GetDisplayName(SIGDN_FILESYSPATH, path.put())))
         return {};

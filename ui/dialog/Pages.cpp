@@ -17,8 +17,6 @@ constexpr LineHeight tallestBody = {LineHeight::pixels, 95};
 constexpr LineHeight noLimit = {};
 constexpr LPARAM marqueePeriodMs = 20;
 
-std::unique_ptr<Font> textFont(float size, int32_t style) { return CreateFontByName(textFace, size, style); }
-
 /// Where the next line begins behind a part that ends there.
 int32_t below(const Box& box, int32_t gap) { return box.y + box.height + gap; }
 

@@ -46,6 +46,9 @@ class Font : public GdiPlusObject<Gdiplus::GpFont, Gdiplus::DllExports::GdipDele
 /// A font of a private face, in pixels whatever the sign; where there is no such face, or no such style of it, the
 /// platform's sans-serif face stands in and no failure is reported.
 std::unique_ptr<Font> CreateFontByName(const std::wstring& family, float emSizePixels, int32_t style);
+inline std::unique_ptr<Font> textFont(float emSizePixels, int32_t style) {
+    return CreateFontByName(textFace, emSizePixels, style);
+}
 /// Null when the handle is no font.
 std::unique_ptr<Font> CreateFontFromHandle(HFONT nativeFont);
 /// Height, face, and the style: bold above a weight of 400, italic, underline, strikeout.

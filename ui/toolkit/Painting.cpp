@@ -31,7 +31,7 @@ bool drawsFontLines() {
         const Bitmap picture({side, side});
         Graphics graphics(picture);
         ApplyQuality(graphics);
-        const auto font = CreateFontByName(textFace, size, fontUnderline);
+        const auto font = textFont(size, fontUnderline);
         if (!font->native()) return true;
         const StringFormat format = CreateTextFormat();
         const Brush brush(palette::defaultText);

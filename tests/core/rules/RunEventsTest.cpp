@@ -113,6 +113,18 @@ TEST(RunEvents, NeverTellTheLoginCode) {
         {L"\"C:\\a b\\s.exe\" KESTREL_AUTHCODE=a", L"\"C:\\a b\\s.exe\" KESTREL_AUTHCODE=####"},
         {L"s KESTREL_AUTHCODE= x=1", L"s KESTREL_AUTHCODE= x=1"},
         {L"s KESTREL_AUTHCODE=a KESTREL_AUTHCODE=b", L"s KESTREL_AUTHCODE=#### KESTREL_AUTHCODE=####"},
+        // As the system splits them.
+        {L"s \"KESTREL_AUTHCODE\"=a x", L"s \"KESTREL_AUTHCODE\"=#### x"},
+        {L"s KESTREL\"_AUTHCODE=a b\" x", L"s KESTREL\"_AUTHCODE=####\" x"},
+        {L"s KESTREL_AUTHCODE=\"a\\\" b\" x", L"s KESTREL_AUTHCODE=#### x"},
+        {L"s KESTREL_AUTHCODE=\"a\\\\\" x", L"s KESTREL_AUTHCODE=#### x"},
+        {L"s KESTREL_AUTHCODE=\"\"\"\"a b\" x", L"s KESTREL_AUTHCODE=#### x"},
+        {L"s KESTREL_AUTHCODE=\"a\"\"b x", L"s KESTREL_AUTHCODE=#### x"},
+        {L"s\\\"\tKESTREL_AUTHCODE=a\tx  y", L"s\\\"\tKESTREL_AUTHCODE=####\tx  y"},
+        {L"\"s\\\" \"KESTREL_AUTHCODE=a b", L"\"s\\\" \"KESTREL_AUTHCODE=####"},
+        {L"s \"KESTREL_AUTHCODE=\" x", L"s \"KESTREL_AUTHCODE=\" x"},
+        {L"s /x=\"y KESTREL_AUTHCODE=a b\"", L"s /x=\"y KESTREL_AUTHCODE=####\""},
+        {L"", L""},
     };
     for (const auto& row : lines) EXPECT_EQ(hideAuthcode(row.line), row.told);
 }

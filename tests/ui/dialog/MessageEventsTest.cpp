@@ -20,6 +20,7 @@ using Texts = std::vector<std::string>;
 struct Stage {
     Stage(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) : bench(action, display) {
         bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Palisade"));
+        bench.engine.variables.set(L"PDX_MERIDIAN_COHORT", std::wstring(L"cohort 7"));
         before = bench.told().size();
         dialog = std::make_unique<BootstrapperDialog>(bench.app());
         if (!dialog->Create({})) throw std::runtime_error("the dialog cannot be made");
@@ -58,6 +59,7 @@ struct Stage {
             text = attributes["msg_id"].get<std::string>() + " " + attributes["status"].get<std::string>();
             const bool overlay = text.find("overlay") != std::string::npos;
             EXPECT_EQ(attributes["destination_name"], overlay ? "uninstall_bastion_overlay" : "your_games_overlay");
+            EXPECT_EQ(attributes["track"]["trackingtag"], "cohort 7");
             EXPECT_EQ(attributes["pgid"], overlay ? "uninstall_bastion_option" : "install_defaults");
         }
         return found;
@@ -130,19 +132,23 @@ TEST(MessageEvents, TellWhatIsPressedAndShown) {
 TEST(MessageEvents, TellTheAnswerAboutTheOlderClient) {
     RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
     const struct {
-        int32_t button;
+        std::vector<int32_t> buttons;
         const char* told;
-    } rows[] = {{IDC_ACTION1, "meridian_uninstall_overlay_uninstall_bastion click"},
-                {IDC_ACTION2, "meridian_uninstall_overlay_not_now click"}};
+        const wchar_t* variable;
+    } rows[] = {{{IDC_ACTION1}, "meridian_uninstall_overlay_uninstall_bastion click", L"1"},
+                {{IDC_ACTION2}, "meridian_uninstall_overlay_not_now click", L"0"},
+                // The cross, and the installer is to end: the window goes without an answer.
+                {{IDC_CLOSE, IDC_ACTION2}, "meridian_uninstall_overlay_close click", L"0"}};
     for (const auto& row : rows) {
         Stage stage(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL);
         std::istringstream settings("[app]\nmeridian.enableMigration = true\nmeridian.promptBastionUninstall = true\n");
         g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));
         stage.send(WM_BA_DETECT_COMPLETE);
-        stage.pressLater(row.button);
+        for (const int32_t button : row.buttons) stage.pressLater(button);
         stage.press(IDC_ACTION1);
         Texts wanted = with(startShown, {"enable", "meridian_start_lets_go click"});
         EXPECT_EQ(stage.told(), with(with(wanted, overlayShown), {row.told}));
+        EXPECT_EQ(stage.bench.engine.variables.text(L"PDX_UNINSTALL_BASTION"), row.variable);
     }
     RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
 }

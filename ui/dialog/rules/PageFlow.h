@@ -17,7 +17,7 @@ enum class DetectFlow {
     welcome,    ///< the user takes over
     install,    ///< go on without a word
     update,     ///< show the download and go on
-    plan,       ///< what nobody asks this installer for: go on, and tell nothing of it
+    plan,       ///< go on without a word, and leave telemetry held back: no run asks for such an action
 };
 
 /// What follows a detection.
