@@ -13,6 +13,9 @@ TIME = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}")
 TIME_SECONDS = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\dZ")
 UUID = re.compile(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}")
 UNAVAILABLE = "80070003"  # the engine's code for an answer of 503
+WRONG_HASH = "80091007"  # for bytes that are not those of a hash; Wine has no text for it
+FAILED = "80070643"  # for a package that fails
+ERROR_SAID = "a0010000"  # for an error message of a package's own that has no number
 PRODUCT = "kestrel_client"
 AGENT = f"Palisade app Installer/{bundle.BUNDLE_VERSION}"
 
@@ -32,6 +35,8 @@ PLACES = {"meridian_start": ("your_games_overlay", "install_defaults"),
           "meridian_completed": ("meridian_complete", "progress")}
 START_PAGE = ["meridian_start_lets_go", "meridian_start_user_agreement", "meridian_start_install_options",
               "meridian_start_close"]
+OVERLAY = ["meridian_uninstall_overlay_uninstall_bastion", "meridian_uninstall_overlay_not_now",
+           "meridian_uninstall_overlay_close"]
 
 
 def brisk_identity(session: object, thin: bool) -> dict:
@@ -61,9 +66,18 @@ INSTALL_SUCCESS = ("inst.inst.succ", {"strt": TIME, "stst": "new", "endt": TIME,
 INSTALL_CANCEL = ("inst.inst.canc", {"cnst": "user_action"})
 SESSION_STOP = ("inst.sess.stop", {})
 
+# And an uninstall's. The folder that the registry has ends with a backslash, which the default one does not.
+UNINSTALL_START = ("inst.uinst.strt", {"uitm": TIME, "path": "custom"})
+UNINSTALL_SUCCESS = ("inst.uinst.succ", INSTALL_SUCCESS[1])
+UNINSTALL_CANCEL = ("inst.uinst.canc", INSTALL_CANCEL[1])
+
 
 def tally_install(status: str, status_code: str) -> tuple[str, dict]:
     return "install", {"status": status, "status_code": status_code, "installation_type": PRODUCT}
+
+
+def tally_uninstall(status: str, **attributes: str) -> tuple[str, dict]:
+    return "uninstall", {"status": status, "uninstallation_type": PRODUCT} | attributes
 
 
 def download_start(link: str) -> tuple[str, dict]:
@@ -90,6 +104,28 @@ def unavailable(name: str, link: str, **extra) -> tuple[str, dict]:
     return failure(name, UNAVAILABLE, "Path not found.", 34, context, **extra)
 
 
+def wrong_bytes(name: str, recommendation: int) -> tuple[str, dict]:
+    """That of a download whose bytes are not those of the bundle's hash."""
+    context = {"pkid": bundle.PACKAGE_ID, "plid": bundle.PACKAGE_ID, "stat": WRONG_HASH, "reco": recommendation}
+    return failure(name, WRONG_HASH, WRONG_HASH, 36, context)
+
+
+def script_failure(group: str, said: str = "", **extra) -> list[tuple[str, dict]]:
+    """Those of a package whose script, ahead of the files, says an error or nothing, and then fails: the error that was
+    said, that of the execution, and that of the run."""
+    def installer_message(kind: int, arguments: object = str) -> dict:
+        return {"imsg": kind << 24, "flag": 0, "mesg": str, "args": arguments, "reco": 0}
+
+    running = {"pkid": bundle.PACKAGE_ID, "exec": True, "ppct": int, "opct": int,
+               "msiact": installer_message(8, "BeforeFiles, , "), "msicommon": installer_message(11)} | extra
+    ended = {"pkid": bundle.PACKAGE_ID, "exec": False, "cpct": int, "opct": int, "stat": FAILED, "rstr": 0, "reco": 0}
+    execution = failure(f"inst.{group}.erro", FAILED, "Installation failure.", 43, ended)
+    if not said:
+        return [execution, failure(f"inst.{group}.fail", FAILED, "Installation failure.", 42, running)]
+    return [failure(f"inst.{group}.erro", ERROR_SAID, said, 40, running), execution,
+            failure(f"inst.{group}.fail", ERROR_SAID, ERROR_SAID, 40, running)]
+
+
 def tally_download(status: str, status_code: str, **percent: float) -> tuple[str, dict]:
     return "download", {"status": status, "status_code": status_code, "item_platform": "pc",
                         "download_id": UUID} | percent
@@ -112,12 +148,12 @@ def told_so_far(scene) -> dict[str, int]:
     return {service: len(scene.services.requests(service)) for service in ("brisk", "tally")}
 
 
-def check_attempts(scene, count: int, since: dict[str, int] | None = None) -> None:
-    """Each attempt of a download has an id of its own, which its last event bears too."""
+def check_attempts(scene, count: int, since: dict[str, int] | None = None, each: int = 2) -> None:
+    """Each attempt of a download has an id of its own, which all `each` of its events bear."""
     ids = [event["download_id"] for post in scene.services.requests("tally")[(since or {}).get("tally", 0):]
            for event in post.body["contexts"][0]["events"] if event["core"]["en"] == "download"]
     scene.check_equal("the ids of the downloads are as many as the attempts", len(set(ids)), count)
-    scene.check_equal("each for a start and an end", ids[0::2], ids[1::2])
+    scene.check_equal("and each is that of all its events", ids, [own for own in ids[::each] for _ in range(each)])
 
 
 def thick_install(run, shown: bool = True, **record) -> dict[str, object]:
@@ -145,9 +181,19 @@ def message(msg_id: str, status: str, cohort: str = "") -> tuple[str, dict]:
                        "type": "in_service", "service": "sable", "track": track}
 
 
-def start_page() -> list[tuple[str, dict]]:
-    """What a welcome page that is left by its button tells."""
-    return [message(offer, "impression") for offer in START_PAGE] + [message(START_PAGE[0], "click")]
+def start_page(*clicks: str, cohort: str = "") -> list[tuple[str, dict]]:
+    """What a welcome page that is left by its button tells, after `clicks` on what else it offers."""
+    return _offers(START_PAGE, (*clicks, START_PAGE[0]), cohort)
+
+
+def overlay(*clicks: str) -> list[tuple[str, dict]]:
+    """What the page that offers to remove the older client tells."""
+    return _offers(OVERLAY, clicks)
+
+
+def _offers(offers: list[str], clicks: tuple[str, ...], cohort: str = "") -> list[tuple[str, dict]]:
+    told = [(offer, "impression") for offer in offers] + [(offer, "click") for offer in clicks]
+    return [message(offer, status, cohort) for offer, status in told]
 
 
 def differences(found: object, wanted: object, where: str = "") -> list[str]:
@@ -167,15 +213,18 @@ def differences(found: object, wanted: object, where: str = "") -> list[str]:
 
 
 def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object = UUID,
-                    since: dict[str, int] | None = None) -> None:
-    """Checks all posts so far, or those `since` earlier runs: their headers, the order of their keys, and each event with
-    each of its attributes."""
+                    since: dict[str, int] | None = None, development: bool = False) -> None:
+    """Checks all posts so far, or those `since` earlier runs: their headers, the order of their keys, and each event
+    with each of its attributes. A machine of the maker's own tells the Brisk service in each that it is for
+    `development`."""
     told_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS, since)
     told_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS, since)
     events = [event for post in told_brisk for event in post]
     wanted = []
     for name, attributes in brisk:
         first, second, third = name.split(".")
+        if development:
+            attributes = attributes | {"is_development": 1}
         wanted.append(brisk_identity(session, thin) | {"m": first, "g": second, "s": third, "ts": TIME}
                       | ({"param": attributes} if attributes else {}))
     scene.check_equal("the Brisk service is told these events", [f"{e['m']}.{e['g']}.{e['s']}" for e in events],
