@@ -1,28 +1,24 @@
 """A newer installer for a thin one to be replaced by, on the deployment's own hosts."""
 from urllib.parse import urlsplit
 
-from harness import bundle, facts
+from harness import facts
 from harness.enginelog import EngineLog
-from harness.places import PACKAGE, ROOT
 from harness.services import configured
 
 VERSION = "12.38.0.1"
 FILE = facts.EXCHANGE + "\\newer\\PalisadeSetup.exe"
-PACKAGE_PATH = f"/client/{bundle.PACKAGE_ID}"
-BUCKET_PATH = "/autopatch/upgrade/buckets/62"  # of a machine without adapters, as a sandbox is one
+# A sandbox has the loopback adapter alone, and that has no hardware address: the bucket is that of an empty one.
+BUCKET_PATH = "/autopatch/upgrade/buckets/62"
 INSTALLER_PATH = urlsplit(configured("installer.downloadurl")[0]).path
 
 
-def thin_installer(scene) -> None:
-    """Makes the scenario's installer one that fetches the client and asks for updates."""
-    scene.make_bundle(download_url=scene.services.download.serve(PACKAGE_PATH, PACKAGE))
-
-
-def offer(scene) -> None:
-    """Names a newer version to that installer, and serves it. The newer one is thin too: it could ask again."""
-    download = scene.services.download
-    download.serve(INSTALLER_PATH, scene.make_bundle(FILE, version=VERSION, download_url=download.url(PACKAGE_PATH)))
+def offer(scene) -> str:
+    """Makes the scenario's installer a thin one, names a newer version to it and serves that. The newer one is thin too:
+    it could ask again. Gives the client's address."""
+    link = scene.make_thin_bundle()
+    scene.services.download.serve(INSTALLER_PATH, scene.make_bundle(FILE, version=VERSION, download_url=link))
     scene.services.update.answer(body={"recommended": {"version": VERSION}})
+    return link
 
 
 def logs(scene) -> list[EngineLog]:
@@ -30,13 +26,13 @@ def logs(scene) -> list[EngineLog]:
     return [EngineLog(file) for file in sorted(scene.engine_logs())]
 
 
-def check_replaced(scene, first: EngineLog, second: EngineLog) -> None:
+def check_replaced(scene, link: str, first: EngineLog, second: EngineLog) -> None:
     """The first installer asked once and fetched the second, which did not ask, and fetched the client."""
     scene.check_equal("one update is asked for, by bucket", [r.path for r in scene.services.requests("update")],
                       [BUCKET_PATH])
     scene.check_equal("the newer installer is fetched, then the client",
                       [(r.method, r.path) for r in scene.services.requests("download")],
-                      [(method, path) for path in (INSTALLER_PATH, PACKAGE_PATH) for method in ("HEAD", "GET")])
+                      [(method, path) for path in (INSTALLER_PATH, urlsplit(link).path) for method in ("HEAD", "GET")])
     scene.check_equal("the first plans its own replacement", first.numbered("200"),
                       ["Plan begin, 1 packages, action: UpdateReplaceEmbedded"])
     scene.check_equal("the newer one an install", second.numbered("200"), ["Plan begin, 1 packages, action: Install"])

@@ -16,6 +16,7 @@ from harness.window import ACTION2, CLOSE, NAMES, NAMES_CLASS, View, Window
 
 SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
 SCRIPT = facts.EXCHANGE + "\\script.txt"
+UNDER_WAY, SEEN = facts.EXCHANGE + "\\under-way", facts.EXCHANGE + "\\seen"
 TEMP = "C:\\users\\root\\Temp"
 
 
@@ -200,6 +201,19 @@ class Scene:
         if log == "engine":
             self.main_run = run
         return run
+
+    def run_unseen(self, what: str, bound: float = 90, **options) -> EngineRun:
+        """A quiet run in the midst of which no window shows. The script has to mark UNDER_WAY and to wait for SEEN."""
+        for mark in (UNDER_WAY, SEEN):
+            self.path(mark).unlink(missing_ok=True)
+        run = self.start("/quiet", **options)
+        self.wait_for(lambda: self.exists(UNDER_WAY), what)
+        views = self.window.look_at_all()
+        self.check(f"the dialog is there while {what} runs", views)
+        self.check("and does not show, nor does another window",
+                   not any(view.visible or view.others for view in views), views)
+        self.path(SEEN).touch()
+        return run.finish(bound)
 
     def run(self, *arguments: str, bound: float = 90, **options) -> EngineRun:
         return self.start(*arguments, **options).finish(bound)

@@ -64,10 +64,15 @@ class Window:
         return self._watcher.stdout.readline().strip()
 
     def look(self) -> View | None:
-        seen = json.loads(self.command("look"))
-        if not seen:
-            return None
+        """The window; where several installers run, one that shows."""
+        return next(iter(self.look_at_all()), None)
 
+    def look_at_all(self) -> list[View]:
+        """The windows of all installers that run, those that show first."""
+        return [self._view(seen) for seen in json.loads(self.command("look"))]
+
+    @staticmethod
+    def _view(seen: dict) -> View:
         def box(of: dict) -> Box:
             return Box(of["x"], of["y"], of["width"], of["height"])
 

@@ -72,6 +72,7 @@ class Service:
         """Answers requests on its route ("METHOD path") by `standing`, as long as it is told nothing else."""
         self.name, self.address, self.hosts, self.context, self.record = name, address, hosts, context, record
         self.stalled = 0.0
+        self.stalled_connections = 0  # those that have come to a stalled service so far
         self._route, self._standing = re.compile(route), standing
         self._next: list[tuple[str, dict]] = []  # each for one request, of a method or of any ("")
         self._told: dict[str, dict] = {}  # for all others, by method
@@ -90,10 +91,13 @@ class Service:
 
     def answer(self, *, times: int | None = None, method: str = "", **fields) -> None:
         """Tells how requests are answered from now on, or so many of them, which come first. What is not told (fields
-        of Answer) is as in the ordinary answer; with nothing told it answers in the ordinary way again."""
+        of Answer) is as in the ordinary answer; with nothing told at all everything is forgotten that was told."""
         Answer(**fields)  # a mistake in what is told shows here
         with self._lock:
-            if times is None:
+            if not fields and not method and times is None:
+                self._told.clear()
+                self._next.clear()
+            elif times is None:
                 self._told[method] = fields
             else:
                 self._next += [(method, fields)] * times
@@ -146,17 +150,39 @@ class _Server(ThreadingHTTPServer):
     def __init__(self, service: Service):
         super().__init__((service.address, 443), _Handler)
         self.service = service
-        self.open: set[socket.socket] = set()
+        self.closed = threading.Event()
+        self._open: set[socket.socket] = set()
+        self._lock = threading.Lock()
         threading.Thread(target=self.serve_forever, args=(0.05,), daemon=True).start()
+
+    def process_request(self, request, client_address) -> None:
+        self._open.add(request)
+        super().process_request(request, client_address)
+
+    def wrap(self, connection: socket.socket) -> ssl.SSLSocket:
+        """The connection before its handshake; it takes the place of the given one."""
+        with self._lock:
+            if self.closed.is_set():
+                raise ConnectionAbortedError
+            self._open.discard(connection)
+            wrapped = self.service.context.wrap_socket(connection, server_side=True, do_handshake_on_connect=False)
+            self._open.add(wrapped)
+            return wrapped
+
+    def forget(self, connection: socket.socket) -> None:
+        with self._lock:
+            self._open.discard(connection)
 
     def close(self) -> None:
         self.shutdown()
         self.server_close()
-        for connection in list(self.open):
-            try:
-                connection.shutdown(socket.SHUT_RDWR)
-            except OSError:
-                pass  # gone already
+        with self._lock:
+            self.closed.set()
+            for connection in self._open:
+                try:
+                    socket.socket.shutdown(connection, socket.SHUT_RDWR)  # beneath TLS, which another thread may be in
+                except OSError:
+                    pass  # gone already
 
     def handle_error(self, request, client_address) -> None:
         if not isinstance(sys.exception(), OSError):  # a client that goes away is none of ours
@@ -176,17 +202,24 @@ class _Handler(BaseHTTPRequestHandler):
         self.service: Service = self.server.service
         self.number = next(_connections)
         if self.service.stalled:
-            time.sleep(self.service.stalled)
+            self.service.stalled_connections += 1
+            self.server.closed.wait(self.service.stalled)
+            self.server.forget(self.request)
             _reset(self.request)
             raise ConnectionResetError
         # Here and not where it is accepted, so that a client that is slow with its handshake holds up no other.
-        self.request = self.service.context.wrap_socket(self.request, server_side=True)
-        self.server.open.add(self.request)
+        self.request = self.server.wrap(self.request)
+        try:
+            self.request.do_handshake()
+        except OSError:
+            self.server.forget(self.request)
+            self.request.close()
+            raise
         super().setup()
 
     def finish(self) -> None:
         super().finish()
-        self.server.open.discard(self.request)
+        self.server.forget(self.request)
         self.request.close()
 
     def log_message(self, *_) -> None:

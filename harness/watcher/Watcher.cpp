@@ -1,8 +1,9 @@
 // Tells a scenario what the installer's window shows, and does what mouse and keyboard cannot. Reads commands from
 // standard input, a line each, and answers each with a line:
 //
-//   look                         the dialog as JSON, null if there is none; rectangles in pixels of the screen
-//   ask WINDOW MESSAGE WP LP     sends a message to a window of the dialog's process: one given by its class, or
+//   look                         the installers' dialogs as a JSON array, those that show first; rectangles in pixels of
+//                                the screen
+//   ask WINDOW MESSAGE WP LP     sends a message to a window of the first dialog's process: one given by its class, or
 //                                "dialog", or a control of that by its number; answers with the result, or "none"
 //                                without such a window, or "late" if there is no reply within 10 seconds
 //   hold NAME                    makes a mutex that stays until "release" or the end
@@ -11,6 +12,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -47,11 +49,18 @@ std::vector<HWND> allWindows() {
     return found;
 }
 
-/// The installer's dialog, told from others by its controls.
-HWND findDialog() {
+/// The installers' dialogs, told from other windows by their controls; those that show come first.
+std::vector<HWND> findDialogs() {
+    std::vector<HWND> found;
     for (HWND window : allWindows())
-        if (GetDlgItem(window, IDC_ACTION1) && GetDlgItem(window, IDC_PICTURE)) return window;
-    return nullptr;
+        if (GetDlgItem(window, IDC_ACTION1) && GetDlgItem(window, IDC_PICTURE)) found.push_back(window);
+    std::ranges::stable_partition(found, [](HWND window) { return IsWindowVisible(window) != FALSE; });
+    return found;
+}
+
+HWND firstDialog() {
+    const std::vector<HWND> found = findDialogs();
+    return found.empty() ? nullptr : found.front();
 }
 
 std::string textOf(HWND window, int(WINAPI* read)(HWND, LPWSTR, int)) {
@@ -76,9 +85,7 @@ Json otherWindows(HWND dialog, DWORD process) {
     return found;
 }
 
-Json look() {
-    const HWND dialog = findDialog();
-    if (!dialog) return nullptr;
+Json lookAt(HWND dialog) {
     // Behind whatever the dialog is just busy with, a change of its page among it.
     DWORD_PTR ignored = 0;
     SendMessageTimeoutW(dialog, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, patience, &ignored);
@@ -105,10 +112,16 @@ Json look() {
     return seen;
 }
 
+Json look() {
+    Json seen = Json::array();
+    for (HWND dialog : findDialogs()) seen.push_back(lookAt(dialog));
+    return seen;
+}
+
 /// The window of a class in the dialog's process: the engine's raised process has one of the same class.
 HWND findBesideDialog(const std::string& windowClass) {
     DWORD wanted = 0;
-    GetWindowThreadProcessId(findDialog(), &wanted);
+    GetWindowThreadProcessId(firstDialog(), &wanted);
     for (HWND window : allWindows()) {
         DWORD owner = 0;
         GetWindowThreadProcessId(window, &owner);
@@ -121,8 +134,8 @@ std::string ask(std::istringstream& arguments) {
     std::string target, message, wparam, lparam;
     arguments >> target >> message >> wparam >> lparam;
     const auto number = [](const std::string& text) { return std::stoul(text, nullptr, 0); };
-    const HWND window = target == "dialog"             ? findDialog()
-                        : std::isdigit(target.front()) ? GetDlgItem(findDialog(), static_cast<int>(number(target)))
+    const HWND window = target == "dialog"             ? firstDialog()
+                        : std::isdigit(target.front()) ? GetDlgItem(firstDialog(), static_cast<int>(number(target)))
                                                        : findBesideDialog(target);
     if (!window) return "none";
     DWORD_PTR result = 0;

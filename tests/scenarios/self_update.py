@@ -1,10 +1,12 @@
 """A thin installer is told of a newer one: the engine fetches and starts that, and its welcome page installs."""
 import re
 import shutil
+import threading
 
 from harness import facts, newer
 from harness.scene import SETUP
-from harness.window import ACTION1
+from harness.strings import text
+from harness.window import ACTION1, TITLE
 
 OTHER = facts.EXCHANGE + "\\OtherSetup.exe"
 
@@ -14,13 +16,22 @@ def process_of(log) -> int:
 
 
 def play(scene):
-    newer.thin_installer(scene)
-    newer.offer(scene)
+    link = newer.offer(scene)
+    rest = threading.Event()
+    scene.services.download.answer(hold=rest, method="GET", times=1)
+    scene.use_names()
     run = scene.start()
+    scene.wait_for(lambda: len(scene.services.requests("download")) == 2, "the middle of the transfer")
+    fetching = scene.wait_for_page("progress", "fetching")
+    scene.check_equal("while the newer one is fetched, the window says so", fetching.names.get(TITLE),
+                      text("installer_download_progress_title"))
+    rest.set()
+
     view = scene.wait_for_page("welcome", bound=120)
     older_log, newer_log = newer.logs(scene)
-    scene.check("the page that asks is the newer installer's",
-                view.process == process_of(newer_log) != process_of(older_log), view.process)
+    scene.check_equal("of both installers' windows only the newer one's shows then",
+                      {view.process: view.visible for view in scene.window.look_at_all()},
+                      {process_of(older_log): False, process_of(newer_log): True})
     scene.check("nothing is told before the person goes on, but by the first one",
                 not any(event["param"]["autopatch"] for request in scene.services.requests("brisk")
                         for event in request.body if (event["g"], event["s"]) == ("sess", "strt")))
@@ -34,4 +45,4 @@ def play(scene):
     scene.check_exit_code(run, 0)
     scene.check_installed(version=newer.VERSION)
     older_log, newer_log, _ = newer.logs(scene)
-    newer.check_replaced(scene, older_log, newer_log)
+    newer.check_replaced(scene, link, older_log, newer_log)

@@ -1,9 +1,7 @@
 """A person installs from the thin variant: no newer one is named, the client is downloaded, both services are told all."""
+from harness.newer import BUCKET_PATH
 from harness.telemetry import UPDATE_HEADERS, check_attempts, check_telemetry, differences, thin_install
 from harness.window import ACTION1
-
-# The sandbox has the loopback adapter alone, and that has no hardware address: the bucket is that of an empty one.
-BUCKET = "/autopatch/upgrade/buckets/62"
 
 
 def play(scene):
@@ -12,7 +10,7 @@ def play(scene):
     run = scene.start()
     scene.wait_for_page("welcome")
     scene.check_equal("before the person goes on a newer version is asked for, and nothing else",
-                      [(r.service, r.method, r.path) for r in services.requests()], [("update", "GET", BUCKET)])
+                      [(r.service, r.method, r.path) for r in services.requests()], [("update", "GET", BUCKET_PATH)])
     scene.window.click(ACTION1)
     run.finish(120)
     scene.check_exit_code(run, 0)

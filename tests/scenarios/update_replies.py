@@ -1,69 +1,83 @@
 """Whatever the update service replies, the install goes on: a newer version is taken, all else is no update."""
+import re
+
 from harness import bundle, newer
+from harness.window import ACTION2, CLOSE
 
-LATE = 3  # seconds
+LATE = 2  # seconds
 
 
-def named(version: str) -> dict:
+def named(version: object) -> dict:
     return {"recommended": {"version": version}}
 
 
-NO_UPDATE = {
-    "an equal version": dict(body=named(bundle.BUNDLE_VERSION)),
-    "a lower one": dict(body=named("12.36.65535.65535")),
-    "a part over 65535, of which 36 is left": dict(body=named("12.65572.0.5294")),
-    "no version": dict(body={"recommended": {}}),
-    "an empty object": dict(body={}),
-    "a list": dict(body=[]),
-    "a number for the version": dict(body={"recommended": {"version": 13}}),
-    "a text for the object": dict(body={"recommended": "13.0.0.0"}),
-    "no JSON": dict(body="13.0.0.0"),
-    "nothing": dict(body=""),
-    "a reset": dict(cut="reset"),
-}
-UPDATE = {
-    "a good body under status 500": dict(status=500, body=named(newer.VERSION)),
-    "a late one": dict(delay=LATE, body=named(newer.VERSION)),
-}
+# What comes back, and the lines that the request leaves in the log: one where no body came.
+NO_UPDATE = [
+    ("an equal version", dict(body=named(bundle.BUNDLE_VERSION)), 0),
+    ("a lower one", dict(body=named("12.36.65535.65535")), 0),
+    ("a part over 65535, of which 36 is left", dict(body=named("12.65572.0.5294")), 0),
+    ("an empty version", dict(body=named("")), 0),
+    ("a number for the version", dict(body=named(13)), 0),
+    ("no version", dict(body={"recommended": {}}), 0),
+    ("a text for the object", dict(body={"recommended": "13.0.0.0"}), 0),
+    ("an empty object", dict(body={}), 0),
+    ("a list", dict(body=[]), 0),
+    ("no JSON", dict(body="13.0.0.0"), 0),
+    ("an empty body", dict(body=""), 1),
+    ("a reset", dict(cut="reset"), 1),
+]
+UPDATE = [
+    ("a good body under status 500", dict(status=500, body=named(newer.VERSION))),
+    ("a late one", dict(delay=LATE, body=named(newer.VERSION))),
+]
+ELSEWHERE = "/autopatch/upgrade/buckets/100"
 
 
 def play(scene):
-    newer.thin_installer(scene)
-    for name, answer in NO_UPDATE.items():
-        scene.services.update.answer(**answer)
-        check_no_update(scene, name)
-    scene.services.update.down()
-    check_no_update(scene, "no service")
-    scene.services.update.up()
+    update = scene.services.update
+    scene.make_thin_bundle()
+    for name, answer, lines in NO_UPDATE:
+        update.answer(**answer)
+        check_no_update(scene, name, lines, [newer.BUCKET_PATH])
+    update.down()
+    check_no_update(scene, "no service", 1, [])
+    update.up()
 
-    # The newer installer is not served, so that the run comes as far as its first download.
-    for name, answer in UPDATE.items():
-        scene.services.update.answer(**answer)
-        check_update(scene, name)
-    moved = scene.services.update.url("/autopatch/upgrade/buckets/100")
-    scene.services.update.answer(body=named(newer.VERSION))
-    scene.services.update.answer(status=302, headers={"Location": moved}, times=1)
-    check_update(scene, "a redirect to one")
-
-
-def begin(scene, name: str):
-    return scene.start(log=name.replace(" ", "-").replace(",", ""))
+    # The newer installer is not served, so that such a run comes as far as its first download.
+    for name, answer in UPDATE:
+        update.answer(**answer)
+        check_update(scene, name, [newer.BUCKET_PATH])
+    update.answer(body=named(newer.VERSION))
+    update.answer(status=302, headers={"Location": update.url(ELSEWHERE)}, times=1)
+    check_update(scene, "a redirect to one", [newer.BUCKET_PATH, ELSEWHERE])
 
 
-def check_no_update(scene, name: str) -> None:
-    run = begin(scene, name)
-    scene.wait_for_page("welcome")
-    log = scene.cancel(run).log
-    scene.check(f"{name}: the bucket is asked for, and the person", log.has("^Using bucket value"))
+def check_no_update(scene, name: str, lines: int, paths: list[str]) -> None:
+    log = play_row(scene, name, lines, paths, lambda: scene.window.page() == "welcome")
     scene.check_equal(f"{name}: nothing is planned", log.numbered("200"), [])
     scene.check_equal(f"{name}: nothing is told as an error", log.messages("OnError") + log.closing_errors(), [])
 
 
-def check_update(scene, name: str) -> None:
+def check_update(scene, name: str, paths: list[str]) -> None:
     before = len(scene.services.requests("download"))
-    run = begin(scene, name)
-    asked = scene.services.wait_for(before + 1, "download", bound=60)[before:]
-    scene.check(f"{name}: the newer installer is fetched", asked and asked[0].path == newer.INSTALLER_PATH, asked)
-    log = scene.cancel(run).log
+    log = play_row(scene, name, 0, paths, lambda: scene.services.requests("download")[before:])
+    fetched = {request.path for request in scene.services.requests("download")[before:]}
+    scene.check_equal(f"{name}: the newer installer is fetched", fetched, {newer.INSTALLER_PATH})
     scene.check_equal(f"{name}: the replacement is planned", log.numbered("200"),
                       ["Plan begin, 1 packages, action: UpdateReplaceEmbedded"])
+
+
+def play_row(scene, name: str, lines: int, paths: list[str], arrived):
+    """One run until it has come as far as it should, and is cancelled. Gives its log."""
+    before = len(scene.services.requests("update"))
+    run = scene.start(log=name.replace(" ", "-").replace(",", "") if scene.main_run else "engine")
+    scene.wait_for(arrived, f"the page or the download of {name}")
+    scene.window.click(CLOSE)
+    scene.wait_for(lambda: scene.window.page() == "prompt", f"the question whether to cancel, {name}")
+    scene.window.click(ACTION2)
+    log = run.finish(60).log
+    told = [line.text for line in log.library_lines() if line.function == "GetRecommendedVersion"]
+    scene.check(f"{name}: {lines} lines of the log tell of it",
+                len(told) == lines and all(re.fullmatch(r"Error \d+ has occurred\.\n", text) for text in told), told)
+    scene.check_equal(f"{name}: these requests", [r.path for r in scene.services.requests("update")[before:]], paths)
+    return log
