@@ -162,12 +162,12 @@ class Scene:
 
     # Runs of the engine
 
-    def make_bundle(self, program: str = SETUP, package: Path = PACKAGE, **options) -> Path:
+    def make_bundle(self, program: str = SETUP, package: Path = PACKAGE, library: Path = LIBRARY, **options) -> Path:
         """Writes a bundle; `options` are those of bundle.make. Bytes behind the end of a package do no harm, where a
         scenario needs a long transfer."""
         target = self.path(program)
         target.parent.mkdir(exist_ok=True)
-        return bundle.make(target, LIBRARY, package, {"PDXTEST_SCRIPT": SCRIPT}, **options)
+        return bundle.make(target, library, package, {"PDXTEST_SCRIPT": SCRIPT}, **options)
 
     def make_thin_bundle(self) -> str:
         """Makes the bundle a thin one; gives the address on the download host that the client package comes from."""

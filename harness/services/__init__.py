@@ -2,16 +2,17 @@
 
 | Service    | Host names, port 443                        | Ordinary answers, all 200                              |
 |------------|---------------------------------------------|--------------------------------------------------------|
-| `update`   | those of `updater.url` in resources/*.cfg   | GET /autopatch/upgrade/buckets/N: the bundle's version |
+| `update`   | those of `updater.url` in *.cfg             | GET /autopatch/upgrade/buckets/N: the bundle's version |
 | `brisk`    | those of `telemetry.brisk.url`              | POST /brisk/telm: {}                                   |
 | `tally`    | those of `telemetry.tally.url`              | POST /tallyEvents: {}                                  |
 | `download` | those of `installer.downloadurl`            | GET, HEAD: the files given to `serve`, else 404        |
 | `legal`    | those of `legal.url`                        | GET /legalapp/...: a short page                        |
 | `tests`    | tests.corvaneworks.example                  | what the query says: harness/services/testhost.py      |
 
-Another method or path is answered 404, whatever the service was told. Each service has an address of its own, from
-127.0.0.11 on, so that one can be down or reset connections while the others work. The revocation list of their
-certificate is fetched over plain HTTP from crl.corvaneworks.example, which is no service and leaves no record.
+The files are the shipped deployment's, in resources/, and another one's, in harness/deployment/. Another method or path
+is answered 404, whatever the service was told. Each service has an address of its own, from 127.0.0.11 on, so that one
+can be down or reset connections while the others work. The revocation list of their certificate is fetched over plain
+HTTP from crl.corvaneworks.example, which is no service and leaves no record.
 
 A scenario has them as `scene.services`:
 
@@ -36,23 +37,23 @@ from pathlib import Path
 from urllib.parse import urlsplit
 
 from harness import bundle, sandbox
-from harness.places import ROOT
+from harness.places import CONFIGURATIONS, OTHER_CONFIGURATIONS
 from harness.services import certificates, testhost
 from harness.services.server import Answer, Request, Service
 
-CONFIGURATIONS = ROOT / "resources"
 DOMAIN = "corvaneworks.example"
 
 
-def configured(key: str) -> list[str]:
-    """An address in the configuration files, production's first."""
+def configured(key: str, folders: tuple[Path, ...] = (CONFIGURATIONS, OTHER_CONFIGURATIONS)) -> list[str]:
+    """An address in the deployments' configuration files, the shipped one first."""
     found = []
-    for file in sorted(CONFIGURATIONS.glob("*.cfg"), key=lambda file: file.name != "production.cfg"):
-        value = tomllib.loads(file.read_text("utf-8"))
-        for part in key.split("."):
-            value = value.get(part, {})
-        if value:
-            found.append(value)
+    for folder in folders:
+        for file in sorted(folder.glob("*.cfg"), key=lambda file: file.name != "production.cfg"):
+            value = tomllib.loads(file.read_text("utf-8"))
+            for part in key.split("."):
+                value = value.get(part, {})
+            if value:
+                found.append(value)
     return list(dict.fromkeys(found))
 
 

@@ -2,10 +2,12 @@
 import re
 import shutil
 import threading
+from types import SimpleNamespace
 
 from harness import facts, newer
 from harness.scene import SETUP
 from harness.strings import text
+from harness.telemetry import check_telemetry, command_line, session_start, thin_install
 from harness.window import ACTION1, TITLE
 
 OTHER = facts.EXCHANGE + "\\OtherSetup.exe"
@@ -46,3 +48,22 @@ def play(scene):
     scene.check_installed(version=newer.VERSION)
     older_log, newer_log, _ = newer.logs(scene)
     newer.check_replaced(scene, link, older_log, newer_log)
+    check_told(scene, SimpleNamespace(log=newer_log), link)
+
+
+def check_told(scene, run, link: str) -> None:
+    """The newer one tells a whole install, as an update's. Each process has connections of its own; those of the newer
+    one are told by its start, and by the start page that only it has."""
+    first = {"brisk": lambda post: post[0].get("param", {}).get("autopatch"),
+             "tally": lambda post: post["contexts"][0]["events"][0]["core"]["en"] == "message"}
+
+    def posts(service: str) -> list:
+        every = scene.services.requests(service)
+        connection = next(request.connection for request in every if first[service](request.body))
+        return [request for request in every if request.connection == connection]
+
+    told = thin_install(run, link)
+    told["brisk"][0] = session_start(command_line(run), autopatch=True)
+    newer_alone = SimpleNamespace(services=SimpleNamespace(requests=posts), check=scene.check,
+                                  check_equal=scene.check_equal)
+    check_telemetry(newer_alone, **told)
