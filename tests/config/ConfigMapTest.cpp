@@ -86,38 +86,6 @@ TEST_F(ConfigurationTest, HasOtherServicesForIntegration) {
                 testing::EndsWith(std::string(cdnFolder) + "PalisadeappInstaller-{version}.exe"));
 }
 
-TEST_F(ConfigurationTest, TakesTheOverrideFileOnlyWhereItMay) {
-    // This file's place is fixed; the tests' own prefix has none.
-    CreateDirectoryW(L"C:\\PalisadeDesktopDev", nullptr);
-    ASSERT_NE(GetFileAttributesW(L"C:\\PalisadeDesktopDev"), INVALID_FILE_ATTRIBUTES);
-    std::ofstream("C:\\PalisadeDesktopDev\\override.cfg", std::ios::binary)
-        << "[app]\r\nenvironment = \"qa7\"\r\n[updater]\r\nurl = \"https://override.example\"\r\nports = [1, 2]\r\n"
-           "[QA]\r\ncurrentVersion = \"9.0\"\r\n";
-    const CapturedLog log;
-    loadConfiguration(false);
-    EXPECT_EQ(getConfigString("app.environment"), "production");
-    EXPECT_EQ(getConfigString("qa.currentVersion", "absent"), "absent");
-    EXPECT_THAT(log.take(), IsEmpty());
-
-    g_configurable = true;
-    loadConfiguration(false);
-    const LogEntry skipped{logError, "pdx::services::settings::TomlConfigVisitor::visit",
-                           "Unsupported value type (array) found in config file"};
-    EXPECT_THAT(log.take(), ElementsAre(skipped, skipped)) << "the file is read twice";
-    EXPECT_EQ(getConfigString("app.environment"), "qa7");
-    EXPECT_EQ(getConfigString("updater.url"), "https://override.example");
-    EXPECT_EQ(getConfigString("qa.currentVersion"), "9.0");
-    EXPECT_EQ(getConfigString("telemetry.brisk.url"),
-              loadConfigResource("integration.cfg").getString("telemetry.brisk.url"));
-
-    std::ofstream("C:\\PalisadeDesktopDev\\override.cfg", std::ios::binary) << "[updater]\nurl = \n";
-    loadConfiguration(false);
-    EXPECT_EQ(log.take().size(), 2u) << "a syntax error is logged each time";
-    EXPECT_EQ(getConfigString("updater.url"), loadConfigResource("production.cfg").getString("updater.url"));
-    DeleteFileW(L"C:\\PalisadeDesktopDev\\override.cfg");
-    RemoveDirectoryW(L"C:\\PalisadeDesktopDev");
-}
-
 TEST_F(ConfigurationTest, KeepsTheSettingsThatSomebodyStillReads) {
     loadConfiguration(true);
     const auto earlier = g_config.get();
@@ -134,19 +102,15 @@ TEST_F(ConfigurationTest, GivesTheDefaultsWhileThereIsNone) {
 }
 
 TEST(LoadConfigStream, LogsTheErrorsTextAsAFormat) {
-    struct Row {
-        const char* text;
-        const char* message;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"a = \n", "Failed to parse value type at line 1"},
         {"\n100%%s%n = 1\n100%%s%n = 1\n", "Key 100%s%n already present at line 3"},
     };
     const CapturedLog log;
-    for (const Row& row : rows) {
-        std::istringstream stream(row.text);
+    for (const auto& [text, message] : rows) {
+        std::istringstream stream(text);
         EXPECT_EQ(LoadConfigStream(stream).size(), 0u);
-        EXPECT_THAT(log.take(), ElementsAre(LogEntry{logError, "LoadConfigStream", row.message}));
+        EXPECT_THAT(log.take(), ElementsAre(LogEntry{logError, "LoadConfigStream", message}));
     }
     std::istringstream longStream("'" + std::string(100'000, 'k') + "' = 1\n'" + std::string(100'000, 'k') + "' = 1");
     LoadConfigStream(longStream);

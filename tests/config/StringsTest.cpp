@@ -5,6 +5,7 @@
 
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "config/Resources.h"
 #include "config/StringFile.h"
@@ -13,7 +14,6 @@
 namespace pdx {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 /// A language, and the code page that holds all characters of its writing and few of another's: 950 knows no
@@ -44,32 +44,12 @@ const std::set<std::pair<std::wstring, std::wstring>> sameAsEnglish = {
 };
 
 /// Labels of buttons and link buttons, which turn a to z into capitals and leave all other letters as they are.
-constexpr const wchar_t* buttonKeys[] = {
-    L"button_uninstall-bastion",
-    L"go_back_cta",
-    L"not-now",
-    L"repair",
-    L"installer_abort",
-    L"installer_accept",
-    L"installer_cancel",
-    L"installer_change",
-    L"installer_cancel_install",
-    L"installer_close",
-    L"installer_exit",
-    L"installer_continue",
-    L"installer_ignore",
-    L"installer_no",
-    L"installer_continue_install",
-    L"installer_launch_client",
-    L"installer_ok",
-    L"installer_lets_go",
-    L"installer_repair_cta",
-    L"installer_retry",
-    L"installer_try_again",
-    L"installer_uninstall",
-    L"installer_yes",
-    L"installer_view_options",
-};
+constexpr wchar_t buttonKeys[] =
+    L"button_uninstall-bastion go_back_cta not-now repair installer_abort installer_accept installer_cancel "
+    L"installer_change installer_cancel_install installer_close installer_exit installer_continue "
+    L"installer_ignore installer_no installer_continue_install installer_launch_client installer_ok "
+    L"installer_lets_go installer_repair_cta installer_retry installer_try_again installer_uninstall "
+    L"installer_yes installer_view_options";
 
 StringTable stringsOf(const std::wstring& language) {
     const ResourceData file = loadResource({L"PDX_LOCSTRINGS", language});
@@ -152,23 +132,6 @@ TEST(Strings, EachTranslationMatchesItsEnglishText) {
     }
 }
 
-TEST(Strings, FaultsAreFound) {
-    const std::wstring english = L"The Palisade app,\n\n<a href=\"{support}\">Bastion</a>";
-    const auto faultsOf = [&english](const wchar_t* text) { return faults(L"DE", L"a_key", english, text); };
-    EXPECT_THAT(faultsOf(L"Palisade,\n\n<a href=\"{support}\">BASTION</a>"), IsEmpty());
-    EXPECT_THAT(faultsOf(english.c_str()), ElementsAre("untranslated"));
-    EXPECT_THAT(faultsOf(L"Palisade,\n\n<a href=\"{support}\"><b>Bastion</a>"), ElementsAre("markup"));
-    EXPECT_THAT(faultsOf(L"Palisade,\n\n<a href=\"{other}\">Bastion</a>"), ElementsAre("markup", "placeholder"));
-    EXPECT_THAT(faultsOf(L"Palisade,\n<a href=\"{support}\">Bastion</a>"), ElementsAre("lines"));
-    EXPECT_THAT(faultsOf(L"App,\n\n<a href=\"{support}\">Bastion</a>"), ElementsAre("name Palisade"));
-    EXPECT_THAT(faultsOf(L"Palisade & ich,\n\n<a href=\"{support}\">Bastion</a>"),
-                ElementsAre("blanks or stray markup"));
-    EXPECT_THAT(faultsOf(L"Palisade's,\n\n<a href=\"{support}\">Bastion</a>"), ElementsAre("typewriter quote or dots"));
-    EXPECT_THAT(faultsOf(L"Palisade,\n\n<a href=\"{support}\">Bastion</a>."), ElementsAre("text behind a link"));
-    EXPECT_THAT(faults(L"DE", L"A_Key", L"x", L"a_key"), ElementsAre("bare key"));
-    EXPECT_THAT(faults(L"DE", L"installer_ok", L"OK", L"Gut"), ElementsAre("translated"));
-}
-
 TEST(Strings, EachLanguageKeepsToItsOwnWriting) {
     for (const Language& language : languages) {
         for (const auto& [key, text] : stringsOf(language.name)) {
@@ -185,7 +148,8 @@ TEST(Strings, EachLanguageKeepsToItsOwnWriting) {
 TEST(Strings, ButtonsHaveNoSmallLetterThatStaysSmall) {
     for (const Language& language : languages) {
         const StringTable strings = stringsOf(language.name);
-        for (const wchar_t* key : buttonKeys) {
+        std::wistringstream keys(buttonKeys);
+        for (std::wstring key; keys >> key;) {
             std::wstring label;
             for (const wchar_t letter : strings.at(key)) {
                 if (letter > 0x7f) label += letter;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "config/Resources.h"
-#include "platform/Log.h"
+#include "tests/platform/CapturedLog.h"
 
 namespace pdx {
 namespace {
@@ -12,27 +12,16 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Keeps the lines that are logged during a test.
-class LoggedLines : public Logger {
-  public:
-    void write(int32_t level, const char* function, int32_t, const char* message) override {
-        lines.push_back(std::to_string(level) + " " + function + ": " + message);
-    }
-    std::vector<std::string> lines;
-};
-
 class TranslatorTest : public testing::Test {
   protected:
-    void SetUp() override { g_logger.set(logged); }
-    void TearDown() override { g_logger.clear(); }
-    std::shared_ptr<LoggedLines> logged = std::make_shared<LoggedLines>();
+    CapturedLog log;
 };
 
 TEST_F(TranslatorTest, BeginsInTheUsersLanguage) {
     const Translator translator;
     EXPECT_EQ(translator.currentLanguage(), detectLanguage());
     EXPECT_NE(translator.translate(L"installer_cancel"), L"installer_cancel");
-    EXPECT_THAT(logged->lines, IsEmpty());
+    EXPECT_THAT(log.takeTexts(), IsEmpty());
 }
 
 TEST_F(TranslatorTest, FindsAKeyInAnyCase) {
@@ -80,8 +69,8 @@ TEST_F(TranslatorTest, KeepsItsLanguageWhenAnotherIsMissing) {
     EXPECT_EQ(translator.currentLanguage(), L"pt-BR");
     EXPECT_EQ(translator.siteLanguage(), L"br");
     EXPECT_EQ(translator.translate(L"installer_yes"), L"SIM");
-    const std::string failed = "2 Translator::Load: Failed to load localization resources for ";
-    EXPECT_THAT(logged->lines,
+    const std::string failed = "2 Translator::Load Failed to load localization resources for ";
+    EXPECT_THAT(log.takeTexts(),
                 ElementsAre(failed + "nl", failed + "pt-PT", failed, failed + "#1", failed + "\xE4\xB8\xAD"));
 }
 

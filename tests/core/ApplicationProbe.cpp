@@ -92,7 +92,8 @@ std::vector<std::string> RecordingTelemetry::notes() const {
     return noted;
 }
 
-Bench::Bench(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) {
+Bench::Bench(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, UiThread uiThread, MakeTelemetry makeTelemetry)
+    : uiThreadRoutine(uiThread), telemetryMaker(makeTelemetry) {
     command.action = action;
     command.display = display;
     for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(name, std::wstring(L"0"));
@@ -102,7 +103,7 @@ Bench::~Bench() { release(); }
 
 ProbedApplication& Bench::app() {
     if (!application) {
-        application = new ProbedApplication(&engine, &command, 0, 1000, AnsweringDialog::run, RecordingTelemetry::make);
+        application = new ProbedApplication(&engine, &command, 0, 1000, uiThreadRoutine, telemetryMaker);
         telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
     }
     return *application;

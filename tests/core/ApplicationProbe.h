@@ -107,8 +107,13 @@ class ProbedApplication : public BootstrapperApplication {
 /// An application on a small engine whose bundle variables are preset as a bundle presets them.
 class Bench {
   public:
+    using UiThread = void (*)(BootstrapperApplication&);
+    using MakeTelemetry = std::shared_ptr<TelemetryManager> (*)();
     explicit Bench(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
-                   BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE);
+                   BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE, UiThread uiThread = AnsweringDialog::run,
+                   MakeTelemetry makeTelemetry = RecordingTelemetry::make);
+    Bench(const Bench&) = delete;
+    Bench& operator=(const Bench&) = delete;
     ~Bench();
 
     /// Made on first use, so that a test can set variables before.
@@ -125,6 +130,8 @@ class Bench {
     BOOTSTRAPPER_COMMAND command = {};
 
   private:
+    UiThread uiThreadRoutine;
+    MakeTelemetry telemetryMaker;
     ProbedApplication* application = nullptr;
     std::shared_ptr<RecordingTelemetry> telemetry;
 };

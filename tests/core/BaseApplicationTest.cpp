@@ -29,19 +29,15 @@ constexpr auto timeout = static_cast<HRESULT>(0x80072ee2);
 constexpr auto generic = static_cast<HRESULT>(0x80070643);
 
 TEST(BaseApplication, AsksAgainForHttpAuthenticationOnAFullDisplay) {
-    const struct {
-        BOOTSTRAPPER_DISPLAY display;
-        BOOTSTRAPPER_ERROR_TYPE type;
-        int answer;
-    } rows[] = {
+    const std::tuple<BOOTSTRAPPER_DISPLAY, BOOTSTRAPPER_ERROR_TYPE, int> rows[] = {
         {BOOTSTRAPPER_DISPLAY_FULL, BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_SERVER, IDTRYAGAIN},
         {BOOTSTRAPPER_DISPLAY_FULL, BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_PROXY, IDTRYAGAIN},
         {BOOTSTRAPPER_DISPLAY_PASSIVE, BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_SERVER, 7},
         {BOOTSTRAPPER_DISPLAY_FULL, BOOTSTRAPPER_ERROR_TYPE_APPLY, 7},
     };
-    for (const auto& row : rows) {
-        BaseBench bench(row.display);
-        EXPECT_EQ(bench.base->OnError(row.type, L"p", 401, L"", 0, 0, nullptr, 7), row.answer);
+    for (const auto& [display, type, answer] : rows) {
+        BaseBench bench(display);
+        EXPECT_EQ(bench.base->OnError(type, L"p", 401, L"", 0, 0, nullptr, 7), answer);
     }
 }
 

@@ -1,4 +1,4 @@
-// The boundary to the engine: references, interfaces, the cancel flag, embedded progress, variables.
+// The boundary to the engine: references, interfaces, embedded progress, variables.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -8,108 +8,6 @@
 
 namespace pdx {
 namespace {
-
-/// Every slot that can answer a cancel, called so that it would otherwise answer 0.
-struct Slot {
-    const char* name;
-    int (*call)(IBootstrapperApplication&);
-};
-
-const Slot cancellable[] = {
-    {"OnDetectBegin", [](IBootstrapperApplication& a) { return a.OnDetectBegin(FALSE, 0); }},
-    {"OnDetectForwardCompatibleBundle",
-     [](IBootstrapperApplication& a) {
-         return a.OnDetectForwardCompatibleBundle(L"b", BOOTSTRAPPER_RELATION_NONE, L"", FALSE, 0, 0);
-     }},
-    {"OnDetectUpdateBegin", [](IBootstrapperApplication& a) { return a.OnDetectUpdateBegin(L"l", 0); }},
-    {"OnDetectUpdate", [](IBootstrapperApplication& a) { return a.OnDetectUpdate(L"", 0, 0, L"", L"", L"", L"", 0); }},
-    {"OnDetectRelatedBundle",
-     [](IBootstrapperApplication& a) {
-         return a.OnDetectRelatedBundle(L"b", BOOTSTRAPPER_RELATION_NONE, L"", FALSE, 0,
-                                        BOOTSTRAPPER_RELATED_OPERATION_NONE);
-     }},
-    {"OnDetectPackageBegin", [](IBootstrapperApplication& a) { return a.OnDetectPackageBegin(L"p"); }},
-    {"OnDetectCompatiblePackage", [](IBootstrapperApplication& a) { return a.OnDetectCompatiblePackage(L"p", L"c"); }},
-    {"OnDetectRelatedMsiPackage",
-     [](IBootstrapperApplication& a) {
-         return a.OnDetectRelatedMsiPackage(L"p", L"c", FALSE, 0, BOOTSTRAPPER_RELATED_OPERATION_NONE);
-     }},
-    {"OnDetectTargetMsiPackage",
-     [](IBootstrapperApplication& a) {
-         return a.OnDetectTargetMsiPackage(L"p", L"c", BOOTSTRAPPER_PACKAGE_STATE_ABSENT);
-     }},
-    {"OnDetectMsiFeature",
-     [](IBootstrapperApplication& a) { return a.OnDetectMsiFeature(L"p", L"f", BOOTSTRAPPER_FEATURE_STATE_ABSENT); }},
-    {"OnPlanBegin", [](IBootstrapperApplication& a) { return a.OnPlanBegin(0); }},
-    {"OnPlanRelatedBundle", [](IBootstrapperApplication& a) { return a.OnPlanRelatedBundle(L"b", nullptr); }},
-    {"OnPlanPackageBegin", [](IBootstrapperApplication& a) { return a.OnPlanPackageBegin(L"p", nullptr); }},
-    {"OnPlanCompatiblePackage", [](IBootstrapperApplication& a) { return a.OnPlanCompatiblePackage(L"p", nullptr); }},
-    {"OnPlanTargetMsiPackage",
-     [](IBootstrapperApplication& a) { return a.OnPlanTargetMsiPackage(L"p", L"c", nullptr); }},
-    {"OnPlanMsiFeature", [](IBootstrapperApplication& a) { return a.OnPlanMsiFeature(L"p", L"f", nullptr); }},
-    {"OnApplyBegin", [](IBootstrapperApplication& a) { return a.OnApplyBegin(); }},
-    {"OnElevate", [](IBootstrapperApplication& a) { return a.OnElevate(); }},
-    {"OnProgress", [](IBootstrapperApplication& a) { return a.OnProgress(0, 0); }},
-    {"OnError",
-     [](IBootstrapperApplication& a) {
-         return a.OnError(BOOTSTRAPPER_ERROR_TYPE_APPLY, L"p", 5, L"", 0, 0, nullptr, 0);
-     }},
-    {"OnRegisterBegin", [](IBootstrapperApplication& a) { return a.OnRegisterBegin(); }},
-    {"OnCacheBegin", [](IBootstrapperApplication& a) { return a.OnCacheBegin(); }},
-    {"OnCachePackageBegin", [](IBootstrapperApplication& a) { return a.OnCachePackageBegin(L"p", 0, 0); }},
-    {"OnCacheAcquireBegin",
-     [](IBootstrapperApplication& a) {
-         return a.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
-     }},
-    {"OnCacheAcquireProgress",
-     [](IBootstrapperApplication& a) { return a.OnCacheAcquireProgress(L"p", L"l", 0, 0, 0); }},
-    {"OnResolveSource", [](IBootstrapperApplication& a) { return a.OnResolveSource(L"p", L"l", L"s", nullptr); }},
-    {"OnCacheAcquireComplete",
-     [](IBootstrapperApplication& a) { return a.OnCacheAcquireComplete(L"p", L"l", S_OK, 0); }},
-    {"OnCacheVerifyBegin", [](IBootstrapperApplication& a) { return a.OnCacheVerifyBegin(L"p", L"l"); }},
-    {"OnCacheVerifyComplete", [](IBootstrapperApplication& a) { return a.OnCacheVerifyComplete(L"p", L"l", S_OK, 0); }},
-    {"OnCachePackageComplete", [](IBootstrapperApplication& a) { return a.OnCachePackageComplete(L"p", S_OK, 0); }},
-    {"OnExecuteBegin", [](IBootstrapperApplication& a) { return a.OnExecuteBegin(1); }},
-    {"OnExecutePatchTarget", [](IBootstrapperApplication& a) { return a.OnExecutePatchTarget(L"p", L"c"); }},
-    {"OnExecuteProgress", [](IBootstrapperApplication& a) { return a.OnExecuteProgress(L"p", 0, 0); }},
-    {"OnExecuteMsiMessage",
-     [](IBootstrapperApplication& a) { return a.OnExecuteMsiMessage(L"p", 0, 0, L"", 0, nullptr, 0); }},
-    {"OnExecuteFilesInUse", [](IBootstrapperApplication& a) { return a.OnExecuteFilesInUse(L"p", 0, nullptr); }},
-    {"OnExecutePackageComplete",
-     [](IBootstrapperApplication& a) {
-         return a.OnExecutePackageComplete(L"p", S_OK, BOOTSTRAPPER_APPLY_RESTART_NONE, 0);
-     }},
-    {"OnApplyComplete",
-     [](IBootstrapperApplication& a) { return a.OnApplyComplete(S_OK, BOOTSTRAPPER_APPLY_RESTART_NONE); }},
-    {"OnLaunchApprovedExeBegin", [](IBootstrapperApplication& a) { return a.OnLaunchApprovedExeBegin(); }},
-    {"slot 57", [](IBootstrapperApplication& a) { return a.OnReserved57(1); }},
-    {"slot 58", [](IBootstrapperApplication& a) { return a.OnReserved58(1, 2); }},
-    {"slot 59", [](IBootstrapperApplication& a) { return a.OnReserved59(1, 2, 3); }},
-};
-
-TEST(Boundary, AnswersCancelInEverySlotButNotInRollback) {
-    Bench bench;
-    ProbedApplication& app = bench.app();
-    for (const Slot& slot : cancellable) EXPECT_EQ(slot.call(app), 0) << slot.name;
-    ASSERT_TRUE(app.PromptCancel(nullptr, TRUE, nullptr, nullptr));
-    ASSERT_TRUE(app.PromptCancel(nullptr, FALSE, nullptr, nullptr)) << "a second one asks nobody";
-    for (const Slot& slot : cancellable) EXPECT_EQ(slot.call(app), IDCANCEL) << slot.name;
-    app.OnExecutePackageBegin(L"p", FALSE);
-    for (const Slot& slot : cancellable) EXPECT_EQ(slot.call(app), 0) << slot.name;
-    EXPECT_EQ(app.OnExecutePackageBegin(L"p", TRUE), IDCANCEL);
-}
-
-TEST(Boundary, RefusesTheEndOfTheSessionOnceApplying) {
-    Bench bench;
-    ProbedApplication& app = bench.app();
-    constexpr DWORD critical = 0x40000000;
-    EXPECT_EQ(app.OnSystemShutdown(0, IDCANCEL), IDOK);
-    app.OnApplyBegin();
-    EXPECT_EQ(app.OnSystemShutdown(0, IDOK), IDCANCEL);
-    EXPECT_EQ(app.OnSystemShutdown(critical | 1, IDCANCEL), IDOK);
-    app.OnApplyComplete(S_OK, BOOTSTRAPPER_APPLY_RESTART_NONE);
-    EXPECT_EQ(app.OnSystemShutdown(0, IDOK), IDCANCEL) << "for the rest of the run";
-}
 
 TEST(Boundary, CountsReferencesAndKnowsItsInterfaces) {
     Bench bench;
@@ -161,19 +59,18 @@ TEST(Boundary, ReadsVariablesOfAnyLength) {
 }
 
 TEST(Boundary, ReadsModesByTheirRule) {
-    const struct {
-        const wchar_t* value;  ///< null: unset
-        bool on;
-    } rows[] = {{L"0", false}, {L"1", true}, {L"", true}, {L"00", true}, {nullptr, true}};
-    for (const auto& row : rows) {
+    // value: null: unset
+    const std::pair<const wchar_t*, bool> rows[] = {
+        {L"0", false}, {L"1", true}, {L"", true}, {L"00", true}, {nullptr, true}};
+    for (const auto& [value, on] : rows) {
         Bench bench;
         ProbedApplication& app = bench.app();
         for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) {
             bench.engine.variables.erase(name);
-            if (row.value) bench.engine.variables.set(name, std::wstring(row.value));
+            if (value) bench.engine.variables.set(name, std::wstring(value));
         }
-        EXPECT_EQ(app.isRepair(), row.on);
-        EXPECT_EQ(app.isMeridianMode(), row.on);
+        EXPECT_EQ(app.isRepair(), on);
+        EXPECT_EQ(app.isMeridianMode(), on);
     }
     Bench bench;
     EXPECT_FALSE(bench.app().isThinInstaller());

@@ -102,42 +102,33 @@ TEST(Messages, TellAFailureThatNobodyHasShown) {
 }
 
 TEST(Messages, FollowTheOlderClientsRemovalInAnInstallRunOnly) {
-    const struct {
-        BOOTSTRAPPER_ACTION action;
-        int type;
-        const wchar_t* text;
-        bool told;
-    } rows[] = {
+    const std::tuple<BOOTSTRAPPER_ACTION, int, const wchar_t*, bool> rows[] = {
         {BOOTSTRAPPER_ACTION_INSTALL, 0x08000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN", true},
         {BOOTSTRAPPER_ACTION_INSTALL, 0x7F000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN", true},
         {BOOTSTRAPPER_ACTION_INSTALL, 0x08000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN ", false},
         {BOOTSTRAPPER_ACTION_INSTALL, 0x08000000, L"ca_msg_bastion_uninstall_begin", false},
         {BOOTSTRAPPER_ACTION_UNINSTALL, 0x08000000, L"CA_MSG_BASTION_UNINSTALL_BEGIN", false},
     };
-    for (const auto& row : rows) {
+    for (const auto& [action, type, text, told] : rows) {
         AnsweringDialog dialog;
-        Bench bench(row.action);
+        Bench bench(action);
         withDialog(bench, [&](App& app) {
-            app.OnExecuteMsiMessage(L"p", row.type, 0, row.text, 0, nullptr, 0);
-            EXPECT_EQ(app.state().context.contains("msiact"), row.type == 0x08000000) << "kept all the same";
+            app.OnExecuteMsiMessage(L"p", type, 0, text, 0, nullptr, 0);
+            EXPECT_EQ(app.state().context.contains("msiact"), type == 0x08000000) << "kept all the same";
         });
-        EXPECT_EQ(dialog.numbers(),
-                  row.told ? std::vector<UINT>{WM_BA_UNINSTALLING_BASTION_TITLE} : std::vector<UINT>{});
+        EXPECT_EQ(dialog.numbers(), told ? std::vector<UINT>{WM_BA_UNINSTALLING_BASTION_TITLE} : std::vector<UINT>{});
     }
 }
 
 TEST(Messages, OfTheClientsStatusRegardNoCaseOfItsId) {
-    const struct {
-        const wchar_t* package;
-        DWORD lastError;
-    } rows[] = {{L"palisadeapp.MSI", 0xA7FF61A8}, {L"Other.msi", 0x80070643}};
-    for (const auto& row : rows) {
+    const std::pair<const wchar_t*, DWORD> rows[] = {{L"palisadeapp.MSI", 0xA7FF61A8}, {L"Other.msi", 0x80070643}};
+    for (const auto& [package, lastError] : rows) {
         Bench bench;
         bench.engine.variables.set(L"PDX_MSI_STATUS", std::wstring(L"25000"));
         App& app = bench.app();
-        app.OnExecutePackageBegin(row.package, TRUE);
-        app.OnExecutePackageComplete(row.package, static_cast<HRESULT>(0x80070643), BOOTSTRAPPER_APPLY_RESTART_NONE, 0);
-        EXPECT_EQ(static_cast<DWORD>(app.state().status.lastError), row.lastError);
+        app.OnExecutePackageBegin(package, TRUE);
+        app.OnExecutePackageComplete(package, static_cast<HRESULT>(0x80070643), BOOTSTRAPPER_APPLY_RESTART_NONE, 0);
+        EXPECT_EQ(static_cast<DWORD>(app.state().status.lastError), lastError);
     }
 }
 

@@ -7,12 +7,9 @@
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
 #include "tests/core/ApplicationProbe.h"
-#include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
 namespace {
-
-constexpr auto programError = [](DWORD code) { return static_cast<DWORD>(formError(PALISADE_ERROR_TYPE, code)); };
 
 /// Takes the product's values away in both views, each through a key that was opened in it.
 void forgetProduct() {
@@ -54,28 +51,23 @@ TEST(Run, InstallsAndTellsTheDialogEachStep) {
 }
 
 TEST(Run, EndsAtTheStartWhereTheTableSaysSo) {
-    const struct {
-        const wchar_t* ignore;
-        bool installed;
-        bool quits;
-        bool prompts;
-    } rows[] = {
+    const std::tuple<const wchar_t*, bool, bool, bool> rows[] = {
         {L"1", true, true, false},
         {L"", true, true, true},
         {L"0", true, true, true},
         {L"1", false, false, false},
     };
-    for (const auto& row : rows) {
-        const auto client = row.installed ? std::make_unique<InstalledClient>() : nullptr;
+    for (const auto& [ignore, installed, quits, prompts] : rows) {
+        const auto client = installed ? std::make_unique<InstalledClient>() : nullptr;
         AnsweringDialog dialog(AnsweringDialog::driveOn);
         Bench bench;
-        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(row.ignore));
+        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(ignore));
         const RunOutcome outcome = bench.run();
         EXPECT_EQ(outcome.failure, "");
-        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !row.quits);
+        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !quits);
         EXPECT_EQ(has(bench.engine.callTexts("Quit"), "Quit(0)"), true);
         const auto numbers = dialog.numbers();
-        EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_PROMPT_ALREADY_INSTALLED}), row.prompts);
+        EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_PROMPT_ALREADY_INSTALLED}), prompts);
     }
 }
 
@@ -100,60 +92,47 @@ struct OlderClient {
 };
 
 TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
-    const struct {
-        bool clientPath;
-        bool gatelink;
-        const wchar_t* ignore;
-        bool quits;
-    } rows[] = {
+    const std::tuple<bool, bool, const wchar_t*, bool> rows[] = {
         {true, true, L"1", true}, {false, true, L"1", false}, {true, false, L"1", false}, {true, true, L"", false}};
-    for (const auto& row : rows) {
-        const OlderClient older(row.clientPath, row.gatelink);
+    for (const auto& [clientPath, gatelink, ignore, quits] : rows) {
+        const OlderClient older(clientPath, gatelink);
         AnsweringDialog dialog(AnsweringDialog::driveOn);
         Bench bench;
-        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(row.ignore));
+        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(ignore));
         const RunOutcome outcome = bench.run();
         EXPECT_EQ(outcome.failure, "");
-        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !row.quits) << row.clientPath << row.gatelink;
+        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !quits) << clientPath << gatelink;
     }
 }
 
 TEST(Run, RemovesTheOlderClientThatFinishedInstalling) {
-    const struct {
-        RegistryValue finished;
-        RegistryView view;
-        bool removes;
-    } rows[] = {{std::wstring(L"true"), view32, true},
-                {uint32_t{0}, view32, true},
-                {std::wstring(), view32, false},
-                {std::wstring(L"true"), view64, false},
-                {{}, view32, false}};
-    for (const auto& row : rows) {
-        const OlderClient older(true, false, row.finished, row.view);
+    const std::tuple<RegistryValue, RegistryView, bool> rows[] = {{std::wstring(L"true"), view32, true},
+                                                                  {uint32_t{0}, view32, true},
+                                                                  {std::wstring(), view32, false},
+                                                                  {std::wstring(L"true"), view64, false},
+                                                                  {{}, view32, false}};
+    for (const auto& [finished, view, removes] : rows) {
+        const OlderClient older(true, false, finished, view);
         Bench bench;
         bench.app();
         EXPECT_EQ(has(bench.engine.callTexts("SetVariableNumeric"), "SetVariableNumeric(PDX_UNINSTALL_BASTION, 1)"),
-                  row.removes)
-            << row.view;
+                  removes)
+            << view;
     }
 }
 
 TEST(Run, TakesItsStateFromTheEnvironment) {
-    const struct {
-        const wchar_t* environment;
-        const wchar_t* value;
-        const wchar_t* variable;
-        const wchar_t* result;
-    } rows[] = {{L"PDX_REPAIR", L"1", L"PDX_REPAIR", L"1"},
-                {L"PDX_INSTALL_LOCATION", L"D:\\Spiele \u00fc", L"InstallFolder", L"D:\\Spiele \u00fc"},
-                {L"PDX_INSTALL_LOCATION", L"", L"InstallFolder", L"C:\\Preset"}};
-    for (const auto& row : rows) {
-        SetEnvironmentVariableW(row.environment, row.value);
+    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
+        {L"PDX_REPAIR", L"1", L"PDX_REPAIR", L"1"},
+        {L"PDX_INSTALL_LOCATION", L"D:\\Spiele \u00fc", L"InstallFolder", L"D:\\Spiele \u00fc"},
+        {L"PDX_INSTALL_LOCATION", L"", L"InstallFolder", L"C:\\Preset"}};
+    for (const auto& [environment, value, variable, result] : rows) {
+        SetEnvironmentVariableW(environment, value);
         Bench bench;
         bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Preset"));
         bench.app();
-        SetEnvironmentVariableW(row.environment, nullptr);
-        EXPECT_EQ(bench.engine.variables.text(row.variable), row.result);
+        SetEnvironmentVariableW(environment, nullptr);
+        EXPECT_EQ(bench.engine.variables.text(variable), result);
     }
 }
 
@@ -203,14 +182,6 @@ TEST(Run, HoldsASecondMessageBackWhileAPromptWaits) {
     EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_CACHE_BEGIN});
 }
 
-TEST(Run, EndsInMigrationModeWithAWord) {
-    AnsweringDialog dialog;
-    Bench bench;
-    bench.engine.variables.set(L"PDX_MERIDIAN_MODE", std::wstring(L"1"));
-    EXPECT_EQ(bench.run().exitCode, 0u);
-    EXPECT_TRUE(bench.engine.findLog(L"does not support repair or migration"));
-}
-
 TEST(Run, PlansNothingAfterAPromptInsideADetection) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
     Bench bench;
@@ -243,25 +214,6 @@ TEST(Run, AsksForTheLibraryAnewWhenTheUserWantsARepair) {
     EXPECT_TRUE(second.engine.findLog(L"does not support repair or migration"));
     EXPECT_FALSE(entered(outcome, "OnDetectBegin"));
     EXPECT_EQ(outcome.exitCode, 0u);
-}
-
-TEST(Run, RefusesASecondInstance) {
-    AnsweringDialog dialog;
-    Bench first;
-    Handle mutex(CreateMutexW(nullptr, TRUE, L"Global\\Palisade_Desktop_Installer"));
-    ASSERT_TRUE(mutex);
-    const RunOutcome outcome = first.run();
-    mutex.reset();
-    EXPECT_EQ(static_cast<DWORD>(outcome.startup), programError(errorSecondInstance));
-    EXPECT_FALSE(entered(outcome, "OnDetectBegin"));
-    const auto messages = dialog.messages();
-    ASSERT_EQ(messages.size(), 1u) << "the error is shown once";
-    EXPECT_EQ(messages[0].error.errorType, static_cast<DWORD>(PALISADE_ERROR_TYPE));
-    EXPECT_EQ(messages[0].error.code, static_cast<DWORD>(errorSecondInstance));
-    EXPECT_EQ(messages[0].error.defaultResult, IDOK);
-    first.release();
-    AnsweringDialog other(AnsweringDialog::driveOn);
-    EXPECT_EQ(Bench().run().exitCode, 0u) << "the mutex is free again";
 }
 
 TEST(Run, ReportsThePackagesOwnStatus) {
@@ -316,15 +268,13 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
 }
 
 TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
-    const struct {
-        const char* slot;
-        bool rollsBack;  ///< the package was under way
-    } rows[] = {{"OnDetectBegin", false},
-                {"OnPlanPackageBegin", false},
-                {"OnCacheAcquireBegin", false},
-                {"OnExecuteMsiMessage", true}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.slot);
+    // rollsBack: the package was under way
+    const std::pair<const char*, bool> rows[] = {{"OnDetectBegin", false},
+                                                 {"OnPlanPackageBegin", false},
+                                                 {"OnCacheAcquireBegin", false},
+                                                 {"OnExecuteMsiMessage", true}};
+    for (const auto& [slot, rollsBack] : rows) {
+        SCOPED_TRACE(slot);
         AnsweringDialog dialog(AnsweringDialog::driveOn);
         Bench bench;
         EngineScript script;
@@ -332,62 +282,17 @@ TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
         script.packages[0].events = {ScriptedMessage{.type = 0x08000000, .text = L"Action"}};
         std::vector<int> begun;
         const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
-            if (event.slot == row.slot && !event.returned) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
+            if (event.slot == slot && !event.returned) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
             if (event.slot == "OnExecutePackageBegin" && event.returned) begun.push_back(event.result);
         });
         // Whoever cancels ends the run too; here nobody does, and the run ends by its bound.
-        EXPECT_EQ(outcome.find(row.slot)->result, IDCANCEL);
-        EXPECT_EQ(begun, row.rollsBack ? (std::vector<int>{0, 0}) : std::vector<int>{})
+        EXPECT_EQ(outcome.find(slot)->result, IDCANCEL);
+        EXPECT_EQ(begun, rollsBack ? (std::vector<int>{0, 0}) : std::vector<int>{})
             << "forward and back, neither refused";
         EXPECT_EQ(outcomeOf(bench.app().state().status.status), Outcome::cancelled);
+        const auto numbers = dialog.numbers();
+        EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 0) << "it is no error to show";
     }
-}
-
-TEST(Run, TellsACancelByItsCause) {
-    for (const bool logout : {false, true}) {
-        AnsweringDialog dialog([logout](BootstrapperApplication& application, const AnsweringDialog::Message&) {
-            if (logout) application.noteLogoutExit();
-            application.UpdateInstallStatus(hresultFromWin32(userExitCode));
-            application.quit(0);
-            return 0;
-        });
-        Bench bench;
-        bench.run();
-        EXPECT_TRUE(bench.engine.findLog(logout ? L"logout_exit" : L"user_action"));
-        EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_DETECT_COMPLETE}) << "a cancel is no error to show";
-    }
-}
-
-TEST(Run, AnswersTheEndOfTheSessionOnAThreadOfItsOwn) {
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
-    EngineRun run(bench.engine, bench.app());
-    EXPECT_EQ(run.systemShutdown(0), IDOK);
-    EXPECT_EQ(run.run().failure, "");
-    EXPECT_EQ(run.systemShutdown(0), IDCANCEL);
-}
-
-TEST(Run, GoesThroughTheRealDialogWithoutAWord) {
-    for (const auto action : {BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_ACTION_UNINSTALL}) {
-        SmallEngine engine;
-        for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
-            engine.variables.set(name, std::wstring(L"0"));
-        BOOTSTRAPPER_COMMAND command = {};
-        command.action = action;
-        command.display = BOOTSTRAPPER_DISPLAY_NONE;
-        auto* app = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc, nullptr);
-        const RunOutcome outcome = EngineRun(engine, *app).run();
-        EXPECT_EQ(outcome.failure, "");
-        EXPECT_EQ(outcome.exitCode, 0u);
-        EXPECT_TRUE(entered(outcome, "OnApplyComplete"));
-        EXPECT_TRUE(engine.findLog(L"Exiting UIThreadFunc"));
-        EXPECT_EQ(app->Release(), 0u);
-        const bool marked =
-            toText(RegistryKey::localMachine(view64).getSubKeyValue(productKey, L"IsUnavailable")) == L"1" &&
-            toText(RegistryKey::localMachine(view32).getSubKeyValue(productKey, L"IsUnavailable")) == L"1";
-        EXPECT_EQ(marked, action == BOOTSTRAPPER_ACTION_UNINSTALL);
-    }
-    forgetProduct();
 }
 
 TEST(Run, TakesTheRunValueAwayWithTheClient) {

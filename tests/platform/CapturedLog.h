@@ -37,6 +37,14 @@ class CapturedLog {
         return std::exchange(sink->entries, {});
     }
 
+    /// The same as "level function message".
+    [[nodiscard]] std::vector<std::string> takeTexts() const {
+        std::vector<std::string> texts;
+        for (const LogEntry& entry : take())
+            texts.push_back(std::to_string(entry.level) + " " + entry.function + " " + entry.message);
+        return texts;
+    }
+
   private:
     struct Sink : Logger {
         void write(int32_t level, const char* function, int32_t, const char* message) override {

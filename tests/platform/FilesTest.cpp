@@ -143,19 +143,5 @@ TEST_F(FilesTest, StopsAtAFolderThatStays) {
                                      toUtf8(L"Failed to remove directory " + stuck + L": error=00000020")}));
 }
 
-TEST_F(FilesTest, TriesAgainUntilTheFileIsReleased) {
-    const std::wstring stuck = folder.addFile(L"tree\\stuck.txt");
-    FileHandle open(CreateFileW(stuck.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(open);
-    int tries = 0;
-    EXPECT_TRUE(retryUntil(
-        [&] {
-            if (++tries == 3) open.reset();
-            return deleteDirectoryTree(folder.path(L"tree"), 1, 0);
-        },
-        5, 1));
-    EXPECT_EQ(tries, 3);
-}
-
 }  // namespace
 }  // namespace pdx

@@ -67,20 +67,17 @@ TEST_F(HttpClientTest, SendsMethodHeadersAndBody) {
 }
 
 TEST_F(HttpClientTest, SendsTheQueryWithThePath) {
-    const struct {
-        const char* url;
-        const char* path;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"/http/query/a?b=1", "/http/query/a?b=1"},
         {"/http/query/a?b=1&c=%20d#fragment", "/http/query/a?b=1&c=%20d#fragment"},
         {"/http/query/a#fragment", "/http/query/a"},
         {"/http/query/", "/http/query/"},
         {"/", "/"},
     };
-    for (const auto& row : cases) {
-        HttpClient client(parseUrl(testHost() + row.url));
-        ASSERT_EQ(client.get(), 0) << row.url;
-        EXPECT_EQ(seen(client)["path"], row.path);
+    for (const auto& [url, path] : cases) {
+        HttpClient client(parseUrl(testHost() + url));
+        ASSERT_EQ(client.get(), 0) << url;
+        EXPECT_EQ(seen(client)["path"], path);
     }
 }
 
@@ -116,40 +113,34 @@ TEST_F(HttpClientTest, UsesItsConnectionAgain) {
 }
 
 TEST_F(HttpClientTest, GivesTheBodyWhateverTheStatus) {
-    const struct {
-        const char* query;
-        const char* body;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"status=500&body={\"a\":1}", "{\"a\":1}"},
         {"status=404&body=gone", "gone"},
         {"status=200&body=", ""},
         {"status=204&body=", ""},
         {"status=302&location=/http/status/other?body=elsewhere", "elsewhere"},
     };
-    for (const auto& row : cases) {
-        HttpClient client(parseUrl(testHost() + "/http/status?" + row.query));
-        ASSERT_EQ(client.get(), 0) << row.query;
-        EXPECT_EQ(textOf(client.readResponse()), row.body) << row.query;
+    for (const auto& [query, body] : cases) {
+        HttpClient client(parseUrl(testHost() + "/http/status?" + query));
+        ASSERT_EQ(client.get(), 0) << query;
+        EXPECT_EQ(textOf(client.readResponse()), body) << query;
     }
 }
 
 TEST_F(HttpClientTest, ReadsBodiesOfEveryShape) {
-    const struct {
-        const char* query;
-        size_t size;
-    } cases[] = {
+    const std::pair<const char*, size_t> cases[] = {
         {"size=52428800", 52428800},       {"size=3000000&chunked=1&piece=70000", 3000000},
         {"size=2000&piece=1", 2000},       {"size=2000&piece=1&chunked=1", 2000},
         {"size=100000&chunked=1", 100000},
     };
-    for (const auto& row : cases) {
-        HttpClient client(parseUrl(testHost() + "/http/bodies?" + row.query));
-        ASSERT_EQ(client.get(), 0) << row.query;
+    for (const auto& [query, size] : cases) {
+        HttpClient client(parseUrl(testHost() + "/http/bodies?" + query));
+        ASSERT_EQ(client.get(), 0) << query;
         const std::vector<uint8_t> body = client.readResponse();
-        ASSERT_EQ(body.size(), row.size) << row.query;
+        ASSERT_EQ(body.size(), size) << query;
         size_t wrong = 0;
         for (size_t at = 0; at < body.size(); ++at) wrong += body[at] != at % 251;
-        EXPECT_EQ(wrong, 0u) << row.query;
+        EXPECT_EQ(wrong, 0u) << query;
     }
 }
 
@@ -166,18 +157,15 @@ TEST_F(HttpClientTest, ConnectsAnewAfterAFailedRead) {
 }
 
 TEST_F(HttpClientTest, GivesTheErrorOfARequestThatFails) {
-    const struct {
-        std::string url;
-        int32_t error;
-    } cases[] = {
+    const std::pair<std::string, int32_t> cases[] = {
         {testHost() + ":444/http/refused", ERROR_INTERNET_CANNOT_CONNECT},
         {"https://nowhere.example/", ERROR_INTERNET_NAME_NOT_RESOLVED},
         {testHost() + "/http/reset?cut=reset", ERROR_INTERNET_CONNECTION_ABORTED},
     };
-    for (const auto& row : cases) {
-        HttpClient client(parseUrl(row.url));
-        EXPECT_EQ(client.get(), row.error) << row.url;
-        EXPECT_THAT(client.readResponse(), testing::IsEmpty()) << row.url;
+    for (const auto& [url, error] : cases) {
+        HttpClient client(parseUrl(url));
+        EXPECT_EQ(client.get(), error) << url;
+        EXPECT_THAT(client.readResponse(), testing::IsEmpty()) << url;
     }
 }
 

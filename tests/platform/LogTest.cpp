@@ -3,65 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <mutex>
 #include <thread>
 #include <vector>
 
+#include "harness/engine/SmallEngine.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
 
 namespace pdx {
 namespace {
 
-struct EngineLine {
-    int32_t level;
-    std::wstring text;
-    bool operator==(const EngineLine&) const = default;
-};
-
-/// An engine that keeps what is logged, and answers everything with a failure.
-class LoggingEngine : public IBootstrapperEngine {
-  public:
-    std::vector<EngineLine> lines;
-    Lock lock;
-
-    HRESULT STDMETHODCALLTYPE Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR text) override {
-        const std::lock_guard guard(lock);
-        lines.push_back({level, text});
-        return E_FAIL;
-    }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
-    HRESULT STDMETHODCALLTYPE GetPackageCount(DWORD*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetVariableNumeric(LPCWSTR, LONGLONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetVariableString(LPCWSTR, LPWSTR, DWORD*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetVariableVersion(LPCWSTR, DWORD64*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE FormatString(LPCWSTR, LPWSTR, DWORD*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE EscapeString(LPCWSTR, LPWSTR, DWORD*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE EvaluateCondition(LPCWSTR, BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SendEmbeddedError(DWORD, LPCWSTR, DWORD, int*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SendEmbeddedProgress(DWORD, DWORD, int*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetUpdate(LPCWSTR, LPCWSTR, DWORD64, BOOTSTRAPPER_UPDATE_HASH_TYPE, BYTE*,
-                                        DWORD) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetLocalSource(LPCWSTR, LPCWSTR, LPCWSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetDownloadSource(LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR) override {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE SetVariableNumeric(LPCWSTR, LONGLONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetVariableString(LPCWSTR, LPCWSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetVariableVersion(LPCWSTR, DWORD64) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE CloseSplashScreen() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Detect(HWND) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Plan(BOOTSTRAPPER_ACTION) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Elevate(HWND) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Apply(HWND) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Quit(DWORD) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE LaunchApprovedExe(HWND, LPCWSTR, LPCWSTR, DWORD) override { return E_NOTIMPL; }
-};
+using Line = std::pair<int32_t, std::wstring>;
 
 class LogTest : public testing::Test {
   protected:
@@ -73,24 +25,26 @@ class LogTest : public testing::Test {
         return std::wstring(L"PDXBA") + (isElevated() ? L"*" : L" ") + L" " + word + L" (";
     }
 
-    LoggingEngine engine;
+    SmallEngine engine;
 };
 
 TEST_F(LogTest, GivesEachLevelToTheEngineAndDropsWhatIsAboveTheHighest) {
     for (const int32_t level : {0, 1, 2, 3, 4, 5, 6, 99999, -1, INT32_MIN}) logMessage(level, "f", 7, "m");
-    const std::vector<EngineLine> expected = {
-        {4, head(L"ERROR") + L"f:7) m"}, {1, head(L"WARN ") + L"f:7) m"}, {1, head(L"INFO ") + L"f:7) m"},
-        {3, head(L"DEBUG") + L"f:7) m"}, {2, head(L"TRACE") + L"f:7) m"}, {2, head(L"TRACE") + L"f:7) m"},
-        {2, head(L"TRACE") + L"f:7) m"},
-    };
-    EXPECT_EQ(engine.lines, expected);
+    const std::pair<int32_t, const wchar_t*> expected[] = {{4, L"ERROR"}, {1, L"WARN "}, {1, L"INFO "}, {3, L"DEBUG"},
+                                                           {2, L"TRACE"}, {2, L"TRACE"}, {2, L"TRACE"}};
+    const auto logged = engine.log();
+    ASSERT_EQ(logged.size(), std::size(expected));
+    for (size_t i = 0; i < logged.size(); ++i) {
+        EXPECT_EQ(logged[i].level, expected[i].first);
+        EXPECT_EQ(logged[i].text, head(expected[i].second) + L"f:7) m");
+    }
 }
 
 TEST_F(LogTest, FormatsNarrowAndWideTextAndFillsInTheLine) {
     const int32_t line = __LINE__ + 1;
     PDX_LOG(logInfo, "Klasse::größe", "%s|%ls|%08x|%d%%", "ä€", L"ö\U0001F600", 0xA7FF0BC9u, -5);
-    ASSERT_EQ(engine.lines.size(), 1u);
-    EXPECT_EQ(engine.lines[0].text,
+    ASSERT_EQ(engine.logCount(), 1u);
+    EXPECT_EQ(engine.log()[0].text,
               head(L"INFO ") + L"Klasse::größe:" + std::to_wstring(line) + L") ä€|ö\U0001F600|a7ff0bc9|-5%");
 }
 
@@ -98,10 +52,7 @@ TEST_F(LogTest, SurvivesEveryMessage) {
     std::string percents;
     for (int i = 0; i < 500; ++i) percents += "%s %n%-*d";
     const std::wstring loneSurrogate = {L'a', wchar_t{0xD800}, L'b'};
-    const struct {
-        std::string format;
-        std::wstring message;
-    } cases[] = {
+    const std::pair<std::string, std::wstring> cases[] = {
         {std::string(5000, 'a'), std::wstring(4095, L'a')},
         {percents, std::wstring(percents.begin(), percents.begin() + 4095)},
         {"50% of %s", L"50% of %s"},
@@ -109,13 +60,13 @@ TEST_F(LogTest, SurvivesEveryMessage) {
         // A character of three bytes that the cut goes through is no character any more.
         {std::string(4094, 'a') + "\xE2\x82\xAC", std::wstring(4094, L'a') + L"\xFFFD"},
     };
-    for (const auto& row : cases) {
-        logMessage(logTrace, "f", 1, row.format.c_str());
-        EXPECT_EQ(engine.lines.back().text, head(L"TRACE") + L"f:1) " + row.message);
+    for (const auto& [format, message] : cases) {
+        logMessage(logTrace, "f", 1, format.c_str());
+        EXPECT_EQ(engine.log().back().text, head(L"TRACE") + L"f:1) " + message);
     }
     PDX_LOG(logTrace, "f", "%ls %s %ls", loneSurrogate, static_cast<const char*>(nullptr),
             static_cast<const wchar_t*>(nullptr));
-    EXPECT_THAT(engine.lines.back().text, testing::EndsWith(L") a\xFFFD"
+    EXPECT_THAT(engine.log().back().text, testing::EndsWith(L") a\xFFFD"
                                                             L"b (null) (null)"));
 }
 
@@ -126,8 +77,8 @@ TEST_F(LogTest, MarksEveryLineOfTheProcessAlike) {
             for (int number = 0; number < 50; ++number) PDX_LOG(logInfo, "f", "%d", number);
         });
     for (std::thread& thread : threads) thread.join();
-    ASSERT_EQ(engine.lines.size(), 200u);
-    for (const EngineLine& line : engine.lines) EXPECT_THAT(line.text, testing::StartsWith(head(L"INFO ")));
+    ASSERT_EQ(engine.logCount(), 200u);
+    for (const EngineLogLine& line : engine.log()) EXPECT_THAT(line.text, testing::StartsWith(head(L"INFO ")));
 }
 
 TEST_F(LogTest, TakesTheUserOutOfTheMessageAndNotOutOfTheFunction) {
@@ -147,7 +98,7 @@ TEST_F(LogTest, TakesTheUserOutOfTheMessageAndNotOutOfTheFunction) {
     EXPECT_EQ(scrubProfilePath(user), user);
 
     logMessage(logInfo, toUtf8(profile + L"\\f").c_str(), 1, "a %ls\\x", profile);
-    EXPECT_EQ(engine.lines.back().text, head(L"INFO ") + profile + L"\\f:1) a " + scrubbed);
+    EXPECT_EQ(engine.log().back().text, head(L"INFO ") + profile + L"\\f:1) a " + scrubbed);
 }
 
 TEST(LogWithoutEngine, ThrowsTheLineAway) {
@@ -170,7 +121,7 @@ TEST(LogWithoutLogger, DoesNotTouchTheArguments) {
     PDX_LOG(logError, "f", "%ls", WatchedText{touched});
     EXPECT_FALSE(touched);
 
-    LoggingEngine engine;
+    SmallEngine engine;
     g_logger.set(std::make_shared<BootstrapperLogger>(&engine));
     PDX_LOG(logError, "f", "%ls", WatchedText{touched});
     g_logger.clear();

@@ -15,22 +15,6 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 
-/// Sets a variable of the environment for the time of a test.
-class ScopedVariable {
-  public:
-    ScopedVariable(const wchar_t* variableName, const std::wstring& value) : name(variableName) {
-        wchar_t buffer[8192];
-        const DWORD length = GetEnvironmentVariableW(name, buffer, 8192);
-        before.assign(buffer, length);
-        SetEnvironmentVariableW(name, value.c_str());
-    }
-    ~ScopedVariable() { SetEnvironmentVariableW(name, before.empty() ? nullptr : before.c_str()); }
-
-  private:
-    const wchar_t* name;
-    std::wstring before;
-};
-
 TEST(Paths, TheTemporaryFolderEndsInOneSeparator) {
     const TestFolder folder;
     for (const wchar_t* ending : {L"", L"\\"}) {
@@ -55,13 +39,11 @@ TEST(Paths, AsksTheShellForItsFolders) {
 
 TEST(Paths, ReadsTheEnvironmentUpToItsLimit) {
     const std::wstring longest(4096, L'x');
-    const struct {
-        std::wstring value;
-        std::wstring text;
-    } cases[] = {{L"ü\U0001F600", L"ü\U0001F600"}, {L"x", L"x"}, {longest, longest}, {longest + L"x", L""}};
-    for (const auto& row : cases) {
-        const ScopedVariable variable(L"PDX_PATHS_TEST", row.value);
-        EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), row.text);
+    const std::pair<std::wstring, std::wstring> cases[] = {
+        {L"ü\U0001F600", L"ü\U0001F600"}, {L"x", L"x"}, {longest, longest}, {longest + L"x", L""}};
+    for (const auto& [value, text] : cases) {
+        const ScopedVariable variable(L"PDX_PATHS_TEST", value);
+        EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), text);
     }
     EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), L"");
 }

@@ -100,14 +100,11 @@ TEST_P(RegistryTest, GivesTheDefaultForAMissingValueWithoutALine) {
 }
 
 TEST_P(RegistryTest, GivesTheDefaultForAValueThatIsTooBig) {
-    const struct {
-        size_t characters;
-        bool read;
-    } cases[] = {{2046, true}, {2047, false}, {2048, false}, {100000, false}};
-    for (const auto& row : cases) {
-        const std::wstring text(row.characters, L'x');
+    const std::pair<size_t, bool> cases[] = {{2046, true}, {2047, false}, {2048, false}, {100000, false}};
+    for (const auto& [characters, read] : cases) {
+        const std::wstring text(characters, L'x');
         ASSERT_TRUE(key.setValue(L"name", text));
-        EXPECT_EQ(key.getValue(L"name", 7u), row.read ? RegistryValue(text) : RegistryValue(7u)) << row.characters;
+        EXPECT_EQ(key.getValue(L"name", 7u), read ? RegistryValue(text) : RegistryValue(7u)) << characters;
     }
     EXPECT_THAT(log.take(), IsEmpty());
 }

@@ -19,44 +19,32 @@ constexpr const wchar_t* storage = L"Root\\Microsoft\\Windows\\Storage";
 constexpr const wchar_t* wmi = L"Root\\wmi";
 
 TEST(SystemInfoProvider, ConnectsUntilTheFirstGap) {
-    struct Row {
-        const char* name;
-        HRESULT locator;
-        std::map<std::wstring, ScriptedNamespace> namespaces;
-        bool initialized;
-        std::vector<LogEntry> log;
-    };
-    const auto line = [](const char* message) { return LogEntry{logInfo, "`anonymous-namespace'::setUpWmi", message}; };
+    using Spaces = std::map<std::wstring, ScriptedNamespace>;
     const ScriptedNamespace good;
     const ScriptedNamespace refused{.connected = E_ACCESSDENIED, .proxySet = S_OK, .answers = {}};
     const ScriptedNamespace unproxied{.connected = S_OK, .proxySet = E_INVALIDARG, .answers = {}};
-    const Row rows[] = {
-        {"all", S_OK, {{cimv2, good}, {storage, good}, {wmi, good}}, true, {}},
-        {"no WMI", E_FAIL, {}, false, {line("Failed to create WbemLocator in namespace: ROOT\\CIMV2; hr=80004005")}},
-        {"no storage, and the third not asked",
-         S_OK,
-         {{cimv2, good}},
-         false,
-         {line("Failed to connect to server in namespace: Root\\Microsoft\\Windows\\Storage; hr=8004100e")}},
-        {"the third refused",
-         S_OK,
-         {{cimv2, good}, {storage, good}, {wmi, refused}},
-         false,
-         {line("Failed to connect to server in namespace: Root\\wmi; hr=80070005")}},
-        {"the first without a proxy",
-         S_OK,
-         {{cimv2, unproxied}, {storage, good}, {wmi, good}},
-         false,
-         {line("Failed to set proxy to server in namespace: ROOT\\CIMV2; hr=80070057")}},
+    const Spaces all = {{cimv2, good}, {storage, good}, {wmi, good}};
+    const Spaces firstAlone = {{cimv2, good}};  // so that the third is not asked for
+    const Spaces thirdRefused = {{cimv2, good}, {storage, good}, {wmi, refused}};
+    const Spaces firstUnproxied = {{cimv2, unproxied}, {storage, good}, {wmi, good}};
+    // What is logged; null where all goes well.
+    const std::tuple<HRESULT, Spaces, const char*> rows[] = {
+        {S_OK, all, nullptr},
+        {E_FAIL, {}, "Failed to create WbemLocator in namespace: ROOT\\CIMV2; hr=80004005"},
+        {S_OK, firstAlone, "Failed to connect to server in namespace: Root\\Microsoft\\Windows\\Storage; hr=8004100e"},
+        {S_OK, thirdRefused, "Failed to connect to server in namespace: Root\\wmi; hr=80070005"},
+        {S_OK, firstUnproxied, "Failed to set proxy to server in namespace: ROOT\\CIMV2; hr=80070057"},
     };
-    for (const Row& row : rows) {
+    for (const auto& [locator, namespaces, message] : rows) {
         ScriptedWmi service;
-        service->locatorCreated = row.locator;
-        service->namespaces = row.namespaces;
+        service->locatorCreated = locator;
+        service->namespaces = namespaces;
         const CapturedLog log;
         SystemInfoProvider provider;
-        EXPECT_EQ(provider.initializeCom(), row.initialized) << row.name;
-        EXPECT_EQ(log.take(), row.log) << row.name;
+        EXPECT_EQ(provider.initializeCom(), message == nullptr);
+        std::vector<LogEntry> wanted;
+        if (message) wanted.push_back({logInfo, "`anonymous-namespace'::setUpWmi", message});
+        EXPECT_EQ(log.take(), wanted);
     }
 }
 

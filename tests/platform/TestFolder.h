@@ -1,4 +1,4 @@
-// A folder of a test's own.
+// A folder of a test's own, and variables of the environment.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -39,6 +39,22 @@ class TestFolder {
 
   private:
     std::filesystem::path folder;
+};
+
+/// Sets a variable of the environment for the time of a test.
+class ScopedVariable {
+  public:
+    ScopedVariable(const wchar_t* variable, const std::wstring& value)
+        : name(variable), before(getEnvironmentText(variable)) {
+        SetEnvironmentVariableW(name, value.c_str());
+    }
+    ~ScopedVariable() { SetEnvironmentVariableW(name, before.empty() ? nullptr : before.c_str()); }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+  private:
+    const wchar_t* name;
+    std::wstring before;
 };
 
 inline std::string readFile(const std::wstring& path) {

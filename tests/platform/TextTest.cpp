@@ -12,10 +12,7 @@ TEST(Text, MakesValidUtf8OfAnyUtf16) {
     const wchar_t low = 0xDE00;
     const std::string replacement = "\xEF\xBF\xBD";
     const std::string face = "\xF0\x9F\x98\x80";
-    const struct {
-        std::wstring wide;
-        std::string narrow;
-    } cases[] = {
+    const std::pair<std::wstring, std::string> cases[] = {
         {{}, {}},
         {L"plain", "plain"},
         {L"\x00E9\x20AC", "\xC3\xA9\xE2\x82\xAC"},
@@ -30,27 +27,24 @@ TEST(Text, MakesValidUtf8OfAnyUtf16) {
         {{L'a', L'\0', L'b'}, {'a', '\0', 'b'}},
         {{wchar_t{0xFFFE}, wchar_t{0xFFFF}}, "\xEF\xBF\xBE\xEF\xBF\xBF"},
     };
-    for (const auto& row : cases) {
-        EXPECT_EQ(toUtf8(row.wide), row.narrow);
+    for (const auto& [wide, narrow] : cases) {
+        EXPECT_EQ(toUtf8(wide), narrow);
         std::string reused(5000, 'x');
-        assignUtf8(reused, row.wide);
-        EXPECT_EQ(reused, row.narrow);
-        EXPECT_NO_THROW((void)nlohmann::json(toUtf8(row.wide)).dump()) << row.narrow;
+        assignUtf8(reused, wide);
+        EXPECT_EQ(reused, narrow);
+        EXPECT_NO_THROW((void)nlohmann::json(toUtf8(wide)).dump()) << narrow;
     }
 }
 
 TEST(Text, TakesAnyBytesForWideText) {
-    const struct {
-        std::string narrow;
-        std::wstring wide;
-    } cases[] = {
+    const std::pair<std::string, std::wstring> cases[] = {
         {{}, {}},
         {"\xC3\xA9", L"\x00E9"},
         {"\xF0\x9F\x98\x80", {wchar_t{0xD83D}, wchar_t{0xDE00}}},
         {"a\xFF", L"a\xFFFD"},
         {"\xC3(", L"\xFFFD("},
     };
-    for (const auto& row : cases) EXPECT_EQ(toWide(row.narrow), row.wide) << row.narrow;
+    for (const auto& [narrow, wide] : cases) EXPECT_EQ(toWide(narrow), wide) << narrow;
 }
 
 }  // namespace

@@ -219,22 +219,6 @@ TEST_F(LockFileTest, DoesNotTryWithoutAnExpectedPath) {
     EXPECT_TRUE(DeleteFileW(path.c_str()));
 }
 
-/// Sets a variable of the environment and gives it its old value back.
-class EnvironmentChange {
-  public:
-    EnvironmentChange(const wchar_t* variable, const std::wstring& value)
-        : name(variable), earlier(getEnvironmentText(variable)) {
-        SetEnvironmentVariableW(name, value.c_str());
-    }
-    ~EnvironmentChange() { SetEnvironmentVariableW(name, earlier.empty() ? nullptr : earlier.c_str()); }
-    EnvironmentChange(const EnvironmentChange&) = delete;
-    EnvironmentChange& operator=(const EnvironmentChange&) = delete;
-
-  private:
-    const wchar_t* name;
-    std::wstring earlier;
-};
-
 TEST(GetSessionTempPath, LeavesTheSessionsOwnFolderOut) {
     const TestFolder folder;
     DWORD session = 0;
@@ -247,7 +231,7 @@ TEST(GetSessionTempPath, LeavesTheSessionsOwnFolderOut) {
         {folder.path(), folder.path() + L"\\"},
     };
     for (const auto& [temp, expected] : rows) {
-        const EnvironmentChange change(L"TMP", temp);
+        const ScopedVariable variable(L"TMP", temp);
         EXPECT_EQ(getSessionTempPath(), expected);
     }
 }

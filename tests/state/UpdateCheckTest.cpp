@@ -3,10 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <regex>
-
 #include "tests/platform/CapturedLog.h"
-#include "tests/platform/TestHost.h"
 
 namespace pdx {
 namespace {
@@ -33,33 +30,6 @@ TEST(RecommendedVersion, IsEmptyAndLoggedWithoutAReply) {
     for (const char* url : {"", "no address", "https://127.0.0.1"}) {
         EXPECT_EQ(GetRecommendedVersion(url), "") << url;
         EXPECT_EQ(log.take().size(), 1u) << url;
-    }
-}
-
-using RecommendedVersionTest = TestHostTest;
-
-TEST_F(RecommendedVersionTest, IsReadFromWhateverReplyCame) {
-    const struct {
-        const char* query;
-        const char* version;
-        size_t lines;  ///< of the log
-    } cases[] = {
-        {R"(body={"recommended":{"version":"13.0.0.1"}})", "13.0.0.1", 0},
-        {R"(status=500&body={"recommended":{"version":"13.0.0.1"}})", "13.0.0.1", 0},
-        {"body=", "", 1},
-        {"body={}", "", 0},
-        {R"(body={"recommended":{}})", "", 0},
-        {"body=[]", "", 0},
-        {"body=13.0.0.1", "", 0},
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.query);
-        const CapturedLog log;
-        EXPECT_EQ(GetRecommendedVersion(testHost() + "/update/reply?" + row.query), row.version);
-        const std::vector<LogEntry> lines = log.take();
-        ASSERT_EQ(lines.size(), row.lines);
-        for (const LogEntry& line : lines)
-            EXPECT_TRUE(std::regex_match(line.message, std::regex("Error \\d+ has occurred\\.\n"))) << line;
     }
 }
 

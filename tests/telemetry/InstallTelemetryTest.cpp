@@ -35,63 +35,41 @@ struct FakeSystem : SystemInfo {
     }
 };
 
-constexpr const char* invalidPartition = "Invalid DiskPartition format";
-constexpr const char* noPartitions = "Could not get disk partitions on system.";
-
 TEST(InstallTelemetry, TellsDriveAndMediaAndThinsWhereTheSystemIsSilent) {
-    struct Row {
+    using Change = std::function<void(FakeSystem&)>;
+    const Change none = [](FakeSystem&) {};
+    const Change noWmi = [](FakeSystem& system) { system.works = false; };
+    const Change noMedia = [](FakeSystem& system) { system.media.clear(); };
+    const Change noDrives = [](FakeSystem& system) { system.disks.clear(); };
+    const Change noParts = [](FakeSystem& system) { system.partitions.clear(); };
+    const struct {
         const char* name;
-        std::wstring folder;
-        std::function<void(FakeSystem&)> change;
+        const wchar_t* folder;
+        Change change;
         const char* driveType;
         const char* diskMedia;
-        std::vector<std::string> log;
+        const char* log;  ///< the messages, joined by bars
+    } rows[] = {
+        {"two partitions of one disk", L"C:\\Palisade", none, "system", "SSD,SSD", "|Install Root: C:"},
+        {"another drive", L"D:\\Games", none, "data", "HDD", "|Install Root: D:"},
+        {"two disks and one without a number", L"E:\\Games", none, "data", "SSD,HDD",
+         "|Install Root: E:|Invalid DiskPartition format"},
+        {"a disk that is not known", L"D:\\Games", noMedia, "data", "", "|Install Root: D:"},
+        {"no WMI", L"C:\\Palisade", noWmi, "", "", "|Error initializing WMI"},
+        {"no drives", L"C:\\Palisade", noDrives, "system", "", "|Could not get logical disks on system."},
+        {"no partitions", L"C:\\Palisade", noParts, "system", "",
+         "|Install Root: C:|Could not get disk partitions on system."},
+        {"another case", L"c:\\games", none, "data", "", "|Could not get disk partitions on system."},
     };
-    const auto none = [](FakeSystem&) {};
-    const Row rows[] = {
-        {"two partitions of one disk", L"C:\\Palisade", none, "system", "SSD,SSD", {"Install Root: C:"}},
-        {"another drive", L"D:\\Games", none, "data", "HDD", {"Install Root: D:"}},
-        {"two disks and one without a number",
-         L"E:\\Games",
-         none,
-         "data",
-         "SSD,HDD",
-         {"Install Root: E:", invalidPartition}},
-        {"a disk that is not known",
-         L"D:\\Games",
-         [](FakeSystem& system) { system.media.clear(); },
-         "data",
-         "",
-         {"Install Root: D:"}},
-        {"no WMI",
-         L"C:\\Palisade",
-         [](FakeSystem& system) { system.works = false; },
-         "",
-         "",
-         {"Error initializing WMI"}},
-        {"no drives",
-         L"C:\\Palisade",
-         [](FakeSystem& system) { system.disks.clear(); },
-         "system",
-         "",
-         {"Could not get logical disks on system."}},
-        {"no partitions",
-         L"C:\\Palisade",
-         [](FakeSystem& system) { system.partitions.clear(); },
-         "system",
-         "",
-         {"Install Root: C:", noPartitions}},
-        {"another case", L"c:\\games", none, "data", "", {noPartitions}},
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         FakeSystem system;
         row.change(system);
         const CapturedLog log;
         const InstallTelemetry record = installTelemetry({"now", false, row.folder, L"C:\\Palisade"}, system);
         EXPECT_EQ(record.driveType, row.driveType) << row.name;
         EXPECT_EQ(record.diskMedia, row.diskMedia) << row.name;
-        std::vector<std::string> messages;
-        for (const LogEntry& entry : log.take()) messages.push_back(entry.message);
+        std::string messages;
+        for (const LogEntry& entry : log.take()) messages += "|" + entry.message;
         EXPECT_EQ(messages, row.log) << row.name;
     }
 }

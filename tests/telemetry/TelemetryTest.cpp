@@ -175,19 +175,5 @@ TEST_F(TelemetryTest, StandsEveryStateOfTheManager) {
     EXPECT_THAT(log.take(), ElementsAre(lost, lost));
 }
 
-TEST_F(TelemetryTest, BeginsAgainInTheSameProcess) {
-    for (int round = 0; round < 20; ++round) {
-        const auto manager = std::make_shared<TelemetryManager>(TelemetryManager::createSessionId(), countedHash);
-        g_telemetry.set(manager);
-        manager->start();
-        manager->setSendingEnabled(true);
-        sendTelemetry(briskSender, "a.b.c", {}, false);
-        sendTelemetry(tallySender, "a", {}, false);
-        manager->stop();
-        releaseTelemetry();
-    }
-    EXPECT_EQ(hashesMade, 20);
-}
-
 }  // namespace
 }  // namespace pdx

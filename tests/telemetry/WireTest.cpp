@@ -58,11 +58,7 @@ TEST_F(WireTest, EachServiceGetsItsOwnForm) {
     ASSERT_EQ(body["contexts"][0]["events"].size(), 1u);
     EXPECT_EQ(body["contexts"][0]["events"][0]["core"]["s"], 1);
 
-    const struct {
-        const json& headers;
-        const char* name;
-        const char* value;
-    } cases[] = {
+    const std::tuple<const json&, const char*, const char*> cases[] = {
         {brisk[0]["headers"], "Content-Type", "application/json"},
         {brisk[0]["headers"], "x-bastion-client-version", "12.37.0.5294"},
         {brisk[0]["headers"], "OsVersion", "pc"},
@@ -70,24 +66,7 @@ TEST_F(WireTest, EachServiceGetsItsOwnForm) {
         {tally[0]["headers"], "Content-Type", "application/json"},
         {tally[0]["headers"], "x-palisade-taxv", "2.0"},
     };
-    for (const auto& row : cases) EXPECT_EQ(row.headers.value(row.name, ""), row.value) << row.name;
-}
-
-TEST_F(WireTest, PostsInBatchesThroughTheGate) {
-    const auto manager = begin("/wire/gate");
-    for (int number = 0; number < 10; ++number) sendTelemetry(briskSender, "a.b.c", {{"n", number}}, false);
-    sendTelemetry(briskSender, "a.b.urgent", {}, true);
-    json posts = requestsTo("/wire/gate/brisk", 1);
-    ASSERT_EQ(posts.size(), 1u);
-    ASSERT_EQ(posts[0]["body"].size(), 1u);
-    EXPECT_EQ(posts[0]["body"][0]["s"], "urgent");
-    manager->setSendingEnabled(true);
-    posts = requestsTo("/wire/gate/brisk", 2);
-    ASSERT_EQ(posts.size(), 2u);
-    ASSERT_EQ(posts[1]["body"].size(), 10u);
-    for (int number = 0; number < 10; ++number) EXPECT_EQ(posts[1]["body"][number]["param"]["n"], number);
-    manager->stop();
-    EXPECT_EQ(requestsTo("/wire/gate", 0).size(), 2u);
+    for (const auto& [headers, name, value] : cases) EXPECT_EQ(headers.value(name, ""), value) << name;
 }
 
 TEST_F(WireTest, GoesOnAfterPostsThatFail) {

@@ -102,13 +102,7 @@ TEST(ConfigLayers, SetsItsOwnValuesLast) {
 }
 
 TEST(ReportedVersion, FollowsTheOverride) {
-    struct Row {
-        const char* overriding;
-        const char* toOverride;
-        const char* reported;
-        bool overridden;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, const char*, const char*, bool> rows[] = {
         {"", "", "12.37.0.5294", false},
         {"", "12.37.0.5294", "12.37.0.5294", false},
         {"9.0", "", "9.0", true},
@@ -116,10 +110,10 @@ TEST(ReportedVersion, FollowsTheOverride) {
         {"9.0", "12.37.0.5293", "12.37.0.5294", false},
         {"12.37.0.5294", "", "12.37.0.5294", true},
     };
-    for (const Row& row : rows) {
-        const ReportedVersion result = reportedVersion("12.37.0.5294", row.overriding, row.toOverride);
-        EXPECT_EQ(result.version, row.reported) << row.overriding << "/" << row.toOverride;
-        EXPECT_EQ(result.overridden, row.overridden) << row.overriding << "/" << row.toOverride;
+    for (const auto& [overriding, toOverride, reported, overridden] : rows) {
+        const ReportedVersion result = reportedVersion("12.37.0.5294", overriding, toOverride);
+        EXPECT_EQ(result.version, reported) << overriding << "/" << toOverride;
+        EXPECT_EQ(result.overridden, overridden) << overriding << "/" << toOverride;
     }
 }
 

@@ -6,15 +6,10 @@
 #include <sstream>
 
 #include "config/rules/TomlConfig.h"
+#include "tests/Repeated.h"
 
 namespace pdx {
 namespace {
-
-std::string repeated(std::string_view text, size_t count) {
-    std::string result;
-    for (size_t i = 0; i < count; ++i) result += text;
-    return result;
-}
 
 /// The smallest limit that the text passes.
 size_t depthOf(std::string_view text) {

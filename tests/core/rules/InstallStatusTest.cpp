@@ -13,11 +13,7 @@ namespace {
 constexpr Hresult hr(uint32_t bits) { return static_cast<Hresult>(bits); }
 
 TEST(FormError, CombinesTypeAndCode) {
-    const struct {
-        BOOTSTRAPPER_ERROR_TYPE type;
-        uint32_t code;
-        uint32_t result;
-    } rows[] = {
+    const std::tuple<BOOTSTRAPPER_ERROR_TYPE, uint32_t, uint32_t> rows[] = {
         {BOOTSTRAPPER_ERROR_TYPE_ELEVATE, 1602, 0xA0000642},
         {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, 1603, 0xA0010643},
         {PALISADE_ERROR_TYPE, errorSystemTooOld, 0xA7FF047E},
@@ -27,7 +23,7 @@ TEST(FormError, CombinesTypeAndCode) {
         {PALISADE_ERROR_TYPE, 25000, 0xA7FF61A8},
         {static_cast<BOOTSTRAPPER_ERROR_TYPE>(0x7FFFFFFF), 0x80070005, 0xA7FF0005},
     };
-    for (const auto& row : rows) EXPECT_EQ(formError(row.type, row.code), hr(row.result)) << std::hex << row.result;
+    for (const auto& [type, code, result] : rows) EXPECT_EQ(formError(type, code), hr(result)) << std::hex << result;
 }
 
 TEST(InstallStatus, KeepsTheMostTellingCode) {
@@ -87,11 +83,7 @@ TEST(Outcome, ReadsTheStatus) {
 }
 
 TEST(ErrorGroups, SortEveryCode) {
-    const struct {
-        const char* code;
-        const char* group;
-        bool invalid;
-    } rows[] = {
+    const std::tuple<const char*, const char*, bool> rows[] = {
         {"80070005", "system", true},  {"80070070", "dnlv", false},   {"a001051b", "dnlv", false},
         {"a0010641", "dnlv", false},   {"80070642", "dnlv", false},   {"a0000642", "dnlv", false},
         {"80070643", "unknown", true}, {"8007064c", "system", true},  {"80070652", "system", false},
@@ -100,9 +92,9 @@ TEST(ErrorGroups, SortEveryCode) {
         {"80072f78", "network", true}, {"80072f7d", "network", true}, {"a7ff61a8", "unknown", true},
         {"A001051B", "unknown", true}, {"", "unknown", true},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(errorGroup(row.code).group, row.group) << row.code;
-        EXPECT_EQ(errorGroup(row.code).invalid, row.invalid) << row.code;
+    for (const auto& [code, group, invalid] : rows) {
+        EXPECT_EQ(errorGroup(code).group, group) << code;
+        EXPECT_EQ(errorGroup(code).invalid, invalid) << code;
     }
 }
 

@@ -13,12 +13,7 @@ TEST(MsiChannel, CutsCommands) {
     using Kind = MsiCommandKind;
     const std::wstring longValue(100000, L'v');
     const std::wstring longText = L"PDX_SET_VARIABLE:N=" + longValue;
-    const struct {
-        std::wstring_view text;
-        Kind kind;
-        std::wstring_view name;
-        std::wstring_view value;
-    } rows[] = {
+    const std::tuple<std::wstring_view, Kind, std::wstring_view, std::wstring_view> rows[] = {
         {L"PDX_SET_VARIABLE:A=B=C", Kind::setVariable, L"A", L"B=C"},
         {L"PDX_SET_VARIABLE:=X", Kind::setVariable, L"", L"X"},
         {L"PDX_SET_VARIABLE:A=", Kind::setVariable, L"A", L""},
@@ -33,11 +28,11 @@ TEST(MsiChannel, CutsCommands) {
         {L"", Kind::none, L"", L""},
         {longText, Kind::setVariable, L"N", longValue},
     };
-    for (const auto& row : rows) {
-        const MsiCommand command = parseMsiCommand(row.text);
-        EXPECT_EQ(command.kind, row.kind) << row.text.size();
-        EXPECT_EQ(command.name, row.name);
-        EXPECT_EQ(command.value, row.value);
+    for (const auto& [text, kind, name, value] : rows) {
+        const MsiCommand command = parseMsiCommand(text);
+        EXPECT_EQ(command.kind, kind) << text.size();
+        EXPECT_EQ(command.name, name);
+        EXPECT_EQ(command.value, value);
     }
 }
 
@@ -57,10 +52,7 @@ TEST(MsiChannel, NamesEveryKind) {
 TEST(PackageLog, NamesVariablesAndStems) {
     EXPECT_EQ(packageLogVariable(L"PalisadeApp.msi", true), L"WixBundleLog_PalisadeApp.msi");
     EXPECT_EQ(packageLogVariable(L"PalisadeApp.msi", false), L"WixBundleRollbackLog_PalisadeApp.msi");
-    const struct {
-        const wchar_t* path;
-        std::optional<std::wstring> stem;
-    } rows[] = {
+    const std::pair<const wchar_t*, std::optional<std::wstring>> rows[] = {
         {L"C:\\t\\Setup_1.log", L"C:\\t\\Setup_1"},
         {L"C:\\a.log.d\\b.log", L"C:\\a.log.d\\b"},
         {L"C:\\t\\noending", L"C:\\t\\noending"},
@@ -68,20 +60,17 @@ TEST(PackageLog, NamesVariablesAndStems) {
         {L".log", std::nullopt},
         {L"", std::nullopt},
     };
-    for (const auto& row : rows) EXPECT_EQ(reportFileStem(row.path), row.stem);
+    for (const auto& [path, stem] : rows) EXPECT_EQ(reportFileStem(path), stem);
 }
 
 TEST(PackageLog, ReadsDecimals) {
-    const struct {
-        const wchar_t* text;
-        uint32_t number;
-    } rows[] = {{L"1603", 1603},    {L"25000", 25000},
-                {L"", 0},           {L"none", 0},
-                {L"0", 0},          {L"0x643", 0},
-                {L" 12 ", 0},       {L"-1", 0},
-                {L"12x", 0},        {L"4294967295", 4294967295u},
-                {L"4294967296", 0}, {L"99999999999999999999999", 0}};
-    for (const auto& row : rows) EXPECT_EQ(parseDecimal(row.text), row.number);
+    const std::pair<const wchar_t*, uint32_t> rows[] = {{L"1603", 1603},    {L"25000", 25000},
+                                                        {L"", 0},           {L"none", 0},
+                                                        {L"0", 0},          {L"0x643", 0},
+                                                        {L" 12 ", 0},       {L"-1", 0},
+                                                        {L"12x", 0},        {L"4294967295", 4294967295u},
+                                                        {L"4294967296", 0}, {L"99999999999999999999999", 0}};
+    for (const auto& [text, number] : rows) EXPECT_EQ(parseDecimal(text), number);
 }
 
 }  // namespace

@@ -41,10 +41,7 @@ TEST(Names, OfEveryEnumeration) {
 }
 
 TEST(Names, OfMessageBoxStyles) {
-    const struct {
-        uint32_t style;
-        const char* name;
-    } rows[] = {
+    const std::pair<uint32_t, const char*> rows[] = {
         {0x00, "MB_OK | <BADICON> | MB_DEFBUTTON1"},
         {0x11, "MB_OKCANCEL | MB_ICONHAND | MB_DEFBUTTON1"},
         {0x122, "MB_ABORTRETRYIGNORE | MB_ICONQUESTION | MB_DEFBUTTON2"},
@@ -55,7 +52,7 @@ TEST(Names, OfMessageBoxStyles) {
         {0x17, "<INVALID> | MB_ICONHAND | MB_DEFBUTTON1"},
         {0xFFFFFFFF, "<INVALID> | <BADICON> | <BADDEFBTN>"},
     };
-    for (const auto& row : rows) EXPECT_EQ(nameOfMessageBoxStyle(row.style), row.name) << row.style;
+    for (const auto& [style, name] : rows) EXPECT_EQ(nameOfMessageBoxStyle(style), name) << style;
 }
 
 TEST(Names, OfVersions) {

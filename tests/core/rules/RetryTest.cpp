@@ -70,20 +70,17 @@ TEST(RetrySupport, RemembersTheErrorOfThePackageUnderWay) {
 }
 
 TEST(DownloadRetry, WaitsOneFiveThirtySecondsAndGivesUp) {
-    const struct {
-        uint32_t earlier;
-        DownloadFailure result;
-    } rows[] = {
+    const std::pair<uint32_t, DownloadFailure> rows[] = {
         {0, {1, true, 1}},
         {1, {2, true, 5}},
         {2, {3, true, 30}},
         {3, {0, false, 0}},
     };
-    for (const auto& row : rows) {
-        const DownloadFailure failure = afterDownloadFailure(row.earlier);
-        EXPECT_EQ(failure.failures, row.result.failures) << row.earlier;
-        EXPECT_EQ(failure.retry, row.result.retry) << row.earlier;
-        EXPECT_EQ(failure.waitSeconds, row.result.waitSeconds) << row.earlier;
+    for (const auto& [earlier, result] : rows) {
+        const DownloadFailure failure = afterDownloadFailure(earlier);
+        EXPECT_EQ(failure.failures, result.failures) << earlier;
+        EXPECT_EQ(failure.retry, result.retry) << earlier;
+        EXPECT_EQ(failure.waitSeconds, result.waitSeconds) << earlier;
     }
 }
 

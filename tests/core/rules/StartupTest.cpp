@@ -10,19 +10,15 @@ namespace pdx {
 namespace {
 
 TEST(Startup, AcceptsSystems) {
-    const struct {
-        SystemFacts system;
-        bool allowWindows7;
-        bool accepted;
-    } rows[] = {
+    const std::tuple<SystemFacts, bool, bool> rows[] = {
         {{true, 10, 0}, false, true}, {{true, 6, 3}, false, true},  {{true, 6, 2}, true, true},
         {{true, 6, 1}, true, true},   {{true, 6, 2}, false, false}, {{true, 6, 1}, false, false},
         {{true, 6, 0}, true, false},  {{true, 5, 2}, true, false},  {{false, 10, 0}, true, false},
         {{false, 6, 1}, true, false}, {{true, 0, 0}, true, false},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(isSystemAccepted(row.system, row.allowWindows7), row.accepted)
-            << row.system.is64Bit << row.system.major << "." << row.system.minor << row.allowWindows7;
+    for (const auto& [system, allowWindows7, accepted] : rows)
+        EXPECT_EQ(isSystemAccepted(system, allowWindows7), accepted)
+            << system.is64Bit << system.major << "." << system.minor << allowWindows7;
 }
 
 StartupFacts facts(int32_t action, bool installed, bool fromDisc, bool ignore, bool prompt, bool recorded,
@@ -63,22 +59,19 @@ TEST(Startup, FindsTheClientsPackage) {
 }
 
 TEST(Startup, TurnsArgumentsIntoVariables) {
-    const struct {
-        std::wstring_view argument;
-        const wchar_t* name;  ///< null: no variable
-        const wchar_t* value;
-    } rows[] = {
+    // name: null: no variable
+    const std::tuple<std::wstring_view, const wchar_t*, const wchar_t*> rows[] = {
         {L"A=B=C", L"A", L"B=C"},     {L"A=", L"A", L""},
         {L"=B", L"", L"B"},           {L"InstallFolder=C:\\Spiele \u00fc", L"InstallFolder", L"C:\\Spiele \u00fc"},
         {L"/X=1", nullptr, nullptr},  {L"-X=1", nullptr, nullptr},
         {L"quiet", nullptr, nullptr}, {L"", nullptr, nullptr},
     };
-    for (const auto& row : rows) {
-        const auto variable = variableOfArgument(row.argument);
-        ASSERT_EQ(variable.has_value(), row.name != nullptr) << testing::PrintToString(row.argument);
+    for (const auto& [argument, name, value] : rows) {
+        const auto variable = variableOfArgument(argument);
+        ASSERT_EQ(variable.has_value(), name != nullptr) << testing::PrintToString(argument);
         if (!variable) continue;
-        EXPECT_EQ(variable->first, row.name);
-        EXPECT_EQ(variable->second, row.value);
+        EXPECT_EQ(variable->first, name);
+        EXPECT_EQ(variable->second, value);
     }
 }
 
@@ -92,10 +85,7 @@ TEST(RunValue, BelongsToAFolder) {
 TEST(Startup, TakesTheDisplayOfAnUpdateFromTheCommandLine) {
     constexpr auto embedded = BOOTSTRAPPER_DISPLAY_EMBEDDED, none = BOOTSTRAPPER_DISPLAY_NONE,
                    passive = BOOTSTRAPPER_DISPLAY_PASSIVE;
-    const struct {
-        std::vector<std::wstring> arguments;
-        BOOTSTRAPPER_DISPLAY display;
-    } rows[] = {
+    const std::pair<std::vector<std::wstring>, BOOTSTRAPPER_DISPLAY> rows[] = {
         {{}, embedded},
         {{L"/quiet"}, none},
         {{L"-burn.related.update", L"-QUIET"}, none},
@@ -112,9 +102,9 @@ TEST(Startup, TakesTheDisplayOfAnUpdateFromTheCommandLine) {
         {{L"/l", L"x", L"/quiet"}, none},
         {{L"/log"}, embedded},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPDATE, row.arguments), row.display);
-        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPGRADE, row.arguments), embedded);
+    for (const auto& [arguments, display] : rows) {
+        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPDATE, arguments), display);
+        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPGRADE, arguments), embedded);
     }
 }
 

@@ -102,12 +102,7 @@ TEST(ExpectedFinalPath, GivesUpWhenAComponentCannotBeJoined) {
 }
 
 TEST(WithoutSessionFolder, CutsThatOfThisSessionAlone) {
-    struct Row {
-        const wchar_t* path;
-        uint32_t session;
-        const wchar_t* result;
-    };
-    const Row rows[] = {
+    const std::tuple<const wchar_t*, uint32_t, const wchar_t*> rows[] = {
         {L"C:\\Temp\\2\\", 2, L"C:\\Temp\\"},
         {L"C:\\Temp\\12\\", 2, L"C:\\Temp\\12\\"},
         {L"C:\\Temp\\2\\", 1, L"C:\\Temp\\2\\"},
@@ -119,7 +114,7 @@ TEST(WithoutSessionFolder, CutsThatOfThisSessionAlone) {
         {L"2\\", 2, L"2\\"},
         {L"", 0, L""},
     };
-    for (const Row& row : rows) EXPECT_EQ(withoutSessionFolder(row.path, row.session), row.result) << row.session;
+    for (const auto& [path, session, result] : rows) EXPECT_EQ(withoutSessionFolder(path, session), result) << session;
 }
 
 }  // namespace

@@ -46,20 +46,16 @@ TEST(UpdateBucket, IsThatOfTheStandardGeneratorAndEven) {
 }
 
 TEST(ChooseBucket, RejectsWhatLiesAboveTheLastWholeMultiple) {
-    struct Row {
-        std::vector<uint32_t> draws;
-        uint32_t bucket;
-    };
-    const Row rows[] = {
+    const std::pair<std::vector<uint32_t>, uint32_t> rows[] = {
         {{0}, 1},
         {{99}, 100},
         {{4294967199}, 100},
         {{4294967200, 4294967295, 41}, 42},
     };
-    for (const Row& row : rows) {
+    for (const auto& [draws, bucket] : rows) {
         size_t taken = 0;
-        EXPECT_EQ(chooseBucket([&] { return row.draws.at(taken++); }), row.bucket);
-        EXPECT_EQ(taken, row.draws.size());
+        EXPECT_EQ(chooseBucket([&] { return draws.at(taken++); }), bucket);
+        EXPECT_EQ(taken, draws.size());
     }
 }
 
@@ -70,11 +66,7 @@ TEST(AddressText, IsLowerCaseWithDashes) {
 }
 
 TEST(ParseVersion64, ReadsWhatItCan) {
-    struct Row {
-        const char* text;
-        std::array<uint16_t, 4> parts;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, std::array<uint16_t, 4>> rows[] = {
         {"12.37.0.5294", {12, 37, 0, 5294}},
         {"12.37", {12, 37, 0, 0}},
         {"12.37.", {12, 37, 0, 0}},
@@ -91,10 +83,10 @@ TEST(ParseVersion64, ReadsWhatItCan) {
         {"abc", {0, 0, 0, 0}},
         {"", {0, 0, 0, 0}},
     };
-    for (const Row& row : rows) {
+    for (const auto& [text, parts] : rows) {
         uint64_t expected = 0;
-        for (const uint16_t part : row.parts) expected = expected << 16 | part;
-        EXPECT_EQ(parseVersion64(row.text), expected) << row.text;
+        for (const uint16_t part : parts) expected = expected << 16 | part;
+        EXPECT_EQ(parseVersion64(text), expected) << text;
     }
 }
 
@@ -147,11 +139,7 @@ TEST(UpdateCheck, IsDueForAnOrdinaryThinInstallAlone) {
 
 TEST(UpdateAddresses, AreFilledIn) {
     EXPECT_EQ(updatePathOf(7), "/autopatch/upgrade/buckets/7");
-    struct Row {
-        const char* addressTemplate;
-        std::optional<std::string> address;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, std::optional<std::string>> rows[] = {
         {"https://a.example/i/Setup.exe", "https://a.example/i/Setup.exe"},
         {"https://a.example/{version}/Setup-{version}.exe", "https://a.example/1.2.3.4/Setup-1.2.3.4.exe"},
         {"https://a.example/%20{version}", "https://a.example/%201.2.3.4"},
@@ -159,8 +147,8 @@ TEST(UpdateAddresses, AreFilledIn) {
         {"https://a.example/{", std::nullopt},
         {"", std::nullopt},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(fillVersion(row.addressTemplate, "1.2.3.4"), row.address) << row.addressTemplate;
+    for (const auto& [addressTemplate, address] : rows)
+        EXPECT_EQ(fillVersion(addressTemplate, "1.2.3.4"), address) << addressTemplate;
 }
 
 }  // namespace

@@ -71,11 +71,9 @@ TEST(BriskEvent, IsEmptyForABadTaxonomy) {
 }
 
 TEST(BriskEvent, TellsTheLanguageOfALocale) {
-    const struct {
-        const wchar_t* locale;
-        const wchar_t* language;
-    } cases[] = {{L"en-US", L"en"}, {L"zh-Hant-TW", L"zh"}, {L"fil", L"fil"}, {L"", L""}, {L"-US", L""}};
-    for (const auto& row : cases) EXPECT_EQ(briskLanguage(row.locale), row.language);
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"en-US", L"en"}, {L"zh-Hant-TW", L"zh"}, {L"fil", L"fil"}, {L"", L""}, {L"-US", L""}};
+    for (const auto& [locale, language] : cases) EXPECT_EQ(briskLanguage(locale), language);
 }
 
 }  // namespace

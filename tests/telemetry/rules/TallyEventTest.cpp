@@ -12,11 +12,7 @@ TelemetryEvent event(json params) { return {tallySender, "installer", std::move(
 TEST(TallyEvent, IsWrittenByteForByte) {
     const std::string core = R"("core":{"en":"installer","s":7,"ts_event":"2024-02-29T23:59:58Z"})";
     const std::string item = R"("item_id":"Bastion.OFR.50.0001234","item_id_type":"offer_id")";
-    const struct {
-        const char* what;
-        json params;
-        std::string written;
-    } cases[] = {
+    const std::tuple<const char*, json, std::string> cases[] = {
         {"no attributes", json(), "{" + core + "," + item + "}"},
         {"attributes beside the core",
          {{"status", "begin"}, {"action", "install"}},
@@ -26,9 +22,8 @@ TEST(TallyEvent, IsWrittenByteForByte) {
         {"attributes that are a list", json::array({1}), "{" + core + "," + item + "}"},
         {"attributes that are a text", "text", "{" + core + "," + item + "}"},
     };
-    for (const auto& row : cases)
-        EXPECT_EQ(tallyEvent(event(row.params), 7, "2024-02-29T23:59:58Z", tallyItem()).dump(), row.written)
-            << row.what;
+    for (const auto& [what, params, written] : cases)
+        EXPECT_EQ(tallyEvent(event(params), 7, "2024-02-29T23:59:58Z", tallyItem()).dump(), written) << what;
 }
 
 TEST(TallyPost, IsWrittenByteForByte) {
@@ -41,11 +36,9 @@ TEST(TallyPost, IsWrittenByteForByte) {
 }
 
 TEST(TallyPost, NamesTheLocaleItsOwnWay) {
-    const struct {
-        const wchar_t* locale;
-        const wchar_t* text;
-    } cases[] = {{L"en-US", L"en_US"}, {L"zh-Hant-TW", L"zh_Hant-TW"}, {L"fil", L"fil"}, {L"", L""}};
-    for (const auto& row : cases) EXPECT_EQ(tallyLocale(row.locale), row.text);
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"en-US", L"en_US"}, {L"zh-Hant-TW", L"zh_Hant-TW"}, {L"fil", L"fil"}, {L"", L""}};
+    for (const auto& [locale, text] : cases) EXPECT_EQ(tallyLocale(locale), text);
 }
 
 }  // namespace

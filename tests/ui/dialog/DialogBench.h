@@ -29,34 +29,28 @@ inline std::wstring readable(const wchar_t* key) {
     return plainText(GumboTree(toUtf8(BootstrapperDialog::Translate(key))));
 }
 
-class DialogBench {
+class DialogBench : public Bench {
   public:
     explicit DialogBench(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
-                         BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL) {
-        command.action = action;
-        command.display = display;
-        for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
-            engine.variables.set(name, std::wstring(L"0"));
+                         BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL)
+        : Bench(action, display) {
         engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Games\\Palisade Desktop"));
-        application = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc, nullptr);
-        dialog = std::make_unique<BootstrapperDialog>(*application);
+        toldBefore = told().size();
+        dialog = std::make_unique<BootstrapperDialog>(app());
         dialog->Create({});
         settle();
         callsSeen = engine.calls().size();
     }
-    DialogBench(const DialogBench&) = delete;
-    DialogBench& operator=(const DialogBench&) = delete;
     ~DialogBench() {
         dialog.reset();
         settle();
         DestroyWindow(steps);
-        application->Release();
     }
 
     [[nodiscard]] HWND window() const { return dialog->GetHandle(); }
     [[nodiscard]] HWND item(int32_t id) const { return GetDlgItem(window(), id); }
     int send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
-        return application->sendAppMessage(message, wparam, lparam);
+        return app().sendAppMessage(message, wparam, lparam);
     }
 
     /// Runs the step in whichever loop takes the thread's next message.
@@ -113,12 +107,10 @@ class DialogBench {
         return texts;
     }
 
-    SmallEngine engine;
-    BOOTSTRAPPER_COMMAND command = {};
     NameListener names;
-    ProbedApplication* application = nullptr;
     std::unique_ptr<BootstrapperDialog> dialog;
     std::optional<int> quitCode;
+    size_t toldBefore = 0;  ///< the number of telemetry's notes before there was a dialog
 
   private:
     static LRESULT CALLBACK runStep(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {

@@ -8,38 +8,17 @@
 #include "config/ConfigMap.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
-#include "tests/core/ApplicationProbe.h"
-#include "ui/dialog/BootstrapperDialog.h"
+#include "tests/ui/dialog/DialogBench.h"
 
 namespace pdx {
 namespace {
 
 using Texts = std::vector<std::string>;
 
-/// The dialog on this thread, with an application that is never started.
-struct Stage {
-    Stage(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) : bench(action, display) {
-        bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Palisade"));
-        bench.engine.variables.set(L"PDX_MERIDIAN_COHORT", std::wstring(L"cohort 7"));
-        before = bench.told().size();
-        dialog = std::make_unique<BootstrapperDialog>(bench.app());
-        if (!dialog->Create({})) throw std::runtime_error("the dialog cannot be made");
+struct Stage : testing_support::DialogBench {
+    Stage(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display) : DialogBench(action, display) {
+        engine.variables.set(L"PDX_MERIDIAN_COHORT", std::wstring(L"cohort 7"));
     }
-    ~Stage() {
-        dialog.reset();
-        // The window's end asks this thread to end.
-        for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) continue;
-    }
-
-    LRESULT send(UINT message) const { return SendMessageW(dialog->GetHandle(), message, 0, 0); }
-    void press(int32_t id) const {
-        SendMessageW(dialog->GetHandle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), item(id));
-    }
-    /// Pressed when the prompt that comes next waits.
-    void pressLater(int32_t id) const {
-        PostMessageW(dialog->GetHandle(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), item(id));
-    }
-    LPARAM item(int32_t id) const { return reinterpret_cast<LPARAM>(GetDlgItem(dialog->GetHandle(), id)); }
     void followLink(const wchar_t* href) const {
         LinkNotification link = {};
         link.idFrom = IDC_BODY;
@@ -49,10 +28,10 @@ struct Stage {
     }
 
     /// "meridian_start_close click", "enable" and so on.
-    Texts told() {
+    Texts newlyTold() {
         const std::string message = "tally message ";
-        Texts found = bench.told();
-        found.erase(found.begin(), found.begin() + before);
+        Texts found = told();
+        found.erase(found.begin(), found.begin() + static_cast<ptrdiff_t>(toldBefore));
         for (std::string& text : found) {
             if (!text.starts_with(message)) continue;
             const auto attributes = nlohmann::json::parse(text.substr(message.size()));
@@ -64,10 +43,6 @@ struct Stage {
         }
         return found;
     }
-
-    Bench bench;
-    std::unique_ptr<BootstrapperDialog> dialog;
-    size_t before;
 };
 
 const Texts startShown = {"meridian_start_lets_go impression", "meridian_start_user_agreement impression",
@@ -82,37 +57,34 @@ Texts with(Texts first, const Texts& more) {
 }
 
 TEST(MessageEvents, TellWhatIsPressedAndShown) {
-    const struct {
-        const char* what;
-        std::function<void(const Stage&)> act;  ///< on the welcome page
-        Texts told;
-    } rows[] = {
-        {"the button", [](const Stage& s) { s.press(IDC_ACTION1); }, {"enable", "meridian_start_lets_go click"}},
-        {"the options", [](const Stage& s) { s.press(IDC_OPTIONS); }, {"meridian_start_install_options click"}},
+    // act: on the welcome page
+    const std::tuple<const char*, std::function<void(Stage&)>, Texts> rows[] = {
+        {"the button", [](Stage& s) { s.press(IDC_ACTION1); }, {"enable", "meridian_start_lets_go click"}},
+        {"the options", [](Stage& s) { s.press(IDC_OPTIONS); }, {"meridian_start_install_options click"}},
         {"the button of the options",
-         [](const Stage& s) {
+         [](Stage& s) {
              s.press(IDC_OPTIONS);
              s.press(IDC_ACTION1);
          },
          {"meridian_start_install_options click", "enable", "meridian_start_lets_go click"}},
         {"the agreement",
-         [](const Stage& s) { s.followLink(L"action:openuseragreement"); },
+         [](Stage& s) { s.followLink(L"action:openuseragreement"); },
          {"meridian_start_user_agreement click"}},
         {"the cross",
-         [](const Stage& s) {
+         [](Stage& s) {
              s.pressLater(IDC_ACTION1);
              s.press(IDC_CLOSE);
          },
          {"meridian_start_close click"}},
         {"the cross of the options",
-         [](const Stage& s) {
+         [](Stage& s) {
              s.press(IDC_OPTIONS);
              s.pressLater(IDC_ACTION1);
              s.press(IDC_CLOSE);
          },
          {"meridian_start_install_options click"}},
         {"the overlay and its cross",
-         [](const Stage& s) {
+         [](Stage& s) {
              s.pressLater(IDC_CLOSE);
              s.pressLater(IDC_ACTION1);
              s.pressLater(IDC_ACTION2);
@@ -120,55 +92,49 @@ TEST(MessageEvents, TellWhatIsPressedAndShown) {
          },
          with(overlayShown, {"meridian_uninstall_overlay_close click"})},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, act, told] : rows) {
+        SCOPED_TRACE(what);
         Stage stage(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL);
         stage.send(WM_BA_DETECT_COMPLETE);
-        row.act(stage);
-        EXPECT_EQ(stage.told(), with(startShown, row.told));
+        act(stage);
+        EXPECT_EQ(stage.newlyTold(), with(startShown, told));
     }
 }
 
 TEST(MessageEvents, TellTheAnswerAboutTheOlderClient) {
     RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
-    const struct {
-        std::vector<int32_t> buttons;
-        const char* told;
-        const wchar_t* variable;
-    } rows[] = {{{IDC_ACTION1}, "meridian_uninstall_overlay_uninstall_bastion click", L"1"},
-                {{IDC_ACTION2}, "meridian_uninstall_overlay_not_now click", L"0"},
-                // The cross, and the installer is to end: the window goes without an answer.
-                {{IDC_CLOSE, IDC_ACTION2}, "meridian_uninstall_overlay_close click", L"0"}};
-    for (const auto& row : rows) {
+    const std::tuple<std::vector<int32_t>, const char*, const wchar_t*> rows[] = {
+        {{IDC_ACTION1}, "meridian_uninstall_overlay_uninstall_bastion click", L"1"},
+        {{IDC_ACTION2}, "meridian_uninstall_overlay_not_now click", L"0"},
+        // The cross, and the installer is to end: the window goes without an answer.
+        {{IDC_CLOSE, IDC_ACTION2}, "meridian_uninstall_overlay_close click", L"0"}};
+    for (const auto& [buttons, told, variable] : rows) {
         Stage stage(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL);
         std::istringstream settings("[app]\nmeridian.enableMigration = true\nmeridian.promptBastionUninstall = true\n");
         g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));
         stage.send(WM_BA_DETECT_COMPLETE);
-        for (const int32_t button : row.buttons) stage.pressLater(button);
+        for (const int32_t button : buttons) stage.pressLater(button);
         stage.press(IDC_ACTION1);
         Texts wanted = with(startShown, {"enable", "meridian_start_lets_go click"});
-        EXPECT_EQ(stage.told(), with(with(wanted, overlayShown), {row.told}));
-        EXPECT_EQ(stage.bench.engine.variables.text(L"PDX_UNINSTALL_BASTION"), row.variable);
+        EXPECT_EQ(stage.newlyTold(), with(with(wanted, overlayShown), {told}));
+        EXPECT_EQ(stage.engine.variables.text(L"PDX_UNINSTALL_BASTION"), variable);
+        EXPECT_EQ(stage.newCalls().back() == "Plan(5)", buttons.size() == 1);
     }
     RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
 }
 
 TEST(MessageEvents, GoOutWithoutAWordWhereNobodyIsAsked) {
-    const struct {
-        BOOTSTRAPPER_ACTION action;
-        BOOTSTRAPPER_DISPLAY display;
-        Texts told;
-    } rows[] = {
+    const std::tuple<BOOTSTRAPPER_ACTION, BOOTSTRAPPER_DISPLAY, Texts> rows[] = {
         {BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, {"enable"}},
         {BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL, startShown},
         {BOOTSTRAPPER_ACTION_UNINSTALL, BOOTSTRAPPER_DISPLAY_NONE, {"enable"}},
         {BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED, BOOTSTRAPPER_DISPLAY_FULL, {"enable"}},
         {BOOTSTRAPPER_ACTION_UPDATE_REPLACE, BOOTSTRAPPER_DISPLAY_FULL, {}},
     };
-    for (const auto& row : rows) {
-        Stage stage(row.action, row.display);
+    for (const auto& [action, display, told] : rows) {
+        Stage stage(action, display);
         stage.send(WM_BA_DETECT_COMPLETE);
-        EXPECT_EQ(stage.told(), row.told) << row.action;
+        EXPECT_EQ(stage.newlyTold(), told) << action;
     }
 }
 

@@ -64,7 +64,7 @@ TEST(DialogMessages, OfAnInstallation) {
     constexpr auto older = L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE";
     constexpr auto removing = L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE";
     constexpr auto denied = L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE";
-    const auto failed = static_cast<WPARAM>(E_FAIL);
+    const auto failed = static_cast<WPARAM>(E_FAIL), forbidden = static_cast<WPARAM>(policyForbids);
     play(bench,
          {
              {"below the range", WM_APP + 1},
@@ -86,16 +86,7 @@ TEST(DialogMessages, OfAnInstallation) {
              {"restart wanted", WM_BA_APPLY_COMPLETE, 0, 1, restart, IDC_ACTION1, 102, 0, {}, {"Quit(0)"}},
              {"restart begun", WM_BA_APPLY_COMPLETE, 0, 2, restart, IDC_ACTION1, 102, 0, {}, {"Quit(0)"}},
              {"restart later", WM_BA_APPLY_COMPLETE, failed, 1, restart, IDC_ACTION2, 0, 0, {}, {"Quit(1)"}},
-             {"no rights",
-              WM_BA_APPLY_COMPLETE,
-              static_cast<WPARAM>(policyForbids),
-              0,
-              denied,
-              IDC_ACTION1,
-              0,
-              0,
-              {},
-              {"Quit(1)"}},
+             {"no rights", WM_BA_APPLY_COMPLETE, forbidden, 0, denied, IDC_ACTION1, 0, 0, {}, {"Quit(1)"}},
              {"launch", WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0, installed, IDC_ACTION1, 1},
              {"repair", WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0, installed, IDC_ACTION2, 2},
              {"repair starts", WM_BA_REPAIR_INITIALIZING, 0, 0, {}, 0, 0, 4, L"installer_initializing_repair_title"},
@@ -119,19 +110,11 @@ TEST(DialogMessages, OfAnUninstallation) {
     DialogBench bench(BOOTSTRAPPER_ACTION_UNINSTALL);
     constexpr auto confirm = L"INSTALLER_UNINSTALL_CONFIRM_TITLE";
     constexpr auto starting = L"installer_uninstall_initial_progress_title";
+    const Calls repairs = {"SetVariableNumeric(PDX_REPAIR, 1)", "Quit(0)"};
     constexpr auto complete = L"INSTALLER_UNINSTALL_COMPLETE_TITLE";
     play(bench, {
                     {"confirmed", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION1, 0, 4, starting, {"Plan(3)"}},
-                    {"repair in its stead",
-                     WM_BA_DETECT_COMPLETE,
-                     0,
-                     0,
-                     confirm,
-                     IDC_ACTION2,
-                     0,
-                     0,
-                     {},
-                     {"SetVariableNumeric(PDX_REPAIR, 1)", "Quit(0)"}},
+                    {"repair instead", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION2, 0, 0, {}, repairs},
                     {"package", WM_BA_EXECUTE_PACKAGE_BEGIN, 1, 0, {}, 0, 0, 4, L"installer_uninstall_progress_title"},
                     // The window goes, and says so, before the status does.
                     {"done", WM_BA_APPLY_COMPLETE, 0, 0, complete, IDC_ACTION1, 0, 0, {}, {"Quit(0)", "Quit(0)"}},
@@ -150,17 +133,10 @@ TEST(DialogMessages, OfTheUpdateInsideAnotherRun) {
     for (const auto action : {BOOTSTRAPPER_ACTION_UPDATE_REPLACE, BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED}) {
         DialogBench bench(action, BOOTSTRAPPER_DISPLAY_EMBEDDED);
         const bool embedded = action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
+        const int32_t page = embedded ? pageProgress : pageBlank;
+        const wchar_t* title = embedded ? L"installer_download_progress_title" : nullptr;
         const std::string plan = "Plan(" + std::to_string(action) + ")";
-        play(bench, {{"detected",
-                      WM_BA_DETECT_COMPLETE,
-                      0,
-                      0,
-                      {},
-                      0,
-                      0,
-                      embedded ? pageProgress : pageBlank,
-                      embedded ? L"installer_download_progress_title" : nullptr,
-                      {plan}}});
+        play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, page, title, {plan}}});
         EXPECT_TRUE(IsWindowVisible(bench.window()));
         bench.send(WM_BA_EXECUTE_BEGIN, 1);
         EXPECT_FALSE(IsWindowVisible(bench.window()));
@@ -171,19 +147,11 @@ TEST(DialogMessages, AnswerThemselvesWhereNobodyWatches) {
     ErrorInfo denied = {0, 1602, MB_ABORTRETRYIGNORE, IDIGNORE};
     const auto error = reinterpret_cast<WPARAM>(&denied);
     const auto failed = static_cast<WPARAM>(E_FAIL);
+    const Calls sends = {"SetVariableNumeric(PDX_SUBMIT_ERROR_REPORT, 1)"};
     for (const auto display : {BOOTSTRAPPER_DISPLAY_NONE, BOOTSTRAPPER_DISPLAY_PASSIVE}) {
         DialogBench bench(BOOTSTRAPPER_ACTION_INSTALL, display);
         play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}},
-                     {"error",
-                      WM_BA_ERROR,
-                      error,
-                      0,
-                      {},
-                      0,
-                      IDIGNORE,
-                      0,
-                      {},
-                      {"SetVariableNumeric(PDX_SUBMIT_ERROR_REPORT, 1)"}},
+                     {"error", WM_BA_ERROR, error, 0, {}, 0, IDIGNORE, 0, {}, sends},
                      {"not acquired", WM_BA_CACHE_ACQUIRE_COMPLETE, failed, 0, {}, 0, IDCANCEL},
                      {"installed", WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0, {}, 0, IDOK},
                      {"older client", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, {}, 0, IDCANCEL},

@@ -59,26 +59,14 @@ class NameWatch {
 };
 
 /// From OnStartup on, with the real UI thread; the engine's requests are not served.
-struct StartedRun {
-    StartedRun() {
-        command.action = BOOTSTRAPPER_ACTION_INSTALL;
-        command.display = BOOTSTRAPPER_DISPLAY_FULL;
-        for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
-            engine.variables.set(name, std::wstring(L"0"));
-        app = new ProbedApplication(&engine, &command, 0, 1000, UIThreadFunc, nullptr);
-        EXPECT_EQ(app->OnStartup(), S_OK);
+struct StartedRun : Bench {
+    StartedRun() : Bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL, UIThreadFunc, nullptr) {
+        EXPECT_EQ(app().OnStartup(), S_OK);
     }
-    ~StartedRun() { app->Release(); }
-    SmallEngine engine;
-    BOOTSTRAPPER_COMMAND command = {};
-    ProbedApplication* app;
 };
 
 TEST(UiThread, LetsEveryCallbackGoWhenTheWindowEnds) {
-    const struct {
-        const char* what;
-        std::function<void(HWND)> end;
-    } rows[] = {
+    const std::pair<const char*, std::function<void(HWND)>> rows[] = {
         {"the run is over",
          [](HWND dialog) { PostThreadMessageW(GetWindowThreadProcessId(dialog, nullptr), WM_QUIT, 0, 0); }},
         {"closed twice quickly",
@@ -87,20 +75,20 @@ TEST(UiThread, LetsEveryCallbackGoWhenTheWindowEnds) {
                  PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDC_CLOSE, BN_CLICKED), 0);
          }},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, end] : rows) {
+        SCOPED_TRACE(what);
         StartedRun run;
         const NameWatch prompt(BootstrapperDialog::Translate(L"installer_already_installed_title"));
-        Callback asking(*run.app, WM_BA_PROMPT_ALREADY_INSTALLED);
+        Callback asking(run.app(), WM_BA_PROMPT_ALREADY_INSTALLED);
         const HWND dialog = prompt.wait();
-        Callback held(*run.app, WM_BA_CACHE_BEGIN);
+        Callback held(run.app(), WM_BA_CACHE_BEGIN);
         EXPECT_TRUE(held.isHeld());
-        row.end(dialog);
+        end(dialog);
         asking.thread.join();
         held.thread.join();
         EXPECT_EQ(asking.answer, 0);
         EXPECT_EQ(held.answer, 0);
-        EXPECT_EQ(run.app->OnShutdown(), 0) << "its thread can be waited for";
+        EXPECT_EQ(run.app().OnShutdown(), 0) << "its thread can be waited for";
         EXPECT_FALSE(IsWindow(dialog));
     }
 }
@@ -108,15 +96,15 @@ TEST(UiThread, LetsEveryCallbackGoWhenTheWindowEnds) {
 TEST(UiThread, TakesProgressFromTwoThreadsAtOnce) {
     StartedRun run;
     const NameWatch page(BootstrapperDialog::Translate(L"installer_install_progress_title"));
-    run.app->sendAppMessage(WM_BA_CACHE_BEGIN);
+    run.app().sendAppMessage(WM_BA_CACHE_BEGIN);
     const HWND bar = GetDlgItem(page.wait(), IDC_PROGRESS);
     {
-        const Callback cache(*run.app, WM_BA_CACHE_ACQUIRE_PROGRESS, 1000);
-        for (int time = 0; time < 1000; ++time) run.app->sendAppMessage(WM_BA_EXECUTE_PROGRESS, 0, time / 50);
+        const Callback cache(run.app(), WM_BA_CACHE_ACQUIRE_PROGRESS, 1000);
+        for (int time = 0; time < 1000; ++time) run.app().sendAppMessage(WM_BA_EXECUTE_PROGRESS, 0, time / 50);
     }
-    run.app->sendAppMessage(WM_BA_EXECUTE_PROGRESS, 0, 77);
+    run.app().sendAppMessage(WM_BA_EXECUTE_PROGRESS, 0, 77);
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 77);
-    EXPECT_EQ(run.app->OnShutdown(), 0);
+    EXPECT_EQ(run.app().OnShutdown(), 0);
 }
 
 /// Notes the thread of every picture that this program decodes while it lives: all go through one import of GDI+.
@@ -174,11 +162,11 @@ TEST(UiThread, DecodesEveryPictureOnceAndOnItself) {
     const DecodeWatch watch;
     StartedRun run;
     const NameWatch page(BootstrapperDialog::Translate(L"installer_install_progress_title"));
-    run.app->sendAppMessage(WM_BA_CACHE_BEGIN);
+    run.app().sendAppMessage(WM_BA_CACHE_BEGIN);
     const HWND dialog = page.wait();
     RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     const NameWatch prompt(BootstrapperDialog::Translate(L"installer_already_installed_title"));
-    Callback asking(*run.app, WM_BA_PROMPT_ALREADY_INSTALLED);
+    Callback asking(run.app(), WM_BA_PROMPT_ALREADY_INSTALLED);
     EXPECT_EQ(prompt.wait(), dialog);
     RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     const std::vector<DWORD> once(4, GetWindowThreadProcessId(dialog, nullptr));
@@ -186,7 +174,7 @@ TEST(UiThread, DecodesEveryPictureOnceAndOnItself) {
     EXPECT_NE(once[0], GetCurrentThreadId());
     PostThreadMessageW(once[0], WM_QUIT, 0, 0);
     asking.thread.join();
-    EXPECT_EQ(run.app->OnShutdown(), 0);
+    EXPECT_EQ(run.app().OnShutdown(), 0);
     EXPECT_EQ(DecodeWatch::decodingThreads(), once);
 }
 
@@ -263,11 +251,7 @@ TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
     const std::wstring file = getModuleFilePath(L"PalisadeBootstrapper.dll");
     const std::wstring language = detectLanguage();
     const wchar_t *image = L"PDX_IMAGE", *font = L"PDX_FONT", *strings = L"PDX_LOCSTRINGS";
-    const struct {
-        const char* what;
-        std::vector<Cut> cuts;
-        Look look;
-    } rows[] = {
+    const std::tuple<const char*, std::vector<Cut>, Look> rows[] = {
         {"whole", {}, {true, true, true, true}},
         {"no background", {{image, backgroundPictureNumber, 0}}, {false, true, true, true}},
         {"broken pictures",
@@ -278,8 +262,8 @@ TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
         {"no strings", {{strings, language, 0}}, {true, true, true, false}},
         {"strings that are no XML", {{strings, language, 1000}}, {true, true, true, false}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const auto& [what, cuts, look] : rows) {
+        SCOPED_TRACE(what);
         SmallEngine engine;
         for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
             engine.variables.set(name, std::wstring(L"0"));
@@ -288,14 +272,14 @@ TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
         command.display = BOOTSTRAPPER_DISPLAY_FULL;
         const LoadedLibrary library(file);
         ASSERT_TRUE(library);
-        for (const Cut& cut : row.cuts) apply(cut);
+        for (const Cut& cut : cuts) apply(cut);
         IBootstrapperApplication* app = nullptr;
         ASSERT_EQ(library.create(&engine, &command, &app), S_OK);
         EXPECT_EQ(app->OnStartup(), S_OK);
         app->OnDetectComplete(S_OK);
         const HWND dialog = ownDialog();
         ASSERT_NE(dialog, nullptr);
-        EXPECT_EQ(lookOf(dialog), row.look);
+        EXPECT_EQ(lookOf(dialog), look);
         app->OnShutdown();
         EXPECT_EQ(app->Release(), 0u);
         library.destroy();

@@ -46,25 +46,5 @@ TEST(Pictures, KeepTheirColorsInAnotherSize) {
     EXPECT_EQ(ScalePicture(*background, {0, 5}), nullptr);
 }
 
-TEST(Pictures, TheLibraryCarriesFour) {
-    struct Case {
-        uint16_t number;
-        Size size;
-        bool hasClearCorner;
-    };
-    const Case cases[] = {
-        {backgroundPictureNumber, {1119, 1119}, false},
-        {logoPictureNumber, {120, 120}, true},
-        {errorPictureNumber, {150, 150}, true},
-        {migrationPictureNumber, {732, 540}, true},
-    };
-    for (const Case& row : cases) {
-        const auto picture = LoadPicture(row.number);
-        ASSERT_NE(picture, nullptr) << row.number;
-        EXPECT_EQ(picture->GetSize(), row.size) << row.number;
-        EXPECT_EQ(picture->GetPixel({0, 0}) >> 24 < 0x80, row.hasClearCorner) << row.number;
-    }
-}
-
 }  // namespace
 }  // namespace pdx

@@ -6,33 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Log.h"
 #include "ui/toolkit/AccessibleName.h"
 #include "ui/toolkit/Control.h"
 #include "ui/toolkit/Dialog.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx::testing_support {
-
-/// Keeps the lines that are logged while it lives.
-class LogListener {
-  public:
-    LogListener() { g_logger.set(sink); }
-    ~LogListener() { g_logger.clear(); }
-    LogListener(const LogListener&) = delete;
-    LogListener& operator=(const LogListener&) = delete;
-    /// "level function message" each.
-    [[nodiscard]] const std::vector<std::string>& lines() const { return sink->lines; }
-
-  private:
-    struct Sink : Logger {
-        void write(int32_t level, const char* function, int32_t, const char* message) override {
-            lines.push_back(std::to_string(level) + " " + function + " " + message);
-        }
-        std::vector<std::string> lines;
-    };
-    std::shared_ptr<Sink> sink = std::make_shared<Sink>();
-};
 
 /// Keeps the accessible names that are published while it lives.
 class NameListener {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "harness/ui/Snapshot.h"
+#include "tests/ui/toolkit/Pixels.h"
 #include "tests/ui/toolkit/TestWindows.h"
 #include "ui/toolkit/Button.h"
 #include "ui/toolkit/Checkbox.h"
@@ -53,47 +54,6 @@ class ScrolledDialog : public TestDialog {
     std::vector<Scroll> scrolls;
 };
 
-/// What a widget draws, on a clear ground.
-struct Drawn {
-    explicit Drawn(Window& widget) : size(widget.GetClientSize()), bitmap(size) {
-        Graphics graphics(bitmap);
-        ApplyQuality(graphics);
-        EXPECT_TRUE(widget.Draw(graphics).handled);
-        EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
-    }
-    [[nodiscard]] Color at(int32_t x, int32_t y) const { return bitmap.GetPixel({x, y}); }
-    /// The columns that are drawn on, and how many pixels.
-    struct Ink {
-        int32_t left, right, count;
-    };
-    [[nodiscard]] Ink ink() const {
-        Ink ink = {size.width, 0, 0};
-        for (int32_t y = 0; y < size.height; ++y)
-            for (int32_t x = 0; x < size.width; ++x)
-                if (at(x, y) >> 24 > 0x40) ink = {std::min(ink.left, x), std::max(ink.right, x + 1), ink.count + 1};
-        return ink;
-    }
-    /// The pixel that covers most.
-    [[nodiscard]] Color strongest() const {
-        Color found = 0;
-        for (int32_t y = 0; y < size.height; ++y)
-            for (int32_t x = 0; x < size.width; ++x)
-                if (at(x, y) >> 24 > found >> 24) found = at(x, y);
-        return found;
-    }
-    Size size;
-    Bitmap bitmap;
-};
-
-::testing::AssertionResult alike(Color actual, Color expected) {
-    for (int shift = 0; shift < 32; shift += 8) {
-        const int difference = static_cast<int>(actual >> shift & 0xFF) - static_cast<int>(expected >> shift & 0xFF);
-        if (difference < -3 || difference > 3)
-            return ::testing::AssertionFailure() << std::hex << actual << " instead of " << expected;
-    }
-    return ::testing::AssertionSuccess();
-}
-
 class Widgets : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -120,11 +80,7 @@ class Widgets : public ::testing::Test {
         moveCursor(place);
     }
     static Size measured(std::wstring_view text, float size) {
-        const auto font = CreateFontByName(textFace, size, fontBold);
-        Graphics graphics(GetDesktopWindow());
-        ApplyQuality(graphics);
-        const StringFormat format = CreateTextFormat();
-        const RectF bounds = graphics.MeasureString(text, font.get(), {}, &format);
+        const RectF bounds = testing_support::measured(text, size, fontBold);
         return {static_cast<int32_t>(bounds.width + 0.5f), static_cast<int32_t>(bounds.height + 0.5f)};
     }
 
@@ -210,15 +166,16 @@ TEST_F(Widgets, ABoxIsDrawnWithItsMark) {
     box.SetFont(CreateFontByName(textFace, 14, fontBold));
     EXPECT_EQ(box.GetPreferredSize(), (Size{22 + 14, 22}));
     EXPECT_TRUE(alike(Drawn(box).at(11, 1), 0xFF62626F));
-    EXPECT_EQ(Drawn(box).at(11, 11) >> 24, 0u) << "never filled";
-    const int32_t empty = Drawn(box).ink().count;
+    const RectF inside = {5, 5, 12, 12};
+    EXPECT_EQ(Drawn(box).strongest(inside), 0u);
     box.SetChecked(true);
     EXPECT_TRUE(alike(Drawn(box).at(11, 1), buttonBlue));
-    EXPECT_GT(Drawn(box).ink().count, empty);
+    EXPECT_NE(Drawn(box).strongest(inside), 0u);
+    EXPECT_EQ(Drawn(box).at(5, 5) >> 24, 0u) << "never filled";
     box.SetText(L"Create desktop shortcut");
     const int32_t end = box.GetPreferredSize().width;
     EXPECT_NEAR(end, 36 + measured(L"Create desktop shortcut", 14).width, 1);
-    EXPECT_LE(Drawn(box).ink().right, end);
+    EXPECT_LE(Drawn(box).ink().x + Drawn(box).ink().width, end);
     box.SetPosition({20, 20, 220, 80}, SWP_NOZORDER);
     EXPECT_NEAR(box.GetPreferredSize().width, end + 8, 1) << "no larger than 30";
     EXPECT_EQ(box.GetPreferredSize().height, 30);
@@ -272,19 +229,17 @@ TEST_F(Widgets, ALinkLightsUpUnderThePointerOrWithTheFocus) {
 }
 
 TEST_F(Widgets, APlainLabelIsAlignedByItsStyle) {
-    const struct {
-        DWORD style;
-        int32_t left, right;  ///< margins, -1 for more than 20
-    } rows[] = {{SS_LEFT, 0, -1}, {SS_CENTER, -1, -1}, {SS_RIGHT, -1, 0}};
-    for (const auto& row : rows) {
-        Static label(make(L"STATIC", row.style, {20, 20, 200, 24}));
+    // left, right: margins, -1 for more than 20
+    const std::tuple<DWORD, int32_t, int32_t> rows[] = {{SS_LEFT, 0, -1}, {SS_CENTER, -1, -1}, {SS_RIGHT, -1, 0}};
+    for (const auto& [style, left, right] : rows) {
+        Static label(make(L"STATIC", style, {20, 20, 200, 24}));
         label.SetFont(CreateFontByName(textFace, 14, fontBold));
         label.SetText(L"C:\\Games");
         label.SetTextColor(coral);
         EXPECT_EQ(label.GetText(), L"C:\\Games");
         const auto ink = Drawn(label).ink();
-        EXPECT_EQ(ink.left > 20, row.left < 0) << row.style;
-        EXPECT_EQ(200 - ink.right > 20, row.right < 0) << row.style;
+        EXPECT_EQ(ink.x > 20, left < 0) << style;
+        EXPECT_EQ(200 - ink.x - ink.width > 20, right < 0) << style;
     }
 }
 

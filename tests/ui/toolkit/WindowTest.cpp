@@ -6,8 +6,8 @@
 
 #include <stdexcept>
 
+#include "tests/platform/CapturedLog.h"
 #include "tests/ui/toolkit/TestWindows.h"
-#include "ui/toolkit/rules/MessageRoutes.h"
 
 namespace pdx {
 namespace {
@@ -69,7 +69,7 @@ class WindowTest : public ::testing::Test {
 };
 
 TEST_F(WindowTest, CreateMakesOneWindowAndSubclassesIt) {
-    const LogListener log;
+    const CapturedLog log;
     NotingControl control;
     const HWND made = control.Create(childParams());
     ASSERT_NE(made, nullptr);
@@ -82,11 +82,11 @@ TEST_F(WindowTest, CreateMakesOneWindowAndSubclassesIt) {
     EXPECT_EQ(control.Create({}), made);
     SendMessageW(made, WM_USER + 1, 0, 0);
     EXPECT_EQ(control.notes.size(), 2u) << "subclassed once";
-    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_THAT(log.takeTexts(), IsEmpty());
 }
 
 TEST_F(WindowTest, AFailedCreateIsLoggedAndLeavesNoHandle) {
-    const LogListener log;
+    const CapturedLog log;
     NotingControl control;
     control.className = "no such class";
     EXPECT_EQ(
@@ -100,12 +100,11 @@ TEST_F(WindowTest, AFailedCreateIsLoggedAndLeavesNoHandle) {
              "2 Window::Create Failed to create window: error=%08x; exStyle=00000020; className=no such class; "
              "windowName=name; style=50000000; parent=%08x; instance=00000000",
              error, static_cast<unsigned>(reinterpret_cast<uintptr_t>(dialog.GetHandle())));
-    EXPECT_THAT(log.lines(), ElementsAre(expected));
+    EXPECT_THAT(log.takeTexts(), ElementsAre(expected));
 
     Window nameless;
     EXPECT_EQ(nameless.Create({}), nullptr);
-    ASSERT_EQ(log.lines().size(), 2u);
-    EXPECT_THAT(log.lines().back(), ::testing::HasSubstr("className=(null); windowName=; style=00000000"));
+    EXPECT_THAT(log.takeTexts(), ElementsAre(::testing::HasSubstr("className=(null); windowName=; style=00000000")));
 }
 
 TEST_F(WindowTest, AnObjectWithoutAWindowDoesNothing) {
@@ -172,14 +171,15 @@ TEST_F(WindowTest, AVisitOfThePointerBeginsBeforeItsFirstMove) {
 }
 
 TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
-    const LogListener log;
+    const CapturedLog log;
     NotingControl control(dialog.GetItem(12));
     EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F1, 1), 0);
     EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F2, 1), 0);
     SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F3, 0x41000001);
     EXPECT_THAT(control.notes, ElementsAre("key 1 3"));
-    EXPECT_THAT(log.lines(), ElementsAre("0 Window::ReceiveMessage Message failed: message=0100; error=no such page",
-                                         "0 Window::ReceiveMessage Message failed: message=0100"));
+    EXPECT_THAT(log.takeTexts(),
+                ElementsAre("0 Window::ReceiveMessage Message failed: message=0100; error=no such page",
+                            "0 Window::ReceiveMessage Message failed: message=0100"));
 }
 
 TEST_F(WindowTest, TextIsCutAt4096Characters) {
@@ -292,26 +292,6 @@ TEST_F(WindowTest, IsVisibleOnlyWithAllItsAncestors) {
     EXPECT_FALSE(dialog.HasFocus());
 }
 
-TEST_F(WindowTest, TimersBelongToTheWindow) {
-    class TimedControl : public Control {
-      public:
-        using Control::Control;
-        MessageResult OnTimer(WPARAM id) override {
-            ids.push_back(id);
-            return handled();
-        }
-        std::vector<WPARAM> ids;
-    };
-    TimedControl control(dialog.GetItem(12));
-    control.SetTimer(100, 1);
-    control.SetTimer(7, 1);
-    control.KillTimer(7);
-    MSG message;
-    while (control.ids.empty() && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
-    control.KillTimer(100);
-    EXPECT_THAT(control.ids, ElementsAre(100u));
-}
-
 TEST_F(WindowTest, AccessibleNamesArePublishedForTheWindow) {
     Window window(dialog.GetItem(12));
     {
@@ -321,46 +301,6 @@ TEST_F(WindowTest, AccessibleNamesArePublishedForTheWindow) {
     }
     // The platform's own service, which may refuse.
     window.SetAccessibleName(L"Close");
-}
-
-TEST(MessageRoutes, HaveTheNumbersOfThePlatform) {
-    const std::pair<UINT, Handler> routes[] = {
-        {WM_INITDIALOG, Handler::initDialog},
-        {WM_ERASEBKGND, Handler::eraseBackground},
-        {WM_PAINT, Handler::paint},
-        {WM_WINDOWPOSCHANGING, Handler::windowPosChanging},
-        {WM_WINDOWPOSCHANGED, Handler::windowPosChanged},
-        {WM_CTLCOLORSTATIC, Handler::ctlColorStatic},
-        {WM_DRAWITEM, Handler::drawItem},
-        {WM_NCHITTEST, Handler::ncHitTest},
-        {WM_MOUSEMOVE, Handler::mouseMove},
-        {WM_MOUSEWHEEL, Handler::mouseWheel},
-        {WM_MOUSELEAVE, Handler::mouseLeave},
-        {WM_LBUTTONDOWN, Handler::lButtonDown},
-        {WM_LBUTTONUP, Handler::lButtonUp},
-        {WM_COMMAND, Handler::command},
-        {WM_CLOSE, Handler::close},
-        {WM_DESTROY, Handler::destroy},
-        {WM_USER, Handler::userMessage},
-        {WM_APP, Handler::appMessage},
-        {WM_SETCURSOR, Handler::setCursor},
-        {WM_NCPAINT, Handler::ncPaint},
-        {WM_SETTEXT, Handler::setText},
-        {WM_PRINTCLIENT, Handler::printClient},
-        {WM_SETFOCUS, Handler::setFocus},
-        {WM_SIZE, Handler::size},
-        {WM_MOVE, Handler::move},
-        {WM_SETFONT, Handler::setFont},
-        {WM_TIMER, Handler::timer},
-        {WM_QUERYENDSESSION, Handler::queryEndSession},
-        {WM_ENDSESSION, Handler::endSession},
-        {WM_HSCROLL, Handler::hScroll},
-        {WM_VSCROLL, Handler::vScroll},
-        {WM_GETDLGCODE, Handler::getDlgCode},
-        {WM_KEYDOWN, Handler::keyDown},
-        {WM_NOTIFY, Handler::notify},
-    };
-    for (const auto& [message, handler] : routes) EXPECT_EQ(routeMessage(message, 0, 0).handler, handler) << message;
 }
 
 }  // namespace

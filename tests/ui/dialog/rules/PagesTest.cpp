@@ -14,10 +14,7 @@ namespace pdx {
 namespace {
 
 TEST(Pages, ShowTheirControls) {
-    const struct {
-        int32_t kind;
-        std::set<int32_t> controls;
-    } rows[] = {
+    const std::pair<int32_t, std::set<int32_t>> rows[] = {
         {0, {1005}},
         {1, {1001, 1002, 1005, 1007, 1009, 1008}},
         {2, {1003, 1004, 1010, 1011, 1007, 1012, 1008}},
@@ -26,9 +23,9 @@ TEST(Pages, ShowTheirControls) {
         {5, {1007, 1008}},
         {6, {}},
     };
-    for (const auto& row : rows)
+    for (const auto& [kind, controls] : rows)
         for (int32_t control = 1000; control <= 1016; ++control)
-            EXPECT_EQ(isShownOnPage(row.kind, control), row.controls.contains(control)) << row.kind << " " << control;
+            EXPECT_EQ(isShownOnPage(kind, control), controls.contains(control)) << kind << " " << control;
 }
 
 TEST(Prompts, AnswerByButtonSet) {
@@ -66,12 +63,7 @@ TEST(PageFlow, FollowsADetection) {
 }
 
 TEST(PageFlow, NamesErrors) {
-    const struct {
-        uint32_t type;
-        uint32_t code;
-        std::wstring_view title;
-        std::wstring_view body;
-    } rows[] = {
+    const std::tuple<uint32_t, uint32_t, std::wstring_view, std::wstring_view> rows[] = {
         {0x7ff, 1150, L"INSTALLER_ERROR_OS_TITLE", L"INSTALLER_ERROR_OS"},
         {0x7ff, 1152, L"INSTALLER_ERROR_TITLE", L"INSTALLER_ERROR_SINGLE_INSTANCE"},
         {1, 1336, L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"},
@@ -82,9 +74,9 @@ TEST(PageFlow, NamesErrors) {
         {0x7ff, 25000, L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_TITLE", L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_BODY"},
         {1, 1603, L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(errorText(row.type, row.code).titleKey, row.title) << row.code;
-        EXPECT_EQ(errorText(row.type, row.code).bodyKey, row.body) << row.code;
+    for (const auto& [type, code, title, body] : rows) {
+        EXPECT_EQ(errorText(type, code).titleKey, title) << code;
+        EXPECT_EQ(errorText(type, code).bodyKey, body) << code;
     }
     EXPECT_EQ(errorPromptFlags(0x35), 0x80000015u);
     EXPECT_EQ(errorPromptFlags(0), 0x80000010u);
@@ -145,6 +137,24 @@ TEST(LegalDocument, LiesOnlineOrBesideTheProgram) {
               L"https://legal.example/legalapp/WEBTERMS/US/mx/PC/");
     EXPECT_EQ(onlineLegalDocument(L"", L"WEBTERMS", L"mx"), L"");
     EXPECT_EQ(localLegalDocument(L"WEBTERMS", L"de"), L"WEBTERMS_de.html");
+}
+
+TEST(PageFlow, ShowsPromptsToAWatchingUserOnly) {
+    EXPECT_TRUE(isPromptShown(BOOTSTRAPPER_DISPLAY_FULL));
+    EXPECT_TRUE(isPromptShown(BOOTSTRAPPER_DISPLAY_EMBEDDED));
+    for (const auto display : {BOOTSTRAPPER_DISPLAY_UNKNOWN, BOOTSTRAPPER_DISPLAY_NONE, BOOTSTRAPPER_DISPLAY_PASSIVE})
+        EXPECT_FALSE(isPromptShown(display));
+}
+
+TEST(PageFlow, AnswersTheEngine) {
+    EXPECT_EQ(connectionAnswer(resultOk), resultRetry);
+    for (const int button : {0, 2, 4, 7}) EXPECT_EQ(connectionAnswer(button), resultCancel);
+    EXPECT_EQ(exitCodeOf(0), 0u);
+    EXPECT_EQ(exitCodeOf(1), 0u);
+    EXPECT_EQ(exitCodeOf(static_cast<int32_t>(0x80070643)), 1u);
+    EXPECT_TRUE(isRestartWanted(BOOTSTRAPPER_APPLY_RESTART_REQUIRED));
+    EXPECT_TRUE(isRestartWanted(BOOTSTRAPPER_APPLY_RESTART_INITIATED));
+    for (const int restart : {0, 3, -1}) EXPECT_FALSE(isRestartWanted(restart));
 }
 
 }  // namespace

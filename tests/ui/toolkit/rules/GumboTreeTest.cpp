@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/Repeated.h"
+
 namespace pdx {
 namespace {
 
@@ -45,12 +47,6 @@ TEST(GumboTree, FindsAttributesInAnyCase) {
     EXPECT_EQ(tree.attribute(font, "FACE"), L"");
     EXPECT_EQ(tree.attribute(font, "FLAG"), L"");
     EXPECT_EQ(tree.attribute(font, "HREF"), L"");
-}
-
-std::string repeated(std::string_view part, size_t count) {
-    std::string text;
-    for (; count > 0; --count) text += part;
-    return text;
 }
 
 /// Many tags or attributes of which no two are alike.

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/Repeated.h"
 #include "ui/toolkit/rules/GumboTree.h"
 
 namespace pdx {
@@ -52,10 +53,7 @@ std::vector<std::string> describedRuns(std::string_view html) {
 }
 
 TEST(Markup, GivesRunsOfOneStyle) {
-    const struct {
-        const char* html;
-        std::vector<std::string> runs;
-    } cases[] = {
+    const std::pair<const char*, std::vector<std::string>> cases[] = {
         {"", {}},
         {" \t\r\n ", {}},
         {"<b></b>", {}},
@@ -92,7 +90,7 @@ TEST(Markup, GivesRunsOfOneStyle) {
         {"a </b> b <b", {"|a|b|"}},
         {"a<br/>b</br>c", {"|a|/|", "|b|/|", "|c|"}},
     };
-    for (const auto& row : cases) EXPECT_THAT(describedRuns(row.html), ElementsAreArray(row.runs)) << row.html;
+    for (const auto& [html, runs] : cases) EXPECT_THAT(describedRuns(html), ElementsAreArray(runs)) << html;
 }
 
 TEST(Markup, ReadsTheAttributesOfFont) {
@@ -176,12 +174,6 @@ class NoTree : public MarkupTree {
 TEST(Markup, WithoutABodyHasNoRuns) {
     EXPECT_THAT(walkMarkup(NoTree(), root), IsEmpty());
     EXPECT_EQ(plainText(NoTree()), L"");
-}
-
-std::string repeated(std::string_view part, size_t count) {
-    std::string text;
-    for (; count > 0; --count) text += part;
-    return text;
 }
 
 TEST(Markup, OfAnyDepthIsWalked) {

@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include "tests/ui/toolkit/rules/Places.h"
+
 namespace pdx {
 namespace {
 
@@ -28,23 +30,6 @@ TextRun run(std::vector<std::wstring> words, LineHeight lineHeight = {LineHeight
 
 TextRun link(std::vector<std::wstring> words) { return run(std::move(words), {LineHeight::pixels, 30}, 100, L"x"); }
 
-struct Place {
-    std::wstring text;
-    float x;
-    float y;
-    bool operator==(const Place&) const = default;
-    friend void PrintTo(const Place& place, std::ostream* out) {
-        *out << std::string(place.text.begin(), place.text.end()) << " at " << place.x << " " << place.y;
-    }
-};
-
-std::vector<Place> placesOf(const std::vector<TextRun>& runs) {
-    std::vector<Place> places;
-    for (const TextRun& each : runs)
-        for (const PlacedText& text : each.placed) places.push_back({text.text, text.x, text.y});
-    return places;
-}
-
 std::vector<TextRun> placed(std::vector<TextRun> runs, float width, LineAlignment alignment = LineAlignment::left) {
     placeRuns(runs, width, alignment, evenFont);
     return runs;
@@ -56,11 +41,7 @@ std::vector<Place> places(std::vector<TextRun> runs, float width, LineAlignment 
 
 TEST(RunLayout, BreaksLines) {
     // Characters are 10 wide; a line of 100 holds 96, less one.
-    const struct {
-        const char* what;
-        std::vector<TextRun> runs;
-        std::vector<Place> expected;
-    } cases[] = {
+    const std::tuple<const char*, std::vector<TextRun>, std::vector<Place>> cases[] = {
         {"nothing", {}, {}},
         {"one line", {run({L"ab", L"cd"})}, {{L"ab cd", 2, 4}}},
         {"two lines", {run({L"abcd", L"efgh", L"ij"})}, {{L"abcd efgh", 2, 4}, {L"ij", 2, 34}}},
@@ -91,7 +72,7 @@ TEST(RunLayout, BreaksLines) {
          {run({L"a"}), run({L"abcdefghijklmnopqrst"}), run({L"b"})},
          {{L"a", 2, 4}, {L"abcdefghijklmnopqrst", -50, 34}, {L"b", 2, 64}}},
     };
-    for (const auto& row : cases) EXPECT_THAT(places(row.runs, 100), ElementsAreArray(row.expected)) << row.what;
+    for (const auto& [what, runs, expected] : cases) EXPECT_THAT(places(runs, 100), ElementsAreArray(expected)) << what;
 }
 
 TEST(RunLayout, AWordThatFitsByLessThanAPixelBeginsALine) {
@@ -114,11 +95,7 @@ TEST(RunLayout, PlacesAnewEachTime) {
 
 TEST(RunLayout, ALineIsAsTallAsTheTallestOnIt) {
     const LineHeight small = {LineHeight::pixels, 20}, tall = {LineHeight::pixels, 50};
-    const struct {
-        const char* what;
-        std::vector<TextRun> runs;
-        std::vector<Place> expected;
-    } cases[] = {
+    const std::tuple<const char*, std::vector<TextRun>, std::vector<Place>> cases[] = {
         {"tall first",
          {run({L"a"}, tall), run({L"b", L"\n"}, small), run({L"c"}, small)},
          {{L"a", 2, 4}, {L"b", 24, 4}, {L"c", 2, 54}}},
@@ -134,7 +111,7 @@ TEST(RunLayout, ALineIsAsTallAsTheTallestOnIt) {
          {run({L"abcdefg", L"hi"}, tall), run({L"j", L"\n"}, small), run({L"k"}, small)},
          {{L"abcdefg", 2, 4}, {L"hi", 2, 54}, {L"j", 34, 54}, {L"k", 2, 104}}},
     };
-    for (const auto& row : cases) EXPECT_THAT(places(row.runs, 100), ElementsAreArray(row.expected)) << row.what;
+    for (const auto& [what, runs, expected] : cases) EXPECT_THAT(places(runs, 100), ElementsAreArray(expected)) << what;
 }
 
 TEST(RunLayout, LineHeightsAreWholePixels) {
@@ -240,24 +217,21 @@ TEST(RunLayout, OfALongTextOnlyWhatShowsIsDrawn) {
         measured += part.size();
         return static_cast<float>(part.size()) * 10;
     };
-    const struct {
-        float x;
-        size_t firstShown, lastShown;
-    } cases[] = {{0, 0, 19},
-                 {50, 0, 14},
-                 {-5, 0, 20},
-                 {-3000, 300, 319},
-                 {-250'000, 25'000, 25'019},
-                 {-499'900, 49'990, 49'999}};
-    for (const auto& row : cases) {
+    const std::tuple<float, size_t, size_t> cases[] = {{0, 0, 19},
+                                                       {50, 0, 14},
+                                                       {-5, 0, 20},
+                                                       {-3000, 300, 319},
+                                                       {-250'000, 25'000, 25'019},
+                                                       {-499'900, 49'990, 49'999}};
+    for (const auto& [x, firstShown, lastShown] : cases) {
         measured = 0;
-        const TextPart part = partBetweenEdges(text, row.x, 200, widthOf);
+        const TextPart part = partBetweenEdges(text, x, 200, widthOf);
         const auto first = static_cast<size_t>(part.text.data() - text.data());
-        EXPECT_EQ(part.x, row.x + static_cast<float>(first) * 10);
-        EXPECT_LE(first, row.firstShown) << row.x;
-        EXPECT_GE(first + part.text.size(), row.lastShown + 1) << row.x;
-        EXPECT_LT(part.text.size(), 200u) << row.x;
-        EXPECT_LE(measured, 3 * text.size()) << row.x;
+        EXPECT_EQ(part.x, x + static_cast<float>(first) * 10);
+        EXPECT_LE(first, firstShown) << x;
+        EXPECT_GE(first + part.text.size(), lastShown + 1) << x;
+        EXPECT_LT(part.text.size(), 200u) << x;
+        EXPECT_LE(measured, 3 * text.size()) << x;
     }
     std::wstring pairs;
     for (int i = 0; i < 5000; ++i) pairs += {0xD83D, 0xDE00};
@@ -309,13 +283,10 @@ TEST(RunLayout, FindsTheLinkAtAPoint) {
     // "ab" is no link; "cd" lies at (34, 4), "ef" at (2, 34), both 20 wide and 100 high.
     std::vector<TextRun> runs = placed({run({L"ab"}), link({L"cd", L"\n", L"ef"})}, 100);
     ASSERT_THAT(placesOf(runs), ElementsAre(Place{L"ab", 2, 4}, Place{L"cd", 34, 4}, Place{L"ef", 2, 34}));
-    const struct {
-        float x, y;
-        bool hit;
-    } cases[] = {{34, 4, true},    {33.9f, 4, false}, {34, 3.9f, false}, {53.9f, 103.9f, true}, {54, 50, false},
-                 {40, 104, false}, {2, 34, true},     {10, 133, true},   {10, 134, false},      {10, 20, false}};
-    for (const auto& row : cases)
-        EXPECT_EQ(linkAt(runs, row.x, row.y), row.hit ? &runs[1] : nullptr) << row.x << " " << row.y;
+    const std::tuple<float, float, bool> cases[] = {
+        {34, 4, true},    {33.9f, 4, false}, {34, 3.9f, false}, {53.9f, 103.9f, true}, {54, 50, false},
+        {40, 104, false}, {2, 34, true},     {10, 133, true},   {10, 134, false},      {10, 20, false}};
+    for (const auto& [x, y, hit] : cases) EXPECT_EQ(linkAt(runs, x, y), hit ? &runs[1] : nullptr) << x << " " << y;
     // The first of two that overlap.
     runs.push_back(runs[1]);
     EXPECT_EQ(linkAt(runs, 34, 4), &runs[1]);
@@ -323,13 +294,10 @@ TEST(RunLayout, FindsTheLinkAtAPoint) {
 
 TEST(RunLayout, StepsFromLinkToLinkAndPastTheEnd) {
     const std::vector<TextRun> runs = {run({L"a"}), link({L"b"}), run({L"c"}), link({L"d"})};
-    const struct {
-        size_t current;
-        bool backwards;
-        size_t next;
-    } cases[] = {{4, false, 1}, {1, false, 3}, {3, false, 4}, {0, false, 1}, {4, true, 3}, {3, true, 1}, {1, true, 4}};
-    for (const auto& row : cases)
-        EXPECT_EQ(nextLink(runs, row.current, row.backwards), row.next) << row.current << row.backwards;
+    const std::tuple<size_t, bool, size_t> cases[] = {{4, false, 1}, {1, false, 3}, {3, false, 4}, {0, false, 1},
+                                                      {4, true, 3},  {3, true, 1},  {1, true, 4}};
+    for (const auto& [current, backwards, next] : cases)
+        EXPECT_EQ(nextLink(runs, current, backwards), next) << current << backwards;
     const std::vector<TextRun> plain = {run({L"a"}), run({L"b"})};
     EXPECT_EQ(nextLink(plain, 2, false), 2u);
     EXPECT_EQ(nextLink(plain, 2, true), 2u);
@@ -338,11 +306,7 @@ TEST(RunLayout, StepsFromLinkToLinkAndPastTheEnd) {
 }
 
 TEST(RunLayout, MovesATextIntoView) {
-    const struct {
-        RectF covered;
-        int32_t position;
-        std::optional<int32_t> moved;
-    } cases[] = {
+    const std::tuple<RectF, int32_t, std::optional<int32_t>> cases[] = {
         // A window of 50, scrolled to 100.
         {{0, 100, 10, 20}, 100, std::nullopt},
         {{0, 81, 10, 20}, 100, std::nullopt},
@@ -353,7 +317,8 @@ TEST(RunLayout, MovesATextIntoView) {
         {{0, 150, 10, 20}, 100, 120},
         {{0, 200.5f, 10, 20.3f}, 100, 170},
     };
-    for (const auto& row : cases) EXPECT_EQ(positionToShow(row.covered, row.position, 50), row.moved) << row.covered.y;
+    for (const auto& [covered, position, moved] : cases)
+        EXPECT_EQ(positionToShow(covered, position, 50), moved) << covered.y;
 }
 
 }  // namespace

@@ -51,17 +51,13 @@ TEST(ButtonLook, HasAFillAndABorderForEachState) {
 
 TEST(Checkbox, ShowsFocusAndCheckByItsBorder) {
     const CheckboxColors colors;
-    const struct {
-        VisualState state;
-        bool focused;
-        bool checked;
-        Color border;
-    } rows[] = {
+    const std::tuple<VisualState, bool, bool, Color> rows[] = {
         {disabled, true, true, 0xFF343647}, {hover, false, false, 0xFF908E97},  {hover, true, false, 0xFF276AFC},
         {hover, false, true, 0xFF276AFC},   {focused, true, false, 0xFF276AFC}, {normal, false, false, 0xFF62626F},
         {normal, false, true, 0xFF276AFC},  {pressed, true, false, 0xFF276AFC}, {pressed, false, false, 0xFF62626F},
     };
-    for (const auto& row : rows) EXPECT_EQ(checkboxBorder(colors, row.state, row.focused, row.checked), row.border);
+    for (const auto& [state, focused, checked, border] : rows)
+        EXPECT_EQ(checkboxBorder(colors, state, focused, checked), border);
     EXPECT_EQ(checkboxBox(22), (Box{1, 1, 20, 20}));
     EXPECT_EQ(checkboxBox(60), (Box{1, 15, 30, 30}));
     EXPECT_EQ(checkMark({1, 1, 20, 20})[0], (Point{5, 11}));

@@ -1,9 +1,11 @@
-#include "config/rules/Languages.h"
-
+// Which language the strings are in, and what is filled into them.
 #include <gtest/gtest.h>
 
 #include <set>
 #include <string>
+
+#include "config/rules/Languages.h"
+#include "config/rules/SupportAddress.h"
 
 namespace pdx {
 namespace {
@@ -46,6 +48,19 @@ TEST(SiteCodeForLanguage, GivesEachLanguageACodeOfItsOwn) {
     for (const std::wstring_view unknown : {L"", L"nl", L"zh", L"pt", L"ZH-HANS"}) {
         EXPECT_EQ(siteCodeForLanguage(unknown), L"en");
     }
+}
+
+TEST(SupportAddress, StandsInFrontOfTheLinksPath) {
+    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*> cases[] = {
+        {L"<a href=\"{support}/en\">x</a>", L"https://s.example", L"<a href=\"https://s.example/en\">x</a>"},
+        {L"{support}/en", L"https://s.example/", L"https://s.example/en"},
+        {L"{support}{support}", L"a", L"aa"},
+        {L"{support}/en", L"{support}", L"{support}/en"},
+        {L"{support}/en", L"", L"/en"},
+        {L"{supported} {suppor", L"a", L"{supported} {suppor"},
+        {L"", L"a", L""},
+    };
+    for (const auto& [text, address, result] : cases) EXPECT_EQ(fillSupportAddress(text, address), result);
 }
 
 }  // namespace

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pdx {
+
+inline std::string repeated(std::string_view part, size_t count) {
+    std::string text;
+    for (; count > 0; --count) text += part;
+    return text;
+}
+
+}  // namespace pdx
