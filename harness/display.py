@@ -13,7 +13,8 @@ def virtual_display(size: str = "1280x1024x24"):
     Without a window manager Wine waits two seconds for each window that closes, and no window gets the keyboard.
     """
     read, write = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", size, "-nolisten", "tcp"],
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", size, "-nolisten", "tcp",
+                               "-noreset"],
                               pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     os.close(write)
     with open(read) as pipe:

@@ -30,10 +30,11 @@ class Prefix:
         self.drive = folder / "drive_c"
         home = folder / "home"
         home.mkdir(parents=True, exist_ok=True)
+        self.complaints = Path(os.devnull)  # what Wine writes of errors, of programs started without a stderr of their own
         self.environment = {
             "PATH": os.environ["PATH"], "HOME": str(home), "DISPLAY": display, "WINEPREFIX": str(folder),
             # No .NET, HTML engine or desktop menus: each would ask to be installed or write outside the prefix.
-            "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree=;mshtml=;winemenubuilder.exe=",
+            "WINEDEBUG": "err+all,fixme-all", "WINEDLLOVERRIDES": "mscoree=;mshtml=;winemenubuilder.exe=",
             "LC_ALL": "C.UTF-8", "XAUTHORITY": os.environ.get("XAUTHORITY", str(Path.home() / ".Xauthority")),
         }
 
@@ -43,8 +44,9 @@ class Prefix:
 
     def start(self, program: str | Path, *arguments: str, **options) -> subprocess.Popen:
         environment = self.environment | options.pop("environment", {})
-        nothing = dict.fromkeys(("stdin", "stdout", "stderr"), subprocess.DEVNULL)
-        return subprocess.Popen(["wine", str(program), *arguments], env=environment, **nothing | options)
+        with self.complaints.open("a") as complaints:
+            nothing = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": complaints}
+            return subprocess.Popen(["wine", str(program), *arguments], env=environment, **nothing | options)
 
     def run(self, program: str | Path, *arguments: str, bound: float = 60, check: bool = False) -> None:
         """Runs a program to its end, which with `check` has to be a good one."""

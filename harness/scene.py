@@ -76,6 +76,7 @@ class EngineRun:
 class Scene:
     def __init__(self, prefix: Prefix, out: Path):
         self.prefix, self.out = prefix, out
+        prefix.complaints = out / "wine.txt"
         self.checks: list[dict] = []
         self.main_run: EngineRun | None = None
         self._runs: list[EngineRun] = []

@@ -5,13 +5,15 @@ text has to match whole, or as a type.
 """
 import json
 import re
+from datetime import datetime, timezone
+from pathlib import Path
 
 from harness import bundle
 from harness.places import PACKAGE
 
 TIME = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}")
 TIME_SECONDS = re.compile(r"20\d\d-\d\d-\d\dT\d\d:\d\d:\d\dZ")
-UUID = re.compile(r"[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}")
+UUID = re.compile(r"(?!0{8})[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}")
 UNAVAILABLE = "80070003"  # the engine's code for an answer of 503
 WRONG_HASH = "80091007"  # for bytes that are not those of a hash; Wine has no text for it
 FAILED = "80070643"  # for a package that fails
@@ -24,7 +26,7 @@ UPDATE_HEADERS = {"Host": str, "User-Agent": AGENT}
 TALLY_HEADERS = UPDATE_HEADERS | {"Content-Length": str, "Content-Type": "application/json", "x-palisade-taxv": "2.0"}
 BRISK_HEADERS = UPDATE_HEADERS | {"Content-Length": str, "Content-Type": "application/json", "OsVersion": "pc",
                                   "x-bastion-client-version": bundle.BUNDLE_VERSION, "x-bastion-client-platform": "pc"}
-TALLY_ENVELOPE = {"entity_type": "player", "et": "client_desktop", "loc": re.compile(r"[a-z]{2,3}(_[A-Za-z-]+)?"),
+TALLY_ENVELOPE = {"entity_type": "player", "et": "client_desktop", "loc": "en_US",
                   "plat": "pc", "rel": "prod", "subl": "unknown", "subs": "unknown", "taxv": "2.0",
                   "tid": "kestrel_tundra", "tidt": "service", "ts_post": TIME_SECONDS, "v": bundle.BUNDLE_VERSION}
 TALLY_ITEM = {"item_id": "Bastion.OFR.50.0001234", "item_id_type": "offer_id"}
@@ -41,9 +43,9 @@ OVERLAY = ["meridian_uninstall_overlay_uninstall_bastion", "meridian_uninstall_o
 
 def brisk_identity(session: object, thin: bool) -> dict:
     """The keys that stand in every event. Wine names its version by two numbers, and only three are understood."""
-    return {"app": "kestrel-installer", "arch": "AMD64", "build": "opt", "cntry": re.compile("[A-Z]{2}"),
-            "envt": "production", "ityp": "thin" if thin else "thick", "lang": re.compile("[a-z]{2,3}"),
-            "machash": re.compile("[0-9a-f]{40}"), "os": "Wine Unknown", "plat": "pc", "session": session,
+    return {"app": "kestrel-installer", "arch": "AMD64", "build": "opt", "cntry": "US",
+            "envt": "production", "ityp": "thin" if thin else "thick", "lang": "en",
+            "machash": re.compile("(?!0{40})[0-9a-f]{40}"), "os": "Wine Unknown", "plat": "pc", "session": session,
             "vers": bundle.BUNDLE_VERSION}
 
 
@@ -52,6 +54,11 @@ def session_start(command_line: str, **other) -> tuple[str, dict]:
     return "inst.sess.strt", {"action": 5, "autopatch": False, "boot": TIME, "cmd": command_line, "elevated": True,
                               "harrier": "", "ignore_installed": "", "launch": "", "repair": "0",
                               "with_authcode": False} | other
+
+
+def session_of(run) -> str:
+    told, = run.log.messages("TelemetryManager::createSessionId")
+    return told.removeprefix("Installer session: ")
 
 
 def command_line(run) -> str:
@@ -161,7 +168,8 @@ def thick_install(run, shown: bool = True, **record) -> dict[str, object]:
     what is other than usual in what is told when it begins."""
     name, begin = INSTALL_START
     brisk = [session_start(command_line(run)), (name, begin | record), INSTALL_SUCCESS, SESSION_STOP]
-    return {"thin": False, "brisk": brisk, "tally": (start_page() if shown else []) + TALLY_INSTALL}
+    return {"thin": False, "brisk": brisk, "tally": (start_page() if shown else []) + TALLY_INSTALL,
+            "session": session_of(run)}
 
 
 def thin_install(run, link: str, failed: tuple[list, list] = ([], [])) -> dict[str, object]:
@@ -170,7 +178,7 @@ def thin_install(run, link: str, failed: tuple[list, list] = ([], [])) -> dict[s
     brisk = [session_start(command_line(run)), *failed[0], download_start(link),
              download_success(link, PACKAGE.stat().st_size), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP]
     tally = [*start_page(), *failed[1], *TALLY_DOWNLOAD, *TALLY_INSTALL]
-    return {"thin": True, "brisk": brisk, "tally": tally}
+    return {"thin": True, "brisk": brisk, "tally": tally, "session": session_of(run)}
 
 
 def message(msg_id: str, status: str, cohort: str = "") -> tuple[str, dict]:
@@ -213,12 +221,14 @@ def differences(found: object, wanted: object, where: str = "") -> list[str]:
 
 
 def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object = UUID,
-                    since: dict[str, int] | None = None, development: bool = False) -> None:
+                    since: dict[str, int] | None = None, development: bool = False,
+                    hosts: dict[str, str] | None = None) -> None:
     """Checks all posts so far, or those `since` earlier runs: their headers, the order of their keys, and each event
     with each of its attributes. A machine of the maker's own tells the Brisk service in each that it is for
-    `development`."""
-    told_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS, since)
-    told_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS, since)
+    `development`. The hosts are those of the players' deployment if no others are named."""
+    posts_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS, since, hosts)
+    posts_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS, since, hosts)
+    told_brisk, told_tally = [post.body for post in posts_brisk], [post.body for post in posts_tally]
     events = [event for post in told_brisk for event in post]
     wanted = []
     for name, attributes in brisk:
@@ -233,6 +243,7 @@ def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object
     identities = {tuple(event.get(key) for key in brisk_identity(session, thin)) for event in events}
     scene.check_equal("all of one identity", len(identities), 1)
     _check_times(scene, events)
+    _check_posting(scene, [([event["ts"] for event in post.body], post.came) for post in posts_brisk])
 
     sessions = {event["session"] for event in events} | {post["sid"] for post in told_tally}
     sessions |= {context["pid"] for post in told_tally for context in post["contexts"]}
@@ -249,9 +260,17 @@ def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object
     scene.check_equal("the Tally service is told these events", [event["core"]["en"] for event in events],
                       [name for name, _ in tally])
     _check_each(scene, "a Tally event", events, wanted)
+    _check_posting(scene, [([*(event["core"]["ts_event"] for event in post.body["contexts"][0]["events"]),
+                             post.body["ts_post"]], post.came) for post in posts_tally])
+    # A post goes out when the one before has arrived.
+    late = [(before.came, post.body["ts_post"]) for before, post in zip(posts_tally, posts_tally[1:])
+            if post.body["ts_post"][:19] < before.came[:19]]
+    scene.check_equal("each is made when the one before has gone", late, [])
 
 
-def _check_posts(scene, service: str, path: str, headers: dict, since: dict[str, int] | None) -> list:
+def _check_posts(scene, service: str, path: str, headers: dict, since: dict[str, int] | None,
+                 hosts: dict[str, str] | None) -> list:
+    headers = headers | {"Host": (hosts or {}).get(service, getattr(scene.services, service).hosts[0])}
     requests = scene.services.requests(service)[(since or {}).get(service, 0):]
     scene.check(f"{service} is posted to", requests)
     scene.check_equal(f"{service} is posted to its path", {(r.method, r.path) for r in requests}, {("POST", path)})
@@ -261,14 +280,27 @@ def _check_posts(scene, service: str, path: str, headers: dict, since: dict[str,
                for r in requests]
     scene.check(f"{service}'s posts are one line with keys in order", [r.raw for r in requests] == ordered,
                 [r.raw for r in requests][:1])
-    return [r.body for r in requests]
+    return requests
+
+
+def _check_posting(scene, posts: list[tuple[list[str], str]]) -> None:
+    """Each post tells of something, and the moments of what it tells, in order, are no later than its arrival."""
+    times = [[*(text[:19] for text in moments), came[:19]] for moments, came in posts]
+    wrong = [row for row in times if len(row) < 2 or row != sorted(row)]
+    scene.check_equal("each post is as late as what it tells", wrong, [])
+
+
+def _booted(moment: str) -> bool:
+    """Whether this machine was started then, give or take what clocks differ by."""
+    seconds = float(Path("/proc/uptime").read_text().split()[0])
+    return abs((datetime.now(timezone.utc) - datetime.fromisoformat(moment + "+00:00")).total_seconds() - seconds) < 60
 
 
 def _check_times(scene, events: list) -> None:
     """The times that events tell go with the moments at which they are told."""
     moments = [event["ts"] for event in events]
     scene.check("each no earlier than the one before", moments == sorted(moments), moments)
-    wrong, download = [], ""
+    wrong, download, boot = [], "", ""
     for before, event in zip(["", *moments], events):
         times, last = event.get("param", {}), event["ts"]
         match event["g"], event["s"]:
@@ -277,13 +309,14 @@ def _check_times(scene, events: list) -> None:
             case "dnld", "succ":
                 ordered = [download, times["strt"], download, times["endt"], last]
             case "sess", "strt":
-                ordered = [times["boot"], last]
+                ordered, boot = [times["boot"], last], times["boot"]
+                scene.check("the machine's start is told", _booted(boot), boot)
             case "inst", "strt":
                 ordered = [moments[0], times["intm"], last]
             case "uinst", "strt":
                 ordered = [moments[0], times["uitm"], last]
             case _, "succ":  # of a run, from its object's first moment on
-                ordered = [moments[0][:11], times["strt"], moments[0], before, times["endt"], last]
+                ordered = [boot, times["strt"], moments[0], before, times["endt"], last]
             case _:
                 continue
         if ordered != sorted(ordered):

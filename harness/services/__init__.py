@@ -87,6 +87,10 @@ class Services:
         for service in made:
             service.up()
 
+    def seconds(self) -> float:
+        """Since the services' start, as requests have it."""
+        return time.monotonic() - self._started
+
     def requests(self, service: str = "", path: str = "") -> list[Request]:
         """What has come so far, in order: to one service or to all, with paths that begin with `path`."""
         with self._changed:
@@ -101,7 +105,7 @@ class Services:
 
     def _record(self, request: Request) -> None:
         with self._changed:
-            request.seconds = round(time.monotonic() - self._started, 3)
+            request.seconds = round(self.seconds(), 3)
             self._requests.append(request)
             self._file.write(json.dumps(request.row(), ensure_ascii=False) + "\n")
             self._changed.notify_all()

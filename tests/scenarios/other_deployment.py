@@ -26,7 +26,7 @@ def play(scene):
     run.finish(90)
     scene.check_exit_code(run, 0)
     scene.check_installed()
-    check_telemetry(scene, **thin_install(run, link))
+    check_telemetry(scene, **thin_install(run, link), hosts=HOSTS)
     check_hosts(scene, "an install asks")
     scene.check_exit_code(scene.run("/uninstall", "/quiet", log="uninstall"), 0, "the uninstall")
 

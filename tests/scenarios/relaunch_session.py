@@ -10,4 +10,4 @@ def play(scene):
     scene.check_exit_code(run, 0)
     told = run.log.messages("TelemetryManager::createSessionId")
     scene.check_equal("the log names it", told, [f"Installer session: {GIVEN}"])
-    check_telemetry(scene, **thick_install(run, shown=False), session=GIVEN)
+    check_telemetry(scene, **thick_install(run, shown=False) | {"session": GIVEN})

@@ -64,6 +64,6 @@ def check_told(scene, run, link: str) -> None:
 
     told = thin_install(run, link)
     told["brisk"][0] = session_start(command_line(run), autopatch=True)
-    newer_alone = SimpleNamespace(services=SimpleNamespace(requests=posts), check=scene.check,
-                                  check_equal=scene.check_equal)
+    newer_alone = SimpleNamespace(check=scene.check, check_equal=scene.check_equal, services=SimpleNamespace(
+        requests=posts, brisk=scene.services.brisk, tally=scene.services.tally))
     check_telemetry(newer_alone, **told)

@@ -11,6 +11,7 @@ def play(scene):
     scene.wait_for_page("welcome")
     scene.check_equal("before the person goes on a newer version is asked for, and nothing else",
                       [(r.service, r.method, r.path) for r in services.requests()], [("update", "GET", BUCKET_PATH)])
+    clicked = services.seconds()
     scene.window.click(ACTION1)
     run.finish(120)
     scene.check_exit_code(run, 0)
@@ -22,6 +23,8 @@ def play(scene):
                       [(r.method, r.path, r.status) for r in services.requests("download")],
                       [(method, "/client/PalisadeApp.msi", 200) for method in ("HEAD", "GET")])
     check_telemetry(scene, **thin_install(run, link))
+    early = [r.path for r in services.requests() if r.service != "update" and r.seconds < clicked]
+    scene.check_equal("nothing was told or fetched until then", early, [])
     check_attempts(scene, 1)
     scene.check_equal("nothing else is asked for", {r.service for r in services.requests()},
                       {"update", "download", "brisk", "tally"})
