@@ -157,14 +157,16 @@ TEST_F(HttpClientTest, ConnectsAnewAfterAFailedRead) {
 }
 
 TEST_F(HttpClientTest, GivesTheErrorOfARequestThatFails) {
-    const std::pair<std::string, int32_t> cases[] = {
+    // A reset is seen by whatever meets it first.
+    const std::pair<std::string, testing::Matcher<int32_t>> cases[] = {
         {testHost() + ":444/http/refused", ERROR_INTERNET_CANNOT_CONNECT},
         {"https://nowhere.example/", ERROR_INTERNET_NAME_NOT_RESOLVED},
-        {testHost() + "/http/reset?cut=reset", ERROR_INTERNET_CONNECTION_ABORTED},
+        {testHost() + "/http/reset?cut=reset",
+         testing::AnyOf(ERROR_INTERNET_CONNECTION_ABORTED, ERROR_INTERNET_CONNECTION_RESET)},
     };
     for (const auto& [url, error] : cases) {
         HttpClient client(parseUrl(url));
-        EXPECT_EQ(client.get(), error) << url;
+        EXPECT_THAT(client.get(), error) << url;
         EXPECT_THAT(client.readResponse(), testing::IsEmpty()) << url;
     }
 }
