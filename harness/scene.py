@@ -197,6 +197,9 @@ class Scene:
     def start(self, *arguments: str, program: str = SETUP, log: str = "engine", **options) -> EngineRun:
         """Starts a bundle; its log is kept as out/<scenario>/<log>.log. The run whose log is "engine" is the one that
         the scenario's exit code is taken from."""
+        # The watcher brings up Wine's desktop and keeps it between runs: two programs that do so at the same time, or one
+        # that comes while it goes, can be left without windows.
+        self.window.look_at_all()
         run = EngineRun(self, self.prefix.start(program, *arguments, **options), log, self.engine_logs())
         self._runs.append(run)
         if log == "engine":
