@@ -3,11 +3,13 @@ python3 -m harness.sandbox python3 -m harness.lifecycle [ROUNDS]. Prints a line 
 import os
 import sys
 
-from harness.places import BUILD, LIBRARY
+from harness.places import BUILD, LIBRARY, OUT
 from harness.prefix import copy_of_prepared
 
 DRIVER = BUILD / "release/harness/lifecycle_driver.exe"
 
 if __name__ == "__main__":
     with copy_of_prepared("lifecycle", os.environ["DISPLAY"]) as wine:
-        sys.exit(wine.start(DRIVER, str(LIBRARY), *sys.argv[1:], stdout=None, stderr=None).wait())
+        wine.complaints = OUT / "tests/lifecycle-wine.txt"
+        wine.complaints.parent.mkdir(parents=True, exist_ok=True)
+        sys.exit(wine.start(DRIVER, str(LIBRARY), *sys.argv[1:], stdout=None).wait())

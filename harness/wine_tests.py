@@ -15,5 +15,6 @@ if __name__ == "__main__":
     services = Services(OUT / "tests")
     with contextlib.nullcontext(given) if given else virtual_display() as display, \
             copy_of_prepared("windows-tests", display) as wine:
+        wine.complaints = OUT / "tests/windows-wine.txt"
         host = {"PALISADE_TEST_HOST": services.tests.url("")}
-        sys.exit(wine.start(WINDOWS_TESTS, *sys.argv[1:], environment=host, stdout=None, stderr=None).wait())
+        sys.exit(wine.start(WINDOWS_TESTS, *sys.argv[1:], environment=host, stdout=None).wait())

@@ -2,7 +2,6 @@
 //
 //   wait                   does nothing, for ever
 //   record FILE ...        writes its folder and its whole command line into the file, a line each
-//   versions FILE          writes what it reads as the system's version and as that of kernel32.dll, a line each
 //   service NAME BEHAVIOUR runs as the service NAME, behaving as the table below says
 //
 // Text files are UTF-8.
@@ -16,7 +15,6 @@
 #include <vector>
 
 #include "platform/Handles.h"
-#include "platform/OsIdentity.h"
 #include "platform/Text.h"
 
 namespace {
@@ -101,13 +99,6 @@ int record(const std::wstring& path) {
     return writeFile(path, fmt::format("{}\n{}\n", pdx::toUtf8(folder), pdx::toUtf8(GetCommandLineW())));
 }
 
-int writeVersions(const std::wstring& path) {
-    const auto line = [](const pdx::OsInfo& version) {
-        return fmt::format("{}.{}.{}\n", version.major, version.minor, version.build);
-    };
-    return writeFile(path, line(pdx::systemVersion()) + line(pdx::kernelVersion().value_or(pdx::OsInfo{})));
-}
-
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, char*, int) {
@@ -118,7 +109,6 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, char*, int) {
     const std::wstring mode = count > 1 ? arguments[1] : L"";
     if (mode == L"wait") Sleep(INFINITE);
     if (mode == L"record" && count > 2) return record(arguments[2]);
-    if (mode == L"versions" && count > 2) return writeVersions(arguments[2]);
     if (mode == L"service" && count > 3) return runService(arguments[2], arguments[3]);
     return 2;
 }

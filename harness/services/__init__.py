@@ -20,7 +20,6 @@ A scenario has them as `scene.services`:
     services.download.answer(status=503, times=3)                               three times, then as before
     services.download.answer(cut="close half-way", method="GET", times=1)       half of what it would have sent
     services.brisk.answer(delay=20, cut="reset")                                silent for 20 seconds, then a reset
-    services.tally.stall(20)                                                    the same, before any handshake
     services.tally.down()                                                       refuses connections; up() ends it
     url = services.download.serve("/client/PalisadeApp.msi", file)
     bodies = [request.body for request in services.requests("brisk")]

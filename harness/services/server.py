@@ -73,8 +73,6 @@ class Service:
                  context: ssl.SSLContext, record: Callable[[Request], None]):
         """Answers requests on its route ("METHOD path") by `standing`, as long as it is told nothing else."""
         self.name, self.address, self.hosts, self.context, self.record = name, address, hosts, context, record
-        self.stalled = 0.0
-        self.stalled_connections = 0  # those that have come to a stalled service so far
         self._route, self._standing = re.compile(route), standing
         self._next: list[tuple[str, dict]] = []  # each for one request, of a method or of any ("")
         self._told: dict[str, dict] = {}  # for all others, by method
@@ -110,15 +108,8 @@ class Service:
             self._server.close()
             self._server = None
 
-    def stall(self, seconds: float) -> None:
-        """Accepts connections and resets each after so many silent seconds; ends those that are open."""
-        self.down()
-        self.stalled = seconds
-        self._server = _Server(self)
-
     def up(self) -> None:
         self.down()
-        self.stalled = 0.0
         self._server = _Server(self)
 
     def decide(self, request: Request) -> Answer:
@@ -152,7 +143,7 @@ class _Server(ThreadingHTTPServer):
     def __init__(self, service: Service):
         super().__init__((service.address, 443), _Handler)
         self.service = service
-        self.closed = threading.Event()
+        self._closed = False
         self._open: set[socket.socket] = set()
         self._lock = threading.Lock()
         threading.Thread(target=self.serve_forever, args=(0.05,), daemon=True).start()
@@ -164,7 +155,7 @@ class _Server(ThreadingHTTPServer):
     def wrap(self, connection: socket.socket) -> ssl.SSLSocket:
         """The connection before its handshake; it takes the place of the given one."""
         with self._lock:
-            if self.closed.is_set():
+            if self._closed:
                 raise ConnectionAbortedError
             self._open.discard(connection)
             wrapped = self.service.context.wrap_socket(connection, server_side=True, do_handshake_on_connect=False)
@@ -179,7 +170,7 @@ class _Server(ThreadingHTTPServer):
         self.shutdown()
         self.server_close()
         with self._lock:
-            self.closed.set()
+            self._closed = True
             for connection in self._open:
                 try:
                     socket.socket.shutdown(connection, socket.SHUT_RDWR)  # beneath TLS, which another thread may be in
@@ -203,12 +194,6 @@ class _Handler(BaseHTTPRequestHandler):
     def setup(self) -> None:
         self.service: Service = self.server.service
         self.number = next(_connections)
-        if self.service.stalled:
-            self.service.stalled_connections += 1
-            self.server.closed.wait(self.service.stalled)
-            self.server.forget(self.request)
-            _reset(self.request)
-            raise ConnectionResetError
         # Here and not where it is accepted, so that a client that is slow with its handshake holds up no other.
         self.request = self.server.wrap(self.request)
         try:
