@@ -1,7 +1,9 @@
 // The bytes of one thing that the library carries, and a stream buffer over them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <streambuf>
 #include <string>
 #include <variant>
@@ -19,6 +21,7 @@ struct ResourceId {
 struct ResourceData {
     const char* bytes = nullptr;
     uint32_t size = 0;
+    [[nodiscard]] std::span<const std::byte> asBytes() const { return std::as_bytes(std::span(bytes, size)); }
 };
 
 /// Reads a resource's bytes where they lie: no copy, no seeking, no refill, no writing.

@@ -46,8 +46,8 @@ MessageResult Dialog::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) 
 MessageResult Dialog::DefaultProc(UINT, WPARAM, LPARAM) { return unhandled(); }
 
 void Dialog::ReadLayout() {
-    const ResourceData data = loadResource({L"AFX_DIALOG_LAYOUT", templateId});
-    const std::vector<LayoutRecord> records = parseLayoutRecords(std::as_bytes(std::span(data.bytes, data.size)));
+    const std::vector<LayoutRecord> records =
+        parseLayoutRecords(loadResource({L"AFX_DIALOG_LAYOUT", templateId}).asBytes());
     if (records.empty()) return;
     const Size client = GetClientSize();
     initialClientWidth = client.width;

@@ -3,8 +3,9 @@
 #include <cmath>
 #include <vector>
 
+#include "config/Resources.h"
 #include "platform/Text.h"
-#include "ui/toolkit/Images.h"
+#include "ui/toolkit/Graphics.h"
 #include "ui/toolkit/NativeHandles.h"
 
 namespace pdx {
@@ -155,6 +156,13 @@ std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style) {
 
 bool addPrivateFont(std::span<const std::byte> file) {
     return flat::GdipPrivateAddMemoryFont(privateFonts(), file.data(), static_cast<INT>(file.size())) == Gdiplus::Ok;
+}
+
+void loadFontResources() {
+    for (const uint16_t number : fontNumbers) {
+        const std::span<const std::byte> file = loadResource({L"PDX_FONT", number}).asBytes();
+        if (!file.empty()) addPrivateFont(file);
+    }
 }
 
 void LoadPrivateFonts() {

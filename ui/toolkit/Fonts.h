@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -17,6 +18,9 @@ namespace pdx {
 /// The face of all text, and the face of the install path.
 inline constexpr wchar_t textFace[] = L"TT Commons";
 inline constexpr wchar_t pathFace[] = L"Apercu Mono Pro";
+
+/// Numbers of the fonts that the library carries, type "PDX_FONT".
+inline constexpr uint16_t fontNumbers[] = {102, 103};
 
 /// Bits of a font's style.
 enum FontStyle : int32_t {
@@ -58,7 +62,9 @@ std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style);
 
 /// Adds a TrueType or OpenType font to the private faces. The memory stays the caller's and has to stay in place.
 bool addPrivateFont(std::span<const std::byte> file);
-/// Adds the fonts that the library carries, each once a process; a missing one is left out.
+/// Adds every font that the library carries to the private faces; a missing one is left out.
+void loadFontResources();
+/// The same, once a process.
 void LoadPrivateFonts();
 
 }  // namespace pdx

@@ -5,14 +5,6 @@
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
-namespace {
-
-std::span<const std::byte> bytesOf(const wchar_t* type, uint16_t number) {
-    const ResourceData data = loadResource({type, number});
-    return std::as_bytes(std::span(data.bytes, data.size));
-}
-
-}  // namespace
 
 std::unique_ptr<Bitmap> decodePicture(std::span<const std::byte> file) {
     if (file.empty()) return nullptr;
@@ -26,7 +18,9 @@ std::unique_ptr<Bitmap> decodePicture(std::span<const std::byte> file) {
     return picture->native() ? std::move(picture) : nullptr;
 }
 
-std::unique_ptr<Bitmap> loadImageResource(uint16_t id) { return decodePicture(bytesOf(L"PDX_IMAGE", id)); }
+std::unique_ptr<Bitmap> loadImageResource(uint16_t id) {
+    return decodePicture(loadResource({L"PDX_IMAGE", id}).asBytes());
+}
 
 std::unique_ptr<Bitmap> LoadPicture(uint16_t resourceNumber) { return loadImageResource(resourceNumber); }
 
@@ -37,13 +31,6 @@ std::unique_ptr<Bitmap> ScalePicture(const Bitmap& picture, Size size) {
     graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
     graphics.DrawImage(picture, {0, 0, size.width, size.height});
     return graphics.lastStatus() == Gdiplus::Ok ? std::move(scaled) : nullptr;
-}
-
-void loadFontResources() {
-    for (const uint16_t number : fontNumbers) {
-        const std::span<const std::byte> file = bytesOf(L"PDX_FONT", number);
-        if (!file.empty()) addPrivateFont(file);
-    }
 }
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// The pictures and fonts that the library carries.
+// The pictures that the library carries.
 #pragma once
 
 #include <cstddef>
@@ -18,9 +18,6 @@ enum PictureNumber : uint16_t {
     migrationPictureNumber = 108,   ///< PNG with alpha, 732 x 540
 };
 
-/// Numbers of the fonts, type "PDX_FONT".
-inline constexpr uint16_t fontNumbers[] = {102, 103};
-
 /// A picture from the bytes of its file, which are copied; null when they are none that GDI+ can decode.
 std::unique_ptr<Bitmap> decodePicture(std::span<const std::byte> file);
 /// The picture with that number; null when it is missing or broken.
@@ -31,8 +28,5 @@ std::unique_ptr<Bitmap> LoadPicture(uint16_t resourceNumber);
 /// A copy of that size for a picture that is painted over and over: stretching takes many times longer than drawing it
 /// as it is. Null when there is no memory for it.
 std::unique_ptr<Bitmap> ScalePicture(const Bitmap& picture, Size size);
-
-/// Adds every font that the library carries to the private faces; a missing one is left out.
-void loadFontResources();
 
 }  // namespace pdx
