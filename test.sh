@@ -3,4 +3,4 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 harness/setup/setup.sh
-exec python3 -m harness.suite
+exec python3 -m harness.commands.test

@@ -35,7 +35,8 @@ import tomllib
 from pathlib import Path
 from urllib.parse import urlsplit
 
-from harness import bundle, sandbox
+from harness.building import bundle
+from harness.machine import sandbox
 from harness.places import CONFIGURATIONS, OTHER_CONFIGURATIONS
 from harness.services import certificates, testhost
 from harness.services.server import Answer, Request, Service

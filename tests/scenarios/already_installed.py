@@ -1,6 +1,6 @@
 """Run again on a machine with the client: launch it, or repair it in a second life of the library, same process."""
-from harness import facts
-from harness.window import ACTION1, ACTION2
+from harness.client import facts
+from harness.seeing.window import ACTION1, ACTION2
 
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")
 UNSUPPORTED = r"^This build does not support repair or migration runs$"

@@ -1,5 +1,5 @@
 """IGNORE_ALREADY_INSTALLED=1 on a machine with the client ends the run with success, nothing detected."""
-from harness import facts
+from harness.client import facts
 
 
 def play(scene):

@@ -1,6 +1,6 @@
 """Cancelling while the package executes: Windows Installer hears of it, all its changes go back, nothing is left."""
-from harness import facts
-from harness.window import ACTION1, ACTION2, CLOSE
+from harness.client import facts
+from harness.seeing.window import ACTION1, ACTION2, CLOSE
 
 TICKS = "after-files progress 20 50"
 PASSES = ["wzPackageId=PalisadeApp.msi, fExecute=true", "wzPackageId=PalisadeApp.msi, fExecute=false"]

@@ -2,10 +2,10 @@
 import threading
 from datetime import datetime, timezone
 
-from harness.telemetry import (INSTALL_CANCEL, SESSION_STOP, UNAVAILABLE, check_telemetry, command_line,
-                               download_start, failed_attempts, session_start, start_page, tally_download,
-                               tally_install, told_so_far, unavailable)
-from harness.window import ACTION1, ACTION2, CLOSE
+from harness.checking.telemetry import (INSTALL_CANCEL, SESSION_STOP, UNAVAILABLE, check_telemetry, command_line,
+                                        download_start, failed_attempts, session_start, start_page, tally_download,
+                                        tally_install, told_so_far, unavailable)
+from harness.seeing.window import ACTION1, ACTION2, CLOSE
 
 LAST_WAIT = "Waiting 30s before auto retry"
 # The word goes by the connection, the wrong way round: a sandbox has none but to itself, so this means no connection.

@@ -1,8 +1,8 @@
 """The download host fails four times: the connection prompt asks; RETRY starts over, and closing it ends the run."""
-from harness.telemetry import (SESSION_STOP, UNAVAILABLE, check_attempts, check_telemetry, command_line,
-                               failed_attempts, session_start, start_page, tally_install, thin_install, told_so_far,
-                               unavailable)
-from harness.window import ACTION1, ACTION2, BODY, CLOSE, PICTURE, TITLE
+from harness.checking.telemetry import (SESSION_STOP, UNAVAILABLE, check_attempts, check_telemetry, command_line,
+                                        failed_attempts, session_start, start_page, tally_install, thin_install,
+                                        told_so_far, unavailable)
+from harness.seeing.window import ACTION1, ACTION2, BODY, CLOSE, PICTURE, TITLE
 
 RETRIES = [True, True, True, False]
 

@@ -1,8 +1,8 @@
 """The download host fails three times: the library tries again after 1, 5 and 30 seconds, and nobody is asked."""
 from datetime import datetime
 
-from harness.telemetry import check_attempts, check_telemetry, failed_attempts, thin_install
-from harness.window import ACTION1
+from harness.checking.telemetry import check_attempts, check_telemetry, failed_attempts, thin_install
+from harness.seeing.window import ACTION1
 
 WAITS = [1, 5, 30]
 

@@ -1,7 +1,7 @@
 """A failing package ends in the error page; its check box, left alone or unticked, decides on the error report."""
-from harness import facts
-from harness.strings import text
-from harness.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
+from harness.client import facts
+from harness.seeing.strings import text
+from harness.seeing.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
 
 SETTING = "Setting numeric variable 'PDX_SUBMIT_ERROR_REPORT' to value "
 

@@ -1,5 +1,5 @@
 """A person installs by mouse: welcome, a click on LET'S GO, progress, and the window closes with the client installed."""
-from harness.window import ACTION1, CLOSE, OPTIONS
+from harness.seeing.window import ACTION1, CLOSE, OPTIONS
 from tests.scenarios.install_options import SHORTCUTS
 
 

@@ -1,5 +1,5 @@
 """The same choices without the mouse: Tab, Shift+Tab, Space and Enter, and a folder typed into the chooser."""
-from harness.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
+from harness.seeing.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
 from tests.scenarios.install_options import CHOSEN, FOLDER, check_choice, wait_for_folder
 
 

@@ -1,5 +1,5 @@
 """A person customises the setup: another folder by the chooser, no shortcut, back and forth, and installs there."""
-from harness.window import ACTION1, ACTION2, BROWSE, LOCATION, OPTIONS, SHORTCUT
+from harness.seeing.window import ACTION1, ACTION2, BROWSE, LOCATION, OPTIONS, SHORTCUT
 
 CHOSEN = "C:\\Spiele"
 FOLDER = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own

@@ -1,10 +1,10 @@
 """Links by mouse: the user agreement's address for a download installer and its file for a full one; the support site."""
 import shutil
 
-from harness import facts
+from harness.client import facts
 from harness.places import BUILD, CERTIFICATE
-from harness.strings import text
-from harness.window import ACTION1, BODY, TITLE
+from harness.seeing.strings import text
+from harness.seeing.window import ACTION1, BODY, TITLE
 
 BROWSER = facts.EXCHANGE + "\\browser.exe"
 OVERRIDE = "C:\\PalisadeDesktopDev\\override.cfg"

@@ -1,11 +1,12 @@
 """The library built with another deployment's configuration files asks that deployment's hosts, and no other."""
 from urllib.parse import urlsplit
 
-from harness import bundle, newer
+from harness.building import bundle
+from harness.checking import newer
+from harness.checking.telemetry import check_telemetry, thin_install
 from harness.places import OTHER_CONFIGURATIONS, OTHER_LIBRARY, PACKAGE
+from harness.seeing.window import ACTION1
 from harness.services import configured
-from harness.telemetry import check_telemetry, thin_install
-from harness.window import ACTION1
 
 KEYS = {"update": "updater.url", "download": "installer.downloadurl", "brisk": "telemetry.brisk.url",
         "tally": "telemetry.tally.url"}

@@ -1,5 +1,5 @@
 """A custom action fails the package after its files came (1603): rollback, status, exit code."""
-from harness import facts
+from harness.client import facts
 
 # The run's status and the package's two passes, in order: the failure is noted, the way back leaves it alone, the end
 # of the registration is a success for a moment, and applying tells the failure again.

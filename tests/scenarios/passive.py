@@ -1,6 +1,6 @@
 """`/passive`: the window shows how far the run is and closes by itself; no page asks anything."""
-from harness import facts
-from harness.window import ACTION1, CLOSE, PROGRESS
+from harness.client import facts
+from harness.seeing.window import ACTION1, CLOSE, PROGRESS
 
 
 def play(scene):

@@ -1,5 +1,5 @@
 """A session's identifier that a parent process gives is used as it stands, whatever its form, at both services."""
-from harness.telemetry import check_telemetry, thick_install
+from harness.checking.telemetry import check_telemetry, thick_install
 
 GIVEN = "Sitzung {7} der Mutter, ÄÖÜ"
 

@@ -1,8 +1,8 @@
 """A second copy that starts while the first runs gets error 1152 and detects nothing; the first is unharmed."""
 import shutil
 
-from harness import facts
-from harness.scene import SETUP
+from harness.client import facts
+from harness.staging.scene import SETUP
 
 SECOND = facts.EXCHANGE + "\\SecondSetup.exe"
 

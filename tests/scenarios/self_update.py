@@ -4,11 +4,12 @@ import shutil
 import threading
 from types import SimpleNamespace
 
-from harness import facts, newer
-from harness.scene import SETUP
-from harness.strings import text
-from harness.telemetry import check_telemetry, command_line, session_start, thin_install
-from harness.window import ACTION1, TITLE
+from harness.checking import newer
+from harness.checking.telemetry import check_telemetry, command_line, session_start, thin_install
+from harness.client import facts
+from harness.seeing.strings import text
+from harness.seeing.window import ACTION1, TITLE
+from harness.staging.scene import SETUP
 
 OTHER = facts.EXCHANGE + "\\OtherSetup.exe"
 

@@ -1,5 +1,5 @@
 """The same under `/quiet`: the newer installer installs, asks nothing, and both end by themselves."""
-from harness import newer
+from harness.checking import newer
 
 
 def play(scene):

@@ -1,6 +1,6 @@
 """The end of the Windows session: allowed before applying, refused from then on unless critical, and recorded."""
-from harness import facts
-from harness.window import ACTION1, ACTION2, CLOSE
+from harness.client import facts
+from harness.seeing.window import ACTION1, ACTION2, CLOSE
 
 ENGINE, DIALOG = "WixBurnMessageWindow", "dialog"
 ORDINARY, CRITICAL = 0, 0x40000000

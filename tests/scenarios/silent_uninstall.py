@@ -1,7 +1,7 @@
 """`/uninstall /quiet` after an install: the client is marked unavailable, then files and values go."""
 import re
 
-from harness import facts
+from harness.client import facts
 
 
 def play(scene):

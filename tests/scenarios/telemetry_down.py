@@ -2,7 +2,7 @@
 import re
 from datetime import datetime
 
-from harness.window import ACTION1
+from harness.seeing.window import ACTION1
 
 SILENCE = 20  # seconds before a reset
 STAMPS = re.compile(r"^\[\w+:\w+\]\[([^\]]*)\]", re.M)

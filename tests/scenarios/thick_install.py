@@ -1,8 +1,8 @@
 """A person installs from the thick variant: no update is asked for, nothing is downloaded, and both services are told."""
 import re
 
-from harness.telemetry import check_telemetry, thick_install
-from harness.window import ACTION1
+from harness.checking.telemetry import check_telemetry, thick_install
+from harness.seeing.window import ACTION1
 
 
 def play(scene):

@@ -1,7 +1,7 @@
 """A person installs from the thin variant: no newer one is named, the client is downloaded, both services are told all."""
-from harness.newer import BUCKET_PATH
-from harness.telemetry import UPDATE_HEADERS, check_attempts, check_telemetry, differences, thin_install
-from harness.window import ACTION1
+from harness.checking.newer import BUCKET_PATH
+from harness.checking.telemetry import UPDATE_HEADERS, check_attempts, check_telemetry, differences, thin_install
+from harness.seeing.window import ACTION1
 
 
 def play(scene):

@@ -1,7 +1,7 @@
 """A person uninstalls: asked to close the client that runs, then to confirm; progress, and a last word."""
-from harness import facts
-from harness.strings import text
-from harness.window import ACTION1, ACTION2, CLOSE, PICTURE, QUESTION, TITLE
+from harness.client import facts
+from harness.seeing.strings import text
+from harness.seeing.window import ACTION1, ACTION2, CLOSE, PICTURE, QUESTION, TITLE
 
 CLIENT_MUTEX = "Global\\PalisadeDesktop.exe"
 

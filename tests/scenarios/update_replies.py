@@ -1,8 +1,9 @@
 """Whatever the update service replies, the install goes on: a newer version is taken, all else is no update."""
 import re
 
-from harness import bundle, newer
-from harness.window import ACTION2, CLOSE
+from harness.building import bundle
+from harness.checking import newer
+from harness.seeing.window import ACTION2, CLOSE
 
 LATE = 2  # seconds
 

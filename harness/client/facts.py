@@ -1,5 +1,5 @@
 """What the sample client leaves on a machine, and the folder through which scenarios and client speak."""
-from harness.bundle import BUNDLE_VERSION, bundle_id
+from harness.building.bundle import BUNDLE_VERSION, bundle_id
 
 PRODUCT_KEY = "HKLM\\Software\\Corvane Works\\Palisade Desktop"
 

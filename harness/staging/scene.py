@@ -6,13 +6,15 @@ import time
 from collections.abc import Callable
 from pathlib import Path
 
-from harness import bundle, facts, sandbox
-from harness.display import take_picture
-from harness.enginelog import EngineLog
+from harness.building import bundle
+from harness.checking.enginelog import EngineLog
+from harness.client import facts
+from harness.machine import sandbox
+from harness.machine.display import take_picture
+from harness.machine.prefix import Prefix
 from harness.places import LIBRARY, PACKAGE
-from harness.prefix import Prefix
+from harness.seeing.window import ACTION2, CLOSE, NAMES, NAMES_CLASS, View, Window
 from harness.services import Services
-from harness.window import ACTION2, CLOSE, NAMES, NAMES_CLASS, View, Window
 
 SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
 SCRIPT = facts.EXCHANGE + "\\script.txt"
@@ -243,7 +245,7 @@ class Scene:
         self.prefix.set_registry(NAMES_CLASS, "", facts.EXCHANGE + "\\names.dll", view=32)
 
     def wait_for_page(self, page: str, picture: str = "", bound: float = 60) -> View:
-        """Waits until the window shows a page (harness/window.py names them), and keeps a picture of it."""
+        """Waits until the window shows a page (harness/seeing/window.py names them), and keeps a picture of it."""
         self.wait_for(lambda: self.window.page() == page, f"the {page} page", bound)
         self.window.picture(picture or page.replace(" ", "-"))
         return self.window.look()

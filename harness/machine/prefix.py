@@ -9,7 +9,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from harness import fonts, sandbox
+from harness.machine import fonts, sandbox
 from harness.places import BUILD
 
 PREPARED = BUILD / "wine/prepared.4"  # the number rises with each change of what is prepared

@@ -1,12 +1,12 @@
 """Runs the tests that need Windows under Wine, in a prefix of their own, with the services beside them, in a sandbox:
-python3 -m harness.sandbox python3 -m harness.wine_tests [options]."""
+python3 -m harness.machine.sandbox python3 -m harness.staging.wine_tests [options]."""
 import contextlib
 import os
 import sys
 
-from harness.display import virtual_display
+from harness.machine.display import virtual_display
+from harness.machine.prefix import copy_of_prepared
 from harness.places import OUT, WINDOWS_TESTS
-from harness.prefix import copy_of_prepared
 from harness.services import Services
 
 if __name__ == "__main__":

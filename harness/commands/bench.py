@@ -3,11 +3,11 @@ import os
 import subprocess
 import sys
 
-from harness.build import build
-from harness.display import virtual_display
+from harness.building.build import build
+from harness.machine.display import virtual_display
+from harness.machine.prefix import prepare
+from harness.machine.sandbox import sandboxed
 from harness.places import BENCH_RESULT, ROOT
-from harness.prefix import prepare
-from harness.sandbox import sandboxed
 
 
 def main() -> int:
@@ -15,7 +15,7 @@ def main() -> int:
     BENCH_RESULT.parent.mkdir(exist_ok=True)
     with virtual_display() as display:
         prepare(display)
-        code = subprocess.run(sandboxed([sys.executable, "-m", "harness.wine_bench"]), cwd=ROOT,
+        code = subprocess.run(sandboxed([sys.executable, "-m", "harness.staging.wine_bench"]), cwd=ROOT,
                               env=os.environ | {"DISPLAY": display}).returncode
     if code == 0:
         print(f"written to {BENCH_RESULT.relative_to(ROOT)}")

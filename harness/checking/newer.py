@@ -1,8 +1,8 @@
 """A newer installer for a thin one to be replaced by, on the deployment's own hosts."""
 from urllib.parse import urlsplit
 
-from harness import facts
-from harness.enginelog import EngineLog
+from harness.checking.enginelog import EngineLog
+from harness.client import facts
 from harness.services import configured
 
 VERSION = "12.38.0.1"

@@ -1,10 +1,11 @@
-"""Loads, runs and frees the shipped library a hundred times in a prefix of its own: DISPLAY=:N
-python3 -m harness.sandbox python3 -m harness.lifecycle [ROUNDS]. Prints a line a round; exit code 0 if everything held."""
+"""Loads, runs and frees the shipped library a hundred times in a prefix of its own: DISPLAY=:N python3 -m
+harness.machine.sandbox python3 -m harness.staging.lifecycle [ROUNDS]. Prints a line a round; exit code 0 if everything
+held."""
 import os
 import sys
 
+from harness.machine.prefix import copy_of_prepared
 from harness.places import BUILD, LIBRARY, OUT
-from harness.prefix import copy_of_prepared
 
 DRIVER = BUILD / "release/harness/lifecycle_driver.exe"
 

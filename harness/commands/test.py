@@ -7,15 +7,14 @@ import traceback
 from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 
-from harness import stage
-from harness.artefact import checks
-from harness.build import build
-from harness.display import virtual_display
-from harness.perform import held, perform, tell
+from harness.building.artefact import checks
+from harness.building.build import build
+from harness.machine.display import virtual_display
+from harness.machine.prefix import prepare
+from harness.machine.sandbox import sandboxed
 from harness.places import HOST_TESTS, OUT, ROOT
-from harness.prefix import prepare
-from harness.run import summary
-from harness.sandbox import sandboxed
+from harness.staging import stage
+from harness.staging.perform import held, perform, tell
 
 BOUND = 600  # seconds for one test program
 CONCURRENT = 3  # scenarios wait most of their time: three at once keep two cores busy
@@ -66,13 +65,13 @@ def guarded(job) -> tuple[int, int]:
 
 def run_scenario(name: str) -> tuple[int, int]:
     result = perform(name)
-    tell(result, summary(name))
+    tell(result, stage.summary(name))
     return (1, 0) if held(result) else (0, 1)
 
 
 def run_windows_tests() -> tuple[int, int]:
     with virtual_display() as display:
-        return run_tests("windows", sandboxed([sys.executable, "-m", "harness.wine_tests"]), display)
+        return run_tests("windows", sandboxed([sys.executable, "-m", "harness.staging.wine_tests"]), display)
 
 
 def run_lifecycle() -> tuple[int, int]:
@@ -81,7 +80,7 @@ def run_lifecycle() -> tuple[int, int]:
     log.parent.mkdir(parents=True, exist_ok=True)
     with virtual_display() as display, log.open("wb") as output:
         try:
-            code = subprocess.run(sandboxed([sys.executable, "-m", "harness.lifecycle"]), cwd=ROOT,
+            code = subprocess.run(sandboxed([sys.executable, "-m", "harness.staging.lifecycle"]), cwd=ROOT,
                                   env=os.environ | {"DISPLAY": display}, stdout=output, stderr=subprocess.STDOUT,
                                   timeout=BOUND).returncode
         except subprocess.TimeoutExpired:

@@ -4,17 +4,13 @@ import os
 import sys
 from concurrent.futures import ThreadPoolExecutor
 
-from harness import stage
-from harness.build import build
-from harness.display import virtual_display
-from harness.perform import held, perform, tell
-from harness.prefix import prepare
+from harness.building.build import build
+from harness.machine.display import virtual_display
+from harness.machine.prefix import prepare
+from harness.staging import stage
+from harness.staging.perform import held, perform, tell
 
 MAIN = "install"
-
-
-def summary(name: str) -> str:
-    return stage.load(name)["__doc__"].strip().split("\n")[0]
 
 
 def main() -> int:
@@ -26,7 +22,7 @@ def main() -> int:
     known = stage.names()
     if arguments.list:
         for name in known:
-            print(f"{name:<26}{summary(name)}")
+            print(f"{name:<26}{stage.summary(name)}")
         return 0
     if unknown := [name for name in arguments.scenario if name not in known]:
         parser.error(f"no scenario {', '.join(unknown)}; --list names them")
@@ -41,7 +37,7 @@ def main() -> int:
     results = []
     with ThreadPoolExecutor(1 if arguments.show else 2) as pool:
         for result in pool.map(lambda name: perform(name, arguments.show), names):
-            tell(result, summary(result["scenario"]))
+            tell(result, stage.summary(result["scenario"]))
             results.append(result)
     failed = [result["scenario"] for result in results if not held(result)]
     print("\n" + (f"FAILED: {', '.join(failed)}" if failed else "every check held"))

@@ -1,4 +1,4 @@
-"""What the shipped library has to be as a file: python3 -m harness.artefact. Exit code 0 if every check holds."""
+"""What the shipped library has to be as a file: python3 -m harness.building.artefact. Exit code 0 if all holds."""
 import re
 import subprocess
 import sys

@@ -1,5 +1,5 @@
 """A command in namespaces of its own: it sees no network but its own loopback, its mounts are its own, and when it
-ends every process that it started ends with it: python3 -m harness.sandbox COMMAND..."""
+ends every process that it started ends with it: python3 -m harness.machine.sandbox COMMAND..."""
 import os
 import subprocess
 import sys
@@ -20,7 +20,7 @@ def sandboxed(command: list[str]) -> list[str]:
 def demand(what: str) -> None:
     """Breaks off what works in a sandbox only."""
     if "PALISADE_SANDBOX" not in os.environ:
-        raise RuntimeError(f"{what} in a sandbox only; see harness/sandbox.py")
+        raise RuntimeError(f"{what} in a sandbox only; see harness/machine/sandbox.py")
 
 
 def trust(certificate: str, out: Path) -> None:

@@ -1,4 +1,4 @@
-"""Plays one scenario, inside its sandbox: python3 -m harness.stage NAME OUT. Leaves OUT/result.json."""
+"""Plays one scenario, inside its sandbox: python3 -m harness.staging.stage NAME OUT. Leaves OUT/result.json."""
 import json
 import os
 import runpy
@@ -7,9 +7,9 @@ import time
 import traceback
 from pathlib import Path
 
+from harness.machine.prefix import copy_of_prepared
 from harness.places import SCENARIOS
-from harness.prefix import copy_of_prepared
-from harness.scene import Hang, Scene
+from harness.staging.scene import Hang, Scene
 
 
 def names() -> list[str]:
@@ -19,6 +19,10 @@ def names() -> list[str]:
 def load(name: str) -> dict:
     """A scenario's file: its docstring tells what it shows, its function `play` does it."""
     return runpy.run_path(str(SCENARIOS / (name.replace("-", "_") + ".py")))
+
+
+def summary(name: str) -> str:
+    return load(name)["__doc__"].strip().split("\n")[0]
 
 
 def write_result(out: Path, name: str, exit_code: int | None, seconds: float, checks: list[dict]) -> None:

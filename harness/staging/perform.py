@@ -7,10 +7,10 @@ import subprocess
 import sys
 import time
 
-from harness.display import virtual_display
+from harness.machine.display import virtual_display
+from harness.machine.sandbox import sandboxed
 from harness.places import OUT, ROOT
-from harness.sandbox import sandboxed
-from harness.stage import write_result
+from harness.staging.stage import write_result
 
 # Now and then a process under Wine gets no window, once in hundreds of starts, and the engine that it is of gives up.
 NO_WINDOW = "Error 0x80004005: Failed to create window."
@@ -37,7 +37,7 @@ def _perform(name: str, show: bool) -> dict:
     out.mkdir(parents=True)
     started = time.monotonic()
     with contextlib.nullcontext(os.environ.get("DISPLAY", "")) if show else virtual_display() as display:
-        command = sandboxed([sys.executable, "-m", "harness.stage", name, str(out)])
+        command = sandboxed([sys.executable, "-m", "harness.staging.stage", name, str(out)])
         with (out / "stage.log").open("w") as output:
             process = subprocess.Popen(command, cwd=ROOT, env=os.environ | {"DISPLAY": display},
                                        stdout=output, stderr=subprocess.STDOUT)

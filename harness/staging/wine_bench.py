@@ -1,12 +1,12 @@
 """Measures the shipped library under Wine, in a prefix of its own, with the services beside it, in a sandbox:
-DISPLAY=:N python3 -m harness.sandbox python3 -m harness.wine_bench."""
+DISPLAY=:N python3 -m harness.machine.sandbox python3 -m harness.staging.wine_bench."""
 import os
 import sys
 import tempfile
 from pathlib import Path
 
+from harness.machine.prefix import copy_of_prepared
 from harness.places import BENCH, BENCH_RESULT, LIBRARY
-from harness.prefix import copy_of_prepared
 from harness.services import Services
 
 if __name__ == "__main__":
