@@ -6,6 +6,7 @@ import sys
 import traceback
 from concurrent.futures import ThreadPoolExecutor
 from functools import partial
+from typing import NamedTuple
 
 from harness.building.artefact import checks
 from harness.building.build import build
@@ -20,9 +21,18 @@ BOUND = 600  # seconds for one test program
 CONCURRENT = 3  # scenarios wait most of their time: three at once keep two cores busy
 
 
-def run_tests(title: str, command: list[str], display: str = "") -> tuple[int, int]:
-    """Runs a GoogleTest program, tells its failures; gives passed and failed cases. A program that ends without its
-    own summary, or badly after it, counts as one more failure."""
+class Counts(NamedTuple):
+    passed: int = 0
+    failed: int = 0
+    skipped: int = 0
+
+    def __str__(self) -> str:
+        return f"{self.passed} passed, {self.failed} failed" + (f", {self.skipped} skipped" if self.skipped else "")
+
+
+def run_tests(title: str, command: list[str], display: str = "") -> Counts:
+    """Runs a GoogleTest program, tells its failures and what it skips. A program that ends without its own summary, or
+    badly after it, counts as one more failure."""
     log = OUT / f"tests/{title}.log"
     log.parent.mkdir(parents=True, exist_ok=True)
     with log.open("wb") as output:
@@ -35,46 +45,50 @@ def run_tests(title: str, command: list[str], display: str = "") -> tuple[int, i
     text = log.read_text("utf-8", "replace").replace("\r", "")
     passed = len(re.findall(r"^\[       OK \]", text, re.M))
     failures = re.findall(r"^\[  FAILED  \] .* \(\d+ ms\)$", text, re.M)
+    skipped = re.findall(r"^\[  SKIPPED \] (\S+) \(\d+ ms\)$", text, re.M)
     complete = re.search(r"^\[==========\] \d+ tests? from .* ran\.", text, re.M) is not None
     broken = not complete or (code != 0 and not failures)
-    print(f"\n{title} tests: {passed} passed, {len(failures) + broken} failed, see out/tests/{title}.log")
+    counts = Counts(passed, len(failures) + broken, len(skipped))
+    print(f"\n{title} tests: {counts}, see out/tests/{title}.log")
+    for case in skipped:
+        print(f"  skipped: {case}")
     # Each failing case in full: from its start to its end.
     for case in re.finditer(r"^\[ RUN      \] (\S+)\n(?:(?!\[ RUN ).*\n)*?\[  FAILED  \] \1\b.*$", text, re.M):
         print(case[0])
     if broken:
         print(f"  the program {ending}; its output ends:\n" + "\n".join(text.splitlines()[-20:]))
     sys.stdout.flush()
-    return passed, len(failures) + broken
+    return counts
 
 
-def run_artefact() -> tuple[int, int]:
+def run_artefact() -> Counts:
     """The shipped library as a file."""
     found = checks()
     print("\n" + "\n".join(f"  {'✓' if ok else '✗'} the library {name}" for name, ok in found.items()), flush=True)
-    return sum(found.values()), len(found) - sum(found.values())
+    return Counts(sum(found.values()), len(found) - sum(found.values()))
 
 
-def guarded(job) -> tuple[int, int]:
+def guarded(job) -> Counts:
     """A job that breaks is one more failure, and the others go on."""
     try:
         return job()
     except Exception:
         print(f"\na job broke:\n{traceback.format_exc()}", flush=True)
-        return 0, 1
+        return Counts(failed=1)
 
 
-def run_scenario(name: str) -> tuple[int, int]:
+def run_scenario(name: str) -> Counts:
     result = perform(name)
     tell(result, stage.summary(name))
-    return (1, 0) if held(result) else (0, 1)
+    return Counts(passed=1) if held(result) else Counts(failed=1)
 
 
-def run_windows_tests() -> tuple[int, int]:
+def run_windows_tests() -> Counts:
     with virtual_display() as display:
         return run_tests("windows", sandboxed([sys.executable, "-m", "harness.staging.wine_tests"]), display)
 
 
-def run_lifecycle() -> tuple[int, int]:
+def run_lifecycle() -> Counts:
     """The shipped library loaded, run and freed a hundred times; counts as one case."""
     log = OUT / "tests/lifecycle.log"
     log.parent.mkdir(parents=True, exist_ok=True)
@@ -88,7 +102,7 @@ def run_lifecycle() -> tuple[int, int]:
     lines = log.read_text("utf-8", "replace").splitlines()
     print("\nlifecycle: " + ("held" if code == 0 else "failed\n" + "\n".join(lines[-20:])) + ", see out/tests/lifecycle.log")
     sys.stdout.flush()
-    return (1, 0) if code == 0 else (0, 1)
+    return Counts(passed=1) if code == 0 else Counts(failed=1)
 
 
 def main() -> int:
@@ -103,9 +117,9 @@ def main() -> int:
     jobs = [run_artefact, run_windows_tests, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
     with ThreadPoolExecutor(CONCURRENT) as pool:
         counts += pool.map(guarded, jobs)
-    passed, failed = (sum(column) for column in zip(*counts))
-    print(f"\n{passed} passed, {failed} failed")
-    return 1 if failed or not passed else 0
+    total = Counts(*map(sum, zip(*counts)))
+    print(f"\n{total}")
+    return 1 if total.failed or not total.passed else 0
 
 
 if __name__ == "__main__":
