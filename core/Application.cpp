@@ -1,35 +1,19 @@
 // The object's life, and what every callback uses: variables, messages to the dialog, context and status.
-#include <windows.h>
-
-#include <shellapi.h>
-
 #include <mutex>
 
 #include "config/ConfigMap.h"
 #include "config/rules/ConfigLayers.h"
 #include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
+#include "platform/CommandLine.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
-#include "state/OlderClient.h"
+#include "platform/rules/CommandLine.h"
+#include "state/OlderClientFate.h"
 
 namespace pdx {
 namespace {
-
-struct LocalMemoryTraits {
-    using Value = LPWSTR*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { LocalFree(value); }
-};
-
-/// The arguments of this process behind the program.
-std::vector<std::wstring> processArguments() {
-    int count = 0;
-    const UniqueHandle<LocalMemoryTraits> all(CommandLineToArgvW(GetCommandLineW(), &count));
-    if (!all || count < 1) return {};
-    return {all.get() + 1, all.get() + count};
-}
 
 /// Asks for a text whose size is not known: a first buffer of 256 characters, and a second of the size that the answer
 /// names. Empty on any failure.
@@ -46,11 +30,12 @@ std::wstring askText(Ask ask) {
     return SUCCEEDED(hr) ? std::wstring(buffer.c_str()) : std::wstring();
 }
 
-/// Environment variables by which the first run of a repair hands its state to the second, and what becomes of them.
+/// Environment variables by which a run hands its state to the one that the engine loads after it, and the bundle
+/// variables that they become.
 constexpr struct {
     const wchar_t* environment;
     const wchar_t* variable;
-} handedOn[] = {
+} reloadEnvironment[] = {
     {L"PDX_REPAIR", L"PDX_REPAIR"},
     {L"PDX_INSTALL_LOCATION", L"InstallFolder"},
 };
@@ -67,12 +52,13 @@ std::shared_ptr<Translator> makeTranslator() {
 
 BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command,
                                                  DWORD retryMaximum, DWORD retryDelay, UiRoutine uiRoutine,
-                                                 TelemetryFactory telemetry)
+                                                 TelemetryFactory telemetry, RunHooks hooks)
     : CBalBaseBootstrapperApplication(engine, command, retryMaximum, retryDelay),
       m_logger(engine),
       m_engine(engine),
       m_command(command),
       m_uiRoutine(uiRoutine),
+      m_hooks(std::move(hooks)),
       m_action(command->action),
       m_userDisplay(command->display),
       m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
@@ -95,7 +81,7 @@ BootstrapperApplication::~BootstrapperApplication() {
 }
 
 void BootstrapperApplication::takeEnvironment() {
-    for (const auto& pair : handedOn) {
+    for (const auto& pair : reloadEnvironment) {
         const std::wstring value = getEnvironmentText(pair.environment);
         if (!value.empty()) m_engine->SetVariableString(pair.variable, value.c_str());
     }
@@ -119,11 +105,9 @@ void BootstrapperApplication::setShortcutTitles() {
 void BootstrapperApplication::setProductVariables() {
     m_engine->SetVariableString(L"PRODUCT_DISPLAY_NAME", L"Palisade app");
     m_engine->SetVariableString(L"PDX_SHORTCUT_NAME", L"Palisade");
-    const bool migration = getConfigBool("app.meridian.enableMigration", false);
     m_engine->SetVariableNumeric(L"PDX_ALLOW_WINDOWS_7", getConfigBool("qa.installer.allowWindows7", true));
-    m_engine->SetVariableNumeric(L"PDX_MERIDIAN_ENABLE", migration);
-    if (migration && !getConfigBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled())
-        m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 1);
+    m_engine->SetVariableNumeric(L"PDX_MERIDIAN_ENABLE", getConfigBool("app.meridian.enableMigration", false));
+    if (isOlderClientTo(OlderClientFate::goes)) m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 1);
 }
 
 std::wstring BootstrapperApplication::GetEngineVariable(const std::wstring& name, bool format) const {
@@ -171,12 +155,15 @@ void BootstrapperApplication::quit(DWORD code) {
     m_engine->Quit(code);
 }
 
-void BootstrapperApplication::requestRepairReload() {
+void BootstrapperApplication::requestReload(ReloadPurpose purpose) {
+    const wchar_t* const mode = purpose == ReloadPurpose::repair ? L"PDX_REPAIR" : L"PDX_MERIDIAN_MODE";
     m_shutdownResult = resultReloadBootstrapper;
-    SetEnvironmentVariableW(L"PDX_REPAIR", L"1");
-    m_engine->SetVariableNumeric(L"PDX_REPAIR", 1);
+    SetEnvironmentVariableW(mode, L"1");
+    m_engine->SetVariableNumeric(mode, 1);
     quit(0);
 }
+
+void BootstrapperApplication::requestRepairReload() { requestReload(ReloadPurpose::repair); }
 
 void BootstrapperApplication::UpdateInstallStatus(HRESULT hr) {
     HRESULT before = 0;
@@ -210,6 +197,11 @@ void BootstrapperApplication::mergeContext(const Json& attributes) {
 void BootstrapperApplication::setOperation(Operation operation) {
     const std::lock_guard guard(m_stateLock);
     m_lastOperation = operation;
+}
+
+HRESULT BootstrapperApplication::installStatus() const {
+    const std::lock_guard guard(m_stateLock);
+    return m_status.status;
 }
 
 BootstrapperApplication::State BootstrapperApplication::state() const {

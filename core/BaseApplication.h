@@ -136,8 +136,7 @@ class CBalBaseBootstrapperApplication : public IBootstrapperApplication {
 
   private:
     /// Tells progress to the engine that runs this one embedded. Returns 0, the parent's answer, or -1 when it could
-    /// not be told; the failure is logged with the given text, straight to the engine as all
-    /// of this layer's errors are.
+    /// not be told. That is logged with the given text, and straight to the engine: this layer is below the logger.
     int sendEmbeddedProgress(DWORD progress, DWORD overall, const char* failure);
     int progressAnswer(DWORD progress, DWORD overall, const char* failure);
 

@@ -3,9 +3,7 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -18,14 +16,22 @@
 #include "core/rules/Operations.h"
 #include "core/rules/RunEvents.h"
 #include "core/rules/Startup.h"
+#include "core/RunHooks.h"
 #include "core/TelemetryLife.h"
 #include "platform/Handles.h"
 #include "platform/Log.h"
 #include "platform/rules/InstallerVersion.h"
+#include "platform/rules/ProgramErrors.h"
 #include "platform/Thread.h"
 #include "state/rules/MeridianMessages.h"
 
 namespace pdx {
+
+/// What the engine is to load the library anew for.
+enum class ReloadPurpose {
+    repair,
+    migration,  ///< the older client is to go although the client is installed already
+};
 
 class BootstrapperApplication : public CBalBaseBootstrapperApplication {
   public:
@@ -37,7 +43,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// the command outlive the object. Without a telemetry factory the run tells nobody. Throws nothing but what memory
     /// exhaustion throws.
     BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command, DWORD retryMaximum,
-                            DWORD retryDelay, UiRoutine uiRoutine, TelemetryFactory telemetry);
+                            DWORD retryDelay, UiRoutine uiRoutine, TelemetryFactory telemetry, RunHooks hooks = {});
     ~BootstrapperApplication() override;
 
     // ---- What the dialog and the steps around the engine ask of the application; any thread unless said otherwise.
@@ -56,12 +62,15 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// Waits while a prompt of another message is open.
     int sendAppMessage(UINT message, WPARAM wparam = 0, LPARAM lparam = 0);
 
+    /// The status that tells the outcome, as far as it is known.
+    HRESULT installStatus() const;
     /// Takes the status of a step into the one that tells the outcome; logs a change.
     void UpdateInstallStatus(HRESULT hr);
     /// Makes the engine end the run with that code. From then on detection leads to nothing: the engine finishes a
     /// detection that is under way and reports it all the same.
     void quit(DWORD code);
-    /// Makes the engine load the library anew in repair mode when this run ends.
+    /// Asks the engine to end this run and then to load the library anew, in the mode that the reload is for.
+    void requestReload(ReloadPurpose purpose);
     void requestRepairReload();
 
     IBootstrapperEngine* engine() const { return m_engine; }
@@ -174,19 +183,14 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void STDMETHODCALLTYPE OnLaunchApprovedExeComplete(HRESULT hrStatus, DWORD dwProcessId) override;
 
   protected:
-    /// What is known of the current callback and of the last error, for tests and reports; a copy of the moment.
+    /// What is known of the current callback and of the last error; a copy of the moment, which takes the whole context
+    /// along.
     struct State {
         int32_t lastOperation;
         nlohmann::json context;
         InstallStatus status;
     };
     State state() const;
-
-    /// The clock and the pauses of the wait before a download is retried; tests put their own in the place.
-    virtual std::chrono::milliseconds steadyTime() const;
-    virtual void pauseFor(std::chrono::milliseconds time) const;
-    /// The address of the installer that is to take this one's place, if the update service names one. Waits for it.
-    virtual std::optional<std::wstring> newerInstaller(const std::string& currentVersion) const;
 
   private:
     using Json = nlohmann::json;
@@ -261,6 +265,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     IBootstrapperEngine* m_engine;
     const BOOTSTRAPPER_COMMAND* m_command;
     UiRoutine m_uiRoutine;
+    const RunHooks m_hooks;
     std::atomic<BOOTSTRAPPER_ACTION> m_action;
     BOOTSTRAPPER_DISPLAY m_userDisplay;
     TelemetryLife m_telemetry;

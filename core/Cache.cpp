@@ -15,14 +15,6 @@ namespace pdx {
 
 using Base = CBalBaseBootstrapperApplication;
 
-std::chrono::milliseconds BootstrapperApplication::steadyTime() const {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch());
-}
-
-void BootstrapperApplication::pauseFor(std::chrono::milliseconds time) const {
-    Sleep(static_cast<DWORD>(time.count()));
-}
-
 int BootstrapperApplication::OnCacheBegin() {
     PDX_LOG(logTrace, "BootstrapperApplication::OnCacheBegin", "Entering OnCacheBegin");
     replaceContext(operationCacheBegin);
@@ -106,15 +98,13 @@ int BootstrapperApplication::OnCacheAcquireComplete(LPCWSTR wzPackageOrContainer
 }
 
 bool BootstrapperApplication::retryDownload(HRESULT hrStatus) {
-    const DownloadFailure failure = afterDownloadFailure(m_downloadRetries);
+    const DownloadFailure failure = nextAttempt(m_downloadRetries);
     m_downloadRetries = failure.failures;
     tellDownloadFailed(hrStatus, {{"auto_retry", failure.retry ? "true" : "false"}});
     if (!failure.retry) return false;
     PDX_LOG(logInfo, "BootstrapperApplication::OnCacheAcquireComplete", "Waiting %llds before auto retry",
             failure.waitSeconds);
-    waitBeforeRetry(
-        failure.waitSeconds, [this] { return steadyTime(); }, [this](auto time) { pauseFor(time); },
-        [this] { return isCanceled(); });
+    waitBeforeRetry(failure.waitSeconds, m_hooks.steadyTime, m_hooks.pause, [this] { return isCanceled(); });
     return true;
 }
 

@@ -5,7 +5,8 @@
 #include "core/rules/Names.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
-#include "state/UpdateCheck.h"
+#include "platform/rules/Version.h"
+#include "state/rules/UpdateRules.h"
 
 namespace pdx {
 
@@ -46,14 +47,10 @@ int BootstrapperApplication::OnDetectUpdateBegin(LPCWSTR wzUpdateLocation, int n
     return Base::OnDetectUpdateBegin(wzUpdateLocation, nRecommendation);
 }
 
-std::optional<std::wstring> BootstrapperApplication::newerInstaller(const std::string& currentVersion) const {
-    return findNewerInstaller(currentVersion);
-}
-
 void BootstrapperApplication::checkForUpdate() {
     // The page stands before the network is waited for.
     sendAppMessage(WM_BA_DETECT_UPDATE_BEGIN);
-    const auto address = newerInstaller(GetCurrentVersion());
+    const auto address = m_hooks.newerInstaller(GetCurrentVersion());
     if (!address) return;
     // Neither size nor hash is known: the engine takes what it is sent.
     const HRESULT hr =

@@ -8,6 +8,7 @@
 #include "core/rules/PackageLog.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
+#include "platform/rules/ClientPackage.h"
 #include "state/FileLocks.h"
 
 namespace pdx {

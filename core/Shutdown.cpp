@@ -44,7 +44,7 @@ int BootstrapperApplication::OnShutdown() {
         m_telemetry.handOn();
         return resultReloadBootstrapper;
     }
-    switch (outcomeOf(state().status.status)) {
+    switch (outcomeOf(installStatus())) {
         case Outcome::cancelled:
             PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s",
                     runCancelWord(m_logoutExit));

@@ -8,6 +8,7 @@
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
 #include "platform/Processes.h"
+#include "platform/rules/CommandLine.h"
 #include "state/OlderClient.h"
 #include "telemetry/InstallTelemetry.h"
 #include "telemetry/Locale.h"
@@ -95,7 +96,7 @@ void BootstrapperApplication::tellExecutionStarted() {
 void BootstrapperApplication::tellError(HRESULT hr, const std::string& message) {
     const RunKind run = runKind();
     const std::string code = contextStatus(hr);
-    send(runMetError(run, code));
+    send(errorRaised(run, code));
     const State last = state();
     logBriskError("inst.{group}.erro", code, message, last.lastOperation, last.context);
 }

@@ -6,18 +6,9 @@
 #include "platform/Text.h"
 
 namespace pdx {
-namespace {
-
-struct LocalMemoryTraits {
-    using Value = wchar_t*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { LocalFree(value); }
-};
-
-}  // namespace
 
 std::string describeError(HRESULT result) {
-    UniqueHandle<LocalMemoryTraits> message;
+    UniqueHandle<LocalMemoryTraits<wchar_t>> message;
     // With this flag the function takes the address of a pointer in place of a buffer.
     const DWORD length = FormatMessageW(
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,

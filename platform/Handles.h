@@ -57,4 +57,12 @@ struct FileHandleTraits {
 /// Files and snapshots: INVALID_HANDLE_VALUE means none.
 using FileHandle = UniqueHandle<FileHandleTraits>;
 
+/// Memory of the system's local heap, by a pointer to what lies in it.
+template <typename Type>
+struct LocalMemoryTraits {
+    using Value = Type*;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { LocalFree(value); }
+};
+
 }  // namespace pdx

@@ -10,6 +10,7 @@
 #include "config/ConfigMap.h"
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
+#include "platform/rules/Version.h"
 #include "platform/Text.h"
 
 namespace pdx {

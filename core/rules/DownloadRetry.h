@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "core/rules/InstallStatus.h"
+#include "platform/rules/ProgramErrors.h"
 
 namespace pdx {
 
@@ -20,7 +20,7 @@ struct DownloadFailure {
 };
 
 /// The failure that follows `failures` earlier ones of the package.
-constexpr DownloadFailure afterDownloadFailure(uint32_t failures) {
+constexpr DownloadFailure nextAttempt(uint32_t failures) {
     const uint32_t count = failures + 1;
     if (count < std::size(downloadRetrySeconds)) return {count, true, downloadRetrySeconds[count]};
     return {0, false, 0};

@@ -9,14 +9,14 @@ ErrorGroup errorGroup(std::string_view code) {
         {"80070005", {"system", true}},   // access denied
         {"80070070", {"dnlv", false}},    // disk full
         {"a001051b", {"dnlv", false}},    // Windows Installer 1307: no space for a file
-        {"a0010641", {"dnlv", false}},    // Windows Installer 1601
+        {"a0010641", {"dnlv", false}},    // Windows Installer 1601: no space on a drive
         {"80070642", {"dnlv", false}},    // user exit
         {"a0000642", {"dnlv", false}},    // user exit while raising rights
         {"80070643", {"unknown", true}},  // generic failure
-        {"8007064c", {"system", true}},   // package could not be opened by the service
+        {"8007064c", {"system", true}},   // 1612, the source of a package is not there
         {"80070652", {"system", false}},  // another installation is running
-        {"80070780", {"system", true}},   // file cannot be accessed
-        {"80070783", {"system", true}},   // untrusted mount point or link
+        {"80070780", {"system", true}},   // 1920, the file cannot be accessed
+        {"80070783", {"system", true}},   // 1923, in Windows Installer a service that could not be installed
         {"80072ee2", {"network", true}},  // time-out
         {"80072efd", {"network", true}},  // cannot connect
         {"80072eff", {"network", true}},  // connection reset

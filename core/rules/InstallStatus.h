@@ -6,32 +6,13 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/rules/EngineTypes.h"
+#include "platform/rules/ProgramErrors.h"
 
 namespace pdx {
 
-using Hresult = int32_t;
-
-/// An HRESULT from an error type (the engine's, or PALISADE_ERROR_TYPE) and a code: 0xA0000000 or'ed with the type's
-/// low 11 bits and the code's low 16. 1603 of Windows Installer is 0xA0010643, our own 1150 is 0xA7FF047E.
-constexpr Hresult formError(BOOTSTRAPPER_ERROR_TYPE type, uint32_t code) {
-    return static_cast<Hresult>(0xA0000000u | (static_cast<uint32_t>(type) & 0x7FFu) << 16 | (code & 0xFFFFu));
-}
-
-/// The low word under which an HRESULT carries its code.
-constexpr uint32_t codeOf(Hresult hr) { return static_cast<uint32_t>(hr) & 0xFFFFu; }
-
-/// The user has cancelled: ERROR_INSTALL_USEREXIT, whatever the facility.
-constexpr uint32_t userExitCode = 1602;
-/// ERROR_INSTALL_FAILURE, what Windows Installer says when it says nothing.
-constexpr uint32_t genericFailureCode = 1603;
-
-/// HRESULT of a Win32 error code that is not 0.
-constexpr Hresult hresultFromWin32(uint32_t code) { return static_cast<Hresult>(0x80070000u | (code & 0xFFFFu)); }
-
 /// Whether next says something that current does not: it differs, and either its sign differs too or its code is
 /// exact (neither a user exit nor a generic failure).
-constexpr bool isTellingChange(Hresult current, Hresult next) {
+constexpr bool replacesStatus(Hresult current, Hresult next) {
     if (next == current) return false;
     if ((next < 0) != (current < 0)) return true;
     const uint32_t code = codeOf(next);
@@ -57,9 +38,9 @@ struct InstallStatus {
     /// Takes a callback's status in; operation and context are those of the moment. Returns whether status changed.
     bool update(Hresult hr, int32_t operation, const nlohmann::json& context) {
         if (hr >= 0) errorShown = false;
-        if (!isTellingChange(status, hr)) return false;
+        if (!replacesStatus(status, hr)) return false;
         status = hr;
-        if (hr < 0 && isTellingChange(lastError, hr)) {
+        if (hr < 0 && replacesStatus(lastError, hr)) {
             lastError = hr;
             errorOperation = operation;
             errorContext = context;

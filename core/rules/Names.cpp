@@ -111,9 +111,4 @@ std::string nameOfMessageBoxStyle(uint32_t style) {
                        defaultButton < std::size(defaultButtons) ? defaultButtons[defaultButton] : " | <BADDEFBTN>");
 }
 
-std::string versionText(uint64_t version) {
-    return fmt::format("{}.{}.{}.{}", version >> 48, (version >> 32) & 0xFFFF, (version >> 16) & 0xFFFF,
-                       version & 0xFFFF);
-}
-
 }  // namespace pdx

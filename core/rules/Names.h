@@ -33,7 +33,4 @@ const char* nameOfBool(bool value);
 /// "<BADDEFBTN>".
 std::string nameOfMessageBoxStyle(uint32_t style);
 
-/// "12.37.0.5294": the four 16-bit words of a 64-bit version, highest first.
-std::string versionText(uint64_t version);
-
 }  // namespace pdx

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <optional>
 #include <utility>
 
 #include "core/rules/ErrorGroups.h"
@@ -39,46 +38,6 @@ TelemetryEvent tallyDownload(const DownloadFacts& download, const char* status, 
 
 TelemetryEvent tallyRun(const RunKind& run, const char* status, const std::string& statusCode) {
     return tally(tallyNameOf(run), {{typeKeyOf(run), product}, {"status", status}, {"status_code", statusCode}});
-}
-
-/// Reads one argument of a command line as the system splits it: a quote opens and closes anywhere in it, an odd number
-/// of backslashes ahead of a quote makes it a character, and so does the third quote that counts together.
-class ArgumentReader {
-  public:
-    /// False for the blank behind the argument.
-    bool take(wchar_t c) {
-        if (c == L'"') {
-            const bool escaped = backslashes % 2 == 1;
-            backslashes = 0;
-            if (!escaped && ++quotes < 3) return true;
-            if (!escaped) quotes = 0;
-        } else {
-            if (quotes != 1 && (c == L' ' || c == L'\t')) return false;
-            if (quotes == 2) quotes = 0;
-            backslashes = c == L'\\' ? backslashes + 1 : 0;
-        }
-        read += c;
-        return true;
-    }
-
-    /// What the program gets, but for the backslashes ahead of a quote, which all stay.
-    [[nodiscard]] std::wstring_view text() const { return read; }
-    [[nodiscard]] bool quoted() const { return quotes == 1; }
-    /// What was taken last is a closing quote.
-    [[nodiscard]] bool closed() const { return quotes == 2; }
-
-  private:
-    std::wstring read;
-    size_t backslashes = 0;
-    int quotes = 0;
-};
-
-/// The program ahead of the arguments, in which only the next quote ends what a quote has begun.
-size_t programLength(std::wstring_view commandLine) {
-    const bool quoted = commandLine.starts_with(L'"');
-    const size_t last = quoted ? commandLine.find(L'"', 1) : commandLine.find_first_of(L" \t");
-    if (last == std::wstring_view::npos) return commandLine.size();
-    return quoted ? last + 1 : last;
 }
 
 }  // namespace
@@ -165,7 +124,7 @@ EventPair runCancelled(const RunKind& run, const char* word) {
 
 TelemetryEvent runFailed(const RunKind& run, const std::string& code) { return tallyRun(run, "error", code); }
 
-TelemetryEvent runMetError(const RunKind& run, const std::string& code) {
+TelemetryEvent errorRaised(const RunKind& run, const std::string& code) {
     return tally(tallyNameOf(run), {{"status", "error"}, {"status_code", code}});
 }
 
@@ -180,35 +139,6 @@ TelemetryEvent errorEvent(std::string name, const ErrorFacts& error, const Json&
     if (extra.is_object()) attributes.update(extra);
     if (error.context.is_object()) attributes["ectx"] = error.context;
     return brisk(std::move(name), std::move(attributes));
-}
-
-std::wstring hideAuthcode(std::wstring_view commandLine) {
-    constexpr std::wstring_view name = L"KESTREL_AUTHCODE=";
-    constexpr std::wstring_view hidden = L"####";
-    size_t begin = programLength(commandLine);
-    std::wstring told(commandLine.substr(0, begin));
-    while (begin < commandLine.size()) {
-        ArgumentReader argument;
-        size_t end = begin;
-        std::optional<size_t> value;
-        bool quotedWhole = false;
-        for (; end < commandLine.size() && argument.take(commandLine[end]); ++end) {
-            if (value || !argument.text().ends_with(name)) continue;
-            value = end + 1;
-            quotedWhole = argument.quoted();
-        }
-        // The quotes around the whole argument stay.
-        const size_t valueEnd = quotedWhole && argument.closed() ? end - 1 : end;
-        if (value && *value < valueEnd) {
-            told += commandLine.substr(begin, *value - begin);
-            told += hidden;
-            begin = valueEnd;
-        }
-        // With the blank that ended the argument.
-        told += commandLine.substr(begin, end + 1 - begin);
-        begin = end + 1;
-    }
-    return told;
 }
 
 }  // namespace pdx

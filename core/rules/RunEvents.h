@@ -57,11 +57,11 @@ EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, co
 EventPair downloadCancelled(const DownloadFacts& download, const char* word);
 /// The Tally event alone: its companion is an errorEvent.
 TelemetryEvent downloadFailed(const DownloadFacts& download, const std::string& code);
-/// Why a download counts as cancelled. The two stand this way round on purpose: it is what the service has always been
-/// told.
+/// The word for a cancelled download, by whether the machine is connected. The two stand this way round on purpose: the
+/// service has always been told so.
 constexpr const char* downloadCancelWord(bool connected) { return connected ? "user_offline" : "user_action"; }
 
-/// The two halves of a pair: the record takes its time, and the Tally event does not wait for it.
+/// The two halves of a pair. Told apart because the record takes long to collect, and the Tally event is not to wait.
 TelemetryEvent installStarted(const RunKind& run);
 TelemetryEvent installRecorded(const InstallTelemetry& record);
 EventPair uninstallStarted(const std::string& now, const char* pathKind);
@@ -73,7 +73,7 @@ constexpr const char* runCancelWord(bool logoutExit) { return logoutExit ? "logo
 // The Tally events alone: their companions are errorEvents.
 TelemetryEvent runFailed(const RunKind& run, const std::string& code);
 /// An error that the run may yet outlive. It bears no type, unlike all others of its kind.
-TelemetryEvent runMetError(const RunKind& run, const std::string& code);
+TelemetryEvent errorRaised(const RunKind& run, const std::string& code);
 
 /// The runtimes whose versions go with every error: attribute and bundle variable.
 struct RuntimeVersion {
@@ -97,9 +97,5 @@ struct ErrorFacts {
 };
 /// A Brisk event of an error. The attributes of extra, if it is an object, come on top, but not over the context.
 TelemetryEvent errorEvent(std::string name, const ErrorFacts& error, const nlohmann::json& extra);
-
-/// The command line without the login code: in an argument as the system splits it, however it is quoted, all behind
-/// "KESTREL_AUTHCODE=" becomes "####". Only that there is a code is told.
-std::wstring hideAuthcode(std::wstring_view commandLine);
 
 }  // namespace pdx

@@ -2,22 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <span>
-#include <string>
 #include <string_view>
-#include <utility>
 
 #include "platform/rules/EngineTypes.h"
 
 namespace pdx {
-
-/// Codes of the library's own errors.
-enum ProgramError : uint32_t {
-    errorLogFileTaken = 32,  ///< somebody else has the client package's log
-    errorSystemTooOld = 1150,
-    errorSecondInstance = 1152,
-};
 
 /// The facts of the system that the start asks for.
 struct SystemFacts {
@@ -58,19 +47,5 @@ StartupStep chooseStartupStep(const StartupFacts& facts);
 /// Whether the library's package turns up during detection although no install location was recorded. The id is
 /// compared exactly, and every state but ABSENT counts, UNKNOWN too.
 bool isClientPackagePresent(int32_t action, std::wstring_view packageId, BOOTSTRAPPER_PACKAGE_STATE state);
-
-/// A command line argument as a bundle variable: nothing if it begins with "-" or "/" or holds no "=", else the text
-/// before and behind its first "=".
-std::optional<std::pair<std::wstring, std::wstring>> variableOfArgument(std::wstring_view argument);
-
-/// The display that a run has towards the user. A newer installer that takes the place of another is always given an
-/// embedded one, also when that was started quietly, and would wait for a user who is not there: of such a run the
-/// engine's own quiet and passive switches on the command line decide, the last of them. The arguments are those behind
-/// the program.
-BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPPER_RELATION_TYPE relation,
-                                        std::span<const std::wstring> arguments);
-
-/// The client's package of the bundle.
-inline constexpr std::wstring_view clientPackageId = L"PalisadeApp.msi";
 
 }  // namespace pdx

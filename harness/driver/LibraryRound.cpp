@@ -20,7 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const wchar_t* clientPackage = L"PalisadeApp.msi";
 constexpr const wchar_t* installerMutex = L"Global\\Palisade_Desktop_Installer";
 constexpr auto secondInstanceStatus = static_cast<HRESULT>(0xA7FF0480);
 constexpr auto packageFailure = static_cast<HRESULT>(0x80070643);

@@ -13,11 +13,13 @@
 #include <vector>
 
 #include "harness/engine/SmallEngine.h"
+#include "platform/rules/ClientPackage.h"
+#include "platform/rules/ProgramErrors.h"
 
 namespace pdx {
 
 /// What the engine makes of a callback that answers IDCANCEL.
-inline constexpr auto userExit = static_cast<HRESULT>(0x80070642);
+inline constexpr auto userExit = hresultFromWin32(userExitCode);
 
 struct ScriptedMessage {
     int type = 0;  ///< INSTALLMESSAGE_*, with or without style bits
@@ -64,13 +66,13 @@ struct ScriptedPayload {
 };
 
 struct ScriptedPackage {
-    std::wstring id = L"PalisadeApp.msi";
+    std::wstring id = clientPackageId;
     BOOTSTRAPPER_PACKAGE_STATE state = BOOTSTRAPPER_PACKAGE_STATE_ABSENT;
     bool vital = true;
     HRESULT detect = S_OK;
     HRESULT plan = S_OK;
     std::vector<std::wstring> features = {};
-    std::vector<ScriptedPayload> payloads = {{.id = L"PalisadeApp.msi"}};
+    std::vector<ScriptedPayload> payloads = {{.id = clientPackageId}};
     std::vector<ExecuteEvent> events = {ScriptedProgress{0}, ScriptedProgress{50}, ScriptedProgress{100}};
     Attempts execute = {};
     BOOTSTRAPPER_APPLY_RESTART restart = BOOTSTRAPPER_APPLY_RESTART_NONE;

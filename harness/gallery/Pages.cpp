@@ -13,8 +13,7 @@ namespace {
 
 constexpr auto connectionLost = static_cast<HRESULT>(0x80072EE7);
 constexpr auto blockedByPolicy = static_cast<HRESULT>(0x800704EC);
-constexpr DWORD errorOldSystem = 1150, errorSecondInstance = 1152, errorDiskFull = 1336, errorUserExit = 1602,
-                errorTimeout = 25000, errorAny = 1603;
+constexpr DWORD errorDiskFull = 1336, errorTimeout = 25000;
 
 /// A run of the installer as far as its dialog sees it: engine, application, dialog, all on this thread.
 struct Stage {
@@ -105,16 +104,17 @@ constexpr Stop installStops[] = {
     {"uninstalling-older-client", send<WM_BA_UNINSTALLING_BASTION>},
     {"repair", send<WM_BA_REPAIR_INITIALIZING>},
     {"sending-report", send<WM_BA_SENDING_ERROR_REPORT>},
-    {"error-old-system", fail<errorOldSystem>, IDC_ACTION1},
+    {"error-old-system", fail<errorSystemTooOld>, IDC_ACTION1},
     {"error-second-instance", fail<errorSecondInstance>, IDC_ACTION1},
     {"error-disk-full", fail<errorDiskFull>, IDC_ACTION1},
-    {"error-not-elevated", fail<errorUserExit, BOOTSTRAPPER_ERROR_TYPE_ELEVATE, MB_RETRYCANCEL>, IDC_ACTION2},
+    {"error-not-elevated", fail<userExitCode, BOOTSTRAPPER_ERROR_TYPE_ELEVATE, MB_RETRYCANCEL>, IDC_ACTION2},
     {"error-timeout", fail<errorTimeout>, IDC_ACTION1},
-    {"error-unknown", fail<errorAny>, IDC_ACTION1},
-    {"error-ok-cancel", fail<errorAny, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_OKCANCEL>, IDC_ACTION1},
-    {"error-abort-retry-ignore", fail<errorAny, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_ABORTRETRYIGNORE>, IDC_ACTION3},
-    {"error-yes-no-cancel", fail<errorAny, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_YESNOCANCEL>, IDC_ACTION3},
-    {"error-cancel-try-continue", fail<errorAny, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_CANCELTRYCONTINUE>,
+    {"error-unknown", fail<genericFailureCode>, IDC_ACTION1},
+    {"error-ok-cancel", fail<genericFailureCode, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_OKCANCEL>, IDC_ACTION1},
+    {"error-abort-retry-ignore", fail<genericFailureCode, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_ABORTRETRYIGNORE>,
+     IDC_ACTION3},
+    {"error-yes-no-cancel", fail<genericFailureCode, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_YESNOCANCEL>, IDC_ACTION3},
+    {"error-cancel-try-continue", fail<genericFailureCode, BOOTSTRAPPER_ERROR_TYPE_EXE_PACKAGE, MB_CANCELTRYCONTINUE>,
      IDC_ACTION3},
     {"already-installed", send<WM_BA_PROMPT_ALREADY_INSTALLED>, IDC_ACTION1},
     {"restart-required", [](Stage& s) { s.send(WM_BA_APPLY_COMPLETE, S_OK, BOOTSTRAPPER_APPLY_RESTART_REQUIRED); },

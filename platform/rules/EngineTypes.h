@@ -1,4 +1,4 @@
-// The engine's published enumerations and result codes, and the names under which they are logged.
+// The engine's published enumerations and result codes.
 // No platform header: rules and their host build use these values too.
 #pragma once
 

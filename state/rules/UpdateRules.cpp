@@ -15,23 +15,6 @@ uint32_t hashOf(std::string_view text) {
     return hash;
 }
 
-bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-/// Reads one number as scanf's "%hu" does, blanks and a sign in front of it included, off the head of the text.
-std::optional<uint16_t> takeNumber(std::string_view& text) {
-    std::string_view rest = text;
-    while (!rest.empty() && isSpace(rest.front())) rest.remove_prefix(1);
-    const bool negative = rest.starts_with('-');
-    if (negative || rest.starts_with('+')) rest.remove_prefix(1);
-    if (rest.empty() || !isDigit(rest.front())) return std::nullopt;
-    uint32_t number = 0;
-    for (; !rest.empty() && isDigit(rest.front()); rest.remove_prefix(1))
-        number = (number * 10 + static_cast<uint32_t>(rest.front() - '0')) & 0xFFFF;
-    text = rest;
-    return static_cast<uint16_t>(negative ? 0 - number : number);
-}
-
 }  // namespace
 
 std::string addressText(std::span<const uint8_t> address) { return fmt::format("{:02x}", fmt::join(address, "-")); }
@@ -41,28 +24,12 @@ uint32_t updateBucketOf(std::string_view address) {
     return chooseBucket([&] { return static_cast<uint32_t>(generator()); });
 }
 
-uint64_t parseVersion64(std::string_view text) {
-    uint64_t version = 0;
-    for (int shift = 48; shift >= 0; shift -= 16) {
-        const auto number = takeNumber(text);
-        if (!number) break;
-        version |= uint64_t{*number} << shift;
-        if (!text.starts_with('.')) break;
-        text.remove_prefix(1);
-    }
-    return version;
-}
-
 std::string recommendedVersionOf(std::string_view reply) {
     try {
         return nlohmann::json::parse(reply).at("recommended").at("version").get<std::string>();
     } catch (...) {
         return {};
     }
-}
-
-bool isNewerVersion(std::string_view recommended, std::string_view current) {
-    return parseVersion64(recommended) > parseVersion64(current);
 }
 
 std::string updatePathOf(uint32_t bucket) {

@@ -43,15 +43,8 @@ uint32_t chooseBucket(Draw&& draw) {
 /// The bucket of an address, from 1 to 100: the same for ever, in every version. The empty address has one too.
 uint32_t updateBucketOf(std::string_view address);
 
-/// "a.b.c.d" as one number with 16 bits a part, a highest. What cannot be read, and all behind it, is 0; a part keeps
-/// its low 16 bits.
-uint64_t parseVersion64(std::string_view text);
-
 /// The version that the service's reply recommends; empty if the reply is anything else.
 std::string recommendedVersionOf(std::string_view reply);
-
-/// Whether the recommended version is newer; an empty one is not.
-bool isNewerVersion(std::string_view recommended, std::string_view current);
 
 /// The path under which the service answers for a bucket.
 std::string updatePathOf(uint32_t bucket);

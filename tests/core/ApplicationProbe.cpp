@@ -92,6 +92,21 @@ std::vector<std::string> RecordingTelemetry::notes() const {
     return noted;
 }
 
+RunHooks FakeWorld::hooks() {
+    RunHooks hooks;
+    hooks.steadyTime = [this] { return clock; };
+    hooks.pause = [this](std::chrono::milliseconds time) {
+        clock += time;
+        if (onPause) onPause();
+    };
+    hooks.newerInstaller = [this](const std::string& currentVersion) {
+        updatesAsked.push_back(currentVersion);
+        if (onUpdateAsked) onUpdateAsked();
+        return newer;
+    };
+    return hooks;
+}
+
 Bench::Bench(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, UiThread uiThread, MakeTelemetry makeTelemetry)
     : uiThreadRoutine(uiThread), telemetryMaker(makeTelemetry) {
     command.action = action;
@@ -103,7 +118,7 @@ Bench::~Bench() { release(); }
 
 ProbedApplication& Bench::app() {
     if (!application) {
-        application = new ProbedApplication(&engine, &command, 0, 1000, uiThreadRoutine, telemetryMaker);
+        application = new ProbedApplication(&engine, &command, 0, 1000, uiThreadRoutine, telemetryMaker, world.hooks());
         telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
     }
     return *application;

@@ -72,36 +72,24 @@ class RecordingTelemetry : public TelemetryManager {
     std::vector<std::string> noted;
 };
 
+/// The world around a run, as a test wants it; outlives the application.
+struct FakeWorld {
+    [[nodiscard]] RunHooks hooks();
+
+    std::chrono::milliseconds clock{0};
+    /// What the update service names, and the versions with which it was asked.
+    std::optional<std::wstring> newer;
+    std::vector<std::string> updatesAsked;
+    /// Called at each pause, and while the update service is asked.
+    std::function<void()> onPause;
+    std::function<void()> onUpdateAsked;
+};
+
 class ProbedApplication : public BootstrapperApplication {
   public:
     using BootstrapperApplication::BootstrapperApplication;
     using BootstrapperApplication::state;
     using BootstrapperApplication::State;
-
-    /// The seconds that were waited for retries, none of them in earnest.
-    [[nodiscard]] double waitedSeconds() const { return static_cast<double>(clock.count()) / 1000; }
-    /// What the update service names, and the versions with which it was asked.
-    std::optional<std::wstring> newer;
-    mutable std::vector<std::string> updatesAsked;
-    /// Called at each pause, and while the update service is asked.
-    std::function<void()> onPause;
-    std::function<void()> onUpdateAsked;
-
-  protected:
-    std::chrono::milliseconds steadyTime() const override { return clock; }
-    void pauseFor(std::chrono::milliseconds time) const override {
-        clock += time;
-        if (onPause) onPause();
-    }
-
-    std::optional<std::wstring> newerInstaller(const std::string& currentVersion) const override {
-        updatesAsked.push_back(currentVersion);
-        if (onUpdateAsked) onUpdateAsked();
-        return newer;
-    }
-
-  private:
-    mutable std::chrono::milliseconds clock{0};
 };
 
 /// An application on a small engine whose bundle variables are preset as a bundle presets them.
@@ -126,8 +114,12 @@ class Bench {
     /// Runs from OnStartup to OnShutdown.
     RunOutcome run(EngineScript script = {}, SlotHook hook = {});
 
+    /// The seconds that were waited for retries, none of them in earnest.
+    [[nodiscard]] double waitedSeconds() const { return static_cast<double>(world.clock.count()) / 1000; }
+
     SmallEngine engine;
     BOOTSTRAPPER_COMMAND command = {};
+    FakeWorld world;
 
   private:
     UiThread uiThreadRoutine;

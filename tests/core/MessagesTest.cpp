@@ -135,7 +135,7 @@ TEST(Messages, OfTheClientsStatusRegardNoCaseOfItsId) {
 TEST(Downloads, AreRetriedThreeTimesInAPackage) {
     AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
     Bench bench;
-    withDialog(bench, [](App& app) {
+    withDialog(bench, [&bench](App& app) {
         const auto attempt = [&app](const wchar_t* payload, HRESULT hr) {
             app.OnCacheAcquireBegin(L"p", payload, BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD, L"s");
             return app.OnCacheAcquireComplete(L"p", payload, hr, 0);
@@ -143,23 +143,23 @@ TEST(Downloads, AreRetriedThreeTimesInAPackage) {
         app.OnCachePackageBegin(L"p", 2, 1);
         // The count goes on over the payloads and over a success.
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(app.waitedSeconds(), 1);
+        EXPECT_EQ(bench.waitedSeconds(), 1);
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(app.waitedSeconds(), 1 + 5);
+        EXPECT_EQ(bench.waitedSeconds(), 1 + 5);
         EXPECT_EQ(attempt(L"a", S_OK), dialogsAnswer);
         EXPECT_EQ(attempt(L"b", failed), resultRetry);
-        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30);
+        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30);
         EXPECT_EQ(attempt(L"b", failed), dialogsAnswer) << "the user is asked";
         EXPECT_EQ(attempt(L"b", failed), resultRetry) << "and may start over";
-        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30 + 1);
+        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30 + 1);
         app.OnCachePackageBegin(L"q", 1, 1);
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
         // Neither a cancel by status nor what is no download is retried.
         EXPECT_EQ(attempt(L"a", static_cast<HRESULT>(0x80070642)), dialogsAnswer);
         app.OnCacheAcquireBegin(L"q", L"c", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
         EXPECT_EQ(app.OnCacheAcquireComplete(L"q", L"c", failed, 0), dialogsAnswer);
-        EXPECT_EQ(app.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
     });
     EXPECT_TRUE(bench.engine.findLog(L"Waiting 30s before auto retry"));
     EXPECT_TRUE(bench.engine.findLog(L"ecod[80072ee2]"));
@@ -170,9 +170,9 @@ TEST(Downloads, HearACancelWhileTheyWait) {
     App& app = bench.app();
     app.OnCachePackageBegin(L"p", 1, 1);
     app.OnCacheAcquireBegin(L"p", L"a", BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD, L"s");
-    app.onPause = [&app] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
+    bench.world.onPause = [&app] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
     EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"a", failed, 0), IDCANCEL);
-    EXPECT_EQ(app.waitedSeconds(), 0.25);
+    EXPECT_EQ(bench.waitedSeconds(), 0.25);
 }
 
 TEST(ClientLog, ThatSomebodyHoldsIsAnError) {

@@ -361,10 +361,10 @@ TEST(RunTelemetry, TellsACancelledDownloadOnceAndNothingOfTheWaitBeforeARetry) {
     App& app = bench.app();
     beginDownload(app);
     size_t before = 0;
-    app.onPause = [&] {
+    bench.world.onPause = [&] {
         before = bench.told().size();
         app.PromptCancel(nullptr, TRUE, nullptr, nullptr);
-        app.onPause = {};
+        bench.world.onPause = {};
     };
     EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"l", failed, 0), IDCANCEL);
     EXPECT_EQ(bench.told().size(), before);
@@ -467,11 +467,11 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
             std::istringstream settings(row.settings);
             g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));  // behind the constructor's own
         }
-        app.newer = row.newer;
-        if (row.cancelled) app.onUpdateAsked = [&] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
+        bench.world.newer = row.newer;
+        if (row.cancelled) bench.world.onUpdateAsked = [&] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
         app.OnStartup();
         EXPECT_EQ(app.OnDetectUpdateBegin(L"feed", 7), row.cancelled ? IDCANCEL : 7);
-        EXPECT_EQ(app.updatesAsked, row.asks ? Texts{row.version} : Texts{});
+        EXPECT_EQ(bench.world.updatesAsked, row.asks ? Texts{row.version} : Texts{});
         EXPECT_EQ(dialog.numbers(), row.asks ? std::vector<UINT>{WM_BA_DETECT_UPDATE_BEGIN} : std::vector<UINT>{});
         EXPECT_THAT(
             bench.engine.callTexts("SetUpdate"),

@@ -1,6 +1,5 @@
 // What the buttons do.
-#include "config/ConfigMap.h"
-#include "state/OlderClient.h"
+#include "state/OlderClientFate.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
 
@@ -56,8 +55,7 @@ void BootstrapperDialog::OnStartInstall() {
     SetInstallFolder(folder);
     app.engine()->SetVariableString(L"CreateDesktopShortcut", shortcutCheck->IsChecked() ? L"1" : L"");
     app.sendMeridianStartClick(startLetsGo);
-    if (getConfigBool("app.meridian.enableMigration", false) &&
-        getConfigBool("app.meridian.promptBastionUninstall", false) && isBastionInstalled()) {
+    if (isOlderClientTo(OlderClientFate::asks)) {
         const int32_t answer = OfferBastionUninstall();
         app.engine()->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", answer == IDOK);
         if (answer == IDOK) app.sendBastionOverlayClick(overlayUninstall);

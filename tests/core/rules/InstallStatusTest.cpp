@@ -5,26 +5,11 @@
 #include <vector>
 
 #include "core/rules/ErrorGroups.h"
-#include "core/rules/Startup.h"
 
 namespace pdx {
 namespace {
 
 constexpr Hresult hr(uint32_t bits) { return static_cast<Hresult>(bits); }
-
-TEST(FormError, CombinesTypeAndCode) {
-    const std::tuple<BOOTSTRAPPER_ERROR_TYPE, uint32_t, uint32_t> rows[] = {
-        {BOOTSTRAPPER_ERROR_TYPE_ELEVATE, 1602, 0xA0000642},
-        {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, 1603, 0xA0010643},
-        {PALISADE_ERROR_TYPE, errorSystemTooOld, 0xA7FF047E},
-        {PALISADE_ERROR_TYPE, errorSecondInstance, 0xA7FF0480},
-        {PALISADE_ERROR_TYPE, errorLogFileTaken, 0xA7FF0020},
-        {PALISADE_ERROR_TYPE, 0x241, 0xA7FF0241},
-        {PALISADE_ERROR_TYPE, 25000, 0xA7FF61A8},
-        {static_cast<BOOTSTRAPPER_ERROR_TYPE>(0x7FFFFFFF), 0x80070005, 0xA7FF0005},
-    };
-    for (const auto& [type, code, result] : rows) EXPECT_EQ(formError(type, code), hr(result)) << std::hex << result;
-}
 
 TEST(InstallStatus, KeepsTheMostTellingCode) {
     struct Step {

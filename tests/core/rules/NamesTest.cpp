@@ -55,10 +55,5 @@ TEST(Names, OfMessageBoxStyles) {
     for (const auto& [style, name] : rows) EXPECT_EQ(nameOfMessageBoxStyle(style), name) << style;
 }
 
-TEST(Names, OfVersions) {
-    EXPECT_EQ(versionText(0x000C0025000014AE), "12.37.0.5294");
-    EXPECT_EQ(versionText(UINT64_MAX), "65535.65535.65535.65535");
-}
-
 }  // namespace
 }  // namespace pdx

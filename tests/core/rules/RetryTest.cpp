@@ -77,7 +77,7 @@ TEST(DownloadRetry, WaitsOneFiveThirtySecondsAndGivesUp) {
         {3, {0, false, 0}},
     };
     for (const auto& [earlier, result] : rows) {
-        const DownloadFailure failure = afterDownloadFailure(earlier);
+        const DownloadFailure failure = nextAttempt(earlier);
         EXPECT_EQ(failure.failures, result.failures) << earlier;
         EXPECT_EQ(failure.retry, result.retry) << earlier;
         EXPECT_EQ(failure.waitSeconds, result.waitSeconds) << earlier;

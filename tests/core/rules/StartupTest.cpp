@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-
 #include "core/rules/RunValue.h"
 
 namespace pdx {
@@ -58,54 +56,11 @@ TEST(Startup, FindsTheClientsPackage) {
         isClientPackagePresent(BOOTSTRAPPER_ACTION_UNINSTALL, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_PRESENT));
 }
 
-TEST(Startup, TurnsArgumentsIntoVariables) {
-    // name: null: no variable
-    const std::tuple<std::wstring_view, const wchar_t*, const wchar_t*> rows[] = {
-        {L"A=B=C", L"A", L"B=C"},     {L"A=", L"A", L""},
-        {L"=B", L"", L"B"},           {L"InstallFolder=C:\\Spiele \u00fc", L"InstallFolder", L"C:\\Spiele \u00fc"},
-        {L"/X=1", nullptr, nullptr},  {L"-X=1", nullptr, nullptr},
-        {L"quiet", nullptr, nullptr}, {L"", nullptr, nullptr},
-    };
-    for (const auto& [argument, name, value] : rows) {
-        const auto variable = variableOfArgument(argument);
-        ASSERT_EQ(variable.has_value(), name != nullptr) << testing::PrintToString(argument);
-        if (!variable) continue;
-        EXPECT_EQ(variable->first, name);
-        EXPECT_EQ(variable->second, value);
-    }
-}
-
 TEST(RunValue, BelongsToAFolder) {
     EXPECT_TRUE(isRunValueOfFolder(L"\"c:\\games\\palisade\\launcher.exe\" -silent", L"c:\\games\\palisade\\"));
     EXPECT_FALSE(isRunValueOfFolder(L"\"c:\\other\\launcher.exe\"", L"c:\\games\\palisade\\"));
     EXPECT_FALSE(isRunValueOfFolder(L"anything", L""));
     EXPECT_EQ(runCommand(L"C:\\P\\l.exe"), L"\"C:\\P\\l.exe\" -silent");
-}
-
-TEST(Startup, TakesTheDisplayOfAnUpdateFromTheCommandLine) {
-    constexpr auto embedded = BOOTSTRAPPER_DISPLAY_EMBEDDED, none = BOOTSTRAPPER_DISPLAY_NONE,
-                   passive = BOOTSTRAPPER_DISPLAY_PASSIVE;
-    const std::pair<std::vector<std::wstring>, BOOTSTRAPPER_DISPLAY> rows[] = {
-        {{}, embedded},
-        {{L"/quiet"}, none},
-        {{L"-burn.related.update", L"-QUIET"}, none},
-        {{L"/q"}, none},
-        {{L"-S"}, none},
-        {{L"/Silent"}, none},
-        {{L"/passive"}, passive},
-        {{L"/quiet", L"/passive"}, passive},
-        {{L"/passive", L"-q"}, none},
-        {{L"quiet"}, embedded},
-        {{L"/quieter"}, embedded},
-        {{L"A=/quiet"}, embedded},
-        {{L"/log", L"/quiet"}, embedded},
-        {{L"/l", L"x", L"/quiet"}, none},
-        {{L"/log"}, embedded},
-    };
-    for (const auto& [arguments, display] : rows) {
-        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPDATE, arguments), display);
-        EXPECT_EQ(displayTowardsUser(embedded, BOOTSTRAPPER_RELATION_UPGRADE, arguments), embedded);
-    }
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include "ui/dialog/rules/PageFlow.h"
 
+#include "platform/rules/ProgramErrors.h"
+
 namespace pdx {
 namespace {
-
-constexpr uint32_t userExit = 1602;
 
 struct ErrorRow {
     uint32_t code;
@@ -11,8 +11,8 @@ struct ErrorRow {
 };
 
 constexpr ErrorRow errorRows[] = {
-    {1150, {L"INSTALLER_ERROR_OS_TITLE", L"INSTALLER_ERROR_OS"}},
-    {1152, {L"INSTALLER_ERROR_TITLE", L"INSTALLER_ERROR_SINGLE_INSTANCE"}},
+    {errorSystemTooOld, {L"INSTALLER_ERROR_OS_TITLE", L"INSTALLER_ERROR_OS"}},
+    {errorSecondInstance, {L"INSTALLER_ERROR_TITLE", L"INSTALLER_ERROR_SINGLE_INSTANCE"}},
     {1336, {L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"}},
     {1601, {L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"}},
     {25000, {L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_TITLE", L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_BODY"}},
@@ -24,7 +24,7 @@ constexpr ErrorText unknown = {L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERR
 }  // namespace
 
 ErrorText errorText(uint32_t errorType, uint32_t code) {
-    if (code == userExit && errorType == BOOTSTRAPPER_ERROR_TYPE_ELEVATE) return noRights;
+    if (code == userExitCode && errorType == BOOTSTRAPPER_ERROR_TYPE_ELEVATE) return noRights;
     for (const ErrorRow& row : errorRows)
         if (row.code == code) return row.text;
     return unknown;

@@ -1,0 +1,29 @@
+// What a run asks of the world outside the engine and may have to be spared in a test.
+#pragma once
+
+#include <windows.h>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "state/UpdateCheck.h"
+
+namespace pdx {
+
+/// Each is the real one unless another is put in its place.
+struct RunHooks {
+    /// The clock of the wait before a download is retried, and the pauses of that wait.
+    std::function<std::chrono::milliseconds()> steadyTime = [] {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now().time_since_epoch());
+    };
+    std::function<void(std::chrono::milliseconds)> pause = [](std::chrono::milliseconds time) {
+        Sleep(static_cast<DWORD>(time.count()));
+    };
+    /// The address of the installer that is to take this one's place, if the update service names one. Waits for it.
+    std::function<std::optional<std::wstring>(const std::string& currentVersion)> newerInstaller = findNewerInstaller;
+};
+
+}  // namespace pdx

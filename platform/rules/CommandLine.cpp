@@ -1,0 +1,117 @@
+#include "platform/rules/CommandLine.h"
+
+namespace pdx {
+namespace {
+
+struct DisplaySwitch {
+    std::wstring_view word;
+    BOOTSTRAPPER_DISPLAY display;
+};
+
+/// As the engine takes them.
+constexpr DisplaySwitch displaySwitches[] = {
+    {L"q", BOOTSTRAPPER_DISPLAY_NONE},          {L"quiet", BOOTSTRAPPER_DISPLAY_NONE},
+    {L"s", BOOTSTRAPPER_DISPLAY_NONE},          {L"silent", BOOTSTRAPPER_DISPLAY_NONE},
+    {L"passive", BOOTSTRAPPER_DISPLAY_PASSIVE},
+};
+
+/// The word of "/Word" or "-Word" in lower case; empty for another argument.
+std::wstring switchOf(std::wstring_view argument) {
+    if (!argument.starts_with(L'-') && !argument.starts_with(L'/')) return {};
+    std::wstring word(argument.substr(1));
+    for (wchar_t& c : word)
+        if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c - L'A' + L'a');
+    return word;
+}
+
+/// Reads one argument of a command line as the system splits it: a quote opens and closes anywhere in it, an odd number
+/// of backslashes ahead of a quote makes it a character, and so does the third quote that counts together.
+class ArgumentReader {
+  public:
+    /// False for the blank behind the argument.
+    bool take(wchar_t c) {
+        if (c == L'"') {
+            const bool escaped = backslashes % 2 == 1;
+            backslashes = 0;
+            if (!escaped && ++quotes < 3) return true;
+            if (!escaped) quotes = 0;
+        } else {
+            if (quotes != 1 && (c == L' ' || c == L'\t')) return false;
+            if (quotes == 2) quotes = 0;
+            backslashes = c == L'\\' ? backslashes + 1 : 0;
+        }
+        read += c;
+        return true;
+    }
+
+    /// What the program gets, but for the backslashes ahead of a quote, which all stay.
+    [[nodiscard]] std::wstring_view text() const { return read; }
+    [[nodiscard]] bool quoted() const { return quotes == 1; }
+    /// What was taken last is a closing quote.
+    [[nodiscard]] bool closed() const { return quotes == 2; }
+
+  private:
+    std::wstring read;
+    size_t backslashes = 0;
+    int quotes = 0;
+};
+
+/// The program ahead of the arguments, in which only the next quote ends what a quote has begun.
+size_t programLength(std::wstring_view commandLine) {
+    const bool quoted = commandLine.starts_with(L'"');
+    const size_t last = quoted ? commandLine.find(L'"', 1) : commandLine.find_first_of(L" \t");
+    if (last == std::wstring_view::npos) return commandLine.size();
+    return quoted ? last + 1 : last;
+}
+
+}  // namespace
+
+std::optional<std::pair<std::wstring, std::wstring>> variableOfArgument(std::wstring_view argument) {
+    if (argument.starts_with(L'-') || argument.starts_with(L'/')) return std::nullopt;
+    const size_t equals = argument.find(L'=');
+    if (equals == std::wstring_view::npos) return std::nullopt;
+    return std::pair(std::wstring(argument.substr(0, equals)), std::wstring(argument.substr(equals + 1)));
+}
+
+BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPPER_RELATION_TYPE relation,
+                                        std::span<const std::wstring> arguments) {
+    if (relation != BOOTSTRAPPER_RELATION_UPDATE) return display;
+    for (size_t i = 0; i < arguments.size(); ++i) {
+        const std::wstring word = switchOf(arguments[i]);
+        for (const DisplaySwitch& row : displaySwitches)
+            if (word == row.word) display = row.display;
+        if (word == L"l" || word == L"log") ++i;  // what follows is a file's name
+    }
+    return display;
+}
+
+std::wstring hideAuthcode(std::wstring_view commandLine) {
+    constexpr std::wstring_view name = L"KESTREL_AUTHCODE=";
+    constexpr std::wstring_view hidden = L"####";
+    size_t begin = programLength(commandLine);
+    std::wstring told(commandLine.substr(0, begin));
+    while (begin < commandLine.size()) {
+        ArgumentReader argument;
+        size_t end = begin;
+        std::optional<size_t> value;
+        bool quotedWhole = false;
+        for (; end < commandLine.size() && argument.take(commandLine[end]); ++end) {
+            if (value || !argument.text().ends_with(name)) continue;
+            value = end + 1;
+            quotedWhole = argument.quoted();
+        }
+        // The quotes around the whole argument stay.
+        const size_t valueEnd = quotedWhole && argument.closed() ? end - 1 : end;
+        if (value && *value < valueEnd) {
+            told += commandLine.substr(begin, *value - begin);
+            told += hidden;
+            begin = valueEnd;
+        }
+        // With the blank that ended the argument.
+        told += commandLine.substr(begin, end + 1 - begin);
+        begin = end + 1;
+    }
+    return told;
+}
+
+}  // namespace pdx

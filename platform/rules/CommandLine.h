@@ -1,0 +1,29 @@
+// What a command line says: bundle variables, the display, and the login code that nobody is told.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/rules/EngineTypes.h"
+
+namespace pdx {
+
+/// A command line argument as a bundle variable: nothing if it begins with "-" or "/" or holds no "=", else the text
+/// before and behind its first "=".
+std::optional<std::pair<std::wstring, std::wstring>> variableOfArgument(std::wstring_view argument);
+
+/// The display that a run has towards the user. A newer installer that takes the place of another is always given an
+/// embedded one, also when that was started quietly, and would wait for a user who is not there: of such a run the
+/// engine's own quiet and passive switches on the command line decide, the last of them. The arguments are those behind
+/// the program.
+BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPPER_RELATION_TYPE relation,
+                                        std::span<const std::wstring> arguments);
+
+/// The command line without the login code: in an argument as the system splits it, however it is quoted, all behind
+/// "KESTREL_AUTHCODE=" becomes "####". Only that there is a code is told.
+std::wstring hideAuthcode(std::wstring_view commandLine);
+
+}  // namespace pdx

@@ -1,0 +1,14 @@
+#include "state/OlderClientFate.h"
+
+#include "config/ConfigMap.h"
+#include "state/OlderClient.h"
+
+namespace pdx {
+
+bool isOlderClientTo(OlderClientFate fate) {
+    const bool migration = getConfigBool("app.meridian.enableMigration", false);
+    const bool prompt = getConfigBool("app.meridian.promptBastionUninstall", false);
+    return olderClientFate(migration, prompt) == fate && isBastionInstalled();
+}
+
+}  // namespace pdx
