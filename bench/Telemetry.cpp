@@ -4,7 +4,7 @@
 
 #include "bench/Benchmarks.h"
 #include "bench/ProcessMemory.h"
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/HttpClient.h"
 #include "telemetry/InstallTelemetry.h"
 #include "telemetry/MachineIdentity.h"

@@ -2,22 +2,12 @@
 
 #include <windows.h>
 
-#include <cwctype>
-
 #include "config/Resources.h"
 #include "config/rules/Languages.h"
 #include "platform/Log.h"
+#include "platform/rules/AsciiCase.h"
 
 namespace pdx {
-namespace {
-
-/// As the C library lowers a key: A to Z alone, which is what keys are made of.
-std::wstring loweredKey(std::wstring key) {
-    for (wchar_t& letter : key) letter = static_cast<wchar_t>(std::towlower(letter));
-    return key;
-}
-
-}  // namespace
 
 constinit ProcessSlot<Translator> g_translator;
 
@@ -49,7 +39,7 @@ std::wstring Translator::translate(const std::wstring& key) const {
 }
 
 bool Translator::tryTranslate(const std::wstring& key, std::wstring& out) const {
-    const auto found = strings.find(loweredKey(key));
+    const auto found = strings.find(loweredAscii<wchar_t>(key));
     if (found == strings.end()) return false;
     out = found->second;
     return true;

@@ -1,8 +1,8 @@
 // The object's life, and what every callback uses: variables, messages to the dialog, context and status.
 #include <mutex>
 
-#include "config/ConfigMap.h"
 #include "config/rules/ConfigLayers.h"
+#include "config/Settings.h"
 #include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/CommandLine.h"

@@ -1,5 +1,5 @@
 // The callbacks of detection. Related bundles, features and the like are only kept for reports.
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
 #include "core/ContextText.h"
 #include "core/rules/Names.h"

@@ -9,6 +9,7 @@
 #include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/rules/ClientPackage.h"
+#include "platform/rules/Numbers.h"
 #include "state/FileLocks.h"
 
 namespace pdx {

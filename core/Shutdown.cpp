@@ -1,7 +1,7 @@
 // The end of a run: how it is told, what is left behind, and whether the engine loads the library anew.
 #include <mutex>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
 #include "core/rules/RunValue.h"
 #include "platform/Log.h"

@@ -1,5 +1,5 @@
 // What a start decides before anything is detected, and the UI thread's life.
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"

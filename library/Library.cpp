@@ -10,7 +10,7 @@
 #include <exception>
 #include <mutex>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Lock.h"

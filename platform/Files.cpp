@@ -1,17 +1,15 @@
 #include "platform/Files.h"
 
-#include <fmt/format.h>
-#include <fmt/xchar.h>
-#include <shlwapi.h>
 #include <windows.h>
 
-#include <span>
+#include <shlwapi.h>
+
 #include <string_view>
-#include <vector>
 
 #include "platform/Handles.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
+#include "platform/VersionInfo.h"
 
 namespace pdx {
 namespace {
@@ -21,21 +19,6 @@ struct FindTraits {
     static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
     static void close(Value value) noexcept { FindClose(value); }
 };
-
-/// How the version information names a language and its code page.
-struct Translation {
-    WORD language;
-    WORD codePage;
-};
-
-/// What the version information holds under a name, as elements of the given type; empty if there is nothing.
-template <typename Element>
-std::span<const Element> versionValue(const std::vector<std::byte>& version, const std::wstring& name) {
-    void* value = nullptr;
-    UINT size = 0;
-    if (!VerQueryValueW(version.data(), name.c_str(), &value, &size) || !value) return {};
-    return {static_cast<const Element*>(value), size};
-}
 
 /// Deletes by the system's function, with the tries; logs what stays.
 bool removeEntry(BOOL(WINAPI* remove)(const wchar_t*), const char* kind, const std::wstring& path, int32_t tries,
@@ -59,20 +42,7 @@ bool copyIfMissing(const std::wstring& source, const std::wstring& target) {
     return fileExists(target) || CopyFileW(source.c_str(), target.c_str(), TRUE);
 }
 
-std::wstring getFileDescription(const std::wstring& path) {
-    DWORD unused = 0;
-    std::vector<std::byte> version(GetFileVersionInfoSizeW(path.c_str(), &unused));
-    if (version.empty() || !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(version.size()), version.data()))
-        return {};
-    // The size of this value is in bytes, that of a text in characters with the end mark.
-    const auto translations = versionValue<Translation>(version, L"\\VarFileInfo\\Translation");
-    for (const Translation& translation : translations.first(translations.size() / sizeof(Translation))) {
-        const auto text = versionValue<wchar_t>(version, fmt::format(L"\\StringFileInfo\\{:04x}{:04x}\\FileDescription",
-                                                                     translation.language, translation.codePage));
-        if (!text.empty()) return std::wstring(text.data(), wcsnlen(text.data(), text.size()));
-    }
-    return {};
-}
+std::wstring getFileDescription(const std::wstring& path) { return VersionInfo(path).text(L"FileDescription"); }
 
 bool retryUntil(const std::function<bool()>& function, int32_t tries, uint32_t delayMilliseconds) {
     for (int32_t attempt = 0; attempt < tries; ++attempt) {

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Handles.h"
@@ -12,8 +12,8 @@
 
 namespace pdx {
 
-/// Header values by name, in the order of their insertion; both UTF-8.
-using HttpHeaders = nlohmann::ordered_map<std::string, std::string>;
+/// Names and values in the order in which they are sent; both UTF-8.
+using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
 
 struct InternetHandleTraits {
     using Value = void*;

@@ -2,21 +2,15 @@
 
 #include <windows.h>
 
-#include <vector>
-
 #include "platform/Log.h"
+#include "platform/SystemFunction.h"
+#include "platform/VersionInfo.h"
 
 namespace pdx {
 namespace {
 
 constexpr uint8_t workstation = VER_NT_WORKSTATION;
 constexpr uint8_t server = VER_NT_SERVER;
-
-template <typename Function>
-Function systemFunction(const char* name) {
-    const HMODULE library = GetModuleHandleW(L"ntdll.dll");
-    return library ? reinterpret_cast<Function>(GetProcAddress(library, name)) : nullptr;
-}
 
 bool isWorkstation() {
     OSVERSIONINFOEXW wanted{};
@@ -26,7 +20,7 @@ bool isWorkstation() {
 }
 
 osInfoValue osInfo() {
-    if (const auto wineVersion = systemFunction<const char*(CDECL*)()>("wine_get_version"))
+    if (const auto wineVersion = systemFunction<const char*(CDECL*)()>(L"ntdll.dll", "wine_get_version"))
         return wineName(parseWineVersion(wineVersion()));
     if (const auto version = kernelVersion()) return windowsName(*version);
     const OsInfo version = systemVersion();
@@ -53,7 +47,7 @@ std::string getProcessorArchitecture() {
 
 OsInfo systemVersion() {
     using GetVersion = LONG(WINAPI*)(OSVERSIONINFOEXW*);
-    const auto getVersion = systemFunction<GetVersion>("RtlGetVersion");
+    const auto getVersion = systemFunction<GetVersion>(L"ntdll.dll", "RtlGetVersion");
     OSVERSIONINFOEXW version{};
     version.dwOSVersionInfoSize = sizeof version;
     static_assert(sizeof version == 284);
@@ -68,18 +62,8 @@ bool isSystem64Bit() {
 }
 
 std::optional<OsInfo> kernelVersion() {
-    constexpr const wchar_t* library = L"kernel32.dll";
-    constexpr DWORD signature = 0xFEEF04BD;
-    DWORD unused = 0;
-    std::vector<std::byte> version(GetFileVersionInfoSizeW(library, &unused));
-    if (version.empty() || !GetFileVersionInfoW(library, 0, static_cast<DWORD>(version.size()), version.data()))
-        return std::nullopt;
-    VS_FIXEDFILEINFO* fixed = nullptr;
-    UINT size = 0;
-    static_assert(sizeof *fixed == 52);
-    if (!VerQueryValueW(version.data(), L"\\", reinterpret_cast<void**>(&fixed), &size) || size != sizeof *fixed ||
-        fixed->dwSignature != signature)
-        return std::nullopt;
+    const auto fixed = VersionInfo(L"kernel32.dll").fixed();
+    if (!fixed) return std::nullopt;
     return OsInfo{HIWORD(fixed->dwProductVersionMS), LOWORD(fixed->dwProductVersionMS),
                   HIWORD(fixed->dwProductVersionLS), isWorkstation() ? workstation : server};
 }

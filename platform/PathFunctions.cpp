@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "platform/SystemFunction.h"
+
 namespace pdx {
 namespace {
 
@@ -15,11 +17,6 @@ constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
 HMODULE systemLibrary(const char* name) {
     const HMODULE loaded = GetModuleHandleA(name);
     return loaded ? loaded : LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-}
-
-template <typename Function>
-Function lookUp(HMODULE library, const char* name) {
-    return library ? reinterpret_cast<Function>(GetProcAddress(library, name)) : nullptr;
 }
 
 HRESULT WINAPI appendShort(wchar_t* path, size_t size, const wchar_t* more) {

@@ -7,6 +7,7 @@
 #include "platform/ComPtr.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
+#include "platform/rules/Numbers.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -15,7 +16,7 @@ namespace {
 
 /// The file that a module was loaded from; the null module is the program.
 std::wstring moduleFile(HMODULE module) {
-    wchar_t path[4097];
+    wchar_t path[pathCapacity + 1];
     const DWORD length = GetModuleFileNameW(module, path, static_cast<DWORD>(std::size(path)));
     // A path that does not fit comes cut and fills the buffer.
     return length < std::size(path) ? std::wstring(path, length) : std::wstring();
@@ -26,7 +27,7 @@ std::wstring moduleFile(HMODULE module) {
 HMODULE libraryModule() { return reinterpret_cast<HMODULE>(&__ImageBase); }
 
 std::wstring getTempPath() {
-    wchar_t path[4095];
+    wchar_t path[pathCapacity - 1];
     const DWORD length = GetTempPathW(static_cast<DWORD>(std::size(path)), path);
     if (length == 0 || length >= std::size(path)) {
         PDX_LOG(logInfo, "GetTempPathW", "Failed to retrieve temp path");
@@ -59,7 +60,7 @@ std::wstring getLogFilePath(const std::wstring& name) {
 }
 
 std::wstring getEnvironmentText(const std::wstring& name) {
-    wchar_t text[4097];
+    wchar_t text[pathCapacity + 1];
     const DWORD length = GetEnvironmentVariableW(name.c_str(), text, static_cast<DWORD>(std::size(text)));
     return length < std::size(text) ? std::wstring(text, length) : std::wstring();
 }

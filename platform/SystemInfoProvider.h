@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/ComApartment.h"
 #include "platform/rules/DiskFacts.h"
 #include "platform/Wmi.h"
 

@@ -23,15 +23,6 @@ class Variant {
 
 }  // namespace
 
-ComApartment::~ComApartment() {
-    if (SUCCEEDED(result)) CoUninitialize();
-}
-
-HRESULT ComApartment::start() {
-    if (result == notStarted) result = CoInitialize(nullptr);
-    return result;
-}
-
 WmiConnection connectWmi(const std::wstring& nameSpace) {
     WmiConnection connection;
     ComPtr<IWbemLocator> locator;

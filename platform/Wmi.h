@@ -13,24 +13,6 @@
 
 namespace pdx {
 
-/// COM for the thread that starts it, until it goes; it stays on that thread.
-class ComApartment {
-  public:
-    ComApartment() noexcept = default;
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-    ~ComApartment();
-
-    /// The result of CoInitialize. Started once; asked again, it gives the first result.
-    HRESULT start();
-    /// Also on a thread that somebody has given another kind of apartment.
-    [[nodiscard]] bool usable() const noexcept { return SUCCEEDED(result) || result == RPC_E_CHANGED_MODE; }
-
-  private:
-    static constexpr HRESULT notStarted = static_cast<HRESULT>(0x8007139F);  // ERROR_INVALID_STATE
-    HRESULT result = notStarted;
-};
-
 struct WmiConnection {
     enum class Step { createLocator, connect, setProxy };
     ComPtr<IWbemServices> services;  ///< null if a step failed

@@ -8,6 +8,7 @@
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
+#include "platform/rules/Numbers.h"
 #include "state/rules/FinalPath.h"
 
 namespace pdx {
@@ -19,7 +20,7 @@ constexpr uint32_t lockDelayMilliseconds = 40;
 constexpr DWORD linkEncountered = 4395;
 
 std::wstring finalPathOfHandle(HANDLE file) {
-    std::wstring path(4096, L'\0');
+    std::wstring path(pathCapacity, L'\0');
     for (int32_t call = 0; call < 2; ++call) {
         // The length without the end mark if it fits, otherwise the size that it takes with it.
         const DWORD length = GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()), 0);

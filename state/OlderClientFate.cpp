@@ -1,6 +1,6 @@
 #include "state/OlderClientFate.h"
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "state/OlderClient.h"
 
 namespace pdx {

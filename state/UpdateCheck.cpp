@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
 #include "platform/rules/Version.h"

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/ProcessValue.h"

@@ -4,7 +4,9 @@
 
 #include <intrin.h>
 
+#include "platform/ComApartment.h"
 #include "platform/Hash.h"
+#include "platform/SystemFunction.h"
 #include "platform/Wmi.h"
 #include "telemetry/rules/Fingerprint.h"
 
@@ -24,16 +26,12 @@ void askWmi(MachineFacts& facts) {
                    });
 }
 
-template <typename Function>
-Function systemFunction(const char* name) {
-    const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
-    return kernel ? reinterpret_cast<Function>(GetProcAddress(kernel, name)) : nullptr;
-}
-
 /// The serial of the volume that Windows lies on; left alone if the system does not tell it.
 void askVolume(uint32_t& serial) {
-    const auto getWindowsDirectory = systemFunction<decltype(&GetWindowsDirectoryW)>("GetWindowsDirectoryW");
-    const auto getVolumeInformation = systemFunction<decltype(&GetVolumeInformationW)>("GetVolumeInformationW");
+    const auto getWindowsDirectory =
+        systemFunction<decltype(&GetWindowsDirectoryW)>(L"kernel32.dll", "GetWindowsDirectoryW");
+    const auto getVolumeInformation =
+        systemFunction<decltype(&GetVolumeInformationW)>(L"kernel32.dll", "GetVolumeInformationW");
     wchar_t folder[MAX_PATH] = {};
     if (!getWindowsDirectory || !getVolumeInformation) return;
     const UINT length = getWindowsDirectory(folder, MAX_PATH);

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/Log.h"
 #include "platform/ProcessValue.h"
 #include "telemetry/Locale.h"

@@ -5,7 +5,7 @@
 #include <exception>
 #include <utility>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Uuid.h"

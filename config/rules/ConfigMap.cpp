@@ -2,8 +2,9 @@
 
 #include <cpptoml.h>
 
-#include <algorithm>
 #include <utility>
+
+#include "platform/rules/AsciiCase.h"
 
 namespace pdx {
 namespace {
@@ -18,16 +19,8 @@ const Type* held(const std::shared_ptr<cpptoml::base>& node) {
 
 }  // namespace
 
-std::string normalizedKey(std::string_view key) {
-    std::string normal(key);
-    std::transform(normal.begin(), normal.end(), normal.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
-    });
-    return normal;
-}
-
 const std::string* ConfigMap::findText(std::string_view key) const {
-    const auto entry = values.find(normalizedKey(key));
+    const auto entry = values.find(loweredAscii<char>(key));
     return entry == values.end() ? nullptr : held<std::string>(entry->second);
 }
 
@@ -37,13 +30,13 @@ std::string ConfigMap::getString(std::string_view key, std::string_view defaultT
 }
 
 bool ConfigMap::getBool(std::string_view key, bool defaultValue) const {
-    const auto entry = values.find(normalizedKey(key));
+    const auto entry = values.find(loweredAscii<char>(key));
     const bool* value = entry == values.end() ? nullptr : held<bool>(entry->second);
     return value ? *value : defaultValue;
 }
 
 void ConfigMap::set(std::string_view key, std::shared_ptr<cpptoml::base> value) {
-    values.insert_or_assign(normalizedKey(key), std::move(value));
+    values.insert_or_assign(loweredAscii<char>(key), std::move(value));
 }
 
 void ConfigMap::merge(const ConfigMap& other) {

@@ -13,7 +13,7 @@ class base;
 namespace pdx {
 
 /// Values by key, as the TOML library holds them: text, 64-bit whole number, floating number or boolean. Every key is
-/// normalised on its way in and out, so upper and lower case are one. A type is never turned into another: the text
+/// lowered on its way in and out, so A and a are one. A type is never turned into another: the text
 /// "true" is no boolean, and a whole number read as text gives the default.
 class ConfigMap {
   public:
@@ -36,9 +36,5 @@ class ConfigMap {
 
     std::unordered_map<std::string, std::shared_ptr<cpptoml::base>> values;
 };
-
-/// The spelling under which a key is stored: A to Z lowered. A UTF-8 locale lowers a key byte by byte, and the bytes
-/// of other letters have no lower case, so those stay as they are.
-std::string normalizedKey(std::string_view key);
 
 }  // namespace pdx

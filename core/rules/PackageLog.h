@@ -1,7 +1,6 @@
 // Where a package's log is found, and what of it a report takes along.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,8 +13,5 @@ std::wstring packageLogVariable(std::wstring_view packageId, bool forward);
 /// A log path without its ending: a package's log may roll over to several files, and a report takes every file that
 /// begins so. The cut is at the last ".log"; nothing for a path of fewer than five characters.
 std::optional<std::wstring> reportFileStem(std::wstring_view logPath);
-
-/// A text of decimal digits as a number; 0 for any other text and for a number of more than 32 bits.
-uint32_t parseDecimal(std::wstring_view text);
 
 }  // namespace pdx

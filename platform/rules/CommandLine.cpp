@@ -1,5 +1,7 @@
 #include "platform/rules/CommandLine.h"
 
+#include "platform/rules/AsciiCase.h"
+
 namespace pdx {
 namespace {
 
@@ -18,10 +20,7 @@ constexpr DisplaySwitch displaySwitches[] = {
 /// The word of "/Word" or "-Word" in lower case; empty for another argument.
 std::wstring switchOf(std::wstring_view argument) {
     if (!argument.starts_with(L'-') && !argument.starts_with(L'/')) return {};
-    std::wstring word(argument.substr(1));
-    for (wchar_t& c : word)
-        if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c - L'A' + L'a');
-    return word;
+    return loweredAscii(argument.substr(1));
 }
 
 /// Reads one argument of a command line as the system splits it: a quote opens and closes anywhere in it, an odd number

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <string>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Registry.h"

@@ -5,7 +5,7 @@
 #include <regex>
 #include <sstream>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/Paths.h"
 #include "telemetry/TelemetryManager.h"
 #include "tests/platform/CapturedLog.h"

@@ -3,7 +3,7 @@
 
 #include <sstream>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "telemetry/Locale.h"
 #include "telemetry/rules/TallyEvent.h"
 #include "telemetry/TelemetryManager.h"

@@ -1,7 +1,7 @@
 #include "ui/dialog/BootstrapperDialog.h"
 
-#include "config/ConfigMap.h"
 #include "config/rules/SupportAddress.h"
+#include "config/Settings.h"
 #include "config/Translator.h"
 #include "platform/Log.h"
 #include "ui/dialog/rules/PageLayout.h"

@@ -8,14 +8,13 @@
 #include "platform/Log.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "platform/rules/Numbers.h"
 #include "platform/Text.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/InstallFolder.h"
 
 namespace pdx {
 namespace {
-
-constexpr size_t longestPath = 4096;
 
 /// A path without its last component.
 std::wstring parentOf(std::wstring path) {
@@ -32,9 +31,9 @@ bool isOlderClientsFolder(const std::wstring& folder) {
 
 /// A volume whose free space cannot be told counts as roomy.
 bool hasRoom(const std::wstring& folder) {
-    wchar_t volume[longestPath];
+    wchar_t volume[pathCapacity];
     ULARGE_INTEGER free{};
-    if (!GetVolumePathNameW(folder.c_str(), volume, longestPath) ||
+    if (!GetVolumePathNameW(folder.c_str(), volume, pathCapacity) ||
         !GetDiskFreeSpaceExW(volume, &free, nullptr, nullptr))
         return true;
     return isRoomy(free.QuadPart);
@@ -91,11 +90,11 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
 }
 
 void BootstrapperDialog::OnBrowse() {
-    const std::wstring chosen = chooseFolder(hwnd, locationValue->GetText().substr(0, longestPath - 1));
-    if (chosen.empty() || chosen.size() >= longestPath) return;
+    const std::wstring chosen = chooseFolder(hwnd, locationValue->GetText().substr(0, pathCapacity - 1));
+    if (chosen.empty() || chosen.size() >= pathCapacity) return;
     const std::wstring folder =
         productFolderIn(chosen, PathFindFileNameW(chosen.c_str()), PathIsRootW(chosen.c_str()) != FALSE);
-    if (folder.size() >= longestPath || !ValidateInstallFolder(folder)) return;
+    if (folder.size() >= pathCapacity || !ValidateInstallFolder(folder)) return;
     locationValue->SetText(folder);
     SetInstallFolder(folder);
 }

@@ -4,7 +4,7 @@
 #include <shellapi.h>
 #include <shlwapi.h>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "config/Translator.h"
 #include "platform/Paths.h"
 #include "platform/Text.h"

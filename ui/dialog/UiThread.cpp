@@ -1,28 +1,13 @@
 // The UI thread: one dialog from its making to its end.
 #include <windows.h>
 
-#include <objbase.h>
-
+#include "platform/ComApartment.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
 #include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
 namespace {
-
-/// The thread's single-threaded apartment, which the folder chooser and the shell need.
-class Apartment {
-  public:
-    Apartment() : result(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE)) {}
-    ~Apartment() {
-        if (SUCCEEDED(result)) CoUninitialize();
-    }
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
-
-  private:
-    HRESULT result;
-};
 
 void pumpMessages(HWND dialog) {
     MSG message;
@@ -37,7 +22,9 @@ void pumpMessages(HWND dialog) {
 
 void UIThreadFunc(BootstrapperApplication& application) {
     PDX_LOG(logInfo, "UIThreadFunc", "Entering UIThreadFunc");
-    const Apartment apartment;
+    // For the folder chooser and the shell.
+    ComApartment apartment;
+    apartment.start(COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
     BootstrapperDialog dialog(application);
     if (const HWND window = dialog.Create({})) {
         pumpMessages(window);

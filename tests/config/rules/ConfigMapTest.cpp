@@ -3,6 +3,8 @@
 #include <cpptoml.h>
 #include <gtest/gtest.h>
 
+#include "platform/rules/AsciiCase.h"
+
 namespace pdx {
 namespace {
 
@@ -20,7 +22,7 @@ TEST(ConfigMap, FindsAKeyInAnyCase) {
     EXPECT_EQ(map.getString("QA.CURRENTVERSION"), "2") << "another spelling replaces";
     EXPECT_EQ(map.size(), 2u);
     // 'Ä' and 'ä' differ in their second byte, '[' and '@' enclose the letters.
-    EXPECT_EQ(normalizedKey("AZaz.[@`{\xc3\x84-\xc3\xa4"), "azaz.[@`{\xc3\x84-\xc3\xa4");
+    EXPECT_EQ(loweredAscii<char>("AZaz.[@`{\xc3\x84-\xc3\xa4"), "azaz.[@`{\xc3\x84-\xc3\xa4");
 }
 
 TEST(ConfigMap, TurnsNoTypeIntoAnother) {

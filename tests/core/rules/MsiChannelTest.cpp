@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/rules/PackageLog.h"
+#include "platform/rules/Numbers.h"
 
 namespace pdx {
 namespace {

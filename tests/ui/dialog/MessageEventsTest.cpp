@@ -5,7 +5,7 @@
 #include <functional>
 #include <sstream>
 
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
 #include "tests/ui/dialog/DialogBench.h"

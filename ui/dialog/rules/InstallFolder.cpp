@@ -1,9 +1,10 @@
 #include "ui/dialog/rules/InstallFolder.h"
 
+#include "platform/rules/Numbers.h"
+
 namespace pdx {
 namespace {
 
-constexpr size_t bufferSize = 4096;
 /// The room that is kept behind the path.
 constexpr size_t reserve = 12;
 
@@ -11,7 +12,7 @@ constexpr size_t reserve = 12;
 
 std::wstring productFolderIn(std::wstring_view chosen, std::wstring_view lastComponent, bool isRoot) {
     std::wstring folder(chosen);
-    if (folder.size() + reserve >= bufferSize || (!isRoot && lastComponent == productFolder)) return folder;
+    if (folder.size() + reserve >= pathCapacity || (!isRoot && lastComponent == productFolder)) return folder;
     if (!folder.ends_with(L'\\')) folder += L'\\';
     return folder += productFolder;
 }

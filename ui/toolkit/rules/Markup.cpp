@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/rules/AsciiCase.h"
 #include "ui/toolkit/rules/Pixels.h"
 
 namespace pdx {
@@ -18,14 +19,6 @@ constexpr int32_t boldWeight = 700;
 constexpr size_t longestFace = 31;  // what the platform's font record holds
 
 bool isBlank(wchar_t character) { return std::iswspace(static_cast<wint_t>(character)) != 0; }
-
-wchar_t toSmall(wchar_t letter) {
-    return letter >= L'A' && letter <= L'Z' ? static_cast<wchar_t>(letter - L'A' + L'a') : letter;
-}
-
-bool equalsAnyCase(std::wstring_view left, std::wstring_view right) {
-    return std::ranges::equal(left, right, {}, toSmall, toSmall);
-}
 
 /// For the number parsers, to which no other character means anything.
 std::string asciiOf(std::wstring_view text) {
@@ -195,7 +188,7 @@ class PlainWords {
 }  // namespace
 
 LineHeight parseLineHeight(std::wstring_view value) {
-    if (value.empty() || equalsAnyCase(value, L"auto")) return {};
+    if (value.empty() || equalsAsciiCase(value, L"auto")) return {};
     const float number = numberAtStart(value);
     switch (value.back()) {
         case L'%':

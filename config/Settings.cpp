@@ -1,4 +1,4 @@
-#include "config/ConfigMap.h"
+#include "config/Settings.h"
 
 #include <fstream>
 

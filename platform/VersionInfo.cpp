@@ -1,0 +1,67 @@
+#include "platform/VersionInfo.h"
+
+#include <fmt/format.h>
+#include <fmt/xchar.h>
+
+#include <span>
+
+#include "platform/SystemFunction.h"
+
+namespace pdx {
+namespace {
+
+/// How the version information names a language and its code page.
+struct Translation {
+    WORD language;
+    WORD codePage;
+};
+
+/// What the record holds under a name, as elements of the given type; empty if there is nothing. The size is in bytes,
+/// that of a text in characters with the end mark.
+template <typename Element>
+std::span<const Element> valueOf(const std::vector<std::byte>& record, const std::wstring& name, size_t unit) {
+    void* value = nullptr;
+    UINT size = 0;
+    if (record.empty() || !VerQueryValueW(record.data(), name.c_str(), &value, &size) || !value) return {};
+    return {static_cast<const Element*>(value), size / unit};
+}
+
+}  // namespace
+
+VersionInfo::VersionInfo(const std::wstring& path, Language language) {
+    // The functions with flags are looked up, for the import library of the toolchain lacks them.
+    using GetSize = DWORD(WINAPI*)(DWORD, const wchar_t*, DWORD*);
+    using GetRecord = BOOL(WINAPI*)(DWORD, const wchar_t*, DWORD, DWORD, void*);
+    constexpr const wchar_t* library = L"version.dll";
+    const auto getSize = systemFunction<GetSize>(library, "GetFileVersionInfoSizeExW");
+    const auto getRecord = systemFunction<GetRecord>(library, "GetFileVersionInfoExW");
+    const bool withFlags = language == Language::neutral && getSize && getRecord;
+    constexpr DWORD flags = FILE_VER_GET_NEUTRAL;
+    DWORD unused = 0;
+    record.resize(withFlags ? getSize(flags, path.c_str(), &unused) : GetFileVersionInfoSizeW(path.c_str(), &unused));
+    const auto size = static_cast<DWORD>(record.size());
+    if (size != 0 && !(withFlags ? getRecord(flags, path.c_str(), 0, size, record.data())
+                                 : GetFileVersionInfoW(path.c_str(), 0, size, record.data())))
+        record.clear();
+}
+
+std::optional<VS_FIXEDFILEINFO> VersionInfo::fixed() const {
+    constexpr DWORD signature = 0xFEEF04BD;
+    static_assert(sizeof(VS_FIXEDFILEINFO) == 52);
+    const auto found = valueOf<VS_FIXEDFILEINFO>(record, L"\\", sizeof(VS_FIXEDFILEINFO));
+    if (found.size() != 1 || found[0].dwSignature != signature) return std::nullopt;
+    return found[0];
+}
+
+std::wstring VersionInfo::text(const std::wstring& name) const {
+    for (const Translation& translation :
+         valueOf<Translation>(record, L"\\VarFileInfo\\Translation", sizeof(Translation))) {
+        const auto found = valueOf<wchar_t>(
+            record,
+            fmt::format(L"\\StringFileInfo\\{:04x}{:04x}\\{}", translation.language, translation.codePage, name), 1);
+        if (!found.empty()) return std::wstring(found.data(), wcsnlen(found.data(), found.size()));
+    }
+    return {};
+}
+
+}  // namespace pdx

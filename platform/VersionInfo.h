@@ -1,0 +1,29 @@
+// What a program says of itself in its version information.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pdx {
+
+/// The version information of one file; empty if the file has none or is not there. Nothing is logged.
+class VersionInfo {
+  public:
+    /// Whether the record may come from the resource file of the user's language, or from the file itself alone.
+    enum class Language { users, neutral };
+    explicit VersionInfo(const std::wstring& path, Language language = Language::users);
+
+    /// The numbers of the fixed part; nothing where that is missing or has another size or mark.
+    [[nodiscard]] std::optional<VS_FIXEDFILEINFO> fixed() const;
+    /// The text of that name, such as "FileDescription", in the first of the file's languages that has it.
+    [[nodiscard]] std::wstring text(const std::wstring& name) const;
+
+  private:
+    std::vector<std::byte> record;
+};
+
+}  // namespace pdx

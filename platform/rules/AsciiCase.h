@@ -1,0 +1,28 @@
+// Case of the letters A to Z, the same in every locale: what keys, switches, tags and schemes are made of. Names of
+// files and people are compared by the system's rules (platform/Text.h).
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace pdx {
+
+template <typename Letter>
+constexpr Letter lowerAscii(Letter letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<Letter>(letter - 'A' + 'a') : letter;
+}
+
+/// A to Z lowered; every other letter, and every byte of one in UTF-8, stays as it is.
+template <typename Letter>
+std::basic_string<Letter> loweredAscii(std::basic_string_view<Letter> text) {
+    std::basic_string<Letter> lowered(text);
+    std::ranges::transform(lowered, lowered.begin(), lowerAscii<Letter>);
+    return lowered;
+}
+
+constexpr bool equalsAsciiCase(std::wstring_view left, std::wstring_view right) {
+    return std::ranges::equal(left, right, {}, lowerAscii<wchar_t>, lowerAscii<wchar_t>);
+}
+
+}  // namespace pdx

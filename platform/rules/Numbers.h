@@ -1,0 +1,24 @@
+// Whole numbers in texts, and the sizes that more than one room counts on.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace pdx {
+
+/// The characters that a path or a text of the environment may have here; what is longer counts as not there.
+inline constexpr size_t pathCapacity = 4096;
+
+/// A text of decimal digits as a number; 0 for any other text and for a number of more than 32 bits.
+constexpr uint32_t parseDecimal(std::wstring_view text) {
+    uint64_t number = 0;
+    for (const wchar_t letter : text) {
+        if (letter < L'0' || letter > L'9') return 0;
+        number = number * 10 + static_cast<uint64_t>(letter - L'0');
+        if (number > UINT32_MAX) return 0;
+    }
+    return static_cast<uint32_t>(number);
+}
+
+}  // namespace pdx
