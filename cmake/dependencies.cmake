@@ -9,7 +9,9 @@ foreach(header cpptoml.h nlohmann fmt)
     file(CREATE_LINK /usr/include/${header} ${headers}/${header} SYMBOLIC)
 endforeach()
 target_include_directories(palisade_headers SYSTEM INTERFACE ${headers})
-target_compile_definitions(palisade_headers INTERFACE FMT_HEADER_ONLY)
+
+add_library(palisade_fmt STATIC cmake/fmt.cpp)
+target_link_libraries(palisade_fmt PUBLIC palisade_headers PRIVATE palisade_options)
 
 add_library(palisade_system_libraries INTERFACE)
 target_link_libraries(palisade_system_libraries INTERFACE

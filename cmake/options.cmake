@@ -10,8 +10,8 @@ target_compile_options(palisade_options INTERFACE
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
 
 # Players download every byte, and nothing here is bound by the processor for long.
-set(CMAKE_CXX_FLAGS_RELEASE "-Os -g -DNDEBUG")
-set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+set(CMAKE_CXX_FLAGS_RELEASE "-Os -g1 -DNDEBUG")
+set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1")
 
 if(PALISADE_HOST)
     target_compile_options(palisade_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)

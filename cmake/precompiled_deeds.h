@@ -1,0 +1,15 @@
+// What deeds need besides: Windows and its graphics, in the order that they ask for.
+#include "precompiled.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <objidl.h>
+#include <algorithm>
+
+// As in ui/toolkit/GdiPlus.h.
+namespace Gdiplus {
+using std::max;
+using std::min;
+}  // namespace Gdiplus
+#include <gdiplus.h>
