@@ -23,9 +23,9 @@ void pinLibrary() {
 }
 
 void removeRunValueOf(const std::wstring& installFolder) {
-    const RegistryKey run = RegistryKey::currentUser(view64).openSubKey(runKey, true);
+    RegistryKey run = RegistryKey::currentUser(view64).openSubKey(runKey, true);
     const std::wstring value = toText(run.getValue(runValueName, {}));
-    if (isRunValueOfFolder(toLower(value), toLower(installFolder))) RegDeleteValueW(run.get(), runValueName);
+    if (isRunValueOfFolder(toLower(value), toLower(installFolder))) run.deleteValue(runValueName);
 }
 
 void writeRunValue() {

@@ -75,8 +75,9 @@ void terminateProcesses(std::span<const std::wstring_view> names) {
         Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, entry.th32ProcessID));
         if (!process) continue;
         PDX_LOG(logInfo, "terminateProcesses", "Terminating %ls", entry.szExeFile);
-        // What refuses to end is not waited for.
-        if (!TerminateProcess(process.get(), terminatedExitCode)) continue;
+        // A process that is ending already refuses this; it is kept all the same, for its files stay open until it is
+        // gone.
+        TerminateProcess(process.get(), terminatedExitCode);
         // The right to end a process is not the right to wait for it; the first handle keeps the id from being reused.
         Handle waitable(OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID));
         if (waitable) ending.push_back(waitable.get());

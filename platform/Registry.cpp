@@ -89,6 +89,35 @@ bool RegistryKey::setSubKeyValue(const std::wstring& subKey, const std::wstring&
     return createSubKey(subKey, true).setValue(name, value);
 }
 
+bool RegistryKey::deleteValue(const std::wstring& name) {
+    if (!handle) return false;
+    const LSTATUS error = RegDeleteValueW(get(), name.c_str());
+    return error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND;
+}
+
+bool RegistryKey::deleteTree(const std::wstring& path) {
+    if (!handle || path.empty()) return false;
+    // The system's function knows no view: below a predefined root it would work in that of the process, whatever this
+    // key's is. A key that was opened in a view keeps to it, so the tree's own key is emptied and then deleted by the
+    // function that takes the view along.
+    UniqueHandle<RegistryKeyTraits> tree;
+    const LSTATUS opened = RegOpenKeyExW(get(), path.c_str(), 0, accessMask(true), tree.put());
+    if (opened != ERROR_SUCCESS) return opened == ERROR_FILE_NOT_FOUND;
+    if (RegDeleteTreeW(tree.get(), nullptr) != ERROR_SUCCESS) return false;
+    tree.reset();
+    const LSTATUS error = RegDeleteKeyExW(get(), path.c_str(), viewFlag(), 0);
+    return error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND;
+}
+
+bool RegistryKey::isEmpty() const {
+    DWORD subKeys = 0;
+    DWORD values = 0;
+    return handle &&
+           RegQueryInfoKeyW(get(), nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr, nullptr,
+                            nullptr, nullptr) == ERROR_SUCCESS &&
+           subKeys == 0 && values == 0;
+}
+
 void RegistryKey::enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function) {
     walkSubKeys(
         [this](uint32_t index) {

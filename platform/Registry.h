@@ -54,11 +54,19 @@ class RegistryKey {
     /// The same in a key below this one, which is made if it is not there.
     bool setSubKeyValue(const std::wstring& subKey, const std::wstring& name, const RegistryValue& value);
 
+    /// Takes a value of this key away; true also if there was none. Logs nothing.
+    bool deleteValue(const std::wstring& name);
+    /// Takes a key below this one away with all that is below it, in this key's view; true also if there was none. The
+    /// empty path is refused, for it would empty this key itself. Logs nothing.
+    bool deleteTree(const std::wstring& path);
+    /// Whether this key is there and has neither values nor subkeys.
+    [[nodiscard]] bool isEmpty() const;
+
     /// Calls the function with this key and the name of each subkey, until it returns false. The walk goes by index and
     /// is not restarted: after the function has deleted the subkey it was given, that subkey's follower is not seen.
     void enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function);
 
-    /// For the platform's own functions, such as those that delete keys and values.
+    /// For functions of the platform that have no counterpart here.
     [[nodiscard]] HKEY get() const noexcept { return handle.get(); }
     explicit operator bool() const noexcept { return static_cast<bool>(handle); }
     /// The flag that an access mask takes along to stay in this key's view.

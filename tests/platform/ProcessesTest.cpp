@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <set>
-#include <thread>
+#include <vector>
 
 #include "platform/Registry.h"
 #include "tests/platform/CapturedLog.h"
@@ -24,48 +22,13 @@ std::wstring copyProbe(const TestFolder& folder, const std::wstring& name) {
     return folder.path(name);
 }
 
-std::multiset<std::wstring> runningPrograms() {
-    std::multiset<std::wstring> names;
-    ProcessSnapshot snapshot;
-    for (PROCESSENTRY32W entry; snapshot.next(entry);) names.insert(entry.szExeFile);
-    return names;
-}
-
-TEST(ProcessSnapshot, HoldsTheProcessesOfItsMoment) {
-    const TestFolder folder;
-    ProcessSnapshot before;
-    const Handle probe = startProbe(L"wait", copyProbe(folder, L"PalisadeSnapshot.exe"));
-    EXPECT_EQ(runningPrograms().count(L"PalisadeSnapshot.exe"), 1u);
-    EXPECT_EQ(runningPrograms().count(getProcessFileName()), 1u);
-    for (PROCESSENTRY32W entry; before.next(entry);) EXPECT_STRNE(entry.szExeFile, L"PalisadeSnapshot.exe");
-    TerminateProcess(probe.get(), 0);
-    waitFor(probe);
-}
-
-TEST(WaitForAll, WaitsForMoreThanTheSystemCanAtOnce) {
-    for (const size_t count : {size_t{0}, size_t{1}, size_t{64}, size_t{65}, size_t{200}}) {
-        std::vector<Handle> events(count);
-        std::vector<HANDLE> handles;
-        for (Handle& event : events) {
-            event = Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-            handles.push_back(event.get());
-        }
-        std::atomic<size_t> signalled = 0;
-        const Handle begun(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-        std::thread signaller([&] {
-            WaitForSingleObject(begun.get(), INFINITE);
-            for (const HANDLE event : handles) {
-                ++signalled;
-                SetEvent(event);
-            }
-        });
-        SetEvent(begun.get());
-        EXPECT_TRUE(waitForAll(handles));
-        EXPECT_EQ(signalled, count);
-        signaller.join();
-    }
-    const HANDLE invalid[] = {INVALID_HANDLE_VALUE, nullptr};
-    EXPECT_FALSE(waitForAll(invalid));
+TEST(WaitForAll, WaitsForEachGroupAndRefusesWhatCannotBeWaitedFor) {
+    std::vector<HANDLE> handles(2 * MAXIMUM_WAIT_OBJECTS, nullptr);
+    std::vector<Handle> owners;
+    for (HANDLE& handle : handles) handle = owners.emplace_back(CreateEventW(nullptr, TRUE, TRUE, nullptr)).get();
+    EXPECT_TRUE(waitForAll(handles));
+    handles.push_back(INVALID_HANDLE_VALUE);
+    EXPECT_FALSE(waitForAll(handles)) << "the last stands in a group of its own";
 }
 
 TEST(TerminateProcesses, EndsMoreThanTheSystemCanWaitForAtOnce) {
@@ -94,20 +57,15 @@ TEST(TerminateProcesses, EndsMoreThanTheSystemCanWaitForAtOnce) {
     waitFor(spared);
 }
 
-TEST(TerminateProcesses, DoesNothingWhereNothingRuns) {
-    const CapturedLog log;
-    constexpr std::wstring_view names[] = {L"PalisadeNotRunning.exe", L""};
-    terminateProcesses(names);
-    terminateProcesses({});
-    EXPECT_THAT(log.take(), IsEmpty());
-}
-
 /// The product's key for the time of a test.
 class LaunchClientTest : public testing::Test {
   protected:
     static constexpr wchar_t productKey[] = L"Software\\Corvane Works\\Palisade Desktop";
 
-    ~LaunchClientTest() override { RegDeleteTreeW(machine.openSubKey(L"Software", true).get(), L"Corvane Works"); }
+    ~LaunchClientTest() override {
+        for (const RegistryView view : {view32, view64})
+            RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
+    }
 
     RegistryKey machine = RegistryKey::localMachine(view64);
     TestFolder folder;
@@ -138,7 +96,6 @@ TEST_F(LaunchClientTest, StartsNothingWithoutARecordedProgram) {
     // What the 32-bit view says does not count.
     RegistryKey::localMachine(view32).setSubKeyValue(productKey, L"LauncherAppPath", probePath());
     EXPECT_FALSE(launchClient(L"wait"));
-    RegDeleteTreeW(RegistryKey::localMachine(view32).openSubKey(L"Software", true).get(), L"Corvane Works");
 }
 
 }  // namespace

@@ -10,10 +10,7 @@ namespace pdx {
 namespace {
 
 void deleteKeys() {
-    for (const RegistryView view : {view32, view64}) {
-        const RegistryKey software = RegistryKey::localMachine(view).openSubKey(L"Software", true);
-        RegDeleteTreeW(software.get(), L"Bastion");
-    }
+    for (const RegistryView view : {view32, view64}) RegistryKey::localMachine(view).deleteTree(L"Software\\Bastion");
 }
 
 TEST(IsBastionInstalled, AsksForItsMarkerInThe32BitView) {

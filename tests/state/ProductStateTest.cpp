@@ -22,10 +22,8 @@ class SetUnavailableTest : public testing::Test {
     ~SetUnavailableTest() override { deleteKeys(); }
 
     static void deleteKeys() {
-        for (const RegistryView view : {view32, view64}) {
-            const RegistryKey software = RegistryKey::localMachine(view).openSubKey(L"Software", true);
-            RegDeleteTreeW(software.get(), L"Corvane Works");
-        }
+        for (const RegistryView view : {view32, view64})
+            RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
     }
     static RegistryValue written(RegistryView view) {
         return RegistryKey::localMachine(view).getSubKeyValue(productKey, L"IsUnavailable");
