@@ -13,11 +13,6 @@ namespace pdx {
 constinit ProcessSlot<ConfigMap> g_config;
 constinit std::atomic<bool> g_configurable = false;
 
-std::wstring ConfigMap::getWideString(std::string_view key, std::wstring_view defaultText) const {
-    const std::string* text = findText(key);
-    return text ? toWide(*text) : std::wstring(defaultText);
-}
-
 void determineConfigurable() {
     g_configurable = chainsToTrustedRoot(loadCertificateResource(embeddedCertificateId).get());
 }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/rules/AsciiCase.h"
+#include "platform/rules/Utf8.h"
 
 namespace pdx {
 namespace {
@@ -27,6 +28,11 @@ const std::string* ConfigMap::findText(std::string_view key) const {
 std::string ConfigMap::getString(std::string_view key, std::string_view defaultText) const {
     const std::string* text = findText(key);
     return text ? *text : std::string(defaultText);
+}
+
+std::wstring ConfigMap::getWideString(std::string_view key, std::wstring_view defaultText) const {
+    const std::string* text = findText(key);
+    return text ? toWide(*text) : std::wstring(defaultText);
 }
 
 bool ConfigMap::getBool(std::string_view key, bool defaultValue) const {

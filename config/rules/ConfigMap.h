@@ -19,7 +19,7 @@ class ConfigMap {
   public:
     /// The text of a key (UTF-8); the default if the key is absent or holds no text.
     [[nodiscard]] std::string getString(std::string_view key, std::string_view defaultText = {}) const;
-    /// The same as wide text. Of the Windows build only, for it takes the platform's conversion.
+    /// The same as wide text.
     [[nodiscard]] std::wstring getWideString(std::string_view key, std::wstring_view defaultText = {}) const;
     /// The boolean of a key; the default if the key is absent or holds no boolean.
     [[nodiscard]] bool getBool(std::string_view key, bool defaultValue) const;

@@ -1,11 +1,41 @@
 #include "config/rules/TomlConfig.h"
 
 #include <exception>
+#include <stdexcept>
+#include <streambuf>
 #include <utility>
 
-#include "config/rules/NestingGuard.h"
-
 namespace pdx {
+namespace {
+
+/// Reads through to another buffer without copying, and throws once the text is longer or may be nested deeper than any
+/// that is meant: the parser recurses at each level, and the end of the stack would take the engine's process with it.
+/// Each level of a text takes at least one of three characters, and up to 720 bytes of the megabyte of stack.
+class BoundedBuffer : public std::streambuf {
+  public:
+    /// The source is not owned; null reads as empty.
+    explicit BoundedBuffer(std::streambuf* readFrom) : source(readFrom) {}
+
+  protected:
+    int_type underflow() override { return source ? source->sgetc() : traits_type::eof(); }
+    int_type uflow() override {
+        const int_type next = source ? source->sbumpc() : traits_type::eof();
+        if (next == traits_type::eof()) return next;
+        constexpr size_t mostBytes = 1u << 20;
+        constexpr size_t mostOpenings = 500;
+        openings += next == '[' || next == '{' || next == '.';
+        if (++bytes > mostBytes || openings > mostOpenings)
+            throw std::length_error("The text is too long or nested too deeply");
+        return next;
+    }
+
+  private:
+    std::streambuf* source;
+    size_t bytes = 0;
+    size_t openings = 0;
+};
+
+}  // namespace
 
 TomlConfigVisitor::TomlConfigVisitor(ConfigMap& filled, std::string topEntry, std::string pathBelow,
                                      const ConfigErrorSink& errorSink)
@@ -52,9 +82,9 @@ void TomlConfigVisitor::visit(const cpptoml::table_array&) {
 ConfigMap parseConfig(std::istream& stream, const ConfigErrorSink& sink) {
     ConfigMap map;
     try {
-        NestingGuard guard(stream.rdbuf());
-        std::istream guarded(&guard);
-        const auto tree = cpptoml::parser(guarded).parse();
+        BoundedBuffer buffer(stream.rdbuf());
+        std::istream bounded(&buffer);
+        const auto tree = cpptoml::parser(bounded).parse();
         for (const auto& [key, value] : *tree) value->accept(TomlConfigVisitor(map, key, {}, sink));
     } catch (const std::exception& error) {
         sink("LoadConfigStream", error.what());

@@ -1,5 +1,7 @@
 #include "state/rules/MeridianMessages.h"
 
+#include <nlohmann/json.hpp>
+
 namespace pdx {
 
 nlohmann::json meridianMessage(const std::string& id, const std::string& destination, const std::string& page,

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <array>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace pdx {

@@ -5,50 +5,16 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/rules/Utf8.h"
+
 namespace pdx {
 namespace {
 
 constexpr size_t fingerprintRoom = 1851;
 
-bool isLeadSurrogate(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool isTrailSurrogate(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
-void appendEncoded(std::string& text, uint32_t point) {
-    const auto continuation = [](uint32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
-    if (point < 0x80) {
-        text += static_cast<char>(point);
-        return;
-    }
-    if (point < 0x800) {
-        text += static_cast<char>(0xC0 | (point >> 6));
-    } else {
-        if (point < 0x10000) {
-            text += static_cast<char>(0xE0 | (point >> 12));
-        } else {
-            text += static_cast<char>(0xF0 | (point >> 18));
-            text += continuation(point >> 12);
-        }
-        text += continuation(point >> 6);
-    }
-    text += continuation(point);
-}
-
+/// Each unit on its own, a half of a pair too.
 void appendUnits(std::string& text, std::wstring_view units) {
-    for (const wchar_t unit : units) appendEncoded(text, static_cast<uint16_t>(unit));
-}
-
-/// Pairs as one character, a surrogate without its other half as U+FFFD.
-void appendCharacters(std::string& text, std::wstring_view units) {
-    for (size_t i = 0; i < units.size(); ++i) {
-        const uint32_t unit = static_cast<uint16_t>(units[i]);
-        const uint32_t next = i + 1 < units.size() ? static_cast<uint16_t>(units[i + 1]) : 0;
-        if (isLeadSurrogate(unit) && isTrailSurrogate(next)) {
-            appendEncoded(text, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
-            ++i;
-        } else {
-            appendEncoded(text, isLeadSurrogate(unit) || isTrailSurrogate(unit) ? 0xFFFD : unit);
-        }
-    }
+    for (const wchar_t unit : units) appendUtf8(text, static_cast<uint16_t>(unit));
 }
 
 /// Cuts at the room or up to three bytes before it, so that no sequence is torn.
@@ -113,7 +79,7 @@ std::string fingerprintText(const MachineFacts& facts) {
         text += ';';
     }
     text += fmt::format("{:08X};", facts.volumeSerial);
-    appendCharacters(text, facts.videoDevice);
+    text += toUtf8(facts.videoDevice);
     text += ';';
     text += facts.processor;
     cutSequences(text, fingerprintRoom);

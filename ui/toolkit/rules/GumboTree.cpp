@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/rules/Utf8.h"
+
 namespace pdx {
 namespace {
 
@@ -48,25 +50,6 @@ constexpr GumboTag unseen[] = {GUMBO_TAG_SCRIPT, GUMBO_TAG_STYLE, GUMBO_TAG_TITL
 const GumboNode* nodeOf(MarkupTree::Node node) { return static_cast<const GumboNode*>(node); }
 
 bool isElement(const GumboNode* node) { return node->type == GUMBO_NODE_ELEMENT || node->type == GUMBO_NODE_TEMPLATE; }
-
-/// What the parser gives is well-formed UTF-8 always.
-std::wstring toWideText(std::string_view utf8) {
-    std::wstring wide;
-    wide.reserve(utf8.size());
-    for (size_t at = 0; at < utf8.size();) {
-        const auto lead = static_cast<uint8_t>(utf8[at++]);
-        const int followers = lead < 0xC0 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-        uint32_t code = followers == 0 ? lead : lead & (0x3Fu >> followers);
-        for (int i = 0; i < followers && at < utf8.size(); ++i)
-            code = code << 6 | (static_cast<uint8_t>(utf8[at++]) & 0x3F);
-        if (sizeof(wchar_t) == 2 && code > 0xFFFF) {
-            wide += static_cast<wchar_t>(0xD7C0 + (code >> 10));
-            code = 0xDC00 | (code & 0x3FF);
-        }
-        wide += static_cast<wchar_t>(code);
-    }
-    return wide;
-}
 
 std::string_view viewOf(const GumboStringPiece& piece) { return {piece.data, piece.length}; }
 
@@ -185,13 +168,13 @@ std::wstring GumboTree::name(Node element) const {
     GumboStringPiece original = native.original_tag;
     gumbo_tag_from_original_text(&original);
     std::wstring capitals =
-        toWideText(native.tag == GUMBO_TAG_UNKNOWN ? viewOf(original) : gumbo_normalized_tagname(native.tag));
+        toWide(native.tag == GUMBO_TAG_UNKNOWN ? viewOf(original) : gumbo_normalized_tagname(native.tag));
     for (wchar_t& letter : capitals)
         if (letter >= L'a' && letter <= L'z') letter = static_cast<wchar_t>(letter - L'a' + L'A');
     return capitals;
 }
 
-std::wstring GumboTree::value(Node text) const { return toWideText(nodeOf(text)->v.text.text); }
+std::wstring GumboTree::value(Node text) const { return toWide(nodeOf(text)->v.text.text); }
 
 size_t GumboTree::childCount(Node node) const {
     const GumboNode* native = nodeOf(node);
@@ -205,7 +188,7 @@ MarkupTree::Node GumboTree::child(Node node, size_t index) const {
 
 std::wstring GumboTree::attribute(Node element, const char* attributeName) const {
     const GumboAttribute* found = gumbo_get_attribute(&nodeOf(element)->v.element.attributes, attributeName);
-    return found ? toWideText(found->value) : std::wstring();
+    return found ? toWide(found->value) : std::wstring();
 }
 
 size_t affordableLength(std::string_view utf8) {

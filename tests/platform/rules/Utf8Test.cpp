@@ -1,4 +1,4 @@
-#include "platform/Text.h"
+#include "platform/rules/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -39,10 +39,18 @@ TEST(Text, MakesValidUtf8OfAnyUtf16) {
 TEST(Text, TakesAnyBytesForWideText) {
     const std::pair<std::string, std::wstring> cases[] = {
         {{}, {}},
-        {"\xC3\xA9", L"\x00E9"},
-        {"\xF0\x9F\x98\x80", {wchar_t{0xD83D}, wchar_t{0xDE00}}},
+        {"\xC3\xA9\xE2\x82\xAC", L"\x00E9\x20AC"},
+        {"\xF0\x9F\x98\x80", L"\U0001F600"},
         {"a\xFF", L"a\xFFFD"},
         {"\xC3(", L"\xFFFD("},
+        {"\xE2\x82", L"\xFFFD"},
+        {"\xE2\x82z", L"\xFFFDz"},
+        // Overlong, a surrogate, and above the last code point: no byte goes on what the one ahead of it began.
+        {"\xC0\x80", L"\xFFFD\xFFFD"},
+        {"\xE0\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
+        {"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
+        {"\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
+        {{'a', '\0', 'b'}, {L'a', L'\0', L'b'}},
     };
     for (const auto& [narrow, wide] : cases) EXPECT_EQ(toWide(narrow), wide) << narrow;
 }

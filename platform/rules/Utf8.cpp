@@ -1,0 +1,90 @@
+#include "platform/rules/Utf8.h"
+
+namespace pdx {
+namespace {
+
+constexpr uint32_t replacement = 0xFFFD;
+
+bool isLead(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool isTrail(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+/// The code point at the place, which moves behind it.
+uint32_t takeWide(std::wstring_view text, size_t& at) {
+    const auto unitAt = [&](size_t place) -> uint32_t {
+        return sizeof(wchar_t) == 2 ? static_cast<uint16_t>(text[place]) : static_cast<uint32_t>(text[place]);
+    };
+    const uint32_t unit = unitAt(at++);
+    if (isLead(unit) && at < text.size() && isTrail(unitAt(at)))
+        return 0x10000 + ((unit - 0xD800) << 10) + (unitAt(at++) - 0xDC00);
+    return isLead(unit) || isTrail(unit) ? replacement : unit;
+}
+
+uint32_t takeNarrow(std::string_view text, size_t& at) {
+    const auto lead = static_cast<uint8_t>(text[at++]);
+    if (lead < 0x80) return lead;
+    if (lead < 0xC2 || lead > 0xF4) return replacement;
+    const int followers = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+    // What the first follower may be keeps overlong forms, surrogates and all above U+10FFFF out.
+    uint8_t lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    uint8_t highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    uint32_t point = lead & (0x3Fu >> followers);
+    for (int i = 0; i < followers; ++i) {
+        const auto follower = at < text.size() ? static_cast<uint8_t>(text[at]) : uint8_t{0};
+        if (follower < lowest || follower > highest) return replacement;
+        point = point << 6 | (follower & 0x3Fu);
+        lowest = 0x80;
+        highest = 0xBF;
+        ++at;
+    }
+    return point;
+}
+
+}  // namespace
+
+void appendUtf8(std::string& target, uint32_t codePoint) {
+    const auto add = [&](uint32_t byte) { target += static_cast<char>(byte); };
+    if (codePoint < 0x80) return add(codePoint);
+    if (codePoint < 0x800) {
+        add(0xC0 | codePoint >> 6);
+    } else {
+        if (codePoint < 0x10000) {
+            add(0xE0 | codePoint >> 12);
+        } else {
+            add(0xF0 | codePoint >> 18);
+            add(0x80 | (codePoint >> 12 & 0x3F));
+        }
+        add(0x80 | (codePoint >> 6 & 0x3F));
+    }
+    add(0x80 | (codePoint & 0x3F));
+}
+
+void assignUtf8(std::string& target, std::wstring_view text) {
+    // Nearly every line of a log is plain, and then each unit is its own byte.
+    target.resize(text.size());
+    size_t at = 0;
+    for (; at < text.size() && static_cast<uint32_t>(text[at]) < 0x80; ++at) target[at] = static_cast<char>(text[at]);
+    target.resize(at);
+    while (at < text.size()) appendUtf8(target, takeWide(text, at));
+}
+
+std::string toUtf8(std::wstring_view text) {
+    std::string narrow;
+    assignUtf8(narrow, text);
+    return narrow;
+}
+
+std::wstring toWide(std::string_view text) {
+    std::wstring wide;
+    wide.reserve(text.size());
+    for (size_t at = 0; at < text.size();) {
+        uint32_t point = takeNarrow(text, at);
+        if (sizeof(wchar_t) == 2 && point > 0xFFFF) {
+            wide += static_cast<wchar_t>(0xD7C0 + (point >> 10));
+            point = 0xDC00 | (point & 0x3FF);
+        }
+        wide += static_cast<wchar_t>(point);
+    }
+    return wide;
+}
+
+}  // namespace pdx

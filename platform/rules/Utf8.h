@@ -1,0 +1,23 @@
+// Narrow text is UTF-8, wide text is UTF-16 (UTF-32 where the host's wide characters are that wide). For well-formed
+// text the results are those of the system's code page 65001; the rules need them where there is no system.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace pdx {
+
+/// UTF-8 of a wide text; a lone surrogate becomes U+FFFD, so the result is always valid UTF-8.
+std::string toUtf8(std::wstring_view text);
+/// Wide text of UTF-8; each longest beginning of a character that does not go on as one becomes U+FFFD, and so does
+/// each byte that begins none.
+std::wstring toWide(std::string_view text);
+
+/// Writes the UTF-8 of a wide text over what target holds, keeping its memory: for places that run for every line of
+/// a long install.
+void assignUtf8(std::string& target, std::wstring_view text);
+/// Adds one code point as it is, a surrogate too.
+void appendUtf8(std::string& target, uint32_t codePoint);
+
+}  // namespace pdx
