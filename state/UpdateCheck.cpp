@@ -15,18 +15,20 @@
 
 namespace pdx {
 
-std::string getLocalMacAddress() {
+unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size) { return GetAdaptersInfo(list, size); }
+
+std::string getLocalMacAddress(AdapterQuery ask) {
     // Never more than this, and never a second try: a machine must not change its bucket with a version of this code.
     constexpr size_t listSize = 5184;
     alignas(IP_ADAPTER_INFO) std::array<BYTE, listSize> list{};
     auto* first = reinterpret_cast<IP_ADAPTER_INFO*>(list.data());
     ULONG size = listSize;
-    if (GetAdaptersInfo(first, &size) != ERROR_SUCCESS) return {};
+    if (ask(first, &size) != ERROR_SUCCESS) return {};
     return addressText({first->Address, std::min<size_t>(first->AddressLength, sizeof first->Address)});
 }
 
-uint32_t GetUpdateBucket() {
-    const uint32_t bucket = updateBucketOf(getLocalMacAddress());
+uint32_t GetUpdateBucket(AdapterQuery ask) {
+    const uint32_t bucket = updateBucketOf(getLocalMacAddress(ask));
     PDX_LOG(logInfo, "GetUpdateBucket", "Using bucket value: %u", bucket);
     return bucket;
 }

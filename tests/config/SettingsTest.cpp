@@ -71,29 +71,6 @@ TEST_F(ConfigurationTest, HasTheShippedValues) {
     EXPECT_EQ(getConfigString("app.installertype"), "thin");
 }
 
-TEST_F(ConfigurationTest, HasOtherServicesForIntegration) {
-    const ConfigMap production = loadConfigResource("production.cfg");
-    const ConfigMap integration = loadConfigResource("integration.cfg");
-    const ConfigMap installer = loadConfigResource("installer.cfg");
-    for (const char* key : {"updater.url", "installer.downloadurl", "telemetry.tally.url", "telemetry.brisk.url"}) {
-        EXPECT_THAT(production.getString(key), HasSubstr("https://")) << key;
-        EXPECT_THAT(integration.getString(key), HasSubstr("https://")) << key;
-        EXPECT_NE(production.getString(key), integration.getString(key)) << key;
-    }
-    EXPECT_NE(integration.getString("app.oer.url"), installer.getString("app.oer.url"));
-    EXPECT_EQ(production.getString("app.oer.url", "absent"), "absent");
-    EXPECT_THAT(integration.getString("installer.downloadurl"),
-                testing::EndsWith(std::string(cdnFolder) + "PalisadeappInstaller-{version}.exe"));
-}
-
-TEST_F(ConfigurationTest, KeepsTheSettingsThatSomebodyStillReads) {
-    loadConfiguration(true);
-    const auto earlier = g_config.get();
-    loadConfiguration(false);
-    EXPECT_EQ(earlier->getString("app.installertype"), "thin");
-    EXPECT_EQ(getConfigString("app.installertype"), "thick");
-}
-
 TEST_F(ConfigurationTest, GivesTheDefaultsWhileThereIsNone) {
     EXPECT_EQ(getConfigString("app.environment", "default"), "default");
     EXPECT_EQ(getConfigWideString("app.environment", L"default"), L"default");
@@ -139,27 +116,29 @@ TEST(LoadConfigFile, ReadsAFileWhereverItLies) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-DWORD WINAPI loadOnSmallStack(void* text) {
+DWORD WINAPI loadOnHalfTheStack(void* text) {
     std::istringstream stream(*static_cast<std::string*>(text));
     return LoadConfigStream(stream).size();
 }
 
-TEST(LoadConfigStream, TakesWhatMayBeNestedOnAnEighthOfTheStack) {
-    std::string arrays = "a = " + std::string(100, '[') + std::string(100, ']');
+TEST(LoadConfigStream, TakesTheDeepestTextOnHalfTheEnginesStack) {
+    std::string arrays = "a = " + std::string(500, '[') + std::string(500, ']');
     std::string tables = "a = ";
-    for (int level = 0; level < 100; ++level) tables += "{a=";
-    tables += "1" + std::string(100, '}');
-    std::string headings;
-    std::string path = "a";
-    for (int level = 0; level < 99; ++level, path += ".a") headings += "[[" + path + "]]\n";
-    for (std::string* text : {&arrays, &tables, &headings}) {
+    std::string heading = "[a";
+    for (int level = 0; level < 499; ++level) {
+        tables += "{a=";
+        heading += ".a";
+    }
+    tables += "1" + std::string(499, '}');
+    heading += "]\nb = 1\n";
+    for (std::string* text : {&arrays, &tables, &heading}) {
         const Handle thread(
-            CreateThread(nullptr, 128 * 1024, loadOnSmallStack, text, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+            CreateThread(nullptr, 512 * 1024, loadOnHalfTheStack, text, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
         ASSERT_TRUE(thread);
         WaitForSingleObject(thread.get(), INFINITE);
         DWORD keys = 99;
         GetExitCodeThread(thread.get(), &keys);
-        EXPECT_EQ(keys, text == &tables ? 1u : 0u);
+        EXPECT_EQ(keys, text == &arrays ? 0u : 1u);
     }
 }
 

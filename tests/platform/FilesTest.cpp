@@ -21,13 +21,6 @@ class FilesTest : public testing::Test {
     CapturedLog log;
 };
 
-TEST_F(FilesTest, FindsFilesAndFolders) {
-    EXPECT_TRUE(fileExists(folder.addFile(L"ü.txt")));
-    EXPECT_TRUE(fileExists(folder.path()));
-    EXPECT_FALSE(fileExists(folder.path(L"missing")));
-    EXPECT_FALSE(fileExists(L""));
-}
-
 TEST_F(FilesTest, CopiesOnlyWhatIsMissing) {
     const std::wstring source = folder.addFile(L"source", "new");
     const std::wstring present = folder.addFile(L"present", "old");
@@ -37,32 +30,22 @@ TEST_F(FilesTest, CopiesOnlyWhatIsMissing) {
     EXPECT_EQ(readFile(present), "old");
     EXPECT_TRUE(copyIfMissing(folder.path(L"missing"), present));
     EXPECT_FALSE(copyIfMissing(folder.path(L"missing"), folder.path(L"other")));
-    EXPECT_FALSE(copyIfMissing(source, folder.path(L"no\\folder")));
 }
 
 TEST_F(FilesTest, ReadsTheFirstDescriptionInTheOrderOfTheLanguages) {
     // The program names four languages: no block, a block without a description, then German before English.
     EXPECT_EQ(getFileDescription(probePath()), L"Prüfling");
-    EXPECT_EQ(getFileDescription(getProcessFilePath()), L"Palisade app installer");
-}
-
-TEST_F(FilesTest, GivesNoDescriptionOfWhatHasNone) {
     EXPECT_EQ(getFileDescription(folder.addFile(L"text.exe")), L"");
     EXPECT_EQ(getFileDescription(folder.path(L"missing.exe")), L"");
-    EXPECT_EQ(getFileDescription(folder.path()), L"");
-    EXPECT_EQ(getFileDescription(L""), L"");
 }
 
 TEST(RetryUntil, CallsUntilTheFirstSuccess) {
     const struct {
         int32_t tries;
-        int succeedsAt;  ///< 0: never
+        int succeedsAt;
         bool result;
         int calls;
-    } cases[] = {
-        {10, 1, true, 1}, {10, 3, true, 3}, {3, 3, true, 3},  {3, 4, false, 3},
-        {5, 0, false, 5}, {1, 0, false, 1}, {0, 1, false, 0}, {-1, 1, false, 0},
-    };
+    } cases[] = {{10, 3, true, 3}, {3, 3, true, 3}, {3, 4, false, 3}, {0, 1, false, 0}};
     for (const auto& row : cases) {
         int calls = 0;
         EXPECT_EQ(retryUntil([&] { return ++calls == row.succeedsAt; }, row.tries, 0), row.result)
@@ -81,12 +64,7 @@ TEST_F(FilesTest, DeletesATreeWithAllThatIsInIt) {
         EXPECT_TRUE(deleteDirectoryTree(folder.path(L"tree") + separator, 1, 0));
         EXPECT_FALSE(fileExists(folder.path(L"tree")));
     }
-    EXPECT_THAT(log.take(), IsEmpty());
-}
-
-TEST_F(FilesTest, AFolderThatIsNotThereIsDeleted) {
-    EXPECT_TRUE(deleteDirectoryTree(folder.path(L"missing"), 1, 0));
-    EXPECT_TRUE(deleteDirectoryTree(folder.path(L"missing\\deeper"), 1, 0));
+    EXPECT_TRUE(deleteDirectoryTree(folder.path(L"missing\\deeper"), 1, 0)) << "what is not there is deleted";
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
@@ -98,12 +76,6 @@ TEST_F(FilesTest, TheEmptyPathIsNotTheCurrentFolder) {
     EXPECT_TRUE(deleteDirectoryTree(L"", 1, 0));
     SetCurrentDirectoryW(before);
     EXPECT_TRUE(fileExists(kept));
-}
-
-TEST_F(FilesTest, AFileInTheFoldersPlaceStays) {
-    const std::wstring file = folder.addFile(L"file");
-    deleteDirectoryTree(file, 1, 0);
-    EXPECT_TRUE(fileExists(file));
 }
 
 TEST_F(FilesTest, StopsAtAFileThatStays) {
@@ -120,15 +92,6 @@ TEST_F(FilesTest, StopsAtAFileThatStays) {
         EXPECT_TRUE(fileExists(stuck));
     }
     EXPECT_TRUE(deleteDirectoryTree(folder.path(L"tree"), 3, 1)) << "once the file is closed";
-}
-
-TEST_F(FilesTest, StopsAtAReadOnlyFile) {
-    const std::wstring stuck = folder.addFile(L"tree\\readonly.txt");
-    SetFileAttributesW(stuck.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_FALSE(deleteDirectoryTree(folder.path(L"tree"), 2, 1));
-    EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "deleteDirectoryTree",
-                                                 toUtf8(L"Failed to remove file " + stuck + L": error=00000005")}));
-    SetFileAttributesW(stuck.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(FilesTest, StopsAtAFolderThatStays) {

@@ -1,9 +1,15 @@
 #include "telemetry/MachineIdentity.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <intrin.h>
 
+#include <bit>
 #include <thread>
+
+#include "platform/Hash.h"
+#include "telemetry/rules/Fingerprint.h"
 
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/ScriptedWmi.h"
@@ -51,13 +57,22 @@ TEST(MachineHash, AsksForFiveFactsAndLogsNothing) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
+TEST(MachineHash, IsThatOfTheFingerprintAlsoWithoutTheService) {
+    ScriptedWmi off;
+    off->locatorCreated = REGDB_E_CLASSNOTREG;
+    DWORD serial = 0;
+    ASSERT_TRUE(GetVolumeInformationW(L"C:\\", nullptr, 0, &serial, nullptr, nullptr, nullptr, 0));
+    const std::string text =
+        fmt::format("132241;132241;132241;132241;{:08X};132241;", serial) + processorText([](uint32_t leaf) {
+            int registers[4] = {};
+            __cpuid(registers, static_cast<int>(leaf));
+            return std::bit_cast<CpuRegisters>(registers);
+        });
+    EXPECT_EQ(getMachineHash(), hashString(L"SHA1", text.data(), text.size())) << text;
+}
+
 TEST(MachineHash, IsTheSameForEveryKindOfMissingFact) {
     const std::string unknown = hashWith(boards, {});
-    {
-        ScriptedWmi off;
-        off->locatorCreated = REGDB_E_CLASSNOTREG;
-        EXPECT_EQ(getMachineHash(), unknown) << "no service";
-    }
     {
         ScriptedWmi refused;
         EXPECT_EQ(getMachineHash(), unknown) << "no connection";

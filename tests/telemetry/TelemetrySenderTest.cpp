@@ -36,15 +36,13 @@ class RecordingSender : public TelemetrySender {
     }
 
     void tell(json value, bool urgent = false) { enqueue({briskSender, "", std::move(value), urgent}); }
-    void begin(const char* session = "session") { start("", TelemetryManager(session, noHash)); }
+    void begin() { start("", TelemetryManager("session", noHash)); }
     /// The posts so far, once there are that many.
     std::vector<json> posts(size_t count) {
         std::unique_lock guard(lock);
         changed.wait(guard, [&] { return batches.size() >= count; });
         return batches;
     }
-    [[nodiscard]] const std::string& session() const { return sessionId; }
-
     std::function<void(const json&)> onSend;  ///< on the worker
     std::vector<json> batches;                ///< for everyone once the worker has ended
 
@@ -94,35 +92,19 @@ TEST(TelemetrySender, HoldsOrdinaryEventsBackUntilSendingIsEnabled) {
     EXPECT_THAT(sender.posts(3), ElementsAre(json{"urgent"}, heldBack, json{"later"}));
 }
 
-TEST(TelemetrySender, PostsOnlyUrgentEventsWhenStoppedWithTheGateShut) {
-    RecordingSender sender;
-    sender.begin();
-    sender.tell(1);
-    sender.tell(2, true);
-    sender.tell(3);
-    sender.stop();
-    EXPECT_THAT(sender.batches, ElementsAre(json{2}));
-}
-
-TEST(TelemetrySender, PostsWhatWasQueuedWhenStopped) {
+TEST(TelemetrySender, PostsWhatWasQueuedWhenStoppedAndMayStartAgain) {
     RecordingSender sender;
     sender.setSendingEnabled(true);
     sender.tell(1);  // ahead of the worker
     sender.begin();
     sender.posts(1);
     sender.tell(2);
-    sender.stop();
-    EXPECT_THAT(sender.batches, ElementsAre(json{1}, json{2}));
-}
-
-TEST(TelemetrySender, DropsEventsThatPrepareToNothing) {
-    RecordingSender sender;
-    sender.setSendingEnabled(true);
-    sender.begin();
     for (const json& nothing : {json(), json::object(), json::array()}) sender.tell(nothing, true);
-    sender.tell(1);
     sender.stop();
-    EXPECT_THAT(sender.batches, ElementsAre(json{1}));
+    sender.begin();
+    sender.tell(3);
+    sender.stop();
+    EXPECT_THAT(sender.batches, ElementsAre(json{1}, json{2}, json{3}));
 }
 
 TEST(TelemetrySender, MakesNoCallerWaitForAPost) {
@@ -164,20 +146,6 @@ TEST(TelemetrySender, LosesOnlyThePostThatCannotBeWritten) {
     EXPECT_THAT(sender.batches, ElementsAre(json{2}, json{1}));
     EXPECT_THAT(log.take(),
                 ElementsAre(testing::Field(&LogEntry::message, testing::StartsWith("Lost a post of telemetry: "))));
-}
-
-TEST(TelemetrySender, StartsOnceUntilItIsStopped) {
-    RecordingSender sender;
-    sender.begin("first");
-    sender.begin("second");
-    EXPECT_EQ(sender.session(), "first");
-    sender.stop();
-    sender.stop();
-    sender.begin("third");
-    EXPECT_EQ(sender.session(), "third");
-    sender.tell(1, true);
-    sender.stop();
-    EXPECT_THAT(sender.batches, ElementsAre(json{1}));
 }
 
 }  // namespace

@@ -90,12 +90,8 @@ TEST(FingerprintText, EncodesTheFirstFieldsUnitByUnitAndTheVideoDeviceByCharacte
     const std::wstring lead(1, wchar_t{0xD83D});
     const std::wstring trail(1, wchar_t{0xDE00});
     const Row rows[] = {
-        {"two bytes", std::wstring(1, wchar_t{0xE9}), "\xC3\xA9", "\xC3\xA9"},
-        {"three bytes", std::wstring(1, wchar_t{0xFFFD}), "\xEF\xBF\xBD", "\xEF\xBF\xBD"},
         {"pair", lead + trail, "\xED\xA0\xBD\xED\xB8\x80", "\xF0\x9F\x98\x80"},
         {"lone lead", lead + L"a", "\xED\xA0\xBD\x61", "\xEF\xBF\xBD\x61"},
-        {"lone trail", trail, "\xED\xB8\x80", "\xEF\xBF\xBD"},
-        {"lead at the end", L"a" + lead, "a\xED\xA0\xBD", "a\xEF\xBF\xBD"},
     };
     for (const Row& row : rows) {
         MachineFacts facts;
