@@ -30,14 +30,14 @@ std::wstring askText(Ask ask) {
     return SUCCEEDED(hr) ? std::wstring(buffer.c_str()) : std::wstring();
 }
 
-/// Environment variables by which a run hands its state to the one that the engine loads after it, and the bundle
-/// variables that they become.
+/// What a run leaves in the environment for the one that the engine loads after it.
 constexpr struct {
-    const wchar_t* environment;
-    const wchar_t* variable;
+    const wchar_t* name;
+    void (*take)(BootstrapperApplication& application, const std::wstring& value);
 } reloadEnvironment[] = {
-    {L"PDX_REPAIR", L"PDX_REPAIR"},
-    {L"PDX_INSTALL_LOCATION", L"InstallFolder"},
+    {L"PDX_REPAIR",
+     [](auto& application, auto& value) { application.engine()->SetVariableString(L"PDX_REPAIR", value.c_str()); }},
+    {L"PDX_INSTALL_LOCATION", [](auto& application, auto& value) { application.setInstallFolder(value); }},
 };
 
 /// The strings in the user's language, or in the one that the configuration forces.
@@ -81,9 +81,9 @@ BootstrapperApplication::~BootstrapperApplication() {
 }
 
 void BootstrapperApplication::takeEnvironment() {
-    for (const auto& pair : reloadEnvironment) {
-        const std::wstring value = getEnvironmentText(pair.environment);
-        if (!value.empty()) m_engine->SetVariableString(pair.variable, value.c_str());
+    for (const auto& row : reloadEnvironment) {
+        const std::wstring value = getEnvironmentText(row.name);
+        if (!value.empty()) row.take(*this, value);
     }
 }
 
@@ -153,6 +153,20 @@ void BootstrapperApplication::setDialogReady(bool ready) {
 void BootstrapperApplication::quit(DWORD code) {
     m_quitRequested = true;
     m_engine->Quit(code);
+}
+
+void BootstrapperApplication::quitOnFailure(const char* operation, HRESULT hr) {
+    if (SUCCEEDED(hr)) return;
+    PDX_LOG(logError, "BootstrapperApplication::quitOnFailure", "%s failed: %s", operation, describeError(hr));
+    UpdateInstallStatus(hr);
+    quit(1);
+}
+
+void BootstrapperApplication::setInstallFolder(const std::wstring& folder) {
+    std::wstring escaped(folder.size() * 4 + 1, L'\0');
+    auto size = static_cast<DWORD>(escaped.size());
+    const bool made = SUCCEEDED(m_engine->EscapeString(folder.c_str(), escaped.data(), &size));
+    m_engine->SetVariableString(L"InstallFolder", made ? escaped.c_str() : folder.c_str());
 }
 
 void BootstrapperApplication::requestReload(ReloadPurpose purpose) {

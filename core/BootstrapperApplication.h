@@ -69,9 +69,16 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// Makes the engine end the run with that code. From then on detection leads to nothing: the engine finishes a
     /// detection that is under way and reports it all the same.
     void quit(DWORD code);
+    /// Ends the run with 1 if the engine refuses the operation of that name: it would call nothing more, and the run
+    /// would stand still. Logs it, and takes it into the status.
+    void quitOnFailure(const char* operation, HRESULT hr);
     /// Asks the engine to end this run and then to load the library anew, in the mode that the reload is for.
     void requestReload(ReloadPurpose purpose);
     void requestRepairReload();
+
+    /// Sets the variable InstallFolder so that it means this folder, brackets in its name and all, wherever it is
+    /// formatted.
+    void setInstallFolder(const std::wstring& folder);
 
     IBootstrapperEngine* engine() const { return m_engine; }
     BOOTSTRAPPER_ACTION action() const { return m_action; }

@@ -30,8 +30,7 @@ HRESULT BootstrapperApplication::OnStartup() {
     if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
 
     const std::wstring installLocation = machineText(view64, productKey, L"InstallLocation");
-    if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL && !installLocation.empty())
-        m_engine->SetVariableString(L"InstallFolder", installLocation.c_str());
+    if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL && !installLocation.empty()) setInstallFolder(installLocation);
     m_reportFiles.push_back(GetEngineVariable(L"WixBundleLog", false));
     m_reportFiles.push_back(getLogFilePath(L"PalisadeBackgroundService.log"));
 
@@ -63,9 +62,12 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed) const {
     facts.installed = installed;
     if (m_action != BOOTSTRAPPER_ACTION_INSTALL) return facts;
     facts.ignoreAlreadyInstalled = GetEngineVariable(L"IGNORE_ALREADY_INSTALLED", false) == L"1";
-    facts.olderClientRecorded = !machineText(view32, olderClientKey, L"ClientPath").empty();
-    facts.gatelinkRegistered =
-        !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
+    // Nothing can answer that prompt yet.
+    facts.olderClientToPrompt = [] { return false; };
+    facts.olderClientRecorded = [] { return !machineText(view32, olderClientKey, L"ClientPath").empty(); };
+    facts.gatelinkRegistered = [] {
+        return !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
+    };
     return facts;
 }
 
@@ -78,9 +80,9 @@ void BootstrapperApplication::takeStartupStep(StartupStep step) {
             promptAlreadyInstalled();
             break;
         case StartupStep::detect:
-            m_engine->Detect(m_dialogWindow);
+            quitOnFailure("Detect", m_engine->Detect(m_dialogWindow));
             break;
-        // Nothing asks for these two yet: the facts that lead to them are never set.
+        // Nothing asks for these two yet: the facts that lead to them never hold.
         case StartupStep::launchClientFromDisc:
         case StartupStep::promptOlderClient:
             break;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
 #include "platform/rules/EngineTypes.h"
@@ -31,15 +32,17 @@ enum class StartupStep {
     promptAlreadyInstalled,
 };
 
-/// The facts by which a run that is neither a repair nor a migration chooses its first step.
+/// The facts by which a run that is neither a repair nor a migration chooses its first step. Those that cost a look at
+/// the machine, which logs what is not there, are asked when a row of the table needs them, and not before.
 struct StartupFacts {
     int32_t action = BOOTSTRAPPER_ACTION_INSTALL;
     bool installed = false;  ///< an install location is recorded
     bool fromDisc = false;
     bool ignoreAlreadyInstalled = false;  ///< IGNORE_ALREADY_INSTALLED is "1"
-    bool olderClientToPrompt = false;     ///< migration with its prompt is on, asked for, and the older client there
-    bool olderClientRecorded = false;     ///< the older client's ClientPath is not empty
-    bool gatelinkRegistered = false;      ///< the gatelink protocol has a command
+    std::function<bool()>
+        olderClientToPrompt;  ///< migration with its prompt is on, asked for, and the older client there
+    std::function<bool()> olderClientRecorded;  ///< the older client's ClientPath is not empty
+    std::function<bool()> gatelinkRegistered;   ///< the gatelink protocol has a command
 };
 
 StartupStep chooseStartupStep(const StartupFacts& facts);

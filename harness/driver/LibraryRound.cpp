@@ -22,7 +22,8 @@ namespace fs = std::filesystem;
 
 constexpr const wchar_t* installerMutex = L"Global\\Palisade_Desktop_Installer";
 constexpr auto secondInstanceStatus = static_cast<HRESULT>(0xA7FF0480);
-constexpr auto packageFailure = static_cast<HRESULT>(0x80070643);
+/// Another installation is running: worth a second try, if the library ever made one.
+constexpr auto packageFailure = static_cast<HRESULT>(0x80070652);
 /// The button of the already-installed prompt that asks for a repair.
 constexpr LRESULT repairAnswer = 2;
 constexpr size_t logLinesShown = 20;

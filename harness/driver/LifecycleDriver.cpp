@@ -40,28 +40,8 @@ std::wstring folderName(int round) {
     return std::wstring(kindOf(round) == pdx::RoundKind::reload ? L"reload-" : L"round-") + std::to_wstring(round);
 }
 
-/// A start with the action install asks the root of classes, unless it is refused before.
-bool readsClassesRoot(pdx::RoundKind kind) {
-    return kind != pdx::RoundKind::uninstall && kind != pdx::RoundKind::secondInstance;
-}
-
-/// The handles that one read of the root of classes leaves behind: 0 on Windows. Wine opens the root anew for every
-/// read that names a registry view, and never closes it.
-size_t classesRootLeak() {
-    const auto read = [] {
-        HKEY key = nullptr;
-        RegOpenKeyExW(HKEY_CLASSES_ROOT, L"gatelink", 0, KEY_READ | KEY_WOW64_64KEY, &key);
-        if (key) RegCloseKey(key);
-    };
-    read();
-    const auto before = pdx::takeCensus();
-    read();
-    return pdx::takeCensus().handleCount() - before.handleCount();
-}
-
 /// What a round may add to the handles for the life of the process, none of it the library's.
-void allowFor(pdx::RoundKind kind, size_t leak, pdx::ProcessCensus& baseline) {
-    if (readsClassesRoot(kind)) baseline.handles["Key"] += leak;
+void allowFor(pdx::RoundKind kind, pdx::ProcessCensus& baseline) {
     if (kind != pdx::RoundKind::reload) return;
     // A library that stays mapped keeps what the toolchain's thread layer in it holds of this thread.
     ++baseline.handles["Event"];
@@ -74,14 +54,12 @@ int runRounds(const fs::path& library, int rounds) {
     int failures = 0;
     pdx::ProcessCensus baseline;
     const int warmUp = std::min(warmUpRounds, rounds / 2);
-    const size_t leak = classesRootLeak();
-    if (leak > 0) std::printf("each start that asks the root of classes is allowed %zu handle of the system's\n", leak);
     for (int round = 1; round <= rounds; ++round) {
         const auto kind = kindOf(round);
         std::printf("round %3d, %s: ", round, nameOf(kind));
         std::fflush(stdout);
         auto findings = runRound(kind, library, fs::temp_directory_path() / folderName(round));
-        allowFor(kind, leak, baseline);
+        allowFor(kind, baseline);
         const auto census = round > warmUp ? pdx::takeCensusWithin(baseline, settleBound) : pdx::takeCensus();
         if (round > warmUp && !census.within(baseline))
             findings.insert(findings.begin(), "left over: " + census.excessOver(baseline));

@@ -247,12 +247,14 @@ HRESULT SmallEngine::CloseSplashScreen() {
 
 HRESULT SmallEngine::Detect(HWND parent) {
     record("Detect", {shown(parent)});
+    if (answers.refused == "Detect") return E_FAIL;
     post(EngineRequest::Kind::detect, 0);
     return S_OK;
 }
 
 HRESULT SmallEngine::Plan(BOOTSTRAPPER_ACTION action) {
     record("Plan", {std::to_wstring(action)});
+    if (answers.refused == "Plan") return E_FAIL;
     post(EngineRequest::Kind::plan, action);
     return S_OK;
 }
@@ -264,6 +266,7 @@ HRESULT SmallEngine::Elevate(HWND parent) {
 
 HRESULT SmallEngine::Apply(HWND parent) {
     record("Apply", {shown(parent)});
+    if (answers.refused == "Apply") return E_FAIL;
     post(EngineRequest::Kind::apply, 0);
     return S_OK;
 }

@@ -53,6 +53,7 @@ class SmallEngine final : public IBootstrapperEngine {
         int embeddedResult = 0;           ///< what they write
         HRESULT setVariable = S_OK;       ///< a failure here leaves the variable as it was
         HRESULT setUpdate = S_OK;         ///< of a call that is none of the wrong ones
+        std::string_view refused;         ///< "Detect", "Plan" or "Apply": fails with E_FAIL, and nothing follows
     };
     Answers answers;
     EngineVariables variables;

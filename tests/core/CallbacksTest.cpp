@@ -282,6 +282,7 @@ TEST(Callbacks, TakeNullsAndValuesOutOfRange) {
     EXPECT_TRUE(bench.engine.findLog(L"wzPackageId=, pRequestedState=<INVALID>"));
     EXPECT_EQ(app.OnResolveSource(nullptr, nullptr, nullptr, nullptr), 0);
     EXPECT_EQ(app.OnResolveSource(nullptr, nullptr, nullptr, L"http://x"), resultDownload);
+    EXPECT_EQ(app.OnResolveSource(L"p", L"l", L"C:\\windows", L"http://x"), 0) << "what is there is not fetched";
     app.OnError(static_cast<BOOTSTRAPPER_ERROR_TYPE>(-2), nullptr, 0xFFFFFFFF, nullptr, 0xFFFFFFFF, 3, nullptr, 0);
     LPCWSTR holes[] = {nullptr, L"x", nullptr};
     app.OnExecuteMsiMessage(nullptr, 0x08000000, 0, nullptr, 3, holes, 0);

@@ -6,7 +6,9 @@
 
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
+#include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
 namespace {
@@ -124,7 +126,7 @@ TEST(Run, RemovesTheOlderClientThatFinishedInstalling) {
 TEST(Run, TakesItsStateFromTheEnvironment) {
     const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
         {L"PDX_REPAIR", L"1", L"PDX_REPAIR", L"1"},
-        {L"PDX_INSTALL_LOCATION", L"D:\\Spiele \u00fc", L"InstallFolder", L"D:\\Spiele \u00fc"},
+        {L"PDX_INSTALL_LOCATION", L"D:\\Spiele \u00fc [SSD]", L"InstallFolder", L"D:\\Spiele \u00fc [SSD]"},
         {L"PDX_INSTALL_LOCATION", L"", L"InstallFolder", L"C:\\Preset"}};
     for (const auto& [environment, value, variable, result] : rows) {
         SetEnvironmentVariableW(environment, value);
@@ -132,7 +134,7 @@ TEST(Run, TakesItsStateFromTheEnvironment) {
         bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Preset"));
         bench.app();
         SetEnvironmentVariableW(environment, nullptr);
-        EXPECT_EQ(bench.engine.variables.text(variable), result);
+        EXPECT_EQ(bench.app().GetEngineVariable(variable, true), result);
     }
 }
 
@@ -214,6 +216,36 @@ TEST(Run, AsksForTheLibraryAnewWhenTheUserWantsARepair) {
     EXPECT_TRUE(second.engine.findLog(L"does not support repair or migration"));
     EXPECT_FALSE(entered(outcome, "OnDetectBegin"));
     EXPECT_EQ(outcome.exitCode, 0u);
+}
+
+TEST(Run, MakesNoRepairOfACancelledPrompt) {
+    const InstalledClient client;
+    // The answer to a cancelled run's message is the number by which the prompt asks for a repair.
+    AnsweringDialog dialog([](auto& application, const auto& message) {
+        if (message.number == WM_BA_PROMPT_ALREADY_INSTALLED) application.PromptCancel(nullptr, TRUE, nullptr, nullptr);
+        return IDCANCEL;
+    });
+    Bench bench;
+    const RunOutcome outcome = bench.run();
+    EXPECT_EQ(outcome.shutdown, 0);
+    EXPECT_EQ(bench.engine.variables.text(L"PDX_REPAIR"), L"0");
+    EXPECT_EQ(bench.engine.callTexts("Quit"), std::vector<std::string>{"Quit(0)"});
+    EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_PROMPT_ALREADY_INSTALLED});
+}
+
+TEST(Run, EndsWhenTheEngineRefusesAStep) {
+    for (const char* operation : {"Detect", "Plan", "Apply"}) {
+        SCOPED_TRACE(operation);
+        Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, UIThreadFunc);
+        bench.engine.answers.refused = operation;
+        const RunOutcome outcome = bench.run();
+        EXPECT_EQ(outcome.failure, "");
+        EXPECT_EQ(outcome.exitCode, 1u);
+        EXPECT_EQ(bench.app().state().status.lastError, E_FAIL);
+        const auto logged = bench.engine.findLog((toWide(operation) + L" failed: "));
+        ASSERT_TRUE(logged);
+        EXPECT_EQ(logged->level, BOOTSTRAPPER_LOG_LEVEL_ERROR);
+    }
 }
 
 TEST(Run, ReportsThePackagesOwnStatus) {

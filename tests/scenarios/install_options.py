@@ -1,8 +1,12 @@
-"""A person customises the setup: another folder by the chooser, no shortcut, back and forth, and installs there."""
+"""A person customises the setup: another folder by the chooser, no shortcut, back and forth, and installs there. The
+folder's name has brackets, which the engine's variables give a meaning: an uninstall and a repair know it too."""
+from harness.client import facts
 from harness.seeing.window import ACTION1, ACTION2, BROWSE, LOCATION, OPTIONS, SHORTCUT
 
-CHOSEN = "C:\\Spiele"
+CHOSEN = "C:\\Spiele [SSD]"
 FOLDER = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own
+ESCAPED = "C:\\Spiele [\\[]SSD[\\]]\\Palisade Desktop"
+RUN_KEY = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run"
 SHORTCUTS = "C:\\users\\root\\Desktop\\Palisade.lnk", "C:\\users\\Public\\Desktop\\Palisade.lnk"
 
 
@@ -36,6 +40,7 @@ def play(scene):
     scene.window.click(ACTION1)
     run.finish(90)
     check_choice(scene, run)
+    check_ways_back(scene)
 
 
 def check_choice(scene, run):
@@ -44,7 +49,21 @@ def check_choice(scene, run):
     scene.check_equal("the folder is checked when it is chosen and when the install starts", folders,
                       [f"folder=[{FOLDER}]"] * 2)
     scene.check_equal("InstallFolder is the product's folder in the chosen one", run.log.variables.get("InstallFolder"),
-                      FOLDER)
+                      ESCAPED)
     scene.check_equal("CreateDesktopShortcut is empty", run.log.variables.get("CreateDesktopShortcut"), "")
     scene.check_installed(FOLDER)
     scene.check_equal("no shortcut lies on the desktop", [path for path in SHORTCUTS if scene.exists(path)], [])
+
+
+def check_ways_back(scene):
+    launcher = facts.client_file("PalisadeLauncher.exe", FOLDER)
+    scene.prefix.set_registry(RUN_KEY, "Fenwick", f'"{launcher.upper()}" -silent')
+    scene.check_exit_code(scene.run("/uninstall", "/quiet", log="uninstall"), 0, "the uninstall")
+    scene.check("an uninstall takes the Run value of that folder away",
+                scene.prefix.registry(RUN_KEY, "Fenwick") is None)
+    scene.check("and the client", not scene.exists(launcher))
+
+    # As the first half of a repair leaves the folder to the second.
+    again = scene.run("/quiet", log="again", environment={"PDX_INSTALL_LOCATION": FOLDER})
+    scene.check_exit_code(again, 0, "an install into a folder that was handed on")
+    scene.check_installed(FOLDER)

@@ -96,7 +96,6 @@ class BootstrapperDialog : public Dialog {
     void StopInstaller();
     void AnswerPage(int32_t control) { Top().result = control; }
     void OnBrowse();
-    void SetInstallFolder(const std::wstring& folder);
 
     /// Ends a run whose next step the engine has refused.
     void QuitOnFailure(const char* operation, HRESULT hr);

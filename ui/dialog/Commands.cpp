@@ -52,7 +52,7 @@ void BootstrapperDialog::OnStartInstall() {
     if (!ValidateInstallFolder(folder)) return;
     const wchar_t* titleKey = InstallTitleKey();
     enableTelemetry();
-    SetInstallFolder(folder);
+    app.setInstallFolder(folder);
     app.engine()->SetVariableString(L"CreateDesktopShortcut", shortcutCheck->IsChecked() ? L"1" : L"");
     app.sendMeridianStartClick(startLetsGo);
     if (isOlderClientTo(OlderClientFate::asks)) {

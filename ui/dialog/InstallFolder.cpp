@@ -96,15 +96,7 @@ void BootstrapperDialog::OnBrowse() {
         productFolderIn(chosen, PathFindFileNameW(chosen.c_str()), PathIsRootW(chosen.c_str()) != FALSE);
     if (folder.size() >= pathCapacity || !ValidateInstallFolder(folder)) return;
     locationValue->SetText(folder);
-    SetInstallFolder(folder);
-}
-
-void BootstrapperDialog::SetInstallFolder(const std::wstring& folder) {
-    // Escaped, for what reads the variable formats it: brackets are allowed in a folder's name.
-    std::wstring escaped(folder.size() * 4 + 1, L'\0');
-    auto size = static_cast<DWORD>(escaped.size());
-    const bool made = SUCCEEDED(app.engine()->EscapeString(folder.c_str(), escaped.data(), &size));
-    app.engine()->SetVariableString(L"InstallFolder", made ? escaped.c_str() : folder.c_str());
+    app.setInstallFolder(folder);
 }
 
 }  // namespace pdx

@@ -3,7 +3,6 @@
 
 #include <commctrl.h>
 
-#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
@@ -81,11 +80,7 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
 }
 
 void BootstrapperDialog::QuitOnFailure(const char* operation, HRESULT hr) {
-    if (SUCCEEDED(hr)) return;
-    // An engine that refuses would call nothing more, and the run would stand still.
-    PDX_LOG(logError, "BootstrapperDialog::QuitOnFailure", "%s failed: %s", operation, describeError(hr));
-    app.UpdateInstallStatus(hr);
-    app.quit(1);
+    app.quitOnFailure(operation, hr);
 }
 
 void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey) {

@@ -67,15 +67,10 @@ TEST(Outcome, ReadsTheStatus) {
     EXPECT_EQ(outcomeOf(hr(0xA7FF61A8)), Outcome::failed);
 }
 
-TEST(ErrorGroups, SortEveryCode) {
+TEST(ErrorGroups, KnowACodeByItsLowerCaseDigits) {
     const std::tuple<const char*, const char*, bool> rows[] = {
-        {"80070005", "system", true},  {"80070070", "dnlv", false},   {"a001051b", "dnlv", false},
-        {"a0010641", "dnlv", false},   {"80070642", "dnlv", false},   {"a0000642", "dnlv", false},
-        {"80070643", "unknown", true}, {"8007064c", "system", true},  {"80070652", "system", false},
-        {"80070780", "system", true},  {"80070783", "system", true},  {"80072ee2", "network", true},
-        {"80072efd", "network", true}, {"80072eff", "network", true}, {"80072f0d", "network", true},
-        {"80072f78", "network", true}, {"80072f7d", "network", true}, {"a7ff61a8", "unknown", true},
-        {"A001051B", "unknown", true}, {"", "unknown", true},
+        {"a001051b", "dnlv", false},   {"80070652", "system", false}, {"80072ee2", "network", true},
+        {"a7ff61a8", "unknown", true}, {"A001051B", "unknown", true}, {"", "unknown", true},
     };
     for (const auto& [code, group, invalid] : rows) {
         EXPECT_EQ(errorGroup(code).group, group) << code;

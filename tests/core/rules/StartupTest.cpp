@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "core/rules/RunValue.h"
 
 namespace pdx {
@@ -19,30 +21,41 @@ TEST(Startup, AcceptsSystems) {
             << system.is64Bit << system.major << "." << system.minor << allowWindows7;
 }
 
-StartupFacts facts(int32_t action, bool installed, bool fromDisc, bool ignore, bool prompt, bool recorded,
-                   bool gatelink) {
-    return {action, installed, fromDisc, ignore, prompt, recorded, gatelink};
-}
-
-TEST(Startup, ChoosesTheFirstStep) {
+TEST(Startup, ChoosesTheFirstStepAndAsksNoMoreThanItNeeds) {
     constexpr int32_t install = BOOTSTRAPPER_ACTION_INSTALL;
     const struct {
-        StartupFacts facts;
+        int32_t action;
+        bool installed, fromDisc, ignore, prompt, recorded, gatelink;
         StartupStep step;
+        const char* asked;  ///< the facts that were looked for: p, r and g as above
     } rows[] = {
-        {facts(BOOTSTRAPPER_ACTION_UNINSTALL, true, true, true, true, true, true), StartupStep::detect},
-        {facts(BOOTSTRAPPER_ACTION_REPAIR, true, false, true, false, false, false), StartupStep::detect},
-        {facts(install, true, true, true, true, true, true), StartupStep::launchClientFromDisc},
-        {facts(install, true, false, true, true, true, true), StartupStep::quit},
-        {facts(install, true, false, false, true, false, false), StartupStep::promptOlderClient},
-        {facts(install, true, false, false, false, true, true), StartupStep::promptAlreadyInstalled},
-        {facts(install, false, true, true, true, true, true), StartupStep::quit},
-        {facts(install, false, false, true, false, true, false), StartupStep::detect},
-        {facts(install, false, false, true, false, false, true), StartupStep::detect},
-        {facts(install, false, false, false, false, true, true), StartupStep::detect},
-        {facts(install, false, false, false, false, false, false), StartupStep::detect},
+        {BOOTSTRAPPER_ACTION_UNINSTALL, true, true, true, true, true, true, StartupStep::detect, ""},
+        {BOOTSTRAPPER_ACTION_REPAIR, true, false, true, false, false, false, StartupStep::detect, ""},
+        {install, true, true, true, true, true, true, StartupStep::launchClientFromDisc, ""},
+        {install, true, false, true, true, true, true, StartupStep::quit, ""},
+        {install, true, false, false, true, false, false, StartupStep::promptOlderClient, "p"},
+        {install, true, false, false, false, true, true, StartupStep::promptAlreadyInstalled, "p"},
+        {install, false, true, true, true, true, true, StartupStep::quit, "rg"},
+        {install, false, false, true, false, true, false, StartupStep::detect, "rg"},
+        {install, false, false, true, false, false, true, StartupStep::detect, "r"},
+        {install, false, false, false, false, true, true, StartupStep::detect, ""},
     };
-    for (size_t i = 0; i < std::size(rows); ++i) EXPECT_EQ(chooseStartupStep(rows[i].facts), rows[i].step) << i;
+    for (size_t i = 0; i < std::size(rows); ++i) {
+        const auto& row = rows[i];
+        std::string asked;
+        const auto fact = [&asked](char name, bool holds) {
+            return [&asked, name, holds] { return asked += name, holds; };
+        };
+        const StartupFacts facts = {row.action,
+                                    row.installed,
+                                    row.fromDisc,
+                                    row.ignore,
+                                    fact('p', row.prompt),
+                                    fact('r', row.recorded),
+                                    fact('g', row.gatelink)};
+        EXPECT_EQ(chooseStartupStep(facts), row.step) << i;
+        EXPECT_EQ(asked, row.asked) << i;
+    }
 }
 
 TEST(Startup, FindsTheClientsPackage) {
