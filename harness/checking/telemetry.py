@@ -155,6 +155,13 @@ def told_so_far(scene) -> dict[str, int]:
     return {service: len(scene.services.requests(service)) for service in ("brisk", "tally")}
 
 
+def names_since(scene, told: dict[str, int]) -> tuple[list[str], list[str]]:
+    """The names of the events that each service has been told since then."""
+    brisk, tally = ([post.body for post in scene.services.requests(service)[told[service]:]] for service in told)
+    return ([f"{event['m']}.{event['g']}.{event['s']}" for post in brisk for event in post],
+            [event["core"]["en"] for post in tally for event in post["contexts"][0]["events"]])
+
+
 def check_attempts(scene, count: int, since: dict[str, int] | None = None, each: int = 2) -> None:
     """Each attempt of a download has an id of its own, which all `each` of its events bear."""
     ids = [event["download_id"] for post in scene.services.requests("tally")[(since or {}).get("tally", 0):]

@@ -11,6 +11,10 @@ CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDes
 EXCHANGE = "C:\\PalisadeTest"
 LAUNCHES = EXCHANGE + "\\launches.txt"
 
+# What others may do with the client's log while the package runs: 32 is a sharing violation, so that nobody may delete
+# the file nor open it against its holder's reading and writing.
+HELD = "use=0 delete=32 no-writer=32 no-reader=32"
+
 
 def client_file(name: str, install_folder: str = INSTALL_FOLDER) -> str:
     return f"{install_folder}\\Palisade Desktop\\{name}"

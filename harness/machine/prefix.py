@@ -39,8 +39,17 @@ class Prefix:
         }
 
     def path(self, windows_path: str) -> Path:
-        """Where a file of drive C: lies."""
-        return self.drive / windows_path.removeprefix("C:\\").replace("\\", "/")
+        """Where a file lies."""
+        drive, _, rest = windows_path.partition(":\\")
+        return (self.drive if drive == "C" else self._drive_link(drive)) / rest.replace("\\", "/")
+
+    def add_drive(self, letter: str, folder: Path) -> None:
+        """Makes a folder of the host a drive."""
+        self._drive_link(letter).unlink(missing_ok=True)
+        self._drive_link(letter).symlink_to(folder)
+
+    def _drive_link(self, letter: str) -> Path:
+        return self.folder / f"dosdevices/{letter.lower()}:"
 
     def start(self, program: str | Path, *arguments: str, **options) -> subprocess.Popen:
         environment = self.environment | options.pop("environment", {})

@@ -23,9 +23,7 @@ def _machine(scene):
     full.mkdir()
     subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", full], check=True)
     try:
-        drive = scene.prefix.folder / "dosdevices/d:"
-        drive.unlink(missing_ok=True)
-        drive.symlink_to(full)
+        scene.prefix.add_drive("D", full)
         yield
     finally:
         subprocess.run(["umount", "--lazy", full], check=False)

@@ -3,7 +3,9 @@ import html
 import re
 import xml.etree.ElementTree as xml
 
-from harness.places import ROOT
+from pathlib import Path
+
+from harness.places import CONFIGURATIONS
 
 
 def plain(markup: str) -> str:
@@ -13,9 +15,9 @@ def plain(markup: str) -> str:
     return "\r\n".join(" ".join(html.unescape(line).split()) for line in lines).strip()
 
 
-def all_texts(language: str) -> dict[str, str]:
+def all_texts(language: str, deployment: Path = CONFIGURATIONS) -> dict[str, str]:
     """The strings of a language as they are written, by their keys in small letters."""
-    rows = xml.parse(ROOT / f"resources/strings/{language.upper()}.xml").iter("locString")
+    rows = xml.parse(deployment / f"strings/{language.upper()}.xml").iter("locString")
     return {row.get("Key").lower(): row.text for row in rows}
 
 

@@ -12,13 +12,13 @@ from harness.client import facts
 from harness.machine import sandbox
 from harness.machine.display import take_picture
 from harness.machine.prefix import Prefix
-from harness.places import LIBRARY, PACKAGE
-from harness.seeing.window import ACTION2, CLOSE, NAMES, NAMES_CLASS, View, Window
+from harness.places import CERTIFICATE, LIBRARY, PACKAGE
+from harness.seeing.window import ACTION1, ACTION2, CLOSE, NAMES, NAMES_CLASS, View, Window
 from harness.services import Services
 
 SETUP = facts.EXCHANGE + "\\PalisadeSetup.exe"
 SCRIPT = facts.EXCHANGE + "\\script.txt"
-UNDER_WAY, SEEN = facts.EXCHANGE + "\\under-way", facts.EXCHANGE + "\\seen"
+OVERRIDE = "C:\\PalisadeDesktopDev\\override.cfg"
 TEMP = "C:\\users\\root\\Temp"
 
 
@@ -27,10 +27,10 @@ class Hang(Exception):
 
 
 class EngineRun:
-    """One run of the engine. The log is the one that appeared first after its start."""
+    """One run of the engine. The log is the one that it was told to write, or that appeared first after its start."""
 
-    def __init__(self, scene: "Scene", process: subprocess.Popen, log_name: str, logs_before: set[Path]):
-        self._scene, self._process, self._logs_before = scene, process, logs_before
+    def __init__(self, scene: "Scene", process: subprocess.Popen, log_name: str, logs_before: set[Path], file: str):
+        self._scene, self._process, self._logs_before, self._file = scene, process, logs_before, file
         self._kept = scene.out / f"{log_name}.log"
         self.log: EngineLog | None = None
 
@@ -67,7 +67,8 @@ class EngineRun:
         return f"a run's log ends:\n{self._keep_log().tail()}" if self._log_file() else "a run has made no log yet"
 
     def _log_file(self) -> Path | None:
-        return min(self._scene.engine_logs() - self._logs_before, default=None)
+        logs = {self._scene.path(self._file)} if self._file else self._scene.engine_logs() - self._logs_before
+        return min((log for log in logs if log.exists()), default=None)
 
     def _keep_log(self) -> EngineLog:
         log = EngineLog(self._log_file())
@@ -148,11 +149,20 @@ class Scene:
         """The system that the machine passes for, by Wine's word for it: "win10", "win7", "vista"."""
         self.prefix.set_registry("HKCU\\Software\\Wine", "Version", word)
 
-    def trust(self, certificate: Path) -> None:
-        """Makes the machine trust a root certificate, in this scenario's mounts only."""
-        sandbox.trust(ssl.DER_cert_to_PEM_cert(certificate.read_bytes()), self.out)
+    def restart_machine(self) -> None:
+        """Ends all its programs. The next one finds certificates and locale as they are then."""
         self.prefix.restart()
         self._window = None  # its watcher has ended with all other programs
+
+    def make_configurable(self) -> None:
+        """Makes the machine one of the maker's own, which trusts the library's test certificate."""
+        sandbox.trust(ssl.DER_cert_to_PEM_cert(CERTIFICATE.read_bytes()), self.out)
+        self.restart_machine()
+
+    def override(self, settings: str) -> None:
+        """Writes the settings that a machine of the maker's own changes."""
+        self.path(OVERRIDE).parent.mkdir(exist_ok=True)
+        self.path(OVERRIDE).write_text(settings)
 
     @property
     def services(self) -> Services:
@@ -160,7 +170,7 @@ class Scene:
         run: it shuts the prefix down and starts it anew."""
         if not self._services:
             self._services = Services(self.out)
-            self.prefix.restart()
+            self.restart_machine()
         return self._services
 
     # Runs of the engine
@@ -179,10 +189,24 @@ class Scene:
         return link
 
     def script(self, text: str) -> None:
-        """What the client package's custom actions do in the runs to come (harness/client/Script.h)."""
-        lines = (line.strip() for line in text.strip().splitlines())
+        """What the client package's custom actions do in the runs to come (harness/client/Script.h). The marks that it
+        names are not there then."""
+        lines = [line.strip() for line in text.strip().splitlines()]
         self.path(SCRIPT).write_text("\n".join(lines) + "\n", "utf-8")
-        self.path(facts.EXCHANGE + "\\record.txt").unlink(missing_ok=True)
+        marks = [line.split()[-1] for line in lines if line.split()[1:2] in (["mark"], ["wait-for"])]
+        for name in (*marks, "record.txt"):
+            self._exchanged(name).unlink(missing_ok=True)
+
+    def wait_for_mark(self, name: str, what: str) -> None:
+        """Waits until the script has made a mark."""
+        self.wait_for(self._exchanged(name).exists, what)
+
+    def mark(self, name: str) -> None:
+        """Makes a mark that the script waits for."""
+        self._exchanged(name).touch()
+
+    def _exchanged(self, name: str) -> Path:
+        return self.path(f"{facts.EXCHANGE}\\{name}")
 
     def answer(self, step: str) -> str | None:
         """What a step of the script was answered the first time; None if it never ran."""
@@ -196,33 +220,39 @@ class Scene:
     def engine_logs(self) -> set[Path]:
         return {file for file in self.path(TEMP).glob("Palisade_*.log") if "_000_" not in file.name}
 
-    def start(self, *arguments: str, program: str = SETUP, log: str = "engine", **options) -> EngineRun:
-        """Starts a bundle; its log is kept as out/<scenario>/<log>.log. The run whose log is "engine" is the one that
-        the scenario's exit code is taken from."""
+    def start(self, *arguments: str, program: str = SETUP, log: str = "engine", log_file: str = "",
+              **options) -> EngineRun:
+        """Starts a bundle, which may be told a file for its log; that is kept as out/<scenario>/<log>.log. The run whose
+        log is "engine" is the one that the scenario's exit code is taken from."""
         # The watcher brings up Wine's desktop and keeps it between runs: two programs that do so at the same time, or one
         # that comes while it goes, can be left without windows.
         self.window.look_at_all()
-        run = EngineRun(self, self.prefix.start(program, *arguments, **options), log, self.engine_logs())
+        before = self.engine_logs()
+        given = ("/log", log_file) if log_file else ()
+        run = EngineRun(self, self.prefix.start(program, *arguments, *given, **options), log, before, log_file)
         self._runs.append(run)
         if log == "engine":
             self.main_run = run
         return run
 
     def run_unseen(self, what: str, bound: float = 90, **options) -> EngineRun:
-        """A quiet run in the midst of which no window shows. The script has to mark UNDER_WAY and to wait for SEEN."""
-        for mark in (UNDER_WAY, SEEN):
-            self.path(mark).unlink(missing_ok=True)
+        """A quiet run in the midst of which no window shows. The script has to mark "under-way", and to wait for
+        "seen"."""
         run = self.start("/quiet", **options)
-        self.wait_for(lambda: self.exists(UNDER_WAY), what)
+        self.wait_for_mark("under-way", what)
         views = self.window.look_at_all()
         self.check(f"the dialog is there while {what} runs", views)
         self.check("and does not show, nor does another window",
                    not any(view.visible or view.others for view in views), views)
-        self.path(SEEN).touch()
+        self.mark("seen")
         return run.finish(bound)
 
     def run(self, *arguments: str, bound: float = 90, **options) -> EngineRun:
         return self.start(*arguments, **options).finish(bound)
+
+    def uninstall(self, log: str = "uninstall") -> None:
+        """Removes the client, and all that came with it, between two installs."""
+        self.check_exit_code(self.run("/uninstall", "/quiet", log=log), 0, f"{log}: the engine")
 
     def wait_for(self, condition: Callable[[], object], what: str, bound: float = 60) -> None:
         deadline = time.monotonic() + bound
@@ -250,6 +280,18 @@ class Scene:
         self.window.picture(picture or page.replace(" ", "-"))
         return self.window.look()
 
+    def start_to_welcome(self, *arguments: str, log: str = "engine", **options) -> EngineRun:
+        """Starts a bundle and waits for its first page."""
+        run = self.start(*arguments, log=log, **options)
+        self.wait_for_page("welcome", "welcome" if log == "engine" else f"{log}-welcome")
+        return run
+
+    def start_install(self, *arguments: str, log: str = "engine", **options) -> EngineRun:
+        """Starts a bundle and goes on from its first page."""
+        run = self.start_to_welcome(*arguments, log=log, **options)
+        self.window.click(ACTION1)
+        return run
+
     def choose_folder(self, folder: str) -> None:
         """Types a folder into the chooser that is about to open, and waits until that has closed."""
         self.wait_for(self.window.has_chooser, "the folder chooser")
@@ -257,11 +299,15 @@ class Scene:
         self.window.press("Return")
         self.wait_for(lambda: not self.window.look().others, "the end of the folder chooser")
 
-    def cancel(self, run: EngineRun) -> EngineRun:
-        """Closes the window, says that the install is to be cancelled, and waits for the end of the run."""
+    def cancel(self, run: EngineRun, then: Callable[[], None] | None = None) -> EngineRun:
+        """Closes the window, says that the install is to be cancelled, does what is to happen `then`, once the window
+        has gone, and waits for the end of the run."""
         self.window.click(CLOSE)
-        self.wait_for_page("prompt", "close")
+        self.wait_for_page("prompt", "close-prompt")
         self.window.click(ACTION2)
+        if then:
+            self.wait_for(lambda: not self.window.look(), "the end of the window")
+            then()
         return run.finish(60)
 
     # Checks

@@ -34,15 +34,10 @@ def play(scene):
     scene.check("the library starts twice, in the process of the first dialog",
                 len(starts) == 2 and starts[0] == starts[1] and f"processId[{first.process}]" in starts[0], starts)
     scene.check_equal("the first life's window had ended when the second's came",
-                      [line.text for line in log.library_lines() if line.function == "UIThreadFunc"], ["Entering UIThreadFunc", "Exiting UIThreadFunc"] * 2)
+                      [line.text for line in log.library_lines() if line.function == "UIThreadFunc"],
+                      ["Entering UIThreadFunc", "Exiting UIThreadFunc"] * 2)
     scene.check_equal("PDX_REPAIR is 1", log.variables.get("PDX_REPAIR"), "1")
     scene.check("the second reads it and ends, as a repair is not built yet", log.has(UNSUPPORTED))
     scene.check("the window is gone", scene.window.look() is None)
     check_nothing_installed(scene, repair, "a repair")
-
-    scene.path(facts.LAUNCHES).unlink()
-    quiet = scene.run("/quiet", log="quiet")
-    scene.check_exit_code(quiet, 0, "a silent run")
-    check_nothing_installed(scene, quiet, "it")
-    scene.wait_for(lambda: scene.read(facts.LAUNCHES), "the client's start by the silent run")
     scene.check_installed()

@@ -89,7 +89,7 @@ def play(scene):
     given_folder(scene, "relative path", "Games\\Palisade", "INSTALLER_ERROR_RELATIVE_PATH")
     given_folder(scene, "network path", "\\\\server\\games\\Palisade", "INSTALLER_ERROR_NETWORK_PATH")
     scene.path(SMALL).mkdir()
-    (scene.prefix.folder / "dosdevices/e:").symlink_to(scene.path(SMALL))
+    scene.prefix.add_drive("E", scene.path(SMALL))
     mount(scene, GIB - PAGE)
     try:
         chosen_folders(scene)

@@ -2,47 +2,38 @@
 from harness.seeing.window import ACTION1, ACTION2, CLOSE, OPTIONS, PICTURE, TITLE
 
 
-def check_cancelled(scene, run, whose: str) -> None:
-    scene.check_cancelled(run, whose)
+def check_continued(scene, page: str, how: str, close) -> None:
+    """Closes the page and continues."""
+    before = scene.wait_for_page(page).controls
+    close()
+    prompt = scene.wait_for_page("prompt", f"{page}-closed")
+    scene.check_equal(f"{how}: the prompt has a picture, a title, two buttons and the cross", set(prompt.controls),
+                      {PICTURE, TITLE, ACTION1, ACTION2, CLOSE})
+    scene.window.click(ACTION1)
+    again = scene.wait_for_page(page, f"{page}-again")
+    scene.check_equal(f"{how}: continuing brings the page back as it was", again.controls, before)
+
+
+def check_cancelled(scene, run, how: str) -> None:
+    scene.check_cancelled(run, f"after {how} the engine")
     scene.check("nothing was planned", run.log.numbered("100") and not run.log.numbered("200"))
     scene.check_gone()
 
 
+def press_again(scene) -> None:
+    scene.window.click(CLOSE)
+    scene.wait_for_page("prompt", "before-second-press")
+    scene.window.click(CLOSE)
+
+
 def play(scene):
     run = scene.start()
-    welcome = scene.wait_for_page("welcome")
-    scene.window.click(CLOSE)
-    prompt = scene.wait_for_page("prompt", "close-prompt")
-    scene.check_equal("the prompt has a picture, a title, two buttons and the cross", set(prompt.controls),
-                      {PICTURE, TITLE, ACTION1, ACTION2, CLOSE})
-    scene.window.click(ACTION1)
-    again = scene.wait_for_page("welcome", "welcome-again")
-    scene.check_equal("continuing brings the first page back as it was", again.controls, welcome.controls)
-
+    check_continued(scene, "welcome", "by the cross", lambda: scene.window.click(CLOSE))
     scene.window.click(OPTIONS)
-    options = scene.wait_for_page("options")
-    scene.window.press("Escape")
-    scene.wait_for_page("prompt", "close-prompt-over-options")
-    scene.window.click(ACTION1)
-    again = scene.wait_for_page("options", "options-again")
-    scene.check_equal("and the second, closed by Escape", again.controls, options.controls)
+    check_continued(scene, "options", "by Escape", lambda: scene.window.press("Escape"))
+    check_cancelled(scene, scene.cancel(run), "a cancel")
 
-    scene.window.click(CLOSE)
-    scene.wait_for_page("prompt", "close-prompt-again")
-    scene.window.click(ACTION2)
-    run.finish(60)
-    check_cancelled(scene, run, "after a cancel the engine")
-
-    second = scene.start(log="second-press")
-    scene.wait_for_page("welcome")
-    scene.window.click(CLOSE)
-    scene.wait_for_page("prompt", "close-prompt-before-second-press")
-    scene.window.click(CLOSE)
-    second.finish(60)
-    check_cancelled(scene, second, "after a second press over the prompt the engine")
-
-    double = scene.start(log="double-click")
-    scene.wait_for_page("welcome")
-    scene.window.click_twice(CLOSE)
-    double.finish(60)
-    check_cancelled(scene, double, "after a double click the engine")
+    for how, close in (("a second press", press_again), ("a double click", lambda scene: scene.window.click_twice(CLOSE))):
+        run = scene.start_to_welcome(log=how.replace(" ", "-"))
+        close(scene)
+        check_cancelled(scene, run.finish(60), how)

@@ -1,6 +1,6 @@
 """Cancelling while the package executes: Windows Installer hears of it, all its changes go back, nothing is left."""
 from harness.client import facts
-from harness.seeing.window import ACTION1, ACTION2, CLOSE
+from harness.seeing.window import ACTION1, CLOSE
 
 TICKS = "after-files progress 20 50"
 PASSES = ["wzPackageId=PalisadeApp.msi, fExecute=true", "wzPackageId=PalisadeApp.msi, fExecute=false"]
@@ -16,26 +16,19 @@ def play(scene):
         after-files wait-for cancelled
         {TICKS}
     """)
-    run = scene.start()
-    scene.wait_for_page("welcome")
-    scene.window.click(ACTION1)
-    scene.wait_for(lambda: scene.exists(facts.EXCHANGE + "\\under-way"), "the package's first action")
+    run = scene.start_install()
+    scene.wait_for_mark("under-way", "the package's first action")
     scene.wait_for_page("progress")
 
     # The engine waits in its callback meanwhile, for the package goes on telling its progress.
     scene.window.click(CLOSE)
-    scene.wait_for_page("prompt", "close-prompt")
+    scene.wait_for_page("prompt", "first-prompt")
     scene.window.click(ACTION1)
     scene.wait_for_page("progress", "progress-again")
-    scene.wait_for(lambda: scene.exists(facts.EXCHANGE + "\\files-are-there"), "the package's last action")
+    scene.wait_for_mark("files-are-there", "the package's last action")
     scene.check_equal("continuing goes on installing", scene.answer("before-files progress 20 50"), "done")
 
-    scene.window.click(CLOSE)
-    scene.wait_for_page("prompt", "close-prompt-again")
-    scene.window.click(ACTION2)
-    scene.wait_for(lambda: not scene.window.look(), "the end of the window")
-    scene.path(facts.EXCHANGE + "\\cancelled").touch()
-    run.finish(60)
+    scene.cancel(run, then=lambda: scene.mark("cancelled"))
 
     scene.check_equal("the files had come", scene.answer(f"after-files exists {launcher}"), "yes")
     scene.check_equal("Windows Installer was answered a cancel on the way there and none on the way back",

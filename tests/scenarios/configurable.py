@@ -1,13 +1,15 @@
 """Where the embedded test certificate is trusted, override.cfg changes settings; elsewhere it is not even opened."""
-from harness.places import CERTIFICATE
+from harness.client import facts
 
-OVERRIDE = "C:\\PalisadeDesktopDev\\override.cfg"
+RUN_KEY = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run"
 CHANGED = """
 [app]
 meridian.enableMigration = false
 [qa]
 hosts = ["one", "two"]
 installer.allowWindows7 = false
+[indev]
+startOnBoot = true
 """
 ARRAY = "Unsupported value type (array) found in config file"
 
@@ -27,32 +29,38 @@ def settings(run) -> tuple[str | None, str | None]:
     return run.log.variables.get("PDX_MERIDIAN_ENABLE"), run.log.variables.get("PDX_ALLOW_WINDOWS_7")
 
 
+def check_start_on_boot(scene, when: str, wanted: str | None) -> None:
+    scene.check_equal(f"{when} the client's start with the session", scene.prefix.registry(RUN_KEY, "Fenwick"), wanted)
+
+
 def told_configurable(run) -> bool:
     return run.log.has(r"^\[STARTUP\] .* configurable\[true\]")
 
 
 def play(scene):
-    override = scene.path(OVERRIDE)
-    override.parent.mkdir()
-    override.write_text(CHANGED)
-
+    scene.override(CHANGED)
     run, opened = run_traced(scene, "untrusted")
     scene.check_exit_code(run, 0, "without the trust the engine")
     scene.check("the start tells that it is not configurable", run.log.has(r"^\[STARTUP\] .* configurable\[false\]"))
     scene.check("override.cfg is not opened", not opened)
     scene.check_equal("the settings are those it carries", settings(run), ("1", "1"))
 
-    scene.trust(CERTIFICATE)
+    check_start_on_boot(scene, "without the trust an install does not set", None)
+    scene.uninstall()
+
+    scene.make_configurable()
     run, opened = run_traced(scene, "engine")
     scene.check_exit_code(run, 0, "with the trust the engine")
     scene.check("the start tells that it is configurable", told_configurable(run))
     scene.check("override.cfg is opened", opened)
     scene.check_equal("it changes the settings before and behind the array", settings(run), ("0", "0"))
     arrays = [line for line in run.log.library_lines() if line.text == ARRAY]
+    check_start_on_boot(scene, "with the trust an install sets",
+                        f"\"{facts.client_file('PalisadeLauncher.exe')}\" -silent")
     scene.check("the array is logged as an error in both readings",
                 [line.level for line in arrays] == ["ERROR", "ERROR"], f"{len(arrays)} lines")
 
-    override.write_text("[app\nmeridian.enableMigration = false\n")
+    scene.override("[app\nmeridian.enableMigration = false\n")
     run, _ = run_traced(scene, "syntax-error")
     scene.check_exit_code(run, 0, "with a syntax error the engine")
     errors = [line.text for line in run.log.library_lines()
@@ -60,3 +68,5 @@ def play(scene):
     scene.check("the syntax error is logged in both readings", len(errors) == 2, " | ".join(errors))
     scene.check("the run is configurable all the same", told_configurable(run))
     scene.check_equal("and the settings are those it carries", settings(run), ("1", "1"))
+    scene.uninstall("second-uninstall")
+    check_start_on_boot(scene, "an uninstall removes", None)

@@ -9,9 +9,7 @@ RETRIES = [True, True, True, False]
 
 def fail_four_times(scene, log: str):
     scene.services.download.answer(status=503, method="HEAD", times=4)
-    run = scene.start(log=log)
-    scene.wait_for_page("welcome", f"{log}-welcome")
-    scene.window.click(ACTION1)
+    run = scene.start_install(log=log)
     scene.wait_for_page("progress", f"{log}-progress")
     prompt = scene.wait_for_page("prompt", f"{log}-connection", bound=100)
     scene.check_equal("the prompt has a picture, two texts, one button and the cross", set(prompt.controls),
@@ -29,7 +27,8 @@ def close(scene, link: str) -> None:
     run.finish(60)
     scene.check_exit_code(run, 0, "with the prompt closed the engine")
     brisk, tally = failed_attempts(link, RETRIES)
-    check_telemetry(scene, thin=True, brisk=[session_start(command_line(run)), *brisk, unavailable("inst.inst.fail", link), SESSION_STOP],
+    check_telemetry(scene, thin=True, brisk=[session_start(command_line(run)), *brisk,
+                                             unavailable("inst.inst.fail", link), SESSION_STOP],
                     tally=[*start_page(), *tally, tally_install("error", UNAVAILABLE)])
     scene.check_gone()
 

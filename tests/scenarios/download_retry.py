@@ -2,7 +2,6 @@
 from datetime import datetime
 
 from harness.checking.telemetry import check_attempts, check_telemetry, failed_attempts, thin_install
-from harness.seeing.window import ACTION1
 
 WAITS = [1, 5, 30]
 
@@ -10,11 +9,7 @@ WAITS = [1, 5, 30]
 def play(scene):
     link = scene.make_thin_bundle()
     scene.services.download.answer(status=503, method="HEAD", times=3)
-    run = scene.start()
-    scene.wait_for_page("welcome")
-    scene.window.click(ACTION1)
-    scene.wait_for_page("progress")
-    run.finish(150)
+    run = scene.start_install().finish(150)
     scene.check_exit_code(run, 0)
     scene.check_installed()
     check_waits(scene, run)

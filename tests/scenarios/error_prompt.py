@@ -1,5 +1,4 @@
 """A failing package ends in the error page; its check box, left alone or unticked, decides on the error report."""
-from harness.client import facts
 from harness.seeing.strings import text
 from harness.seeing.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
 
@@ -8,9 +7,8 @@ SETTING = "Setting numeric variable 'PDX_SUBMIT_ERROR_REPORT' to value "
 
 def start(scene, script: str, log: str):
     scene.script(script)
-    run = scene.start(log=log)
-    welcome = scene.wait_for_page("welcome", f"{log}-welcome")
-    logo = scene.window.pixels(welcome.controls[PICTURE])
+    run = scene.start_to_welcome(log=log)
+    logo = scene.window.pixels(scene.window.look().controls[PICTURE])
     scene.window.click(ACTION1)
     return run, logo
 
@@ -57,7 +55,7 @@ def play(scene):
     scene.window.click(QUESTION)
     scene.window.click(ACTION1)
     scene.wait_for_page("progress")
-    scene.path(facts.EXCHANGE + "\\seen").touch()
+    scene.mark("seen")
     scene.wait_for_page("prompt", "error-at-the-end")
     scene.window.click(ACTION1)
     both.finish(60)

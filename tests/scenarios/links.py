@@ -2,12 +2,11 @@
 import shutil
 
 from harness.client import facts
-from harness.places import BUILD, CERTIFICATE
+from harness.places import BUILD
 from harness.seeing.strings import text
 from harness.seeing.window import ACTION1, BODY, TITLE
 
 BROWSER = facts.EXCHANGE + "\\browser.exe"
-OVERRIDE = "C:\\PalisadeDesktopDev\\override.cfg"
 AGREEMENT = "https://legal.palisade.corvaneworks.example/legalapp/WEBTERMS/US/en/PC/"
 SUPPORT = "https://support.palisade.corvaneworks.example/en/palisade/palisade-desktop"
 FILE = "WEBTERMS_en.html"
@@ -57,15 +56,13 @@ def play(scene):
     make_browser(scene)
     scene.script("before-files say error 25000")  # what the engine takes for a time-out
 
-    run = scene.start("IsThickInstaller=no", log="download")
-    scene.wait_for_page("welcome")
+    run = scene.start_to_welcome("IsThickInstaller=no", log="download")
     click_agreement(scene)
     check_opened(scene, "a download installer opens the agreement's address", AGREEMENT)
     scene.wait_for_page("welcome", "behind-the-link")
     scene.cancel(run)
 
-    run = scene.start()
-    scene.wait_for_page("welcome")
+    run = scene.start_to_welcome()
     program, = scene.path("C:\\users\\root\\Temp").glob("*/.cr/PalisadeSetup.exe")
     program.with_name(FILE).touch()
     click_agreement(scene)
@@ -77,13 +74,11 @@ def play(scene):
     check_opened(scene, "the time-out's prompt opens the support site", SUPPORT)
     scene.window.click(ACTION1)
     run.finish(60)
-    scene.run("/uninstall", "/quiet", log="uninstall")
+    scene.uninstall()
 
-    scene.trust(CERTIFICATE)
-    scene.path(OVERRIDE).parent.mkdir()
-    scene.path(OVERRIDE).write_text("[legal]\nurl = \"\"\n[support]\nurl = \"\"\n")
-    run = scene.start("IsThickInstaller=no", log="no-addresses")
-    scene.wait_for_page("welcome")
+    scene.make_configurable()
+    scene.override("[legal]\nurl = \"\"\n[support]\nurl = \"\"\n")
+    run = scene.start_to_welcome("IsThickInstaller=no", log="no-addresses")
     click_agreement(scene)
     check_nowhere(scene, "no legal address", "welcome")
     scene.window.click(ACTION1)
@@ -92,12 +87,11 @@ def play(scene):
     check_nowhere(scene, "no support address", "prompt")
     scene.window.click(ACTION1)
     run.finish(60)
-    scene.run("/uninstall", "/quiet", log="uninstall-again")
+    scene.uninstall("uninstall-again")
 
     # Nothing tells that no browser starts; one that the next link starts is noted behind any that did.
-    scene.path(OVERRIDE).unlink()
-    run = scene.start("IsThickInstaller=no", log="addresses-again")
-    scene.wait_for_page("welcome")
+    scene.override("")
+    run = scene.start_to_welcome("IsThickInstaller=no", log="addresses-again")
     click_agreement(scene)
     check_opened(scene, "without addresses nothing was opened, with them the agreement is", AGREEMENT)
     scene.cancel(run)

@@ -5,7 +5,6 @@ from harness.building import bundle
 from harness.checking import newer
 from harness.checking.telemetry import check_telemetry, thin_install
 from harness.places import OTHER_CONFIGURATIONS, OTHER_LIBRARY, PACKAGE
-from harness.seeing.window import ACTION1
 from harness.services import configured
 
 KEYS = {"update": "updater.url", "download": "installer.downloadurl", "brisk": "telemetry.brisk.url",
@@ -21,15 +20,12 @@ def play(scene):
     link = f"https://{HOSTS['download']}{PATH}"
     scene.make_bundle(library=OTHER_LIBRARY, download_url=link)
 
-    run = scene.start()
-    scene.wait_for_page("welcome")
-    scene.window.click(ACTION1)
-    run.finish(90)
+    run = scene.start_install().finish(90)
     scene.check_exit_code(run, 0)
     scene.check_installed()
     check_telemetry(scene, **thin_install(run, link), hosts=HOSTS)
     check_hosts(scene, "an install asks")
-    scene.check_exit_code(scene.run("/uninstall", "/quiet", log="uninstall"), 0, "the uninstall")
+    scene.uninstall()
 
     # The newer installer is not there, so that the run comes as far as its first download.
     before = len(services.requests("download"))

@@ -1,5 +1,4 @@
 """`/passive`: the window shows how far the run is and closes by itself; no page asks anything."""
-from harness.client import facts
 from harness.seeing.window import ACTION1, CLOSE, PROGRESS
 
 
@@ -9,11 +8,11 @@ def play(scene):
         before-files wait-for seen
     """)
     run = scene.start("/passive")
-    scene.wait_for(lambda: scene.exists(facts.EXCHANGE + "\\under-way"), "the package")
+    scene.wait_for_mark("under-way", "the package")
     view = scene.wait_for_page("progress")
     scene.check("a bar and the cross, no button", {PROGRESS, CLOSE} <= view.controls.keys() and
                 ACTION1 not in view.controls, sorted(view.controls))
-    scene.path(facts.EXCHANGE + "\\seen").touch()
+    scene.mark("seen")
     run.finish(90)
     scene.check_exit_code(run, 0)
     scene.check("the window is gone", scene.window.look() is None)

@@ -14,9 +14,9 @@ def play(scene):
         before-files wait-for second-has-ended
     """)
     first = scene.start("/quiet", log="first")
-    scene.wait_for(lambda: scene.exists(facts.EXCHANGE + "\\first-is-under-way"), "the first run's package")
+    scene.wait_for_mark("first-is-under-way", "the first run's package")
     second = scene.run("/quiet", program=SECOND)
-    scene.path(facts.EXCHANGE + "\\second-has-ended").touch()
+    scene.mark("second-has-ended")
     first.finish(90)
 
     scene.check_exit_code(second, 0xA7FF0480, "the second")

@@ -1,6 +1,5 @@
 """The end of the Windows session: allowed before applying, refused from then on unless critical, and recorded."""
-from harness.client import facts
-from harness.seeing.window import ACTION1, ACTION2, CLOSE
+from harness.seeing.window import ACTION1
 
 ENGINE, DIALOG = "WixBurnMessageWindow", "dialog"
 ORDINARY, CRITICAL = 0, 0x40000000
@@ -8,38 +7,19 @@ ALLOWED, REFUSED = "1", "0"
 ASKED = ["dwEndsession=0, nRecommendation=2", "dwEndsession=1073741824, nRecommendation=0"]
 
 
-def ask(scene, window: str, how: int) -> str:
-    return scene.window.command(f"ask {window} 0x11 0 {how}")
-
-
 def ask_both(scene, window: str) -> list[str]:
-    return [ask(scene, window, how) for how in (ORDINARY, CRITICAL)]
+    return [scene.window.command(f"ask {window} 0x11 0 {how}") for how in (ORDINARY, CRITICAL)]
 
 
 def start(scene, last_step: str, log: str):
     """Starts a run whose package waits before its last step."""
-    for left in ("under-way", "go-on"):
-        scene.path(f"{facts.EXCHANGE}\\{left}").unlink(missing_ok=True)
     scene.script(f"after-files mark under-way\nafter-files wait-for go-on\nafter-files {last_step}")
-    run = scene.start(log=log)
-    scene.wait_for_page("welcome", f"{log}-welcome")
-    return run
+    return scene.start_to_welcome(log=log)
 
 
 def install(scene) -> None:
     scene.window.click(ACTION1)
-    scene.wait_for(lambda: scene.exists(facts.EXCHANGE + "\\under-way"), "the package's last action")
-
-
-def go_on(scene) -> None:
-    scene.path(facts.EXCHANGE + "\\go-on").touch()
-
-
-def cancel(scene, log: str) -> None:
-    scene.window.click(CLOSE)
-    scene.wait_for_page("prompt", f"{log}-close-prompt")
-    scene.window.click(ACTION2)
-    scene.wait_for(lambda: not scene.window.look(), "the end of the window")
+    scene.wait_for_mark("under-way", "the package's last action")
 
 
 def play(scene):
@@ -50,7 +30,7 @@ def play(scene):
     scene.check_equal("while the package runs the engine's window allows a critical one only",
                       ask_both(scene, ENGINE), [REFUSED, ALLOWED])
     scene.check_equal("the dialog has no objection", ask_both(scene, DIALOG), [ALLOWED, ALLOWED])
-    go_on(scene)
+    scene.mark("go-on")
     scene.wait_for_page("prompt", "error")
     scene.check_equal("when applying has ended it is still so", ask_both(scene, ENGINE), [REFUSED, ALLOWED])
     scene.window.click(ACTION1)
@@ -60,24 +40,13 @@ def play(scene):
     scene.check_equal("it is told as the failure that it was", run.log.closing_errors(), ["80070643"])
 
     # Of the two windows the dialog is the one that records.
-    engine_asked = start(scene, "progress 20 50", "engine-asked")
-    ask_both(scene, ENGINE)
-    cancel(scene, "engine-asked")
-    engine_asked.finish(60)
-    scene.check_equal("the engine's window is asked", engine_asked.log.messages("OnSystemShutdown"), ASKED)
-    scene.check_cancelled(engine_asked, "then the engine")
-
-    before = start(scene, "progress 20 50", "dialog-asked-before")
-    scene.check_equal("the dialog is asked before applying", ask(scene, DIALOG, ORDINARY), ALLOWED)
-    cancel(scene, "dialog-asked-before")
-    before.finish(60)
-    scene.check_cancelled(before, "then the engine", "logout_exit")
-
-    during = start(scene, "progress 20 50", "dialog-asked-during")
-    install(scene)
-    scene.check_equal("the dialog is asked while the package runs", ask(scene, DIALOG, CRITICAL), ALLOWED)
-    cancel(scene, "dialog-asked-during")
-    go_on(scene)
-    during.finish(60)
-    scene.check_cancelled(during, "then the engine", "logout_exit")
+    for log, window, installing, why in (("engine-asked", ENGINE, False, "user_action"),
+                                         ("dialog-asked-before", DIALOG, False, "logout_exit"),
+                                         ("dialog-asked-during", DIALOG, True, "logout_exit")):
+        run = start(scene, "progress 20 50", log)
+        if installing:
+            install(scene)
+        scene.check_equal(f"{log}: the session may end", ask_both(scene, window), [ALLOWED, ALLOWED])
+        scene.cancel(run, then=lambda: scene.mark("go-on"))
+        scene.check_cancelled(run, f"{log}: the engine", why)
     scene.check_gone()

@@ -9,7 +9,7 @@ def play(scene):
     run = scene.run_unseen("the package")
     scene.check_exit_code(run, 0)
     scene.check_installed()
-    scene.check_exit_code(scene.run("/uninstall", "/quiet", log="uninstall"), 0, "the uninstall")
+    scene.uninstall()
     scene.check_gone()
 
     scene.script("""

@@ -1,6 +1,8 @@
 """`/quiet` installs the client: files, registry values, log lines, callbacks, message channel, client log."""
 import re
 
+from harness.client.facts import HELD
+
 PACKAGE = "wzPackageId=PalisadeApp.msi"
 PAYLOAD = "wzPackageOrContainerId=PalisadeApp.msi, wzPayloadId=PalisadeApp.msi"
 DONE = r"hrStatus=Success\."
@@ -112,9 +114,8 @@ def play(scene):
     told = [scene.answer(f"before-files property {name}") for name in ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")]
     scene.check_equal("the package is told the names", told, ["Palisade", "Palisade app"])
 
-    # 32 is a sharing violation: nobody may delete the file nor open it against its holder's reading and writing.
     scene.check_equal("the client's log is held for reading and writing, shared for both",
-                      scene.answer("before-files sharing PDXTEST_LOG"), "use=0 delete=32 no-writer=32 no-reader=32")
+                      scene.answer("before-files sharing PDXTEST_LOG"), HELD)
     scene.check("and it was locked in the temporary folder", run.log.has(
         r"^Locked C:\\users\\####\\Temp\\Palisade_\d+_000_PalisadeApp\.msi\.log$"))
     left = [file.name for file in scene.temporary_files() if file.suffix != ".log"]

@@ -1,14 +1,11 @@
 """A person installs from the thick variant: no update is asked for, nothing is downloaded, and both services are told."""
-import re
-
 from harness.checking.telemetry import check_telemetry, thick_install
 from harness.seeing.window import ACTION1
 
 
 def play(scene):
     services = scene.services
-    run = scene.start()
-    scene.wait_for_page("welcome")
+    run = scene.start_to_welcome()
     scene.check_equal("nothing is sent before the person goes on", len(services.requests()), 0)
     scene.window.click(ACTION1)
     run.finish(90)
@@ -16,13 +13,4 @@ def play(scene):
     scene.check_installed()
     scene.check_equal("only the two telemetry services are asked", {r.service for r in services.requests()},
                       {"brisk", "tally"})
-    check_told(scene, run)
-
-
-def check_told(scene, run):
     check_telemetry(scene, **thick_install(run))
-    lines = [text for text in run.log.messages("OnExecuteBegin") if text.startswith("instTelemetry.")]
-    scene.check_equal("the record is logged in its order", [re.sub("= 20.*", "= now", text) for text in lines],
-                      ["instTelemetry.diskMedia = ", "instTelemetry.driveType(system/data) = system",
-                       "instTelemetry.installStatus = new", "instTelemetry.installTime = now",
-                       "instTelemetry.path (custom/default) = default"])

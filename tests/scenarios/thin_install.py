@@ -7,8 +7,7 @@ from harness.seeing.window import ACTION1
 def play(scene):
     services = scene.services
     link = scene.make_thin_bundle()
-    run = scene.start()
-    scene.wait_for_page("welcome")
+    run = scene.start_to_welcome()
     scene.check_equal("before the person goes on a newer version is asked for, and nothing else",
                       [(r.service, r.method, r.path) for r in services.requests()], [("update", "GET", BUCKET_PATH)])
     clicked = services.seconds()

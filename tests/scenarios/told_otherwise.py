@@ -6,7 +6,7 @@ from harness.checking.telemetry import (ERROR_SAID, FAILED, INSTALL_START, INSTA
                                         download_success, message, overlay, script_failure, session_start, start_page,
                                         tally_download, tally_install, tally_uninstall, told_so_far, wrong_bytes)
 from harness.client import facts
-from harness.places import CERTIFICATE, PACKAGE
+from harness.places import PACKAGE
 from harness.seeing.window import ACTION1, ACTION2, BODY, CLOSE, OPTIONS
 
 REMOVED = "before-files say actiondata CA_MSG_BASTION_UNINSTALL_SUCCESS"  # the older client is gone
@@ -14,7 +14,6 @@ COHORT = "PDX_MERIDIAN_COHORT=blue"
 COMPLETED = message("meridian_completed_uninstall", "impression", "blue")
 VARIABLES = ["HARRIER_ENABLE=h", "IGNORE_ALREADY_INSTALLED=0", "PDX_LAUNCH_CLIENT=l", "KESTREL_AUTHCODE=geheim"]
 TOLD_VARIABLES = {"harrier": "h", "ignore_installed": "0", "launch": "l", "with_authcode": True}
-OVERRIDE = "C:\\PalisadeDesktopDev\\override.cfg"
 
 
 def wrong_payload(scene) -> None:
@@ -46,24 +45,18 @@ def clicks_and_logout(scene) -> None:
         before-files wait-for go-on
         before-files progress 20 50
     """)
-    run = scene.start(COHORT, *VARIABLES, log="clicks")
-    scene.wait_for_page("welcome")
+    run = scene.start_to_welcome(COHORT, *VARIABLES, log="clicks")
     scene.window.click(BODY, down=0.75)  # the user agreement; the machine has no program to open it with
     scene.window.click(CLOSE)
-    scene.wait_for_page("prompt", "close-prompt")
+    scene.wait_for_page("prompt", "first-prompt")
     scene.window.click(ACTION1)
     scene.wait_for_page("welcome", "welcome-again")
     scene.window.click(OPTIONS)
     scene.wait_for_page("options")
     scene.window.click(ACTION1)
-    scene.wait_for(lambda: scene.exists(facts.EXCHANGE + "\\under-way"), "the package's action")
+    scene.wait_for_mark("under-way", "the package's action")
     scene.check_equal("the dialog allows the session to end", scene.window.command("ask dialog 0x11 0 0"), "1")
-    scene.window.click(CLOSE)
-    scene.wait_for_page("prompt", "cancel-prompt")
-    scene.window.click(ACTION2)
-    scene.wait_for(lambda: not scene.window.look(), "the end of the window")
-    scene.path(facts.EXCHANGE + "\\go-on").touch()
-    run.finish(60)
+    scene.cancel(run, then=lambda: scene.mark("go-on"))
     scene.check_cancelled(run, "at the session's end the engine", "logout_exit")
     _, agreement, options, close = START_PAGE
     check_telemetry(scene, thin=False, since=told,
@@ -145,9 +138,7 @@ def offer(scene, log: str, clicks: list[str]) -> None:
     """The machine has the older client, and the maker's own settings offer to remove it."""
     told = told_so_far(scene)
     scene.script("before-files fail 1603")
-    run = scene.start(log=log)
-    scene.wait_for_page("welcome", log + "-welcome")
-    scene.window.click(ACTION1)
+    run = scene.start_install(log=log)
     scene.wait_for_page("older client", log)
     if OVERLAY[2] in clicks:
         scene.window.click(CLOSE)
@@ -173,9 +164,8 @@ def play(scene):
     removed_on_the_way(scene)
     uninstalls(scene)
 
-    scene.trust(CERTIFICATE)
-    scene.path(OVERRIDE).parent.mkdir()
-    scene.path(OVERRIDE).write_text("[app]\nmeridian.promptBastionUninstall = true\n")
+    scene.make_configurable()
+    scene.override("[app]\nmeridian.promptBastionUninstall = true\n")
     scene.prefix.set_registry("HKLM\\Software\\Bastion", "InstallSuccesfull", "yes", view=32)
     remove, not_now, close = OVERLAY
     offer(scene, "declined", [close, not_now])

@@ -1,5 +1,4 @@
 """A person uninstalls: asked to close the client that runs, then to confirm; progress, and a last word."""
-from harness.client import facts
 from harness.seeing.strings import text
 from harness.seeing.window import ACTION1, ACTION2, CLOSE, PICTURE, QUESTION, TITLE
 
@@ -57,7 +56,7 @@ def play(scene):
     scene.check("confirmed by one of two buttons", {ACTION1, ACTION2} <= confirm.controls.keys())
     progress = answer(scene, ACTION1, "progress", "progress")
     scene.check("the cross is there while it works", CLOSE in progress.controls)
-    scene.path(facts.EXCHANGE + "\\seen").touch()
+    scene.mark("seen")
     complete = scene.wait_for_page("prompt", "complete")
     scene.check("one button is left", ACTION1 in complete.controls and ACTION2 not in complete.controls)
     scene.window.click(ACTION1)

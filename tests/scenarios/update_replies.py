@@ -1,9 +1,7 @@
 """Whatever the update service replies, the install goes on: a newer version is taken, all else is no update."""
 import re
 
-from harness.building import bundle
 from harness.checking import newer
-from harness.seeing.window import ACTION2, CLOSE
 
 LATE = 2  # seconds
 
@@ -14,15 +12,7 @@ def named(version: object) -> dict:
 
 # What comes back, and the lines that the request leaves in the log: one where no body came.
 NO_UPDATE = [
-    ("an equal version", dict(body=named(bundle.BUNDLE_VERSION)), 0),
-    ("a lower one", dict(body=named("12.36.65535.65535")), 0),
-    ("a part over 65535, of which 36 is left", dict(body=named("12.65572.0.5294")), 0),
-    ("an empty version", dict(body=named("")), 0),
-    ("a number for the version", dict(body=named(13)), 0),
-    ("no version", dict(body={"recommended": {}}), 0),
-    ("a text for the object", dict(body={"recommended": "13.0.0.0"}), 0),
-    ("an empty object", dict(body={}), 0),
-    ("a list", dict(body=[]), 0),
+    ("a lower version", dict(body=named("12.36.65535.65535")), 0),
     ("no JSON", dict(body="13.0.0.0"), 0),
     ("an empty body", dict(body=""), 1),
     ("a reset", dict(cut="reset"), 1),
@@ -71,12 +61,9 @@ def check_update(scene, name: str, paths: list[str]) -> None:
 def play_row(scene, name: str, lines: int, paths: list[str], arrived):
     """One run until it has come as far as it should, and is cancelled. Gives its log."""
     before = len(scene.services.requests("update"))
-    run = scene.start(log=name.replace(" ", "-").replace(",", "") if scene.main_run else "engine")
+    run = scene.start(log=name.replace(" ", "-") if scene.main_run else "engine")
     scene.wait_for(arrived, f"the page or the download of {name}")
-    scene.window.click(CLOSE)
-    scene.wait_for(lambda: scene.window.page() == "prompt", f"the question whether to cancel, {name}")
-    scene.window.click(ACTION2)
-    log = run.finish(60).log
+    log = scene.cancel(run).log
     told = [line.text for line in log.library_lines() if line.function == "GetRecommendedVersion"]
     scene.check(f"{name}: {lines} lines of the log tell of it",
                 len(told) == lines and all(re.fullmatch(r"Error \d+ has occurred\.\n", text) for text in told), told)
