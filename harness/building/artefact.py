@@ -1,7 +1,6 @@
-"""What the shipped library has to be as a file: python3 -m harness.building.artefact. Exit code 0 if all holds."""
+"""What the shipped library has to be as a file."""
 import re
 import subprocess
-import sys
 
 from harness.places import LIBRARY, ROOT
 
@@ -24,10 +23,3 @@ def checks() -> dict[str, bool]:
             "holds no path of this machine": str(ROOT).encode() not in data,
             "is stripped, with its symbols beside it":
                 LIBRARY.with_suffix(".debug").exists() and not re.search(r"^\s*\d+ \.debug_", dump, re.M)}
-
-
-if __name__ == "__main__":
-    found = checks()
-    for name, ok in found.items():
-        print(f"  {'✓' if ok else '✗'} the library {name}")
-    sys.exit(0 if all(found.values()) else 1)

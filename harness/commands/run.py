@@ -8,7 +8,7 @@ from harness.building.build import build
 from harness.machine.display import virtual_display
 from harness.machine.prefix import prepare
 from harness.staging import stage
-from harness.staging.perform import held, perform, tell
+from harness.staging.perform import CONCURRENT, held, perform, tell
 
 MAIN = "install"
 
@@ -35,7 +35,7 @@ def main() -> int:
     names = arguments.scenario or [MAIN]
     print(f"running {', '.join(names)}", flush=True)
     results = []
-    with ThreadPoolExecutor(1 if arguments.show else 2) as pool:
+    with ThreadPoolExecutor(1 if arguments.show else CONCURRENT) as pool:
         for result in pool.map(lambda name: perform(name, arguments.show), names):
             tell(result, stage.summary(result["scenario"]))
             results.append(result)

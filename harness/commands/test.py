@@ -1,4 +1,4 @@
-"""What ./test.sh does: builds all presets, then the host tests, the tests under Wine and all scenarios."""
+"""What ./test.sh does: builds the library, then plays all scenarios; meanwhile the tests are built, and run."""
 import os
 import re
 import subprocess
@@ -15,10 +15,10 @@ from harness.machine.prefix import prepare
 from harness.machine.sandbox import sandboxed
 from harness.places import HOST_TESTS, OUT, ROOT
 from harness.staging import stage
-from harness.staging.perform import held, perform, tell
+from harness.staging.perform import CONCURRENT, held, perform, tell
 
 BOUND = 600  # seconds for one test program
-CONCURRENT = 3  # scenarios wait most of their time: three at once keep two cores busy
+SHARDS = 2  # of the tests under Wine, one beside the other
 
 
 class Counts(NamedTuple):
@@ -30,19 +30,28 @@ class Counts(NamedTuple):
         return f"{self.passed} passed, {self.failed} failed" + (f", {self.skipped} skipped" if self.skipped else "")
 
 
-def run_tests(title: str, command: list[str], display: str = "") -> Counts:
-    """Runs a GoogleTest program, tells its failures and what it skips. A program that ends without its own summary, or
-    badly after it, counts as one more failure."""
+def total(counts: list[Counts]) -> Counts:
+    return Counts(*map(sum, zip(*counts)))
+
+
+def run_program(title: str, command: list[str], environment: dict[str, str]) -> tuple[int, str, str]:
+    """Runs a test program, its output kept as out/tests/<title>.log; gives its code, that in words, and its output."""
     log = OUT / f"tests/{title}.log"
     log.parent.mkdir(parents=True, exist_ok=True)
     with log.open("wb") as output:
         try:
-            code = subprocess.run(command, cwd=ROOT, env=os.environ | {"DISPLAY": display}, stdout=output,
+            code = subprocess.run(command, cwd=ROOT, env=os.environ | environment, stdout=output,
                                   stderr=subprocess.STDOUT, timeout=BOUND).returncode
             ending = f"ended with {code}"
         except subprocess.TimeoutExpired:
             code, ending = 1, f"was still running after {BOUND} s"
-    text = log.read_text("utf-8", "replace").replace("\r", "")
+    return code, ending, log.read_text("utf-8", "replace").replace("\r", "")
+
+
+def run_tests(title: str, command: list[str], environment: dict[str, str]) -> Counts:
+    """Runs a GoogleTest program, tells its failures and what it skips. A program that ends without its own summary, or
+    badly after it, counts as one more failure."""
+    code, ending, text = run_program(title, command, environment)
     passed = len(re.findall(r"^\[       OK \]", text, re.M))
     failures = re.findall(r"^\[  FAILED  \] .* \(\d+ ms\)$", text, re.M)
     skipped = re.findall(r"^\[  SKIPPED \] (\S+) \(\d+ ms\)$", text, re.M)
@@ -72,7 +81,7 @@ def guarded(job) -> Counts:
     """A job that breaks is one more failure, and the others go on."""
     try:
         return job()
-    except Exception:
+    except (Exception, SystemExit):
         print(f"\na job broke:\n{traceback.format_exc()}", flush=True)
         return Counts(failed=1)
 
@@ -83,43 +92,45 @@ def run_scenario(name: str) -> Counts:
     return Counts(passed=1) if held(result) else Counts(failed=1)
 
 
-def run_windows_tests() -> Counts:
+def run_windows_tests(shard: int) -> Counts:
+    command = sandboxed([sys.executable, "-m", "harness.staging.wine_tests"])
+    share = {"GTEST_TOTAL_SHARDS": str(SHARDS), "GTEST_SHARD_INDEX": str(shard)}
     with virtual_display() as display:
-        return run_tests("windows", sandboxed([sys.executable, "-m", "harness.staging.wine_tests"]), display)
+        return run_tests(f"windows-{shard}", command, {"DISPLAY": display} | share)
+
+
+def run_units() -> Counts:
+    """Builds the tests beside the scenarios, which wait most of their time, and runs them."""
+    build("host", "checked", aside=True)
+    host = run_tests("host", [str(HOST_TESTS)], {})
+    with ThreadPoolExecutor(SHARDS) as pool:
+        return total([host, *pool.map(run_windows_tests, range(SHARDS))])
 
 
 def run_lifecycle() -> Counts:
     """The shipped library loaded, run and freed a hundred times; counts as one case."""
-    log = OUT / "tests/lifecycle.log"
-    log.parent.mkdir(parents=True, exist_ok=True)
-    with virtual_display() as display, log.open("wb") as output:
-        try:
-            code = subprocess.run(sandboxed([sys.executable, "-m", "harness.staging.lifecycle"]), cwd=ROOT,
-                                  env=os.environ | {"DISPLAY": display}, stdout=output, stderr=subprocess.STDOUT,
-                                  timeout=BOUND).returncode
-        except subprocess.TimeoutExpired:
-            code = -1
-    lines = log.read_text("utf-8", "replace").splitlines()
-    print("\nlifecycle: " + ("held" if code == 0 else "failed\n" + "\n".join(lines[-20:])) + ", see out/tests/lifecycle.log")
-    sys.stdout.flush()
+    with virtual_display() as display:
+        command = sandboxed([sys.executable, "-m", "harness.staging.lifecycle"])
+        code, ending, text = run_program("lifecycle", command, {"DISPLAY": display})
+    tail = "" if code == 0 else f"failed, it {ending}\n" + "\n".join(text.splitlines()[-20:])
+    print(f"\nlifecycle: {tail or 'held'}, see out/tests/lifecycle.log", flush=True)
     return Counts(passed=1) if code == 0 else Counts(failed=1)
 
 
 def main() -> int:
     try:
-        build("release", "host", "checked")
+        build("release")
     except SystemExit:
         print("\n0 passed, 1 failed")
         raise
     with virtual_display() as display:
         prepare(display)
-    counts = [run_tests("host", [str(HOST_TESTS)])]
-    jobs = [run_artefact, run_windows_tests, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
-    with ThreadPoolExecutor(CONCURRENT) as pool:
-        counts += pool.map(guarded, jobs)
-    total = Counts(*map(sum, zip(*counts)))
-    print(f"\n{total}")
-    return 1 if total.failed or not total.passed else 0
+    jobs = [run_artefact, run_lifecycle, *(partial(run_scenario, name) for name in stage.longest_first())]
+    with ThreadPoolExecutor(CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
+        units = aside.submit(guarded, run_units)
+        counts = total([*pool.map(guarded, jobs), units.result()])
+    print(f"\n{counts}")
+    return 1 if counts.failed or not counts.passed else 0
 
 
 if __name__ == "__main__":

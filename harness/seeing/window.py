@@ -137,9 +137,6 @@ class Window:
         x, y = self.look().controls[control].point()
         self._do("mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
 
-    def move_to(self, x: int, y: int) -> None:
-        self._do("mousemove", str(x), str(y))
-
     def press(self, *keys: str) -> None:
         """Presses keys by xdotool's names, one after the other: "Tab", "shift+Tab", "space", "Return"."""
         for key in keys:

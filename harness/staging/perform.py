@@ -14,6 +14,7 @@ from harness.staging.stage import write_result
 
 # Now and then a process under Wine gets no window, once in hundreds of starts, and the engine that it is of gives up.
 NO_WINDOW = "Error 0x80004005: Failed to create window."
+CONCURRENT = 4  # scenarios at once: they wait most of their time
 BOUND = 420  # seconds for one scenario; each run of the engine in it has a tighter bound of its own
 
 

@@ -11,9 +11,17 @@ from harness.machine.prefix import copy_of_prepared
 from harness.places import SCENARIOS
 from harness.staging.scene import Hang, Scene
 
+LONGEST = ["told-otherwise", "download-gives-up", "telemetry-down", "gallery", "accessible", "download-retry",
+           "download-cancel", "update-replies", "bad-folders", "links", "error-prompt", "session-end", "languages"]
+
 
 def names() -> list[str]:
     return sorted(file.stem.replace("_", "-") for file in SCENARIOS.glob("*.py"))
+
+
+def longest_first() -> list[str]:
+    """So that at the end of a suite no long one is left alone."""
+    return sorted(names(), key=lambda name: (LONGEST.index(name) if name in LONGEST else len(LONGEST)))
 
 
 def load(name: str) -> dict:

@@ -1,5 +1,6 @@
 """Runs the tests that need Windows under Wine, in a prefix of their own, with the services beside them, in a sandbox:
-python3 -m harness.machine.sandbox python3 -m harness.staging.wine_tests [options]."""
+python3 -m harness.machine.sandbox python3 -m harness.staging.wine_tests [options]. A shard, by GoogleTest's variables
+GTEST_TOTAL_SHARDS and GTEST_SHARD_INDEX, leaves what it leaves in a folder of its own."""
 import contextlib
 import os
 import sys
@@ -11,10 +12,12 @@ from harness.services import Services
 
 if __name__ == "__main__":
     given = os.environ.get("DISPLAY")
-    (OUT / "tests").mkdir(parents=True, exist_ok=True)
-    services = Services(OUT / "tests")
+    shard = {name: value for name, value in os.environ.items() if name.startswith("GTEST_")}
+    out = OUT / "tests" / f"windows-{shard.get('GTEST_SHARD_INDEX', '0')}"
+    out.mkdir(parents=True, exist_ok=True)
+    services = Services(out)
     with contextlib.nullcontext(given) if given else virtual_display() as display, \
             copy_of_prepared("windows-tests", display) as wine:
-        wine.complaints = OUT / "tests/windows-wine.txt"
-        host = {"PALISADE_TEST_HOST": services.tests.url("")}
-        sys.exit(wine.start(WINDOWS_TESTS, *sys.argv[1:], environment=host, stdout=None).wait())
+        wine.complaints = out / "wine.txt"
+        environment = {"PALISADE_TEST_HOST": services.tests.url("")} | shard
+        sys.exit(wine.start(WINDOWS_TESTS, *sys.argv[1:], environment=environment, stdout=None).wait())
