@@ -2,7 +2,6 @@
 import contextlib
 import fcntl
 import os
-import re
 import shutil
 import subprocess
 import tempfile
@@ -66,28 +65,6 @@ class Prefix:
             process.kill()
         if check and code:
             raise RuntimeError(f"{program} {' '.join(arguments)} ended with {code}")
-
-    def registry_values(self, key: str, view: int = 64) -> dict[str, str]:
-        """The values of a key that are texts or DWORDs, the latter as "0x00000001"; the default value's name is empty.
-        A key that is not there has none."""
-        text = self._exported(key, view)
-        own = re.split(r"^\[.*\]$", text, maxsplit=2, flags=re.M)[1:2]  # what follows are the subkeys
-        rows = re.findall(r'^(?:@|"((?:[^"\\]|\\.)*)")=(?:"((?:[^"\\]|\\.)*)"|dword:(\w+))$', "".join(own), re.M)
-        unescaped = [[re.sub(r"\\(.)", r"\1", part) for part in row] for row in rows]
-        return {name: "0x" + number if number else value for name, value, number in unescaped}
-
-    def registry(self, key: str, name: str, view: int = 64) -> str | None:
-        return self.registry_values(key, view).get(name)
-
-    def has_key(self, key: str, view: int = 64) -> bool:
-        return bool(self._exported(key, view))
-
-    def _exported(self, key: str, view: int) -> str:
-        """A key with its subkeys as registry script; empty if it is not there."""
-        # Not by a query: that prints in a code page, and never ends over a list of texts without an entry.
-        with tempfile.NamedTemporaryFile(dir=self.drive, suffix=".reg") as target:
-            self.run("reg", "export", key, "C:\\" + Path(target.name).name, "/y", f"/reg:{view}")
-            return Path(target.name).read_bytes().decode("utf-16").replace("\r\n", "\n")
 
     def set_registry(self, key: str, name: str, value: str, view: int = 64) -> None:
         """Sets a text; the default value's name is empty."""

@@ -1,4 +1,5 @@
 """What a scenario works with: bundles, runs of the real engine, the machine that they change, and checks."""
+import json
 import shutil
 import ssl
 import subprocess
@@ -101,6 +102,17 @@ class Scene:
         """A file's text; empty if it is not there."""
         return self.path(windows_path).read_text("utf-8") if self.exists(windows_path) else ""
 
+    def registry_values(self, key: str, view: int = 64) -> dict[str, str]:
+        """The values of a key that are texts or DWORDs, the latter as "0x00000001"; the default value's name is empty.
+        A key that is not there has none."""
+        return json.loads(self.window.command(f"registry {view} {key}")) or {}
+
+    def registry(self, key: str, name: str, view: int = 64) -> str | None:
+        return self.registry_values(key, view).get(name)
+
+    def has_key(self, key: str, view: int = 64) -> bool:
+        return self.window.command(f"registry {view} {key}") != "null"
+
     def temporary_files(self) -> list[Path]:
         return list(self.path(TEMP).iterdir())
 
@@ -110,7 +122,7 @@ class Scene:
         files = {name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name, install_folder))}
         wrong = []
         for (key, view), wanted in facts.client_values(install_folder, version).items():
-            found = self.prefix.registry_values(key, view)
+            found = self.registry_values(key, view)
             wrong += [f"{key} [{name}] in view {view}: {found.get(name)!r}, wanted {text!r}"
                       for name, text in wanted.items() if found.get(name) != text]
         return files, wrong
@@ -126,9 +138,9 @@ class Scene:
         left = [name for name in facts.CLIENT_FILES if self.exists(facts.client_file(name))]
         self.check_equal("the client's files are gone", left, [])
         values = [f"{key} [{name}]" for (key, view), wanted in facts.client_values().items()
-                  for name in wanted.keys() & self.prefix.registry_values(key, view).keys()]
+                  for name in wanted.keys() & self.registry_values(key, view).keys()]
         self.check_equal("the client's registry values are gone", values, [])
-        self.check("the bundle is registered no more", not self.prefix.has_key(facts.uninstall_entry(), 32))
+        self.check("the bundle is registered no more", not self.has_key(facts.uninstall_entry(), 32))
         self.check_equal("the engine's cache is empty", self.cached_packages(), [])
 
     def check_cancelled(self, run: EngineRun, whose: str, why: str = "user_action") -> None:

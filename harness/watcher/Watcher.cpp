@@ -6,6 +6,8 @@
 //   ask WINDOW MESSAGE WP LP     sends a message to a window of the first dialog's process: one given by its class, or
 //                                "dialog", or a control of that by its number; answers with the result, or "none"
 //                                without such a window, or "late" if there is no reply within 10 seconds
+//   registry VIEW KEY            the values of a key that are texts or DWORDs, the latter as "0x00000001", as a JSON
+//                                object; the default value's name is empty; null if the key is not there
 //   hold NAME                    makes a mutex that stays until "release" or the end
 //   release                      lets go of it
 #include <windows.h>
@@ -96,7 +98,6 @@ Json lookAt(HWND dialog) {
     GetGUIThreadInfo(GetWindowThreadProcessId(dialog, &process), &thread);
     seen["process"] = process;
     seen["window"] = reinterpret_cast<uintptr_t>(dialog);
-    seen["title"] = textOf(dialog, GetWindowTextW);
     seen["visible"] = IsWindowVisible(dialog) != FALSE;
     seen["focus"] = thread.hwndFocus ? GetDlgCtrlID(thread.hwndFocus) : 0;
     seen["controls"] = Json::array();
@@ -105,7 +106,6 @@ Json lookAt(HWND dialog) {
         control["id"] = GetDlgCtrlID(child);
         control["name"] = textOf(child, GetWindowTextW);
         control["shown"] = (GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) != 0;
-        control["enabled"] = IsWindowEnabled(child) != FALSE;
         seen["controls"].push_back(control);
     }
     seen["others"] = otherWindows(dialog, process);
@@ -145,6 +145,31 @@ std::string ask(std::istringstream& arguments) {
     return std::to_string(result);
 }
 
+Json registryValues(std::istringstream& arguments) {
+    std::string view, path;
+    std::getline(arguments >> view >> std::ws, path);
+    const HKEY root = path.starts_with("HKCU") ? HKEY_CURRENT_USER
+                      : path.starts_with("HKCR") ? HKEY_CLASSES_ROOT
+                                                 : HKEY_LOCAL_MACHINE;
+    HKEY key = nullptr;
+    const std::wstring below = pdx::toWide(path.substr(path.find('\\') + 1));
+    if (RegOpenKeyExW(root, below.c_str(), 0, KEY_READ | (view == "32" ? KEY_WOW64_32KEY : KEY_WOW64_64KEY), &key))
+        return nullptr;
+    Json values = Json::object();
+    LSTATUS status = ERROR_SUCCESS;
+    for (DWORD index = 0; status == ERROR_SUCCESS; ++index) {
+        wchar_t name[256], data[4096] = {};
+        DWORD nameLength = 256, size = sizeof data - sizeof *data, type = REG_NONE;
+        status = RegEnumValueW(key, index, name, &nameLength, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
+        if (status == ERROR_SUCCESS && type == REG_SZ) values[pdx::toUtf8(name)] = pdx::toUtf8(data);
+        if (status == ERROR_SUCCESS && type == REG_DWORD)
+            values[pdx::toUtf8(name)] = fmt::format("0x{:04x}{:04x}", +data[1], +data[0]);
+    }
+    RegCloseKey(key);
+    if (status != ERROR_NO_MORE_ITEMS) values["failed"] = status;
+    return values;
+}
+
 }  // namespace
 
 int main() {
@@ -158,6 +183,8 @@ int main() {
             answer = look().dump();
         } else if (command == "ask") {
             answer = ask(arguments);
+        } else if (command == "registry") {
+            answer = registryValues(arguments).dump();
         } else if (command == "hold") {
             arguments >> name;
             held = pdx::Handle(CreateMutexW(nullptr, FALSE, pdx::toWide(name).c_str()));

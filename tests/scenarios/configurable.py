@@ -30,7 +30,7 @@ def settings(run) -> tuple[str | None, str | None]:
 
 
 def check_start_on_boot(scene, when: str, wanted: str | None) -> None:
-    scene.check_equal(f"{when} the client's start with the session", scene.prefix.registry(RUN_KEY, "Fenwick"), wanted)
+    scene.check_equal(f"{when} the client's start with the session", scene.registry(RUN_KEY, "Fenwick"), wanted)
 
 
 def told_configurable(run) -> bool:

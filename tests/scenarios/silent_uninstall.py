@@ -14,7 +14,7 @@ def play(scene):
         before-files dword 64 IsUnavailable Software\\Corvane Works\\Palisade Desktop
         before-files exists {facts.client_file("PalisadeLauncher.exe")}
     """)
-    command = scene.prefix.registry(facts.PRODUCT_KEY, "OriginalQuietUninstallString") or ""
+    command = scene.registry(facts.PRODUCT_KEY, "OriginalQuietUninstallString") or ""
     program, arguments = re.fullmatch(r'"(.*?)" (.*)', command).groups()
     run = scene.run(*arguments.split(), program=program)
 
