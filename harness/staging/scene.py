@@ -234,7 +234,7 @@ class Scene:
 
     def start(self, *arguments: str, program: str = SETUP, log: str = "engine", log_file: str = "",
               **options) -> EngineRun:
-        """Starts a bundle, which may be told a file for its log; that is kept as out/<scenario>/<log>.log. The run whose
+        """Starts a bundle, which may be told a file for its log. That is kept as out/<scenario>/<log>.log; the run whose
         log is "engine" is the one that the scenario's exit code is taken from."""
         # The watcher brings up Wine's desktop and keeps it between runs: two programs that do so at the same time, or one
         # that comes while it goes, can be left without windows.

@@ -1,7 +1,8 @@
 // Tells a scenario what the installer's window shows, and does what mouse and keyboard cannot. Reads commands from
 // standard input, a line each, and answers each with a line:
 //
-//   look                         the installers' dialogs as a JSON array, those that show first; rectangles in pixels of
+//   look                         the installers' dialogs as a JSON array, those that show first; rectangles in pixels
+//   of
 //                                the screen
 //   ask WINDOW MESSAGE WP LP     sends a message to a window of the first dialog's process: one given by its class, or
 //                                "dialog", or a control of that by its number; answers with the result, or "none"
@@ -148,7 +149,7 @@ std::string ask(std::istringstream& arguments) {
 Json registryValues(std::istringstream& arguments) {
     std::string view, path;
     std::getline(arguments >> view >> std::ws, path);
-    const HKEY root = path.starts_with("HKCU") ? HKEY_CURRENT_USER
+    const HKEY root = path.starts_with("HKCU")   ? HKEY_CURRENT_USER
                       : path.starts_with("HKCR") ? HKEY_CLASSES_ROOT
                                                  : HKEY_LOCAL_MACHINE;
     HKEY key = nullptr;

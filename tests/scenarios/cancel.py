@@ -33,7 +33,8 @@ def play(scene):
     check_continued(scene, "options", "by Escape", lambda: scene.window.press("Escape"))
     check_cancelled(scene, scene.cancel(run), "a cancel")
 
-    for how, close in (("a second press", press_again), ("a double click", lambda scene: scene.window.click_twice(CLOSE))):
+    for how, close in (("a second press", lambda: press_again(scene)),
+                       ("a double click", lambda: scene.window.click_twice(CLOSE))):
         run = scene.start_to_welcome(log=how.replace(" ", "-"))
-        close(scene)
+        close()
         check_cancelled(scene, run.finish(60), how)
