@@ -52,7 +52,7 @@ class View:
 class Window:
     def __init__(self, prefix, screens: Path):
         self._prefix, self._screens = prefix, screens
-        self._watcher = prefix.start(WATCHER, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self._watcher = prefix.start(WATCHER, stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8")
         self._environment = {"DISPLAY": prefix.environment["DISPLAY"], "PATH": prefix.environment["PATH"]}
 
     # Seeing
