@@ -12,8 +12,9 @@ _INSIDE = 'ip link set lo up && PALISADE_SANDBOX=yes "$@"; exit $?'
 
 
 def sandboxed(command: list[str]) -> list[str]:
-    """The command to start instead. Killing it kills all that runs inside."""
-    return ["unshare", "--mount", "--net", "--pid", "--fork", "--kill-child", "--mount-proc",
+    """The command to start instead. Killing it kills all that runs inside. Addresses are not random there: now and then
+    one that Wine needs for each process was taken, and the process did not start."""
+    return ["setarch", "-R", "unshare", "--mount", "--net", "--pid", "--fork", "--kill-child", "--mount-proc",
             "bash", "-c", _INSIDE, "sandbox", *command]
 
 
@@ -40,4 +41,4 @@ def _add(target: Path, text: str, kept: Path) -> None:
 
 
 if __name__ == "__main__":
-    os.execvp("unshare", sandboxed(sys.argv[1:]))
+    os.execvp("setarch", sandboxed(sys.argv[1:]))

@@ -12,8 +12,9 @@ from harness.machine.sandbox import sandboxed
 from harness.places import OUT, ROOT
 from harness.staging.stage import write_result
 
-# Now and then a process under Wine gets no window, once in hundreds of starts, and the engine that it is of gives up.
-NO_WINDOW = "Error 0x80004005: Failed to create window."
+# Now and then, once in hundreds of starts, a process under Wine gets no window, and the engine that it is of gives up; or
+# one of Wine's own does not start, and the engine ends with no last line.
+WINES_FAULTS = "Error 0x80004005: Failed to create window.", "failed to map the shared user data"
 CONCURRENT = 4  # scenarios at once: they wait most of their time
 BOUND = 420  # seconds for one scenario; each run of the engine in it has a tighter bound of its own
 
@@ -22,11 +23,13 @@ def perform(name: str, show: bool = False) -> dict:
     """Plays one scenario and gives its result, again if Wine was at fault. On a virtual display of its own, or with
     `show` on the caller's."""
     result = _perform(name, show)
-    if held(result) or not any(NO_WINDOW in log.read_text("utf-8", "replace") for log in (OUT / name).glob("*.log")):
+    told = [file.read_text("utf-8", "replace") for file in (OUT / name).iterdir() if file.suffix in (".log", ".txt")]
+    fault = next((fault for fault in WINES_FAULTS if any(fault in text for text in told)), "")
+    if held(result) or not fault:
         return result
-    print(f"\n{name}: Wine made no window for a process of the engine; what was seen is kept as out/{name}.no-window, "
-          "and the scenario is played again", flush=True)
-    kept = OUT / (name + ".no-window")
+    print(f"\n{name}: Wine failed ({fault}); what was seen is kept as out/{name}.wine-failed, and the scenario is played "
+          "again", flush=True)
+    kept = OUT / (name + ".wine-failed")
     shutil.rmtree(kept, ignore_errors=True)
     (OUT / name).rename(kept)
     return _perform(name, show)
