@@ -4,6 +4,7 @@
 FMT_BEGIN_NAMESPACE
 namespace detail {
 
+template std::locale locale_ref::get<std::locale>() const;
 template dragonbox::decimal_fp<float> dragonbox::to_decimal(float) noexcept;
 template dragonbox::decimal_fp<double> dragonbox::to_decimal(double) noexcept;
 template void buffer<char>::append(const char*, const char*);
