@@ -1,4 +1,5 @@
 // Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json https://test.host.
+// With "cold", a library and a file (and "log") it makes one cold start and writes its moments.
 // Prints a table and writes the same as JSON. Ends with code 1 when it could not measure; a missed aim is only shown.
 #include <windows.h>
 
@@ -46,12 +47,14 @@ nlohmann::json jsonOf(const pdx::Measurements& measurements) {
     return json;
 }
 
-pdx::Measurements measureAll(const std::filesystem::path& library, const std::string& host) {
+pdx::Measurements measureAll(const std::filesystem::path& library, const std::string& host,
+                             const std::filesystem::path& scratch) {
     pdx::Measurements all;
     const auto take = [&all](const pdx::Measurements& measurements) {
         for (const auto& measurement : measurements) print(measurement);
         all.insert(all.end(), measurements.begin(), measurements.end());
     };
+    take(pdx::measureColdStart(library, scratch));
     take(pdx::measureStartup(library));
     take(pdx::measureWindow(library));
     take(pdx::measureLayout());
@@ -65,14 +68,20 @@ pdx::Measurements measureAll(const std::filesystem::path& library, const std::st
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    if (argc != 4) {
+    const bool coldStart = argc >= 4 && std::wstring_view(argv[1]) == L"cold";
+    if (argc != 4 && !coldStart) {
         std::printf("usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json https://test.host\n");
         return 1;
     }
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     try {
-        const auto measurements = measureAll(argv[1], pdx::toUtf8(argv[3]));
-        std::ofstream file{std::filesystem::path(argv[2])};
+        if (coldStart) {
+            pdx::writeColdStart(argv[2], argv[3], argc > 4);
+            return 0;
+        }
+        const std::filesystem::path result(argv[2]);
+        const auto measurements = measureAll(argv[1], pdx::toUtf8(argv[3]), result.wstring() + L".round");
+        std::ofstream file{result};
         file << jsonOf(measurements).dump(2) << '\n';
         if (!file.flush()) throw std::runtime_error("the JSON file cannot be written");
     } catch (const std::exception& error) {

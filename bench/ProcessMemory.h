@@ -12,4 +12,6 @@ struct ProcessMemory {
 
 ProcessMemory processMemory();
 
+inline double mebibytes(size_t bytes) { return static_cast<double>(bytes) / (1024 * 1024); }
+
 }  // namespace pdx

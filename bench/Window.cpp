@@ -3,6 +3,7 @@
 #include "bench/Benchmarks.h"
 #include "bench/ProcessMemory.h"
 #include "bench/StartedLibrary.h"
+#include "bench/Welcome.h"
 #include "core/AppMessages.h"
 
 namespace pdx {
@@ -14,22 +15,6 @@ constexpr int repaintRounds = 100;
 constexpr DWORD marqueeMs = 5000;
 /// Percent of a core.
 constexpr double marqueeAim = 5;
-
-/// This process's dialog.
-HWND findDialog() {
-    HWND found = nullptr;
-    while ((found = FindWindowExW(nullptr, found, L"#32770", nullptr)) != nullptr) {
-        DWORD process = 0;
-        GetWindowThreadProcessId(found, &process);
-        if (process == GetCurrentProcessId()) return found;
-    }
-    throw std::runtime_error("there is no window");
-}
-
-/// Waits until the window and all that it shows are painted.
-void paint(HWND dialog, UINT invalidation = 0) {
-    RedrawWindow(dialog, nullptr, nullptr, invalidation | RDW_UPDATENOW | RDW_ALLCHILDREN);
-}
 
 /// The library with its welcome page, from the call of OnStartup to the page's first paint.
 double showWelcomePage(StartedLibrary& started) {
@@ -81,12 +66,11 @@ Measurements measureWindow(const std::filesystem::path& library) {
 
     std::vector<double> later;
     for (int round = 0; round < startRounds; ++round) later.push_back(welcomeSeconds(library));
-    constexpr double mebibyte = 1024 * 1024;
     return {
         {"welcome_first", first * 1000, "ms", "OnStartup to the painted welcome page, first load"},
         {"welcome", median(later) * 1000, "ms", "OnStartup to the painted welcome page, median"},
-        {"welcome_working_set", static_cast<double>(with) / mebibyte, "MiB", "working set on the welcome page"},
-        {"welcome_working_set_growth", (static_cast<double>(with) - static_cast<double>(without)) / mebibyte, "MiB",
+        {"welcome_working_set", mebibytes(with), "MiB", "working set on the welcome page"},
+        {"welcome_working_set_growth", mebibytes(with) - mebibytes(without), "MiB",
          "of it taken since the library was loaded"},
         {"repaint", repaintSeconds * 1000, "ms", "repaint of the welcome page with all its controls, median"},
         {"repaints_per_second", 1 / repaintSeconds, "1/s", "repaints a second"},
