@@ -14,7 +14,7 @@ constexpr const wchar_t* languages[] = {L"DE", L"EN", L"ES",    L"ES-MX", L"FR",
                                         L"KO", L"PL", L"PT-BR", L"RU",    L"TH", L"ZH-HANS", L"ZH-HANT"};
 constexpr int shortRounds = 50;
 constexpr int longRounds = 5;
-constexpr int manyWords = 10000;
+constexpr int manyWords = 1000;
 /// Width of the body on a page.
 constexpr int32_t bodyWidth = 416;
 

@@ -73,7 +73,8 @@ MessageResult HtmlStatic::OnSetText(LPARAM markup) {
     ReplaceRuns({});
     const GumboTree tree(toUtf8(text));
     if (tree.wasCut())
-        PDX_LOG(logWarning, "HtmlStatic::OnSetText", "Markup is too deep or too large, its end is left out: length=%u",
+        PDX_LOG(logWarning, "HtmlStatic::OnSetText",
+                "Markup is too long or has too many tags, its end is left out: length=%u",
                 static_cast<uint32_t>(text.size()));
     SetAccessibleName(plainText(tree));
     if (const auto record = fontRecordOf(hwnd))
@@ -160,6 +161,7 @@ MessageResult HtmlStatic::Draw(Graphics& graphics) {
     const TrackState track = scrollTrack->GetState();
     scrollTrack->Show(track.maximum > track.minimum ? SW_SHOW : SW_HIDE);
     const int32_t windowHeight = GetClientSize().height;
+    const StringFormat format = CreateTextFormat();
     for (const TextRun& run : runs) {
         // Fonts are dear, and most of a long text is out of view.
         std::unique_ptr<Font> face;
@@ -168,23 +170,12 @@ MessageResult HtmlStatic::Draw(Graphics& graphics) {
             if (!isInView(placed, track.position, windowHeight)) continue;
             if (!face) face = createFont(GetRunFont(run));
             if (!brush) brush.emplace(run.style.color);
-            DrawPlaced(graphics, placed, placed.y - static_cast<float>(track.position), *face, *brush);
+            const float y = placed.y - static_cast<float>(track.position);
+            graphics.DrawString(placed.text, face.get(), {placed.x, y, 0, 0}, &format, &*brush);
+            DrawFontLines(graphics, *face, {placed.x, y, placed.width, placed.height}, *brush);
         }
     }
     return handled();
-}
-
-void HtmlStatic::DrawPlaced(Graphics& graphics, const PlacedText& placed, float y, const Font& face,
-                            const Brush& brush) const {
-    const StringFormat format = CreateTextFormat();
-    TextPart part{placed.text, placed.x};
-    // Drawing a word of a million letters takes a minute.
-    constexpr size_t longText = 1000;
-    if (placed.text.size() > longText)
-        part = partBetweenEdges(placed.text, placed.x, static_cast<float>(GetClientSize().width),
-                                [&](auto piece) { return graphics.MeasureString(piece, &face, {}, &format).width; });
-    graphics.DrawString(part.text, &face, {part.x, y, 0, 0}, &format, &brush);
-    DrawFontLines(graphics, face, {placed.x, y, placed.width, placed.height}, brush);
 }
 
 }  // namespace pdx

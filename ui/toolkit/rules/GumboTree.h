@@ -12,8 +12,7 @@ namespace pdx {
 /// the body, so that titles and style sheets in it stand there too, but what a browser does not show has no children.
 class GumboTree : public MarkupTree {
   public:
-    /// Of a text whose tags would take too long, or whose tree would take too much memory, as much as can be afforded
-    /// from its beginning: HTML lets some texts ask for the square of their length.
+    /// Of a text with more than 500 tags or 16 KB, as far as that from its beginning.
     explicit GumboTree(std::string_view utf8);
     ~GumboTree() override;
     GumboTree(const GumboTree&) = delete;
@@ -34,10 +33,5 @@ class GumboTree : public MarkupTree {
     std::unique_ptr<Parsed> parsed;
     bool cut = false;
 };
-
-/// How much of a text (UTF-8) the parser can go through without a noticeable wait. It compares each tag with all that
-/// are open, an end tag that closes nothing at length, and each attribute with all of the same tag; ordinary texts of
-/// any length pass whole.
-size_t affordableLength(std::string_view utf8);
 
 }  // namespace pdx

@@ -1,7 +1,6 @@
 #include "ui/toolkit/rules/RunLayout.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -12,8 +11,6 @@ namespace {
 
 constexpr float inset = 2.0f;  // between the lines and the edge of what the text covers
 constexpr float firstLine = 2.0f;
-
-bool isLowSurrogate(wchar_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 using Words = std::span<const std::wstring>;
 
@@ -176,28 +173,6 @@ bool placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
     }
     if (alignment != LineAlignment::left) alignLines(runs, width, alignment == LineAlignment::right ? 1.0f : 0.5f);
     return true;
-}
-
-TextPart partBetweenEdges(std::wstring_view text, float x, float width,
-                          const std::function<float(std::wstring_view)>& widthOf) {
-    // By halves: each character is measured about once for each edge.
-    constexpr size_t smallest = 32;
-    const auto advance = [&](float from, float to) {
-        size_t passed = 0;
-        for (size_t step = std::bit_floor(text.size()); step >= smallest; step /= 2) {
-            // Not between the two halves of a character.
-            const size_t end = passed + step < text.size() && isLowSurrogate(text[passed + step]) ? step - 1 : step;
-            if (passed + end > text.size()) continue;
-            const float next = from + widthOf(text.substr(passed, end));
-            if (next >= to) continue;
-            passed += end;
-            from = next;
-        }
-        return std::pair(passed, from);
-    };
-    const auto [hidden, left] = advance(x, 0);
-    text.remove_prefix(hidden);
-    return {text.substr(0, advance(left, width).first + 2 * smallest), left};
 }
 
 RectF coveredBy(const TextRun& run) {

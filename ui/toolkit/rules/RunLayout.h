@@ -35,17 +35,6 @@ bool placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
                const std::function<RunFont(const TextRun&)>& fontOf,
                float highest = std::numeric_limits<float>::infinity());
 
-/// The part of a text that is worth drawing and where it begins.
-struct TextPart {
-    std::wstring_view text;
-    float x = 0;
-};
-
-/// Of a text that begins at x, what lies between 0 and width and up to some dozens of characters more on each side.
-/// Takes the width of a text for the sum of its parts'.
-TextPart partBetweenEdges(std::wstring_view text, float x, float width,
-                          const std::function<float(std::wstring_view)>& widthOf);
-
 /// What the placed text of a run covers; all zero for none.
 RectF coveredBy(const TextRun& run);
 /// What the placed text of all runs covers and two pixels on each side; all zero for none.

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/Repeated.h"
 #include "ui/toolkit/rules/GumboTree.h"
 
 namespace pdx {
@@ -11,7 +10,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 
 const TextStyle root = {.logFont = {.height = 16, .weight = 400, .quality = 4, .face = L"Face"},
                         .lineHeight = {LineHeight::pixels, 26}};
@@ -55,27 +53,21 @@ std::vector<std::string> describedRuns(std::string_view html) {
 TEST(Markup, GivesRunsOfOneStyle) {
     const std::pair<const char*, std::vector<std::string>> cases[] = {
         {"", {}},
-        {" \t\r\n ", {}},
-        {"<b></b>", {}},
         {"one  two\n\tthree ", {"|one|two|three|"}},
         // Each element by itself.
         {"<A HREF=\"action:go\">x</A>", {"|x| FF6897FD href=action:go"}},
-        {"<A>x</A>", {"|x| FF6897FD"}},
         {"<B>x</B>", {"|x| weight=700"}},
         {"<I>x</I>", {"|x| italic"}},
         {"<STRIKE>x</STRIKE>", {"|x| strikeout"}},
         {"<U>x</U>", {"|x| underline"}},
         {"a<BR>b", {"|a|/|", "|b|"}},
-        {"<BR>", {"|/|"}},
         {"a<BR><BR>b", {"|a|/|", "|/|", "|b|"}},
-        {"<FONT>x</FONT>", {"|x|"}},
         // Others are as if they were not there, but they cut all the same.
         {"<SPAN>x</SPAN><P>y<STRONG>z</STRONG></P>", {"|x|", "|y|", "|z|"}},
         {"x<S>y</S><!-- no word --><nonsense>z</nonsense>", {"|x|", "|y|", "|z|"}},
         // Tags cut.
         {"<B>Hello</B> world", {"|Hello| weight=700", "|world|"}},
         {"A<B>B</B>C", {"|A|", "|B| weight=700", "|C|"}},
-        {"a<!-- -->b", {"|a|b|"}},
         {"a <B> b <I>c</I> d </B> e", {"|a|", "|b| weight=700", "|c| weight=700 italic", "|d| weight=700", "|e|"}},
         {"<B>a<BR>b</B>", {"|a|/| weight=700", "|b| weight=700"}},
         // What is inside changes what it changes and no more.
@@ -86,8 +78,6 @@ TEST(Markup, GivesRunsOfOneStyle) {
         {"<b>a<i>b</b>c</i>", {"|a| weight=700", "|b| weight=700 italic", "|c| italic"}},
         {"<a href='action:go&amp;stay'>x", {"|x| FF6897FD href=action:go&stay"}},
         {"&lt;b&gt; &amp;amp; &#65;&#x42;", {"|<b>|&amp;|AB|"}},
-        {"a < b > c", {"|a|<|b|>|c|"}},
-        {"a </b> b <b", {"|a|b|"}},
         {"a<br/>b</br>c", {"|a|/|", "|b|/|", "|c|"}},
     };
     for (const auto& [html, runs] : cases) EXPECT_THAT(describedRuns(html), ElementsAreArray(runs)) << html;
@@ -98,38 +88,27 @@ TEST(Markup, ReadsTheAttributesOfFont) {
         {"COLOR=\"#FF0000\"", "|x| FFFF0000"},
         {"color=\"#0a0B0c\"", "|x| FF0A0B0C"},
         {"COLOR=\"#F00\"", "|x|"},
-        {"COLOR=\"#FF00000\"", "|x|"},
         {"COLOR=\"FF00000\"", "|x|"},
-        {"COLOR=\"red\"", "|x|"},
-        {"COLOR=\"\"", "|x|"},
         {"COLOR=\"#12GG56\"", "|x| FF000012"},
         {"COLOR=\"#\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\"", "|x| FF000000"},
         {"ARGB=\"#80FF0000\"", "|x| 80FF0000"},
         {"ARGB=\"#FF0000\"", "|x|"},
-        {"ARGB=\"80FF00000\"", "|x|"},
         {"COLOR=\"#010203\" ARGB=\"#80FF0000\"", "|x| FF010203"},
         {"COLOR=\"#010\" ARGB=\"#80FF0000\"", "|x| 80FF0000"},
         {"FACE=\"Other Face\"", "|x| face=Other Face"},
-        {"FACE=\"\"", "|x|"},
         {"FACE=\"1234567890123456789012345678901234567890\"", "|x| face=1234567890123456789012345678901"},
         {"SIZE=\"24\"", "|x| height=24"},
         {"SIZE=\" 24px\"", "|x| height=24"},
-        {"SIZE=\"+3\"", "|x| height=3"},
         {"SIZE=\"-20\"", "|x| height=-20"},
         {"SIZE=\"\"", "|x|"},
         {"SIZE=\"large\"", "|x| height=0"},
         {"SIZE=\"99999999999999\"", "|x| height=268435456"},
-        {"SIZE=\"nan\"", "|x| height=0"},
         {"LINE-HEIGHT=\"150%\"", "|x| line=1:1.5"},
         {"LINE-HEIGHT=\"1.5\"", "|x| line=1:1.5"},
-        {"LINE-HEIGHT=\"20px\"", "|x| line=2:20"},
-        {"LINE-HEIGHT=\"20PX\"", "|x| line=2:20"},
-        {"LINE-HEIGHT=\"auto\"", "|x| line=0:0"},
-        {"LINE-HEIGHT=\"AuTo\"", "|x| line=0:0"},
+        {"LINE-HEIGHT=\"20pX\"", "|x| line=2:20"},
+        {"LINE-HEIGHT=\"Auto\"", "|x| line=0:0"},
         {"LINE-HEIGHT=\"tall\"", "|x| line=1:0"},
-        {"LINE-HEIGHT=\"x\"", "|x| line=2:0"},
         {"LINE-HEIGHT=\"inf\"", "|x| line=1:0"},
-        {"LINE-HEIGHT=\"1e99px\"", "|x| line=2:0"},
         {"LINE-HEIGHT=\"\"", "|x|"},
         {"size=16 line-height=19px COLOR=\"#010203\" face=F", "|x| face=F FF010203 line=2:19"},
     };
@@ -157,74 +136,6 @@ TEST(Markup, GivesThePlainWords) {
         {"&lt;b&gt; &eacute;<!-- silent --><style>x{}</style>", L"<b> \x00E9"},
     };
     for (const auto& [html, words] : cases) EXPECT_EQ(plainText(GumboTree(html)), words) << html;
-}
-
-/// What no parser may give, and what the walk has to bear.
-class NoTree : public MarkupTree {
-  public:
-    [[nodiscard]] Node body() const override { return nullptr; }
-    [[nodiscard]] NodeType type(Node) const override { return NodeType::other; }
-    [[nodiscard]] std::wstring name(Node) const override { return {}; }
-    [[nodiscard]] std::wstring value(Node) const override { return {}; }
-    [[nodiscard]] size_t childCount(Node) const override { return 0; }
-    [[nodiscard]] Node child(Node, size_t) const override { return nullptr; }
-    [[nodiscard]] std::wstring attribute(Node, const char*) const override { return {}; }
-};
-
-TEST(Markup, WithoutABodyHasNoRuns) {
-    EXPECT_THAT(walkMarkup(NoTree(), root), IsEmpty());
-    EXPECT_EQ(plainText(NoTree()), L"");
-}
-
-TEST(Markup, OfAnyDepthIsWalked) {
-    for (const char* tag : {"<b>", "<div>", "<font color=#010203>"}) {
-        const auto runs = runsOf("a" + repeated(tag, 10'000) + "b");
-        ASSERT_EQ(runs.size(), 2u) << tag;
-        EXPECT_THAT(runs[1].words, ElementsAre(L"b"));
-    }
-}
-
-TEST(Markup, IsCutWhereItTakesTooLong) {
-    const std::pair<const char*, size_t> cases[] = {
-        {"<div>", 200'000},       {"<b></x>", 140'000},     {"<b>x</i> ", 100'000},
-        {"<b><div></b>", 80'000}, {"<svg><g></x>", 80'000}, {"<i><b></i>", 100'000},
-    };
-    for (const auto& [part, count] : cases) {
-        const std::string html = "first<br>" + repeated(part, count) + "last";
-        EXPECT_LT(affordableLength(html), 200'000u) << part;
-        const GumboTree tree(html);
-        EXPECT_TRUE(tree.wasCut()) << part;
-        const auto runs = walkMarkup(tree, root);
-        ASSERT_FALSE(runs.empty()) << part;
-        EXPECT_THAT(runs[0].words, ElementsAre(L"first", lineFeed)) << part;
-        EXPECT_FALSE(plainText(tree).ends_with(L"last")) << part;
-    }
-    EXPECT_EQ(plainText(GumboTree(repeated("<div>", 200'000) + "<frameset>")), L"");
-}
-
-TEST(Markup, OfAnyLengthIsWalkedWhole) {
-    const std::pair<const char*, size_t> cases[] = {
-        {"lorem ipsum dolor ", 60'000},
-        {"<a href=\"action:go\">one</a> <b>two</b> ", 30'000},
-        {"word<br>", 125'000},
-        {"&amp;&eacute;&nosuch; ", 60'000},
-        {"<", 1'000'000},
-        {"</b></i>", 100'000},
-        {"a &lt; b <3 c <- d & e ", 50'000},
-        {"<b>x</i> ", 5'000},
-        {"<p>one <b>two <i>three</b> four</i></p><ul><li>five<li>six</ul></font> ", 10'000},
-        {"<img><hr><input></none>", 30'000},
-        {"<table><tr><td>x", 3'000},
-    };
-    for (const auto& [part, count] : cases) {
-        const GumboTree tree(repeated(part, count) + " end");
-        EXPECT_FALSE(tree.wasCut()) << part;
-        EXPECT_TRUE(plainText(tree).ends_with(L"end")) << part;
-        const auto runs = walkMarkup(tree, root);
-        ASSERT_FALSE(runs.empty()) << part;
-        EXPECT_EQ(runs.back().words.back(), L"end") << part;
-    }
-    EXPECT_EQ(plainText(GumboTree("x<!-- " + repeated("unclosed </b> ", 70'000))), L"x");
 }
 
 }  // namespace
