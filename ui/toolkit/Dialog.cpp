@@ -2,13 +2,31 @@
 
 #include "config/Resources.h"
 #include "platform/Paths.h"
-#include "ui/toolkit/rules/MessageRoutes.h"
 
 namespace pdx {
 
 static_assert(positionNoSize == SWP_NOSIZE && positionNoMove == SWP_NOMOVE && positionNoZOrder == SWP_NOZORDER &&
               positionNoActivate == SWP_NOACTIVATE && positionShow == SWP_SHOWWINDOW &&
               positionHide == SWP_HIDEWINDOW && positionNoOwnerZOrder == SWP_NOOWNERZORDER);
+
+namespace {
+
+/// Whether a dialog procedure returns the handler's result itself; for every other message it stores the result and
+/// returns "handled".
+bool returnsResult(UINT message) {
+    switch (message) {
+        case WM_VKEYTOITEM:
+        case WM_CHARTOITEM:
+        case WM_QUERYDRAGICON:
+        case WM_COMPAREITEM:
+        case WM_INITDIALOG:
+            return true;
+        default:
+            return message >= WM_CTLCOLOREDIT && message <= WM_CTLCOLORSTATIC;
+    }
+}
+
+}  // namespace
 
 Dialog::~Dialog() {
     // A dialog that still stands must not reach for this object.
@@ -33,7 +51,7 @@ INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LP
     if (!dialog) return FALSE;
     const MessageResult result = dialog->ReceiveMessage(message, wparam, lparam);
     if (!result.handled) return FALSE;
-    if (dialogReturnsResult(message)) return result.result;
+    if (returnsResult(message)) return result.result;
     SetWindowLongPtrW(window, DWLP_MSGRESULT, result.result);
     return TRUE;
 }

@@ -35,6 +35,7 @@ class HtmlStatic : public Static {
     /// What the text takes, laid out in the window's present width.
     [[nodiscard]] Size GetPreferredSize() const { return preferredSize(boundsOf(runs), maxHeight); }
 
+    MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
     MessageResult OnSetText(LPARAM markup) override;
     MessageResult OnSize(int32_t width, int32_t height) override;
     MessageResult OnMove(int32_t x, int32_t y) override;
@@ -43,6 +44,7 @@ class HtmlStatic : public Static {
     MessageResult OnNcHitTest(int32_t x, int32_t y) override;
     MessageResult OnSetCursor(WPARAM window, int32_t hitTest, UINT mouseMessage) override;
     MessageResult OnMouseMove(int32_t x, int32_t y) override;
+    MessageResult OnMouseLeave() override;
     MessageResult OnMouseWheel(int32_t delta, uint32_t keys, int32_t x, int32_t y) override;
     MessageResult OnLButtonDown(WPARAM keys, int32_t x, int32_t y) override;
     MessageResult OnLButtonUp(WPARAM keys, int32_t x, int32_t y) override;
@@ -64,7 +66,6 @@ class HtmlStatic : public Static {
     bool PlaceRuns(int32_t width, float highest = std::numeric_limits<float>::infinity());
     /// With a line under the link that the pointer or the focus is on.
     [[nodiscard]] FontRecord GetRunFont(const TextRun& run) const;
-    void DrawPlaced(Graphics& graphics, const PlacedText& placed, float y, const Font& face, const Brush& brush) const;
 
     [[nodiscard]] const TextRun* HitTest(int32_t x, int32_t y) const;
     void ActivateLink();

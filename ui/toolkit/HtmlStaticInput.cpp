@@ -29,6 +29,13 @@ const TextRun* HtmlStatic::HitTest(int32_t x, int32_t y) const {
     return linkAt(runs, static_cast<float>(x), static_cast<float>(y) + static_cast<float>(scrollTrack->GetPosition()));
 }
 
+MessageResult HtmlStatic::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    // Two messages that no other widget asks for. A press does not outlive its capture, nor the focus line the focus.
+    if (message == WM_CAPTURECHANGED) pressedRun = nullptr;
+    if (message == WM_KILLFOCUS) Invalidate();
+    return Static::HandleMessage(message, wparam, lparam);
+}
+
 MessageResult HtmlStatic::OnNcHitTest(int32_t, int32_t) { return handled(HTCLIENT); }
 
 MessageResult HtmlStatic::OnSetCursor(WPARAM window, int32_t, UINT) {
@@ -54,6 +61,12 @@ MessageResult HtmlStatic::OnMouseMove(int32_t x, int32_t y) {
     return handled();
 }
 
+MessageResult HtmlStatic::OnMouseLeave() {
+    if (hoveredRun) Invalidate();
+    hoveredRun = nullptr;
+    return unhandled();
+}
+
 MessageResult HtmlStatic::OnMouseWheel(int32_t delta, uint32_t, int32_t, int32_t) {
     if (!scrollTrack->IsVisible()) return unhandled();
     const TrackState track = scrollTrack->GetState();
@@ -73,8 +86,10 @@ MessageResult HtmlStatic::OnLButtonDown(WPARAM, int32_t x, int32_t y) {
 }
 
 MessageResult HtmlStatic::OnLButtonUp(WPARAM, int32_t x, int32_t y) {
-    if (pressedRun) {
+    if (const TextRun* pressed = pressedRun) {
         ReleaseCapture();
+        // Which has ended the press; it lasts until its link is told.
+        pressedRun = pressed;
         if (HitTest(x, y) == pressedRun) ActivateLink();
     }
     pressedRun = nullptr;

@@ -2,70 +2,19 @@
 
 #include "platform/Log.h"
 #include "ui/toolkit/AccessibleName.h"
-#include "ui/toolkit/rules/MessageRoutes.h"
 
 namespace pdx {
 namespace {
 
 constexpr int textCapacity = 4096;
+constexpr UINT lastAppMessage = 0xBFFF;  // registered messages follow
 
-using Arguments = decltype(RoutedMessage::arguments);
-using Delivery = MessageResult (*)(Window&, const Arguments&);
-
-int32_t number(intptr_t argument) { return static_cast<int32_t>(argument); }
-UINT word(intptr_t argument) { return static_cast<UINT>(argument); }
-WPARAM wide(intptr_t argument) { return static_cast<WPARAM>(argument); }
-
-/// The call of a handler with the arguments that its route has unpacked.
-Delivery deliveryTo(Handler handler) {
-    using A = const Arguments&;
-    // clang-format off
-    switch (handler) {
-        case Handler::none: return nullptr;
-        case Handler::initDialog: return [](Window& w, A) { return w.OnInitDialog(); };
-        case Handler::eraseBackground: return [](Window& w, A a) { return w.OnEraseBackground(wide(a[0])); };
-        case Handler::paint: return [](Window& w, A) { return w.OnPaint(); };
-        case Handler::windowPosChanging: return [](Window& w, A a) { return w.OnWindowPosChanging(a[0]); };
-        case Handler::windowPosChanged: return [](Window& w, A a) { return w.OnWindowPosChanged(a[0]); };
-        case Handler::ctlColorStatic: return [](Window& w, A a) { return w.OnCtlColorStatic(reinterpret_cast<HWND>(a[0]), reinterpret_cast<HDC>(a[1])); };
-        case Handler::drawItem: return [](Window& w, A a) { return w.OnDrawItem(number(a[0]), reinterpret_cast<const DRAWITEMSTRUCT*>(a[1])); };
-        case Handler::ncHitTest: return [](Window& w, A a) { return w.OnNcHitTest(number(a[0]), number(a[1])); };
-        case Handler::mouseEnter: return [](Window& w, A a) { return w.OnMouseEnter(number(a[0]), number(a[1])); };
-        case Handler::mouseMove: return [](Window& w, A a) { return w.OnMouseMove(number(a[0]), number(a[1])); };
-        case Handler::mouseWheel: return [](Window& w, A a) { return w.OnMouseWheel(number(a[0]), word(a[1]), number(a[2]), number(a[3])); };
-        case Handler::mouseLeave: return [](Window& w, A) { return w.OnMouseLeave(); };
-        case Handler::lButtonDown: return [](Window& w, A a) { return w.OnLButtonDown(wide(a[0]), number(a[1]), number(a[2])); };
-        case Handler::lButtonUp: return [](Window& w, A a) { return w.OnLButtonUp(wide(a[0]), number(a[1]), number(a[2])); };
-        case Handler::command: return [](Window& w, A a) { return w.OnCommand(number(a[0]), number(a[1])); };
-        case Handler::close: return [](Window& w, A) { return w.OnClose(); };
-        case Handler::destroy: return [](Window& w, A) { return w.OnDestroy(); };
-        case Handler::userMessage: return [](Window& w, A a) { return w.OnUserMessage(word(a[0]), wide(a[1]), a[2]); };
-        case Handler::appMessage: return [](Window& w, A a) { return w.OnAppMessage(word(a[0]), wide(a[1]), a[2]); };
-        case Handler::setCursor: return [](Window& w, A a) { return w.OnSetCursor(wide(a[0]), number(a[1]), word(a[2])); };
-        case Handler::ncPaint: return [](Window& w, A a) { return w.OnNcPaint(wide(a[0])); };
-        case Handler::setText: return [](Window& w, A a) { return w.OnSetText(a[0]); };
-        case Handler::printClient: return [](Window& w, A a) { return w.OnPrintClient(wide(a[0]), a[1]); };
-        case Handler::setFocus: return [](Window& w, A a) { return w.OnSetFocus(wide(a[0])); };
-        case Handler::size: return [](Window& w, A a) { return w.OnSize(number(a[0]), number(a[1])); };
-        case Handler::move: return [](Window& w, A a) { return w.OnMove(number(a[0]), number(a[1])); };
-        case Handler::setFont: return [](Window& w, A a) { return w.OnSetFont(wide(a[0]), a[1] != 0); };
-        case Handler::timer: return [](Window& w, A a) { return w.OnTimer(wide(a[0])); };
-        case Handler::queryEndSession: return [](Window& w, A) { return w.OnQueryEndSession(); };
-        case Handler::endSession: return [](Window& w, A) { return w.OnEndSession(); };
-        case Handler::hScroll: return [](Window& w, A a) { return w.OnHScroll(number(a[0]), number(a[1]), a[2]); };
-        case Handler::vScroll: return [](Window& w, A a) { return w.OnVScroll(number(a[0]), number(a[1]), a[2]); };
-        case Handler::getDlgCode: return [](Window& w, A a) { return w.OnGetDlgCode(wide(a[0])); };
-        case Handler::keyDown: return [](Window& w, A a) { return w.OnKeyDown(wide(a[0]), number(a[1]), a[2] != 0, a[3] != 0); };
-        case Handler::notify: return [](Window& w, A a) { return w.OnNotify(a[0]); };
-    }
-    // clang-format on
-    return nullptr;
-}
-
-MessageResult deliver(Window& window, const RoutedMessage& routed) {
-    const Delivery delivery = deliveryTo(routed.handler);
-    return delivery ? delivery(window, routed.arguments) : unhandled();
-}
+// The halves of a word; signed where a position may lie left of or above the origin.
+int32_t low(uintptr_t word) { return LOWORD(word); }
+int32_t high(uintptr_t word) { return HIWORD(word); }
+int32_t signedLow(uintptr_t word) { return static_cast<int16_t>(LOWORD(word)); }
+int32_t signedHigh(uintptr_t word) { return static_cast<int16_t>(HIWORD(word)); }
+bool bit(uintptr_t word, int number) { return (word >> number & 1) != 0; }
 
 Rect toRect(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.bottom}; }
 
@@ -182,15 +131,58 @@ bool Window::IsVisible() const { return IsWindowVisible(hwnd); }
 bool Window::HasFocus() const { return hwnd && GetFocus() == hwnd; }
 
 MessageResult Window::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_MOUSEMOVE && !mouseTracked) BeginVisit(message, wparam, lparam);
+    if (message == WM_MOUSEMOVE && !mouseTracked) BeginVisit(lparam);
     if (message == WM_MOUSELEAVE) mouseTracked = false;
-    const MessageResult result = deliver(*this, routeMessage(message, wparam, lparam));
+    const MessageResult result = CallHandler(message, wparam, lparam);
     return result.handled ? result : DefaultProc(message, wparam, lparam);
 }
 
-void Window::BeginVisit(UINT message, WPARAM wparam, LPARAM lparam) {
+MessageResult Window::CallHandler(UINT message, WPARAM wparam, LPARAM lparam) {
+    const auto second = static_cast<uintptr_t>(lparam);
+    // clang-format off
+    switch (message) {
+        case WM_INITDIALOG: return OnInitDialog();
+        case WM_ERASEBKGND: return OnEraseBackground(wparam);
+        case WM_PAINT: return OnPaint();
+        case WM_WINDOWPOSCHANGING: return OnWindowPosChanging(lparam);
+        case WM_WINDOWPOSCHANGED: return OnWindowPosChanged(lparam);
+        case WM_CTLCOLORSTATIC: return OnCtlColorStatic(reinterpret_cast<HWND>(lparam), reinterpret_cast<HDC>(wparam));
+        case WM_DRAWITEM: return OnDrawItem(static_cast<int32_t>(wparam), reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
+        case WM_NCHITTEST: return OnNcHitTest(signedLow(second), signedHigh(second));
+        case WM_MOUSEMOVE: return OnMouseMove(signedLow(second), signedHigh(second));
+        case WM_MOUSEWHEEL: return OnMouseWheel(signedHigh(wparam), LOWORD(wparam), low(second), high(second));
+        case WM_MOUSELEAVE: return OnMouseLeave();
+        case WM_LBUTTONDOWN: return OnLButtonDown(wparam, low(second), high(second));
+        case WM_LBUTTONUP: return OnLButtonUp(wparam, low(second), high(second));
+        case WM_COMMAND: return OnCommand(low(wparam), high(wparam));
+        case WM_CLOSE: return OnClose();
+        case WM_DESTROY: return OnDestroy();
+        case WM_SETCURSOR: return OnSetCursor(wparam, low(second), HIWORD(second));
+        case WM_NCPAINT: return OnNcPaint(wparam);
+        case WM_SETTEXT: return OnSetText(lparam);
+        case WM_PRINTCLIENT: return OnPrintClient(wparam, lparam);
+        case WM_SETFOCUS: return OnSetFocus(wparam);
+        case WM_SIZE: return OnSize(low(second), high(second));
+        case WM_MOVE: return OnMove(signedLow(second), signedHigh(second));
+        case WM_SETFONT: return OnSetFont(wparam, LOWORD(second) != 0);
+        case WM_TIMER: return OnTimer(wparam);
+        case WM_QUERYENDSESSION: return OnQueryEndSession();
+        case WM_ENDSESSION: return OnEndSession();
+        case WM_HSCROLL: return OnHScroll(low(wparam), high(wparam), lparam);
+        case WM_VSCROLL: return OnVScroll(low(wparam), high(wparam), lparam);
+        case WM_GETDLGCODE: return OnGetDlgCode(wparam);
+        case WM_KEYDOWN: return OnKeyDown(wparam, low(second), bit(second, 24), bit(second, 30));
+        case WM_NOTIFY: return OnNotify(lparam);
+    }
+    // clang-format on
+    if (message >= WM_USER && message < WM_APP) return OnUserMessage(message, wparam, lparam);
+    if (message >= WM_APP && message <= lastAppMessage) return OnAppMessage(message, wparam, lparam);
+    return unhandled();
+}
+
+void Window::BeginVisit(LPARAM place) {
     mouseTracked = true;
-    deliver(*this, routeMessage(message, wparam, lparam, true));
+    OnMouseEnter(signedLow(static_cast<uintptr_t>(place)), signedHigh(static_cast<uintptr_t>(place)));
     TRACKMOUSEEVENT request{.cbSize = sizeof(TRACKMOUSEEVENT),
                             .dwFlags = TME_HOVER | TME_LEAVE,
                             .hwndTrack = hwnd,

