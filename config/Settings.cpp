@@ -6,6 +6,7 @@
 #include "config/Resources.h"
 #include "config/rules/ConfigLayers.h"
 #include "config/rules/TomlConfig.h"
+#include "platform/Files.h"
 #include "platform/Log.h"
 
 namespace pdx {
@@ -17,9 +18,10 @@ void determineConfigurable() {
     g_configurable = chainsToTrustedRoot(loadCertificateResource(embeddedCertificateId).get());
 }
 
-void loadConfiguration(bool thinInstaller) {
+void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfigurable) {
     const ConfigSources sources{loadConfigResource, loadConfigFile};
-    g_config.set(std::make_shared<ConfigMap>(loadConfigLayers(sources, g_configurable, thinInstaller)));
+    const bool overridden = fileExists(toWide(overrideConfigPath)) && isConfigurable();
+    g_config.set(std::make_shared<ConfigMap>(loadConfigLayers(sources, overridden, thinInstaller)));
 }
 
 ConfigMap LoadConfigStream(std::istream& stream) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -17,12 +18,14 @@ extern ProcessSlot<ConfigMap> g_config;
 /// Whether this machine may change the configuration: the embedded certificate chains to a root that it trusts.
 extern std::atomic<bool> g_configurable;
 
-/// Asks the system and sets g_configurable; comes ahead of loadConfiguration.
+/// Asks the system and sets g_configurable. The first look at its certificates takes a while: the system may read all
+/// of them for it.
 void determineConfigurable();
 
 /// Loads all layers and makes them the process's settings; readers of earlier ones keep those. To be called once an
-/// application object, on the engine's thread, with the bundle's answer to isThinInstaller.
-void loadConfiguration(bool thinInstaller);
+/// application object, on the engine's thread, with the bundle's answer to isThinInstaller. Where there is an override
+/// file it asks whether it may be read; without one that makes no difference and is not asked.
+void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfigurable);
 
 /// The settings of a TOML text. Whatever is wrong with it is logged as an error, and the result is what could be read:
 /// nothing if the text could not be parsed. An exception's text serves as the log's format, as it stands.

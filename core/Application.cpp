@@ -10,6 +10,7 @@
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/rules/CommandLine.h"
+#include "platform/Task.h"
 #include "state/OlderClientFate.h"
 
 namespace pdx {
@@ -62,16 +63,21 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
       m_action(command->action),
       m_userDisplay(command->display),
       m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-    determineConfigurable();
+    // Beside it goes on what does without the answer.
+    Task certificate(determineConfigurable);
     takeEnvironment();
     const std::vector<std::wstring> arguments = processArguments();
     takeCommandLine(arguments);
     m_userDisplay = displayTowardsUser(command->display, command->relationType, arguments);
-    loadConfiguration(isThinInstaller());
+    loadConfiguration(isThinInstaller(), [&certificate] {
+        certificate.wait();
+        return g_configurable.load();
+    });
     g_translator.set(makeTranslator());
     setShortcutTitles();
     setProductVariables();
     if (isRepair() && m_action == BOOTSTRAPPER_ACTION_UNINSTALL) m_action = BOOTSTRAPPER_ACTION_INSTALL;
+    certificate.wait();  // every event tells it, and the first line of the start
     startTelemetry(telemetry);
 }
 

@@ -18,6 +18,7 @@
 #include "telemetry/MachineIdentity.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/PagePictures.h"
 #include "ui/toolkit/GdiPlus.h"
 
 namespace pdx {
@@ -52,11 +53,19 @@ std::shared_ptr<TelemetryManager> makeTelemetry() {
     return std::make_shared<TelemetryManager>(TelemetryManager::createSessionId(), getMachineHash);
 }
 
+/// The application object, and the first page of its window, which is made ready from before the object's own
+/// constructor on until the window takes it, or the object goes.
+class Application final : PreparedPage, public BootstrapperApplication {
+  public:
+    Application(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command)
+        : PreparedPage(command->display != BOOTSTRAPPER_DISPLAY_NONE),
+          BootstrapperApplication(engine, command, retryMaximum, retryDelayMilliseconds, UIThreadFunc, makeTelemetry) {}
+};
+
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
     try {
-        auto application = std::make_unique<BootstrapperApplication>(
-            engine, command, retryMaximum, retryDelayMilliseconds, UIThreadFunc, makeTelemetry);
-        // On the engine's thread, before there is a UI thread, and never shut down.
+        auto application = std::make_unique<Application>(engine, command);
+        // Before there is a UI thread, and never shut down. Says so if it cannot be had.
         startGraphics();
         return application.release();
     } catch (const std::exception&) {

@@ -20,15 +20,16 @@ struct Shared {
     nlohmann::json header;
 };
 constinit ProcessValue<Shared> shared;
+/// Apart from the rest, for it takes a tenth of a second and more.
+constinit ProcessValue<std::string> knownHash;
 
-nlohmann::json makeHeader(const std::string& session, MachineHash machineHash) {
+nlohmann::json makeHeader(const std::string& session) {
     BriskIdentity identity;
     identity.architecture = getProcessorArchitecture();
     identity.country = toUtf8(userCountry());
     identity.environment = getConfigString("app.environment", "production");
     identity.installerType = getConfigString("app.installertype");
     identity.language = toUtf8(briskLanguage(userLocale()));
-    identity.machineHash = machineHash();
     identity.os = getOsVersion();
     identity.session = session;
     return briskHeader(identity);
@@ -43,16 +44,24 @@ std::string BriskTelemetrySender::timestamp() const { return briskTimestamp(); }
 TelemetryQueueItem BriskTelemetrySender::prepareEvent(const TelemetryEvent& event) {
     const Shared& once = shared.get([this] {
         const bool log = getConfigBool("telemetry.brisk.log", false);
-        return Shared{log, makeHeader(sessionId, machineHash)};
+        return Shared{log, makeHeader(sessionId)};
     });
     nlohmann::json prepared = briskEvent(event, timestamp(), g_configurable, once.header);
     if (prepared.empty()) PDX_LOG(logInfo, "BriskTelemetrySender::prepareEvent", "Bad taxonomy %s", event.name);
-    if (once.log) PDX_LOG(logInfo, "BriskTelemetrySender::prepareEvent", "[BrIsK]: %s", readableLine(prepared));
+    if (once.log) {
+        identifyMachine(prepared);
+        PDX_LOG(logInfo, "BriskTelemetrySender::prepareEvent", "[BrIsK]: %s", readableLine(prepared));
+    }
     return {std::move(prepared), event.urgent};
+}
+
+void BriskTelemetrySender::identifyMachine(nlohmann::json& event) const {
+    if (!event.empty()) event["machash"] = knownHash.get(machineHash);
 }
 
 void BriskTelemetrySender::send(nlohmann::json batch) {
     if (batch.empty()) return;
+    for (nlohmann::json& event : batch) identifyMachine(event);
     // The service is told the platform in place of the system's version, and it is to stay so.
     static constexpr const char* platform = "pc";
     const HttpHeaders headers = {
@@ -66,6 +75,9 @@ void BriskTelemetrySender::send(nlohmann::json batch) {
     http->readResponse();
 }
 
-void releaseBriskIdentity() { shared.clear(); }
+void releaseBriskIdentity() {
+    shared.clear();
+    knownHash.clear();
+}
 
 }  // namespace pdx

@@ -12,7 +12,8 @@ using MachineHash = std::string (*)();
 std::string briskTimestamp();
 
 /// A post is an array of flat objects. What identifies installer and machine is found out with the first event of the
-/// process, whichever sender it goes through, and stays as it was then. An event whose name has not three tokens logs
+/// process, whichever sender it goes through, and stays as it was then; the machine's hash with the first post, on the
+/// worker, so that no start waits for it. An event whose name has not three tokens logs
 /// "Bad taxonomy %s" and is dropped; telemetry.brisk.log makes each event a log line.
 class BriskTelemetrySender : public TelemetrySender {
   public:
@@ -21,6 +22,8 @@ class BriskTelemetrySender : public TelemetrySender {
 
     [[nodiscard]] std::string timestamp() const override;
     TelemetryQueueItem prepareEvent(const TelemetryEvent& event) override;
+    /// Adds the machine's hash to a prepared event. Ahead of the post, or of the line where events are logged.
+    void identifyMachine(nlohmann::json& event) const;
     void send(nlohmann::json batch) override;
 
   private:

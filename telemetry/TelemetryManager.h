@@ -14,8 +14,8 @@ namespace pdx {
 /// Owns the two senders and the session's identifier. Its destructor waits for one last post of each.
 class TelemetryManager {
   public:
-    /// The session is that of createSessionId. The machine's hash is asked for once a process, at its first event for
-    /// the Brisk service and on the thread that sends it.
+    /// The session is that of createSessionId. The machine's hash is asked for once a process, ahead of the first post
+    /// to the Brisk service and on its worker.
     TelemetryManager(std::string session, MachineHash machineHash);
     virtual ~TelemetryManager();
     TelemetryManager(const TelemetryManager&) = delete;

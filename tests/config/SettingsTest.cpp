@@ -24,6 +24,13 @@ class ConfigurationTest : public testing::Test {
         g_config.clear();
         g_configurable = false;
     }
+    /// Where there is no override file nothing asks.
+    static void load(bool thinInstaller) {
+        loadConfiguration(thinInstaller, [] {
+            ADD_FAILURE() << "asked whether the machine may change the settings";
+            return true;
+        });
+    }
 };
 
 constexpr char cdnFolder[] = "/Palisade-Desktop-Client-Download/installer-releases/";
@@ -32,7 +39,7 @@ TEST_F(ConfigurationTest, HasTheShippedValues) {
     const CapturedLog log;
     determineConfigurable();
     EXPECT_FALSE(g_configurable);
-    loadConfiguration(false);
+    load(false);
     EXPECT_THAT(log.take(), IsEmpty());
 
     const std::pair<const char*, bool> switches[] = {
@@ -67,7 +74,7 @@ TEST_F(ConfigurationTest, HasTheShippedValues) {
     }
     // Those above that are set, and the two numbers that nothing reads.
     EXPECT_EQ(g_config.get()->size(), std::size(switches) + std::size(endings) + 2);
-    loadConfiguration(true);
+    load(true);
     EXPECT_EQ(getConfigString("app.installertype"), "thin");
 }
 

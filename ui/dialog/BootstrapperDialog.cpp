@@ -5,7 +5,6 @@
 #include "config/Translator.h"
 #include "platform/Log.h"
 #include "ui/dialog/rules/PageLayout.h"
-#include "ui/toolkit/Images.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
@@ -29,20 +28,23 @@ std::wstring BootstrapperDialog::Translate(const wchar_t* key) {
 MessageResult BootstrapperDialog::OnInitDialog() {
     LoadPrivateFonts();
     SetWindowTextW(hwnd, Translate(L"INSTALLER_WINDOW_TITLE").c_str());
-    LoadPictures();
+    const bool shown = app.display() != BOOTSTRAPPER_DISPLAY_NONE;
+    if (shown) Pictures();
     CreateControls();
-    if (app.display() != BOOTSTRAPPER_DISPLAY_NONE) Show(SW_SHOW);
+    if (shown) Show(SW_SHOW);
     app.setDialogWindow(hwnd);
     app.setDialogReady(true);
     return handled(FALSE);
 }
 
-void BootstrapperDialog::LoadPictures() {
-    backgroundPicture = LoadPicture(backgroundPictureNumber);
-    logoPicture = LoadPicture(logoPictureNumber);
-    migrationPicture = LoadPicture(migrationPictureNumber);
-    errorPicture = LoadPicture(errorPictureNumber);
-    if (backgroundPicture) scaledBackground = ScalePicture(*backgroundPicture, GetClientSize());
+PagePictures& BootstrapperDialog::Pictures() {
+    if (!pictures) {
+        pictures = g_pagePictures.get();
+        g_pagePictures.clear();
+        if (!pictures) pictures = std::make_shared<PagePictures>();
+        pictures->setWindowSize(GetClientSize());
+    }
+    return *pictures;
 }
 
 void BootstrapperDialog::CreateControls() {
@@ -104,14 +106,14 @@ MessageResult BootstrapperDialog::OnDestroy() {
 
 MessageResult BootstrapperDialog::Draw(Graphics& graphics) {
     const Size client = GetClientSize();
-    if (plainBackground || !backgroundPicture) {
+    const Bitmap* const background = plainBackground ? nullptr : Pictures().background();
+    if (!background) {
         // From beyond the upper left to beyond the lower right corner: the whole client area.
         graphics.FillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
     } else {
         // Nothing shines through it, and blending takes Wine twice the time.
         graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-        const bool fits = scaledBackground && scaledBackground->GetSize() == client;
-        graphics.DrawImage(fits ? *scaledBackground : *backgroundPicture, {0, 0, client.width, client.height});
+        graphics.DrawImage(*background, {0, 0, client.width, client.height});
     }
     return handled(1);
 }
@@ -120,9 +122,10 @@ MessageResult BootstrapperDialog::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* i
     if (id != IDC_PICTURE) return unhandled();
     const PageState& page = Top();
     const Bitmap* picture = nullptr;
-    if (page.kind == pagePrompt && (page.flags & iconMask) == iconError) picture = errorPicture.get();
-    if (page.kind == pageOlderClient) picture = migrationPicture.get();
-    if (!picture) picture = logoPicture.get();
+    if (page.kind == pagePrompt && (page.flags & iconMask) == iconError)
+        picture = Pictures().picture(errorPictureNumber);
+    if (page.kind == pageOlderClient) picture = Pictures().picture(migrationPictureNumber);
+    if (!picture) picture = Pictures().picture(logoPictureNumber);
     const Size size = {item->rcItem.right - item->rcItem.left, item->rcItem.bottom - item->rcItem.top};
     // Off screen first, with the dialog's own background under it, so that nothing flickers.
     const Bitmap buffer(size);

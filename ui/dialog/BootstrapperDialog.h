@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/BootstrapperApplication.h"
+#include "ui/dialog/PagePictures.h"
 #include "ui/dialog/rules/PageLayout.h"
 #include "ui/dialog/rules/PageState.h"
 #include "ui/toolkit/Button.h"
@@ -66,7 +67,7 @@ class BootstrapperDialog : public Dialog {
 
   private:
     void CreateControls();
-    void LoadPictures();
+    PagePictures& Pictures();
     PageState& Top() { return pages.back(); }
 
     /// The places of the movable parts of the page that is being laid out.
@@ -119,11 +120,7 @@ class BootstrapperDialog : public Dialog {
     BootstrapperApplication& app;
     bool plainBackground = false;
     Color backgroundColor = palette::plainBackground;
-    std::unique_ptr<Bitmap> backgroundPicture;
-    std::unique_ptr<Bitmap> logoPicture;
-    std::unique_ptr<Bitmap> migrationPicture;
-    std::unique_ptr<Bitmap> errorPicture;
-    std::unique_ptr<Bitmap> scaledBackground;  ///< the background at the client's size: stretching is slow
+    std::shared_ptr<PagePictures> pictures;
 
     std::deque<PageState> pages{PageState{}};
     size_t openPrompts = 0;

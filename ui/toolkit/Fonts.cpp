@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "config/Resources.h"
+#include "platform/Once.h"
 #include "platform/Text.h"
 #include "ui/toolkit/Graphics.h"
 #include "ui/toolkit/NativeHandles.h"
@@ -17,11 +18,9 @@ namespace {
 /// The private faces, made at the first use. Never freed, as GDI+ is never shut down: at the end of the process the
 /// thread that may have held its locks is gone.
 Gdiplus::GpFontCollection* privateFonts() {
-    static Gdiplus::GpFontCollection* const collection = [] {
-        Gdiplus::GpFontCollection* made = nullptr;
-        flat::GdipNewPrivateFontCollection(&made);
-        return made;
-    }();
+    static Gdiplus::GpFontCollection* collection = nullptr;
+    static constinit Once made;
+    made.run([] { flat::GdipNewPrivateFontCollection(&collection); });
     return collection;
 }
 
@@ -61,13 +60,17 @@ std::wstring systemFace() {
 /// The platform's generic family; on a system that lacks the faces which GDI+ takes for it (Wine without Microsoft's
 /// fonts), what the system itself draws with. Asked for once and never freed, as the private faces.
 const Gdiplus::GpFontFamily* sansSerif() {
-    static const Gdiplus::GpFontFamily* const family = [] {
+    static const Gdiplus::GpFontFamily* family = nullptr;
+    static constinit Once found;
+    found.run([] {
         Gdiplus::GpFontFamily* generic = nullptr;
-        if (flat::GdipGetGenericFontFamilySansSerif(&generic) == Gdiplus::Ok) return generic;
-        Gdiplus::GpFontCollection* installed = nullptr;
-        flat::GdipNewInstalledFontCollection(&installed);
-        return findFamily(installed, systemFace()).release();
-    }();
+        if (flat::GdipGetGenericFontFamilySansSerif(&generic) != Gdiplus::Ok) {
+            Gdiplus::GpFontCollection* installed = nullptr;
+            flat::GdipNewInstalledFontCollection(&installed);
+            generic = findFamily(installed, systemFace()).release();
+        }
+        family = generic;
+    });
     return family;
 }
 
@@ -167,7 +170,8 @@ void loadFontResources() {
 
 void LoadPrivateFonts() {
     // A second dialog of the same process finds the faces of the first.
-    [[maybe_unused]] static const bool loaded = (loadFontResources(), true);
+    static constinit Once loaded;
+    loaded.run(loadFontResources);
 }
 
 }  // namespace pdx

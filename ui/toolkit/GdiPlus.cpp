@@ -1,6 +1,7 @@
 #include "ui/toolkit/GdiPlus.h"
 
 #include "platform/Log.h"
+#include "platform/Once.h"
 
 namespace pdx {
 
@@ -11,10 +12,12 @@ bool startGraphics() {
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"gdiplus.dll", &pinned);
 
     static ULONG_PTR token = 0;
-    static const Gdiplus::Status status = [] {
+    static Gdiplus::Status status = Gdiplus::Ok;
+    static constinit Once started;
+    started.run([] {
         const Gdiplus::GdiplusStartupInput version1;
-        return Gdiplus::GdiplusStartup(&token, &version1, nullptr);
-    }();
+        status = Gdiplus::GdiplusStartup(&token, &version1, nullptr);
+    });
     if (status != Gdiplus::Ok) PDX_LOG(logError, "startGraphics", "GdiplusStartup failed: status=%d", int{status});
     return status == Gdiplus::Ok;
 }

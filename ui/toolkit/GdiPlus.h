@@ -17,7 +17,7 @@ using std::min;
 
 namespace pdx {
 
-/// Starts GDI+ for this process; called for each application object before its UI thread exists, does it once. There is no
+/// Starts GDI+ for this process; called for each application object, does it once. Any thread. There is no
 /// counterpart: what is drawn with may be used up to the last moment of the process, and the platform's own module is
 /// held for as long. Returns false when GDI+ cannot be started; drawing then does nothing.
 bool startGraphics();

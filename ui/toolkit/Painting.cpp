@@ -1,5 +1,6 @@
 #include "ui/toolkit/Painting.h"
 
+#include "platform/Once.h"
 #include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/RoundedPath.h"
 #include "ui/toolkit/rules/TextBounds.h"
@@ -12,11 +13,9 @@ constexpr uint32_t bypassGdi = 0x80000000;
 
 /// The platform's own format, got once; it is not ours to free.
 const Gdiplus::GpStringFormat* typographicFormat() {
-    static const Gdiplus::GpStringFormat* const format = [] {
-        Gdiplus::GpStringFormat* found = nullptr;
-        Gdiplus::DllExports::GdipStringFormatGetGenericTypographic(&found);
-        return found;
-    }();
+    static Gdiplus::GpStringFormat* format = nullptr;
+    static constinit Once got;
+    got.run([] { Gdiplus::DllExports::GdipStringFormatGetGenericTypographic(&format); });
     return format;
 }
 

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "ui/toolkit/rules/AreaScale.h"
 #include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/Palette.h"
 #include "ui/toolkit/rules/RoundedPath.h"
@@ -115,6 +116,56 @@ TEST(RoundedPath, LetsTheArcsOfALargerRadiusMeetInTheMiddle) {
                                                         PathArc{{0, 8, 12, 12}, 90, 90},
                                                         PathArc{{0, 10, 12, 12}, 180, 90},
                                                     }));
+}
+
+TEST(AreaScale, MakesMeansOfWhatLiesUnderAPixel) {
+    const struct {
+        const char* what;
+        Size source;
+        std::vector<uint8_t> blue;  ///< of each pixel; green is its complement, red is 7
+        Size target;
+        std::vector<uint8_t> scaled;
+    } rows[] = {
+        {"as it is", {2, 1}, {0, 255}, {2, 1}, {0, 255}},
+        {"half, rounded", {2, 2}, {0, 1, 2, 3}, {1, 1}, {2}},
+        {"columns share a pixel", {3, 1}, {0, 90, 255}, {2, 1}, {30, 200}},
+        {"rows share a pixel", {1, 3}, {0, 90, 255}, {1, 2}, {30, 200}},
+        {"nothing is passed over", {5, 1}, {0, 0, 250, 0, 0}, {1, 1}, {50}},
+        {"the last one counts", {5, 1}, {0, 0, 0, 0, 250}, {2, 1}, {0, 100}},
+    };
+    for (const auto& row : rows) {
+        constexpr ptrdiff_t sourcePadding = 2, targetPadding = 8;
+        const ptrdiff_t sourceStride = row.source.width * 3 + sourcePadding;
+        const ptrdiff_t targetStride = row.target.width * 4 + targetPadding;
+        std::vector<uint8_t> source(static_cast<size_t>(sourceStride * row.source.height), 99);
+        for (int32_t y = 0; y < row.source.height; ++y)
+            for (int32_t x = 0; x < row.source.width; ++x) {
+                uint8_t* pixel = &source[static_cast<size_t>(sourceStride * y + x * 3)];
+                pixel[0] = row.blue[static_cast<size_t>(row.source.width * y + x)];
+                pixel[1] = static_cast<uint8_t>(255 - pixel[0]);
+                pixel[2] = 7;
+            }
+        std::vector<uint8_t> target(static_cast<size_t>(targetStride * row.target.height), 99);
+        scaleByArea({source.data(), sourceStride, row.source}, {target.data(), targetStride, row.target});
+        for (int32_t y = 0; y < row.target.height; ++y)
+            for (int32_t x = 0; x < row.target.width; ++x) {
+                const uint8_t* pixel = &target[static_cast<size_t>(targetStride * y + x * 4)];
+                EXPECT_EQ(pixel[0], row.scaled[static_cast<size_t>(row.target.width * y + x)]) << row.what;
+                EXPECT_NEAR(pixel[1], 255 - pixel[0], 1) << row.what;
+                EXPECT_EQ(pixel[2], 7) << row.what;
+                EXPECT_EQ(pixel[3], 255) << row.what;
+            }
+    }
+    const Size large = {longestSide, longestSide};
+    const std::vector<uint8_t> white(static_cast<size_t>(longestSide) * longestSide * 3, 255);
+    std::vector<uint8_t> one(4);
+    scaleByArea({white.data(), longestSide * 3, large}, {one.data(), 4, {1, 1}});
+    EXPECT_EQ(one, std::vector<uint8_t>(4, 255)) << "the largest sum";
+    EXPECT_TRUE(canScaleByArea(large, {1, 1}));
+    EXPECT_FALSE(canScaleByArea({longestSide + 1, 1}, {1, 1}));
+    EXPECT_FALSE(canScaleByArea({2, 2}, {3, 1}));
+    EXPECT_FALSE(canScaleByArea({2, 2}, {1, 3}));
+    EXPECT_FALSE(canScaleByArea({2, 2}, {0, 1}));
 }
 
 }  // namespace

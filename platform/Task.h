@@ -1,0 +1,40 @@
+// A piece of work beside the thread that needs its result.
+#pragma once
+
+#include <exception>
+#include <functional>
+#include <utility>
+
+#include "platform/Thread.h"
+
+namespace pdx {
+
+/// Work on a thread of its own, from the making of the object on; where the system gives no thread it is done at once
+/// instead. What it throws ends it. The object waits for its end, so the work has to have one.
+class Task {
+  public:
+    explicit Task(std::function<void()> job) : work(std::move(job)) {
+        if (!thread.start(run, this)) run(this);
+    }
+    ~Task() { wait(); }
+    Task(const Task&) = delete;
+    Task& operator=(const Task&) = delete;
+
+    /// Until the work is done. One thread at a time.
+    void wait() { thread.join(); }
+
+  private:
+    static unsigned __stdcall run(void* task) noexcept {
+        try {
+            static_cast<Task*>(task)->work();
+        } catch (const std::exception&) {
+            // Out of memory: whoever needs the result finds none.
+        }
+        return 0;
+    }
+
+    std::function<void()> work;
+    Thread thread;
+};
+
+}  // namespace pdx

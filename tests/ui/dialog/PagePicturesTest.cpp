@@ -1,0 +1,99 @@
+// Which picture a page shows, and what is ready when.
+#include "ui/dialog/PagePictures.h"
+
+#include <cstdlib>
+
+#include "harness/ui/Snapshot.h"
+#include "tests/ui/dialog/DialogBench.h"
+#include "ui/toolkit/Painting.h"
+
+namespace pdx {
+namespace {
+
+using testing_support::DialogBench;
+
+constexpr Color alphaMask = 0xFF000000;
+constexpr int32_t clearlyMany = 500;
+
+/// The picture's own pixels where nothing shines through them, in a box of that size as the dialog has one.
+struct Ink {
+    int32_t pixels = 0;
+    int32_t differing = 0;  ///< of them, those that the snapshot has otherwise
+};
+
+/// More than what rounding does where a picture is blended with what lies under it.
+bool differ(Color one, Color other) {
+    const auto channel = [](Color color, int shift) { return static_cast<int32_t>(color >> shift & 0xFF); };
+    for (const int shift : {0, 8, 16})
+        if (std::abs(channel(one, shift) - channel(other, shift)) > 2) return true;
+    return false;
+}
+
+Ink inkOf(uint16_t picture, const Snapshot& snapshot, const Box& place) {
+    const auto decoded = LoadPicture(picture);
+    if (!decoded) return {};
+    const Bitmap expected({place.width, place.height});
+    Graphics graphics(expected);
+    ApplyQuality(graphics);
+    graphics.DrawImage(*decoded, fitPicture({0, 0, place.width, place.height}, decoded->GetSize()));
+    Ink ink;
+    for (int32_t y = 0; y < place.height; ++y)
+        for (int32_t x = 0; x < place.width; ++x) {
+            const Color color = expected.GetPixel({x, y});
+            if ((color & alphaMask) != alphaMask) continue;
+            ++ink.pixels;
+            ink.differing += differ(snapshot.GetPixel({place.x + x, place.y + y}), color);
+        }
+    return ink;
+}
+
+TEST(PagePictures, AreThoseOfTheirPage) {
+    const struct {
+        const char* what;
+        int32_t kind;
+        uint32_t flags;
+        uint16_t picture;
+        Size size;
+    } rows[] = {
+        {"welcome", 1, 0, 106, {120, 120}},
+        {"progress", 4, 0, 106, {120, 120}},
+        {"an error", 5, 0x10, 107, {150, 150}},
+        {"a question", 5, 0x40, 106, {120, 120}},
+        {"an error's icon on a page that is none", 4, 0x10, 106, {120, 120}},
+        {"the older client", 3, 0, 108, {732, 540}},
+    };
+    DialogBench bench;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        const auto picture = LoadPicture(row.picture);
+        ASSERT_NE(picture, nullptr);
+        EXPECT_EQ(picture->GetSize(), row.size);
+        PageState page;
+        page.kind = row.kind;
+        page.flags = row.flags;
+        bench.dialog->ReplacePage(page);
+        bench.settle();
+        const Snapshot shown(bench.window());
+        const Ink ink = inkOf(row.picture, shown, boxOf(bench.dialog->GetChildRectById(IDC_PICTURE)));
+        EXPECT_GT(ink.pixels, clearlyMany);
+        EXPECT_EQ(ink.differing, 0);
+    }
+}
+
+TEST(PagePictures, EndWithoutAWindow) {
+    // The thread waits for a size that never comes.
+    const PreparedPage page(true);
+    EXPECT_NE(g_pagePictures.get(), nullptr);
+    const PreparedPage none(false);
+}
+
+TEST(PagePictures, HaveTheBackgroundAtTheSizeOfTheWindow) {
+    PagePictures pictures;
+    pictures.setWindowSize({480, 450});
+    ASSERT_NE(pictures.background(), nullptr);
+    EXPECT_EQ(pictures.background()->GetSize(), (Size{480, 450}));
+    EXPECT_EQ(pictures.picture(105), nullptr);
+}
+
+}  // namespace
+}  // namespace pdx
