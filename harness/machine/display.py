@@ -1,9 +1,36 @@
 """A display for Wine's windows: a virtual one of its own, or the caller's."""
 import contextlib
+import fcntl
 import os
 import subprocess
 import tempfile
 from pathlib import Path
+
+
+NUMBERS = range(100, 200)
+
+
+def _start_server(size: str):
+    """A server on a display number that no other run has, with the lock that says so. Left to itself a server takes the
+    first number that is free in its network namespace, and with it the socket file of a server in another."""
+    for number in NUMBERS:
+        lock = open(Path(tempfile.gettempdir()) / f"palisade-display-{number}.lock", "w")
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            lock.close()
+            continue
+        read, write = os.pipe()
+        server = subprocess.Popen(["Xvfb", f":{number}", "-displayfd", str(write), "-screen", "0", size, "-nolisten",
+                                   "tcp", "-noreset"],
+                                  pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write)
+        with open(read) as pipe:
+            if pipe.readline().strip():
+                return server, f":{number}", lock
+        server.wait()
+        lock.close()
+    raise RuntimeError("Xvfb did not start")
 
 
 @contextlib.contextmanager
@@ -12,17 +39,8 @@ def virtual_display(size: str = "1280x1024x24"):
 
     Without a window manager Wine waits two seconds for each window that closes, and no window gets the keyboard.
     """
-    read, write = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", size, "-nolisten", "tcp",
-                               "-noreset"],
-                              pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    os.close(write)
-    with open(read) as pipe:
-        number = pipe.readline().strip()
-    if not number:
-        raise RuntimeError("Xvfb did not start")
-    display = ":" + number
-    with tempfile.TemporaryDirectory() as home:
+    server, display, lock = _start_server(size)
+    with lock, tempfile.TemporaryDirectory() as home:
         manager = subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": display, "HOME": home},
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         try:
