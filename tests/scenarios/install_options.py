@@ -59,8 +59,7 @@ def check_ways_back(scene):
     launcher = facts.client_file("PalisadeLauncher.exe", FOLDER)
     scene.prefix.set_registry(RUN_KEY, "Fenwick", f'"{launcher.upper()}" -silent')
     scene.check_exit_code(scene.run("/uninstall", "/quiet", log="uninstall"), 0, "the uninstall")
-    scene.check("an uninstall takes the Run value of that folder away",
-                scene.prefix.registry(RUN_KEY, "Fenwick") is None)
+    scene.check("an uninstall takes the Run value of that folder away", scene.registry(RUN_KEY, "Fenwick") is None)
     scene.check("and the client", not scene.exists(launcher))
 
     # As the first half of a repair leaves the folder to the second.

@@ -27,7 +27,7 @@ TEST(Startup, ChoosesTheFirstStepAndAsksNoMoreThanItNeeds) {
         int32_t action;
         bool installed, fromDisc, ignore, prompt, recorded, gatelink;
         StartupStep step;
-        const char* asked;  ///< the facts that were looked for: p, r and g as above
+        const char* asked;  ///< the facts that were looked for, by their first letters
     } rows[] = {
         {BOOTSTRAPPER_ACTION_UNINSTALL, true, true, true, true, true, true, StartupStep::detect, ""},
         {BOOTSTRAPPER_ACTION_REPAIR, true, false, true, false, false, false, StartupStep::detect, ""},
