@@ -198,6 +198,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
         InstallStatus status;
     };
     State state() const;
+    /// Whether a message to the dialog would wait for no prompt.
+    bool isDialogReady() const { return WaitForSingleObject(m_dialogReady.get(), 0) == WAIT_OBJECT_0; }
 
   private:
     using Json = nlohmann::json;

@@ -145,6 +145,8 @@ enum CallbackResult : int32_t {
     resultOk = 1,
     resultCancel = 2,
     resultRetry = 4,
+    resultYes = 6,
+    resultNo = 7,
     resultTryAgain = 10,
     resultDownload = 101,
     resultRestart = 102,

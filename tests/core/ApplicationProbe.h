@@ -88,6 +88,8 @@ struct FakeWorld {
 class ProbedApplication : public BootstrapperApplication {
   public:
     using BootstrapperApplication::BootstrapperApplication;
+    using BootstrapperApplication::cancelCheck;
+    using BootstrapperApplication::isDialogReady;
     using BootstrapperApplication::state;
     using BootstrapperApplication::State;
 };

@@ -8,8 +8,10 @@
 
 #include "core/BootstrapperApplication.h"
 #include "ui/dialog/PagePictures.h"
+#include "ui/dialog/rules/Closing.h"
 #include "ui/dialog/rules/PageLayout.h"
 #include "ui/dialog/rules/PageState.h"
+#include "ui/dialog/rules/Prompts.h"
 #include "ui/toolkit/Button.h"
 #include "ui/toolkit/Checkbox.h"
 #include "ui/toolkit/Dialog.h"
@@ -52,10 +54,7 @@ class BootstrapperDialog : public Dialog {
 
     /// Shows a prompt and waits for the answer, a message box result; 0 if the window goes meanwhile. Where the display
     /// allows no prompt it gives the default at once.
-    int32_t ShowPrompt(const std::wstring& title, const std::wstring& body, uint32_t flags, int32_t defaultResult,
-                       const std::wstring& button1 = {}, const std::wstring& button2 = {},
-                       const std::wstring& button3 = {}, const std::wstring& checkLabel = {},
-                       int32_t kind = pagePrompt);
+    int32_t ShowPrompt(const Prompt& prompt);
 
     /// The string for a key in the user's language.
     static std::wstring Translate(const wchar_t* key);
@@ -92,8 +91,10 @@ class BootstrapperDialog : public Dialog {
     void RunPrompt();
 
     void OnStartInstall();
-    void OnClosePressed();
-    void OnDismissed();
+    [[nodiscard]] ClosingFacts GetClosingFacts() const;
+    void OnClose(CloseDeed deed);
+    /// Whether the user wants the run cancelled.
+    bool AskToClose();
     void StopInstaller();
     void AnswerPage(int32_t control) { Top().result = control; }
     void OnBrowse();
@@ -107,15 +108,13 @@ class BootstrapperDialog : public Dialog {
     int32_t OnError(const ErrorInfo& error);
     int32_t OnCacheAcquireComplete(HRESULT status);
     int32_t OnApplyComplete(HRESULT status, int32_t restart);
-    int32_t OnAlreadyInstalled();
-    void ShowProgressPage(const wchar_t* titleKey);
+    void ShowProgressPage(const wchar_t* titleKey, PageRole role = PageRole::ordinary);
     void UpdateProgress(int32_t percent);
     void SetOlderClientTitle();
     PageState& PageBelowPrompts();
     const wchar_t* InstallTitleKey() const;
 
     void OpenLegalDocument(std::wstring_view type);
-    void ShowErrorPrompt(const wchar_t* titleKey, const wchar_t* bodyKey);
 
     BootstrapperApplication& app;
     bool plainBackground = false;

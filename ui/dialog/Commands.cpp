@@ -2,6 +2,7 @@
 #include "state/OlderClientFate.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/rules/PageFlow.h"
 
 namespace pdx {
 
@@ -25,10 +26,11 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
             AnswerPage(id);
             break;
         case IDC_CLOSE:
-            OnClosePressed();
+            OnClose(closeDeeds(GetClosingFacts()).cross);
             break;
         case IDCANCEL:
-            OnDismissed();
+            // Escape, or the system's own close command.
+            OnClose(closeDeeds(GetClosingFacts()).escape);
             break;
         case IDC_OPTIONS:
             app.sendMeridianStartClick(startInstallOptions);
@@ -57,35 +59,49 @@ void BootstrapperDialog::OnStartInstall() {
     app.sendMeridianStartClick(startLetsGo);
     if (isOlderClientTo(OlderClientFate::asks)) {
         const int32_t answer = OfferBastionUninstall();
-        app.engine()->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", answer == IDOK);
-        if (answer == IDOK) app.sendBastionOverlayClick(overlayUninstall);
-        if (answer == IDCANCEL) app.sendBastionOverlayClick(overlayNotNow);
+        app.engine()->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", answer == resultOk);
+        if (answer == resultOk) app.sendBastionOverlayClick(overlayUninstall);
+        if (answer == resultCancel) app.sendBastionOverlayClick(overlayNotNow);
         if (!IsWindow(hwnd)) return;
     }
     QuitOnFailure("Plan", app.engine()->Plan(app.action()));
     ShowProgressPage(titleKey);
 }
 
-void BootstrapperDialog::OnClosePressed() {
-    if (!closePromptOpen && app.action() != BOOTSTRAPPER_ACTION_UNINSTALL) {
-        if (Top().kind == pageOlderClient) app.sendBastionOverlayClick(overlayClose);
-        if (Top().kind == pageWelcome) app.sendMeridianStartClick(startClose);
-        closePromptOpen = true;
-        const int32_t answer =
-            ShowPrompt(Translate(L"INSTALLER_CLOSE_TITLE"), {}, firstSecondary | iconInformation | buttonsOkCancel,
-                       IDCANCEL, Translate(L"INSTALLER_CONTINUE_INSTALL"), Translate(L"INSTALLER_CANCEL_INSTALL"));
-        closePromptOpen = false;
-        if (answer != IDCANCEL) return;
-    }
-    StopInstaller();
+ClosingFacts BootstrapperDialog::GetClosingFacts() const {
+    return {.page = TopPage().role,
+            .oneButton = hasOneButton(TopPage()),
+            .closePromptOpen = closePromptOpen,
+            .uninstalls = app.action() == BOOTSTRAPPER_ACTION_UNINSTALL,
+            .asksUser = isPromptShown(app.display())};
 }
 
-void BootstrapperDialog::OnDismissed() {
-    // Escape and the system's own close command. They dismiss the question that is open, and end no uninstall half-way.
-    if (closePromptOpen)
-        AnswerPage(IDC_ACTION1);
-    else if (app.action() != BOOTSTRAPPER_ACTION_UNINSTALL || Top().kind != pageProgress)
-        OnClosePressed();
+void BootstrapperDialog::OnClose(CloseDeed deed) {
+    switch (deed) {
+        case CloseDeed::nothing:
+            break;
+        case CloseDeed::firstButton:
+            AnswerPage(IDC_ACTION1);
+            break;
+        case CloseDeed::ask:
+            if (AskToClose()) StopInstaller();
+            break;
+        case CloseDeed::stop:
+            StopInstaller();
+            break;
+        case CloseDeed::hide:
+            Show(SW_HIDE);
+            break;
+    }
+}
+
+bool BootstrapperDialog::AskToClose() {
+    if (Top().kind == pageOlderClient) app.sendBastionOverlayClick(overlayClose);
+    if (Top().kind == pageWelcome) app.sendMeridianStartClick(startClose);
+    closePromptOpen = true;
+    const int32_t answer = ShowPrompt(closePrompt);
+    closePromptOpen = false;
+    return answer == resultCancel;
 }
 
 void BootstrapperDialog::StopInstaller() {

@@ -12,6 +12,7 @@
 #include "platform/Text.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/InstallFolder.h"
+#include "ui/dialog/rules/Prompts.h"
 
 namespace pdx {
 namespace {
@@ -47,8 +48,7 @@ ComPtr<IShellItem> itemOf(const std::wstring& path) {
 
 /// Where the chooser opens: the folder around the product's own, or where programs go.
 ComPtr<IShellItem> startingFolder(const std::wstring& shown) {
-    const bool strip = endsInProductFolder(shown, PathFindFileNameW(shown.c_str()));
-    if (auto item = itemOf(strip ? parentOf(shown) : shown)) return item;
+    if (auto item = itemOf(chooserFolder(shown, PathFindFileNameW(shown.c_str())))) return item;
     return itemOf(machineText(view64, L"Software\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir"));
 }
 
@@ -79,11 +79,11 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
     else if (isOlderClientsFolder(folder))
         reason = L"INSTALLER_ERROR_BASTION_FOLDER";
     if (reason) {
-        ShowErrorPrompt(L"INSTALLER_ERROR_TITLE", reason);
+        ShowPrompt(notice(L"INSTALLER_ERROR_TITLE", reason));
         return false;
     }
     if (!hasRoom(folder)) {
-        ShowErrorPrompt(L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE");
+        ShowPrompt(notice(L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"));
         return false;
     }
     return true;

@@ -10,7 +10,8 @@
 #include "platform/Text.h"
 #include "platform/Url.h"
 #include "ui/dialog/BootstrapperDialog.h"
-#include "ui/dialog/rules/LegalDocument.h"
+#include "ui/dialog/rules/Links.h"
+#include "ui/dialog/rules/Prompts.h"
 
 namespace pdx {
 namespace {
@@ -36,17 +37,22 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
     if (link.code != linkActivated || (link.idFrom != IDC_TITLE && link.idFrom != IDC_BODY)) return unhandled();
     const std::wstring href = link.href;
     const HttpUrl url = parseUrl(toUtf8(href));
-    if (equalsIgnoreCase(url.scheme, L"http") || equalsIgnoreCase(url.scheme, L"https")) {
-        openWithShell(href);
-    } else if (equalsIgnoreCase(url.scheme, L"action")) {
-        if (url.path == L"openuseragreement") {
+    switch (linkDeed(href, url.scheme, url.path)) {
+        case LinkDeed::open:
+            openWithShell(href);
+            break;
+        case LinkDeed::userAgreement:
             app.sendMeridianStartClick(startUserAgreement);
             OpenLegalDocument(userAgreementDocument);
-        }
-        if (url.path == L"openprivacypolicy") OpenLegalDocument(privacyDocument);
-    } else if (href.starts_with(L'/')) {
-        // A page of a site whose address the settings leave open.
-        ShowErrorPrompt(L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN");
+            break;
+        case LinkDeed::privacyPolicy:
+            OpenLegalDocument(privacyDocument);
+            break;
+        case LinkDeed::tellError:
+            ShowPrompt(unknownErrorPrompt);
+            break;
+        case LinkDeed::nothing:
+            break;
     }
     return unhandled();
 }
@@ -58,7 +64,7 @@ void BootstrapperDialog::OpenLegalDocument(std::wstring_view type) {
     const std::wstring target = online ? onlineLegalDocument(getConfigWideString("legal.url"), type, language)
                                        : besideProgram(localLegalDocument(type, language));
     if (target.empty())
-        ShowErrorPrompt(L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN");
+        ShowPrompt(unknownErrorPrompt);
     else
         openWithShell(target);
 }

@@ -56,12 +56,12 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
         case WM_BA_APPLY_COMPLETE:
             return handled(OnApplyComplete(static_cast<HRESULT>(wparam), static_cast<int32_t>(lparam)));
         case WM_BA_PROMPT_ALREADY_INSTALLED:
-            return handled(OnAlreadyInstalled());
+            return handled(ShowPrompt(alreadyInstalledPrompt));
         case WM_BA_REPAIR_INITIALIZING:
             ShowProgressPage(L"installer_initializing_repair_title");
             return handled();
         case WM_BA_SENDING_ERROR_REPORT:
-            ShowProgressPage(L"ERROR_DIALOG_CRASH_SEND-REPORT");
+            ShowProgressPage(L"ERROR_DIALOG_CRASH_SEND-REPORT", PageRole::reportUnderWay);
             return handled();
         case WM_BA_PROMPT_BASTION_UNINSTALL:
             return handled(OfferBastionUninstall());
@@ -83,8 +83,8 @@ void BootstrapperDialog::QuitOnFailure(const char* operation, HRESULT hr) {
     app.quitOnFailure(operation, hr);
 }
 
-void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey) {
-    ReplacePage({.kind = pageProgress, .title = Translate(titleKey)});
+void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey, PageRole role) {
+    ReplacePage({.kind = pageProgress, .title = Translate(titleKey), .role = role});
 }
 
 PageState& BootstrapperDialog::PageBelowPrompts() {
@@ -92,11 +92,9 @@ PageState& BootstrapperDialog::PageBelowPrompts() {
 }
 
 void BootstrapperDialog::SetOlderClientTitle() {
-    const std::wstring title = Translate(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
-    if (openPrompts == 0)
-        titleLabel->SetText(title);
-    else
-        PageBelowPrompts().title = title;
+    PageState& page = PageBelowPrompts();
+    page.title = Translate(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
+    if (openPrompts == 0) titleLabel->SetText(page.title);
 }
 
 void BootstrapperDialog::UpdateProgress(int32_t percent) {
@@ -134,11 +132,7 @@ void BootstrapperDialog::OnDetectComplete() {
 
 void BootstrapperDialog::OnUninstallDetected() {
     enableTelemetry();
-    while (isClientRunning()) {
-        const int32_t answer = ShowPrompt(Translate(L"INSTALLER_UNINSTALL_CLIENT_RUNNING_TITLE"),
-                                          Translate(L"INSTALLER_UNINSTALL_CLIENT_RUNNING_BODY"),
-                                          secondSecondary | iconError | buttonsRetryCancel, IDCANCEL);
-        if (answer != IDRETRY) break;
+    while (isClientRunning() && ShowPrompt(clientRunningPrompt) == resultRetry) {
     }
     if (isClientRunning()) {
         PDX_LOG(logInfo, "BootstrapperDialog::OnDetectComplete",
@@ -146,30 +140,24 @@ void BootstrapperDialog::OnUninstallDetected() {
         app.quit(0);
         return;
     }
-    const int32_t answer =
-        ShowPrompt(Translate(L"INSTALLER_UNINSTALL_CONFIRM_TITLE"), Translate(L"INSTALLER_UNINSTALL_CONFIRM_BODY"),
-                   secondSecondary | iconInformation | buttonsYesNo, IDYES, Translate(L"INSTALLER_UNINSTALL"),
-                   Translate(L"installer_repair_cta"));
-    if (answer == IDYES) {
+    const int32_t answer = ShowPrompt(confirmUninstallPrompt);
+    if (answer == resultYes) {
         ShowProgressPage(L"installer_uninstall_initial_progress_title");
         QuitOnFailure("Plan", app.engine()->Plan(app.action()));
-    } else if (answer == IDNO) {
+    } else if (answer == resultNo) {
         app.requestRepairReload();
     }
 }
 
 int32_t BootstrapperDialog::OfferBastionUninstall() {
     app.sendBastionOverlayImpressions();
-    return ShowPrompt({}, {}, buttonsOkCancel, IDCANCEL, {}, {}, {}, {}, pageOlderClient);
+    return ShowPrompt(olderClientPrompt);
 }
 
 int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {
-    const ErrorText text = errorText(error.errorType, error.code);
     questionCheck->SetChecked(true);
     questionChecked = true;
-    const int32_t answer =
-        ShowPrompt(Translate(text.titleKey), Translate(text.bodyKey), errorPromptFlags(error.uiHint),
-                   error.defaultResult, {}, {}, {}, Translate(L"DIALOG_CLEAR-CACHE_CHECKMARK_LABEL"));
+    const int32_t answer = ShowPrompt(errorPrompt(error.errorType, error.code, error.uiHint, error.defaultResult));
     if (IsWindow(hwnd)) questionChecked = questionCheck->IsChecked();
     app.engine()->SetVariableNumeric(L"PDX_SUBMIT_ERROR_REPORT", questionChecked);
     return answer;
@@ -177,35 +165,21 @@ int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {
 
 int32_t BootstrapperDialog::OnCacheAcquireComplete(HRESULT status) {
     if (SUCCEEDED(status)) return 0;
-    return connectionAnswer(ShowPrompt(Translate(L"INSTALLER_ERROR_CONNECTION_TITLE"),
-                                       Translate(L"INSTALLER_ERROR_CONNECTION"), iconError, IDCANCEL,
-                                       Translate(L"INSTALLER_RETRY")));
+    return connectionAnswer(ShowPrompt(connectionPrompt));
 }
 
 int32_t BootstrapperDialog::OnApplyComplete(HRESULT status, int32_t restart) {
     int32_t answer = 0;
     if (isRestartWanted(restart)) {
-        const int32_t button =
-            ShowPrompt(Translate(L"INSTALLER_UNINSTALL_RESTART_REQUIRED_TITLE"),
-                       Translate(L"INSTALLER_UNINSTALL_RESTART_REQUIRED_BODY"), iconInformation | buttonsYesNo, IDYES);
-        answer = button == IDYES ? static_cast<int32_t>(resultRestart) : 0;
+        if (ShowPrompt(restartPrompt) == resultYes) answer = resultRestart;
     } else if (FAILED(status) && codeOf(status) == ERROR_ACCESS_DISABLED_BY_POLICY) {
-        ShowErrorPrompt(L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE",
-                        L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_NOT-AUTHENTICATED_BODY");
+        ShowPrompt(notAuthenticatedPrompt);
     } else if (app.action() == BOOTSTRAPPER_ACTION_UNINSTALL) {
-        if (SUCCEEDED(status))
-            ShowPrompt(Translate(L"INSTALLER_UNINSTALL_COMPLETE_TITLE"), {}, iconInformation, IDOK,
-                       Translate(L"INSTALLER_CLOSE"));
+        if (SUCCEEDED(status)) ShowPrompt(uninstallCompletePrompt);
         DestroyWindow(hwnd);
     }
     app.quit(exitCodeOf(status));
     return answer;
-}
-
-int32_t BootstrapperDialog::OnAlreadyInstalled() {
-    return ShowPrompt(Translate(L"installer_already_installed_title"), Translate(L"installer_already_installed_body"),
-                      secondSecondary | iconInformation | buttonsOkCancel, IDOK, Translate(L"installer_launch_client"),
-                      Translate(L"installer_repair_cta"));
 }
 
 }  // namespace pdx

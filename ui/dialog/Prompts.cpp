@@ -4,27 +4,27 @@
 
 namespace pdx {
 
-int32_t BootstrapperDialog::ShowPrompt(const std::wstring& title, const std::wstring& body, uint32_t flags,
-                                       int32_t defaultResult, const std::wstring& button1, const std::wstring& button2,
-                                       const std::wstring& button3, const std::wstring& checkLabel, int32_t kind) {
-    if (!isPromptShown(app.display())) return defaultResult;
+int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
+    if (!isPromptShown(app.display())) return prompt.defaultResult;
     // Hidden for a newer installer that then failed: nobody could answer.
     if (!IsVisible()) Show(SW_SHOW);
+    const auto text = [](const wchar_t* key) { return *key ? Translate(key) : std::wstring(); };
     ++openPrompts;
-    PushPage({.kind = kind,
-              .title = title,
-              .body = body,
-              .checkLabel = checkLabel,
-              .flags = flags,
-              .button1Text = button1,
-              .button2Text = button2,
-              .button3Text = button3});
+    PushPage({.kind = prompt.kind,
+              .title = text(prompt.title),
+              .body = text(prompt.body),
+              .checkLabel = text(prompt.checkLabel),
+              .flags = prompt.flags,
+              .button1Text = text(prompt.button1),
+              .button2Text = text(prompt.button2),
+              .button3Text = text(prompt.button3),
+              .role = prompt.role});
     app.setDialogReady(false);
     RunPrompt();
     --openPrompts;
     // A prompt below this one still waits for its answer.
     if (openPrompts == 0) app.setDialogReady(true);
-    const int32_t result = ButtonResult(flags, Top().result);
+    const int32_t result = ButtonResult(prompt.flags, Top().result);
     pages.pop_back();
     if (pages.empty()) pages.emplace_back();
     // Posted, not called: the page below comes back when the loop runs again.
@@ -50,10 +50,6 @@ void BootstrapperDialog::RunPrompt() {
             DispatchMessageW(&message);
         }
     }
-}
-
-void BootstrapperDialog::ShowErrorPrompt(const wchar_t* titleKey, const wchar_t* bodyKey) {
-    ShowPrompt(Translate(titleKey), Translate(bodyKey), iconError, IDOK);
 }
 
 }  // namespace pdx

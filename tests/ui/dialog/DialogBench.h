@@ -29,6 +29,12 @@ inline std::wstring readable(const wchar_t* key) {
     return plainText(GumboTree(toUtf8(BootstrapperDialog::Translate(key))));
 }
 
+/// The dialog with its bar in reach.
+struct OpenDialog : BootstrapperDialog {
+    using BootstrapperDialog::BootstrapperDialog;
+    using BootstrapperDialog::progressBar;
+};
+
 class DialogBench : public Bench {
   public:
     explicit DialogBench(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
@@ -36,7 +42,7 @@ class DialogBench : public Bench {
         : Bench(action, display) {
         engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Games\\Palisade Desktop"));
         toldBefore = told().size();
-        dialog = std::make_unique<BootstrapperDialog>(app());
+        dialog = std::make_unique<OpenDialog>(app());
         dialog->Create({});
         settle();
         callsSeen = engine.calls().size();
@@ -66,6 +72,8 @@ class DialogBench : public Bench {
     void pressLater(int32_t id) {
         later([this, id] { press(id); });
     }
+    /// Escape, or the system's own close command.
+    void dismiss() const { SendMessageW(window(), WM_COMMAND, IDCANCEL, 0); }
     /// Takes all messages that wait; keeps the code of a WM_QUIT.
     void settle() {
         MSG message;
@@ -73,11 +81,6 @@ class DialogBench : public Bench {
             if (message.message == WM_QUIT) quitCode = static_cast<int>(message.wParam);
             DispatchMessageW(&message);
         }
-    }
-    /// The same until the object is signalled.
-    void settleUntil(HANDLE signal) {
-        while (MsgWaitForMultipleObjects(1, &signal, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) settle();
-        settle();
     }
 
     [[nodiscard]] bool shows(int32_t id) const { return (GetWindowLongW(item(id), GWL_STYLE) & WS_VISIBLE) != 0; }
@@ -107,10 +110,23 @@ class DialogBench : public Bench {
         return texts;
     }
 
+    /// What telemetry was told since the last time: "enable", "meridian_start_close click" and so on.
+    std::vector<std::string> newlyTold() {
+        const std::string message = "tally message ";
+        std::vector<std::string> texts = told();
+        const size_t before = std::exchange(toldBefore, texts.size());
+        texts.erase(texts.begin(), texts.begin() + static_cast<ptrdiff_t>(before));
+        for (std::string& text : texts) {
+            if (!text.starts_with(message)) continue;
+            const auto attributes = nlohmann::json::parse(text.substr(message.size()));
+            text = attributes["msg_id"].get<std::string>() + " " + attributes["status"].get<std::string>();
+        }
+        return texts;
+    }
+
     NameListener names;
-    std::unique_ptr<BootstrapperDialog> dialog;
+    std::unique_ptr<OpenDialog> dialog;
     std::optional<int> quitCode;
-    size_t toldBefore = 0;  ///< the number of telemetry's notes before there was a dialog
 
   private:
     static LRESULT CALLBACK runStep(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -130,6 +146,7 @@ class DialogBench : public Bench {
     HWND steps = makeStepWindow();
     std::deque<std::function<void()>> pending;
     size_t callsSeen = 0;
+    size_t toldBefore = 0;
 };
 
 }  // namespace pdx::testing_support

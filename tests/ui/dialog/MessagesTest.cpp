@@ -13,6 +13,9 @@ using Calls = std::vector<std::string>;
 
 constexpr auto policyForbids = static_cast<HRESULT>(0x800704EC);
 
+const Calls offered = {"meridian_uninstall_overlay_uninstall_bastion impression",
+                       "meridian_uninstall_overlay_not_now impression", "meridian_uninstall_overlay_close impression"};
+
 struct Row {
     const char* what;
     UINT message;
@@ -24,6 +27,7 @@ struct Row {
     int32_t page = pageBlank;
     const wchar_t* title = nullptr;  ///< of the page that is left
     Calls calls = {};
+    Calls told = {};
 };
 
 /// All rows on one dialog, each from a blank page.
@@ -44,10 +48,16 @@ void play(DialogBench& bench, const std::vector<Row>& rows) {
         if (IsWindow(bench.window())) {
             EXPECT_EQ(bench.page(), row.page);
         }
+        if (row.page == pageProgress) {
+            EXPECT_TRUE(bench.dialog->progressBar->IsMarquee());
+            bench.send(WM_BA_EXECUTE_PROGRESS, 0, 40);
+            EXPECT_FALSE(bench.dialog->progressBar->IsMarquee());
+        }
         if (row.title) {
             EXPECT_EQ(bench.text(), readable(row.title));
         }
         EXPECT_EQ(bench.newCalls(), row.calls);
+        EXPECT_EQ(bench.newlyTold(), row.told);
     }
 }
 
@@ -55,7 +65,11 @@ TEST(DialogMessages, OfAnInstallation) {
     DialogBench bench;
     ErrorInfo relative = {1, 1603, MB_RETRYCANCEL | MB_ICONWARNING, IDCANCEL};
     const auto error = reinterpret_cast<WPARAM>(&relative);
+    ErrorInfo three = {1, 1603, MB_YESNOCANCEL, IDCANCEL}, others = {1, 1603, MB_CANCELTRYCONTINUE, IDCANCEL};
+    const auto wide = reinterpret_cast<WPARAM>(&three), wider = reinterpret_cast<WPARAM>(&others);
     const Calls sends = {"SetVariableNumeric(PDX_SUBMIT_ERROR_REPORT, 1)"};
+    const Calls started = {"meridian_start_lets_go impression", "meridian_start_user_agreement impression",
+                           "meridian_start_install_options impression", "meridian_start_close impression"};
     constexpr auto installing = L"installer_install_progress_title";
     constexpr auto restart = L"INSTALLER_UNINSTALL_RESTART_REQUIRED_TITLE";
     constexpr auto unknown = L"INSTALLER_ERROR_UNKNOWN_TITLE";
@@ -69,12 +83,14 @@ TEST(DialogMessages, OfAnInstallation) {
          {
              {"below the range", WM_APP + 1},
              {"update check", WM_BA_DETECT_UPDATE_BEGIN, 0, 0, {}, 0, 0, 4, L"installer_checking_update_title"},
-             {"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 1, L"installer_welcome_body"},
-             {"detected with a failure", WM_BA_DETECT_COMPLETE, failed, 0, {}, 0, 0, 1},
+             {"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 1, L"installer_welcome_body", {}, started},
+             {"detected with a failure", WM_BA_DETECT_COMPLETE, failed, 0, {}, 0, 0, 1, {}, {}, started},
              {"planned", WM_BA_PLAN_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Apply"}},
              {"planned with a failure", WM_BA_PLAN_COMPLETE, failed, 0, {}, 0, 0, 0, {}, {"Apply"}},
              {"error, first button", WM_BA_ERROR, error, 0, unknown, IDC_ACTION1, IDRETRY, 0, {}, sends},
              {"error, second button", WM_BA_ERROR, error, 0, unknown, IDC_ACTION2, IDCANCEL, 0, {}, sends},
+             {"error, third of three", WM_BA_ERROR, wide, 0, unknown, IDC_ACTION3, IDCANCEL, 0, {}, sends},
+             {"error, third of others", WM_BA_ERROR, wider, 0, unknown, IDC_ACTION3, IDCONTINUE, 0, {}, sends},
              {"cache", WM_BA_CACHE_BEGIN, 0, 0, {}, 0, 0, 4, installing},
              {"acquire begins", WM_BA_CACHE_ACQUIRE_BEGIN, 1, 0},
              {"acquired", WM_BA_CACHE_ACQUIRE_COMPLETE},
@@ -91,11 +107,10 @@ TEST(DialogMessages, OfAnInstallation) {
              {"repair", WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0, installed, IDC_ACTION2, 2},
              {"repair starts", WM_BA_REPAIR_INITIALIZING, 0, 0, {}, 0, 0, 4, L"installer_initializing_repair_title"},
              {"report is sent", WM_BA_SENDING_ERROR_REPORT, 0, 0, {}, 0, 0, 4, L"ERROR_DIALOG_CRASH_SEND-REPORT"},
-             {"older client, go", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, older, IDC_ACTION1, 1},
-             {"older client, stay", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, older, IDC_ACTION2, 2},
+             {"older client, go", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, older, IDC_ACTION1, 1, 0, {}, {}, offered},
+             {"older client, stay", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, older, IDC_ACTION2, 2, 0, {}, {}, offered},
              {"older client's title", WM_BA_UNINSTALLING_BASTION_TITLE, 0, 0, {}, 0, 0, 0, removing},
              {"older client's page", WM_BA_UNINSTALLING_BASTION, 0, 0, {}, 0, 0, 4, removing},
-             {"refresh", WM_BA_REFRESH_PAGE},
              {"above the range", WM_APP + 58},
          });
     EXPECT_TRUE(IsWindowVisible(bench.window()));
@@ -103,7 +118,7 @@ TEST(DialogMessages, OfAnInstallation) {
     bench.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
     play(bench, {{"cache of the thin one", WM_BA_CACHE_BEGIN, 0, 0, {}, 0, 0, 4, L"installer_download_progress_title"},
                  {"package of it", WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE, 0, {}, 0, 0, 4, installing},
-                 {"detected in a repair", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}}});
+                 {"detected in a repair", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}, {"enable"}}});
 }
 
 TEST(DialogMessages, OfAnUninstallation) {
@@ -112,13 +127,14 @@ TEST(DialogMessages, OfAnUninstallation) {
     constexpr auto starting = L"installer_uninstall_initial_progress_title";
     const Calls repairs = {"SetVariableNumeric(PDX_REPAIR, 1)", "Quit(0)"};
     constexpr auto complete = L"INSTALLER_UNINSTALL_COMPLETE_TITLE";
-    play(bench, {
-                    {"confirmed", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION1, 0, 4, starting, {"Plan(3)"}},
-                    {"repair instead", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION2, 0, 0, {}, repairs},
-                    {"package", WM_BA_EXECUTE_PACKAGE_BEGIN, 1, 0, {}, 0, 0, 4, L"installer_uninstall_progress_title"},
-                    // The window goes, and says so, before the status does.
-                    {"done", WM_BA_APPLY_COMPLETE, 0, 0, complete, IDC_ACTION1, 0, 0, {}, {"Quit(0)", "Quit(0)"}},
-                });
+    play(bench,
+         {
+             {"confirmed", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION1, 0, 4, starting, {"Plan(3)"}, {"enable"}},
+             {"repair instead", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION2, 0, 0, {}, repairs, {"enable"}},
+             {"package", WM_BA_EXECUTE_PACKAGE_BEGIN, 1, 0, {}, 0, 0, 4, L"installer_uninstall_progress_title"},
+             // The window goes, and says so, before the status does.
+             {"done", WM_BA_APPLY_COMPLETE, 0, 0, complete, IDC_ACTION1, 0, 0, {}, {"Quit(0)", "Quit(0)"}},
+         });
     SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
     EXPECT_FALSE(IsWindow(bench.window()));
     EXPECT_EQ(bench.quitCode, 0);
@@ -135,11 +151,17 @@ TEST(DialogMessages, OfTheUpdateInsideAnotherRun) {
         const bool embedded = action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
         const int32_t page = embedded ? pageProgress : pageBlank;
         const wchar_t* title = embedded ? L"installer_download_progress_title" : nullptr;
+        const Calls told = embedded ? Calls{"enable"} : Calls{};
         const std::string plan = "Plan(" + std::to_string(action) + ")";
-        play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, page, title, {plan}}});
+        play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, page, title, {plan}, told}});
         EXPECT_TRUE(IsWindowVisible(bench.window()));
         bench.send(WM_BA_EXECUTE_BEGIN, 1);
         EXPECT_FALSE(IsWindowVisible(bench.window()));
+        bench.later([&] {
+            EXPECT_TRUE(IsWindowVisible(bench.window())) << "for whoever has to answer a prompt";
+            bench.press(IDC_ACTION1);
+        });
+        bench.send(WM_BA_CACHE_ACQUIRE_COMPLETE, static_cast<WPARAM>(E_FAIL));
     }
 }
 
@@ -150,16 +172,16 @@ TEST(DialogMessages, AnswerThemselvesWhereNobodyWatches) {
     const Calls sends = {"SetVariableNumeric(PDX_SUBMIT_ERROR_REPORT, 1)"};
     for (const auto display : {BOOTSTRAPPER_DISPLAY_NONE, BOOTSTRAPPER_DISPLAY_PASSIVE}) {
         DialogBench bench(BOOTSTRAPPER_ACTION_INSTALL, display);
-        play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}},
+        play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}, {"enable"}},
                      {"error", WM_BA_ERROR, error, 0, {}, 0, IDIGNORE, 0, {}, sends},
                      {"not acquired", WM_BA_CACHE_ACQUIRE_COMPLETE, failed, 0, {}, 0, IDCANCEL},
                      {"installed", WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0, {}, 0, IDOK},
-                     {"older client", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, {}, 0, IDCANCEL},
+                     {"older client", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, {}, 0, IDCANCEL, 0, {}, {}, offered},
                      {"restart", WM_BA_APPLY_COMPLETE, 0, 1, {}, 0, 102, 0, {}, {"Quit(0)"}}});
         EXPECT_EQ(IsWindowVisible(bench.window()) != FALSE, display == BOOTSTRAPPER_DISPLAY_PASSIVE);
     }
     DialogBench bench(BOOTSTRAPPER_ACTION_UNINSTALL, BOOTSTRAPPER_DISPLAY_NONE);
-    play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 4, {}, {"Plan(3)"}}});
+    play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 4, {}, {"Plan(3)"}, {"enable"}}});
 }
 
 LRESULT CALLBACK countPositions(HWND bar, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR count) {

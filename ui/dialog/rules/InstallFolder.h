@@ -14,10 +14,8 @@ inline constexpr std::wstring_view productFolder = L"Palisade Desktop";
 inline constexpr uint64_t leastFreeBytes = 0x40000000;
 constexpr bool isRoomy(uint64_t freeBytes) { return freeBytes >= leastFreeBytes; }
 
-/// Whether a path, by its last component, is the product's own folder in another, where the chooser then opens.
-constexpr bool endsInProductFolder(std::wstring_view path, std::wstring_view lastComponent) {
-    return lastComponent == productFolder && lastComponent != path;
-}
+/// Where the chooser opens for the path on show: around the product's own folder, else there.
+std::wstring chooserFolder(std::wstring_view shown, std::wstring_view lastComponent);
 
 /// Whether a folder is another one or lies under it. `lowerFolder` and `lowerOther` are lower-cased; a sibling whose
 /// name only begins the same is neither.

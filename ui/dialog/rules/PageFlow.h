@@ -39,18 +39,6 @@ constexpr bool hidesForUpdate(BOOTSTRAPPER_ACTION action) {
     return action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE || action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
 }
 
-struct ErrorText {
-    const wchar_t* titleKey;
-    const wchar_t* bodyKey;
-};
-
-/// What an error is called towards the user.
-ErrorText errorText(uint32_t errorType, uint32_t code);
-
-/// The flags of the error prompt: the engine's style with an error icon in place of its own and the first button
-/// outlined.
-constexpr uint32_t errorPromptFlags(uint32_t uiHint) { return (uiHint & ~0xE0u) | 0x80000010u; }
-
 /// What the connection prompt's button makes of a failed download.
 constexpr int32_t connectionAnswer(int32_t button) { return button == resultOk ? resultRetry : resultCancel; }
 

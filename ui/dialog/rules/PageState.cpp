@@ -70,6 +70,10 @@ int32_t ButtonResult(uint32_t flags, int32_t controlId) {
     }
 }
 
+bool hasOneButton(const PageState& page) {
+    return page.kind == pagePrompt && ButtonResult(page.flags, IDC_ACTION2) == 0;
+}
+
 const wchar_t* defaultButtonKey(int32_t result) {
     for (const auto& row : buttonKeys)
         if (row.result == result) return row.key;

@@ -18,6 +18,13 @@ enum PageKind : int32_t {
     pagePrompt = 5,
 };
 
+/// What a page is to whoever wants to close the window.
+enum class PageRole {
+    ordinary,
+    closeQuestion,   ///< asks whether the run is to be cancelled
+    reportUnderWay,  ///< the run is over, and its error report is being sent
+};
+
 // Bits of PageState::flags beside the button set.
 inline constexpr uint32_t buttonSetMask = 0xF;
 inline constexpr uint32_t iconMask = 0xF0;
@@ -50,6 +57,7 @@ struct PageState {
     std::wstring button3Text = {};
     int32_t progress = indeterminate;
     int32_t result = 0;  ///< the control that the user pressed, 0 until then
+    PageRole role = PageRole::ordinary;
 };
 
 /// All controls whose visibility a page decides, in the order in which their positions are queued.
@@ -64,6 +72,9 @@ bool isShownOnPage(int32_t kind, int32_t control);
 
 /// What a press on a control answers in that button set; 0 for a control that the set does not have.
 int32_t ButtonResult(uint32_t flags, int32_t controlId);
+
+/// Whether the page is a prompt that has one answer only.
+bool hasOneButton(const PageState& page);
 
 /// The key of a button's text when the page has none of its own; empty for a result without one, which hides it.
 const wchar_t* defaultButtonKey(int32_t result);

@@ -1,9 +1,14 @@
-#include "ui/dialog/rules/PageFlow.h"
+#include "ui/dialog/rules/Prompts.h"
 
 #include "platform/rules/ProgramErrors.h"
 
 namespace pdx {
 namespace {
+
+struct ErrorText {
+    const wchar_t* title;
+    const wchar_t* body;
+};
 
 struct ErrorRow {
     uint32_t code;
@@ -19,15 +24,27 @@ constexpr ErrorRow errorRows[] = {
 };
 constexpr ErrorText noRights = {L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE",
                                 L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_AUTHENTICATED_BODY"};
-constexpr ErrorText unknown = {L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN"};
+constexpr ErrorText unknown = {unknownErrorPrompt.title, unknownErrorPrompt.body};
 
-}  // namespace
-
-ErrorText errorText(uint32_t errorType, uint32_t code) {
+constexpr ErrorText errorText(uint32_t errorType, uint32_t code) {
+    // A user exit of anything but the raising is no refusal of rights.
     if (code == userExitCode && errorType == BOOTSTRAPPER_ERROR_TYPE_ELEVATE) return noRights;
     for (const ErrorRow& row : errorRows)
         if (row.code == code) return row.text;
     return unknown;
+}
+
+}  // namespace
+
+Prompt errorPrompt(uint32_t errorType, uint32_t code, uint32_t uiHint, int32_t defaultResult) {
+    const ErrorText text = errorText(errorType, code);
+    constexpr uint32_t replacedBits = 0xE0;  // the engine's icons but for the error's
+    return {.title = text.title,
+            .body = text.body,
+            .flags = (uiHint & ~replacedBits) | firstSecondary | iconError,
+            .defaultResult = defaultResult,
+            // "Send error report", in spite of its name.
+            .checkLabel = L"DIALOG_CLEAR-CACHE_CHECKMARK_LABEL"};
 }
 
 }  // namespace pdx

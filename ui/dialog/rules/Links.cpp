@@ -1,4 +1,4 @@
-#include "ui/dialog/rules/LegalDocument.h"
+#include "ui/dialog/rules/Links.h"
 
 #include <fmt/format.h>
 #include <fmt/xchar.h>

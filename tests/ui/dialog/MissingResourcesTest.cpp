@@ -1,0 +1,113 @@
+// The shipped library with parts of what it carries missing or broken.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <variant>
+#include <vector>
+
+#include "config/Translator.h"
+#include "harness/engine/LoadedLibrary.h"
+#include "harness/engine/SmallEngine.h"
+#include "harness/ui/Snapshot.h"
+#include "platform/Paths.h"
+#include "resources/ids.h"
+#include "ui/toolkit/Fonts.h"
+#include "ui/toolkit/Images.h"
+#include "ui/toolkit/Painting.h"
+#include "ui/toolkit/Window.h"
+
+namespace pdx {
+namespace {
+
+/// A resource that the loaded library is left with only so many bytes of.
+struct Cut {
+    const wchar_t* type;
+    std::variant<std::wstring, uint16_t> id;
+    DWORD size;
+};
+
+/// The library's own record of a resource's size is a part of its mapped image; the next load reads it anew.
+void apply(const Cut& cut) {
+    const HMODULE library = GetModuleHandleW(L"PalisadeBootstrapper.dll");
+    const auto* name = std::holds_alternative<uint16_t>(cut.id) ? MAKEINTRESOURCEW(std::get<uint16_t>(cut.id))
+                                                                : std::get<std::wstring>(cut.id).c_str();
+    auto* entry = reinterpret_cast<IMAGE_RESOURCE_DATA_ENTRY*>(FindResourceW(library, name, cut.type));
+    ASSERT_NE(entry, nullptr);
+    DWORD before = 0;
+    VirtualProtect(entry, sizeof *entry, PAGE_READWRITE, &before);
+    entry->Size = cut.size;
+    VirtualProtect(entry, sizeof *entry, before, &before);
+}
+
+constexpr int32_t beside = 3;  // pixels from the left edge: ground and nothing else
+
+/// Whether something brighter than the ground stands in a control's place.
+bool hasInk(const Snapshot& picture, HWND dialog, int32_t id) {
+    const Rect place = Window(GetDlgItem(dialog, id)).GetRectIn(dialog);
+    for (int32_t y = place.top; y < place.bottom; y += 2)
+        for (int32_t x = place.left; x < place.right; ++x)
+            for (int shift = 0; shift < 24; shift += 8)
+                if ((picture.GetPixel({x, y}) >> shift & 0xFF) > (picture.GetPixel({beside, y}) >> shift & 0xFF) + 0x60)
+                    return true;
+    return false;
+}
+
+/// What the welcome page shows, as in "background logo title name".
+std::string lookOf(HWND dialog) {
+    const Snapshot picture(dialog);
+    const bool plain = picture.GetPixel({beside, picture.GetSize().height / 2}) == palette::plainBackground;
+    wchar_t name[64] = L"";
+    GetWindowTextW(dialog, name, 64);
+    std::string look = plain ? "" : "background ";
+    if (hasInk(picture, dialog, IDC_PICTURE)) look += "logo ";
+    if (hasInk(picture, dialog, IDC_TITLE)) look += "title ";
+    return look + (std::wstring_view(name) == L"INSTALLER_WINDOW_TITLE" ? "key" : "name");
+}
+
+HWND ownDialog() {
+    HWND found = nullptr;
+    while ((found = FindWindowExW(nullptr, found, L"#32770", nullptr)) != nullptr) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(found, &process);
+        if (process == GetCurrentProcessId()) break;
+    }
+    return found;
+}
+
+TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
+    const std::wstring language = detectLanguage();
+    const wchar_t *image = L"PDX_IMAGE", *font = L"PDX_FONT", *strings = L"PDX_LOCSTRINGS";
+    const std::tuple<const char*, std::vector<Cut>, const char*> rows[] = {
+        {"whole", {}, "background logo title name"},
+        {"no background", {{image, backgroundPictureNumber, 0}}, "logo title name"},
+        {"broken pictures", {{image, backgroundPictureNumber, 100}, {image, logoPictureNumber, 50}}, "title name"},
+        {"no fonts", {{font, fontNumbers[0], 0}, {font, fontNumbers[1], 500}}, "background logo title name"},
+        {"strings that are no XML", {{strings, language, 1000}}, "background logo title key"},
+    };
+    for (const auto& [what, cuts, look] : rows) {
+        SCOPED_TRACE(what);
+        SmallEngine engine;
+        for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"})
+            engine.variables.set(name, std::wstring(L"0"));
+        BOOTSTRAPPER_COMMAND command = {};
+        command.action = BOOTSTRAPPER_ACTION_INSTALL;
+        command.display = BOOTSTRAPPER_DISPLAY_FULL;
+        const LoadedLibrary library(getModuleFilePath(L"PalisadeBootstrapper.dll"));
+        ASSERT_TRUE(library);
+        for (const Cut& cut : cuts) apply(cut);
+        IBootstrapperApplication* app = nullptr;
+        ASSERT_EQ(library.create(&engine, &command, &app), S_OK);
+        EXPECT_EQ(app->OnStartup(), S_OK);
+        app->OnDetectComplete(S_OK);
+        const HWND dialog = ownDialog();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(lookOf(dialog), look);
+        app->OnShutdown();
+        EXPECT_EQ(app->Release(), 0u);
+        library.destroy();
+    }
+}
+
+}  // namespace
+}  // namespace pdx

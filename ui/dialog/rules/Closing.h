@@ -1,0 +1,49 @@
+// What the cross does, and what Escape and the system's own close command do.
+#pragma once
+
+#include "ui/dialog/rules/PageState.h"
+
+namespace pdx {
+
+struct ClosingFacts {
+    PageRole page = PageRole::ordinary;  ///< of the page on top
+    bool oneButton = false;              ///< the page on top is a prompt with one button
+    bool closePromptOpen = false;        ///< on top, or under a prompt that came over it
+    bool uninstalls = false;
+    bool asksUser = true;  ///< the display shows prompts
+};
+
+enum class CloseDeed {
+    nothing,
+    firstButton,  ///< the press of the first button of the page on top
+    ask,          ///< whether the run is to be cancelled, and to stop if it is
+    stop,         ///< the run, without a question
+    hide,         ///< the window, and what goes on behind it goes on
+};
+
+struct CloseDeeds {
+    CloseDeed cross;
+    CloseDeed escape;
+};
+
+/// Escape acts as the cross only where the cross asks first or ends nothing, so that no stray key ends a run.
+constexpr CloseDeeds closeDeeds(const ClosingFacts& facts) {
+    using enum CloseDeed;
+    using Facts = ClosingFacts;
+    constexpr struct {
+        bool (*holds)(const Facts&);
+        CloseDeeds deeds;
+    } rows[] = {
+        {[](const Facts& f) { return f.page == PageRole::reportUnderWay; }, {hide, hide}},
+        {[](const Facts& f) { return f.page == PageRole::closeQuestion; }, {stop, firstButton}},
+        {[](const Facts& f) { return f.oneButton && (f.closePromptOpen || f.uninstalls); }, {stop, firstButton}},
+        {[](const Facts& f) { return f.closePromptOpen || f.uninstalls; }, {stop, nothing}},
+        {[](const Facts& f) { return f.oneButton; }, {ask, firstButton}},
+        {[](const Facts& f) { return !f.asksUser; }, {stop, nothing}},
+    };
+    for (const auto& row : rows)
+        if (row.holds(facts)) return row.deeds;
+    return {ask, ask};
+}
+
+}  // namespace pdx

@@ -1,0 +1,39 @@
+// What the links in marked-up text lead to, and where the legal documents are found.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/rules/AsciiCase.h"
+
+namespace pdx {
+
+enum class LinkDeed {
+    nothing,
+    open,  ///< the whole address, with the system's own program for it
+    userAgreement,
+    privacyPolicy,
+    tellError,  ///< a page of a site whose address the settings leave open
+};
+
+/// By the link's own text and its parts as a URL.
+constexpr LinkDeed linkDeed(std::wstring_view href, std::wstring_view scheme, std::wstring_view path) {
+    if (equalsAsciiCase(scheme, L"http") || equalsAsciiCase(scheme, L"https")) return LinkDeed::open;
+    if (equalsAsciiCase(scheme, L"action")) {
+        if (path == L"openuseragreement") return LinkDeed::userAgreement;
+        return path == L"openprivacypolicy" ? LinkDeed::privacyPolicy : LinkDeed::nothing;
+    }
+    return href.starts_with(L'/') ? LinkDeed::tellError : LinkDeed::nothing;
+}
+
+/// The address on the legal documents' host (without a slash at its end); empty without a host.
+std::wstring onlineLegalDocument(std::wstring_view host, std::wstring_view type, std::wstring_view language);
+
+/// The file name of a document that is shipped beside the program.
+std::wstring localLegalDocument(std::wstring_view type, std::wstring_view language);
+
+/// The privacy policy, which is only online.
+inline constexpr std::wstring_view privacyDocument = L"WEBPRIVACY";
+inline constexpr std::wstring_view userAgreementDocument = L"WEBTERMS";
+
+}  // namespace pdx
