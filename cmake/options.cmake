@@ -22,8 +22,10 @@ endif()
 # Windows 7 is the oldest system that the library has to load on; newer functions are looked up at run time.
 target_compile_definitions(palisade_options INTERFACE
     UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 WINVER=0x0601)
-# The engine keeps the stack at four bytes, as all callers by the system's conventions do.
-target_compile_options(palisade_options INTERFACE -mstackrealign -ffunction-sections -fdata-sections)
+# The engine keeps the stack at four bytes, as all callers by the system's conventions do. Frame pointers are what a walk
+# of a crashed thread's stack goes by.
+target_compile_options(palisade_options INTERFACE -mstackrealign -fno-omit-frame-pointer
+    -ffunction-sections -fdata-sections)
 target_link_options(palisade_options INTERFACE -static -Wl,--enable-stdcall-fixup -Wl,--gc-sections
     -Wl,--no-insert-timestamp -Wl,--nxcompat -Wl,--dynamicbase)
 

@@ -10,5 +10,4 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <fmt/xchar.h>
 #include <nlohmann/json.hpp>

@@ -1,7 +1,6 @@
 #include "core/BaseApplication.h"
 
 #include <fmt/format.h>
-#include <fmt/xchar.h>
 
 #include <mutex>
 
@@ -55,7 +54,7 @@ int CBalBaseBootstrapperApplication::sendEmbeddedProgress(DWORD progress, DWORD 
     const HRESULT hr = m_pEngine->SendEmbeddedProgress(progress, overall, &result);
     if (SUCCEEDED(hr)) return result;
     m_pEngine->Log(BOOTSTRAPPER_LOG_LEVEL_ERROR,
-                   fmt::format(L"Error 0x{:08x}: {}", static_cast<uint32_t>(hr), toWide(failure)).c_str());
+                   toWide(fmt::format("Error 0x{:08x}: {}", static_cast<uint32_t>(hr), failure)).c_str());
     return -1;
 }
 

@@ -5,16 +5,18 @@
 #endif
 
 #include <fmt/format.h>
-#include <fmt/xchar.h>
 
+#include <cstdlib>
 #include <exception>
 #include <mutex>
+#include <string>
 
 #include "config/Settings.h"
 #include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
+#include "platform/Text.h"
 #include "telemetry/MachineIdentity.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
@@ -89,9 +91,9 @@ extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* eng
     *application = pdx::makeApplication(engine, command);
     if (*application) return S_OK;
     const HRESULT hr = pdx::lastErrorAsFailure();
-    engine->Log(
-        BOOTSTRAPPER_LOG_LEVEL_ERROR,
-        fmt::format(L"Error 0x{:08x}: Failed to create bootstrapper application", static_cast<uint32_t>(hr)).c_str());
+    const std::string text =
+        fmt::format("Error 0x{:08x}: Failed to create bootstrapper application", static_cast<uint32_t>(hr));
+    engine->Log(BOOTSTRAPPER_LOG_LEVEL_ERROR, pdx::toWide(text).c_str());
     return hr;
 }
 
@@ -112,6 +114,10 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
 }
 
 #ifdef __MINGW32__
+/// In the place of the toolchain's own, which before it aborts prints what was thrown, for nobody to see, and brings a
+/// demangler of 50 KB for that.
+void __gnu_cxx::__verbose_terminate_handler() { std::abort(); }
+
 /// Behind the destructors of all statics: the toolchain's thread layer keeps an event and a handle for each thread that
 /// it did not start itself, here the engine's, and would close them only if that thread ended with the library loaded.
 __attribute__((destructor(101))) static void closeThreadLayer() {

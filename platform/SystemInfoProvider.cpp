@@ -1,7 +1,5 @@
 #include "platform/SystemInfoProvider.h"
 
-#include <fmt/xchar.h>
-
 #include "platform/Log.h"
 #include "platform/Text.h"
 
@@ -90,8 +88,8 @@ std::vector<std::string> SystemInfoProvider::getDiskPartitionFromLogicalDrive(co
         PDX_LOG(logInfo, function, "Empty driveLetter");
         return partitions;
     }
-    const std::wstring query = fmt::format(
-        L"Associators of {{Win32_LogicalDisk.DeviceID='{}'}} WHERE ResultClass=Win32_DiskPartition", toWide(letter));
+    const std::wstring query =
+        L"Associators of {Win32_LogicalDisk.DeviceID='" + toWide(letter) + L"'} WHERE ResultClass=Win32_DiskPartition";
     execWbemServicesQuery(cimv2, query, [&](IWbemClassObject& row) {
         partitions.push_back(getWmiString(row, L"name"));
         PDX_LOG(logInfo, function, "DiskPartition name: %s", partitions.back());
@@ -107,7 +105,7 @@ PhysicalDiskInfo SystemInfoProvider::getPhysicalDiskInfo(const std::string& devi
         PDX_LOG(logInfo, function, "Empty deviceId");
         return info;
     }
-    const std::wstring query = fmt::format(L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '{}'", toWide(deviceId));
+    const std::wstring query = L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '" + toWide(deviceId) + L"'";
     execWbemServicesQuery(storage, query, [&](IWbemClassObject& row) {
         info = {getWmiString(row, L"FriendlyName"), mediaTypeName(readProperty(row, L"MediaType").number),
                 readProperty(row, L"UniqueId").text, getWmiString(row, L"DeviceId")};

@@ -1,11 +1,11 @@
 #include "platform/VersionInfo.h"
 
 #include <fmt/format.h>
-#include <fmt/xchar.h>
 
 #include <span>
 
 #include "platform/SystemFunction.h"
+#include "platform/Text.h"
 
 namespace pdx {
 namespace {
@@ -58,7 +58,8 @@ std::wstring VersionInfo::text(const std::wstring& name) const {
          valueOf<Translation>(record, L"\\VarFileInfo\\Translation", sizeof(Translation))) {
         const auto found = valueOf<wchar_t>(
             record,
-            fmt::format(L"\\StringFileInfo\\{:04x}{:04x}\\{}", translation.language, translation.codePage, name), 1);
+            toWide(fmt::format("\\StringFileInfo\\{:04x}{:04x}\\", translation.language, translation.codePage)) + name,
+            1);
         if (!found.empty()) return std::wstring(found.data(), wcsnlen(found.data(), found.size()));
     }
     return {};

@@ -1,12 +1,9 @@
 #include "core/rules/PackageLog.h"
 
-#include <fmt/format.h>
-#include <fmt/xchar.h>
-
 namespace pdx {
 
 std::wstring packageLogVariable(std::wstring_view packageId, bool forward) {
-    return fmt::format(L"WixBundle{}Log_{}", forward ? L"" : L"Rollback", packageId);
+    return std::wstring(forward ? L"WixBundleLog_" : L"WixBundleRollbackLog_").append(packageId);
 }
 
 std::optional<std::wstring> reportFileStem(std::wstring_view logPath) {

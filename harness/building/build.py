@@ -6,8 +6,10 @@ import time
 
 from harness.places import BUILD, ROOT
 
-# What is built of each preset: the library and the sample client; the tests under Wine; the rules' tests.
-TARGETS = {"release": "all", "checked": "windows_tests", "host": "rules_tests"}
+# What is built: its preset and target. The library and the sample client; what measures it; the tests under Wine; the
+# rules' tests.
+TARGETS = {"release": ("release", "all"), "bench": ("release", "bench"), "checked": ("checked", "windows_tests"),
+           "host": ("host", "rules_tests")}
 
 
 def _gist(output: str) -> str:
@@ -17,19 +19,21 @@ def _gist(output: str) -> str:
     return "\n".join(named[:20] or lines[-40:])
 
 
-def build(*presets: str, aside: bool = False) -> None:
-    """Ends the program if a build fails. One that goes on `aside` takes what others leave of the processors."""
-    for preset in presets:
+def build(*names: str, aside: bool = False) -> None:
+    """Builds what TARGETS names; ends the program if a build fails. One that goes on `aside` takes what others leave of
+    the processors."""
+    for name in names:
+        preset, target = TARGETS[name]
         started = time.monotonic()
-        print(f"building {preset}", flush=True)
-        log = BUILD / f"{preset}.log"
+        print(f"building {name}", flush=True)
+        log = BUILD / f"{name}.log"
         log.parent.mkdir(exist_ok=True)
         with log.open("w") as output:
             for command in (["cmake", "--preset", preset],
-                            ["cmake", "--build", "--preset", preset, "--target", TARGETS[preset]]):
+                            ["cmake", "--build", "--preset", preset, "--target", target]):
                 given = ["nice", "-n", "19", *command] if aside else command
                 if subprocess.run(given, cwd=ROOT, stdout=output, stderr=subprocess.STDOUT).returncode:
-                    print(f"building {preset} failed\n{_gist(log.read_text(errors='replace'))}")
+                    print(f"building {name} failed\n{_gist(log.read_text(errors='replace'))}")
                     print(f"the whole output: {log.relative_to(ROOT)}")
                     sys.exit(1)
-        print(f"{preset} is built, {time.monotonic() - started:.0f} s", flush=True)
+        print(f"{name} is built, {time.monotonic() - started:.0f} s", flush=True)

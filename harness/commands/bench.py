@@ -11,7 +11,7 @@ from harness.places import BENCH_RESULT, ROOT
 
 
 def main() -> int:
-    build("release")
+    build("release", "bench")
     BENCH_RESULT.parent.mkdir(exist_ok=True)
     with virtual_display() as display:
         prepare(display)

@@ -1,8 +1,5 @@
 #include "platform/rules/LogLine.h"
 
-#include <fmt/format.h>
-#include <fmt/xchar.h>
-
 #include <iterator>
 
 namespace pdx {
@@ -20,7 +17,9 @@ LogLevelFacts logLevelFacts(int32_t level) { return level >= 0 && level < logTra
 
 std::wstring formatLogLine(wchar_t marker, std::wstring_view word, std::wstring_view function, int32_t line,
                            std::wstring_view message) {
-    return fmt::format(L"PDXBA{} {} ({}:{}) {}", marker, word, function, line, message);
+    std::wstring text = L"PDXBA";
+    text.append(1, marker).append(1, L' ').append(word).append(L" (").append(function).append(1, L':');
+    return text.append(std::to_wstring(line)).append(L") ").append(message);
 }
 
 }  // namespace pdx
