@@ -1,5 +1,6 @@
 #include "platform/Registry.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
