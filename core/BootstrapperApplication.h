@@ -35,8 +35,8 @@ enum class ReloadPurpose {
 
 class BootstrapperApplication : public CBalBaseBootstrapperApplication {
   public:
-    /// The routine of the UI thread: it makes the dialog for the application, runs its messages until WM_QUIT, and has
-    /// set m_dialogReady in every case.
+    /// The routine of the UI thread: it makes the dialog for the application and runs its messages until WM_QUIT. Once it
+    /// has ended, by an exception too, m_dialogReady is set.
     using UiRoutine = void (*)(BootstrapperApplication& application);
 
     /// Brings up the process-wide services and turns environment and command line into bundle variables. The engine and
@@ -85,6 +85,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// The display towards the user. The engine that runs this one embedded is told progress by its own word for it.
     BOOTSTRAPPER_DISPLAY display() const { return m_userDisplay; }
 
+    /// Null before the dialog is made, and once it is gone.
+    HWND dialogWindow() const { return m_dialogWindow; }
     /// The dialog tells that its window exists (with the handle) or is gone (with null).
     void setDialogWindow(HWND window);
     /// Reset while a prompt waits for the user, so that a message of another thread waits for the answer.
@@ -269,6 +271,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     // Shutdown.
     void endAsFailure();
     void endAsSuccess();
+    /// The run is over for the user: the window goes, and a second run may start. Waits for nothing.
+    void leaveTheScreen();
 
     LoggerLife m_logger;  // outlives all that logs
     IBootstrapperEngine* m_engine;

@@ -58,9 +58,16 @@ int BootstrapperApplication::OnShutdown() {
             break;
     }
     tellSessionStopped();
+    leaveTheScreen();
     m_telemetry.stop();
     stopUiThread();
     return 0;
+}
+
+void BootstrapperApplication::leaveTheScreen() {
+    // Not waited for either: the dialog's thread may be busy.
+    if (const HWND dialog = m_dialogWindow) ShowWindowAsync(dialog, SW_HIDE);
+    releaseInstallerMutex();
 }
 
 void BootstrapperApplication::endAsFailure() {

@@ -14,6 +14,7 @@ namespace pdx {
 namespace {
 
 constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
+constexpr DWORD quitRepeatMs = 100;
 constexpr const wchar_t* installerMutexName = L"Global\\Palisade_Desktop_Installer";
 
 }  // namespace
@@ -120,7 +121,14 @@ void BootstrapperApplication::releaseInstallerMutex() {
 
 unsigned __stdcall BootstrapperApplication::runUi(void* argument) {
     auto& application = *static_cast<BootstrapperApplication*>(argument);
-    application.m_uiRoutine(application);
+    try {
+        application.m_uiRoutine(application);
+    } catch (const std::exception& problem) {
+        PDX_LOG(logError, "BootstrapperApplication::runUi", "The UI thread failed: %s", problem.what());
+    }
+    // Whatever became of the dialog: the engine's thread waits for it.
+    application.setDialogWindow(nullptr);
+    application.setDialogReady(true);
     return 0;
 }
 
@@ -137,7 +145,11 @@ bool BootstrapperApplication::startUiThread() {
 
 void BootstrapperApplication::stopUiThread() {
     if (m_uiThread.id() == 0) return;
-    PostThreadMessageW(m_uiThread.id(), WM_QUIT, 0, 0);
+    // Posted again until the thread has ended: a loop inside the dialog's own, such as that of moving a window, takes
+    // the message for its own end, and a post can fail.
+    do {
+        PostThreadMessageW(m_uiThread.id(), WM_QUIT, 0, 0);
+    } while (!m_uiThread.endsWithin(quitRepeatMs));
     m_uiThread.join();
 }
 

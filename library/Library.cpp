@@ -13,9 +13,11 @@
 
 #include "config/Settings.h"
 #include "config/Translator.h"
-#include "core/BootstrapperApplication.h"
+#include "core/SlotGuard.h"
+#include "platform/Crash.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
+#include "platform/PathFunctions.h"
 #include "platform/Text.h"
 #include "telemetry/MachineIdentity.h"
 #include "telemetry/TelemetryManager.h"
@@ -69,7 +71,9 @@ IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOO
         auto application = std::make_unique<Application>(engine, command);
         // Before there is a UI thread, and never shut down. Says so if it cannot be had.
         startGraphics();
-        return application.release();
+        IBootstrapperApplication* const guarded = guardSlots(application.get());
+        application.release();
+        return guarded;
     } catch (const std::exception&) {
         return nullptr;
     }
@@ -86,6 +90,9 @@ constinit bool unmapped = false;
 extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* engine,
                                                         const BOOTSTRAPPER_COMMAND* command,
                                                         IBootstrapperApplication** application) {
+    // First of all: whatever the system loads by its bare name from now on, it does not find beside the program.
+    pdx::restrictDllSearch();
+    pdx::raiseUncaughtExceptions();
     if (!engine || !command || !application) return E_INVALIDARG;
     pdx::setSupportEngine(engine);
     *application = pdx::makeApplication(engine, command);

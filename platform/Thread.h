@@ -28,6 +28,10 @@ class Thread {
         handle.reset();
         identifier = 0;
     }
+    /// Whether the thread, which was started, ends within the time (milliseconds).
+    [[nodiscard]] bool endsWithin(DWORD bound) const {
+        return WaitForSingleObject(handle.get(), bound) != WAIT_TIMEOUT;
+    }
     /// 0 means not started.
     [[nodiscard]] DWORD id() const { return identifier; }
 

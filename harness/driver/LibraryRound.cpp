@@ -36,26 +36,26 @@ struct RoundPlan {
     int shutdown = 0;
     DWORD exitCode = 0;
     std::optional<HRESULT> apply = S_OK;
+    bool takesOver = false;  ///< from an object that was made for another engine, which is not destroyed before
 };
 
 RoundPlan planOf(RoundKind kind) {
     RoundPlan plan;
     plan.script.hangBound = 60000;
-    auto& package = plan.script.packages.front();
     switch (kind) {
         case RoundKind::install:
+            plan.takesOver = true;
             break;
         case RoundKind::uninstall:
             plan.action = BOOTSTRAPPER_ACTION_UNINSTALL;
-            plan.script.installed = true;
-            package.state = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
+            plan.script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
             break;
         case RoundKind::download:
-            package.payloads.front().source = PayloadSource::download;
+            plan.script.downloads = true;
             plan.script.parallelCache = true;
             break;
         case RoundKind::packageFails:
-            package.execute = {packageFailure};
+            plan.script.execute = packageFailure;
             plan.exitCode = 1;
             plan.apply = packageFailure;
             break;
@@ -65,7 +65,7 @@ RoundPlan planOf(RoundKind kind) {
             plan.apply.reset();
             break;
         case RoundKind::reload:
-            package.state = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
+            plan.script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
             plan.shutdown = resultReloadBootstrapper;
             plan.apply.reset();
             break;
@@ -128,9 +128,24 @@ void checkOutcome(const RoundPlan& plan, const RunOutcome& outcome, Findings& fi
     findings.expectStatus("OnStartup's result", outcome.startup, plan.startup);
     findings.expectStatus("OnShutdown's result", outcome.shutdown, plan.shutdown);
     findings.expectStatus("the exit code", static_cast<HRESULT>(outcome.exitCode), static_cast<HRESULT>(plan.exitCode));
+    const auto isRetry = [](const SlotCall& call) { return call.slot.ends_with("Complete") && call.result == IDRETRY; };
+    findings.expect(std::ranges::none_of(outcome.slots, isRetry), "a failure was tried again");
     findings.expect(outcome.apply.has_value() == plan.apply.has_value(),
                     plan.apply ? "nothing was applied" : "something was applied");
     if (outcome.apply && plan.apply) findings.expectStatus("the apply's status", *outcome.apply, *plan.apply);
+}
+
+/// What an engine never does, on a library without an object: nothing is made, and no engine is kept.
+void checkExports(const LoadedLibrary& library, const BOOTSTRAPPER_COMMAND& command, Findings& findings) {
+    library.destroy();
+    SmallEngine other;
+    IBootstrapperApplication* application = nullptr;
+    findings.expectStatus("a creation without a place for the object", library.create(&other, &command, nullptr),
+                          E_INVALIDARG);
+    findings.expectStatus("a creation without an engine", library.create(nullptr, &command, &application),
+                          E_INVALIDARG);
+    findings.expectStatus("a creation without a command", library.create(&other, nullptr, &application), E_INVALIDARG);
+    findings.expect(!application && other.references() == 0, "a refused creation made an object or kept the engine");
 }
 
 /// From the load of the library to its unload.
@@ -141,9 +156,15 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
     command.action = plan.action;
     command.display = BOOTSTRAPPER_DISPLAY_NONE;
     command.restart = BOOTSTRAPPER_RESTART_NEVER;
+    checkExports(library, command, findings);
+    SmallEngine earlier;
     IBootstrapperApplication* application = nullptr;
+    if (plan.takesOver && SUCCEEDED(library.create(&earlier, &command, &application))) application->Release();
+    findings.expect((earlier.references() > 0) == plan.takesOver, "the engine is not kept before a second creation");
     const HRESULT created = library.create(&engine, &command, &application);
     findings.expectStatus("the creation's result", created, S_OK);
+    findings.expect(earlier.references() == 0, "the engine of an earlier creation is still referenced");
+    findings.expect(!findsStrayLibrary(), "a library beside the program is still found");
     if (SUCCEEDED(created)) {
         const bool answersPrompt = plan.shutdown == resultReloadBootstrapper;
         const auto hook = [&](const SlotEvent& event) {
@@ -171,6 +192,12 @@ void checkPackageLogs(const RoundPlan& plan, const fs::path& folder, Findings& f
 }
 
 }  // namespace
+
+bool findsStrayLibrary() {
+    // None of its code runs.
+    const HMODULE found = LoadLibraryExW(strayLibrary, nullptr, DONT_RESOLVE_DLL_REFERENCES);
+    return found && FreeLibrary(found);
+}
 
 const char* nameOf(RoundKind kind) {
     constexpr const char* names[] = {"install", "uninstall", "download", "package fails", "second instance", "reload"};

@@ -9,6 +9,10 @@ namespace pdx {
 
 enum class RoundKind { install, uninstall, download, packageFails, secondInstance, reload };
 
+/// Lies beside the program. The system finds it there by its bare name, until the library has been asked for an object.
+inline constexpr const wchar_t* strayLibrary = L"stray.dll";
+bool findsStrayLibrary();
+
 const char* nameOf(RoundKind kind);
 
 /// Copies the library into a folder of its own under the temporary folder, as the engine unpacks it, loads it, makes

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -21,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const wchar_t* innerSwitch = L"--inner";
+constexpr const wchar_t* programFolder = L"program";
 constexpr int reloadEvery = 10;
 /// Before it the system's libraries make what they keep for the life of the process: window classes, COM's threads.
 constexpr int warmUpRounds = 10;
@@ -51,6 +53,7 @@ void allowFor(pdx::RoundKind kind, pdx::ProcessCensus& baseline) {
 /// The process that loads the library.
 int runRounds(const fs::path& library, int rounds) {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    if (!pdx::findsStrayLibrary()) throw std::runtime_error("the stray library is not found from the first");
     int failures = 0;
     pdx::ProcessCensus baseline;
     const int warmUp = std::min(warmUpRounds, rounds / 2);
@@ -91,11 +94,15 @@ std::vector<fs::path> leftOver(const fs::path& folder, int rounds) {
     return found;
 }
 
-/// Runs the inner process with this temporary folder; its exit code, or 1 after the bound.
+/// Runs the inner process, a copy of this one, with this temporary folder; its exit code, or 1 after the bound.
 int runInner(const fs::path& library, int rounds, const fs::path& folder) {
     wchar_t self[MAX_PATH];
     GetModuleFileNameW(nullptr, self, MAX_PATH);
-    auto commandLine = L"\"" + std::wstring(self) + L"\" " + innerSwitch + L" \"" + library.wstring() + L"\" " +
+    const auto program = folder / programFolder / L"driver.exe";
+    fs::create_directories(program.parent_path());
+    fs::copy_file(self, program);
+    fs::copy_file(library, program.parent_path() / pdx::strayLibrary);
+    auto commandLine = L"\"" + program.wstring() + L"\" " + innerSwitch + L" \"" + library.wstring() + L"\" " +
                        std::to_wstring(rounds);
     SetEnvironmentVariableW(L"TEMP", folder.c_str());
     SetEnvironmentVariableW(L"TMP", folder.c_str());
@@ -128,6 +135,7 @@ int runOuter(const fs::path& library, int rounds) {
     const auto folder = fs::temp_directory_path() / (L"lifecycle-" + std::to_wstring(GetCurrentProcessId()));
     fs::create_directories(folder);
     int result = runInner(library, rounds, folder);
+    fs::remove_all(folder / programFolder);
     for (const auto& path : leftOver(folder, rounds)) {
         std::printf("left in the temporary folder: %ls\n", path.c_str());
         result = 1;

@@ -3,55 +3,22 @@
 #include <algorithm>
 #include <cstdio>
 #include <mutex>
-#include <ranges>
 #include <thread>
-#include <type_traits>
 #include <utility>
 
-#include "platform/Text.h"
+#include "platform/rules/ClientPackage.h"
+#include "platform/rules/ProgramErrors.h"
 
 namespace pdx {
 
 namespace {
 
 constexpr int noAction = 0;
-constexpr DWORD criticalEnd = 0x40000000;
-
-/// Plan takes any action; one that is none fails while it is planned.
-bool isPlannable(BOOTSTRAPPER_ACTION action) {
-    return action >= BOOTSTRAPPER_ACTION_LAYOUT && action <= BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
-}
-
-BOOTSTRAPPER_REQUEST_STATE defaultRequest(BOOTSTRAPPER_ACTION action, bool present) {
-    if (action == BOOTSTRAPPER_ACTION_UNINSTALL) return BOOTSTRAPPER_REQUEST_STATE_ABSENT;
-    if (action == BOOTSTRAPPER_ACTION_REPAIR && present) return BOOTSTRAPPER_REQUEST_STATE_REPAIR;
-    return BOOTSTRAPPER_REQUEST_STATE_PRESENT;
-}
-
-BOOTSTRAPPER_ACTION_STATE executeState(BOOTSTRAPPER_REQUEST_STATE requested, bool present) {
-    switch (requested) {
-        case BOOTSTRAPPER_REQUEST_STATE_FORCE_ABSENT:
-        case BOOTSTRAPPER_REQUEST_STATE_ABSENT:
-            return present ? BOOTSTRAPPER_ACTION_STATE_UNINSTALL : BOOTSTRAPPER_ACTION_STATE_NONE;
-        case BOOTSTRAPPER_REQUEST_STATE_PRESENT:
-            return present ? BOOTSTRAPPER_ACTION_STATE_NONE : BOOTSTRAPPER_ACTION_STATE_INSTALL;
-        case BOOTSTRAPPER_REQUEST_STATE_REPAIR:
-            return present ? BOOTSTRAPPER_ACTION_STATE_REPAIR : BOOTSTRAPPER_ACTION_STATE_INSTALL;
-        default:
-            return BOOTSTRAPPER_ACTION_STATE_NONE;
-    }
-}
-
-BOOTSTRAPPER_ACTION_STATE rollbackState(BOOTSTRAPPER_ACTION_STATE execute) {
-    switch (execute) {
-        case BOOTSTRAPPER_ACTION_STATE_INSTALL:
-            return BOOTSTRAPPER_ACTION_STATE_UNINSTALL;
-        case BOOTSTRAPPER_ACTION_STATE_UNINSTALL:
-            return BOOTSTRAPPER_ACTION_STATE_INSTALL;
-        default:
-            return BOOTSTRAPPER_ACTION_STATE_NONE;
-    }
-}
+constexpr const wchar_t* package = clientPackageId;
+constexpr const wchar_t* address = L"https://downloads.example/PalisadeApp.msi";
+constexpr const wchar_t* localSource = L"C:\\source\\PalisadeApp.msi";
+constexpr DWORD64 payloadSize = 1000;
+constexpr int actionStart = 0x08000000;
 
 /// Ends the process when a run takes too long: a slot that never returns can't be left in any other way.
 class Watchdog {
@@ -77,15 +44,6 @@ class Watchdog {
 
 }  // namespace
 
-std::vector<std::string> RunOutcome::order() const {
-    std::vector<std::string> lines;
-    for (const auto& call : slots) {
-        if (call.slot.ends_with("Progress")) continue;
-        lines.push_back(call.package.empty() ? call.slot : call.slot + ' ' + toUtf8(call.package));
-    }
-    return lines;
-}
-
 const SlotCall* RunOutcome::find(std::string_view slot) const {
     const auto found = std::ranges::find(slots, slot, &SlotCall::slot);
     return found == slots.end() ? nullptr : &*found;
@@ -93,24 +51,20 @@ const SlotCall* RunOutcome::find(std::string_view slot) const {
 
 EngineRun::EngineRun(SmallEngine& engineUsed, IBootstrapperApplication& applicationRun, EngineScript runScript,
                      SlotHook slotHook)
-    : engine(engineUsed), application(applicationRun), script(std::move(runScript)), hook(std::move(slotHook)) {
-    updatePackage.id = script.bundleId;
-    updatePackage.payloads = {{.id = script.bundleId, .source = PayloadSource::download}};
-    engine.answers.packageCount = static_cast<DWORD>(script.packages.size());
-}
+    : engine(engineUsed), application(applicationRun), script(std::move(runScript)), hook(std::move(slotHook)) {}
 
 // The calls of the slots, noted and told.
 
 HRESULT EngineRun::interpret(int answer) {
-    if (answer == IDCANCEL || answer == IDABORT) return userExit;
+    if (answer == IDCANCEL || answer == IDABORT) return hresultFromWin32(userExitCode);
     constexpr int refused = -1;
     return answer == refused ? HRESULT_FROM_WIN32(ERROR_INSTALL_FAILURE) : S_OK;
 }
 
-size_t EngineRun::entered(const char* slot, const std::wstring& package) {
-    if (hook) hook({.slot = slot, .package = package, .returned = false, .result = 0});
+size_t EngineRun::entered(const char* slot) {
+    if (hook) hook({.slot = slot, .returned = false, .result = 0});
     const std::lock_guard guard(slotLock);
-    outcome.slots.push_back({.slot = slot, .package = package, .threadId = GetCurrentThreadId()});
+    outcome.slots.push_back({.slot = slot});
     return outcome.slots.size() - 1;
 }
 
@@ -122,25 +76,15 @@ void EngineRun::returned(size_t index, int result) {
         outcome.slots[index].result = result;
         call = outcome.slots[index];
     }
-    if (hook) hook({.slot = call.slot, .package = call.package, .returned = true, .result = result});
+    if (hook) hook({.slot = call.slot, .returned = true, .result = result});
 }
 
 std::string EngineRun::openSlots() {
     const std::lock_guard guard(slotLock);
     std::string text;
-    for (const auto& call : outcome.slots) {
-        if (!call.returned) text += ' ' + call.slot + ' ' + toUtf8(call.package);
-    }
+    for (const auto& call : outcome.slots)
+        if (!call.returned) text += ' ' + call.slot;
     return text;
-}
-
-int EngineRun::systemShutdown(DWORD endSession) {
-    int answer = 0;
-    std::thread([&] {
-        const int recommendation = endSession & criticalEnd ? IDOK : IDCANCEL;
-        answer = ask<&App::OnSystemShutdown>("OnSystemShutdown", {}, endSession, recommendation);
-    }).join();
-    return answer;
 }
 
 // The engine's own loop.
@@ -148,13 +92,13 @@ int EngineRun::systemShutdown(DWORD endSession) {
 RunOutcome EngineRun::run() {
     {
         const Watchdog watchdog(script.hangBound, [this] { return openSlots(); });
-        outcome.startup = ask<&App::OnStartup>("OnStartup", {});
+        outcome.startup = ask<&App::OnStartup>("OnStartup");
         if (SUCCEEDED(outcome.startup)) {
             serve();
         } else {
             outcome.exitCode = static_cast<DWORD>(outcome.startup);
         }
-        outcome.shutdown = ask<&App::OnShutdown>("OnShutdown", {});
+        outcome.shutdown = ask<&App::OnShutdown>("OnShutdown");
     }
     return std::move(outcome);
 }
@@ -210,104 +154,157 @@ bool EngineRun::waitForRequest() {
     }
 }
 
-// Detect.
+// Detect and plan.
 
 void EngineRun::detect() {
-    HRESULT hr = detectMachine();
-    if (SUCCEEDED(hr)) hr = script.detect;
-    ask<&App::OnDetectComplete>("OnDetectComplete", {}, hr);
+    const bool present = script.package == BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
+    HRESULT hr = check<&App::OnDetectBegin>("OnDetectBegin", BOOL{present}, DWORD{1});
+    if (SUCCEEDED(hr)) hr = check<&App::OnDetectPackageBegin>("OnDetectPackageBegin", package);
+    detected = SUCCEEDED(hr);
+    if (detected) ask<&App::OnDetectPackageComplete>("OnDetectPackageComplete", package, hr, script.package);
+    ask<&App::OnDetectComplete>("OnDetectComplete", hr);
 }
 
-HRESULT EngineRun::detectMachine() {
-    const auto count = static_cast<DWORD>(script.packages.size());
-    HRESULT hr = check<&App::OnDetectBegin>("OnDetectBegin", {}, script.installed, count);
-    for (const auto& bundle : script.relatedBundles) {
-        if (FAILED(hr)) return hr;
-        hr = check<&App::OnDetectRelatedBundle>("OnDetectRelatedBundle", {}, bundle.id.c_str(), bundle.relation, L"",
-                                                TRUE, bundle.version, bundle.operation);
+void EngineRun::plan(BOOTSTRAPPER_ACTION wanted) {
+    action = BOOTSTRAPPER_ACTION_STATE_NONE;
+    HRESULT hr = check<&App::OnPlanBegin>("OnPlanBegin", DWORD{1});
+    planned = SUCCEEDED(hr);
+    if (planned) hr = planPackage(wanted);
+    ask<&App::OnPlanComplete>("OnPlanComplete", hr);
+}
+
+HRESULT EngineRun::planPackage(BOOTSTRAPPER_ACTION wanted) {
+    const bool removes = wanted == BOOTSTRAPPER_ACTION_UNINSTALL;
+    auto requested = removes ? BOOTSTRAPPER_REQUEST_STATE_ABSENT : BOOTSTRAPPER_REQUEST_STATE_PRESENT;
+    HRESULT hr = check<&App::OnPlanPackageBegin>("OnPlanPackageBegin", package, &requested);
+    // A package that detection did not come to, for it was cancelled before, has no state to plan from.
+    if (SUCCEEDED(hr) && !detected) hr = E_INVALIDARG;
+    const bool present = script.package == BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
+    auto back = BOOTSTRAPPER_ACTION_STATE_NONE;
+    if (SUCCEEDED(hr) && present == removes) {
+        action = removes ? BOOTSTRAPPER_ACTION_STATE_UNINSTALL : BOOTSTRAPPER_ACTION_STATE_INSTALL;
+        back = removes ? BOOTSTRAPPER_ACTION_STATE_INSTALL : BOOTSTRAPPER_ACTION_STATE_UNINSTALL;
     }
-    if (SUCCEEDED(hr) && !script.updateLocation.empty()) hr = detectUpdate();
-    for (const auto& package : script.packages) {
-        if (FAILED(hr)) return hr;
-        hr = detectPackage(package);
-    }
+    ask<&App::OnPlanPackageComplete>("OnPlanPackageComplete", package, hr, script.package, requested, action, back);
     return hr;
 }
 
-HRESULT EngineRun::detectUpdate() {
-    const auto* location = script.updateLocation.c_str();
-    const HRESULT hr = check<&App::OnDetectUpdateBegin>("OnDetectUpdateBegin", {}, location, noAction);
-    ask<&App::OnDetectUpdateComplete>("OnDetectUpdateComplete", {}, hr, nullptr);
-    return hr;
+// Apply.
+
+void EngineRun::apply() {
+    const HRESULT hr = applyPlan();
+    outcome.apply = hr;
+    ask<&App::OnApplyComplete>("OnApplyComplete", hr, BOOTSTRAPPER_APPLY_RESTART_NONE);
 }
 
-HRESULT EngineRun::detectPackage(const ScriptedPackage& package) {
-    const auto* id = package.id.c_str();
-    HRESULT hr = check<&App::OnDetectPackageBegin>("OnDetectPackageBegin", package.id, id);
+HRESULT EngineRun::applyPlan() {
+    ask<&App::OnApplyPhaseCount>("OnApplyPhaseCount", DWORD{2});
+    HRESULT hr = check<&App::OnApplyBegin>("OnApplyBegin");
+    if (FAILED(hr) || !planned) return hr;
+    if (hr = check<&App::OnElevate>("OnElevate"); FAILED(hr)) return hr;
+    hr = check<&App::OnRegisterBegin>("OnRegisterBegin");
+    ask<&App::OnRegisterComplete>("OnRegisterComplete", hr);
     if (FAILED(hr)) return hr;
-    const auto featureState = package.state == BOOTSTRAPPER_PACKAGE_STATE_PRESENT ? BOOTSTRAPPER_FEATURE_STATE_LOCAL
-                                                                                  : BOOTSTRAPPER_FEATURE_STATE_ABSENT;
-    for (const auto& feature : package.features) {
-        if (FAILED(hr)) break;
-        hr = check<&App::OnDetectMsiFeature>("OnDetectMsiFeature", package.id, id, feature.c_str(), featureState);
-    }
-    if (SUCCEEDED(hr)) hr = package.detect;
-    if (SUCCEEDED(hr)) detected.insert(package.id);
-    ask<&App::OnDetectPackageComplete>("OnDetectPackageComplete", package.id, id, hr, package.state);
+    hr = cacheAndExecute();
+    ask<&App::OnUnregisterBegin>("OnUnregisterBegin");
+    ask<&App::OnUnregisterComplete>("OnUnregisterComplete", S_OK);
     return hr;
 }
 
-// Plan.
-
-void EngineRun::plan(BOOTSTRAPPER_ACTION action) {
-    planned.clear();
-    HRESULT hr = planPackages(action);
-    if (SUCCEEDED(hr)) hr = script.plan;
-    ask<&App::OnPlanComplete>("OnPlanComplete", {}, hr);
+HRESULT EngineRun::cacheAndExecute() {
+    if (action == BOOTSTRAPPER_ACTION_STATE_NONE) return S_OK;
+    cacheResult = S_OK;
+    std::thread cacheThread;
+    // An uninstall has nothing to cache, and the slots are not called.
+    if (action == BOOTSTRAPPER_ACTION_STATE_INSTALL) cacheThread = std::thread([this] { cache(); });
+    HRESULT hr = S_OK;
+    if (!script.parallelCache && cacheThread.joinable()) cacheThread.join();
+    if (SUCCEEDED(cacheResult) || script.parallelCache) {
+        hr = check<&App::OnExecuteBegin>("OnExecuteBegin", DWORD{1});
+        if (cacheThread.joinable()) cacheThread.join();
+        if (SUCCEEDED(hr)) hr = cacheResult;
+        if (SUCCEEDED(hr)) hr = execute();
+        ask<&App::OnExecuteComplete>("OnExecuteComplete", hr);
+    }
+    return FAILED(hr) ? hr : cacheResult.load();
 }
 
-HRESULT EngineRun::planPackages(BOOTSTRAPPER_ACTION action) {
-    const auto count = static_cast<DWORD>(script.packages.size());
-    HRESULT hr = check<&App::OnPlanBegin>("OnPlanBegin", {}, count);
-    planBegun = SUCCEEDED(hr);
-    if (!planBegun) return hr;
-    if (action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE || action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED)
-        return engine.updateSet() ? planPackage(updatePackage, action) : S_OK;
-    for (const auto& bundle : script.relatedBundles) {
-        auto requested = BOOTSTRAPPER_REQUEST_STATE_NONE;
-        hr = check<&App::OnPlanRelatedBundle>("OnPlanRelatedBundle", {}, bundle.id.c_str(), &requested);
+// The cache thread.
+
+void EngineRun::cache() {
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    HRESULT hr = check<&App::OnCacheBegin>("OnCacheBegin");
+    if (SUCCEEDED(hr)) hr = cachePackage();
+    cacheResult = hr;
+    ask<&App::OnCacheComplete>("OnCacheComplete", hr);
+    CoUninitialize();
+}
+
+HRESULT EngineRun::cachePackage() {
+    HRESULT hr = check<&App::OnCachePackageBegin>("OnCachePackageBegin", package, DWORD{1}, payloadSize);
+    if (SUCCEEDED(hr)) hr = acquire();
+    if (SUCCEEDED(hr)) hr = check<&App::OnCacheVerifyBegin>("OnCacheVerifyBegin", package, package);
+    if (SUCCEEDED(hr)) ask<&App::OnCacheVerifyComplete>("OnCacheVerifyComplete", package, package, hr, noAction);
+    if (SUCCEEDED(hr)) hr = check<&App::OnProgress>("OnProgress", DWORD{50}, DWORD{50});
+    ask<&App::OnCachePackageComplete>("OnCachePackageComplete", package, hr, noAction);
+    return hr;
+}
+
+/// Attempts until one succeeds or the application does not answer IDRETRY.
+HRESULT EngineRun::acquire() {
+    const auto operation = script.downloads ? BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD : BOOTSTRAPPER_CACHE_OPERATION_COPY;
+    for (size_t attempt = 0;; ++attempt) {
+        if (script.downloads) {
+            const int answer = ask<&App::OnResolveSource>("OnResolveSource", package, package, localSource, address);
+            if (FAILED(interpret(answer))) return interpret(answer);
+            if (answer != resultDownload) return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+        }
+        HRESULT hr = check<&App::OnCacheAcquireBegin>("OnCacheAcquireBegin", package, package, operation,
+                                                      script.downloads ? address : localSource);
+        if (FAILED(hr)) return hr;
+        hr = transfer(attempt < script.acquire.size() ? script.acquire[attempt] : S_OK);
+        const int answer = ask<&App::OnCacheAcquireComplete>("OnCacheAcquireComplete", package, package, hr, noAction);
+        if (SUCCEEDED(hr) || answer != IDRETRY) return hr;
+    }
+}
+
+/// An attempt that fails breaks off half way.
+HRESULT EngineRun::transfer(HRESULT result) {
+    for (const DWORD percent : {0, 50, 100}) {
+        if (FAILED(result) && percent == 100) break;
+        const HRESULT hr = check<&App::OnCacheAcquireProgress>("OnCacheAcquireProgress", package, package,
+                                                               payloadSize * percent / 100, payloadSize, percent);
         if (FAILED(hr)) return hr;
     }
-    for (size_t index = 0; SUCCEEDED(hr) && index < script.packages.size(); ++index) {
-        // Packages go in the reverse of the order in which they came.
-        const bool removes = action == BOOTSTRAPPER_ACTION_UNINSTALL;
-        hr = planPackage(script.packages[removes ? script.packages.size() - 1 - index : index], action);
-    }
+    return result;
+}
+
+// Execution, and the way back, which can't be cancelled: answers are not heeded there.
+
+HRESULT EngineRun::execute() {
+    const HRESULT hr = executePackage();
+    if (SUCCEEDED(hr)) return hr;
+    ask<&App::OnExecutePackageBegin>("OnExecutePackageBegin", package, FALSE);
+    ask<&App::OnProgress>("OnProgress", DWORD{0}, DWORD{0});
+    ask<&App::OnExecutePackageComplete>("OnExecutePackageComplete", package, S_OK, BOOTSTRAPPER_APPLY_RESTART_NONE,
+                                        noAction);
     return hr;
 }
 
-HRESULT EngineRun::planPackage(const ScriptedPackage& package, BOOTSTRAPPER_ACTION action) {
-    const auto* id = package.id.c_str();
-    // A package that detection did not come to, for it failed or was cancelled before, has no state to plan from.
-    const bool known = &package == &updatePackage || detected.contains(package.id);
-    const auto state = known ? package.state : BOOTSTRAPPER_PACKAGE_STATE_UNKNOWN;
-    const bool present = state == BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
-    auto requested = defaultRequest(action, present);
-    HRESULT hr = isPlannable(action) ? check<&App::OnPlanPackageBegin>("OnPlanPackageBegin", package.id, id, &requested)
-                                     : E_INVALIDARG;
-    if (SUCCEEDED(hr) && !known) hr = E_INVALIDARG;
-    for (const auto& feature : package.features) {
-        if (FAILED(hr)) break;
-        auto featureState = BOOTSTRAPPER_FEATURE_STATE_UNKNOWN;
-        hr = check<&App::OnPlanMsiFeature>("OnPlanMsiFeature", package.id, id, feature.c_str(), &featureState);
+HRESULT EngineRun::executePackage() {
+    for (;;) {
+        HRESULT hr = check<&App::OnExecutePackageBegin>("OnExecutePackageBegin", package, TRUE);
+        if (SUCCEEDED(hr)) hr = check<&App::OnExecuteProgress>("OnExecuteProgress", package, DWORD{50}, DWORD{75});
+        for (const auto& text : script.actions)
+            if (SUCCEEDED(hr))
+                hr = check<&App::OnExecuteMsiMessage>("OnExecuteMsiMessage", package, actionStart, UINT{0},
+                                                      text.c_str(), DWORD{0}, static_cast<LPCWSTR*>(nullptr), noAction);
+        if (SUCCEEDED(hr)) hr = script.execute;
+        if (SUCCEEDED(hr)) hr = check<&App::OnProgress>("OnProgress", DWORD{100}, DWORD{100});
+        const int answer = ask<&App::OnExecutePackageComplete>("OnExecutePackageComplete", package, hr,
+                                                               BOOTSTRAPPER_APPLY_RESTART_NONE, noAction);
+        if (SUCCEEDED(hr) || answer != IDRETRY) return hr;
     }
-    if (SUCCEEDED(hr)) hr = package.plan;
-    const auto execute = SUCCEEDED(hr) ? executeState(requested, present) : BOOTSTRAPPER_ACTION_STATE_NONE;
-    const auto rollback = rollbackState(execute);
-    ask<&App::OnPlanPackageComplete>("OnPlanPackageComplete", package.id, id, hr, state, requested, execute, rollback);
-    if (execute != BOOTSTRAPPER_ACTION_STATE_NONE)
-        planned.push_back({&package, execute, rollback, Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr))});
-    return hr;
 }
 
 }  // namespace pdx

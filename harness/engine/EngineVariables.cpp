@@ -1,30 +1,11 @@
 #include "harness/engine/EngineVariables.h"
 
 #include <mutex>
+#include <utility>
 
 namespace pdx {
 
-namespace {
-
-/// Variables that refer to each other in a ring would be followed for ever.
-constexpr int maxFormatDepth = 16;
-
-struct AsText {
-    std::wstring operator()(int64_t number) const { return std::to_wstring(number); }
-    std::wstring operator()(const std::wstring& text) const { return text; }
-    std::wstring operator()(EngineVariables::Version version) const {
-        std::wstring text;
-        for (int shift = 48; shift >= 0; shift -= 16) {
-            text += std::to_wstring(version.value >> shift & 0xffff);
-            if (shift > 0) text += L'.';
-        }
-        return text;
-    }
-};
-
-}  // namespace
-
-void EngineVariables::set(std::wstring_view name, Value value) {
+void EngineVariables::set(std::wstring_view name, std::wstring value) {
     const std::lock_guard guard(lock);
     values.insert_or_assign(std::wstring(name), std::move(value));
 }
@@ -34,22 +15,14 @@ void EngineVariables::erase(std::wstring_view name) {
     if (const auto found = values.find(name); found != values.end()) values.erase(found);
 }
 
-std::optional<EngineVariables::Value> EngineVariables::get(std::wstring_view name) const {
+std::optional<std::wstring> EngineVariables::text(std::wstring_view name) const {
     const std::lock_guard guard(lock);
     const auto found = values.find(name);
     if (found == values.end()) return std::nullopt;
     return found->second;
 }
 
-std::optional<std::wstring> EngineVariables::text(std::wstring_view name) const {
-    const auto value = get(name);
-    if (!value) return std::nullopt;
-    return std::visit(AsText(), *value);
-}
-
-std::wstring EngineVariables::format(std::wstring_view text) const { return format(text, 0); }
-
-std::wstring EngineVariables::format(std::wstring_view text, int depth) const {
+std::wstring EngineVariables::format(std::wstring_view text) const {
     std::wstring result;
     while (!text.empty()) {
         const size_t open = text.find(L'[');
@@ -62,7 +35,7 @@ std::wstring EngineVariables::format(std::wstring_view text, int depth) const {
         } else if (reference.size() > 1 && reference[0] == L'\\') {
             result += reference[1];
         } else if (const auto value = this->text(reference)) {
-            result += depth < maxFormatDepth ? format(*value, depth + 1) : *value;
+            result += format(*value);
         }
         text.remove_prefix(close + 1);
     }

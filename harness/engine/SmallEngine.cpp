@@ -1,7 +1,6 @@
 #include "harness/engine/SmallEngine.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <mutex>
 #include <stdexcept>
 #include <utility>
@@ -14,7 +13,6 @@ namespace {
 
 constexpr auto moreData = static_cast<HRESULT>(0x800700EA);
 constexpr auto notFound = static_cast<HRESULT>(0x80070490);
-constexpr DWORD sha1Size = 20;
 
 bool isEmpty(LPCWSTR text) { return !text || !*text; }
 
@@ -96,7 +94,7 @@ std::optional<EngineRequest> SmallEngine::takeRequest() {
 void SmallEngine::record(const char* operation, std::vector<std::wstring> arguments) {
     if (!recordsKept) return;
     const std::lock_guard guard(lock);
-    recorded.push_back({operation, std::move(arguments), GetCurrentThreadId()});
+    recorded.push_back({operation, std::move(arguments)});
 }
 
 void SmallEngine::post(EngineRequest::Kind kind, DWORD argument) {
@@ -120,42 +118,22 @@ ULONG SmallEngine::AddRef() { return ++referenceCount; }
 
 ULONG SmallEngine::Release() { return --referenceCount; }
 
-HRESULT SmallEngine::GetPackageCount(DWORD* count) {
-    *count = answers.packageCount;
-    return S_OK;
-}
-
-HRESULT SmallEngine::GetVariableNumeric(LPCWSTR name, LONGLONG* value) {
-    if (isEmpty(name) || !value) return E_INVALIDARG;
-    const auto found = variables.get(name);
-    if (!found) return notFound;
-    if (const auto* number = std::get_if<int64_t>(&*found)) {
-        *value = *number;
-    } else if (const auto* version = std::get_if<EngineVariables::Version>(&*found)) {
-        *value = static_cast<LONGLONG>(version->value);
-    } else {
-        const auto& text = std::get<std::wstring>(*found);
-        wchar_t* end = nullptr;
-        *value = std::wcstoll(text.c_str(), &end, 10);
-        if (text.empty() || *end) return DISP_E_TYPEMISMATCH;
-    }
-    return S_OK;
-}
+HRESULT SmallEngine::GetPackageCount(DWORD*) { return E_NOTIMPL; }
+HRESULT SmallEngine::GetVariableNumeric(LPCWSTR, LONGLONG*) { return E_NOTIMPL; }
+HRESULT SmallEngine::GetVariableVersion(LPCWSTR, DWORD64*) { return E_NOTIMPL; }
+HRESULT SmallEngine::EvaluateCondition(LPCWSTR, BOOL*) { return E_NOTIMPL; }
+HRESULT SmallEngine::SendEmbeddedError(DWORD, LPCWSTR, DWORD, int*) { return E_NOTIMPL; }
+HRESULT SmallEngine::SetLocalSource(LPCWSTR, LPCWSTR, LPCWSTR) { return E_NOTIMPL; }
+HRESULT SmallEngine::SetDownloadSource(LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR) { return E_NOTIMPL; }
+HRESULT SmallEngine::SetVariableVersion(LPCWSTR, DWORD64) { return E_NOTIMPL; }
+HRESULT SmallEngine::CloseSplashScreen() { return E_NOTIMPL; }
+HRESULT SmallEngine::Elevate(HWND) { return E_NOTIMPL; }
+HRESULT SmallEngine::LaunchApprovedExe(HWND, LPCWSTR, LPCWSTR, DWORD) { return E_NOTIMPL; }
 
 HRESULT SmallEngine::GetVariableString(LPCWSTR name, LPWSTR value, DWORD* size) {
     if (isEmpty(name) || !size) return E_INVALIDARG;
     const auto text = variables.text(name);
     return text ? copyOut(*text, value, size, SizeCounts::withZero) : notFound;
-}
-
-HRESULT SmallEngine::GetVariableVersion(LPCWSTR name, DWORD64* value) {
-    if (isEmpty(name) || !value) return E_INVALIDARG;
-    const auto found = variables.get(name);
-    if (!found) return notFound;
-    const auto* version = std::get_if<EngineVariables::Version>(&*found);
-    if (!version) return DISP_E_TYPEMISMATCH;
-    *value = version->value;
-    return S_OK;
 }
 
 HRESULT SmallEngine::FormatString(LPCWSTR in, LPWSTR out, DWORD* size) {
@@ -168,20 +146,12 @@ HRESULT SmallEngine::EscapeString(LPCWSTR in, LPWSTR out, DWORD* size) {
     return copyOut(EngineVariables::escape(in), out, size, SizeCounts::withoutZero);
 }
 
-HRESULT SmallEngine::EvaluateCondition(LPCWSTR, BOOL*) { return E_NOTIMPL; }
-
 HRESULT SmallEngine::Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR message) {
     ++logLines;
     if (!recordsKept) return S_OK;
     const std::lock_guard guard(lock);
     logged.push_back({level, message ? message : L""});
     return S_OK;
-}
-
-HRESULT SmallEngine::SendEmbeddedError(DWORD code, LPCWSTR message, DWORD uiHint, int* result) {
-    record("SendEmbeddedError", {std::to_wstring(code), shown(message), std::to_wstring(uiHint)});
-    if (SUCCEEDED(answers.embeddedProgress)) *result = answers.embeddedResult;
-    return answers.embeddedProgress;
 }
 
 HRESULT SmallEngine::SendEmbeddedProgress(DWORD progress, DWORD overall, int* result) {
@@ -194,54 +164,24 @@ HRESULT SmallEngine::SetUpdate(LPCWSTR localSource, LPCWSTR downloadSource, DWOR
                                BOOTSTRAPPER_UPDATE_HASH_TYPE hashType, BYTE* hash, DWORD hashSize) {
     record("SetUpdate", {shown(localSource), shown(downloadSource), std::to_wstring(size), std::to_wstring(hashType),
                          hash ? L"hash" : L"null", std::to_wstring(hashSize)});
-    const bool someSource = !isEmpty(localSource) || !isEmpty(downloadSource);
-    const bool fits =
-        hashType == BOOTSTRAPPER_UPDATE_HASH_TYPE_NONE ? !hash && hashSize == 0 : hash && hashSize == sha1Size;
-    if (someSource && !fits) return E_INVALIDARG;
-    if (FAILED(answers.setUpdate)) return answers.setUpdate;
-    updateGiven = someSource;
-    return S_OK;
-}
-
-HRESULT SmallEngine::SetLocalSource(LPCWSTR package, LPCWSTR payload, LPCWSTR path) {
-    record("SetLocalSource", {shown(package), shown(payload), shown(path)});
-    return S_OK;
-}
-
-HRESULT SmallEngine::SetDownloadSource(LPCWSTR package, LPCWSTR payload, LPCWSTR url, LPCWSTR user, LPCWSTR password) {
-    record("SetDownloadSource", {shown(package), shown(payload), shown(url), shown(user), shown(password)});
-    return S_OK;
-}
-
-HRESULT SmallEngine::setVariable(LPCWSTR name, std::optional<EngineVariables::Value> value) {
-    if (isEmpty(name)) return E_INVALIDARG;
-    if (FAILED(answers.setVariable)) return answers.setVariable;
-    if (value) {
-        variables.set(name, std::move(*value));
-    } else {
-        variables.erase(name);
-    }
-    return S_OK;
+    return answers.setUpdate;
 }
 
 HRESULT SmallEngine::SetVariableNumeric(LPCWSTR name, LONGLONG value) {
     record("SetVariableNumeric", {shown(name), std::to_wstring(value)});
-    return setVariable(name, EngineVariables::Value(int64_t(value)));
+    if (isEmpty(name)) return E_INVALIDARG;
+    variables.set(name, std::to_wstring(value));
+    return S_OK;
 }
 
 HRESULT SmallEngine::SetVariableString(LPCWSTR name, LPCWSTR value) {
     record("SetVariableString", {shown(name), shown(value)});
+    if (isEmpty(name)) return E_INVALIDARG;
     // A null value takes the variable away.
-    return setVariable(name, value ? std::optional<EngineVariables::Value>(value) : std::nullopt);
-}
-
-HRESULT SmallEngine::SetVariableVersion(LPCWSTR name, DWORD64 value) {
-    record("SetVariableVersion", {shown(name), std::to_wstring(value)});
-    return setVariable(name, EngineVariables::Value(EngineVariables::Version{value}));
-}
-
-HRESULT SmallEngine::CloseSplashScreen() {
-    record("CloseSplashScreen", {});
+    if (value)
+        variables.set(name, value);
+    else
+        variables.erase(name);
     return S_OK;
 }
 
@@ -259,11 +199,6 @@ HRESULT SmallEngine::Plan(BOOTSTRAPPER_ACTION action) {
     return S_OK;
 }
 
-HRESULT SmallEngine::Elevate(HWND parent) {
-    record("Elevate", {shown(parent)});
-    return S_OK;
-}
-
 HRESULT SmallEngine::Apply(HWND parent) {
     record("Apply", {shown(parent)});
     if (answers.refused == "Apply") return E_FAIL;
@@ -274,11 +209,6 @@ HRESULT SmallEngine::Apply(HWND parent) {
 HRESULT SmallEngine::Quit(DWORD exitCode) {
     record("Quit", {std::to_wstring(exitCode)});
     post(EngineRequest::Kind::quit, exitCode);
-    return S_OK;
-}
-
-HRESULT SmallEngine::LaunchApprovedExe(HWND parent, LPCWSTR id, LPCWSTR arguments, DWORD timeout) {
-    record("LaunchApprovedExe", {shown(parent), shown(id), shown(arguments), std::to_wstring(timeout)});
     return S_OK;
 }
 

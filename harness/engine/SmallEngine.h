@@ -18,7 +18,6 @@ namespace pdx {
 struct EngineCall {
     std::string operation;
     std::vector<std::wstring> arguments;
-    DWORD threadId;
 
     /// "SetVariableString(PDX_REPAIR, 1)".
     [[nodiscard]] std::string text() const;
@@ -37,7 +36,8 @@ struct EngineRequest {
 };
 
 /// The caller owns the object; AddRef and Release only count, so that a test sees what is still held. Every operation
-/// may be called on any thread. Results are those of the real engine: 0x80070490 for a variable that is not there,
+/// may be called on any thread; those that the library does not call answer E_NOTIMPL. Results are those of the real
+/// engine: 0x80070490 for a variable that is not there,
 /// 0x800700EA with the size that is needed for a buffer that is too small, E_INVALIDARG for a null or empty name.
 class SmallEngine : public IBootstrapperEngine {
   public:
@@ -48,11 +48,9 @@ class SmallEngine : public IBootstrapperEngine {
 
     /// What the answers of the engine can be set to before a run.
     struct Answers {
-        DWORD packageCount = 0;
-        HRESULT embeddedProgress = S_OK;  ///< SendEmbeddedProgress and SendEmbeddedError
-        int embeddedResult = 0;           ///< what they write
-        HRESULT setVariable = S_OK;       ///< a failure here leaves the variable as it was
-        HRESULT setUpdate = S_OK;         ///< of a call that is none of the wrong ones
+        HRESULT embeddedProgress = S_OK;  ///< SendEmbeddedProgress
+        int embeddedResult = 0;           ///< what it writes
+        HRESULT setUpdate = S_OK;
         std::string_view refused;         ///< "Detect", "Plan" or "Apply": fails with E_FAIL, and nothing follows
     };
     Answers answers;
@@ -69,7 +67,6 @@ class SmallEngine : public IBootstrapperEngine {
     /// All recorded calls in their order, or those of one operation.
     [[nodiscard]] std::vector<EngineCall> calls(std::string_view operation = {}) const;
     [[nodiscard]] std::vector<std::string> callTexts(std::string_view operation = {}) const;
-    [[nodiscard]] bool updateSet() const { return updateGiven; }
     /// References held by others than the owner.
     [[nodiscard]] ULONG references() const { return referenceCount - 1; }
 
@@ -87,7 +84,6 @@ class SmallEngine : public IBootstrapperEngine {
     HRESULT STDMETHODCALLTYPE GetVariableVersion(LPCWSTR name, DWORD64* value) override;
     HRESULT STDMETHODCALLTYPE FormatString(LPCWSTR in, LPWSTR out, DWORD* size) override;
     HRESULT STDMETHODCALLTYPE EscapeString(LPCWSTR in, LPWSTR out, DWORD* size) override;
-    /// Not offered: E_NOTIMPL.
     HRESULT STDMETHODCALLTYPE EvaluateCondition(LPCWSTR condition, BOOL* result) override;
     HRESULT STDMETHODCALLTYPE Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR message) override;
     HRESULT STDMETHODCALLTYPE SendEmbeddedError(DWORD code, LPCWSTR message, DWORD uiHint, int* result) override;
@@ -111,7 +107,6 @@ class SmallEngine : public IBootstrapperEngine {
   private:
     void record(const char* operation, std::vector<std::wstring> arguments);
     void post(EngineRequest::Kind kind, DWORD argument);
-    HRESULT setVariable(LPCWSTR name, std::optional<EngineVariables::Value> value);
 
     mutable Lock lock;
     std::vector<EngineCall> recorded;
@@ -121,7 +116,6 @@ class SmallEngine : public IBootstrapperEngine {
     std::atomic<ULONG> referenceCount = 1;
     std::atomic<size_t> logLines = 0;
     std::atomic<bool> recordsKept = true;
-    std::atomic<bool> updateGiven = false;
 };
 
 }  // namespace pdx

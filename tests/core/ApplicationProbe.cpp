@@ -2,6 +2,7 @@
 
 #include <regex>
 
+#include "core/SlotGuard.h"
 #include "platform/Paths.h"
 
 namespace pdx {
@@ -119,6 +120,7 @@ Bench::~Bench() { release(); }
 ProbedApplication& Bench::app() {
     if (!application) {
         application = new ProbedApplication(&engine, &command, 0, 1000, uiThreadRoutine, telemetryMaker, world.hooks());
+        guarded = guardSlots(application);
         telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
     }
     return *application;
@@ -130,12 +132,13 @@ std::vector<std::string> Bench::told() {
 }
 
 void Bench::release() {
-    if (application) application->Release();
+    if (guarded) guarded->Release();
+    guarded = nullptr;
     application = nullptr;
 }
 
 RunOutcome Bench::run(EngineScript script, SlotHook hook) {
-    return EngineRun(engine, app(), std::move(script), std::move(hook)).run();
+    return EngineRun(engine, slots(), std::move(script), std::move(hook)).run();
 }
 
 }  // namespace pdx

@@ -108,6 +108,8 @@ class Bench {
 
     /// Made on first use, so that a test can set variables before.
     ProbedApplication& app();
+    /// The application as the engine calls it.
+    IBootstrapperApplication& slots() { return app(), *guarded; }
     /// What has been told so far, the making of the application included.
     std::vector<std::string> told();
     nlohmann::json attributes(const std::string& name) { return app(), telemetry->attributes(name); }
@@ -127,6 +129,7 @@ class Bench {
     UiThread uiThreadRoutine;
     MakeTelemetry telemetryMaker;
     ProbedApplication* application = nullptr;
+    IBootstrapperApplication* guarded = nullptr;
     std::shared_ptr<RecordingTelemetry> telemetry;
 };
 

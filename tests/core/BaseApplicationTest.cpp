@@ -69,9 +69,13 @@ TEST(BaseApplication, EndsApplyingAndAsksForARestart) {
 TEST(BaseApplication, TellsItsParentEveryKindOfProgress) {
     BaseBench bench(BOOTSTRAPPER_DISPLAY_EMBEDDED);
     Base& base = *bench.base;
-    base.OnProgress(3, 4);
+    bench.engine.answers.embeddedResult = IDOK;
+    EXPECT_EQ(base.OnProgress(3, 4), IDOK);
     base.OnCacheAcquireProgress(L"p", L"l", 1, 2, 50);
     base.OnExecuteProgress(L"p", 5, 6);
+    BaseBench alone;
+    EXPECT_EQ(alone.base->OnProgress(3, 4), 0);
+    EXPECT_TRUE(alone.engine.calls().empty());
     EXPECT_EQ(bench.engine.callTexts("SendEmbeddedProgress"),
               (std::vector<std::string>{"SendEmbeddedProgress(3, 4)", "SendEmbeddedProgress(3, 4)",
                                         "SendEmbeddedProgress(5, 6)"}));

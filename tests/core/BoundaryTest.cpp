@@ -11,7 +11,7 @@ namespace {
 
 TEST(Boundary, CountsReferencesAndKnowsItsInterfaces) {
     Bench bench;
-    ProbedApplication& app = bench.app();
+    IBootstrapperApplication& app = bench.slots();
     EXPECT_GE(bench.engine.references(), 1u);
     EXPECT_EQ(app.QueryInterface(IID_IUnknown, nullptr), E_INVALIDARG);
     void* object = &bench;
@@ -19,26 +19,11 @@ TEST(Boundary, CountsReferencesAndKnowsItsInterfaces) {
     EXPECT_EQ(object, nullptr);
     for (const GUID& id : {IID_IUnknown, IID_IBootstrapperApplication}) {
         EXPECT_EQ(app.QueryInterface(id, &object), S_OK);
-        EXPECT_EQ(object, static_cast<IBootstrapperApplication*>(&app));
+        EXPECT_EQ(object, &app) << "guarded as the first";
         EXPECT_EQ(app.Release(), 1u);
     }
     bench.release();
     EXPECT_EQ(bench.engine.references(), 0u);
-}
-
-TEST(Boundary, TellsProgressToAnEmbeddingEngineAlone) {
-    for (const auto display : {BOOTSTRAPPER_DISPLAY_FULL, BOOTSTRAPPER_DISPLAY_EMBEDDED}) {
-        Bench bench(BOOTSTRAPPER_ACTION_INSTALL, display);
-        ProbedApplication& app = bench.app();
-        const bool embedded = display == BOOTSTRAPPER_DISPLAY_EMBEDDED;
-        bench.engine.answers.embeddedResult = IDOK;
-        EXPECT_EQ(app.OnProgress(3, 4), embedded ? IDOK : 0);
-        EXPECT_EQ(bench.engine.callTexts("SendEmbeddedProgress"),
-                  embedded ? std::vector<std::string>{"SendEmbeddedProgress(3, 4)"} : std::vector<std::string>{});
-        bench.engine.answers.embeddedProgress = E_FAIL;
-        EXPECT_EQ(app.OnProgress(5, 6), embedded ? -1 : 0);
-        EXPECT_EQ(bench.engine.findLog(L"Failed to send embedded overall progress.").has_value(), embedded);
-    }
 }
 
 TEST(Boundary, ReadsVariablesOfAnyLength) {

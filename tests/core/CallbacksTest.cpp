@@ -1,17 +1,20 @@
 // Every callback against its row: the number it leaves, the line it logs, what it makes of the context.
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
+#include "platform/Crash.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
 
 namespace pdx {
 namespace {
 
-using App = ProbedApplication;
+using App = IBootstrapperApplication;
 using Json = nlohmann::json;
 
 constexpr auto failed = static_cast<HRESULT>(0xa7ff0643);  // the system has no text for it
@@ -200,19 +203,19 @@ TEST(Callbacks, LeaveNumberLineAndContextOfTheirRow) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.function);
         Bench bench;
-        App& app = bench.app();
+        App& app = bench.slots();
         app.OnDetectPackageBegin(L"seed");
         app.OnProgress(1, 2);
         const Json seed = {{"pkid", "seed"}, {"cpct", 1}, {"opct", 2}};
-        ASSERT_EQ(app.state().context, seed);
+        ASSERT_EQ(bench.app().state().context, seed);
         bench.engine.clearLog();
 
         EXPECT_EQ(row.call(app).value_or(0), row.result);
 
         Json expected = row.rule == replace ? Json::object() : seed;
         expected.update(Json::parse(row.attributes));
-        EXPECT_EQ(app.state().context, expected);
-        EXPECT_EQ(app.state().lastOperation, row.number ? row.number : 10);
+        EXPECT_EQ(bench.app().state().context, expected);
+        EXPECT_EQ(bench.app().state().lastOperation, row.number ? row.number : 10);
         int lines = 0;
         for (const EngineLogLine& line : bench.engine.log()) lines += row.line && isLineOf(line, row);
         if (row.line)
@@ -226,10 +229,10 @@ TEST(Callbacks, LeaveNumberLineAndContextOfTheirRow) {
 
 TEST(Callbacks, AnswerACancelButNotInRollback) {
     Bench bench;
-    App& app = bench.app();
+    App& app = bench.slots();
     EXPECT_EQ(app.OnReserved57(1), 0);
-    ASSERT_TRUE(app.PromptCancel(nullptr, TRUE, nullptr, nullptr));
-    ASSERT_TRUE(app.PromptCancel(nullptr, FALSE, nullptr, nullptr)) << "a second one asks nobody";
+    ASSERT_TRUE(bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr));
+    ASSERT_TRUE(bench.app().PromptCancel(nullptr, FALSE, nullptr, nullptr)) << "a second one asks nobody";
     EXPECT_EQ(app.OnReserved57(1), IDCANCEL);
     EXPECT_EQ(app.OnReserved58(1, 2), IDCANCEL);
     EXPECT_EQ(app.OnReserved59(1, 2, 3), IDCANCEL);
@@ -263,7 +266,7 @@ Result callWildly(App& app, Result (STDMETHODCALLTYPE Slots::*slot)(Arguments...
 
 TEST(Callbacks, TakeNullsAndValuesOutOfRange) {
     Bench bench;
-    App& app = bench.app();
+    App& app = bench.slots();
     const auto callAll = [&](auto... slots) {
         for (const int32_t wild : {0x12345678, -1}) (callWildly(app, slots, wild), ...);
     };
@@ -272,7 +275,7 @@ TEST(Callbacks, TakeNullsAndValuesOutOfRange) {
             &App::OnDetectCompatiblePackage, &App::OnDetectRelatedMsiPackage, &App::OnDetectTargetMsiPackage,
             &App::OnDetectMsiFeature, &App::OnDetectPackageComplete);
     EXPECT_TRUE(bench.engine.findLog(L"wzBundleId=, relationType=<INVALID>, wzBundleTag=, fPerMachine=false"));
-    EXPECT_EQ(app.state().context["pkid"], "");
+    EXPECT_EQ(bench.app().state().context["pkid"], "");
     callAll(&App::OnPlanRelatedBundle, &App::OnPlanPackageBegin, &App::OnPlanCompatiblePackage,
             &App::OnPlanTargetMsiPackage, &App::OnPlanMsiFeature, &App::OnPlanPackageComplete,
             &App::OnCachePackageBegin, &App::OnCacheAcquireBegin, &App::OnCacheAcquireProgress,
@@ -286,12 +289,88 @@ TEST(Callbacks, TakeNullsAndValuesOutOfRange) {
     app.OnError(static_cast<BOOTSTRAPPER_ERROR_TYPE>(-2), nullptr, 0xFFFFFFFF, nullptr, 0xFFFFFFFF, 3, nullptr, 0);
     LPCWSTR holes[] = {nullptr, L"x", nullptr};
     app.OnExecuteMsiMessage(nullptr, 0x08000000, 0, nullptr, 3, holes, 0);
-    EXPECT_EQ(app.state().context["msiact"]["args"], ", x, ");
+    EXPECT_EQ(bench.app().state().context["msiact"]["args"], ", x, ");
     app.OnExecuteMsiMessage(nullptr, -1, 0, nullptr, 3, nullptr, 0);
     app.OnExecuteFilesInUse(nullptr, 2, nullptr);
     callAll(&App::OnExecutePackageComplete, &App::OnApplyComplete);
     EXPECT_TRUE(bench.engine.findLog(L"restart=<INVALID>"));
-    EXPECT_EQ(app.state().lastOperation, 46);
+    EXPECT_EQ(bench.app().state().lastOperation, 46);
+}
+
+/// Fails at the first line of every callback, and keeps the errors that are logged.
+struct FailingLogger : Logger {
+    void write(int32_t level, const char*, int32_t, const char* message) override {
+        if (level == logError) errors.emplace_back(message);
+        if (level == logTrace || std::string_view(message).starts_with("[STARTUP]")) fail();
+    }
+    explicit FailingLogger(std::function<void()> failure) : fail(std::move(failure)) {}
+    std::function<void()> fail;
+    std::vector<std::string> errors;
+};
+
+/// A bench whose application's callbacks fail.
+struct FailingBench : Bench {
+    explicit FailingBench(std::function<void()> failure) : logger(std::make_shared<FailingLogger>(std::move(failure))) {
+        app();
+        g_logger.set(logger);
+    }
+    ~FailingBench() { g_logger.clear(); }
+    std::shared_ptr<FailingLogger> logger;
+};
+
+/// The base class's own answers.
+struct Defaults : CBalBaseBootstrapperApplication {
+    explicit Defaults(Bench& bench) : CBalBaseBootstrapperApplication(&bench.engine, &bench.command, 0, 0) {}
+};
+
+TEST(Callbacks, KeepTheirExceptionsFromTheEngine) {
+    const auto exhausted = [] { throw std::bad_alloc(); };
+    const std::vector<std::string> last = {"OnDetectComplete", "OnPlanComplete", "OnApplyComplete"};
+    for (const Row& row : rows) {
+        if (!row.line) continue;
+        SCOPED_TRACE(row.function);
+        FailingBench bench(exhausted);
+        Defaults defaults(bench);
+        EXPECT_EQ(row.call(bench.slots()), row.call(defaults));
+        EXPECT_EQ(bench.app().state().status.status, E_OUTOFMEMORY);
+        EXPECT_EQ(bench.logger->errors.size(), 1u);
+        // Nobody else would drive the run on.
+        const bool ends = std::find(last.begin(), last.end(), row.function) != last.end();
+        EXPECT_EQ(bench.engine.callTexts("Quit"),
+                  ends ? std::vector<std::string>{"Quit(1)"} : std::vector<std::string>());
+    }
+    FailingBench bench([] { throw std::runtime_error("said"); });
+    EXPECT_EQ(bench.slots().OnStartup(), E_FAIL) << "without a detection the engine would wait for ever";
+    EXPECT_EQ(bench.app().state().status.status, E_FAIL);
+    EXPECT_EQ(bench.logger->errors, std::vector<std::string>{"Callback failed: slot=3; error=said"});
+    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+}
+
+DWORD crashCode = 0;
+
+LONG WINAPI noteCrash(EXCEPTION_POINTERS* pointers) {
+    crashCode = pointers->ExceptionRecord->ExceptionCode;
+    ExitThread(0);
+}
+
+unsigned __stdcall callAsEngine(void* slots) {
+    static_cast<IBootstrapperApplication*>(slots)->OnDetectBegin(TRUE, 1);
+    return 0;
+}
+
+TEST(Callbacks, LetPassWhatIsToEndInACrash) {
+    FailingBench bench([] { crashOnException([] { throw std::out_of_range("meant"); }); });
+    const auto terminate = std::get_terminate();
+    raiseUncaughtExceptions();
+    const auto filter = SetUnhandledExceptionFilter(noteCrash);
+    Thread engine;
+    engine.start(callAsEngine, &bench.slots());
+    engine.join();
+    SetUnhandledExceptionFilter(filter);
+    std::set_terminate(terminate);
+    EXPECT_EQ(crashCode, uncaughtExceptionCode);
+    EXPECT_EQ(crashCode & 0xC0000000, 0xC0000000) << "of severity error";
+    EXPECT_TRUE(bench.logger->errors.empty());
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 
 #include "platform/Registry.h"
@@ -34,23 +35,6 @@ bool has(const std::vector<std::string>& texts, const std::string& wanted) {
 }
 
 bool entered(const RunOutcome& outcome, const char* slot) { return outcome.find(slot) != nullptr; }
-
-TEST(Run, InstallsAndTellsTheDialogEachStep) {
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
-    const RunOutcome outcome = bench.run();
-    EXPECT_EQ(outcome.failure, "");
-    EXPECT_EQ(outcome.exitCode, 0u);
-    EXPECT_EQ(outcome.shutdown, 0);
-    auto numbers = dialog.numbers();
-    numbers.erase(std::remove(numbers.begin(), numbers.end(), UINT{WM_BA_EXECUTE_PROGRESS}), numbers.end());
-    numbers.erase(std::remove(numbers.begin(), numbers.end(), UINT{WM_BA_CACHE_ACQUIRE_PROGRESS}), numbers.end());
-    EXPECT_EQ(numbers, (std::vector<UINT>{WM_BA_DETECT_COMPLETE, WM_BA_PLAN_COMPLETE, WM_BA_CACHE_BEGIN,
-                                          WM_BA_CACHE_ACQUIRE_BEGIN, WM_BA_CACHE_ACQUIRE_COMPLETE, WM_BA_EXECUTE_BEGIN,
-                                          WM_BA_EXECUTE_PACKAGE_BEGIN, WM_BA_APPLY_COMPLETE}));
-    bench.release();
-    EXPECT_EQ(bench.engine.references(), 0u);
-}
 
 TEST(Run, EndsAtTheStartWhereTheTableSaysSo) {
     const std::tuple<const wchar_t*, bool, bool, bool> rows[] = {
@@ -188,38 +172,58 @@ TEST(Run, HoldsASecondMessageBackWhileAPromptWaits) {
     EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_CACHE_BEGIN});
 }
 
+TEST(Run, EndsItsDialogThoughAnotherLoopTakesTheFirstWord) {
+    // As a dialog that is being moved.
+    const auto moved = [](BootstrapperApplication& application) {
+        MSG message;
+        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+        application.setDialogWindow(reinterpret_cast<HWND>(1));
+        application.setDialogReady(true);
+        for (int loop = 0; loop < 2; ++loop)
+            while (GetMessageW(&message, nullptr, 0, 0) > 0) continue;
+    };
+    Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, moved);
+    EXPECT_EQ(bench.slots().OnStartup(), S_OK);
+    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+}
+
+TEST(Run, GoesOnWithoutADialogThatFailed) {
+    const auto fails = [](BootstrapperApplication&) { throw std::runtime_error("no memory for a dialog"); };
+    Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, fails);
+    EXPECT_EQ(bench.slots().OnStartup(), E_FAIL);
+    EXPECT_TRUE(bench.engine.findLog(L"The UI thread failed: no memory for a dialog"));
+    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+}
+
+/// Fails at a line that is logged while the dialog is made.
+struct FailingLogger : Logger {
+    void write(int32_t level, const char* function, int32_t line, const char* message) override {
+        if (std::string_view(message).starts_with("variable=[InstallFolder]")) throw std::bad_alloc();
+        earlier->write(level, function, line, message);
+    }
+    std::shared_ptr<Logger> earlier = g_logger.get();
+};
+
+TEST(Run, EndsAtTheStartWithADialogThatIsNotComplete) {
+    Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL, UIThreadFunc);
+    bench.app();
+    g_logger.set(std::make_shared<FailingLogger>());
+    EXPECT_EQ(bench.slots().OnStartup(), E_FAIL);
+    EXPECT_TRUE(bench.engine.findLog(L"The dialog is not complete"));
+    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+    g_logger.clear();
+}
+
 TEST(Run, PlansNothingAfterAPromptInsideADetection) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
     Bench bench;
     EngineScript script;
-    script.packages[0].state = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
+    script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
     const RunOutcome outcome = bench.run(script);
     EXPECT_EQ(outcome.failure, "");
     EXPECT_TRUE(entered(outcome, "OnDetectComplete"));
     EXPECT_FALSE(entered(outcome, "OnPlanBegin"));
     EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_PROMPT_ALREADY_INSTALLED});
-}
-
-TEST(Run, AsksForTheLibraryAnewWhenTheUserWantsARepair) {
-    const InstalledClient client;
-    AnsweringDialog dialog(
-        [](auto&, const auto& message) { return message.number == WM_BA_PROMPT_ALREADY_INSTALLED ? 2 : 0; });
-    {
-        Bench bench;
-        const RunOutcome outcome = bench.run();
-        EXPECT_EQ(outcome.shutdown, resultReloadBootstrapper);
-        EXPECT_EQ(bench.engine.callTexts("SetVariableNumeric").back(), "SetVariableNumeric(PDX_REPAIR, 1)");
-        EXPECT_EQ(bench.engine.callTexts("Quit"), (std::vector<std::string>{"Quit(0)", "Quit(0)"}));
-    }
-    // The second object finds the environment, and says what it cannot do yet.
-    Bench second(BOOTSTRAPPER_ACTION_UNINSTALL);
-    EXPECT_EQ(second.app().action(), BOOTSTRAPPER_ACTION_INSTALL);
-    const RunOutcome outcome = second.run();
-    SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
-    EXPECT_EQ(second.engine.variables.text(L"PDX_REPAIR"), L"1");
-    EXPECT_TRUE(second.engine.findLog(L"does not support repair or migration"));
-    EXPECT_FALSE(entered(outcome, "OnDetectBegin"));
-    EXPECT_EQ(outcome.exitCode, 0u);
 }
 
 TEST(Run, MakesNoRepairOfACancelledPrompt) {
@@ -270,9 +274,8 @@ TEST(Run, ReportsThePackagesOwnStatus) {
         AnsweringDialog dialog(AnsweringDialog::driveOn);
         Bench bench;
         EngineScript script;
-        script.packages[0].events = {ScriptedMessage{
-            .type = 0x08000000, .text = std::wstring(L"PDX_SET_VARIABLE:PDX_MSI_STATUS=") + row.status}};
-        script.packages[0].execute = {row.engineStatus};
+        script.actions = {std::wstring(L"PDX_SET_VARIABLE:PDX_MSI_STATUS=") + row.status};
+        script.execute = row.engineStatus;
         const RunOutcome outcome = bench.run(script);
         EXPECT_EQ(outcome.failure, "");
         const InstallStatus status = bench.app().state().status;
@@ -286,7 +289,7 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
     Bench bench;
     EngineScript script;
-    script.packages[0].execute = {static_cast<HRESULT>(0x80070005)};
+    script.execute = static_cast<HRESULT>(0x80070005);
     int completions = 0;
     HRESULT afterRollback = 0;
     const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
@@ -315,7 +318,7 @@ TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
         Bench bench;
         EngineScript script;
         script.idleBound = 500;
-        script.packages[0].events = {ScriptedMessage{.type = 0x08000000, .text = L"Action"}};
+        script.actions = {L"Action"};
         std::vector<int> begun;
         const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
             if (event.slot == slot && !event.returned) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);

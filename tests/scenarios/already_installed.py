@@ -10,7 +10,23 @@ def check_nothing_installed(scene, run, whose):
     scene.check(f"{whose} detects and plans nothing", not run.log.numbered("100") and not run.log.numbered("200"))
 
 
+def check_reload_told(scene) -> None:
+    """A repair that the uninstall's question leads to: what is told of it, in real posts."""
+    before = len(scene.services.requests("brisk"))
+    run = scene.start("/uninstall", log="uninstall")
+    scene.wait_for_page("prompt", "confirm")
+    scene.window.click(ACTION2)
+    scene.check_exit_code(run.finish(90), 0, "a repair from the uninstall's question")
+    events = [event for post in scene.services.requests("brisk")[before:] for event in post.body]
+    scene.check_equal("both lives begin, and one ends", [f"{event['m']}.{event['g']}.{event['s']}" for event in events],
+                      ["inst.sess.strt", "inst.sess.strt", "inst.repr.succ", "inst.sess.stop"])
+    starts = [(event["param"]["action"], event["param"]["repair"]) for event in events[:2]]
+    scene.check_equal("first as an uninstall, then as a repair", starts, [(3, "0"), (5, "1")])
+    scene.check_equal("in one session", len({event["session"] for event in events}), 1)
+
+
 def play(scene):
+    scene.services  # there before the first run
     scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
 
     launch = scene.start(log="launch")
@@ -40,4 +56,6 @@ def play(scene):
     scene.check("the second reads it and ends, as a repair is not built yet", log.has(UNSUPPORTED))
     scene.check("the window is gone", scene.window.look() is None)
     check_nothing_installed(scene, repair, "a repair")
+
+    check_reload_told(scene)
     scene.check_installed()

@@ -26,8 +26,12 @@ void UIThreadFunc(BootstrapperApplication& application) {
     ComApartment apartment;
     apartment.start(COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
     BootstrapperDialog dialog(application);
-    if (const HWND window = dialog.Create({})) {
+    const HWND window = dialog.Create({});
+    if (window && application.dialogWindow()) {
         pumpMessages(window);
+    } else if (window) {
+        // It broke off while it was made, and nobody waits for it.
+        PDX_LOG(logError, "UIThreadFunc", "The dialog is not complete");
     } else {
         PDX_LOG(logInfo, "UIThreadFunc", "CreateDialogParam failed: %s",
                 describeError(HRESULT_FROM_WIN32(GetLastError())));

@@ -1,0 +1,15 @@
+#include "platform/Crash.h"
+
+#include <cstdlib>
+#include <exception>
+
+namespace pdx {
+
+void raiseUncaughtExceptions() {
+    std::set_terminate([] {
+        RaiseException(uncaughtExceptionCode, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+        std::abort();
+    });
+}
+
+}  // namespace pdx
