@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 
+#include "platform/Crash.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 #include "ui/toolkit/Painting.h"
@@ -77,8 +78,10 @@ MessageResult HtmlStatic::OnSetText(LPARAM markup) {
                 "Markup is too long or has too many tags, its end is left out: length=%u",
                 static_cast<uint32_t>(text.size()));
     SetAccessibleName(plainText(tree));
+    // Memory that runs out in the walk is meant to end in the handling of crashes, past the guard of messages.
     if (const auto record = fontRecordOf(hwnd))
-        ReplaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
+        ReplaceRuns(
+            crashOnException([&] { return walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}); }));
     const Size client = GetClientSize();
     Layout(client.width, client.height);
     // The first link is the one that the keyboard shows first.
