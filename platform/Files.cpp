@@ -14,12 +14,6 @@
 namespace pdx {
 namespace {
 
-struct FindTraits {
-    using Value = HANDLE;
-    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Value value) noexcept { FindClose(value); }
-};
-
 /// Deletes by the system's function, with the tries; logs what stays.
 bool removeEntry(BOOL(WINAPI* remove)(const wchar_t*), const char* kind, const std::wstring& path, int32_t tries,
                  uint32_t delayMilliseconds) {
@@ -57,7 +51,7 @@ bool deleteDirectoryTree(const std::wstring& path, int32_t tries, uint32_t delay
     if (path.empty()) return true;
     const std::wstring folder = path.back() == L'\\' || path.back() == L'/' ? path : path + L'\\';
     WIN32_FIND_DATAW entry;
-    UniqueHandle<FindTraits> search(FindFirstFileW((folder + L"*.*").c_str(), &entry));
+    FindHandle search(FindFirstFileW((folder + L"*.*").c_str(), &entry));
     if (!search) {
         const DWORD error = GetLastError();
         return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;

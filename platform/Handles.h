@@ -57,6 +57,14 @@ struct FileHandleTraits {
 /// Files and snapshots: INVALID_HANDLE_VALUE means none.
 using FileHandle = UniqueHandle<FileHandleTraits>;
 
+struct FindHandleTraits {
+    using Value = HANDLE;
+    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void close(Value value) noexcept { FindClose(value); }
+};
+/// A search for files.
+using FindHandle = UniqueHandle<FindHandleTraits>;
+
 /// Memory of the system's local heap, by a pointer to what lies in it.
 template <typename Type>
 struct LocalMemoryTraits {

@@ -5,6 +5,7 @@
 #include <bcrypt.h>
 #include <fmt/format.h>
 
+#include <array>
 #include <vector>
 
 #include "platform/Handles.h"
@@ -22,6 +23,18 @@ struct HashTraits {
     using Value = BCRYPT_HASH_HANDLE;
     static Value invalid() noexcept { return nullptr; }
     static void close(Value value) noexcept { BCryptDestroyHash(value); }
+};
+
+struct ProviderTraits {
+    using Value = HCRYPTPROV;
+    static Value invalid() noexcept { return 0; }
+    static void close(Value value) noexcept { CryptReleaseContext(value, 0); }
+};
+
+struct DigestTraits {
+    using Value = HCRYPTHASH;
+    static Value invalid() noexcept { return 0; }
+    static void close(Value value) noexcept { CryptDestroyHash(value); }
 };
 
 bool succeeded(NTSTATUS status) { return status >= 0; }
@@ -52,6 +65,22 @@ std::string hashString(const std::wstring& algorithm, const void* bytes, size_t 
         !succeeded(BCryptFinishHash(hash.get(), digest.data(), static_cast<DWORD>(digest.size()), 0)))
         return {};
     return fmt::format("{:02x}", fmt::join(digest, ""));
+}
+
+std::string digestText(ALG_ID algorithm, std::string_view bytes, DWORD form) {
+    UniqueHandle<ProviderTraits> provider;
+    UniqueHandle<DigestTraits> hash;
+    std::array<BYTE, 64> digest{};
+    auto size = static_cast<DWORD>(digest.size());
+    if (!CryptAcquireContextW(provider.put(), nullptr, nullptr, PROV_RSA_FULL, CRYPT_VERIFYCONTEXT) ||
+        !CryptCreateHash(provider.get(), algorithm, 0, 0, hash.put()) ||
+        !CryptHashData(hash.get(), reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()), 0) ||
+        !CryptGetHashParam(hash.get(), HP_HASHVAL, digest.data(), &size, 0))
+        return {};
+    std::array<char, 2 * digest.size() + 1> text{};
+    auto length = static_cast<DWORD>(text.size());
+    if (!CryptBinaryToStringA(digest.data(), size, form | CRYPT_STRING_NOCRLF, text.data(), &length)) return {};
+    return {text.data(), length};
 }
 
 }  // namespace pdx

@@ -36,22 +36,26 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
                                       : Process32FirstW(snapshot.get(), &entry);
 }
 
+Handle startProgram(const ProgramStart& program) {
+    SHELLEXECUTEINFOW start{};
+    start.cbSize = sizeof start;
+    start.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_NO_CONSOLE;
+    start.lpVerb = program.verb.c_str();
+    start.lpFile = program.file.c_str();
+    start.lpParameters = program.parameters.c_str();
+    start.lpDirectory = program.folder.c_str();
+    start.nShow = program.show;
+    ShellExecuteExW(&start);
+    return Handle(start.hProcess);
+}
+
 Handle launchClient(const std::wstring& parameters) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const std::wstring folder = toText(product.getValue(L"InstallLocation"));
     const std::wstring program = toText(product.getValue(L"LauncherAppPath"));
     // The empty name would open a folder's window.
     if (program.empty()) return Handle();
-    SHELLEXECUTEINFOW start{};
-    start.cbSize = sizeof start;
-    start.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_NO_CONSOLE;
-    start.lpVerb = L"open";
-    start.lpFile = program.c_str();
-    start.lpParameters = parameters.c_str();
-    start.lpDirectory = folder.c_str();
-    start.nShow = SW_SHOW;
-    ShellExecuteExW(&start);
-    return Handle(start.hProcess);
+    return startProgram({.file = program, .parameters = parameters, .folder = folder});
 }
 
 bool waitForAll(std::span<const HANDLE> handles) {

@@ -28,6 +28,18 @@ class ProcessSnapshot {
     bool begun = false;
 };
 
+/// How a program is started through the shell.
+struct ProgramStart {
+    std::wstring verb = L"open";  ///< "runas" asks for raised rights
+    std::wstring file;
+    std::wstring parameters = {};
+    std::wstring folder = {};  ///< to work in; empty for this process's own
+    int show = SW_SHOW;
+};
+
+/// Starts a program. The handle is that of the new process, if the system gave one; nothing is logged.
+Handle startProgram(const ProgramStart& program);
+
 /// Starts the client with the parameters: the program LauncherAppPath in the folder InstallLocation, as the 64-bit
 /// registry's product key tells them. The handle is that of the new process, if the system gave one; without a recorded
 /// program nothing is started.

@@ -8,4 +8,9 @@ inline constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade
 /// The older client, under HKEY_LOCAL_MACHINE, 32-bit view.
 inline constexpr const wchar_t* olderClientKey = L"Software\\Bastion";
 
+/// An earlier product, under HKEY_LOCAL_MACHINE, 32-bit view.
+inline constexpr const wchar_t* fenwickKey = L"Software\\Corvane Works\\Fenwick";
+/// The installed programs, a key each, under HKEY_LOCAL_MACHINE.
+inline constexpr const wchar_t* uninstallKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+
 }  // namespace pdx

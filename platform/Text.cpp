@@ -14,4 +14,9 @@ bool equalsIgnoreCase(std::wstring_view left, std::wstring_view right) {
                                 static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
 }
 
+bool LessIgnoreCase::operator()(std::wstring_view left, std::wstring_view right) const {
+    return CompareStringOrdinal(left.data(), static_cast<int>(left.size()), right.data(),
+                                static_cast<int>(right.size()), TRUE) == CSTR_LESS_THAN;
+}
+
 }  // namespace pdx

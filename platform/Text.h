@@ -15,5 +15,9 @@ inline const wchar_t* textOrEmpty(const wchar_t* text) { return text ? text : L"
 std::wstring toLower(std::wstring text);
 /// Equal without regard to case, by the system's ordinal rules.
 bool equalsIgnoreCase(std::wstring_view left, std::wstring_view right);
+/// An order by the same rules, for containers of paths.
+struct LessIgnoreCase {
+    bool operator()(std::wstring_view left, std::wstring_view right) const;
+};
 
 }  // namespace pdx

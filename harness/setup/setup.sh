@@ -6,9 +6,9 @@ root=$(cd "$(dirname "$0")/../.." && pwd)
 
 # Packages that bring headers, cross compilers or Windows programs: asked of dpkg.
 packages=(
-  g++-mingw-w64-i686-posix libcpptoml-dev nlohmann-json3-dev libfmt-dev googletest
+  g++-mingw-w64-i686-posix libcpptoml-dev nlohmann-json3-dev libfmt-dev googletest libz-mingw-w64-dev
   wine wine64 wine32:i386 xvfb xdotool openbox imagemagick
-  wixl msitools gcab iproute2 ca-certificates fonts-dejavu-core
+  wixl msitools gcab osslsigncode iproute2 ca-certificates fonts-dejavu-core
   fonts-noto-cjk fonts-tlwg-loma-ttf
 )
 # Ordinary programs, which may also come from elsewhere than Debian's packages: asked of PATH.
