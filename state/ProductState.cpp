@@ -5,6 +5,8 @@
 #include "platform/Processes.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "platform/rules/Version.h"
+#include "platform/Text.h"
 
 namespace pdx {
 
@@ -15,6 +17,38 @@ void setUnavailable(bool available) {
     Sleep(200);
     constexpr std::wstring_view helpers[] = {L"PalisadeConnect_microsoft.exe"};
     terminateProcesses(helpers);
+}
+
+void restoreClientPath(const std::wstring& keyPath) {
+    const RegistryKey machine = RegistryKey::localMachine(view32);
+    RegistryKey product = machine.openSubKey(keyPath, true);
+    if (!product) return;
+    const std::wstring earlier = toText(product.getValue(L"PrevClientPath"));
+    if (earlier.empty())
+        product.deleteValue(L"ClientPath");
+    else
+        product.setValue(L"ClientPath", earlier);
+    product.deleteValue(L"PrevClientPath");
+    // Not as a tree: what appears in it from now on keeps it.
+    if (product.isEmpty()) RegDeleteKeyExW(machine.get(), keyPath.c_str(), machine.viewFlag(), 0);
+}
+
+void restoreProtocolHandler(const std::wstring& protocol, const std::wstring& command) {
+    RegistryKey classes = RegistryKey::classesRoot(view64);
+    if (!command.empty()) {
+        RegistryKey open = classes.createSubKey(protocol + L"\\shell\\open\\command", true);
+        if (open && open.setValue({}, command)) return;
+    }
+    classes.deleteTree(protocol);
+}
+
+void writeBundleVersion(const std::wstring& providerKey, const std::wstring& version) {
+    RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
+    const uint64_t numbers = parseVersion64(toUtf8(version));
+    entry.setValue(L"BundleVersion", version);
+    entry.setValue(L"DisplayVersion", version);
+    entry.setValue(L"VersionMajor", static_cast<uint32_t>(numbers >> 48));
+    entry.setValue(L"VersionMinor", static_cast<uint32_t>(numbers >> 32 & 0xFFFF));
 }
 
 }  // namespace pdx

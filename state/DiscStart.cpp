@@ -1,0 +1,45 @@
+#include "state/DiscStart.h"
+
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/Registry.h"
+
+namespace pdx {
+namespace {
+
+constexpr const wchar_t* pendingJobKey = L"Software\\Corvane Works\\Palisade Desktop\\pendingITDjob";
+constexpr const wchar_t* setupConfig = L"/SetupConfig";
+constexpr const wchar_t* keys[] = {setupConfig, L"/contentIds", L"/contentLocation"};
+
+bool addAnyParameter(const std::wstring& argument, std::wstring& itdParams) {
+    for (const wchar_t* key : keys)
+        if (addItdParameter(argument, key, itdParams)) return true;
+    return false;
+}
+
+}  // namespace
+
+bool checkForITD(std::wstring& itdParams, const std::wstring& bundleFolder, std::span<const std::wstring> arguments) {
+    const std::wstring setupFile = bundleFolder + L"Autorun\\thinsetup.json";
+    if (fileExists(bundleFolder + L"autorun.inf") && fileExists(setupFile)) {
+        addItdParameter(setupConfig + (L':' + setupFile), setupConfig, itdParams);
+        PDX_LOG(logInfo, "checkForITD", "Started from a game disc, isITD=%d itdParams=[%ls]", 1, itdParams);
+        return true;
+    }
+    bool found = false;
+    for (const std::wstring& argument : arguments) found |= addAnyParameter(argument, itdParams);
+    PDX_LOG(logInfo, "checkForITD", "Found ITD parameters: [%s] itdParams=[%ls]", found ? "yes" : "no", itdParams);
+    return found;
+}
+
+bool addItdParameter(const std::wstring& argument, const std::wstring& key, std::wstring& itdParams) {
+    if (!argument.starts_with(key)) return false;
+    const std::wstring name = key.substr(1);
+    // The character behind the key is dropped unread; a bare key has none, and that throws.
+    const std::wstring value = argument.substr(key.size() + 1);
+    RegistryKey::currentUser(view32).setSubKeyValue(pendingJobKey, name, value);
+    itdParams += L" -" + name + L'=' + value;
+    return true;
+}
+
+}  // namespace pdx

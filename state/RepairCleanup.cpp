@@ -1,0 +1,147 @@
+#include "state/RepairCleanup.h"
+
+#include <windows.h>
+// shlobj.h needs the types of windows.h.
+#include <shlobj.h>
+
+#include <vector>
+
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/PathFunctions.h"
+#include "platform/Paths.h"
+#include "platform/Processes.h"
+#include "platform/Registry.h"
+#include "platform/RegistryPaths.h"
+#include "platform/rules/InstallerVersion.h"
+#include "platform/rules/Version.h"
+#include "platform/Services.h"
+#include "platform/Text.h"
+#include "platform/VersionInfo.h"
+#include "state/InstallInfo.h"
+#include "state/ProductState.h"
+#include "state/rules/OwnFolder.h"
+#include "telemetry/TelemetryManager.h"
+
+namespace pdx {
+namespace {
+
+constexpr const wchar_t* serviceName = L"PalisadeBackgroundService";
+constexpr uint64_t serviceTimeoutMilliseconds = 2000;
+constexpr int32_t fileTries = 50;
+constexpr uint32_t fileDelayMilliseconds = 100;
+
+constexpr std::wstring_view clientProcesses[] = {
+    L"PalisadeDesktop.exe",       L"PalisadeLauncher.exe",     L"PalisadeLaunchHelper.exe",
+    L"PalisadeErrorReporter.exe", L"PalisadeCrashReporter.exe", L"PalisadeConnect_microsoft.exe",
+    L"PalisadeDestager.exe",      L"GateLink.exe",             L"PalisadeLocalHostSvc.exe",
+    L"PalisadeGlue.exe",          L"PalisadeSteamProxy.exe",   L"PalisadeUninstall.exe",
+};
+
+/// The programs whose versions are told, each under its attribute.
+struct ProgramAttribute {
+    const char* attribute;
+    const wchar_t* file;
+};
+constexpr ProgramAttribute toldPrograms[] = {
+    {"lnvr", L"PalisadeLauncher.exe"},
+    {"lhvr", L"PalisadeLaunchHelper.exe"},
+    {"apvr", L"PalisadeDesktop.exe"},
+    {"bgvr", L"PalisadeBackgroundService.exe"},
+};
+
+/// What the client's package noted of the time before it.
+struct EarlierState {
+    std::wstring bastionProtocol;
+    std::wstring gateLinkProtocol;
+    std::wstring uninstallCommand;
+    std::wstring quietUninstallCommand;
+};
+
+void tellRepairStarted(const std::wstring& installLocation) {
+    const std::wstring programs = appendPath(installLocation, L"Palisade Desktop");
+    nlohmann::json versions = nlohmann::json::object();
+    for (const ProgramAttribute& program : toldPrograms)
+        versions[program.attribute] =
+            installLocation.empty() ? std::string() : getFileVersion(appendPath(programs, program.file));
+    sendTelemetry(briskSender, "inst.repr.strt", std::move(versions), false);
+}
+
+/// The package has put commands of its own in the bundle's entry; they go with the client.
+void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
+    RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
+    setUnavailable();
+    if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
+    if (!earlier.quietUninstallCommand.empty()) entry.setValue(L"QuietUninstallString", earlier.quietUninstallCommand);
+}
+
+bool takeServiceDown(const RepairRun& run) {
+    run.begin(RepairStep::stopService);
+    if (!stopService(serviceName, serviceTimeoutMilliseconds)) {
+        PDX_LOG(logInfo, "performRepairCleanup", "Failed to stop background service");
+        return false;
+    }
+    run.begin(RepairStep::deleteService);
+    if (!deleteService(serviceName, serviceTimeoutMilliseconds)) {
+        PDX_LOG(logInfo, "performRepairCleanup", "Failed to delete background service");
+        return false;
+    }
+    return true;
+}
+
+bool takeFolderDown(const RepairRun& run, const std::wstring& installLocation) {
+    if (installLocation.empty()) return true;
+    run.begin(RepairStep::deleteFolder);
+    std::vector<std::wstring> systemFolders;
+    for (const KNOWNFOLDERID* id : {&FOLDERID_System, &FOLDERID_ProgramFilesX86, &FOLDERID_ProgramFiles,
+                                    &FOLDERID_ProgramData, &FOLDERID_Profile, &FOLDERID_Public, &FOLDERID_Desktop,
+                                    &FOLDERID_Documents, &FOLDERID_Downloads})
+        systemFolders.push_back(getKnownFolderPath(*id));
+    if (!isOwnFolder(installLocation, systemFolders)) {
+        PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"",
+                installLocation);
+        return false;
+    }
+    run.keepInstallFolder(installLocation);
+    return deleteDirectoryTree(installLocation, fileTries, fileDelayMilliseconds);
+}
+
+/// Uneven on purpose: the package notes one earlier command for both of the older client's protocols, its own goes
+/// without a trace, and an unnoted gatelink stays as it is.
+void restoreProtocols(const EarlierState& earlier) {
+    restoreProtocolHandler(L"bastion", earlier.bastionProtocol);
+    restoreProtocolHandler(L"bastion2", earlier.bastionProtocol);
+    restoreProtocolHandler(L"palisadeconnect.microsoft", {});
+    if (!earlier.gateLinkProtocol.empty()) restoreProtocolHandler(L"gatelink", earlier.gateLinkProtocol);
+}
+
+}  // namespace
+
+std::string getFileVersion(const std::wstring& path) {
+    const auto fixed = VersionInfo(path, VersionInfo::Language::neutral).fixed();
+    if (!fixed) return {};
+    return versionText(uint64_t{fixed->dwFileVersionMS} << 32 | fixed->dwFileVersionLS);
+}
+
+bool cleanUpForRepair(const RepairRun& run) {
+    const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
+    const auto recorded = [&](const wchar_t* name) { return toText(product.getValue(name)); };
+    const std::wstring installLocation = recorded(L"InstallLocation");
+    tellRepairStarted(installLocation);
+    run.omitDesktopShortcut();
+    const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
+                                  recorded(L"OriginalUninstallString"), recorded(L"OriginalQuietUninstallString")};
+    // Ahead of the steps that can fail.
+    restoreUninstallCommands(run.providerKey, earlier);
+    terminateProcesses(clientProcesses);
+    if (!takeServiceDown(run) || !takeFolderDown(run, installLocation)) return false;
+
+    restoreClientPath(olderClientKey);
+    restoreClientPath(fenwickKey);
+    restoreProtocols(earlier);
+    for (const RegistryView view : {view32, view64}) purgeInstallInfo(view, run.providerKey);
+    writeBundleVersion(run.providerKey, toWide(installerVersion));
+    return true;
+}
+
+}  // namespace pdx

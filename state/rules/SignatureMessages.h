@@ -1,0 +1,43 @@
+// How the outcome of a signature check is logged.
+#pragma once
+
+#include <cstdint>
+
+namespace pdx {
+
+/// The log format for a result of the system's check of a signature and the last error it left. Its arguments are the
+/// file, and then the number that is told: the last error for a missing signature, otherwise the result.
+constexpr const char* signatureMessage(uint32_t result, uint32_t lastError) {
+    constexpr uint32_t noSignature = 0x800B0100;
+    struct Row {
+        uint32_t result;
+        const char* message;
+    };
+    constexpr Row rows[] = {
+        {0, "Successfully verified that file [%ls] was signed and signature is verified."},
+        {0x800B0111,
+         "Failed to verify embedded signature for file [%ls]: Signature is present, but specifically disallowed."},
+        {0x800B0004, "Failed to verify embedded signature for file [%ls]: Signature is present, but not trusted."},
+        {0x80092026,
+         "Failed to verify embedded signature for file [%ls]: The hash representing the subject or the publisher "
+         "wasn't explicitly trusted by the admin and admin policy has disabled user trust. No signature, publisher or "
+         "timestamp errors."},
+    };
+    if (result == noSignature) {
+        // The file bears none, has no form that could bear one, or nobody here knows its form.
+        for (const uint32_t unsignedError : {noSignature, 0x800B0003u, 0x800B0001u})
+            if (lastError == unsignedError)
+                return "Failed to verify embedded signature for file [%ls]: File was not signed [last error: %u].";
+        return "Failed to verify embedded signature for file [%ls]: Unknown error occurred attempting to verify.";
+    }
+    for (const Row& row : rows)
+        if (result == row.result) return row.message;
+    return "Failed to verify embedded signature for file [%ls]: Error is: 0x%lx.\n";
+}
+
+/// Which of the two numbers the message tells.
+constexpr uint32_t signatureNumber(uint32_t result, uint32_t lastError) {
+    return result == 0x800B0100 ? lastError : result;
+}
+
+}  // namespace pdx
