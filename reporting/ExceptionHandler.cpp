@@ -1,0 +1,98 @@
+#include "reporting/ExceptionHandler.h"
+
+#include <dbghelp.h>
+
+#include <mutex>
+
+#include "config/Translator.h"
+#include "platform/Paths.h"
+#include "platform/rules/InstallerVersion.h"
+#include "platform/SystemFunction.h"
+#include "platform/Text.h"
+#include "reporting/rules/CrashSignature.h"
+#include "telemetry/TelemetryManager.h"
+
+namespace pdx {
+namespace {
+
+LONG CALLBACK filterOfProcess(EXCEPTION_POINTERS* pointers) {
+    const auto handler = g_exceptionHandler.get();
+    return handler ? handler->filter(pointers) : EXCEPTION_CONTINUE_SEARCH;
+}
+
+/// The file name of the module that the address lies in, in the system's code page; empty if there is none.
+std::string moduleNameAt(DWORD64 address) {
+    HMODULE module = nullptr;
+    if (!GetModuleHandleExW(
+            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+            reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(address)), &module))
+        return {};
+    wchar_t path[260];
+    const DWORD length = GetModuleFileNameW(module, path, ARRAYSIZE(path));
+    if (length == 0) return {};
+    const std::wstring_view whole(path, length);
+    const std::wstring_view name = whole.substr(whole.find_last_of(L'\\') + 1);
+    char narrow[ARRAYSIZE(path) * 2];
+    const int bytes = WideCharToMultiByte(CP_ACP, 0, name.data(), static_cast<int>(name.size()), narrow, sizeof narrow,
+                                          nullptr, nullptr);
+    return {narrow, static_cast<size_t>(bytes)};
+}
+
+}  // namespace
+
+constinit ProcessSlot<ExceptionHandler> g_exceptionHandler;
+
+ExceptionHandler::ExceptionHandler(CrashBox showBox)
+    : previousFilter(SetUnhandledExceptionFilter(filterOfProcess)), box(std::move(showBox)) {}
+
+ExceptionHandler::~ExceptionHandler() { SetUnhandledExceptionFilter(previousFilter); }
+
+LONG ExceptionHandler::filter(EXCEPTION_POINTERS* pointers) {
+    const std::lock_guard guard(lock);
+    if (!handled && isFatalException(pointers->ExceptionRecord->ExceptionCode)) {
+        handled = true;
+        tell(*pointers);
+    }
+    return previousFilter ? previousFilter(pointers) : EXCEPTION_CONTINUE_SEARCH;
+}
+
+void ExceptionHandler::tell(const EXCEPTION_POINTERS& pointers) {
+    sendTelemetry(briskSender, "erro.crit.cras",
+                  {{"exe", toUtf8(getProcessFileName())},
+                   {"shut", 0},
+                   {"vers", installerVersion},
+                   {"code", "ec-" + signatureOf(pointers)}},
+                  true);
+    const auto translator = g_translator.get();
+    if (!translator) return;
+    // While it waits, the worker posts the event.
+    box(translator->translate(L"installer_error_unknown"), translator->translate(L"installer_error_unknown_title"));
+}
+
+void ExceptionHandler::showCrashBox(const std::wstring& text, const std::wstring& caption) {
+    MessageBoxW(nullptr, text.c_str(), caption.c_str(), MB_ICONERROR);
+}
+
+std::string signatureOf(const EXCEPTION_POINTERS& pointers) {
+    StackHash hash;
+    CONTEXT context = *pointers.ContextRecord;
+    context.ContextFlags = CONTEXT_CONTROL | CONTEXT_INTEGER;
+    STACKFRAME64 frame{};
+    frame.AddrPC = {context.Eip, 0, AddrModeFlat};
+    frame.AddrFrame = {context.Ebp, 0, AddrModeFlat};
+    frame.AddrStack = {context.Esp, 0, AddrModeFlat};
+    const HANDLE process = GetCurrentProcess();
+    const HANDLE thread = GetCurrentThread();
+    // A module that is there anyway costs nothing; where it is not, a start should not pay for a crash that is rare.
+    static_assert(sizeof(void*) == 4, "the walk reads the registers of a 32-bit process");
+    const auto walk = lookUp<decltype(&StackWalk64)>(systemLibrary(L"dbghelp.dll"), "StackWalk64");
+    // Each frame lies above the last one: a damaged chain that leads back ends the walk.
+    for (DWORD64 below = 0;
+         walk && walk(IMAGE_FILE_MACHINE_I386, process, thread, &frame, &context, nullptr, nullptr, nullptr, nullptr) &&
+         frame.AddrStack.Offset >= below;
+         below = frame.AddrStack.Offset + 1)
+        hash.add(moduleNameAt(frame.AddrPC.Offset));
+    return crashSignature(hash, reinterpret_cast<ULONG_PTR>(pointers.ExceptionRecord->ExceptionAddress));
+}
+
+}  // namespace pdx

@@ -1,0 +1,68 @@
+// What catches what nothing else catches: tells the crash, shows the user one box, and lets it go on to whoever was
+// there before.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Lock.h"
+#include "platform/ProcessSlot.h"
+
+namespace pdx {
+
+/// Shows a message and waits until the user has closed it.
+using CrashBox = std::function<void(const std::wstring& text, const std::wstring& caption)>;
+
+/// The process's filter of unhandled exceptions as long as it lives. One process tells one crash.
+class ExceptionHandler {
+  public:
+    /// Puts itself in the place of the filter that is there, if any.
+    explicit ExceptionHandler(CrashBox showBox = showCrashBox);
+    /// Puts the earlier filter back.
+    ~ExceptionHandler();
+    ExceptionHandler(const ExceptionHandler&) = delete;
+    ExceptionHandler& operator=(const ExceptionHandler&) = delete;
+
+    /// Runs on the thread that faulted. The first fatal exception sends the event "erro.crit.cras" and shows the box;
+    /// what comes on other threads meanwhile waits for that and shows nothing. Returns what the earlier filter
+    /// returns, EXCEPTION_CONTINUE_SEARCH without one.
+    LONG filter(EXCEPTION_POINTERS* pointers);
+
+    /// A message box without an owner.
+    static void showCrashBox(const std::wstring& text, const std::wstring& caption);
+
+  private:
+    void tell(const EXCEPTION_POINTERS& pointers);
+
+    LPTOP_LEVEL_EXCEPTION_FILTER previousFilter = nullptr;
+    /// Recursive: a fault in the flow itself, on the same thread, comes back here and must find `handled` set.
+    RecursiveLock lock;
+    bool handled = false;
+    CrashBox box;
+};
+
+/// The handler, null until the application object has made it.
+extern ProcessSlot<ExceptionHandler> g_exceptionHandler;
+
+/// Puts a handler in the place for an object's life. The one of an object ahead of a reload has gone by then: a handler
+/// over another one of this library would be its own earlier filter.
+class ExceptionHandlerLife {
+  public:
+    ExceptionHandlerLife() {
+        g_exceptionHandler.clear();
+        g_exceptionHandler.set(std::make_shared<ExceptionHandler>());
+    }
+    ~ExceptionHandlerLife() {
+        g_exceptionHandler.clear();
+        g_exceptionHandler.clear(); }
+    ExceptionHandlerLife(const ExceptionHandlerLife&) = delete;
+    ExceptionHandlerLife& operator=(const ExceptionHandlerLife&) = delete;
+};
+
+/// The signature of the crash (reporting/rules/CrashSignature.h), by a walk of the thread's frame pointers.
+std::string signatureOf(const EXCEPTION_POINTERS& pointers);
+
+}  // namespace pdx

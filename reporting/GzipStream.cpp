@@ -1,0 +1,38 @@
+#include "reporting/GzipStream.h"
+
+#include <new>
+#include <utility>
+
+namespace pdx {
+namespace {
+
+constexpr int gzipWindow = 15 + 16;  // the largest window, with the gzip header and trailer
+constexpr int memoryLevel = 8;
+
+}  // namespace
+
+GzipStream::GzipStream() {
+    if (deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, gzipWindow, memoryLevel, Z_DEFAULT_STRATEGY) != Z_OK)
+        throw std::bad_alloc();
+}
+
+GzipStream::~GzipStream() { deflateEnd(&stream); }
+
+std::string GzipStream::finish() {
+    pack({}, Z_FINISH);
+    return std::move(packed);
+}
+
+void GzipStream::pack(std::string_view bytes, int flush) {
+    // zlib reads the input and declares it without const.
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+    stream.avail_in = static_cast<uInt>(bytes.size());
+    do {
+        stream.next_out = buffer.data();
+        stream.avail_out = static_cast<uInt>(buffer.size());
+        deflate(&stream, flush);
+        packed.append(reinterpret_cast<const char*>(buffer.data()), buffer.size() - stream.avail_out);
+    } while (stream.avail_out == 0);
+}
+
+}  // namespace pdx

@@ -1,0 +1,34 @@
+// Bytes packed into a gzip stream in memory.
+#pragma once
+
+#include <zlib.h>
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace pdx {
+
+/// One gzip stream at the highest level. What it holds of the unpacked bytes is zlib's window and a buffer, whatever
+/// their number.
+class GzipStream {
+  public:
+    /// Throws std::bad_alloc if zlib cannot be set up.
+    GzipStream();
+    ~GzipStream();
+    GzipStream(const GzipStream&) = delete;
+    GzipStream& operator=(const GzipStream&) = delete;
+
+    void write(std::string_view bytes) { pack(bytes, Z_NO_FLUSH); }
+    /// Ends the stream and gives it away.
+    std::string finish();
+
+  private:
+    void pack(std::string_view bytes, int flush);
+
+    z_stream stream{};
+    std::array<Bytef, 65536> buffer;
+    std::string packed;
+};
+
+}  // namespace pdx

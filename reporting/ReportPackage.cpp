@@ -1,0 +1,140 @@
+#include "reporting/ReportPackage.h"
+
+#include <windows.h>
+// wincrypt.h needs the types of windows.h.
+#include <wincrypt.h>
+
+#include <vector>
+
+#include "platform/Handles.h"
+#include "platform/Hash.h"
+#include "platform/Log.h"
+#include "platform/OsIdentity.h"
+#include "platform/ProcessValue.h"
+#include "platform/rules/InstallerVersion.h"
+#include "reporting/GzipStream.h"
+#include "reporting/rules/LogLines.h"
+#include "telemetry/MachineIdentity.h"
+
+namespace pdx {
+namespace {
+
+constexpr size_t blockSize = 0x40000;
+
+std::string millisecondsSince1601() {
+    FILETIME now{};
+    GetSystemTimeAsFileTime(&now);
+    ULARGE_INTEGER count{};
+    count.LowPart = now.dwLowDateTime;
+    count.HighPart = now.dwHighDateTime;
+    return std::to_string(static_cast<int64_t>(count.QuadPart / 10000));
+}
+
+/// A line of a log as it goes into the package.
+class LineScrubber {
+  public:
+    explicit LineScrubber(LogEncoding logEncoding) : encoding(logEncoding) {}
+
+    const std::string& scrubbed(std::string_view line) {
+        if (encoding == LogEncoding::utf16) {
+            // An odd byte behind the last unit is half a letter that is being written.
+            wide.resize(line.size() / sizeof(wchar_t));
+            line.copy(reinterpret_cast<char*>(wide.data()), wide.size() * sizeof(wchar_t));
+        } else {
+            wide = toWide(line);
+        }
+        wide = scrubProfilePath(std::move(wide));
+        assignUtf8(narrow, wide);
+        return narrow;
+    }
+
+  private:
+    LogEncoding encoding;
+    std::wstring wide;
+    std::string narrow;
+};
+
+/// The next bytes of a file; empty at its end or where it cannot be read.
+std::string_view readBlock(HANDLE file, std::vector<char>& block) {
+    DWORD read = 0;
+    if (!ReadFile(file, block.data(), static_cast<DWORD>(block.size()), &read, nullptr)) read = 0;
+    return {block.data(), read};
+}
+
+void addLog(GzipStream& stream, HANDLE file) {
+    std::vector<char> block(blockSize);
+    std::string_view bytes = readBlock(file, block);
+    if (bytes.size() < 2) return;
+    const LogEncoding encoding = logEncodingOf(bytes);
+    LineCutter cutter(encoding);
+    LineScrubber scrubber(encoding);
+    const auto take = [&](std::string_view line) { stream.write(scrubber.scrubbed(line)); };
+    for (; !bytes.empty(); bytes = readBlock(file, block)) cutter.feed(bytes, take);
+    cutter.finish(take);
+}
+
+void addFile(GzipStream& stream, const std::wstring& path) {
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file) {
+        const DWORD error = GetLastError();
+        PDX_LOG(logInfo, "buildPackage", "Failed to open %ls for the error report: error=%08x", path, error);
+        return;
+    }
+    const std::string name = toUtf8(path.substr(path.find_last_of(L"\\/") + 1));
+    stream.write(sectionStart(name));
+    addLog(stream, file.get());
+    stream.write(sectionEnd(name));
+}
+
+void addSection(GzipStream& stream, std::string_view name, std::string_view bytes) {
+    stream.write(sectionStart(name));
+    stream.write(bytes);
+    stream.write(sectionEnd(name));
+}
+
+constinit ProcessValue<std::string> survey;
+
+const std::string& machineSurvey(const std::string& machineHash) {
+    return survey.get([&] {
+        return hardwareSurvey(getOsVersion(), kernelVersion().value_or(systemVersion()), getProcessorArchitecture(),
+                              machineHash);
+    });
+}
+
+}  // namespace
+
+ErrorReport newErrorReport() {
+    ErrorReport report;
+    report.machineHash = getMachineHash();
+    report.bastionId = digestText(CALG_SHA1, report.machineHash, CRYPT_STRING_HEXRAW);
+    report.clientVersion = installerVersion;
+    report.timestamp = millisecondsSince1601();
+    report.fileName = packageName(report.timestamp);
+    return report;
+}
+
+void buildPackage(ErrorReport& report, const ReportFiles& files) {
+    GzipStream stream;
+    addSection(stream, "userData.json", userData(report));
+    addSection(stream, "HardwareSurvey.json", machineSurvey(report.machineHash));
+    for (const std::wstring& path : files) addFile(stream, path);
+    report.package = stream.finish();
+    report.b64Md5 = digestText(CALG_MD5, report.package, CRYPT_STRING_BASE64);
+}
+
+void addFilesOfStem(ReportFiles& files, const std::wstring& stem) {
+    WIN32_FIND_DATAW found{};
+    if (stem.empty()) return;
+    const FindHandle search(FindFirstFileW((stem + L'*').c_str(), &found));
+    if (!search) return;
+    const std::wstring folder = stem.substr(0, stem.find_last_of(L"\\/") + 1);
+    do {
+        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) files.insert(folder + found.cFileName);
+    } while (FindNextFileW(search.get(), &found));
+}
+
+void releaseReportPackage() { survey.clear(); }
+
+}  // namespace pdx

@@ -1,0 +1,31 @@
+// The package of an error report: who it is from, what machine, and the log files, without the user's name.
+#pragma once
+
+#include <set>
+#include <string>
+
+#include "platform/Text.h"
+#include "reporting/rules/ReportText.h"
+
+namespace pdx {
+
+/// Files that a report takes along, each once.
+using ReportFiles = std::set<std::wstring, LessIgnoreCase>;
+
+/// A report of this machine and this moment, without its package.
+ErrorReport newErrorReport();
+
+/// Fills in the package, its digest and its name: two sections about the user and the machine, and one for each file
+/// in the set's order. Each line of a log has the user's profile path taken out; UTF-16 logs come out as UTF-8. A
+/// file that cannot be opened gets no section, one of less than two bytes an empty one; files may be in use and may
+/// grow. Holds one block of a file and the package in memory. Throws what memory exhaustion throws.
+void buildPackage(ErrorReport& report, const ReportFiles& files);
+
+/// All files that begin as one of the stems (paths without their ending), added to the set: a log that has rolled over
+/// leaves several.
+void addFilesOfStem(ReportFiles& files, const std::wstring& stem);
+
+/// Lets go of what was found out once for the process, when the library is unmapped in a process that goes on.
+void releaseReportPackage();
+
+}  // namespace pdx
