@@ -23,6 +23,8 @@
 #include "platform/rules/InstallerVersion.h"
 #include "platform/rules/ProgramErrors.h"
 #include "platform/Thread.h"
+#include "reporting/ExceptionHandler.h"
+#include "reporting/ReportPackage.h"
 #include "state/rules/MeridianMessages.h"
 
 namespace pdx {
@@ -217,12 +219,26 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// Whether there is a dialog: without one a run cannot go on.
     bool startUiThread();
     void stopUiThread();
+    /// Raises the error and gives it as the start's result: the engine ends the run then.
     HRESULT failStartup(ProgramError code);
     bool takeInstallerMutex();
     void releaseInstallerMutex();
-    StartupFacts startupFacts(bool installed) const;
-    void takeStartupStep(StartupStep step);
+    StartupFacts startupFacts(bool installed, bool fromDisc) const;
+    /// The disc's parameters are those of the client, for a start from a disc.
+    void takeStartupStep(StartupStep step, const std::wstring& discParameters);
+    HRESULT detect();
+
+    // The roads that need raised rights, and those that end in the client.
+    HRESULT continueRaised();
+    HRESULT relaunchRaised();
+    /// Holds the files that are to run raised against replacement, until this object goes; raises the error if that
+    /// fails.
+    HRESULT lockElevatedBinaries(const std::wstring& folder, const std::wstring& executable);
+    HRESULT performRepairCleanup();
+    void removeOlderClient();
+    void launchClientToUpdate();
     void promptAlreadyInstalled();
+    void promptBastionUninstall();
 
     /// Sets the number of the callback and puts the attributes in the place of the context.
     void replaceContext(Operation operation, Json attributes = Json::object());
@@ -244,8 +260,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void tellExecutionFailed(HRESULT hr);
     void tellError(HRESULT hr, const std::string& message);
     void tellRunFinished();
-    void tellRunCancelled();
-    void tellRunFailed();
+    void tellRunCancelled(const std::string& reportId);
+    void tellRunFailed(const std::string& reportId);
     static void tellSessionStopped();
     /// Sends an error to the Brisk service under a name whose "{group}" is filled in, and logs code, text and flag.
     void logBriskError(std::string_view name, const std::string& code, const std::string& message, int32_t operation,
@@ -269,11 +285,16 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     HRESULT packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const;
 
     // Shutdown.
+    void endAsCancel();
     void endAsFailure();
     void endAsSuccess();
+    /// Sends the report of a run that did not succeed, if the user has agreed to it, and waits for that. Its tracking id;
+    /// empty if there is none.
+    std::string submitErrorReport();
     /// The run is over for the user: the window goes, and a second run may start. Waits for nothing.
     void leaveTheScreen();
 
+    ExceptionHandlerLife m_exceptionHandler;
     LoggerLife m_logger;  // outlives all that logs
     IBootstrapperEngine* m_engine;
     const BOOTSTRAPPER_COMMAND* m_command;
@@ -283,7 +304,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     BOOTSTRAPPER_DISPLAY m_userDisplay;
     TelemetryLife m_telemetry;
     Handle m_installerMutex;
-    std::vector<std::wstring> m_reportFiles;
+    ReportFiles m_reportFiles;
     std::vector<std::wstring> m_reportFileStems;
     Thread m_uiThread;
     Handle m_dialogReady;

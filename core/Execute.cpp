@@ -42,7 +42,7 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
             raiseError(errorLogFileTaken);
             return answer;
         }
-        m_reportFiles.push_back(logPath);
+        m_reportFiles.insert(logPath);
     } else if (const auto stem = reportFileStem(logPath)) {
         m_reportFileStems.push_back(*stem);
     }

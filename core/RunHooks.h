@@ -7,7 +7,11 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/Handles.h"
+#include "platform/Processes.h"
+#include "state/ElevatedBinaries.h"
 #include "state/UpdateCheck.h"
 
 namespace pdx {
@@ -24,6 +28,13 @@ struct RunHooks {
     };
     /// The address of the installer that is to take this one's place, if the update service names one. Waits for it.
     std::function<std::optional<std::wstring>(const std::string& currentVersion)> newerInstaller = findNewerInstaller;
+    /// Whether this process runs raised.
+    std::function<bool()> isElevated = pdx::isElevated;
+    /// Holds the files that are to run raised.
+    std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder, const std::wstring& executable)>
+        lockElevated = ensureElevatedBinaries;
+    /// Starts the raised copy of this program.
+    std::function<Handle(const ProgramStart& program)> startProgram = pdx::startProgram;
 };
 
 }  // namespace pdx

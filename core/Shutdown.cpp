@@ -8,6 +8,7 @@
 #include "platform/Paths.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "reporting/ErrorReport.h"
 
 namespace pdx {
 namespace {
@@ -46,9 +47,7 @@ int BootstrapperApplication::OnShutdown() {
     }
     switch (outcomeOf(installStatus())) {
         case Outcome::cancelled:
-            PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s",
-                    runCancelWord(m_logoutExit));
-            tellRunCancelled();
+            endAsCancel();
             break;
         case Outcome::failed:
             endAsFailure();
@@ -70,6 +69,11 @@ void BootstrapperApplication::leaveTheScreen() {
     releaseInstallerMutex();
 }
 
+void BootstrapperApplication::endAsCancel() {
+    PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", runCancelWord(m_logoutExit));
+    tellRunCancelled(submitErrorReport());
+}
+
 void BootstrapperApplication::endAsFailure() {
     bool shown = false;
     HRESULT status = 0;
@@ -82,7 +86,16 @@ void BootstrapperApplication::endAsFailure() {
         ErrorInfo record = {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, static_cast<DWORD>(status), 0, resultOk};
         sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&record));
     }
-    tellRunFailed();
+    tellRunFailed(submitErrorReport());
+}
+
+std::string BootstrapperApplication::submitErrorReport() {
+    if (GetEngineVariable(L"PDX_SUBMIT_ERROR_REPORT", false) != L"1") return {};
+    sendAppMessage(WM_BA_SENDING_ERROR_REPORT);
+    // The report takes as long as the network does, and a second attempt need not wait for it.
+    releaseInstallerMutex();
+    for (const std::wstring& stem : m_reportFileStems) addFilesOfStem(m_reportFiles, stem);
+    return sendErrorReport(m_reportFiles);
 }
 
 void BootstrapperApplication::endAsSuccess() {

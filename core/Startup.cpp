@@ -1,6 +1,8 @@
 // What a start decides before anything is detected, and the UI thread's life.
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
+#include "platform/CommandLine.h"
+#include "platform/Crash.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
@@ -8,6 +10,8 @@
 #include "platform/Processes.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
+#include "state/DiscStart.h"
+#include "state/OlderClientFate.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
@@ -30,10 +34,16 @@ HRESULT BootstrapperApplication::OnStartup() {
     // A deliberate fault: it exercises the crash path on test machines.
     if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
 
+    std::wstring discParameters = L"-ITD";
+    const std::wstring bundleFolder = GetEngineVariable(L"WixBundleSourceProcessFolder", true);
+    // A key without a value is a crash of its own kind.
+    const bool fromDisc =
+        crashOnException([&] { return checkForITD(discParameters, bundleFolder, processArguments()); });
+
     const std::wstring installLocation = machineText(view64, productKey, L"InstallLocation");
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL && !installLocation.empty()) setInstallFolder(installLocation);
-    m_reportFiles.push_back(GetEngineVariable(L"WixBundleLog", false));
-    m_reportFiles.push_back(getLogFilePath(L"PalisadeBackgroundService.log"));
+    m_reportFiles.insert(GetEngineVariable(L"WixBundleLog", false));
+    m_reportFiles.insert(getLogFilePath(L"PalisadeBackgroundService.log"));
 
     if (!startUiThread()) {
         UpdateInstallStatus(E_FAIL);
@@ -48,23 +58,22 @@ HRESULT BootstrapperApplication::OnStartup() {
 
     if (isRepair() || isMeridianMode()) {
         enableTelemetry();
-        PDX_LOG(logWarning, "BootstrapperApplication::OnStartup",
-                "This build does not support repair or migration runs");
-        quit(0);
-        return S_OK;
+        return continueRaised();
     }
-    takeStartupStep(chooseStartupStep(startupFacts(!installLocation.empty())));
+    takeStartupStep(chooseStartupStep(startupFacts(!installLocation.empty(), fromDisc)), discParameters);
     return S_OK;
 }
 
-StartupFacts BootstrapperApplication::startupFacts(bool installed) const {
+StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc) const {
     StartupFacts facts;
     facts.action = m_action;
     facts.installed = installed;
+    facts.fromDisc = fromDisc;
     if (m_action != BOOTSTRAPPER_ACTION_INSTALL) return facts;
     facts.ignoreAlreadyInstalled = GetEngineVariable(L"IGNORE_ALREADY_INSTALLED", false) == L"1";
-    // Nothing can answer that prompt yet.
-    facts.olderClientToPrompt = [] { return false; };
+    facts.olderClientToPrompt = [this] {
+        return GetEngineVariable(L"PDX_MERIDIAN_UPGRADE", false) == L"1" && isOlderClientTo(OlderClientFate::asks);
+    };
     facts.olderClientRecorded = [] { return !machineText(view32, olderClientKey, L"ClientPath").empty(); };
     facts.gatelinkRegistered = [] {
         return !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
@@ -72,7 +81,7 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed) const {
     return facts;
 }
 
-void BootstrapperApplication::takeStartupStep(StartupStep step) {
+void BootstrapperApplication::takeStartupStep(StartupStep step, const std::wstring& discParameters) {
     switch (step) {
         case StartupStep::quit:
             quit(0);
@@ -81,24 +90,24 @@ void BootstrapperApplication::takeStartupStep(StartupStep step) {
             promptAlreadyInstalled();
             break;
         case StartupStep::detect:
-            quitOnFailure("Detect", m_engine->Detect(m_dialogWindow));
+            detect();
             break;
-        // Nothing asks for these two yet: the facts that lead to them never hold.
         case StartupStep::launchClientFromDisc:
+            PDX_LOG(logInfo, "BootstrapperApplication::OnStartup",
+                    "Launching client with [%ls] parameters to initiate game install through disk.", discParameters);
+            launchClient(discParameters);
+            quit(0);
+            break;
         case StartupStep::promptOlderClient:
+            promptBastionUninstall();
             break;
     }
 }
 
-void BootstrapperApplication::promptAlreadyInstalled() {
-    const int answer = sendAppMessage(WM_BA_PROMPT_ALREADY_INSTALLED);
-    // A cancelled run, whose answer is the number that asks for a repair, only ends.
-    if (!isCanceled()) {
-        if (answer == 1) launchClient(L"/checkForUpdate");
-        if (answer == 2) requestRepairReload();
-    }
-    // Asked twice after a repair, which is harmless.
-    quit(0);
+HRESULT BootstrapperApplication::detect() {
+    const HRESULT hr = m_engine->Detect(m_dialogWindow);
+    quitOnFailure("Detect", hr);
+    return hr;
 }
 
 HRESULT BootstrapperApplication::failStartup(ProgramError code) {

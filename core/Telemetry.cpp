@@ -110,14 +110,16 @@ void BootstrapperApplication::tellExecutionFailed(HRESULT hr) {
 
 void BootstrapperApplication::tellRunFinished() { send(runFinished(runKind(), m_startTime, now())); }
 
-void BootstrapperApplication::tellRunCancelled() { send(runCancelled(runKind(), runCancelWord(m_logoutExit))); }
+void BootstrapperApplication::tellRunCancelled(const std::string& reportId) {
+    send(runCancelled(runKind(), runCancelWord(m_logoutExit), reportId));
+}
 
-void BootstrapperApplication::tellRunFailed() {
+void BootstrapperApplication::tellRunFailed(const std::string& reportId) {
     const InstallStatus status = state().status;
     const std::string code = contextStatus(status.lastError);
     send(runFailed(runKind(), code));
     logBriskError("inst.{group}.fail", code, describeError(status.lastError), status.errorOperation,
-                  status.errorContext);
+                  status.errorContext, reportId.empty() ? Json() : Json({{"report_id", reportId}}));
 }
 
 void BootstrapperApplication::tellSessionStopped() { send(sessionStopped()); }

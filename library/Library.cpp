@@ -113,6 +113,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
         pdx::unmapped = true;
         pdx::releaseTelemetry();
+        pdx::releaseReportPackage();
         pdx::g_translator.clear();
         pdx::g_config.clear();
         pdx::g_logger.clear();

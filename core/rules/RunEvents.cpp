@@ -118,8 +118,10 @@ EventPair runFinished(const RunKind& run, const std::string& start, const std::s
     };
 }
 
-EventPair runCancelled(const RunKind& run, const char* word) {
-    return {tallyRun(run, "cancel", word), brisk(eventName("inst.{group}.canc", run), {{"cnst", word}})};
+EventPair runCancelled(const RunKind& run, const char* word, const std::string& reportId) {
+    Json attributes = {{"cnst", word}};
+    if (!reportId.empty()) attributes["report_id"] = reportId;
+    return {tallyRun(run, "cancel", word), brisk(eventName("inst.{group}.canc", run), std::move(attributes))};
 }
 
 TelemetryEvent runFailed(const RunKind& run, const std::string& code) { return tallyRun(run, "error", code); }

@@ -67,7 +67,8 @@ TelemetryEvent installRecorded(const InstallTelemetry& record);
 EventPair uninstallStarted(const std::string& now, const char* pathKind);
 
 EventPair runFinished(const RunKind& run, const std::string& start, const std::string& now);
-EventPair runCancelled(const RunKind& run, const char* word);
+/// The report's id goes with it unless it is empty.
+EventPair runCancelled(const RunKind& run, const char* word, const std::string& reportId);
 /// Why a run counts as cancelled.
 constexpr const char* runCancelWord(bool logoutExit) { return logoutExit ? "logout_exit" : "user_action"; }
 // The Tally events alone: their companions are errorEvents.

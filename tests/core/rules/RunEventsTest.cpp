@@ -41,7 +41,7 @@ const Row rows[] = {
      R"({"dskm":"SSD,HDD","dtyp":"data","inst":"new","intm":"now","path":"custom"})"},
     {runFinished(repairRun, "begin", "now").brisk, briskSender, "inst.repr.succ",
      R"({"endt":"now","enst":"success","strt":"begin","stst":"repair"})"},
-    {runCancelled({.uninstall = true, .repair = true}, "user_action").brisk, briskSender, "inst.uinst.canc",
+    {runCancelled({.uninstall = true, .repair = true}, "user_action", {}).brisk, briskSender, "inst.uinst.canc",
      R"({"cnst":"user_action"})"},
     {errorEvent("inst.inst.erro", error, {}), briskSender, "inst.inst.erro",
      R"({"ecod":"80072ee2","ectx":{"pkid":"p"},"einv":true,"emsg":"network","eopr":34,"estr":"text",)"

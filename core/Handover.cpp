@@ -1,0 +1,118 @@
+// The roads on which a run does not install: it repairs or migrates with raised rights, or hands over to the client.
+#include <mutex>
+
+#include "core/BootstrapperApplication.h"
+#include "core/rules/Handover.h"
+#include "platform/Log.h"
+#include "platform/PathFunctions.h"
+#include "platform/Paths.h"
+#include "platform/Processes.h"
+#include "state/OlderClient.h"
+#include "state/RepairCleanup.h"
+
+namespace pdx {
+
+HRESULT BootstrapperApplication::continueRaised() {
+    if (!m_hooks.isElevated()) return relaunchRaised();
+    if (isRepair()) {
+        sendAppMessage(WM_BA_REPAIR_INITIALIZING);
+        return performRepairCleanup();
+    }
+    if (GetEngineVariable(L"PDX_UNINSTALL_BASTION", false) == L"1") removeOlderClient();
+    launchClientToUpdate();
+    quit(0);
+    return S_OK;
+}
+
+HRESULT BootstrapperApplication::relaunchRaised() {
+    const std::wstring program = getProcessFilePath();
+    if (const HRESULT hr = lockElevatedBinaries(removeFileSpec(program), getProcessFileName()); FAILED(hr)) return hr;
+    const auto valueOf = [this](const wchar_t* variable) { return GetEngineVariable(variable, false); };
+    const ProgramStart copy = {
+        .verb = L"runas", .file = program, .parameters = relaunchParameters(valueOf), .show = SW_SHOW};
+    // The copy is to take it.
+    releaseInstallerMutex();
+    // Whatever comes of it, a refusal by the user too: nobody is there to do the work in its place.
+    m_hooks.startProgram(copy);
+    quit(0);
+    return S_OK;
+}
+
+HRESULT BootstrapperApplication::lockElevatedBinaries(const std::wstring& folder, const std::wstring& executable) {
+    if (m_hooks.lockElevated(m_lockedFiles, folder, executable)) return S_OK;
+    return failStartup(errorFilesNotLocked);
+}
+
+HRESULT BootstrapperApplication::performRepairCleanup() {
+    RepairRun run;
+    run.providerKey = GetEngineVariable(L"WixBundleProviderKey", false);
+    run.begin = [this](RepairStep step) {
+        const auto operation = static_cast<Operation>(step);
+        if (step == RepairStep::stopService)
+            replaceContext(operation);
+        else
+            setOperation(operation);
+    };
+    run.omitDesktopShortcut = [this] { m_engine->SetVariableString(L"CreateDesktopShortcut", L""); };
+    run.keepInstallFolder = [this](const std::wstring& folder) {
+        setInstallFolder(folder);
+        SetEnvironmentVariableW(L"PDX_INSTALL_LOCATION", folder.c_str());
+    };
+    if (!cleanUpForRepair(run)) return failStartup(errorRepairIncomplete);
+    Sleep(1000);
+    return detect();
+}
+
+void BootstrapperApplication::removeOlderClient() {
+    sendAppMessage(WM_BA_UNINSTALLING_BASTION);
+    waitForBastionTempUninstallers();
+    Sleep(1000);
+    sendMeridianCompleted();
+}
+
+void BootstrapperApplication::launchClientToUpdate() {
+    launchClient(L"/checkForUpdate " + authArgument(GetEngineVariable(L"KESTREL_AUTHCODE", false)));
+}
+
+void BootstrapperApplication::promptAlreadyInstalled() {
+    const int answer = sendAppMessage(WM_BA_PROMPT_ALREADY_INSTALLED);
+    // A cancelled run, whose answer is the number that asks for a repair, only ends.
+    if (!isCanceled()) {
+        if (answer == 1) {
+            if (GetEngineVariable(L"PDX_UNINSTALL_BASTION", false) == L"1") {
+                removeOlderClient();
+                launchClientToUpdate();
+            } else {
+                launchClient(L"/checkForUpdate");
+            }
+        }
+        if (answer == 2) requestReload(ReloadPurpose::repair);
+    }
+    // Asked twice after a repair, which is harmless.
+    quit(0);
+}
+
+void BootstrapperApplication::promptBastionUninstall() {
+    const int answer = sendAppMessage(WM_BA_PROMPT_BASTION_UNINSTALL);
+    if (!isCanceled()) {
+        // Every answer other than the first counts as this click, the closed prompt too.
+        sendBastionOverlayClick(answer == 1 ? overlayUninstall : overlayNotNow);
+        if (answer == 1) {
+            m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 1);
+            requestReload(ReloadPurpose::migration);
+        }
+        if (answer == 2) {
+            m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 0);
+            if (isBastionRunning()) {
+                PDX_LOG(logInfo, "BootstrapperApplication::promptBastionUninstall",
+                        "Bastion is running, attempting to close Bastion");
+                quitBastion();
+            }
+            launchClientToUpdate();
+        }
+    }
+    // Asked twice after the first answer, which is harmless.
+    quit(0);
+}
+
+}  // namespace pdx
