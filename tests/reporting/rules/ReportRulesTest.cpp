@@ -32,10 +32,10 @@ TEST(CrashSignature, ComesOfTheModulesAndTheLowWordOfTheFault) {
     one.add("a");  // the published value of "a" ends in 8C
     EXPECT_EQ(crashSignature(one, 0x0000000F), "8C-000F");
     StackHash ab, a_b;
-    ab.add("foobar");  // the published value ends in C8
+    ab.add("foobar");  // the published value ends in E8
     a_b.add("foo");
     a_b.add("bar");
-    EXPECT_EQ(crashSignature(ab, 0), "C8-0000");
+    EXPECT_EQ(crashSignature(ab, 0), "E8-0000");
     EXPECT_EQ(ab.get(), a_b.get());
 }
 
