@@ -8,6 +8,8 @@ SCENARIOS = ROOT / "tests/scenarios"
 
 LIBRARY = BUILD / "release/PalisadeBootstrapper.dll"
 OTHER_LIBRARY = BUILD / "release/other-deployment/PalisadeBootstrapper.dll"
+PROBE = BUILD / "release/harness/probe.exe"
+VERSION_LIBRARY = BUILD / "release/harness/version/version.dll"
 PACKAGE = BUILD / "release/harness/client/PalisadeApp.msi"
 HOST_TESTS = BUILD / "host/rules_tests"
 WINDOWS_TESTS = BUILD / "checked/windows_tests.exe"

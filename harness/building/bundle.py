@@ -12,7 +12,8 @@ import uuid
 import xml.etree.ElementTree as xml
 from pathlib import Path
 
-from harness.places import ENGINE
+from harness.building.signing import sign
+from harness.places import ENGINE, VERSION_LIBRARY
 
 PACKAGE_ID = "PalisadeApp.msi"
 BUNDLE_ID = "{0B5A7C53-1E0D-4C7A-8F63-2D9C41E7B6A0}"
@@ -70,11 +71,12 @@ def make(target: Path, library: Path, package: Path, variables: dict[str, str] |
         variables = {"IsThickInstaller": "no"} | (variables or {})
     with tempfile.TemporaryDirectory() as folder:
         work = Path(folder)
+        version_library = sign(VERSION_LIBRARY, work / "version.dll")
         attached = None if download_url else _cabinet(work / "attached.cab", {"a0": package})
         manifest = work / "manifest.xml"
         source = attached or download_url
-        manifest.write_bytes(_manifest(target.name, library, package, source, variables or {}, version))
-        ux = _cabinet(work / "ux.cab", {"0": manifest, "u0": library})
+        manifest.write_bytes(_manifest(target.name, (library, version_library), package, source, variables or {}, version))
+        ux = _cabinet(work / "ux.cab", {"0": manifest, "u0": library, "u1": version_library})
         cabinets = [ux, attached] if attached else [ux]
         with target.open("wb") as bundle:
             bundle.write(_engine_for(bundle_id(version), [cabinet.stat().st_size for cabinet in cabinets]))
@@ -132,7 +134,7 @@ def _file_facts(file: Path) -> dict[str, str]:
     return {"FileSize": str(file.stat().st_size), "Hash": hashlib.sha1(file.read_bytes()).hexdigest().upper()}
 
 
-def _manifest(bundle_name: str, library: Path, package: Path, source: Path | str, overrides: dict[str, str],
+def _manifest(bundle_name: str, libraries: tuple[Path, Path], package: Path, source: Path | str, overrides: dict[str, str],
               version: str) -> bytes:
     """The package's source is the attached cabinet or a download address."""
     manifest = xml.Element("BurnManifest", xmlns="http://schemas.microsoft.com/wix/2008/Burn")
@@ -157,8 +159,9 @@ def _manifest(bundle_name: str, library: Path, package: Path, source: Path | str
             Key=f"SOFTWARE\\Microsoft\\VisualStudio\\{key}", VariableType="string")
 
     ux = add(manifest, "UX")
-    add(ux, "Payload", Id="Library", FilePath="PalisadeBootstrapper.dll", Packaging="embedded", SourcePath="u0",
-        **_file_facts(library))
+    for number, (name, library) in enumerate(zip(("PalisadeBootstrapper.dll", "version.dll"), libraries)):
+        add(ux, "Payload", Id=name, FilePath=name, Packaging="embedded", SourcePath=f"u{number}",
+            **_file_facts(library))
 
     if isinstance(source, Path):
         add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes", Primary="yes",

@@ -1,21 +1,33 @@
-// A program for tests to start: it waits to be ended, writes down how it was started, or is a small service.
+// A program for tests to start: it waits to be ended, writes down how it was started, holds files, or is a small service.
 //
 //   wait                   does nothing, for ever
 //   record FILE ...        writes its folder and its whole command line into the file, a line each
+//   hold FILE MARK         keeps the file open for writing, and makes the file MARK once it does, for ever
+//   lock EXECUTABLE FILE   locks the files of a raised start as the library would if it lay where the program lies, and
+//                          writes down as JSON: "locked", the result; "held", the files that nobody else can write to
+//                          then; "milliseconds"; "lines", what was logged
 //   service NAME BEHAVIOUR runs as the service NAME, behaving as the table below says
 //
 // Text files are UTF-8.
 #include <windows.h>
 // shellapi.h needs the types of windows.h.
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 #include <shellapi.h>
 
+#include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "config/Settings.h"
 #include "platform/Handles.h"
+#include "platform/Log.h"
+#include "platform/PathFunctions.h"
+#include "platform/Paths.h"
 #include "platform/Text.h"
+#include "state/ElevatedBinaries.h"
 
 namespace {
 
@@ -99,6 +111,41 @@ int record(const std::wstring& path) {
     return writeFile(path, fmt::format("{}\n{}\n", pdx::toUtf8(folder), pdx::toUtf8(GetCommandLineW())));
 }
 
+int hold(const std::wstring& path, const std::wstring& mark) {
+    const pdx::FileHandle file(
+        CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file || writeFile(mark, "") != 0) return 1;
+    Sleep(INFINITE);
+    return 0;
+}
+
+struct KeptLines : pdx::Logger {
+    void write(int32_t, const char* function, int32_t, const char* message) override {
+        lines.push_back({function, message});
+    }
+    nlohmann::json lines = nlohmann::json::array();
+};
+
+int lock(const std::wstring& executable, const std::wstring& recordFile) {
+    const auto log = std::make_shared<KeptLines>();
+    pdx::g_logger.set(log);
+    pdx::determineConfigurable();
+    const std::wstring folder = pdx::elevatedFolderOf(pdx::removeFileSpec(pdx::getProcessFilePath()));
+    std::vector<pdx::FileHandle> files;
+    const auto start = std::chrono::steady_clock::now();
+    nlohmann::json record = {{"locked", pdx::ensureElevatedBinaries(files, folder, executable)}};
+    record["milliseconds"] =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
+    record["held"] = nlohmann::json::array();
+    for (const std::wstring& name : {executable, std::wstring(L"version.dll")}) {
+        const pdx::FileHandle other(CreateFileW(pdx::appendPath(folder, name).c_str(), GENERIC_WRITE,
+                                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+        if (!other && GetLastError() == ERROR_SHARING_VIOLATION) record["held"].push_back(pdx::toUtf8(name));
+    }
+    record["lines"] = log->lines;
+    return writeFile(recordFile, record.dump());
+}
+
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, char*, int) {
@@ -109,6 +156,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, char*, int) {
     const std::wstring mode = count > 1 ? arguments[1] : L"";
     if (mode == L"wait") Sleep(INFINITE);
     if (mode == L"record" && count > 2) return record(arguments[2]);
+    if (mode == L"hold" && count > 3) return hold(arguments[2], arguments[3]);
+    if (mode == L"lock" && count > 3) return lock(arguments[2], arguments[3]);
     if (mode == L"service" && count > 3) return runService(arguments[2], arguments[3]);
     return 2;
 }

@@ -6,6 +6,7 @@ import shutil
 import ssl
 import subprocess
 import threading
+from collections.abc import Callable
 from dataclasses import dataclass
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
@@ -45,37 +46,45 @@ class Chain:
 def prepare(names: list[str], list_host: str) -> Chain:
     """`list_host` is where the revocation list is fetched from: Windows refuses a certificate that names none."""
     settings = SETTINGS.format(names=", ".join("DNS:" + name for name in names), list_host=list_host)
-    folder = BUILD / "certificates" / hashlib.sha1(settings.encode()).hexdigest()[:8]
-    folder.parent.mkdir(parents=True, exist_ok=True)
-    with open(folder.parent / "lock", "w") as lock:
-        fcntl.flock(lock, fcntl.LOCK_EX)
-        if not folder.exists():
-            _make(folder.with_suffix(".new"), settings)
-            folder.with_suffix(".new").rename(folder)
+    folder = made_once(settings, lambda new: _make(new, settings))
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
     context.load_cert_chain(folder / "leaf.pem", folder / "leaf.key")
     return Chain((folder / "root.pem").read_text(), (folder / "root.crl").read_bytes(), context)
 
 
+def made_once(what: str, make: Callable[[Path], None]) -> Path:
+    """The folder under build/ with the certificates that `what` describes, which `make` fills if it is not there."""
+    folder = BUILD / "certificates" / hashlib.sha1(what.encode()).hexdigest()[:8]
+    folder.parent.mkdir(parents=True, exist_ok=True)
+    with open(folder.parent / "lock", "w") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        if not folder.exists():
+            unfinished = folder.with_suffix(".new")
+            shutil.rmtree(unfinished, ignore_errors=True)
+            unfinished.mkdir()
+            make(unfinished)
+            unfinished.rename(folder)
+    return folder
+
+
+def openssl(folder: Path, *arguments: str) -> None:
+    done = subprocess.run(["openssl", *arguments], cwd=folder, capture_output=True, text=True)
+    if done.returncode:
+        raise RuntimeError(f"openssl {arguments[0]} failed:\n{done.stderr}")
+
+
 def _make(folder: Path, settings: str) -> None:
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir()
     (folder / "settings.cnf").write_text(settings)
     (folder / "issued.txt").touch()
 
-    def openssl(*arguments: str) -> None:
-        done = subprocess.run(["openssl", *arguments], cwd=folder, capture_output=True, text=True)
-        if done.returncode:
-            raise RuntimeError(f"openssl {arguments[0]} failed:\n{done.stderr}")
-
     new = ("req", "-x509", "-config", "settings.cnf", "-days", DAYS, "-newkey", "rsa:2048", "-nodes")
-    openssl(*new, "-extensions", "root", "-subj", "/O=Corvane Works/CN=Services under test, root",
+    openssl(folder, *new, "-extensions", "root", "-subj", "/O=Corvane Works/CN=Services under test, root",
             "-keyout", "root.key", "-out", "root.pem")
-    openssl(*new, "-extensions", "leaf", "-subj", "/O=Corvane Works/CN=Services under test",
+    openssl(folder, *new, "-extensions", "leaf", "-subj", "/O=Corvane Works/CN=Services under test",
             "-CA", "root.pem", "-CAkey", "root.key", "-keyout", "leaf.key", "-out", "leaf.pem")
-    openssl("ca", "-gencrl", "-config", "settings.cnf", "-cert", "root.pem", "-keyfile", "root.key",
+    openssl(folder, "ca", "-gencrl", "-config", "settings.cnf", "-cert", "root.pem", "-keyfile", "root.key",
             "-crldays", DAYS, "-out", "list.pem")
-    openssl("crl", "-in", "list.pem", "-outform", "DER", "-out", "root.crl")
+    openssl(folder, "crl", "-in", "list.pem", "-outform", "DER", "-out", "root.crl")
 
 
 def publish(revocations: bytes, address: str) -> None:

@@ -1,0 +1,138 @@
+"""No swapped file is run raised: what the maker did not sign, somebody else holds or a link leads to locks nothing."""
+import json
+import shutil
+
+from harness.building.signing import sign
+from harness.client.facts import EXCHANGE
+from harness.places import PROBE, VERSION_LIBRARY
+from harness.staging.scene import TEMP
+
+SETUP, VERSION = "PalisadeSetup.exe", "version.dll"
+STRANGER, NEARLY = "Hollowmere Ltd.", "Corvane Works, inc."
+NO_SIGNATURE = "File was not signed [last error: 2148204800]."
+CHANGED = "Error is: 0x80096010.\n"
+
+
+def verified(path):
+    return ("verifyEmbeddedSignature", f"Successfully verified that file [{path}] was signed and signature is verified.")
+
+
+def not_verified(path, why):
+    return [("verifyEmbeddedSignature", f"Failed to verify embedded signature for file [{path}]: {why}"),
+            ("isValidPalisadeCertificate", f"Embedded signature missing or invalid for file: {path}")]
+
+
+def signed_by(path, name):
+    return [verified(path),
+            ("isValidPalisadeCertificate", "Certificate was valid but incorrect subject name (i.e. wrong certificate) "
+             f"for file: {path}; Subject name: {name}")]
+
+
+# What a file can be: what is logged of its signature once it is locked.
+SIGNATURES = {
+    "right": lambda path: [verified(path),
+                           ("isValidPalisadeCertificate", f"The file has a valid Palisade certificate: {path}")],
+    "unsigned": lambda path: not_verified(path, NO_SIGNATURE),
+    "changed": lambda path: not_verified(path, CHANGED),
+    "stranger's": lambda path: signed_by(path, STRANGER),
+    "nearly the maker's": lambda path: signed_by(path, NEARLY),
+}
+# And why it cannot be locked.
+REFUSALS = {"missing": "File not found. (00000002)", "held": "Sharing violation. (00000020)",
+            "behind a link": "Success. (00000000)"}
+
+
+def make(target, source, kind):
+    """Puts a file of that kind there."""
+    if kind == "missing":
+        return
+    if kind in ("unsigned", "changed"):
+        shutil.copyfile(source, target)
+    if kind != "unsigned":
+        sign(source, target, *{"stranger's": [STRANGER], "nearly the maker's": [NEARLY]}.get(kind, []))
+    if kind == "changed":
+        content = bytearray(target.read_bytes())
+        content[0x400] ^= 1
+        target.write_bytes(content)
+
+
+def expected(path, kind, trusting):
+    """Whether such a file is accepted, and the lines."""
+    if kind in REFUSALS:
+        return False, [("LockFile", f"Failed to lock file {path}: {REFUSALS[kind]}")] * 25 + \
+            [("LockElevatedBinaries", f"Failed to lock {path}")]
+    lines = [("LockFile", f"Locked {path}"), *SIGNATURES[kind](path)]
+    if kind == "right" or not trusting:
+        return kind == "right", lines
+    return True, [*lines, ("LockElevatedBinaries", f"Overriding signature verification failure for {path}")]
+
+
+class Attempt:
+    """The folders of one raised start, as the engine lays them out below the temporary one."""
+
+    def __init__(self, scene, name, executable, planted=None):
+        self.scene, self.name = scene, name
+        self.folder = f"{TEMP}\\{name}"
+        self.own, self.raised = scene.path(self.folder) / ".ba", scene.path(self.folder) / ".be"
+        for folder in (self.own, self.raised):
+            folder.mkdir(parents=True)
+        shutil.copyfile(PROBE, self.own / "probe.exe")
+        make(self.own / VERSION, VERSION_LIBRARY, "right")
+        make(self.raised / SETUP, PROBE, executable)
+        if planted:
+            make(self.raised / VERSION, VERSION_LIBRARY, planted)
+
+    def lock(self, executable=SETUP):
+        """Locks and gives what was recorded; nothing that stood there is written over."""
+        before = {file.name: file.read_bytes() for file in self.raised.iterdir()}
+        record = self.scene.path(f"{EXCHANGE}\\{self.name}.json")
+        self.scene.prefix.run(f"{self.folder}\\.ba\\probe.exe", "lock", executable, f"{EXCHANGE}\\{self.name}.json")
+        after = {file.name: file.read_bytes() for file in self.raised.iterdir()}
+        self.scene.check_equal(f"{self.name}: no file is replaced", before, {name: after.get(name) for name in before})
+        told = json.loads(record.read_text())
+        return told["locked"], told["held"], [tuple(line) for line in told["lines"]], told["milliseconds"]
+
+    def check(self, executable, planted, trusting=False):
+        locked, held, lines, milliseconds = self.lock()
+        kinds = {SETUP: executable, VERSION: planted or "right"}
+        wanted = {name: expected(f"{self.folder}\\.be\\{name}", kind, trusting) for name, kind in kinds.items()}
+        unlocked = [name for name, kind in kinds.items() if kind in REFUSALS]
+        self.scene.check_equal(f"{self.name}: whether it may be run", locked, all(good for good, _ in wanted.values()))
+        self.scene.check_equal(f"{self.name}: the lines", lines, [line for _, told in wanted.values() for line in told])
+        self.scene.check_equal(f"{self.name}: what nobody else can write to", held,
+                               [name for name, kind in kinds.items() if kind not in ("missing", "behind a link")])
+        self.scene.check(f"{self.name}: a second for each file that cannot be locked",
+                         milliseconds >= 1000 * len(unlocked), milliseconds)
+
+
+def play(scene):
+    for name, executable, planted in (
+            ("right", "right", None), ("unsigned", "unsigned", None), ("changed", "changed", None),
+            ("strangers", "stranger's", None), ("nearly", "nearly the maker's", None), ("missing", "missing", None),
+            ("there already", "right", "right"), ("planted", "right", "unsigned"),
+            ("planted by a stranger", "right", "stranger's"), ("all swapped", "unsigned", "changed")):
+        Attempt(scene, name, executable, planted).check(executable, planted)
+
+    held = Attempt(scene, "held", "right")
+    holder = scene.prefix.start(PROBE, "hold", f"{held.folder}\\.be\\{SETUP}", f"{EXCHANGE}\\held")
+    scene.wait_for(scene.path(f"{EXCHANGE}\\held").exists, "the process that holds the file")
+    held.check("held", None)
+    holder.kill()
+
+    linked = Attempt(scene, "linked", "right", "right")
+    linked.raised.rename(scene.path(TEMP) / "elsewhere")
+    linked.raised.symlink_to(scene.path(TEMP) / "elsewhere")
+    linked.check("behind a link", "behind a link")
+
+    bare = Attempt(scene, "nothing to put beside it", "right")
+    (bare.own / VERSION).unlink()
+    scene.check_equal("without a library to put beside it nothing is tried", bare.lock()[:3], (False, [], []))
+    unnamed = Attempt(scene, "unnamed", "right")
+    scene.check_equal("without an executable neither", unnamed.lock("")[:3],
+                      (False, [], [("LockElevatedBinaries", "Failed to determine elevated bootstrapper path")]))
+
+    scene.make_configurable()
+    for name, executable, planted in (
+            ("right and trusting", "right", None), ("planted and trusting", "right", "unsigned"),
+            ("strangers and trusting", "stranger's", "changed"), ("missing and trusting", "missing", None)):
+        Attempt(scene, name, executable, planted).check(executable, planted, trusting=True)
