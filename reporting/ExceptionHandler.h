@@ -55,9 +55,7 @@ class ExceptionHandlerLife {
         g_exceptionHandler.clear();
         g_exceptionHandler.set(std::make_shared<ExceptionHandler>());
     }
-    ~ExceptionHandlerLife() {
-        g_exceptionHandler.clear();
-        g_exceptionHandler.clear(); }
+    ~ExceptionHandlerLife() { g_exceptionHandler.clear(); }
     ExceptionHandlerLife(const ExceptionHandlerLife&) = delete;
     ExceptionHandlerLife& operator=(const ExceptionHandlerLife&) = delete;
 };

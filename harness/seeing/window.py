@@ -81,6 +81,10 @@ class Window:
                     {control["id"]: box(control) for control in shown},
                     {control["id"]: control["name"] for control in shown}, seen["others"])
 
+    def boxes(self) -> list[tuple[str, str]]:
+        """Caption and text of each message box that shows, whatever process it is of."""
+        return [(box["caption"], box["text"]) for box in json.loads(self.command("boxes"))]
+
     def page(self) -> str | None:
         """The name of the page on show; None while no window shows."""
         view = self.look()

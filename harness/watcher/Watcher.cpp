@@ -4,6 +4,7 @@
 //   look                         the installers' dialogs as a JSON array, those that show first; rectangles in pixels
 //   of
 //                                the screen
+//   boxes                        the message boxes of all processes as a JSON array: caption and text
 //   ask WINDOW MESSAGE WP LP     sends a message to a window of the first dialog's process: one given by its class, or
 //                                "dialog", or a control of that by its number; answers with the result, or "none"
 //                                without such a window, or "late" if there is no reply within 10 seconds
@@ -119,6 +120,20 @@ Json look() {
     return seen;
 }
 
+/// A message box is a dialog without a picture, with one label that has words.
+Json boxes() {
+    Json found = Json::array();
+    for (HWND window : allWindows()) {
+        if (!IsWindowVisible(window) || textOf(window, GetClassNameW) != "#32770" || GetDlgItem(window, IDC_PICTURE))
+            continue;
+        std::string text;
+        for (HWND child = nullptr; (child = FindWindowExW(window, child, L"Static", nullptr)) && text.empty();)
+            text = textOf(child, GetWindowTextW);
+        found.push_back({{"caption", textOf(window, GetWindowTextW)}, {"text", text}});
+    }
+    return found;
+}
+
 /// The window of a class in the dialog's process: the engine's raised process has one of the same class.
 HWND findBesideDialog(const std::string& windowClass) {
     DWORD wanted = 0;
@@ -182,6 +197,8 @@ int main() {
         std::string answer = "unknown";
         if (command == "look") {
             answer = look().dump();
+        } else if (command == "boxes") {
+            answer = boxes().dump();
         } else if (command == "ask") {
             answer = ask(arguments);
         } else if (command == "registry") {
