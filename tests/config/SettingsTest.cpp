@@ -79,6 +79,7 @@ TEST_F(ConfigurationTest, HasTheShippedValues) {
 }
 
 TEST_F(ConfigurationTest, GivesTheDefaultsWhileThereIsNone) {
+    g_config.clear();
     EXPECT_EQ(getConfigString("app.environment", "default"), "default");
     EXPECT_EQ(getConfigWideString("app.environment", L"default"), L"default");
     EXPECT_TRUE(getConfigBool("app.dev", true));

@@ -224,7 +224,6 @@ struct UpdateCase {
     BOOTSTRAPPER_ACTION action = install;
     BOOTSTRAPPER_RELATION_TYPE relation = BOOTSTRAPPER_RELATION_NONE;
     const wchar_t* thick = L"no";
-    const wchar_t* repair = L"0";
     const char* settings = "";
     std::optional<std::wstring> newer = L"https://x/new.exe";
     bool cancelled = false;   ///< while the service is asked
@@ -247,7 +246,6 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
          .version = "1.0.0.0"},
         {.what = "refused by the engine", .accepted = E_FAIL},
         {.what = "cancelled meanwhile", .cancelled = true},
-        {.what = "a repair", .repair = L"1"},
     };
     for (const UpdateCase& row : cases) {
         SCOPED_TRACE(row.what);
@@ -255,7 +253,6 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
         Bench bench(row.action);
         bench.command.relationType = row.relation;
         bench.engine.variables.set(L"IsThickInstaller", std::wstring(row.thick));
-        bench.engine.variables.set(L"PDX_REPAIR", std::wstring(row.repair));
         bench.engine.answers.setUpdate = row.accepted;
         App& app = bench.app();
         if (*row.settings) {

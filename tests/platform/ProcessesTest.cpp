@@ -27,7 +27,7 @@ TEST(WaitForAll, WaitsForEachGroupAndRefusesWhatCannotBeWaitedFor) {
     std::vector<Handle> owners;
     for (HANDLE& handle : handles) handle = owners.emplace_back(CreateEventW(nullptr, TRUE, TRUE, nullptr)).get();
     EXPECT_TRUE(waitForAll(handles));
-    handles.push_back(INVALID_HANDLE_VALUE);
+    handles.push_back(nullptr);
     EXPECT_FALSE(waitForAll(handles)) << "the last stands in a group of its own";
 }
 

@@ -78,6 +78,7 @@ TEST_F(TelemetryTest, FindsOutOnceWhoSendsToBrisk) {
     BriskTelemetrySender second(countedHash);
     second.start("", TelemetryManager("second", countedHash));
     json later = second.prepareEvent(briskEventOf("inst.sess.strt", {{"a", 1}})).event;
+    second.identifyMachine(later);
     later["ts"] = event["ts"];
     EXPECT_EQ(later, event);
     EXPECT_EQ(hashesMade, 1);
