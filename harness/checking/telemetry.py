@@ -57,7 +57,8 @@ def session_start(command_line: str, **other) -> tuple[str, dict]:
 
 
 def session_of(run) -> str:
-    told, = run.log.messages("TelemetryManager::createSessionId")
+    """All lives of a run are of one session."""
+    told, = set(run.log.messages("TelemetryManager::createSessionId"))
     return told.removeprefix("Installer session: ")
 
 
@@ -201,12 +202,12 @@ def start_page(*clicks: str, cohort: str = "") -> list[tuple[str, dict]]:
     return _offers(START_PAGE, (*clicks, START_PAGE[0]), cohort)
 
 
-def overlay(*clicks: str) -> list[tuple[str, dict]]:
+def overlay(*clicks: str, cohort: str = "") -> list[tuple[str, dict]]:
     """What the page that offers to remove the older client tells."""
-    return _offers(OVERLAY, clicks)
+    return _offers(OVERLAY, clicks, cohort)
 
 
-def _offers(offers: list[str], clicks: tuple[str, ...], cohort: str = "") -> list[tuple[str, dict]]:
+def _offers(offers: list[str], clicks: tuple[str, ...], cohort: str) -> list[tuple[str, dict]]:
     told = [(offer, "impression") for offer in offers] + [(offer, "click") for offer in clicks]
     return [message(offer, status, cohort) for offer, status in told]
 
@@ -229,10 +230,11 @@ def differences(found: object, wanted: object, where: str = "") -> list[str]:
 
 def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object = UUID,
                     since: dict[str, int] | None = None, development: bool = False,
-                    hosts: dict[str, str] | None = None) -> None:
+                    hosts: dict[str, str] | None = None, first_life: int = 0) -> None:
     """Checks all posts so far, or those `since` earlier runs: their headers, the order of their keys, and each event
     with each of its attributes. A machine of the maker's own tells the Brisk service in each that it is for
-    `development`. The hosts are those of the players' deployment if no others are named."""
+    `development`. The hosts are those of the players' deployment if no others are named. In a run with two lives of the library the
+    Tally events are counted anew behind those of the `first_life`."""
     posts_brisk = _check_posts(scene, "brisk", "/brisk/telm", BRISK_HEADERS, since, hosts)
     posts_tally = _check_posts(scene, "tally", "/tallyEvents", TALLY_HEADERS, since, hosts)
     told_brisk, told_tally = [post.body for post in posts_brisk], [post.body for post in posts_tally]
@@ -262,8 +264,9 @@ def check_telemetry(scene, thin: bool, brisk: list, tally: list, session: object
     _check_each(scene, "a Tally post's context", [dict(enumerate(context)) for context in contexts],
                 [{0: {"c_delta": False, "events": list, "pid": session, "pidt": "uid"}}] * len(contexts))
     events = [event for context in contexts for event in context[0]["events"]]
+    numbers = [*range(1, first_life + 1), *range(1, len(tally) - first_life + 1)]
     wanted = [TALLY_ITEM | {"core": {"en": name, "s": number, "ts_event": TIME_SECONDS}} | attributes
-              for number, (name, attributes) in enumerate(tally, 1)]
+              for number, (name, attributes) in zip(numbers, tally)]
     scene.check_equal("the Tally service is told these events", [event["core"]["en"] for event in events],
                       [name for name, _ in tally])
     _check_each(scene, "a Tally event", events, wanted)
@@ -307,7 +310,7 @@ def _check_times(scene, events: list) -> None:
     """The times that events tell go with the moments at which they are told."""
     moments = [event["ts"] for event in events]
     scene.check("each no earlier than the one before", moments == sorted(moments), moments)
-    wrong, download, boot = [], "", ""
+    wrong, download, boot, life = [], "", "", ""
     for before, event in zip(["", *moments], events):
         times, last = event.get("param", {}), event["ts"]
         match event["g"], event["s"]:
@@ -316,14 +319,14 @@ def _check_times(scene, events: list) -> None:
             case "dnld", "succ":
                 ordered = [download, times["strt"], download, times["endt"], last]
             case "sess", "strt":
-                ordered, boot = [times["boot"], last], times["boot"]
+                ordered, boot, life = [times["boot"], last], times["boot"], last
                 scene.check("the machine's start is told", _booted(boot), boot)
             case "inst", "strt":
                 ordered = [moments[0], times["intm"], last]
             case "uinst", "strt":
                 ordered = [moments[0], times["uitm"], last]
             case _, "succ":  # of a run, from its object's first moment on
-                ordered = [boot, times["strt"], moments[0], before, times["endt"], last]
+                ordered = [boot, times["strt"], life, before, times["endt"], last]
             case _:
                 continue
         if ordered != sorted(ordered):

@@ -2,6 +2,8 @@
 from harness.building.bundle import BUNDLE_VERSION, bundle_id
 
 PRODUCT_KEY = "HKLM\\Software\\Corvane Works\\Palisade Desktop"
+# Which game content the client is to install; in the 32-bit view.
+PENDING_JOB = "HKCU\\Software\\Corvane Works\\Palisade Desktop\\pendingITDjob"
 
 INSTALL_FOLDER = "C:\\Program Files\\Palisade"
 CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDesktop.exe",

@@ -1,17 +1,16 @@
 """Runs that go otherwise, as both services are told: wrong bytes, all clicks, a session's end, failures, uninstalls."""
 from harness.building import bundle
-from harness.checking.telemetry import (ERROR_SAID, FAILED, INSTALL_START, INSTALL_SUCCESS, OVERLAY, SESSION_STOP,
-                                        START_PAGE, TALLY_INSTALL, UNINSTALL_CANCEL, UNINSTALL_START, UNINSTALL_SUCCESS,
-                                        WRONG_HASH, check_attempts, check_telemetry, command_line, download_start,
-                                        download_success, message, overlay, script_failure, session_start, start_page,
-                                        tally_download, tally_install, tally_uninstall, told_so_far, wrong_bytes)
+from harness.checking.telemetry import (ERROR_SAID, FAILED, INSTALL_START, SESSION_STOP, START_PAGE, TALLY_INSTALL,
+                                        UNINSTALL_CANCEL, UNINSTALL_START, UNINSTALL_SUCCESS, WRONG_HASH,
+                                        check_attempts, check_telemetry, command_line, download_start,
+                                        download_success, script_failure, session_start, start_page, tally_download,
+                                        tally_install, tally_uninstall, told_so_far, wrong_bytes)
 from harness.client import facts
 from harness.places import PACKAGE
-from harness.seeing.window import ACTION1, ACTION2, BODY, CLOSE, OPTIONS
+from harness.seeing.window import ACTION1, BODY, CLOSE, OPTIONS
 
-REMOVED = "before-files say actiondata CA_MSG_BASTION_UNINSTALL_SUCCESS"  # the older client is gone
+REMOVED = "before-files say actiondata CA_MSG_BASTION_UNINSTALL_SUCCESS"  # of an install alone
 COHORT = "PDX_MERIDIAN_COHORT=blue"
-COMPLETED = message("meridian_completed_uninstall", "impression", "blue")
 VARIABLES = ["HARRIER_ENABLE=h", "IGNORE_ALREADY_INSTALLED=0", "PDX_LAUNCH_CLIENT=l", "KESTREL_AUTHCODE=geheim"]
 TOLD_VARIABLES = {"harrier": "h", "ignore_installed": "0", "launch": "l", "with_authcode": True}
 
@@ -39,8 +38,7 @@ def wrong_payload(scene) -> None:
 def clicks_and_logout(scene) -> None:
     """All that the welcome page offers is clicked; then the Windows session ends while the package runs."""
     told = told_so_far(scene)
-    scene.script(f"""
-        {REMOVED}
+    scene.script("""
         before-files mark under-way
         before-files wait-for go-on
         before-files progress 20 50
@@ -62,7 +60,7 @@ def clicks_and_logout(scene) -> None:
     check_telemetry(scene, thin=False, since=told,
                     brisk=[session_start(command_line(run).replace("geheim", "####"), **TOLD_VARIABLES), INSTALL_START,
                            ("inst.inst.canc", {"cnst": "logout_exit"}), SESSION_STOP],
-                    tally=[*start_page(agreement, close, options, cohort="blue"), TALLY_INSTALL[0], COMPLETED,
+                    tally=[*start_page(agreement, close, options, cohort="blue"), TALLY_INSTALL[0],
                            tally_install("cancel", "logout_exit")])
     posts = b"".join(post.raw for post in scene.services.requests())
     scene.check("the authorisation code is not told", b"geheim" not in posts)
@@ -82,16 +80,6 @@ def failing_package(scene) -> None:
                            *script_failure("inst", "Cannot open C:\\users\\####\\Temp"), SESSION_STOP],
                     tally=[TALLY_INSTALL[0], ("install", {"status": "error", "status_code": ERROR_SAID}),
                            tally_install("error", FAILED), tally_install("error", ERROR_SAID)])
-
-
-def removed_on_the_way(scene) -> None:
-    """The package tells that the older client is gone."""
-    told = told_so_far(scene)
-    scene.script(REMOVED)
-    run = scene.run("/quiet", COHORT, log="install")
-    scene.check_exit_code(run, 0, "an install that removes the older client")
-    check_telemetry(scene, thin=False, since=told, tally=[TALLY_INSTALL[0], COMPLETED, TALLY_INSTALL[1]],
-                    brisk=[session_start(command_line(run)), INSTALL_START, INSTALL_SUCCESS, SESSION_STOP])
 
 
 def uninstalls(scene) -> None:
@@ -134,39 +122,10 @@ def uninstalls(scene) -> None:
                     tally=[tally_uninstall("start"), tally_uninstall("finish", status_code="success")])
 
 
-def offer(scene, log: str, clicks: list[str]) -> None:
-    """The machine has the older client, and the maker's own settings offer to remove it."""
-    told = told_so_far(scene)
-    scene.script("before-files fail 1603")
-    run = scene.start_install(log=log)
-    scene.wait_for_page("older client", log)
-    if OVERLAY[2] in clicks:
-        scene.window.click(CLOSE)
-        scene.wait_for_page("prompt", log + "-close-prompt")
-        scene.window.click(ACTION1)
-        scene.wait_for_page("older client", log + "-again")
-    scene.window.click(ACTION1 if OVERLAY[0] in clicks else ACTION2)
-    scene.wait_for_page("prompt", log + "-failed")
-    scene.window.click(ACTION1)
-    run.finish(60)
-    scene.check_exit_code(run, 1, f"with the offer {log} the engine")
-    scene.check_equal("the package is told the answer", run.log.variables.get("PDX_UNINSTALL_BASTION"),
-                      "1" if OVERLAY[0] in clicks else "0")
-    check_telemetry(scene, thin=False, since=told, development=True,
-                    brisk=[session_start(command_line(run)), INSTALL_START, *script_failure("inst"), SESSION_STOP],
-                    tally=[*start_page(), *overlay(*clicks), TALLY_INSTALL[0], *[tally_install("error", FAILED)] * 2])
-
-
 def play(scene):
     wrong_payload(scene)
     clicks_and_logout(scene)
     failing_package(scene)
-    removed_on_the_way(scene)
+    scene.script("")
+    scene.check_exit_code(scene.run("/quiet", log="install"), 0, "an install")
     uninstalls(scene)
-
-    scene.make_configurable()
-    scene.override("[app]\nmeridian.promptBastionUninstall = true\n")
-    scene.prefix.set_registry("HKLM\\Software\\Bastion", "InstallSuccesfull", "yes", view=32)
-    remove, not_now, close = OVERLAY
-    offer(scene, "declined", [close, not_now])
-    offer(scene, "accepted", [remove])

@@ -1,0 +1,23 @@
+// What the sample programs tell a scenario: one UTF-8 line after the other in C:\PalisadeTest\launches.txt.
+#pragma once
+
+#include <string>
+
+#include "platform/Handles.h"
+#include "platform/Text.h"
+
+namespace client {
+
+inline constexpr wchar_t exchangeFolder[] = L"C:\\PalisadeTest";
+
+inline bool note(const std::wstring& text) {
+    CreateDirectoryW(exchangeFolder, nullptr);
+    const pdx::FileHandle file(CreateFileW((std::wstring(exchangeFolder) + L"\\launches.txt").c_str(), FILE_APPEND_DATA,
+                                           FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
+                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+    const std::string line = pdx::toUtf8(text) + "\n";
+    DWORD written = 0;
+    return file && WriteFile(file.get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+}
+
+}  // namespace client
