@@ -162,7 +162,7 @@ TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
         bench.app().OnStartup();
         const Texts told = bench.told();
         for (size_t i = 1; i < told.size(); ++i) EXPECT_EQ(told[i] == "enable", i == enabledAt) << i;
-        EXPECT_EQ(told.size(), enabledAt ? 3u : 2u);
+        EXPECT_EQ(told.size() > 2, enabledAt != 0);
         RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
     }
 }
