@@ -13,7 +13,6 @@
 
 #include <shellapi.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -73,14 +72,16 @@ pdx::Handle start(const fs::path& program, const std::wstring& parameters) {
     return pdx::startProgram({.file = program.wstring(), .parameters = parameters});
 }
 
+/// The library's own copying does not write over files with this toolchain.
+void copyToTemporary(const fs::path& program, const fs::path& name) {
+    CopyFileW(program.c_str(), (fs::temp_directory_path() / name).c_str(), FALSE);
+}
+
 int leaveTheWork() {
-    const fs::path conductor = fs::temp_directory_path() / "conductor.exe";
-    fs::copy_file(ownFile(), conductor, fs::copy_options::overwrite_existing);
+    copyToTemporary(ownFile(), "conductor.exe");
     // Their files go while they are waited for.
-    for (const Stage& stage : plan())
-        fs::copy_file(ownFile().parent_path() / stage.program, fs::temp_directory_path() / stage.name,
-                      fs::copy_options::overwrite_existing);
-    start(conductor, L"--conduct " + std::to_wstring(GetCurrentProcessId()));
+    for (const Stage& stage : plan()) copyToTemporary(ownFile().parent_path() / stage.program, stage.name);
+    start(fs::temp_directory_path() / "conductor.exe", L"--conduct " + std::to_wstring(GetCurrentProcessId()));
     return 0;
 }
 

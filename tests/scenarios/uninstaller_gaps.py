@@ -21,7 +21,7 @@ def play(scene):
     scene.wait_for_page("prompt", "already-installed")
     scene.window.click(ACTION1)
     scene.wait_for_page("progress", "removing")
-    run.finish(90)
+    run.finish(45)
     scene.check_exit_code(run, 0)
     older.wait_for_note(scene, "bui4.exe begins")
     client = f'"{LAUNCHER}" /checkForUpdate '
