@@ -94,6 +94,9 @@ class PromptAnswer {
     }
 };
 
+/// The driver's own filter of unhandled exceptions, which each object has to put back.
+LONG CALLBACK driverFilter(EXCEPTION_POINTERS*) { return EXCEPTION_CONTINUE_SEARCH; }
+
 /// Notes what does not hold.
 class Findings {
   public:
@@ -106,6 +109,36 @@ class Findings {
         expect(found == expected, text);
     }
     std::vector<std::string> lines;
+};
+
+/// Looks from each line that the library logs on the engine's thread back to who called the library: as a walk of a
+/// crashed thread's stack, this one goes by the frame pointers of the library's functions.
+class WalkingEngine : public SmallEngine {
+  public:
+    HRESULT STDMETHODCALLTYPE Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR message) override {
+        if (GetCurrentThreadId() == thread) ++lines, lost += !seesCaller();
+        return SmallEngine::Log(level, message);
+    }
+    size_t lines = 0, lost = 0;
+
+  private:
+    /// Behind the library's frames the program comes again.
+    static bool seesCaller() {
+        const HMODULE program = GetModuleHandleW(nullptr);
+        void* frames[62];
+        bool leftProgram = false;
+        for (USHORT i = 0, count = CaptureStackBackTrace(0, ARRAYSIZE(frames), frames, nullptr); i < count; ++i) {
+            HMODULE module = nullptr;
+            if (!frames[i] || !GetModuleHandleExW(
+                                  GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                                  static_cast<LPCWSTR>(frames[i]), &module))
+                continue;
+            if (module == program && leftProgram) return true;
+            leftProgram |= module != program;
+        }
+        return false;
+    }
+    DWORD thread = GetCurrentThreadId();
 };
 
 void presetVariables(SmallEngine& engine, const fs::path& folder) {
@@ -157,6 +190,7 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
     command.display = BOOTSTRAPPER_DISPLAY_NONE;
     command.restart = BOOTSTRAPPER_RESTART_NEVER;
     checkExports(library, command, findings);
+    SetUnhandledExceptionFilter(driverFilter);
     SmallEngine earlier;
     IBootstrapperApplication* application = nullptr;
     if (plan.takesOver && SUCCEEDED(library.create(&earlier, &command, &application))) application->Release();
@@ -175,6 +209,7 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
         checkOutcome(plan, EngineRun(engine, *application, plan.script, hook).run(), findings);
         findings.expect(application->Release() == 0, "the application object outlives the last Release");
     }
+    findings.expect(SetUnhandledExceptionFilter(driverFilter) == driverFilter, "exceptions still come to the library");
     library.destroy();
     findings.expect(engine.references() == 0, "the engine is still referenced after the library was destroyed");
 }
@@ -211,7 +246,7 @@ std::vector<std::string> runRound(RoundKind kind, const fs::path& library, const
     fs::create_directories(file.parent_path());
     fs::copy_file(library, file);
 
-    SmallEngine engine;
+    WalkingEngine engine;
     presetVariables(engine, folder);
     {
         const Handle rival(kind == RoundKind::secondInstance ? CreateMutexW(nullptr, FALSE, installerMutex) : nullptr);
@@ -229,6 +264,8 @@ std::vector<std::string> runRound(RoundKind kind, const fs::path& library, const
         SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
     }
     checkPackageLogs(plan, folder, findings);
+    findings.expect(engine.lines > 0 && engine.lost == 0,
+                    std::to_string(engine.lost) + " lines are logged by nobody, as the stack has it");
 
     std::error_code error;
     fs::remove_all(folder, error);

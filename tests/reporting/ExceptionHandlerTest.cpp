@@ -1,0 +1,213 @@
+// The filter of unhandled exceptions: what it tells, whom it calls, who waits. That the system calls it, the scenarios
+// show.
+#include "reporting/ExceptionHandler.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "config/Translator.h"
+#include "platform/Thread.h"
+#include "reporting/rules/CrashSignature.h"
+#include "tests/core/ApplicationProbe.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr DWORD accessFault = EXCEPTION_ACCESS_VIOLATION;
+
+/// The process with a filter of its own, ahead of any handler, and with what the flow takes of it.
+class ExceptionHandlerTest : public testing::Test {
+  protected:
+    ExceptionHandlerTest() : outer(SetUnhandledExceptionFilter(earlierFilter)) {
+        steps.clear();
+        result = EXCEPTION_CONTINUE_SEARCH;
+        RtlCaptureContext(&context);
+        g_telemetry.set(telemetry);
+        g_translator.set(std::make_shared<Translator>());
+    }
+    ~ExceptionHandlerTest() override {
+        g_translator.clear();
+        g_telemetry.clear();
+        SetUnhandledExceptionFilter(outer);
+    }
+
+    /// A box that notes that it shows, and does something until it closes.
+    static CrashBox box(std::function<void()> meanwhile = [] {}) {
+        return [meanwhile = std::move(meanwhile)](const std::wstring&, const std::wstring&) {
+            steps.emplace_back("box");
+            meanwhile();
+            steps.emplace_back("box closes");
+        };
+    }
+    LONG raise(ExceptionHandler& handler, DWORD code) { return filterOf(handler, code, context); }
+
+    static LONG filterOf(ExceptionHandler& handler, DWORD code, CONTEXT& registers) {
+        EXCEPTION_RECORD record{};
+        record.ExceptionCode = code;
+        EXCEPTION_POINTERS pointers{&record, &registers};
+        return handler.filter(&pointers);
+    }
+    static unsigned __stdcall overflow(void* handler) {
+        CONTEXT registers{};
+        filterOf(*static_cast<ExceptionHandler*>(handler), EXCEPTION_STACK_OVERFLOW, registers);
+        return 0;
+    }
+    static LONG CALLBACK earlierFilter(EXCEPTION_POINTERS* pointers) {
+        char code[16];
+        std::snprintf(code, sizeof code, "%08lx", pointers->ExceptionRecord->ExceptionCode);
+        steps.emplace_back(code);
+        return result;
+    }
+    /// The filter that the process has now.
+    static LPTOP_LEVEL_EXCEPTION_FILTER current() {
+        const auto filter = SetUnhandledExceptionFilter(nullptr);
+        SetUnhandledExceptionFilter(filter);
+        return filter;
+    }
+
+    /// Boxes, and calls of the earlier filter by their code, in order.
+    inline static std::vector<std::string> steps;
+    inline static LONG result = 0;
+    std::shared_ptr<RecordingTelemetry> telemetry = std::make_shared<RecordingTelemetry>();
+    CONTEXT context{};
+    LPTOP_LEVEL_EXCEPTION_FILTER outer;
+};
+
+TEST_F(ExceptionHandlerTest, TellsTheFirstFatalExceptionAndHandsAllOn) {
+    ExceptionHandler handler(box());
+    result = EXCEPTION_CONTINUE_EXECUTION;
+    EXPECT_EQ(raise(handler, EXCEPTION_BREAKPOINT), EXCEPTION_CONTINUE_EXECUTION);
+    EXPECT_THAT(telemetry->notes(), IsEmpty());
+    result = EXCEPTION_EXECUTE_HANDLER;
+    EXPECT_EQ(raise(handler, accessFault), EXCEPTION_EXECUTE_HANDLER);
+    EXPECT_EQ(raise(handler, EXCEPTION_ILLEGAL_INSTRUCTION), EXCEPTION_EXECUTE_HANDLER);
+    EXPECT_THAT(steps, ElementsAre("80000003", "box", "box closes", "c0000005", "c000001d"));
+    EXPECT_THAT(telemetry->notes(), ElementsAre(StartsWith("urgent brisk erro.crit.cras ")));
+}
+
+TEST_F(ExceptionHandlerTest, DoesWithoutAnEarlierFilterAndWithoutTelemetry) {
+    SetUnhandledExceptionFilter(nullptr);
+    g_telemetry.clear();
+    ExceptionHandler handler(box());
+    EXPECT_EQ(raise(handler, accessFault), EXCEPTION_CONTINUE_SEARCH);
+    EXPECT_THAT(steps, ElementsAre("box", "box closes"));
+}
+
+TEST_F(ExceptionHandlerTest, HandsAFaultOfTheFlowItselfOn) {
+    ExceptionHandler* itself = nullptr;
+    ExceptionHandler handler(box([&] { raise(*itself, EXCEPTION_STACK_OVERFLOW); }));
+    itself = &handler;
+    raise(handler, accessFault);
+    EXPECT_THAT(steps, ElementsAre("box", "c00000fd", "box closes", "c0000005"));
+}
+
+TEST_F(ExceptionHandlerTest, LetsOtherThreadsWaitUntilTheBoxHasClosed) {
+    Thread other;
+    bool ended = true;
+    ExceptionHandler* itself = nullptr;
+    ExceptionHandler handler(box([&] {
+        other.start(overflow, itself);
+        ended = other.endsWithin(300);
+    }));
+    itself = &handler;
+    raise(handler, accessFault);
+    other.join();
+    EXPECT_FALSE(ended) << "while the box shows";
+    EXPECT_THAT(steps, ElementsAre("box", "box closes", "c0000005", "c00000fd"));
+    EXPECT_EQ(telemetry->notes().size(), 1u);
+}
+
+TEST_F(ExceptionHandlerTest, IsTheFilterForALifeAndNeverItsOwnEarlierOne) {
+    LPTOP_LEVEL_EXCEPTION_FILTER filter = nullptr;
+    EXCEPTION_RECORD record{};
+    record.ExceptionCode = EXCEPTION_BREAKPOINT;
+    EXCEPTION_POINTERS pointers{&record, &context};
+    result = EXCEPTION_EXECUTE_HANDLER;
+    g_exceptionHandler.set(std::make_shared<ExceptionHandler>());  // left by an object ahead of a reload
+    {
+        const ExceptionHandlerLife life;
+        filter = current();
+        EXPECT_NE(filter, earlierFilter);
+        EXPECT_EQ(filter(&pointers), EXCEPTION_EXECUTE_HANDLER);
+        EXPECT_THAT(steps, ElementsAre("80000003"));
+    }
+    EXPECT_EQ(current(), earlierFilter);
+    EXPECT_EQ(filter(&pointers), EXCEPTION_CONTINUE_SEARCH) << "called by a thread that was on its way";
+}
+
+struct Signed {
+    std::string found, wanted;
+    std::vector<std::string> names;
+};
+
+std::string moduleOf(const void* address) {
+    HMODULE module = nullptr;
+    wchar_t path[MAX_PATH];
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       static_cast<LPCWSTR>(address), &module);
+    return std::filesystem::path(std::wstring(path, GetModuleFileNameW(module, path, MAX_PATH))).filename().string();
+}
+
+/// Signs the stack of its thread as if it faulted in this function, and takes the modules from the system's own walk.
+unsigned __stdcall signOwnStack(void* target) {
+    auto& [found, wanted, names] = *static_cast<Signed*>(target);
+    CONTEXT registers{};
+    registers.Eip = reinterpret_cast<uintptr_t>(signOwnStack);
+    registers.Ebp = registers.Esp = reinterpret_cast<uintptr_t>(__builtin_frame_address(0));
+    EXCEPTION_RECORD record{};
+    record.ExceptionAddress = reinterpret_cast<void*>(0x1234ABCD);
+    EXCEPTION_POINTERS pointers{&record, &registers};
+    found = signatureOf(pointers);
+
+    void* frames[62] = {reinterpret_cast<void*>(signOwnStack)};
+    const USHORT count = CaptureStackBackTrace(0, ARRAYSIZE(frames) - 1, frames + 1, nullptr);
+    StackHash hash;
+    for (USHORT i = 0; i <= count && frames[i]; ++i) {
+        names.push_back(moduleOf(frames[i]));
+        hash.add(names.back());
+    }
+    wanted = crashSignature(hash, 0xABCD);
+    return 0;
+}
+
+TEST_F(ExceptionHandlerTest, SignsAStackByTheModulesOfItsFrames) {
+    Signed stack;
+    Thread thread;
+    thread.start(signOwnStack, &stack);
+    thread.join();
+    EXPECT_EQ(stack.found, stack.wanted) << testing::PrintToString(stack.names);
+    EXPECT_EQ(stack.names.front(), "windows_tests.exe");
+    EXPECT_EQ(stack.names.back(), "ntdll.dll") << "where threads begin";
+}
+
+TEST_F(ExceptionHandlerTest, EndsTheWalkOfADamagedStack) {
+    EXCEPTION_RECORD record{};
+    uintptr_t frames[6] = {};
+    const auto address = [&](size_t frame) { return reinterpret_cast<uintptr_t>(&frames[frame]); };
+    const auto sign = [&](uintptr_t frame) {
+        context.Ebp = static_cast<DWORD>(frame);
+        context.Esp = static_cast<DWORD>(frame);
+        return signatureOf({&record, &context});
+    };
+    for (const size_t frame : {0u, 2u, 4u}) frames[frame + 1] = context.Eip;
+    frames[0] = address(2);  // which leads to itself, or back
+    for (const size_t next : {2u, 0u}) {
+        frames[2] = address(next);
+        EXPECT_FALSE(sign(address(0)).empty());
+    }
+    for (const uintptr_t nowhere : {0u, 1u, 0xFFFFFFF0u}) EXPECT_FALSE(sign(nowhere).empty());
+    context.Eip = 0;
+    EXPECT_EQ(sign(0), "25-0000") << "not one module";
+}
+
+}  // namespace
+}  // namespace pdx
