@@ -11,7 +11,7 @@ namespace pdx {
 
 namespace {
 
-constexpr double sizeAim = 1.5 * 1024 * 1024;
+constexpr double sizeAim = 2.0e6;
 
 template <typename Record>
 Record recordAt(const std::string& bytes, size_t offset) {
