@@ -16,6 +16,7 @@ from harness.building.signing import sign
 from harness.places import ENGINE, VERSION_LIBRARY
 
 PACKAGE_ID = "PalisadeApp.msi"
+RUNTIME_ID = "Runtime.exe"
 BUNDLE_ID = "{0B5A7C53-1E0D-4C7A-8F63-2D9C41E7B6A0}"
 BUNDLE_UPGRADE_CODE = "{9E1F3B72-64D8-4A35-B0C9-7F52A8D1634E}"
 BUNDLE_VERSION = "12.37.0.5294"
@@ -64,18 +65,21 @@ def bundle_id(version: str = BUNDLE_VERSION) -> str:
 
 
 def make(target: Path, library: Path, package: Path, variables: dict[str, str] | None = None,
-         download_url: str = "", version: str = BUNDLE_VERSION) -> Path:
+         download_url: str = "", version: str = BUNDLE_VERSION, runtime: Path | None = None) -> Path:
     """Writes the bundle `target` around the library and the client package; `variables` override what it presets. With
-    a download address it is a thin one: it does not hold the client package, and the engine fetches it from there."""
+    a download address it is a thin one: it does not hold the client package, and the engine fetches it from there. A
+    thick one may have a `runtime`, a program that is run without arguments ahead of the client package."""
     if download_url:
         variables = {"IsThickInstaller": "no"} | (variables or {})
     with tempfile.TemporaryDirectory() as folder:
         work = Path(folder)
         version_library = sign(VERSION_LIBRARY, work / "version.dll")
-        attached = None if download_url else _cabinet(work / "attached.cab", {"a0": package})
+        attached = None if download_url else _cabinet(
+            work / "attached.cab", {"a0": package} | ({"a1": runtime} if runtime else {}))
         manifest = work / "manifest.xml"
         source = attached or download_url
-        manifest.write_bytes(_manifest(target.name, (library, version_library), package, source, variables or {}, version))
+        manifest.write_bytes(_manifest(target.name, (library, version_library), package, source, variables or {}, version,
+                                       runtime))
         ux = _cabinet(work / "ux.cab", {"0": manifest, "u0": library, "u1": version_library})
         cabinets = [ux, attached] if attached else [ux]
         with target.open("wb") as bundle:
@@ -135,7 +139,7 @@ def _file_facts(file: Path) -> dict[str, str]:
 
 
 def _manifest(bundle_name: str, libraries: tuple[Path, Path], package: Path, source: Path | str, overrides: dict[str, str],
-              version: str) -> bytes:
+              version: str, runtime: Path | None) -> bytes:
     """The package's source is the attached cabinet or a download address."""
     manifest = xml.Element("BurnManifest", xmlns="http://schemas.microsoft.com/wix/2008/Burn")
 
@@ -178,7 +182,17 @@ def _manifest(bundle_name: str, libraries: tuple[Path, Path], package: Path, sou
     add(registration, "Arp", Register="yes", DisplayName="Palisade app", DisplayVersion=version,
         Publisher="Corvane Works, Inc.")
 
-    _add_package(add(manifest, "Chain"), add, package)
+    chain = add(manifest, "Chain")
+    if runtime:
+        add(manifest, "Payload", Id=RUNTIME_ID, FilePath=RUNTIME_ID, Packaging="embedded", SourcePath="a1",
+            Container="Attached", **_file_facts(runtime))
+        size = str(runtime.stat().st_size)
+        added = add(chain, "ExePackage", Id=RUNTIME_ID, Cache="yes", CacheId=RUNTIME_ID, InstallSize=size, Size=size,
+                    PerMachine="yes", Permanent="yes", Vital="yes", RollbackBoundaryForward="Boundary",
+                    LogPathVariable=f"WixBundleLog_{RUNTIME_ID}", DetectCondition="", InstallArguments="",
+                    UninstallArguments="", RepairArguments="", Repairable="no")
+        add(added, "PayloadRef", Id=RUNTIME_ID)
+    _add_package(chain, add, package)
     return xml.tostring(manifest, encoding="utf-8", xml_declaration=True)
 
 

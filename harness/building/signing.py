@@ -2,7 +2,7 @@
 import subprocess
 from pathlib import Path
 
-from harness.services.certificates import DAYS, made_once, openssl
+from harness.building.certificates import DAYS, made_once, openssl
 
 MAKER = "Corvane Works, Inc."
 

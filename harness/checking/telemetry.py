@@ -18,6 +18,7 @@ UNAVAILABLE = "80070003"  # the engine's code for an answer of 503
 WRONG_HASH = "80091007"  # for bytes that are not those of a hash; Wine has no text for it
 FAILED = "80070643"  # for a package that fails
 ERROR_SAID = "a0010000"  # for an error message of a package's own that has no number
+TRACKING_ID = "er-7f3a 2b&1"  # what the error report service calls each report
 PRODUCT = "kestrel_client"
 AGENT = f"Palisade app Installer/{bundle.BUNDLE_VERSION}"
 
@@ -112,15 +113,15 @@ def unavailable(name: str, link: str, **extra) -> tuple[str, dict]:
     return failure(name, UNAVAILABLE, "Path not found.", 34, context, **extra)
 
 
-def wrong_bytes(name: str, recommendation: int) -> tuple[str, dict]:
+def wrong_bytes(name: str, recommendation: int, **extra) -> tuple[str, dict]:
     """That of a download whose bytes are not those of the bundle's hash."""
     context = {"pkid": bundle.PACKAGE_ID, "plid": bundle.PACKAGE_ID, "stat": WRONG_HASH, "reco": recommendation}
-    return failure(name, WRONG_HASH, WRONG_HASH, 36, context)
+    return failure(name, WRONG_HASH, WRONG_HASH, 36, context, **extra)
 
 
 def script_failure(group: str, said: str = "", **extra) -> list[tuple[str, dict]]:
     """Those of a package whose script, ahead of the files, says an error or nothing, and then fails: the error that was
-    said, that of the execution, and that of the run."""
+    said, that of the execution, and that of the run, which tells the report that goes out about it."""
     def installer_message(kind: int, arguments: object = str) -> dict:
         return {"imsg": kind << 24, "flag": 0, "mesg": str, "args": arguments, "reco": 0}
 
@@ -129,9 +130,10 @@ def script_failure(group: str, said: str = "", **extra) -> list[tuple[str, dict]
     ended = {"pkid": bundle.PACKAGE_ID, "exec": False, "cpct": int, "opct": int, "stat": FAILED, "rstr": 0, "reco": 0}
     execution = failure(f"inst.{group}.erro", FAILED, "Installation failure.", 43, ended)
     if not said:
-        return [execution, failure(f"inst.{group}.fail", FAILED, "Installation failure.", 42, running)]
+        return [execution, failure(f"inst.{group}.fail", FAILED, "Installation failure.", 42, running,
+                                   report_id=TRACKING_ID)]
     return [failure(f"inst.{group}.erro", ERROR_SAID, said, 40, running), execution,
-            failure(f"inst.{group}.fail", ERROR_SAID, ERROR_SAID, 40, running)]
+            failure(f"inst.{group}.fail", ERROR_SAID, ERROR_SAID, 40, running, report_id=TRACKING_ID)]
 
 
 def tally_download(status: str, status_code: str, **percent: float) -> tuple[str, dict]:

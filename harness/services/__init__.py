@@ -7,6 +7,8 @@
 | `tally`    | those of `telemetry.tally.url`              | POST /tallyEvents: {}                                  |
 | `download` | those of `installer.downloadurl`            | GET, HEAD: the files given to `serve`, else 404        |
 | `legal`    | those of `legal.url`                        | GET /legalapp/...: a short page                        |
+| `reports`  | those of `app.oer.url`                      | POST /er/errorreport.xml: harness/services/reports.py  |
+| `storage`  | storage.corvaneworks.example                | PUT /packages/...: the same                            |
 | `tests`    | tests.corvaneworks.example                  | what the query says: harness/services/testhost.py      |
 
 The files are the shipped deployment's, in resources/, and another one's, in harness/deployment/. Another method or path
@@ -35,10 +37,11 @@ import tomllib
 from pathlib import Path
 from urllib.parse import urlsplit
 
-from harness.building import bundle
+from harness.building import bundle, certificates
 from harness.machine import sandbox
 from harness.places import CONFIGURATIONS, OTHER_CONFIGURATIONS
-from harness.services import certificates, testhost
+from harness.services import testhost
+from harness.services.reports import Reports
 from harness.services.server import Answer, Request, Service
 
 DOMAIN = "corvaneworks.example"
@@ -65,6 +68,7 @@ class Services:
         self._changed = threading.Condition()
         self._requests: list[Request] = []
         self._file = (out / "requests.jsonl").open("w", encoding="utf-8", errors="backslashreplace", buffering=1)
+        self.received = Reports("storage." + DOMAIN)
         version = {"recommended": {"version": bundle.BUNDLE_VERSION}}
         rows = [
             ("updater.url", r"GET /autopatch/upgrade/buckets/\d+", lambda _: Answer(version)),
@@ -72,14 +76,18 @@ class Services:
             ("telemetry.tally.url", r"POST /tallyEvents", lambda _: Answer({})),
             ("installer.downloadurl", r"(GET|HEAD) /.*", lambda _: Answer(status=404)),
             ("legal.url", r"GET /legalapp/.*", lambda _: Answer("<!DOCTYPE html><title>Legal document</title>")),
+            ("app.oer.url", r"POST /er/errorreport\.xml", self.received.announce),
+            ("", r"PUT /packages/.*", self.received.store),
             ("", r"\w+ /.*", lambda request: testhost.answer(request, self)),
         ]
-        names = [list(dict.fromkeys(urlsplit(url).netloc for url in configured(key))) if key else ["tests." + DOMAIN]
-                 for key, *_ in rows]
+        services = ("update", "brisk", "tally", "download", "legal", "reports", "storage", "tests")
+        names = [list(dict.fromkeys(urlsplit(url).netloc for url in configured(key))) if key else [f"{name}.{DOMAIN}"]
+                 for name, (key, *_) in zip(services, rows)]
         chain = certificates.prepare(sum(names, []), "crl." + DOMAIN)
         made = [Service(name, f"127.0.0.{11 + index}", names[index], *rows[index][1:], chain.context, self._record)
-                for index, name in enumerate(("update", "brisk", "tally", "download", "legal", "tests"))]
-        self.update, self.brisk, self.tally, self.download, self.legal, self.tests = made
+                for index, name in enumerate(services)]
+        (self.update, self.brisk, self.tally, self.download, self.legal, self.reports, self.storage,
+         self.tests) = made
         lines = [f"{service.address} {' '.join(service.hosts)}\n" for service in made if service.hosts]
         sandbox.add_hosts("".join(lines) + f"127.0.0.10 crl.{DOMAIN}\n", out)
         sandbox.trust(chain.root, out)

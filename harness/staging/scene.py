@@ -1,5 +1,6 @@
 """What a scenario works with: bundles, runs of the real engine, the machine that they change, and checks."""
 import json
+import re
 import shutil
 import ssl
 import subprocess
@@ -230,7 +231,7 @@ class Scene:
         return [answer for done, _, answer in rows if done == step]
 
     def engine_logs(self) -> set[Path]:
-        return {file for file in self.path(TEMP).glob("Palisade_*.log") if "_000_" not in file.name}
+        return {file for file in self.path(TEMP).glob("Palisade_*.log") if not re.search(r"_\d{3}_", file.name)}
 
     def start(self, *arguments: str, program: str = SETUP, log: str = "engine", log_file: str = "",
               **options) -> EngineRun:

@@ -12,8 +12,8 @@ from harness.places import SCENARIOS
 from harness.staging.scene import Hang, Scene
 
 LONGEST = ["told-otherwise", "migrate-not-now", "download-gives-up", "telemetry-down", "gallery", "accessible",
-           "download-retry", "download-cancel", "update-replies", "bad-folders", "links", "error-prompt",
-           "session-end", "languages"]
+           "report-faults", "download-retry", "download-cancel", "update-replies", "bad-folders", "links",
+           "error-prompt", "session-end", "languages"]
 
 
 def names() -> list[str]:

@@ -1,7 +1,7 @@
 """Runs that go otherwise, as both services are told: wrong bytes, all clicks, a session's end, failures, uninstalls."""
 from harness.building import bundle
 from harness.checking.telemetry import (ERROR_SAID, FAILED, INSTALL_START, SESSION_STOP, START_PAGE, TALLY_INSTALL,
-                                        UNINSTALL_CANCEL, UNINSTALL_START, UNINSTALL_SUCCESS, WRONG_HASH,
+                                        TRACKING_ID, UNINSTALL_CANCEL, UNINSTALL_START, UNINSTALL_SUCCESS, WRONG_HASH,
                                         check_attempts, check_telemetry, command_line, download_start,
                                         download_success, script_failure, session_start, start_page, tally_download,
                                         tally_install, tally_uninstall, told_so_far, wrong_bytes)
@@ -30,7 +30,8 @@ def wrong_payload(scene) -> None:
         tally += [tally_download("start", "new", percent=0), tally_download("finish", "success", percent=100.0),
                   tally_download("error", WRONG_HASH)]
     check_telemetry(scene, thin=True, tally=[*tally, tally_install("error", WRONG_HASH)],
-                    brisk=[session_start(command_line(run)), *brisk, wrong_bytes("inst.inst.fail", 10), SESSION_STOP])
+                    brisk=[session_start(command_line(run)), *brisk,
+                           wrong_bytes("inst.inst.fail", 10, report_id=TRACKING_ID), SESSION_STOP])
     check_attempts(scene, 3, each=3)
     scene.make_bundle()
 
