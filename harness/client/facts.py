@@ -8,6 +8,7 @@ PENDING_JOB = "HKCU\\Software\\Corvane Works\\Palisade Desktop\\pendingITDjob"
 INSTALL_FOLDER = "C:\\Program Files\\Palisade"
 CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDesktop.exe",
                 "PalisadeBackgroundService.exe", "PalisadeConnect_microsoft.exe")
+SERVICE = "PalisadeBackgroundService"
 
 # The script of the client's custom actions, their record and the launcher's notes lie here.
 EXCHANGE = "C:\\PalisadeTest"

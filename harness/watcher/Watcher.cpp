@@ -10,8 +10,14 @@
 //                                without such a window, or "late" if there is no reply within 10 seconds
 //   registry VIEW KEY            the values of a key that are texts or DWORDs, the latter as "0x00000001", as a JSON
 //                                object; the default value's name is empty; null if the key is not there
+//   tree VIEW KEY                the same of the key and all keys below it, by their paths from it ("" is its own)
 //   hold NAME                    makes a mutex that stays until "release" or the end
-//   release                      lets go of it
+//   hold-file PATH               opens a file that nobody else may open then
+//   hold-service NAME            opens a service, which stays listed then though it is deleted
+//   release                      lets go of what is held
+//   service NAME COMMAND         makes a service of the probe's (harness/probe) and starts it; answers when it runs
+//   end-service NAME             lets it end, whatever its behaviour, and deletes it
+//   service-state NAME           its state's number, 0 if there is no such service
 #include <windows.h>
 
 #include <fmt/format.h>
@@ -161,16 +167,27 @@ std::string ask(std::istringstream& arguments) {
     return std::to_string(result);
 }
 
-Json registryValues(std::istringstream& arguments) {
-    std::string view, path;
-    std::getline(arguments >> view >> std::ws, path);
-    const HKEY root = path.starts_with("HKCU")   ? HKEY_CURRENT_USER
-                      : path.starts_with("HKCR") ? HKEY_CLASSES_ROOT
-                                                 : HKEY_LOCAL_MACHINE;
-    HKEY key = nullptr;
-    const std::wstring below = pdx::toWide(path.substr(path.find('\\') + 1));
-    if (RegOpenKeyExW(root, below.c_str(), 0, KEY_READ | (view == "32" ? KEY_WOW64_32KEY : KEY_WOW64_64KEY), &key))
-        return nullptr;
+struct KeyTraits {
+    using Value = HKEY;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { RegCloseKey(value); }
+};
+using Key = pdx::UniqueHandle<KeyTraits>;
+
+struct ServiceTraits {
+    using Value = SC_HANDLE;
+    static Value invalid() noexcept { return nullptr; }
+    static void close(Value value) noexcept { CloseServiceHandle(value); }
+};
+using Service = pdx::UniqueHandle<ServiceTraits>;
+
+Key openKey(HKEY parent, const std::wstring& path, REGSAM view) {
+    Key key;
+    if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ | view, key.put()) != ERROR_SUCCESS) key.reset();
+    return key;
+}
+
+Json valuesOf(HKEY key) {
     Json values = Json::object();
     LSTATUS status = ERROR_SUCCESS;
     for (DWORD index = 0; status == ERROR_SUCCESS; ++index) {
@@ -181,19 +198,84 @@ Json registryValues(std::istringstream& arguments) {
         if (status == ERROR_SUCCESS && type == REG_DWORD)
             values[pdx::toUtf8(name)] = fmt::format("0x{:04x}{:04x}", +data[1], +data[0]);
     }
-    RegCloseKey(key);
     if (status != ERROR_NO_MORE_ITEMS) values["failed"] = status;
     return values;
 }
 
+void addTree(Json& tree, HKEY key, const std::string& path, REGSAM view) {
+    tree[path] = valuesOf(key);
+    wchar_t name[256];
+    for (DWORD index = 0, length = 256; RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr) ==
+                                        ERROR_SUCCESS;
+         ++index, length = 256)
+        if (const Key below = openKey(key, name, view))
+            addTree(tree, below.get(), (path.empty() ? "" : path + "\\") + pdx::toUtf8(name), view);
+}
+
+Json registry(std::istringstream& arguments, bool whole) {
+    std::string word, path;
+    std::getline(arguments >> word >> std::ws, path);
+    const HKEY root = path.starts_with("HKCU")   ? HKEY_CURRENT_USER
+                      : path.starts_with("HKCR") ? HKEY_CLASSES_ROOT
+                                                 : HKEY_LOCAL_MACHINE;
+    const REGSAM view = word == "32" ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    const Key key = openKey(root, pdx::toWide(path.substr(path.find('\\') + 1)), view);
+    if (!whole) return key ? valuesOf(key.get()) : nullptr;
+    Json tree = Json::object();
+    if (key) addTree(tree, key.get(), "", view);
+    return tree;
+}
+
+pdx::Handle makeEvent(const std::wstring& name) {
+    return pdx::Handle(CreateEventW(nullptr, TRUE, FALSE, (L"Global\\" + name).c_str()));
+}
+
+Service openService(const std::wstring& name) {
+    const Service manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
+    return Service(OpenServiceW(manager.get(), name.c_str(), SERVICE_ALL_ACCESS));
+}
+
+std::string startService(const std::wstring& name, const std::wstring& command) {
+    const pdx::Handle running = makeEvent(name + L".running");
+    const Service manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
+    const Service service(CreateServiceW(manager.get(), name.c_str(), nullptr, SERVICE_ALL_ACCESS,
+                                         SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE,
+                                         command.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr));
+    if (!service || !StartServiceW(service.get(), 0, nullptr)) return "failed " + std::to_string(GetLastError());
+    return WaitForSingleObject(running.get(), patience) == WAIT_OBJECT_0 ? "running" : "late";
+}
+
+std::string stateOf(const std::wstring& name) {
+    SERVICE_STATUS status{};
+    const Service service = openService(name);
+    return std::to_string(service && QueryServiceStatus(service.get(), &status) ? status.dwCurrentState : 0);
+}
+
+std::string endService(const std::wstring& name) {
+    SetEvent(makeEvent(name + L".release").get());
+    for (DWORD waited = 0; waited < patience && stateOf(name) != "1"; waited += 50) Sleep(50);
+    return DeleteService(openService(name).get()) ? "deleted" : "failed";
+}
+
+/// What is held until it is let go.
+struct Held {
+    pdx::Handle mutex;
+    pdx::FileHandle file;
+    Service service;
+};
+
 }  // namespace
 
 int main() {
-    pdx::Handle held;
+    Held held;
     for (std::string line; std::getline(std::cin, line);) {
         std::istringstream arguments(line);
-        std::string command, name;
+        std::string command, rest;
         arguments >> command;
+        const auto remainder = [&] {
+            std::getline(arguments >> std::ws, rest);
+            return pdx::toWide(rest);
+        };
         std::string answer = "unknown";
         if (command == "look") {
             answer = look().dump();
@@ -201,15 +283,29 @@ int main() {
             answer = boxes().dump();
         } else if (command == "ask") {
             answer = ask(arguments);
-        } else if (command == "registry") {
-            answer = registryValues(arguments).dump();
+        } else if (command == "registry" || command == "tree") {
+            answer = registry(arguments, command == "tree").dump();
         } else if (command == "hold") {
-            arguments >> name;
-            held = pdx::Handle(CreateMutexW(nullptr, FALSE, pdx::toWide(name).c_str()));
-            answer = held ? "held" : "failed";
+            held.mutex = pdx::Handle(CreateMutexW(nullptr, FALSE, remainder().c_str()));
+            answer = held.mutex ? "held" : "failed";
+        } else if (command == "hold-file") {
+            held.file = pdx::FileHandle(CreateFileW(remainder().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
+                                                    nullptr));
+            answer = held.file ? "held" : "failed";
+        } else if (command == "hold-service") {
+            held.service = openService(remainder());
+            answer = held.service ? "held" : "failed";
         } else if (command == "release") {
             held = {};
             answer = "released";
+        } else if (command == "service") {
+            arguments >> rest;
+            const std::wstring name = pdx::toWide(rest);
+            answer = startService(name, remainder());
+        } else if (command == "end-service") {
+            answer = endService(remainder());
+        } else if (command == "service-state") {
+            answer = stateOf(remainder());
         }
         std::puts(answer.c_str());
         std::fflush(stdout);
