@@ -61,6 +61,7 @@ pdx::Measurements measureAll(const std::filesystem::path& library, const std::st
     take(pdx::measureMessages(library));
     take(pdx::measureLogging());
     take(pdx::measureTelemetry(host));
+    take(pdx::measureRepair());
     take(pdx::measureSize(library));
     return all;
 }

@@ -29,6 +29,9 @@ Measurements measureLogging();
 /// of memory before; what is found out of the machine for them. The host is one that answers as the query tells it
 /// (harness/services/testhost.py), "https://host.name".
 Measurements measureTelemetry(const std::string& host);
+/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys, each also as
+/// a ratio to the platform's calls alone.
+Measurements measureRepair();
 /// The library's file by its sections.
 Measurements measureSize(const std::filesystem::path& library);
 
