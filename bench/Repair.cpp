@@ -22,7 +22,8 @@ constexpr int filesEach = 200;
 constexpr int componentKeys = 50000;
 constexpr int ownEach = 20;  // so many keys of others to one of the package
 
-constexpr wchar_t components[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Installer\\UserData\\S-1-5-18\\Components";
+constexpr wchar_t components[] =
+    L"Software\\Microsoft\\Windows\\CurrentVersion\\Installer\\UserData\\S-1-5-18\\Components";
 
 void layOutFiles(const fs::path& root) {
     for (int folder = 0; folder < folders; ++folder) {

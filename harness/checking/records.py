@@ -1,4 +1,4 @@
-"""The registry as far as the client, its package and the bundle are in it, as one listing that can be compared whole."""
+"""The registry as far as the client, its package and the bundle are in it, as a listing that can be compared whole."""
 import json
 import shutil
 

@@ -11,9 +11,9 @@ from harness.machine.prefix import copy_of_prepared
 from harness.places import SCENARIOS
 from harness.staging.scene import Hang, Scene
 
-LONGEST = ["told-otherwise", "migrate-not-now", "download-gives-up", "telemetry-down", "gallery", "accessible",
-           "report-faults", "download-retry", "download-cancel", "update-replies", "bad-folders", "links",
-           "error-prompt", "session-end", "languages"]
+LONGEST = ["told-otherwise", "migrate-not-now", "repair-blocked", "download-gives-up", "telemetry-down", "gallery",
+           "accessible", "report-faults", "download-retry", "download-cancel", "update-replies", "bad-folders",
+           "links", "error-prompt", "session-end", "languages"]
 
 
 def names() -> list[str]:

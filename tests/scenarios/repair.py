@@ -1,4 +1,4 @@
-"""A person repairs: the client is taken apart, all of it and nothing else, and installed anew in the library's second life."""
+"""A person repairs: all of the client is taken away, nothing else, and it is installed in the library's second life."""
 from harness.checking import telemetry
 from harness.checking.records import (COMPONENTS, INSTALLER, PACKED_CODE, UNINSTALL, changes, listing,
                                       passed_over, run_service)

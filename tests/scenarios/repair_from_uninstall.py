@@ -19,7 +19,8 @@ def play(scene):
         events = [event for post in scene.services.requests("brisk")[before:] for event in post.body]
         starts = [(event["param"]["action"], event["param"]["repair"]) for event in events if event["s"] == "strt"
                   and event["g"] == "sess"]
-        scene.check_equal(f"{way}: each life begins as what it is", starts, [(3, "0"), (5, "1")] if asks else [(5, "1")])
+        scene.check_equal(f"{way}: each life begins as what it is", starts,
+                          [(3, "0"), (5, "1")] if asks else [(5, "1")])
         scene.check_equal(f"{way}: the repair is told in its own group",
                           [f"{event['m']}.{event['g']}.{event['s']}" for event in events][len(starts):],
                           ["inst.repr.strt", "inst.inst.strt", "inst.repr.succ", "inst.sess.stop"])

@@ -26,7 +26,9 @@ class RepairCleanupTest : public testing::Test {
         for (const RegistryView view : {view32, view64})
             RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
     }
-    static bool isRecorded() { return static_cast<bool>(RegistryKey::localMachine(view64).openSubKey(productKey, false)); }
+    static bool isRecorded() {
+        return static_cast<bool>(RegistryKey::localMachine(view64).openSubKey(productKey, false));
+    }
 
     bool cleanUp(const std::wstring& location) {
         RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", location);
