@@ -58,6 +58,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     bool isThinInstaller() const;
     /// On unless the variable is exactly "0": the bundle presets "0", and an unset or empty variable counts as on.
     bool isRepair() const;
+    /// The same for the move from the older client.
     bool isMeridianMode() const;
 
     /// Sends a message to the dialog and waits for its answer: IDCANCEL if the run is cancelled, 0 without a dialog.
@@ -76,6 +77,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void quitOnFailure(const char* operation, HRESULT hr);
     /// Asks the engine to end this run and then to load the library anew, in the mode that the reload is for.
     void requestReload(ReloadPurpose purpose);
+    /// The same for a repair, for the dialog.
     void requestRepairReload();
 
     /// Sets the variable InstallFolder so that it means this folder, brackets in its name and all, wherever it is

@@ -1,6 +1,4 @@
 // The roads on which a run does not install: it repairs or migrates with raised rights, or hands over to the client.
-#include <mutex>
-
 #include "core/BootstrapperApplication.h"
 #include "core/rules/Handover.h"
 #include "platform/Log.h"

@@ -11,6 +11,7 @@
 
 #include "platform/Handles.h"
 #include "platform/Processes.h"
+#include "reporting/ErrorReport.h"
 #include "state/ElevatedBinaries.h"
 #include "state/UpdateCheck.h"
 
@@ -35,6 +36,8 @@ struct RunHooks {
         lockElevated = ensureElevatedBinaries;
     /// Starts the raised copy of this program.
     std::function<Handle(const ProgramStart& program)> startProgram = pdx::startProgram;
+    /// Sends the report of a failed run, and gives its id.
+    std::function<std::string(const ReportFiles& files)> sendReport = sendErrorReport;
 };
 
 }  // namespace pdx

@@ -8,7 +8,6 @@
 #include "platform/Paths.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
-#include "reporting/ErrorReport.h"
 
 namespace pdx {
 namespace {
@@ -95,7 +94,7 @@ std::string BootstrapperApplication::submitErrorReport() {
     // The report takes as long as the network does, and a second attempt need not wait for it.
     releaseInstallerMutex();
     for (const std::wstring& stem : m_reportFileStems) addFilesOfStem(m_reportFiles, stem);
-    return sendErrorReport(m_reportFiles);
+    return m_hooks.sendReport(m_reportFiles);
 }
 
 void BootstrapperApplication::endAsSuccess() {

@@ -7,7 +7,6 @@
 #include "platform/Errors.h"
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
-#include "platform/Processes.h"
 #include "platform/rules/CommandLine.h"
 #include "state/OlderClient.h"
 #include "telemetry/InstallTelemetry.h"
@@ -52,7 +51,7 @@ void BootstrapperApplication::startTelemetry(TelemetryFactory make) {
     facts.boot = bootTime();
     facts.commandLine = toUtf8(hideAuthcode(scrubProfilePath(GetCommandLineW())));
     facts.autopatch = m_command->relationType == BOOTSTRAPPER_RELATION_UPDATE;
-    facts.elevated = isElevated();
+    facts.elevated = m_hooks.isElevated();
     facts.action = m_action;
     facts.repair = variable(L"PDX_REPAIR");
     facts.harrier = variable(L"HARRIER_ENABLE");

@@ -8,7 +8,9 @@
 
 #include <cstdlib>
 #include <exception>
+#include <memory>
 #include <mutex>
+#include <utility>
 #include <string>
 
 #include "config/Settings.h"
@@ -19,6 +21,7 @@
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Text.h"
+#include "reporting/ReportPackage.h"
 #include "telemetry/MachineIdentity.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"

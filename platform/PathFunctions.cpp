@@ -9,16 +9,6 @@
 namespace pdx {
 namespace {
 
-#ifndef LOAD_LIBRARY_SEARCH_SYSTEM32
-constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
-#endif
-
-/// A library of the system folder, which stays loaded: what is found in it is kept for the life of the process.
-HMODULE systemLibrary(const char* name) {
-    const HMODULE loaded = GetModuleHandleA(name);
-    return loaded ? loaded : LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-}
-
 HRESULT WINAPI appendShort(wchar_t* path, size_t size, const wchar_t* more) {
     // PathAppendW itself takes no size and writes up to MAX_PATH characters.
     wchar_t joined[MAX_PATH];
@@ -67,7 +57,7 @@ PathFunctions bindPathFunctions(HMODULE library) {
 }
 
 const PathFunctions& pathFunctions() {
-    static const PathFunctions functions = bindPathFunctions(systemLibrary("api-ms-win-core-path-l1-1-0.dll"));
+    static const PathFunctions functions = bindPathFunctions(systemLibrary(L"api-ms-win-core-path-l1-1-0.dll"));
     return functions;
 }
 
@@ -92,7 +82,7 @@ std::wstring addBackslash(std::wstring_view path) {
 void restrictDllSearch() {
     using SetDirectories = BOOL(WINAPI*)(DWORD);
     static const auto setDirectories =
-        lookUp<SetDirectories>(systemLibrary("kernel32.dll"), "SetDefaultDllDirectories");
+        lookUp<SetDirectories>(systemLibrary(L"kernel32.dll"), "SetDefaultDllDirectories");
     if (setDirectories) setDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
 }
 

@@ -18,7 +18,7 @@ Function systemFunction(const wchar_t* library, const char* name) {
 }
 
 /// A library of the system's own folder, loaded where it is not there yet, and never let go; null if there is none of
-/// that name. For what only few runs need, so that no start waits for it.
+/// that name.
 inline HMODULE systemLibrary(const wchar_t* name) {
     if (const HMODULE loaded = GetModuleHandleW(name)) return loaded;
     return LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);

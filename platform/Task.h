@@ -9,19 +9,22 @@
 
 namespace pdx {
 
-/// Work on a thread of its own, from the making of the object on; where the system gives no thread it is done at once
-/// instead. What it throws ends it. The object waits for its end, so the work has to have one.
+/// Work on a thread of its own, from the making of the object on; where the system gives no thread it is done by whoever
+/// waits for it. What it throws ends it. The object waits for its end, so the work has to have one.
 class Task {
   public:
     explicit Task(std::function<void()> job) : work(std::move(job)) {
-        if (!thread.start(run, this)) run(this);
+        waiting = !thread.start(run, this);
     }
     ~Task() { wait(); }
     Task(const Task&) = delete;
     Task& operator=(const Task&) = delete;
 
     /// Until the work is done. One thread at a time.
-    void wait() { thread.join(); }
+    void wait() {
+        if (std::exchange(waiting, false)) run(this);
+        thread.join();
+    }
 
   private:
     static unsigned __stdcall run(void* task) noexcept {
@@ -35,6 +38,7 @@ class Task {
 
     std::function<void()> work;
     Thread thread;
+    bool waiting = false;  ///< for somebody to do the work
 };
 
 }  // namespace pdx

@@ -1,3 +1,4 @@
+// A text over and over, for tests of bounds.
 #pragma once
 
 #include <string>

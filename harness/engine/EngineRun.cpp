@@ -250,33 +250,28 @@ HRESULT EngineRun::cachePackage() {
     return hr;
 }
 
-/// Attempts until one succeeds or the application does not answer IDRETRY.
 HRESULT EngineRun::acquire() {
     const auto operation = script.downloads ? BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD : BOOTSTRAPPER_CACHE_OPERATION_COPY;
-    for (size_t attempt = 0;; ++attempt) {
-        if (script.downloads) {
-            const int answer = ask<&App::OnResolveSource>("OnResolveSource", package, package, localSource, address);
-            if (FAILED(interpret(answer))) return interpret(answer);
-            if (answer != resultDownload) return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
-        }
-        HRESULT hr = check<&App::OnCacheAcquireBegin>("OnCacheAcquireBegin", package, package, operation,
-                                                      script.downloads ? address : localSource);
-        if (FAILED(hr)) return hr;
-        hr = transfer(attempt < script.acquire.size() ? script.acquire[attempt] : S_OK);
-        const int answer = ask<&App::OnCacheAcquireComplete>("OnCacheAcquireComplete", package, package, hr, noAction);
-        if (SUCCEEDED(hr) || answer != IDRETRY) return hr;
+    if (script.downloads) {
+        const int answer = ask<&App::OnResolveSource>("OnResolveSource", package, package, localSource, address);
+        if (FAILED(interpret(answer))) return interpret(answer);
+        if (answer != resultDownload) return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
     }
+    HRESULT hr = check<&App::OnCacheAcquireBegin>("OnCacheAcquireBegin", package, package, operation,
+                                                  script.downloads ? address : localSource);
+    if (FAILED(hr)) return hr;
+    hr = transfer();
+    ask<&App::OnCacheAcquireComplete>("OnCacheAcquireComplete", package, package, hr, noAction);
+    return hr;
 }
 
-/// An attempt that fails breaks off half way.
-HRESULT EngineRun::transfer(HRESULT result) {
+HRESULT EngineRun::transfer() {
     for (const DWORD percent : {0, 50, 100}) {
-        if (FAILED(result) && percent == 100) break;
         const HRESULT hr = check<&App::OnCacheAcquireProgress>("OnCacheAcquireProgress", package, package,
                                                                payloadSize * percent / 100, payloadSize, percent);
         if (FAILED(hr)) return hr;
     }
-    return result;
+    return S_OK;
 }
 
 // Execution, and the way back, which can't be cancelled: answers are not heeded there.

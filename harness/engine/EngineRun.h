@@ -18,7 +18,6 @@ struct EngineScript {
     BOOTSTRAPPER_PACKAGE_STATE package = BOOTSTRAPPER_PACKAGE_STATE_ABSENT;
     /// Where the payload comes from: copied from beside the bundle, or fetched if OnResolveSource answers IDDOWNLOAD.
     bool downloads = false;
-    std::vector<HRESULT> acquire;       ///< one result an attempt; an attempt beyond the list succeeds
     std::vector<std::wstring> actions;  ///< messages of the package's actions as it executes
     HRESULT execute = S_OK;
     /// Execution starts while the cache thread works, and waits for the package; otherwise it starts behind it.
@@ -104,7 +103,7 @@ class EngineRun {
     void cache();
     HRESULT cachePackage();
     HRESULT acquire();
-    HRESULT transfer(HRESULT result);
+    HRESULT transfer();
     HRESULT execute();
     HRESULT executePackage();
 

@@ -37,8 +37,8 @@ struct EngineRequest {
 
 /// The caller owns the object; AddRef and Release only count, so that a test sees what is still held. Every operation
 /// may be called on any thread; those that the library does not call answer E_NOTIMPL. Results are those of the real
-/// engine: 0x80070490 for a variable that is not there,
-/// 0x800700EA with the size that is needed for a buffer that is too small, E_INVALIDARG for a null or empty name.
+/// engine: 0x80070490 for a variable that is not there, 0x800700EA with the size that is needed for a buffer that is too
+/// small, E_INVALIDARG for a null or empty name.
 class SmallEngine : public IBootstrapperEngine {
   public:
     SmallEngine();

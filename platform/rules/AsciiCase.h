@@ -13,6 +13,11 @@ constexpr Letter lowerAscii(Letter letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<Letter>(letter - 'A' + 'a') : letter;
 }
 
+template <typename Letter>
+constexpr Letter upperAscii(Letter letter) {
+    return letter >= 'a' && letter <= 'z' ? static_cast<Letter>(letter - 'a' + 'A') : letter;
+}
+
 /// A to Z lowered; every other letter, and every byte of one in UTF-8, stays as it is.
 template <typename Letter>
 std::basic_string<Letter> loweredAscii(std::basic_string_view<Letter> text) {

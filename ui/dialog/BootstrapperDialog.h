@@ -92,7 +92,7 @@ class BootstrapperDialog : public Dialog {
 
     void OnStartInstall();
     [[nodiscard]] ClosingFacts GetClosingFacts() const;
-    void OnClose(CloseDeed deed);
+    void Perform(CloseDeed deed);
     /// Whether the user wants the run cancelled.
     bool AskToClose();
     void StopInstaller();

@@ -26,11 +26,11 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
             AnswerPage(id);
             break;
         case IDC_CLOSE:
-            OnClose(closeDeeds(GetClosingFacts()).cross);
+            Perform(closeDeeds(GetClosingFacts()).cross);
             break;
         case IDCANCEL:
             // Escape, or the system's own close command.
-            OnClose(closeDeeds(GetClosingFacts()).escape);
+            Perform(closeDeeds(GetClosingFacts()).escape);
             break;
         case IDC_OPTIONS:
             app.sendMeridianStartClick(startInstallOptions);
@@ -76,7 +76,7 @@ ClosingFacts BootstrapperDialog::GetClosingFacts() const {
             .asksUser = isPromptShown(app.display())};
 }
 
-void BootstrapperDialog::OnClose(CloseDeed deed) {
+void BootstrapperDialog::Perform(CloseDeed deed) {
     switch (deed) {
         case CloseDeed::nothing:
             break;

@@ -8,6 +8,7 @@
 #include <memory_resource>
 #include <string>
 
+#include "platform/rules/AsciiCase.h"
 #include "platform/rules/Utf8.h"
 
 namespace pdx {
@@ -95,8 +96,7 @@ std::wstring GumboTree::name(Node element) const {
     gumbo_tag_from_original_text(&original);
     std::wstring capitals =
         toWide(native.tag == GUMBO_TAG_UNKNOWN ? viewOf(original) : gumbo_normalized_tagname(native.tag));
-    for (wchar_t& letter : capitals)
-        if (letter >= L'a' && letter <= L'z') letter = static_cast<wchar_t>(letter - L'a' + L'A');
+    std::ranges::transform(capitals, capitals.begin(), upperAscii<wchar_t>);
     return capitals;
 }
 
