@@ -1,4 +1,5 @@
-// Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json https://test.host.
+// Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json https://test.host
+// path\to\signed files.
 // With "cold", a library and a file (and "log") it makes one cold start and writes its moments.
 // Prints a table and writes the same as JSON. Ends with code 1 when it could not measure; a missed aim is only shown.
 #include <windows.h>
@@ -48,7 +49,7 @@ nlohmann::json jsonOf(const pdx::Measurements& measurements) {
 }
 
 pdx::Measurements measureAll(const std::filesystem::path& library, const std::string& host,
-                             const std::filesystem::path& scratch) {
+                             const std::filesystem::path& signedFiles, const std::filesystem::path& scratch) {
     pdx::Measurements all;
     const auto take = [&all](const pdx::Measurements& measurements) {
         for (const auto& measurement : measurements) print(measurement);
@@ -62,6 +63,7 @@ pdx::Measurements measureAll(const std::filesystem::path& library, const std::st
     take(pdx::measureLogging());
     take(pdx::measureTelemetry(host));
     take(pdx::measureRepair());
+    take(pdx::measureElevatedFiles(signedFiles));
     take(pdx::measureSize(library));
     return all;
 }
@@ -70,8 +72,9 @@ pdx::Measurements measureAll(const std::filesystem::path& library, const std::st
 
 int wmain(int argc, wchar_t** argv) {
     const bool coldStart = argc >= 4 && std::wstring_view(argv[1]) == L"cold";
-    if (argc != 4 && !coldStart) {
-        std::printf("usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json https://test.host\n");
+    if (argc != 5 && !coldStart) {
+        std::printf("usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json https://test.host "
+                    "path\\to\\signed files\n");
         return 1;
     }
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
@@ -81,7 +84,7 @@ int wmain(int argc, wchar_t** argv) {
             return 0;
         }
         const std::filesystem::path result(argv[2]);
-        const auto measurements = measureAll(argv[1], pdx::toUtf8(argv[3]), result.wstring() + L".round");
+        const auto measurements = measureAll(argv[1], pdx::toUtf8(argv[3]), argv[4], result.wstring() + L".round");
         std::ofstream file{result};
         file << jsonOf(measurements).dump(2) << '\n';
         if (!file.flush()) throw std::runtime_error("the JSON file cannot be written");

@@ -32,6 +32,8 @@ Measurements measureTelemetry(const std::string& host);
 /// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys, each also as
 /// a ratio to the platform's calls alone.
 Measurements measureRepair();
+/// The lock and the check of the files of a raised start: those of that folder, which the maker has signed.
+Measurements measureElevatedFiles(const std::filesystem::path& signedFiles);
 /// The library's file by its sections.
 Measurements measureSize(const std::filesystem::path& library);
 

@@ -32,8 +32,8 @@ bool lockSignedFile(std::vector<FileHandle>& lockedFiles, const std::wstring& pa
 
 bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                             const std::wstring& executable) {
-    // An executable that could not be told has no folder to put anything in.
-    return (executable.empty() ||
+    // Without a folder there is no place to put anything in.
+    return (folder.empty() ||
             copyIfMissing(getModuleFilePath(plantedLibrary), appendPath(folder, plantedLibrary))) &&
            LockElevatedBinaries(lockedFiles, folder, executable);
 }

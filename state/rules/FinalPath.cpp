@@ -30,7 +30,8 @@ ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_vie
     for (const std::wstring& component : splitPath(path)) {
         std::wstring& joined = found ? expected : walked;
         joined = system.append(joined, component);
-        if (joined.empty() && !component.empty()) return {{}, ExpectedPathProblem::notJoinable};
+        if (joined.empty() && !component.empty())
+            return {{}, found ? ExpectedPathProblem::notJoinable : ExpectedPathProblem::neverFound};
         if (!found && system.finalPathOf(walked) == finalPrefix) {
             expected = finalPrefix.substr(finalPathStart.size());
             found = true;

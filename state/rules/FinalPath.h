@@ -12,7 +12,7 @@ enum class ExpectedPathProblem {
     none,
     badPrefix,    ///< the prefix is no final path
     neverFound,   ///< no leading part of the path is the prefix
-    notJoinable,  ///< a component could not be joined on
+    notJoinable,  ///< a component behind the prefix could not be joined on
 };
 
 struct ExpectedPath {

@@ -105,6 +105,9 @@ RunHooks FakeWorld::hooks() {
         if (onUpdateAsked) onUpdateAsked();
         return newer;
     };
+    hooks.isElevated = [this] { return elevated; };
+    hooks.lockElevated = [this](auto&... arguments) { return lock(arguments...); };
+    hooks.startProgram = [this](auto& copy) { return start(copy); };
     return hooks;
 }
 

@@ -80,6 +80,12 @@ struct FakeWorld {
     /// What the update service names, and the versions with which it was asked.
     std::optional<std::wstring> newer;
     std::vector<std::string> updatesAsked;
+    /// Whether this process runs raised, and what comes of locking the files of a raised one.
+    bool elevated = true;
+    std::function<bool(std::vector<FileHandle>& files, const std::wstring& folder, const std::wstring& executable)>
+        lock = [](auto&...) { return true; };
+    /// What the system makes of a raised copy that is to be started.
+    std::function<Handle(const ProgramStart& copy)> start = [](auto&) { return Handle(); };
     /// Called at each pause, and while the update service is asked.
     std::function<void()> onPause;
     std::function<void()> onUpdateAsked;

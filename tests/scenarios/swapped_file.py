@@ -14,7 +14,7 @@ CHANGED = "Error is: 0x80096010.\n"
 
 
 def verified(path):
-    return ("verifyEmbeddedSignature", f"Successfully verified that file [{path}] was signed and signature is verified.")
+    return "verifyEmbeddedSignature", f"Successfully verified that file [{path}] was signed and signature is verified."
 
 
 def not_verified(path, why):

@@ -10,6 +10,7 @@ namespace pdx {
 namespace {
 
 using testing::AllOf;
+using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::Field;
@@ -203,6 +204,15 @@ TEST_F(LockFileTest, DoesNotTryWithoutAnExpectedPath) {
     EXPECT_EQ(lock(path), INVALID_HANDLE_VALUE);
     EXPECT_THAT(log.take(),
                 ElementsAre(line("GetExpectedFinalPath", L"Never found temp path prefix for " + path), givenUp));
+    // Longer than the system joins, behind the trusted folder and on the way to it.
+    prefix = GetFinalPath(getSessionTempPath());
+    std::wstring longPath = folder.path();
+    while (longPath.size() < 32'760) longPath += L"\\component";
+    EXPECT_EQ(GetExpectedFinalPath(prefix, longPath), L"");
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_EQ(GetExpectedFinalPath(prefix, L"C:\\" + std::wstring(32'760, L'x')), L"");
+    EXPECT_THAT(log.take(), Contains(Field(&LogEntry::message, StartsWith("Never found temp path prefix for C:\\xxx"))));
+
     EXPECT_EQ(GetFinalPath(folder.path(L"none")), L"");
     EXPECT_THAT(log.take(), ElementsAre(line("GetFinalPath", L"Failed to get final path for " + folder.path(L"none") +
                                                                  L"; error=00000002")));

@@ -93,11 +93,14 @@ TEST(ExpectedFinalPath, LooksUpOnlyTheWayToTheFolder) {
 
 TEST(ExpectedFinalPath, GivesUpWhenAComponentCannotBeJoined) {
     const std::wstring longName(30, L'n');
-    for (const std::wstring& path : {L"C:\\Temp\\" + longName, longName + L"\\C:\\Temp\\a"}) {
+    const std::pair<std::wstring, ExpectedPathProblem> rows[] = {
+        {L"C:\\Temp\\" + longName, ExpectedPathProblem::notJoinable},
+        {longName + L"\\C:\\Temp\\a", ExpectedPathProblem::neverFound}};
+    for (const auto& [path, problem] : rows) {
         FakeSystem system{{{L"C:\\Temp", L"\\\\?\\C:\\Temp"}}, {}, 20};
         const ExpectedPath result = expectedFinalPath(L"\\\\?\\C:\\Temp", path, system.functions());
         EXPECT_EQ(result.path, L"") << path.size();
-        EXPECT_EQ(result.problem, ExpectedPathProblem::notJoinable) << path.size();
+        EXPECT_EQ(result.problem, problem) << path.size();
     }
 }
 

@@ -1,0 +1,183 @@
+// A run that has not the rights it needs: it starts a raised copy of its program, or has the engine start its own.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+#include "tests/core/ApplicationProbe.h"
+#include "tests/platform/Probe.h"
+#include "tests/platform/TestFolder.h"
+
+namespace pdx {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+
+constexpr HRESULT filesNotLocked = static_cast<HRESULT>(0xA7FF0241);
+
+/// The library's own variables of this process's environment.
+std::map<std::wstring, std::wstring> ownEnvironment() {
+    std::map<std::wstring, std::wstring> found;
+    wchar_t* const block = GetEnvironmentStringsW();
+    for (const wchar_t* entry = block; *entry; entry += wcslen(entry) + 1) {
+        const std::wstring_view text(entry);
+        if (text.starts_with(L"PDX_")) found.emplace(text.substr(0, text.find(L'=')), text.substr(text.find(L'=') + 1));
+    }
+    FreeEnvironmentStringsW(block);
+    return found;
+}
+
+std::shared_ptr<TelemetryManager> makeInSession() {
+    TelemetryManager::createSessionId();
+    return RecordingTelemetry::make();
+}
+
+/// Whether another installer could begin now.
+bool installerMayBegin() {
+    const Handle mutex(CreateMutexW(nullptr, FALSE, L"Global\\Palisade_Desktop_Installer"));
+    return mutex && GetLastError() != ERROR_ALREADY_EXISTS;
+}
+
+std::vector<UINT> errorsShown(const AnsweringDialog& dialog) {
+    std::vector<UINT> codes;
+    for (const auto& message : dialog.messages())
+        if (message.number == WM_BA_ERROR) {
+            codes.push_back(message.error.code);
+            EXPECT_EQ(message.error.errorType, static_cast<DWORD>(PALISADE_ERROR_TYPE));
+            EXPECT_EQ(message.error.defaultResult, 1);
+        }
+    return codes;
+}
+
+struct CopyCase {
+    const char* name;
+    const wchar_t* mode;
+    /// What the system gives for the copy: nothing if the user refuses, an ended process.
+    std::function<Handle()> outcome;
+    std::wstring parameters;
+};
+
+TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
+    const auto failedCopy = [] {
+        Handle copy = startProbe(L"");
+        EXPECT_EQ(waitFor(copy), 2u);
+        return copy;
+    };
+    const CopyCase rows[] = {
+        {"a copy that ran and failed", L"PDX_REPAIR", failedCopy,
+         L"PDX_MERIDIAN_MODE=0 KESTREL_AUTHCODE=c o\"d=e PDX_UNINSTALL_BASTION=1 PDX_MERIDIAN_COHORT=\u00e4 "
+         L"PDX_MERIDIAN_ENABLE=1 PDX_REPAIR=1 HARRIER_ENABLE="},
+        {"a user who refuses", L"PDX_MERIDIAN_MODE", [] { return Handle(); },
+         L"PDX_MERIDIAN_MODE=1 KESTREL_AUTHCODE=c o\"d=e PDX_UNINSTALL_BASTION=1 PDX_MERIDIAN_COHORT=\u00e4 "
+         L"PDX_MERIDIAN_ENABLE=1 PDX_REPAIR=0 HARRIER_ENABLE="},
+    };
+    for (const CopyCase& row : rows) {
+        SCOPED_TRACE(row.name);
+        const ScopedVariable session(L"PDX_INSTALLER_SESSION_ID", L"");
+        const ScopedVariable mode(row.mode, L"1");
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, AnsweringDialog::run, makeInSession);
+        std::vector<std::wstring> steps;
+        bench.world.elevated = false;
+        bench.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& executable) {
+            steps.push_back(L"lock " + folder + L"\\" + executable);
+            EXPECT_FALSE(installerMayBegin());
+            return true;
+        };
+        ProgramStart copy;
+        bench.world.start = [&](const ProgramStart& asked) {
+            steps.push_back(L"start");
+            copy = asked;
+            EXPECT_TRUE(installerMayBegin());
+            EXPECT_THAT(ownEnvironment(),
+                        ElementsAre(Pair(L"PDX_INSTALLER_SESSION_ID", SizeIs(36)), Pair(row.mode, L"1")));
+            return row.outcome();
+        };
+        bench.app();
+        bench.engine.variables.set(row.mode, L"1");
+        bench.engine.variables.set(L"KESTREL_AUTHCODE", L"c o\"d=e");
+        bench.engine.variables.set(L"PDX_MERIDIAN_COHORT", L"\u00e4");
+        bench.engine.variables.set(L"PDX_UNINSTALL_BASTION", L"1");
+        const RunOutcome outcome = bench.run();
+        EXPECT_EQ(outcome.failure, "");
+        EXPECT_EQ(outcome.startup, S_OK);
+        EXPECT_EQ(outcome.exitCode, 0u);
+        EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
+        EXPECT_THAT(errorsShown(dialog), IsEmpty());
+        EXPECT_THAT(steps, ElementsAre(L"lock " + getProcessFilePath(), L"start"));
+        EXPECT_EQ(copy.verb, L"runas");
+        EXPECT_EQ(copy.file, getProcessFilePath());
+        EXPECT_EQ(copy.parameters, row.parameters);
+        EXPECT_EQ(copy.folder, L"");
+        EXPECT_EQ(copy.show, SW_SHOW);
+        EXPECT_THAT(bench.told(), Contains("enable"));
+    }
+}
+
+TEST(Raised, StartsNothingBesideFilesThatCannotBeLocked) {
+    AnsweringDialog dialog(AnsweringDialog::driveOn);
+    Bench bench;
+    bench.engine.variables.set(L"PDX_REPAIR", L"1");
+    bench.world.elevated = false;
+    bench.world.lock = [](auto&...) { return false; };
+    bench.world.start = [](auto&) {
+        ADD_FAILURE() << "started";
+        return Handle();
+    };
+    const RunOutcome outcome = bench.run();
+    EXPECT_EQ(outcome.startup, filesNotLocked);
+    EXPECT_THAT(errorsShown(dialog), ElementsAre(577u));
+    EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
+    EXPECT_EQ(bench.app().installStatus(), filesNotLocked) << "told as a failure";
+}
+
+TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
+    const std::tuple<bool, bool, bool, int> rows[] = {
+        // elevated, lockable, cancelled: what the engine is told
+        {true, false, false, 0}, {true, false, true, IDCANCEL}, {false, true, false, 0},
+        {false, true, true, IDCANCEL}, {false, false, false, IDCANCEL}};
+    for (const auto& [elevated, lockable, cancelled, answer] : rows) {
+        AnsweringDialog dialog;
+        Bench bench;
+        bench.slots().OnStartup();
+        bench.world.elevated = elevated;
+        size_t asked = 0;
+        bench.world.lock = [&asked, lockable = lockable](auto&, const std::wstring& folder, const std::wstring& name) {
+            ++asked;
+            EXPECT_EQ(folder + name, L"") << "this program lies in no folder of the engine's";
+            return lockable;
+        };
+        if (cancelled) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
+        EXPECT_EQ(bench.slots().OnElevate(), answer) << elevated << lockable << cancelled;
+        EXPECT_EQ(asked, elevated ? 0u : 1u);
+        EXPECT_EQ(errorsShown(dialog).size(), lockable || elevated ? 0u : 1u);
+        bench.slots().OnShutdown();
+    }
+}
+
+TEST(Raised, KeepsTheFilesLockedForItsWholeLife) {
+    const TestFolder folder;
+    const std::wstring path = folder.addFile(L"a file");
+    AnsweringDialog dialog;
+    Bench bench;
+    bench.world.elevated = false;
+    bench.world.lock = [&path](auto& files, auto&...) {
+        files.emplace_back(
+            CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        return false;
+    };
+    bench.slots().OnStartup();
+    bench.slots().OnElevate();
+    bench.slots().OnShutdown();
+    EXPECT_FALSE(DeleteFileW(path.c_str()));
+    bench.release();
+    EXPECT_TRUE(DeleteFileW(path.c_str()));
+}
+
+}  // namespace
+}  // namespace pdx
