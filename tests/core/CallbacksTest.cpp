@@ -10,6 +10,7 @@
 #include "platform/Crash.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
+#include "tests/platform/Crash.h"
 
 namespace pdx {
 namespace {
@@ -346,28 +347,9 @@ TEST(Callbacks, KeepTheirExceptionsFromTheEngine) {
     EXPECT_EQ(bench.slots().OnShutdown(), 0);
 }
 
-DWORD crashCode = 0;
-
-LONG WINAPI noteCrash(EXCEPTION_POINTERS* pointers) {
-    crashCode = pointers->ExceptionRecord->ExceptionCode;
-    ExitThread(0);
-}
-
-unsigned __stdcall callAsEngine(void* slots) {
-    static_cast<IBootstrapperApplication*>(slots)->OnDetectBegin(TRUE, 1);
-    return 0;
-}
-
 TEST(Callbacks, LetPassWhatIsToEndInACrash) {
     FailingBench bench([] { crashOnException([] { throw std::out_of_range("meant"); }); });
-    const auto terminate = std::get_terminate();
-    raiseUncaughtExceptions();
-    const auto filter = SetUnhandledExceptionFilter(noteCrash);
-    Thread engine;
-    engine.start(callAsEngine, &bench.slots());
-    engine.join();
-    SetUnhandledExceptionFilter(filter);
-    std::set_terminate(terminate);
+    const DWORD crashCode = CrashingThread::run([&bench] { bench.slots().OnDetectBegin(TRUE, 1); });
     EXPECT_EQ(crashCode, uncaughtExceptionCode);
     EXPECT_EQ(crashCode & 0xC0000000, 0xC0000000) << "of severity error";
     EXPECT_TRUE(bench.logger->errors.empty());

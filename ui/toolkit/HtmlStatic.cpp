@@ -72,22 +72,25 @@ HtmlStatic::HtmlStatic(HWND window) : Static(window) {
 MessageResult HtmlStatic::OnSetText(LPARAM markup) {
     StoreText(markup);
     ReplaceRuns({});
-    const GumboTree tree(toUtf8(text));
-    if (tree.wasCut())
-        PDX_LOG(logWarning, "HtmlStatic::OnSetText",
-                "Markup is too long or has too many tags, its end is left out: length=%u",
-                static_cast<uint32_t>(text.size()));
-    SetAccessibleName(plainText(tree));
-    // Memory that runs out in the walk is meant to end in the handling of crashes, past the guard of messages.
-    if (const auto record = fontRecordOf(hwnd))
-        ReplaceRuns(
-            crashOnException([&] { return walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}); }));
+    // Memory that runs out for the markup is meant to end in the handling of crashes, past the guard of messages.
+    crashOnException([this] { ReadMarkup(); });
     const Size client = GetClientSize();
     Layout(client.width, client.height);
     // The first link is the one that the keyboard shows first.
     const bool canHaveFocus = FocusNextLink() || scrollTrack->IsVisible();
     SetStyle(canHaveFocus ? GetStyle() | WS_TABSTOP : GetStyle() & ~static_cast<DWORD>(WS_TABSTOP));
     return handled(1);
+}
+
+void HtmlStatic::ReadMarkup() {
+    const GumboTree tree(toUtf8(text));
+    if (tree.wasCut())
+        PDX_LOG(logWarning, "HtmlStatic::OnSetText",
+                "Markup is too long or has too many tags, its end is left out: length=%u",
+                static_cast<uint32_t>(text.size()));
+    SetAccessibleName(plainText(tree));
+    if (const auto record = fontRecordOf(hwnd))
+        ReplaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
 }
 
 void HtmlStatic::ReplaceRuns(std::vector<TextRun> newRuns) {

@@ -59,6 +59,8 @@ class HtmlStatic : public Static {
     [[nodiscard]] const Trackbar& GetScrollTrack() const { return *scrollTrack; }
 
   private:
+    /// Publishes the words and makes the runs of the text that is stored.
+    void ReadMarkup();
     void ReplaceRuns(std::vector<TextRun> newRuns);
     /// Places the text; for the window's own width also decides whether it scrolls.
     void Layout(int32_t width, int32_t height);

@@ -6,8 +6,28 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <new>
+
 #include "tests/platform/CapturedLog.h"
+#include "tests/platform/Crash.h"
 #include "tests/ui/toolkit/HtmlStaticFixture.h"
+
+namespace {
+
+/// A thread that gets no memory: of its allocations of a thousand bytes and more the one at which the count ends fails.
+struct {
+    DWORD thread = 0;
+    int count = 0;
+} shortage;
+
+}  // namespace
+
+void* operator new(size_t bytes) {
+    if (bytes >= 1000 && GetCurrentThreadId() == shortage.thread && --shortage.count == 0) throw std::bad_alloc();
+    if (void* const memory = std::malloc(bytes)) return memory;
+    throw std::bad_alloc();
+}
 
 namespace pdx {
 namespace {
@@ -219,6 +239,22 @@ TEST_F(HtmlStaticTest, BearsAnyMarkup) {
         label.OnKeyDown(VK_END, 1, false, false);
         const Drawn end(label);
     }
+}
+
+TEST(HtmlStaticWithoutMemory, EndsInTheHandlingOfCrashes) {
+    // The first holds the markup; then it is converted, parsed, and read for its words.
+    for (const int count : {2, 3, 4, 5})
+        EXPECT_EQ(CrashingThread::run([count] {
+                      HtmlStatic label(
+                          CreateWindowW(L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
+                      const std::wstring markup(2000, L'w');
+                      shortage = {GetCurrentThreadId(), count};
+                      SendMessageW(label.GetHandle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(markup.c_str()));
+                      shortage = {};
+                  }),
+                  uncaughtExceptionCode)
+            << count;
+    shortage = {};
 }
 
 }  // namespace
