@@ -31,6 +31,7 @@ constexpr size_t logLinesShown = 20;
 /// What a run is given and how it has to end.
 struct RoundPlan {
     BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL;
+    BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE;
     EngineScript script;
     HRESULT startup = S_OK;
     int shutdown = 0;
@@ -45,6 +46,7 @@ RoundPlan planOf(RoundKind kind) {
     switch (kind) {
         case RoundKind::install:
             plan.takesOver = true;
+            plan.display = BOOTSTRAPPER_DISPLAY_PASSIVE;  // a window, with pictures made ready, that asks nobody
             break;
         case RoundKind::uninstall:
             plan.action = BOOTSTRAPPER_ACTION_UNINSTALL;
@@ -187,7 +189,7 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
     if (!library) return findings.expect(false, "the library cannot be loaded, or lacks an export");
     BOOTSTRAPPER_COMMAND command{};
     command.action = plan.action;
-    command.display = BOOTSTRAPPER_DISPLAY_NONE;
+    command.display = plan.display;
     command.restart = BOOTSTRAPPER_RESTART_NEVER;
     checkExports(library, command, findings);
     SetUnhandledExceptionFilter(driverFilter);
@@ -208,6 +210,8 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
         };
         checkOutcome(plan, EngineRun(engine, *application, plan.script, hook).run(), findings);
         findings.expect(application->Release() == 0, "the application object outlives the last Release");
+        // One that never starts, and leaves nothing of what it made ready either.
+        if (plan.takesOver && SUCCEEDED(library.create(&engine, &command, &application))) application->Release();
     }
     findings.expect(SetUnhandledExceptionFilter(driverFilter) == driverFilter, "exceptions still come to the library");
     library.destroy();
