@@ -93,18 +93,21 @@ TEST(Prompts, KeepWhatTheBoxSaidWhenTheWindowGoes) {
     }
 }
 
-TEST(Prompts, GiveThePageBelowItsTitleBack) {
+TEST(Prompts, GiveThePageBelowItsTitleAndProgressBack) {
     DialogBench bench;
     bench.send(WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE);
     bench.send(WM_BA_UNINSTALLING_BASTION_TITLE);
     EXPECT_EQ(bench.text(), readable(removingTitle));
     bench.later([&] {
         EXPECT_EQ(bench.text(), readable(closeTitle));
+        // Of a thread that had passed the wait before the prompt opened.
+        SendMessageW(bench.window(), WM_BA_EXECUTE_PROGRESS, 0, 40);
         bench.press(IDC_ACTION1);
     });
     bench.press(IDC_CLOSE);
     bench.settle();
     EXPECT_EQ(bench.text(), readable(removingTitle)) << "behind the close prompt";
+    EXPECT_FALSE(bench.dialog->progressBar->IsMarquee()) << "the percentage stands";
 }
 
 TEST(Closing, GoesByThePageOnTop) {
