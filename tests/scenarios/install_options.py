@@ -5,28 +5,30 @@ from harness.client import facts
 from harness.seeing.window import ACTION1, ACTION2, BROWSE, LOCATION, OPTIONS, SHORTCUT
 
 CHOSEN = "C:\\Spiele [SSD]"
-FOLDER = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own
+FIRST = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own
+FOLDER = CHOSEN + "\\Neu\\Palisade Desktop"
 RUN_KEY = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run"
 SHORTCUTS = "C:\\users\\root\\Desktop\\Palisade.lnk", "C:\\users\\Public\\Desktop\\Palisade.lnk"
 
 
-def wait_for_folder(scene) -> None:
+def choose(scene, typed: str, wanted: str) -> None:
     """The page was there before the chooser, and shows another folder until the chosen one is taken over."""
-    scene.wait_for(lambda: scene.window.look().names.get(LOCATION) == FOLDER, "the chosen folder on the page", 10)
-    scene.window.picture("options-folder")
+    scene.window.click(BROWSE)
+    scene.choose_folder(typed)
+    scene.wait_for(lambda: scene.window.look().names.get(LOCATION) == wanted, "the chosen folder on the page", 10)
 
 
 def play(scene):
     scene.use_names()
-    scene.path(CHOSEN).mkdir()
+    scene.path(CHOSEN + "\\Neu").mkdir(parents=True)
     run = scene.start()
     scene.wait_for_page("welcome")
     scene.window.click(OPTIONS)
     scene.wait_for_page("options")
     scene.check("a shortcut is what is offered", scene.window.is_checked(SHORTCUT))
-    scene.window.click(BROWSE)
-    scene.choose_folder(CHOSEN)
-    wait_for_folder(scene)
+    choose(scene, CHOSEN, FIRST)
+    choose(scene, "Neu", FOLDER)  # the chooser opens around the product's own folder
+    scene.window.picture("options-folder")
     scene.window.click(SHORTCUT)
     scene.wait_for(lambda: not scene.window.is_checked(SHORTCUT), "an empty box by a click", 10)
     scene.window.picture("options-no-shortcut")
@@ -47,7 +49,7 @@ def check_choice(scene, run):
     scene.check_exit_code(run, 0)
     folders = run.log.messages("BootstrapperDialog::ValidateInstallFolder")
     scene.check_equal("the folder is checked when it is chosen and when the install starts", folders,
-                      [f"folder=[{FOLDER}]"] * 2)
+                      [f"folder=[{folder}]" for folder in (FIRST, FOLDER, FOLDER)])
     scene.check_equal("InstallFolder is the product's folder in the chosen one", run.log.variables.get("InstallFolder"),
                       FOLDER)
     scene.check_equal("CreateDesktopShortcut is empty", run.log.variables.get("CreateDesktopShortcut"), "")
