@@ -25,7 +25,7 @@ std::string valueText(const pdx::Measurement& measurement) {
 std::string aimText(const pdx::Measurement& measurement) {
     if (!measurement.aim) return "";
     char text[64];
-    std::snprintf(text, sizeof(text), "%s %.0f: %s", measurement.aim->atLeast ? "at least" : "at most",
+    std::snprintf(text, sizeof(text), "%s %g: %s", measurement.aim->atLeast ? "at least" : "at most",
                   measurement.aim->bound, measurement.aimMet() ? "met" : "MISSED");
     return text;
 }
@@ -55,6 +55,7 @@ pdx::Measurements measureAll(const std::filesystem::path& library, const std::st
         for (const auto& measurement : measurements) print(measurement);
         all.insert(all.end(), measurements.begin(), measurements.end());
     };
+
     take(pdx::measureColdStart(library, scratch));
     take(pdx::measureStartup(library));
     take(pdx::measureWindow(library));
@@ -64,6 +65,7 @@ pdx::Measurements measureAll(const std::filesystem::path& library, const std::st
     take(pdx::measureTelemetry(host));
     take(pdx::measureRepair());
     take(pdx::measureElevatedFiles(signedFiles));
+    take(pdx::measureReport(scratch));
     take(pdx::measureSize(library));
     return all;
 }

@@ -34,6 +34,9 @@ Measurements measureTelemetry(const std::string& host);
 Measurements measureRepair();
 /// The lock and the check of the files of a raised start: those of that folder, which the maker has signed.
 Measurements measureElevatedFiles(const std::filesystem::path& signedFiles);
+/// The package of an error report: how fast logs go into it, also as a ratio to packing alone, and what it takes of
+/// memory. The logs lie in the scratch file meanwhile.
+Measurements measureReport(const std::filesystem::path& scratch);
 /// The library's file by its sections.
 Measurements measureSize(const std::filesystem::path& library);
 

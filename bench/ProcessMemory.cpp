@@ -9,6 +9,12 @@
 
 namespace pdx {
 
+size_t workingSetNow() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    counters.cb = sizeof(counters);
+    return K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters)) ? counters.WorkingSetSize : 0;
+}
+
 ProcessMemory processMemory() {
     ProcessMemory memory{};
     std::array<HANDLE, 64> heaps{};
@@ -21,10 +27,7 @@ ProcessMemory processMemory() {
         }
         HeapUnlock(heap);
     }
-    PROCESS_MEMORY_COUNTERS counters{};
-    counters.cb = sizeof(counters);
-    if (K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters)))
-        memory.workingSet = counters.WorkingSetSize;
+    memory.workingSet = workingSetNow();
     return memory;
 }
 

@@ -12,6 +12,9 @@ struct ProcessMemory {
 
 ProcessMemory processMemory();
 
+/// The second of them alone, which is cheap.
+size_t workingSetNow();
+
 inline double mebibytes(size_t bytes) { return static_cast<double>(bytes) / (1024 * 1024); }
 
 }  // namespace pdx

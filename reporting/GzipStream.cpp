@@ -1,13 +1,13 @@
 #include "reporting/GzipStream.h"
 
 #include <new>
-#include <utility>
 
 namespace pdx {
 namespace {
 
 constexpr int gzipWindow = 15 + 16;  // the largest window, with the gzip header and trailer
 constexpr int memoryLevel = 8;
+constexpr size_t pieceSize = 1 << 20;  // of the packed bytes
 
 }  // namespace
 
@@ -20,7 +20,12 @@ GzipStream::~GzipStream() { deflateEnd(&stream); }
 
 std::string GzipStream::finish() {
     pack({}, Z_FINISH);
-    return std::move(packed);
+    std::string whole;
+    size_t size = 0;
+    for (const std::string& piece : packed) size += piece.size();
+    whole.reserve(size);
+    for (; !packed.empty(); packed.pop_front()) whole += packed.front();
+    return whole;
 }
 
 void GzipStream::pack(std::string_view bytes, int flush) {
@@ -31,8 +36,13 @@ void GzipStream::pack(std::string_view bytes, int flush) {
         stream.next_out = buffer.data();
         stream.avail_out = static_cast<uInt>(buffer.size());
         deflate(&stream, flush);
-        packed.append(reinterpret_cast<const char*>(buffer.data()), buffer.size() - stream.avail_out);
+        keep({reinterpret_cast<const char*>(buffer.data()), buffer.size() - stream.avail_out});
     } while (stream.avail_out == 0);
+}
+
+void GzipStream::keep(std::string_view bytes) {
+    if (packed.empty() || packed.back().size() + bytes.size() > pieceSize) packed.emplace_back().reserve(pieceSize);
+    packed.back() += bytes;
 }
 
 }  // namespace pdx

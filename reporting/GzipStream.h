@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <array>
+#include <deque>
 #include <string>
 #include <string_view>
 
@@ -25,10 +26,12 @@ class GzipStream {
 
   private:
     void pack(std::string_view bytes, int flush);
+    void keep(std::string_view bytes);
 
     z_stream stream{};
     std::array<Bytef, 65536> buffer;
-    std::string packed;
+    /// In pieces: one text that grew would have to be copied on the way, and be there twice.
+    std::deque<std::string> packed;
 };
 
 }  // namespace pdx

@@ -75,8 +75,11 @@ std::string toUtf8(std::wstring_view text) {
 
 std::wstring toWide(std::string_view text) {
     std::wstring wide;
-    wide.reserve(text.size());
-    for (size_t at = 0; at < text.size();) {
+    wide.resize(text.size());
+    size_t at = 0;
+    for (; at < text.size() && static_cast<uint8_t>(text[at]) < 0x80; ++at) wide[at] = static_cast<wchar_t>(text[at]);
+    wide.resize(at);
+    while (at < text.size()) {
         uint32_t point = takeNarrow(text, at);
         if (sizeof(wchar_t) == 2 && point > 0xFFFF) {
             wide += static_cast<wchar_t>(0xD7C0 + (point >> 10));

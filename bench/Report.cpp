@@ -1,0 +1,129 @@
+#include <windows.h>
+
+#include <atomic>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+#include "bench/Benchmarks.h"
+#include "bench/PackageLog.h"
+#include "bench/ProcessMemory.h"
+#include "platform/Log.h"
+#include "platform/Paths.h"
+#include "platform/Text.h"
+#include "reporting/GzipStream.h"
+#include "reporting/ReportPackage.h"
+
+namespace pdx {
+
+namespace {
+
+constexpr int reportRounds = 5;
+constexpr size_t usualSize = 16 << 20;    // bytes of UTF-8
+constexpr size_t largeSize = 500 << 20;
+constexpr size_t logLines = 40000;
+constexpr double megabyte = 1 << 20;
+
+/// Lines as Windows Installer logs them, one in sixteen with a path of this user's.
+std::string logText() {
+    const std::wstring profile = L" " + queryProfilePath() + L"\\AppData\\Local\\Temp\\";
+    std::wstring text;
+    size_t count = 0;
+    for (const PackageLogLine& line : makePackageLog(logLines))
+        text += line.text + (count++ % 16 == 0 ? profile : L"") + L"\r\n";
+    return toUtf8(text);
+}
+
+/// A log file of that size, gone at the end.
+class LogFile {
+  public:
+    LogFile(const std::filesystem::path& place, const std::string& text, size_t size) : path(place) {
+        std::ofstream file(path, std::ios::binary);
+        for (size_t left = size; left > 0;) {
+            const size_t piece = std::min(left, text.size());
+            file.write(text.data(), static_cast<std::streamsize>(piece));
+            left -= piece;
+        }
+        if (!file.flush()) throw std::runtime_error("the log to be packed cannot be written");
+    }
+    ~LogFile() {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
+    LogFile(const LogFile&) = delete;
+    LogFile& operator=(const LogFile&) = delete;
+
+    ErrorReport packed() const {
+        ErrorReport report;
+        report.machineHash = "0";
+        buildPackage(report, {path.wstring()});
+        return report;
+    }
+
+  private:
+    std::filesystem::path path;
+};
+
+/// Seconds that zlib takes for what a report of this text holds, the text again and again up to that size.
+double packingAlone(const std::string& scrubbed, size_t size) {
+    return secondsOf([&] {
+        GzipStream stream;
+        for (size_t done = 0; done < size; done += scrubbed.size())
+            stream.write(std::string_view(scrubbed).substr(0, std::min(scrubbed.size(), size - done)));
+        stream.finish();
+    });
+}
+
+/// How far the process's working set rises above what it is now, in bytes.
+template <typename Work>
+size_t peakOf(Work work) {
+    const size_t before = workingSetNow();
+    std::atomic<bool> ended = false;
+    size_t peak = before;
+    std::thread watch([&] {
+        for (; !ended; Sleep(5)) peak = std::max(peak, workingSetNow());
+    });
+    work();
+    ended = true;
+    watch.join();
+    return peak - before;
+}
+
+}  // namespace
+
+Measurements measureReport(const std::filesystem::path& scratch) {
+    const std::string text = logText();
+    // Ahead of the others, which leave memory behind that it could use.
+    size_t package = 0;
+    size_t peak = 0;
+    {
+        const LogFile large(scratch, text, largeSize);
+        peak = peakOf([&] { package = large.packed().package.size(); });
+    }
+    const std::string scrubbed = toUtf8(scrubProfilePath(toWide(text)));
+    const std::wstring wide = toWide(text);
+    const std::string wideBytes = "\xFF\xFE" + std::string(reinterpret_cast<const char*>(wide.data()), wide.size() * 2);
+    const auto wideSize = static_cast<size_t>(1.0 * usualSize / static_cast<double>(text.size()) *
+                                              static_cast<double>(wideBytes.size()));
+    const std::filesystem::path widePlace = scratch.wstring() + L".utf16";
+    const LogFile log(scratch, text, usualSize);
+    const LogFile wideLog(widePlace, wideBytes, wideSize);
+    std::vector<double> speeds, ratios, wideRatios;
+    for (int round = 0; round < reportRounds; ++round) {  // side by side, for a machine has other work too
+        const double alone = packingAlone(scrubbed, usualSize);
+        const double seconds = secondsOf([&] { log.packed(); });
+        speeds.push_back(usualSize / megabyte / seconds);
+        ratios.push_back(alone / seconds);
+        wideRatios.push_back(alone / secondsOf([&] { wideLog.packed(); }));
+    }
+    return {
+        {"report_package", median(speeds), "MB/s", "logs into an error report's package"},
+        {"report_package_ratio", median(ratios), "x", "that to zlib's level 9 alone", {{0.9, true}}},
+        {"report_package_utf16_ratio", median(wideRatios), "x", "the same of UTF-16 logs, counted as UTF-8"},
+        {"report_memory", (static_cast<double>(peak) - static_cast<double>(package)) / megabyte, "MB",
+         "memory for one log of 500 MB beyond the package", {{8, false}}},
+        {"report_size", static_cast<double>(package) / megabyte, "MB", "that package"},
+    };
+}
+
+}  // namespace pdx

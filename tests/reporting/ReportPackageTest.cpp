@@ -1,0 +1,82 @@
+#include "reporting/ReportPackage.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+// zlib.h after windows.h, whose types it uses.
+#include <zlib.h>
+
+#include "platform/Handles.h"
+#include "tests/platform/TestFolder.h"
+
+namespace pdx {
+namespace {
+
+std::string unpacked(const std::string& package) {
+    z_stream stream{};
+    inflateInit2(&stream, 15 + 16);
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(package.data()));
+    stream.avail_in = static_cast<uInt>(package.size());
+    std::string content;
+    int result = Z_OK;
+    while (result == Z_OK) {
+        Bytef piece[4096];
+        stream.next_out = piece;
+        stream.avail_out = sizeof piece;
+        result = inflate(&stream, Z_NO_FLUSH);
+        content.append(reinterpret_cast<const char*>(piece), sizeof piece - stream.avail_out);
+    }
+    inflateEnd(&stream);
+    EXPECT_EQ(result, Z_STREAM_END);
+    EXPECT_EQ(stream.avail_in, 0u) << "bytes behind the stream";
+    return content;
+}
+
+/// What a package of these files holds behind the two sections that it always has.
+std::string packed(const ReportFiles& files) {
+    ErrorReport report;
+    buildPackage(report, files);
+    const std::string content = unpacked(report.package);
+    const std::string before = sectionEnd("HardwareSurvey.json");
+    return content.substr(content.find(before) + before.size());
+}
+
+std::string section(const std::string& name, const std::string& bytes) {
+    return sectionStart(name) + bytes + sectionEnd(name);
+}
+
+TEST(ReportPackage, TakesEachFileThatCanBeReadAndNothingElse) {
+    const TestFolder folder;
+    EXPECT_EQ(packed({}), "");
+
+    ReportFiles files;
+    std::string wanted;
+    for (int number = 100; number < 300; ++number) {
+        const std::string name = "a%s{}" + std::to_string(number) + ".log";
+        files.insert(folder.addFile(toWide(name), name + "\n"));
+        wanted += section(name, name + "\n");
+    }
+    // One line that is longer than many blocks.
+    const std::string zeroes(4 << 20, '\0');
+    files.insert(folder.addFile(L"b long.log", zeroes));
+    wanted += section("b long.log", zeroes);
+    folder.addFile(L"beside.log", "not listed");
+    const FileHandle locked(CreateFileW(folder.addFile(L"c locked.log").c_str(), GENERIC_WRITE, 0, nullptr,
+                                        OPEN_EXISTING, 0, nullptr));
+    files.insert({folder.path(L"c locked.log"), folder.path(L"c vanished.log"), folder.path(), L""});
+    const FileHandle written(CreateFileW(folder.addFile(L"d in use.log", "so far").c_str(), GENERIC_WRITE,
+                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    files.insert(folder.path(L"d in use.log"));
+    wanted += section("d in use.log", "so far");
+    for (const char* bytes : {"", "x"}) {
+        const std::string name = std::string("e short") + bytes;
+        files.insert(folder.addFile(toWide(name), bytes));
+        wanted += section(name, "");
+    }
+    files.insert(folder.addFile(L"\u00e4\u0438\u30b2.log", std::string("\xFF\xFE" "a\0\n\0" "\xDC", 7)));
+    wanted += section("\u00e4\u0438\u30b2.log", "\uFEFFa\n");
+    EXPECT_TRUE(packed(files) == wanted);
+}
+
+}  // namespace
+}  // namespace pdx
