@@ -30,7 +30,6 @@ class ExceptionHandlerTest : public testing::Test {
     ExceptionHandlerTest() : outer(SetUnhandledExceptionFilter(earlierFilter)) {
         steps.clear();
         result = EXCEPTION_CONTINUE_SEARCH;
-        RtlCaptureContext(&context);
         g_telemetry.set(telemetry);
         g_translator.set(std::make_shared<Translator>());
     }
@@ -192,6 +191,7 @@ TEST_F(ExceptionHandlerTest, SignsAStackByTheModulesOfItsFrames) {
 TEST_F(ExceptionHandlerTest, EndsTheWalkOfADamagedStack) {
     EXCEPTION_RECORD record{};
     uintptr_t frames[6] = {};
+    context.Eip = reinterpret_cast<uintptr_t>(moduleOf);
     const auto address = [&](size_t frame) { return reinterpret_cast<uintptr_t>(&frames[frame]); };
     const auto sign = [&](uintptr_t frame) {
         context.Ebp = static_cast<DWORD>(frame);
