@@ -320,25 +320,5 @@ TEST_F(HtmlStaticInputTest, EnterFollowsThePressedLinkOnly) {
     letGo(label, 0);
 }
 
-/// Ends the process with the code of the exception that nobody handled.
-LONG WINAPI endWithTheCode(EXCEPTION_POINTERS* exception) {
-    TerminateProcess(GetCurrentProcess(), exception->ExceptionRecord->ExceptionCode);
-    return EXCEPTION_EXECUTE_HANDLER;
-}
-
-TEST_F(HtmlStaticInputTest, EnterOnALinkThatHasOnlyTheFocusFaults) {
-    HtmlProbe& label = makeLabel(twoLinks, {0, 0, 280, 80});
-    const auto enter = [&] {
-        SetUnhandledExceptionFilter(endWithTheCode);
-        key(label, VK_RETURN);
-    };
-    // A checked build stops at the same place by its own trap.
-    const auto isFault = [](int code) {
-        return static_cast<DWORD>(code) == EXCEPTION_ACCESS_VIOLATION ||
-               static_cast<DWORD>(code) == EXCEPTION_ILLEGAL_INSTRUCTION;
-    };
-    EXPECT_EXIT(enter(), isFault, "");
-}
-
 }  // namespace
 }  // namespace pdx
