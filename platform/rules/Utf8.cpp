@@ -74,19 +74,21 @@ std::string toUtf8(std::wstring_view text) {
 }
 
 std::wstring toWide(std::string_view text) {
-    std::wstring wide;
-    wide.resize(text.size());
-    size_t at = 0;
-    for (; at < text.size() && static_cast<uint8_t>(text[at]) < 0x80; ++at) wide[at] = static_cast<wchar_t>(text[at]);
-    wide.resize(at);
-    while (at < text.size()) {
-        uint32_t point = takeNarrow(text, at);
+    std::wstring wide(text.size(), L'\0');  // no character has more units than bytes
+    size_t length = 0;
+    for (size_t at = 0; at < text.size();) {
+        uint32_t point = static_cast<uint8_t>(text[at]);
+        if (point < 0x80)
+            ++at;  // most of all text, and not worth a call
+        else
+            point = takeNarrow(text, at);
         if (sizeof(wchar_t) == 2 && point > 0xFFFF) {
-            wide += static_cast<wchar_t>(0xD7C0 + (point >> 10));
+            wide[length++] = static_cast<wchar_t>(0xD7C0 + (point >> 10));
             point = 0xDC00 | (point & 0x3FF);
         }
-        wide += static_cast<wchar_t>(point);
+        wide[length++] = static_cast<wchar_t>(point);
     }
+    wide.resize(length);
     return wide;
 }
 
