@@ -12,7 +12,7 @@ from harness.places import SCENARIOS
 from harness.staging.scene import Hang, Scene
 
 LONGEST = ["told-otherwise", "migrate-not-now", "repair-blocked", "download-gives-up", "telemetry-down", "gallery",
-           "accessible", "report-faults", "download-retry", "download-cancel", "update-replies", "bad-folders",
+           "accessible", "report-faults", "download-cancel", "update-replies", "bad-folders",
            "links", "error-prompt", "session-end", "languages"]
 
 

@@ -41,21 +41,6 @@ TEST(BaseApplication, AsksAgainForHttpAuthenticationOnAFullDisplay) {
     }
 }
 
-TEST(BaseApplication, RetriesByItsSupport) {
-    BaseBench bench;
-    Base& base = *bench.base;
-    base.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
-    EXPECT_EQ(base.OnCacheAcquireComplete(L"p", L"other", timeout, 7), 7);
-    EXPECT_EQ(base.OnCacheAcquireComplete(L"p", L"l", timeout, 7), resultRetry);
-    base.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
-    EXPECT_EQ(base.OnCacheAcquireComplete(L"p", L"l", timeout, 7), 7) << "the maximum is reached";
-
-    base.OnExecutePackageBegin(L"p", TRUE);
-    EXPECT_EQ(base.OnExecutePackageComplete(L"p", generic, BOOTSTRAPPER_APPLY_RESTART_NONE, 7), 7);
-    base.OnError(BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, L"p", 1303, L"", 0, 0, nullptr, 0);
-    EXPECT_EQ(base.OnExecutePackageComplete(L"p", generic, BOOTSTRAPPER_APPLY_RESTART_NONE, 7), resultRetry);
-}
-
 TEST(BaseApplication, EndsApplyingAndAsksForARestart) {
     BaseBench bench;
     Base& base = *bench.base;

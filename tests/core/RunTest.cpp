@@ -14,12 +14,8 @@
 namespace pdx {
 namespace {
 
-/// Takes the product's values away in both views, each through a key that was opened in it.
 void forgetProduct() {
-    for (const auto view : {view32, view64}) {
-        const RegistryKey maker = RegistryKey::localMachine(view).createSubKey(L"Software\\Corvane Works", true);
-        RegDeleteTreeW(maker.get(), L"Palisade Desktop");
-    }
+    for (const auto view : {view32, view64}) RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
 }
 
 /// The client counts as installed while this lives.
@@ -30,80 +26,23 @@ struct InstalledClient {
     ~InstalledClient() { forgetProduct(); }
 };
 
-bool has(const std::vector<std::string>& texts, const std::string& wanted) {
-    return std::find(texts.begin(), texts.end(), wanted) != texts.end();
-}
-
 bool entered(const RunOutcome& outcome, const char* slot) { return outcome.find(slot) != nullptr; }
-
-TEST(Run, EndsAtTheStartWhereTheTableSaysSo) {
-    const std::tuple<const wchar_t*, bool, bool, bool> rows[] = {
-        {L"1", true, true, false},
-        {L"", true, true, true},
-        {L"0", true, true, true},
-        {L"1", false, false, false},
-    };
-    for (const auto& [ignore, installed, quits, prompts] : rows) {
-        const auto client = installed ? std::make_unique<InstalledClient>() : nullptr;
-        AnsweringDialog dialog(AnsweringDialog::driveOn);
-        Bench bench;
-        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(ignore));
-        const RunOutcome outcome = bench.run();
-        EXPECT_EQ(outcome.failure, "");
-        EXPECT_EQ(entered(outcome, "OnDetectBegin"), !quits);
-        EXPECT_EQ(has(bench.engine.callTexts("Quit"), "Quit(0)"), true);
-        const auto numbers = dialog.numbers();
-        EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_PROMPT_ALREADY_INSTALLED}), prompts);
-    }
-}
-
-/// The older client's registry values, each of which may be absent; gone with the object.
-struct OlderClient {
-    OlderClient(bool clientPath, bool gatelink, const RegistryValue& finished = {},
-                RegistryView finishedView = view32) {
-        if (clientPath)
-            RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"ClientPath",
-                                                             std::wstring(L"C:\\B\\b.exe"));
-        if (gatelink)
-            RegistryKey::classesRoot(view64).setSubKeyValue(L"gatelink\\shell\\open\\command", {},
-                                                            std::wstring(L"g.exe"));
-        if (finished.index() != 0)
-            RegistryKey::localMachine(finishedView).setSubKeyValue(olderClientKey, L"InstallSuccesfull", finished);
-    }
-    ~OlderClient() {
-        for (const auto view : {view32, view64})
-            RegDeleteTreeW(RegistryKey::localMachine(view).createSubKey(L"Software", true).get(), L"Bastion");
-        RegDeleteTreeW(RegistryKey::classesRoot(view64).get(), L"gatelink");
-    }
-};
 
 TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
     const std::tuple<bool, bool, const wchar_t*, bool> rows[] = {
         {true, true, L"1", true}, {false, true, L"1", false}, {true, false, L"1", false}, {true, true, L"", false}};
     for (const auto& [clientPath, gatelink, ignore, quits] : rows) {
-        const OlderClient older(clientPath, gatelink);
+        RegistryKey machine = RegistryKey::localMachine(view32), classes = RegistryKey::classesRoot(view64);
+        if (clientPath) machine.setSubKeyValue(olderClientKey, L"ClientPath", std::wstring(L"C:\\B\\b.exe"));
+        if (gatelink) classes.setSubKeyValue(L"gatelink\\shell\\open\\command", {}, std::wstring(L"g.exe"));
         AnsweringDialog dialog(AnsweringDialog::driveOn);
         Bench bench;
         bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(ignore));
         const RunOutcome outcome = bench.run();
         EXPECT_EQ(outcome.failure, "");
         EXPECT_EQ(entered(outcome, "OnDetectBegin"), !quits) << clientPath << gatelink;
-    }
-}
-
-TEST(Run, RemovesTheOlderClientThatFinishedInstalling) {
-    const std::tuple<RegistryValue, RegistryView, bool> rows[] = {{std::wstring(L"true"), view32, true},
-                                                                  {uint32_t{0}, view32, true},
-                                                                  {std::wstring(), view32, false},
-                                                                  {std::wstring(L"true"), view64, false},
-                                                                  {{}, view32, false}};
-    for (const auto& [finished, view, removes] : rows) {
-        const OlderClient older(true, false, finished, view);
-        Bench bench;
-        bench.app();
-        EXPECT_EQ(has(bench.engine.callTexts("SetVariableNumeric"), "SetVariableNumeric(PDX_UNINSTALL_BASTION, 1)"),
-                  removes)
-            << view;
+        machine.deleteTree(olderClientKey);
+        classes.deleteTree(L"gatelink");
     }
 }
 

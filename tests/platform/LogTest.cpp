@@ -3,9 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <thread>
-#include <vector>
-
 #include "harness/engine/SmallEngine.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
@@ -70,17 +67,6 @@ TEST_F(LogTest, SurvivesEveryMessage) {
                                                             L"b (null) (null)"));
 }
 
-TEST_F(LogTest, MarksEveryLineOfTheProcessAlike) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([] {
-            for (int number = 0; number < 50; ++number) PDX_LOG(logInfo, "f", "%d", number);
-        });
-    for (std::thread& thread : threads) thread.join();
-    ASSERT_EQ(engine.logCount(), 200u);
-    for (const EngineLogLine& line : engine.log()) EXPECT_THAT(line.text, testing::StartsWith(head(L"INFO ")));
-}
-
 TEST_F(LogTest, TakesTheUserOutOfTheMessageAndNotOutOfTheFunction) {
     const std::wstring profile = getProfilePath();
     const std::wstring user = getUserName();
@@ -88,15 +74,6 @@ TEST_F(LogTest, TakesTheUserOutOfTheMessageAndNotOutOfTheFunction) {
     ASSERT_FALSE(user.empty());
     ASSERT_TRUE(profile.ends_with(L"\\" + user)) << "the test's user has an ordinary profile";
     const std::wstring scrubbed = profile.substr(0, profile.size() - user.size()) + L"####\\x";
-    std::wstring forward = profile + L"\\x";
-    std::ranges::replace(forward, L'\\', L'/');
-    std::wstring scrubbedForward = scrubbed;
-    std::ranges::replace(scrubbedForward, L'\\', L'/');
-
-    EXPECT_EQ(scrubProfilePath(profile + L"\\x"), scrubbed);
-    EXPECT_EQ(scrubProfilePath(forward), scrubbedForward);
-    EXPECT_EQ(scrubProfilePath(user), user);
-
     logMessage(logInfo, toUtf8(profile + L"\\f").c_str(), 1, "a %ls\\x", profile);
     EXPECT_EQ(engine.log().back().text, head(L"INFO ") + profile + L"\\f:1) a " + scrubbed);
 }

@@ -111,30 +111,6 @@ TEST(SystemInfoProvider, ReadsAndLogsWhatTheServiceAnswers) {
                                      "hr=80041017"}));
 }
 
-TEST(SystemInfoProvider, KeepsWhatCouldBeConnected) {
-    ScriptedWmi service;
-    service[cimv2].answers = {{L"SELECT * FROM Win32_OperatingSystem", {{{L"SystemDrive", wmiText(L"C:")}}}}};
-    SystemInfoProvider provider;
-    ASSERT_FALSE(provider.initializeCom());
-    EXPECT_EQ(provider.getOperatingSystemInfo(), "C:");
-    EXPECT_EQ(provider.getPhysicalDiskInfo("0").mediaType, "");
-}
-
-TEST(SystemInfoProvider, GoesOnInAnApartmentOfAnotherKind) {
-    std::thread([] {
-        ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-        {
-            ScriptedWmi service;
-            for (const wchar_t* name : {cimv2, storage, wmi}) service[name];
-            SystemInfoProvider provider;
-            EXPECT_TRUE(provider.initializeCom());
-        }
-        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE) << "it is as it was";
-        CoUninitialize();
-        CoUninitialize();
-    }).join();
-}
-
 TEST(SystemInfoProvider, AsksTheSystem) {
     SystemInfoProvider provider;
     EXPECT_THAT(provider.getLogicalDiskIds(), IsEmpty()) << "ahead of the connection";

@@ -1,10 +1,14 @@
-"""The download host fails four times: the connection prompt asks; RETRY starts over, and closing it ends the run."""
+"""The download host fails four times, with waits of 1, 5 and 30 seconds between: the connection prompt asks; RETRY starts
+over, and closing it ends the run."""
+from datetime import datetime
+
 from harness.checking.telemetry import (SESSION_STOP, UNAVAILABLE, check_attempts, check_telemetry, command_line,
                                         failed_attempts, session_start, start_page, tally_install, thin_install,
                                         told_so_far, unavailable)
 from harness.seeing.window import ACTION1, ACTION2, BODY, CLOSE, PICTURE, TITLE
 
 RETRIES = [True, True, True, False]
+WAITS = [1, 5, 30]
 
 
 def fail_four_times(scene, log: str):
@@ -42,6 +46,18 @@ def retry(scene, link: str) -> None:
     scene.check_installed()
     check_telemetry(scene, **thin_install(run, link, failed_attempts(link, RETRIES)), since=told)
     check_attempts(scene, 5, told)
+    check_waits(scene, run, told)
+
+
+def check_waits(scene, run, told: dict[str, int]) -> None:
+    waits = [text for text in run.log.messages("OnCacheAcquireComplete") if text.startswith("Waiting")]
+    scene.check_equal("the waits are logged", waits, [f"Waiting {seconds}s before auto retry" for seconds in WAITS])
+    moments = [(event["s"], datetime.fromisoformat(event["ts"]))
+               for post in scene.services.requests("brisk")[told["brisk"]:] for event in post.body
+               if event["g"] == "dnld"]
+    gaps = [(after - before).total_seconds() for (what, before), (_, after) in zip(moments, moments[1:])
+            if what == "erro"][:len(WAITS)]
+    scene.check("and are waited out", len(gaps) == len(WAITS) and all(map(float.__ge__, gaps, map(float, WAITS))), gaps)
 
 
 def play(scene):

@@ -75,17 +75,5 @@ TEST(OsNames, AWineIsNamedByItsThreeNumbers) {
         EXPECT_EQ(osName(wineName(parseWineVersion(row.version))), row.name) << (row.version ? row.version : "(null)");
 }
 
-TEST(OsNames, EachArchitectureHasItsText) {
-    const char* texts[] = {
-        "x86",          "MIPS",    "Alpha",   "PowerPC",        "SHX",
-        "ARM",          "Itanium", "Alpha64", "MSIL",           "AMD64",
-        "x86 on AMD64", "Neutral", "ARM64",   "ARM32 on AMD64", "x86 on ARM64",
-    };
-    uint32_t number = 0;
-    for (const char* text : texts) EXPECT_EQ(architectureName(number++), text) << text;
-    EXPECT_EQ(architectureName(number), std::nullopt);
-    EXPECT_EQ(architectureName(0xFFFF), std::nullopt);
-}
-
 }  // namespace
 }  // namespace pdx

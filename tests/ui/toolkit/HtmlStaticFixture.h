@@ -42,24 +42,15 @@ class HtmlProbe : public HtmlStatic {
 /// A dialog that notes the links that are followed in it.
 class LinkedDialog : public TestDialog {
   public:
-    MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) override {
-        if (message == WM_NOTIFY) notifiedId = wparam;
-        return TestDialog::HandleMessage(message, wparam, lparam);
-    }
     MessageResult OnNotify(LPARAM notification) override {
         const auto& header = *reinterpret_cast<const NMHDR*>(notification);
         if (header.code != linkActivated) return unhandled();
         if (onLink) onLink();
-        from = header.hwndFrom;
-        idFrom = header.idFrom;
         links.emplace_back(reinterpret_cast<const LinkNotification*>(notification)->href);
         return handled();
     }
     std::function<void()> onLink;
     std::vector<std::wstring> links;
-    HWND from = nullptr;
-    UINT_PTR idFrom = 0;
-    WPARAM notifiedId = 0;
 };
 
 class HtmlStaticTest : public ::testing::Test {
@@ -73,17 +64,17 @@ class HtmlStaticTest : public ::testing::Test {
     void TearDown() override { holdShift(false); }
 
     /// A visible label with a font of 16 pixels and lines of 26, which lives as long as the test.
-    HtmlProbe& makeLabel(const Rect& place = {0, 0, 200, 100}, DWORD style = 0, INT_PTR id = 77) {
+    HtmlProbe& makeLabel(const Rect& place = {0, 0, 200, 100}, DWORD style = 0) {
         const HWND window =
             CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | style, place.left, place.top, place.width(),
-                            place.height(), dialog.GetHandle(), reinterpret_cast<HMENU>(id), nullptr, nullptr);
+                            place.height(), dialog.GetHandle(), nullptr, nullptr, nullptr);
         labels.push_back(std::make_unique<HtmlProbe>(window));
         labels.back()->SetFont(CreateFontByName(textFace, 16, fontRegular));
         labels.back()->SetDefaultLineHeight({LineHeight::pixels, 26});
         return *labels.back();
     }
-    HtmlProbe& makeLabel(const char* markup, const Rect& place, INT_PTR id = 77) {
-        HtmlProbe& label = makeLabel(place, 0, id);
+    HtmlProbe& makeLabel(const char* markup, const Rect& place) {
+        HtmlProbe& label = makeLabel(place);
         label.SetMarkup(markup);
         return label;
     }

@@ -39,19 +39,6 @@ class HtmlStaticInputTest : public HtmlStaticTest {
     }
 };
 
-TEST_F(HtmlStaticInputTest, ALinkThatIsPressedAndLetGoTellsTheParent) {
-    HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80}, 1234);
-    press(label, 1);
-    EXPECT_EQ(GetCapture(), label.GetHandle());
-    EXPECT_THAT(dialog.links, IsEmpty());
-    letGo(label, 1);
-    EXPECT_EQ(GetCapture(), nullptr);
-    EXPECT_THAT(dialog.links, ElementsAre(L"action:one"));
-    EXPECT_EQ(dialog.from, label.GetHandle());
-    EXPECT_EQ(dialog.idFrom, 1234u);
-    EXPECT_EQ(dialog.notifiedId, 1234u);
-}
-
 TEST_F(HtmlStaticInputTest, OnlyAClickThatBeginsAndEndsOnALinkFollowsIt) {
     HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
     constexpr size_t text = 0, one = 1, two = 3;
@@ -191,26 +178,6 @@ TEST_F(HtmlStaticInputTest, AMoveOfTheTrackRepaintsTheText) {
     key(label, VK_DOWN);
     EXPECT_FALSE(GetUpdateRect(label.GetHandle(), nullptr, FALSE)) << "the track tells of it by a posted message";
     EXPECT_TRUE(pumpUntil([&] { return GetUpdateRect(label.GetHandle(), nullptr, FALSE) != FALSE; }));
-}
-
-TEST_F(HtmlStaticInputTest, ScrollsByWheelWhenTheTrackShows) {
-    HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5<br>6", {0, 0, 200, 50});
-    const Trackbar& track = label.GetScrollTrack();
-    const auto turn = [&](int delta) {
-        UpdateWindow(label.GetHandle());
-        SendMessageW(label.GetHandle(), WM_MOUSEWHEEL, static_cast<WPARAM>(delta) << 16, MAKELPARAM(60, 60));
-        return track.GetPosition();
-    };
-    UpdateWindow(label.GetHandle());
-    ASSERT_TRUE(track.IsVisible());
-    EXPECT_EQ(turn(-120), 20);
-    EXPECT_TRUE(GetUpdateRect(label.GetHandle(), nullptr, FALSE));
-    EXPECT_EQ(turn(30), 15);
-    EXPECT_EQ(turn(-12000), track.GetState().maximum);
-    EXPECT_EQ(turn(12000), 0);
-    label.SetPosition({0, 0, 200, 300}, SWP_NOZORDER);
-    UpdateWindow(label.GetHandle());
-    EXPECT_EQ(turn(-120), 0);
 }
 
 TEST_F(HtmlStaticInputTest, TabGoesFromLinkToLinkAndThenOn) {

@@ -85,14 +85,6 @@ TEST_F(HtmlStaticTest, StaysEmptyWithoutAFont) {
     EXPECT_FALSE(isTabStop(label));
 }
 
-TEST_F(HtmlStaticTest, ALineIsAFifthHigherThanItsFont) {
-    HtmlProbe& label = makeLabel();
-    label.SetDefaultLineHeight({});
-    label.SetText(L"a<BR>b");
-    const float fontHeight = CreateFontByName(textFace, 16, fontRegular)->GetHeight(96);
-    EXPECT_EQ(label.places().back().y, 4 + std::floor(fontHeight * 1.2f + 0.5f));
-}
-
 TEST_F(HtmlStaticTest, AlignsItsLinesByTheWindowsStyle) {
     for (const DWORD style : {DWORD{SS_LEFT}, DWORD{SS_CENTER}, DWORD{SS_RIGHT}}) {
         HtmlProbe& label = makeLabel({0, 0, 200, 100}, style);
@@ -170,16 +162,6 @@ TEST_F(HtmlStaticTest, DrawsEachRunInItsColour) {
     const RectF bounds = boundsOf(label.GetRuns());
     EXPECT_NEAR(static_cast<float>(ink.x), bounds.x, 5) << "where it was measured";
     EXPECT_NEAR(static_cast<float>(ink.x + ink.width), bounds.x + bounds.width, 5);
-}
-
-TEST_F(HtmlStaticTest, DrawsLinesUnderAndThroughText) {
-    HtmlProbe& label = makeLabel({0, 0, 300, 60});
-    label.SetText(L"<u>HEH</u> <strike>HEH</strike> HEH");
-    const auto baseline = static_cast<int32_t>(CreateFontByName(textFace, 16, fontRegular)->GetAscent());
-    EXPECT_GT(label.lineIn(0), baseline);
-    EXPECT_GT(label.lineIn(1), baseline / 3);
-    EXPECT_LT(label.lineIn(1), baseline);
-    EXPECT_EQ(label.lineIn(2), 0);
 }
 
 TEST_F(HtmlStaticTest, DrawsWhatItIsScrolledTo) {

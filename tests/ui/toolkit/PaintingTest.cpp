@@ -65,15 +65,6 @@ TEST_F(SeeThrough, AChildOfAChildShowsTheDialogToo) {
     EXPECT_TRUE(alike(picture.GetPixel({105, 55}), blue));
 }
 
-TEST_F(SeeThrough, AControlThatDrawsNothingShowsNothingOfTheNativeOne) {
-    child.Create(childAt({70, 40, 60, 40}, dialog.GetHandle()));
-    child.SetText(L"native text");
-    const Snapshot picture(dialog.GetHandle());
-    for (int32_t x = 71; x < 129; ++x)
-        for (int32_t y = 41; y < 79; ++y)
-            ASSERT_TRUE(alike(picture.GetPixel({x, y}), x < 100 ? red : blue)) << x << " " << y;
-}
-
 TEST_F(SeeThrough, DrawingIsClippedToThePaintRectangleAndOnePixelMore) {
     Box clip;
     child.painter = [&](Graphics& graphics) {
@@ -119,30 +110,6 @@ TEST(Graphics, KeepsTheFirstFailureAndGoesOn) {
     graphics.FillRectangle(Brush(blue), {0, 0, 5, 5});
     EXPECT_EQ(graphics.lastStatus(), first);
     EXPECT_EQ(picture.GetPixel({2, 2}), blue);
-}
-
-TEST(Text, IsDrawnWhereItWasMeasured) {
-    const auto font = CreateFontByName(L"no such face", 20, fontBold);
-    const RectF layout = {10, 10, 300, 60};
-    const std::pair<Gdiplus::StringAlignment, float> cases[] = {{Gdiplus::StringAlignmentNear, 0.0f},
-                                                                {Gdiplus::StringAlignmentCenter, 0.5f},
-                                                                {Gdiplus::StringAlignmentFar, 1.0f}};
-    for (const auto& [alignment, share] : cases) {
-        const Bitmap picture({320, 80});
-        Graphics graphics(picture);
-        ApplyQuality(graphics);
-        const Brush brush(red);
-        const RectF measured = DrawTextInRect(graphics, L"HEHEHE", font.get(), layout, &brush, alignment);
-        EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
-        EXPECT_GT(measured.width, 60);
-        EXPECT_NEAR(measured.x, layout.x + (layout.width - measured.width) * share, 1) << alignment;
-        EXPECT_NEAR(measured.y + measured.height / 2, 40, 1) << "in the middle of the height";
-        const Box ink = inkOf(picture);
-        EXPECT_NEAR(static_cast<float>(ink.x), measured.x, 4) << alignment;
-        EXPECT_NEAR(static_cast<float>(ink.x + ink.width), measured.x + measured.width, 4) << alignment;
-        EXPECT_GE(static_cast<float>(ink.y), measured.y);
-        EXPECT_LE(static_cast<float>(ink.y + ink.height), measured.y + measured.height);
-    }
 }
 
 TEST(TextFormat, MeasuresTrailingSpacesAndNoPadding) {

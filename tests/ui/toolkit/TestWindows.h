@@ -34,8 +34,7 @@ class NameListener {
 enum TestTemplate : uint16_t {
     threeChildrenTwoRecords = 201,
     oneChildTwoRecords = 202,
-    otherLayoutVersion = 203,
-    noLayout = 204,
+    noLayout = 203,
 };
 
 /// Gives messages out until the condition holds; whether it did within some seconds.

@@ -119,20 +119,6 @@ TEST_F(WindowTest, AFailedCreateIsLoggedAndLeavesNoHandle) {
     EXPECT_THAT(log.takeTexts(), ElementsAre(expected));
 }
 
-TEST_F(WindowTest, AnObjectWithoutAWindowDoesNothing) {
-    Window none;
-    none.SetText(L"x");
-    none.Show(SW_SHOW);
-    none.Invalidate();
-    none.SetAccessibleName(L"x");
-    none.SetFont(CreateFontByName(textFace, 20, fontBold));
-    EXPECT_EQ(none.GetText(), L"");
-    EXPECT_EQ(none.GetClientSize(), Size{});
-    EXPECT_FALSE(none.IsVisible());
-    SetFocus(nullptr);
-    EXPECT_FALSE(none.HasFocus());
-}
-
 TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
     const HWND button = dialog.GetItem(12);
     {
@@ -155,15 +141,6 @@ TEST_F(WindowTest, TheLatestOfTwoControlsAroundOneWindowIsAskedFirst) {
     EXPECT_EQ(SendMessageW(dialog.GetItem(12), WM_GETDLGCODE, 0, 0), 2);
     second.dlgCode = unhandled(7);
     EXPECT_EQ(SendMessageW(dialog.GetItem(12), WM_GETDLGCODE, 0, 0), 1) << "unhandled goes on to the earlier one";
-}
-
-TEST_F(WindowTest, UnhandledMessagesReachTheNativeControl) {
-    NotingControl control(dialog.GetItem(12));
-    SendMessageW(control.GetHandle(), BM_SETCHECK, BST_CHECKED, 0);
-    SendMessageW(control.GetHandle(), BM_SETSTATE, TRUE, 0);
-    EXPECT_TRUE(SendMessageW(control.GetHandle(), BM_GETSTATE, 0, 0) & BST_PUSHED);
-    control.SetText(L"pressed");
-    EXPECT_EQ(control.GetText(), L"pressed");
 }
 
 TEST_F(WindowTest, HandlersGetTheirPartsOfAMessage) {
@@ -249,18 +226,6 @@ TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
     EXPECT_EQ(control.GetFont()->GetSize(), 14);
 }
 
-TEST_F(WindowTest, ANativeFontBecomesTheObjectsFont) {
-    NotingControl control(dialog.GetItem(12));
-    const NativeFont native(CreateFontW(-17, 0, 0, 0, FW_MEDIUM, 0, TRUE, 0, 0, 0, 0, 0, 0, L""));
-    SendMessageW(control.GetHandle(), WM_SETFONT, reinterpret_cast<WPARAM>(native.get()), TRUE);
-    ASSERT_NE(control.GetFont(), nullptr);
-    EXPECT_EQ(control.GetFont()->GetSize(), 17);
-    EXPECT_EQ(control.GetFont()->GetStyle(), fontBold | fontUnderline) << "above 400 is bold";
-    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_GETFONT, 0, 0), reinterpret_cast<LRESULT>(native.get()));
-    SendMessageW(control.GetHandle(), WM_SETFONT, 0, 0);
-    EXPECT_EQ(control.GetFont(), nullptr);
-}
-
 TEST_F(WindowTest, RepaintsForANewTextAndForANewFontWithTheFlag) {
     dialog.Show(SW_SHOWNOACTIVATE);
     NotingControl control(dialog.GetItem(12));
@@ -282,39 +247,6 @@ TEST_F(WindowTest, RepaintsForANewTextAndForANewFontWithTheFlag) {
     RECT dirty{};
     GetUpdateRect(control.GetHandle(), &dirty, FALSE);
     EXPECT_EQ((Rect{dirty.left, dirty.top, dirty.right, dirty.bottom}), part);
-}
-
-TEST_F(WindowTest, TellsWhereItIs) {
-    NotingControl outer, inner;
-    outer.Create(childParams());
-    CreateParams params = childParams();
-    params.parent = outer.GetHandle();
-    params.style |= WS_BORDER;
-    inner.Create(params);
-    // A border of one pixel lies around the inner client area.
-    EXPECT_EQ(inner.GetClientRect(), (Rect{0, 0, 28, 38}));
-    EXPECT_EQ(inner.GetClientRectF(), (RectF{0, 0, 28, 38}));
-    EXPECT_EQ(inner.GetClientSize(), (Size{28, 38}));
-    EXPECT_EQ(inner.GetRectIn(outer.GetHandle()), (Rect{11, 21, 39, 59}));
-    EXPECT_EQ(inner.GetRectIn(dialog.GetHandle()), (Rect{21, 41, 49, 79}));
-    EXPECT_EQ(dialog.GetChildRect(inner.GetHandle()), (Rect{21, 41, 49, 79}));
-    POINT origin{};
-    ClientToScreen(dialog.GetHandle(), &origin);
-    EXPECT_EQ(inner.GetWindowRect(), (Rect{origin.x + 20, origin.y + 40, origin.x + 50, origin.y + 80}));
-
-    inner.SetPosition({3, 4, 53, 64}, SWP_NOZORDER);
-    EXPECT_EQ(inner.GetRectIn(outer.GetHandle()), (Rect{4, 5, 52, 63}));
-}
-
-TEST_F(WindowTest, AccessibleNamesArePublishedForTheWindow) {
-    Window window(dialog.GetItem(12));
-    {
-        const NameListener listener;
-        window.SetAccessibleName(L"Close the installer");
-        EXPECT_THAT(listener.names(), ElementsAre(std::pair(dialog.GetItem(12), std::wstring(L"Close the installer"))));
-    }
-    // The platform's own service, which may refuse.
-    window.SetAccessibleName(L"Close");
 }
 
 }  // namespace
