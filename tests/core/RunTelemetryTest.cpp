@@ -167,29 +167,6 @@ TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
     }
 }
 
-TEST(RunTelemetry, TellsACancelledDownloadOnceAndNothingOfTheWaitBeforeARetry) {
-    Bench bench;
-    App& app = bench.app();
-    beginDownload(app);
-    size_t before = 0;
-    bench.world.onPause = [&] {
-        before = bench.told().size();
-        app.PromptCancel(nullptr, TRUE, nullptr, nullptr);
-        bench.world.onPause = {};
-    };
-    EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"l", failed, 0), IDCANCEL);
-    EXPECT_EQ(bench.told().size(), before);
-    // A transfer that is cut, and one that was complete at the moment of the cancel.
-    for (const HRESULT hr : {HRESULT{hresultFromWin32(userExitCode)}, HRESULT{S_OK}}) {
-        before = bench.told().size();
-        EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"l", hr, 0), IDCANCEL);
-        const Texts told = bench.told();
-        ASSERT_EQ(told.size(), before + 2);
-        EXPECT_THAT(told[before], HasSubstr(R"("status":"cancel","status_code":"user_)"));
-        EXPECT_THAT(told[before + 1], HasSubstr(R"(brisk inst.dnld.canc {"cnst":"user_)"));
-    }
-}
-
 /// An object that asks for a reload, to its last reference.
 std::weak_ptr<RecordingTelemetry> reload() {
     Bench bench;
@@ -221,8 +198,6 @@ TEST(RunTelemetry, IsHandedOnOverEveryReload) {
 
 struct UpdateCase {
     const char* what;
-    BOOTSTRAPPER_ACTION action = install;
-    BOOTSTRAPPER_RELATION_TYPE relation = BOOTSTRAPPER_RELATION_NONE;
     const wchar_t* thick = L"no";
     const char* settings = "";
     std::optional<std::wstring> newer = L"https://x/new.exe";
@@ -237,8 +212,6 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
     const UpdateCase cases[] = {
         {.what = "newer"},
         {.what = "not newer", .newer = std::nullopt, .updates = false},
-        {.what = "uninstall", .action = uninstall, .asks = false, .updates = false},
-        {.what = "an update itself", .relation = BOOTSTRAPPER_RELATION_UPDATE, .asks = false, .updates = false},
         {.what = "thick", .thick = L"yes", .asks = false, .updates = false},
         {.what = "forbidden", .settings = "[qa]\ninstaller.skipUpdateCheck = true\n", .asks = false, .updates = false},
         {.what = "as another version",
@@ -250,8 +223,7 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
     for (const UpdateCase& row : cases) {
         SCOPED_TRACE(row.what);
         AnsweringDialog dialog;
-        Bench bench(row.action);
-        bench.command.relationType = row.relation;
+        Bench bench;
         bench.engine.variables.set(L"IsThickInstaller", std::wstring(row.thick));
         bench.engine.answers.setUpdate = row.accepted;
         App& app = bench.app();
@@ -269,7 +241,7 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
             bench.engine.callTexts("SetUpdate"),
             ElementsAreArray(row.updates ? Texts{"SetUpdate(null, https://x/new.exe, 0, 0, null, 0)"} : Texts{}));
         const bool taken = row.updates && SUCCEEDED(row.accepted);
-        EXPECT_EQ(app.action(), taken ? BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED : row.action);
+        EXPECT_EQ(app.action(), taken ? BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED : install);
         const Handle mutex(OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\Palisade_Desktop_Installer"));
         EXPECT_EQ(mutex.get() == nullptr, taken) << "the newer installer needs it";
         const auto refusal = bench.engine.findLog(L"The engine refuses the update https://x/new.exe: ");

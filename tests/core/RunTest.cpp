@@ -46,21 +46,6 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
     }
 }
 
-TEST(Run, TakesItsStateFromTheEnvironment) {
-    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
-        {L"PDX_REPAIR", L"1", L"PDX_REPAIR", L"1"},
-        {L"PDX_INSTALL_LOCATION", L"D:\\Spiele \u00fc [SSD]", L"InstallFolder", L"D:\\Spiele \u00fc [SSD]"},
-        {L"PDX_INSTALL_LOCATION", L"", L"InstallFolder", L"C:\\Preset"}};
-    for (const auto& [environment, value, variable, result] : rows) {
-        SetEnvironmentVariableW(environment, value);
-        Bench bench;
-        bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Preset"));
-        bench.app();
-        SetEnvironmentVariableW(environment, nullptr);
-        EXPECT_EQ(bench.app().GetEngineVariable(variable, true), result);
-    }
-}
-
 TEST(Run, LeavesTheNumbersOfStartAndEnd) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
     Bench bench;
@@ -271,23 +256,6 @@ TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
         const auto numbers = dialog.numbers();
         EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 0) << "it is no error to show";
     }
-}
-
-TEST(Run, TakesTheRunValueAwayWithTheClient) {
-    constexpr const wchar_t* runKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-    for (const bool ours : {true, false}) {
-        RegistryKey user = RegistryKey::currentUser(view64);
-        user.setSubKeyValue(runKey, L"Fenwick",
-                            std::wstring(ours ? L"\"C:\\GAMES\\Palisade\\l.exe\" -silent" : L"\"C:\\Other\\l.exe\""));
-        AnsweringDialog dialog(AnsweringDialog::driveOn);
-        Bench bench(BOOTSTRAPPER_ACTION_UNINSTALL);
-        bench.engine.variables.set(L"Root", std::wstring(L"C:\\Games\\"));
-        bench.engine.variables.set(L"InstallFolder", std::wstring(L"[Root]Palisade"));
-        bench.run();
-        EXPECT_EQ(toText(user.getSubKeyValue(runKey, L"Fenwick")).empty(), ours);
-    }
-    RegDeleteKeyValueW(HKEY_CURRENT_USER, runKey, L"Fenwick");
-    forgetProduct();
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-"""A session's identifier that a parent process gives is used as it stands, whatever its form, at both services."""
+"""A full installer asks the two telemetry services alone, in the session that a parent process names, as it stands."""
 from harness.checking.telemetry import check_telemetry, thick_install
 
 GIVEN = "Sitzung {7} der Mutter, ÄÖÜ"
@@ -10,4 +10,6 @@ def play(scene):
     scene.check_exit_code(run, 0)
     told = run.log.messages("TelemetryManager::createSessionId")
     scene.check_equal("the log names it", told, [f"Installer session: {GIVEN}"])
+    scene.check_equal("only the two telemetry services are asked", {r.service for r in scene.services.requests()},
+                      {"brisk", "tally"})
     check_telemetry(scene, **thick_install(run, shown=False) | {"session": GIVEN})

@@ -1,10 +1,14 @@
-// What the system answers about disks and subkeys, as values.
+// What the system answers about disks and subkeys, error codes and versions, as values.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <tuple>
 #include <vector>
 
 #include "platform/rules/DiskFacts.h"
+#include "platform/rules/ProgramErrors.h"
 #include "platform/rules/SubKeyWalk.h"
+#include "platform/rules/Version.h"
 
 namespace pdx {
 namespace {
@@ -54,6 +58,63 @@ TEST(SubKeyWalk, StopsAtTwoErrorsAndPassesOverTheOthers) {
                     });
         EXPECT_EQ(seen, row.seen) << row.what;
     }
+}
+
+TEST(ProgramErrors, CombineTypeAndCode) {
+    const std::tuple<BOOTSTRAPPER_ERROR_TYPE, uint32_t, uint32_t> rows[] = {
+        {BOOTSTRAPPER_ERROR_TYPE_ELEVATE, 1602, 0xA0000642},
+        {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, 1603, 0xA0010643},
+        {PALISADE_ERROR_TYPE, errorSystemTooOld, 0xA7FF047E},
+        {PALISADE_ERROR_TYPE, errorSecondInstance, 0xA7FF0480},
+        {PALISADE_ERROR_TYPE, errorLogFileTaken, 0xA7FF0020},
+        {PALISADE_ERROR_TYPE, errorFilesNotLocked, 0xA7FF0241},
+        {PALISADE_ERROR_TYPE, errorRepairIncomplete, 0xA7FF0BC9},
+        {PALISADE_ERROR_TYPE, 25000, 0xA7FF61A8},
+        {static_cast<BOOTSTRAPPER_ERROR_TYPE>(0x7FFFFFFF), 0x80070005, 0xA7FF0005},
+    };
+    for (const auto& [type, code, result] : rows)
+        EXPECT_EQ(formError(type, code), static_cast<Hresult>(result)) << std::hex << result;
+}
+
+TEST(Version, ReadsWhatItCan) {
+    const std::pair<const char*, std::array<uint16_t, 4>> rows[] = {
+        {"12.37.0.5294", {12, 37, 0, 5294}},
+        {"12.37", {12, 37, 0, 0}},
+        {"12.37.", {12, 37, 0, 0}},
+        {"12..3", {12, 0, 0, 0}},
+        {"12,37.0.1", {12, 0, 0, 0}},
+        {"1.2.3.4.5", {1, 2, 3, 4}},
+        {"1.2.3.4-beta", {1, 2, 3, 4}},
+        {"1.70000.0.0", {1, 4464, 0, 0}},
+        {"65535.65536.0.99999999999999999999", {65535, 0, 0, 0xFFFF}},
+        {" 1. 2.+3.-1", {1, 2, 3, 65535}},
+        {"v1.2.3.4", {0, 0, 0, 0}},
+        {"1 .2", {1, 0, 0, 0}},
+        {"-.1", {0, 0, 0, 0}},
+        {"abc", {0, 0, 0, 0}},
+        {"", {0, 0, 0, 0}},
+    };
+    for (const auto& [text, parts] : rows) {
+        uint64_t expected = 0;
+        for (const uint16_t part : parts) expected = expected << 16 | part;
+        EXPECT_EQ(parseVersion64(text), expected) << text;
+    }
+}
+
+TEST(Version, ComparesStrictlyAndWithoutSign) {
+    const std::string current = "12.37.0.5294";
+    EXPECT_TRUE(isNewerVersion("12.37.0.5295", current));
+    EXPECT_TRUE(isNewerVersion("12.38", current));
+    EXPECT_TRUE(isNewerVersion("40000.0.0.0", current));
+    EXPECT_FALSE(isNewerVersion(current, current));
+    EXPECT_FALSE(isNewerVersion("12.36.65535.65535", current));
+    EXPECT_FALSE(isNewerVersion("", current));
+    EXPECT_FALSE(isNewerVersion("", ""));
+}
+
+TEST(Version, IsWrittenAsFourNumbers) {
+    EXPECT_EQ(versionText(0x000C0025000014AE), "12.37.0.5294");
+    EXPECT_EQ(versionText(UINT64_MAX), "65535.65535.65535.65535");
 }
 
 }  // namespace

@@ -10,24 +10,6 @@ namespace {
 
 using nlohmann::json;
 
-TEST(InstallRecord, TellsTheDriveOfAFolder) {
-    const std::vector<LogicalDiskId> disks = {{"A:", ""}, {"C:", "System"}, {"D:", "Games"}};
-    const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
-        {"C:\\Program Files\\Palisade", "C:", "system", "C:"},
-        {"D:\\Games", "C:", "data", "D:"},
-        {"c:\\games", "C:", "data", ""},
-        {"D:\\Games", "", "system", "D:"},
-        {"\\\\server\\C:", "C:", "data", ""},
-        {"", "C:", "data", ""},
-        {"", "", "system", ""},
-    };
-    for (const auto& [folder, systemDrive, driveType, root] : rows) {
-        EXPECT_STREQ(driveTypeOf(folder, systemDrive), driveType) << folder;
-        EXPECT_EQ(installRootOf(folder, disks), root) << folder;
-    }
-    EXPECT_EQ(installRootOf("C:\\x", {}), "");
-}
-
 TelemetryQueueItem ordinary(int number) { return {number, false}; }
 TelemetryQueueItem urgent(int number) { return {number, true}; }
 

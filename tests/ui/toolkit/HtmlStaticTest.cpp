@@ -131,23 +131,6 @@ TEST_F(HtmlStaticTest, ANewTextBeginsAtItsTop) {
     EXPECT_EQ(label.GetScrollTrack().GetPosition(), 0);
 }
 
-TEST_F(HtmlStaticTest, IsATabStopWithALinkOrATrack) {
-    HtmlProbe& label = makeLabel({0, 0, 200, 60});
-    label.SetText(L"words");
-    EXPECT_FALSE(isTabStop(label));
-    label.SetText(L"<a href=x>words</a>");
-    EXPECT_TRUE(isTabStop(label));
-    label.SetText(L"<a>words</a>");
-    EXPECT_FALSE(isTabStop(label));
-    label.SetText(L"one<br>two<br>three");
-    UpdateWindow(label.GetHandle());
-    ASSERT_TRUE(label.GetScrollTrack().IsVisible());
-    label.SetText(L"one<br>two<br>three<br>four");
-    EXPECT_TRUE(isTabStop(label));
-    label.SetText(L"");
-    EXPECT_FALSE(isTabStop(label));
-}
-
 TEST_F(HtmlStaticTest, DrawsEachRunInItsColour) {
     HtmlProbe& label = makeLabel({0, 0, 300, 60});
     label.SetText(L"<font color=\"#FF0000\">HEH</font> <a href=x>HEH</a> <font argb=\"#8000FF00\">HEH</font> HEH");

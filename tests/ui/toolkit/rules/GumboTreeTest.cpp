@@ -2,11 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/Repeated.h"
 #include "ui/toolkit/rules/Markup.h"
 
 namespace pdx {
 namespace {
+
+std::string repeated(std::string_view part, size_t count) {
+    std::string text;
+    for (; count > 0; --count) text += part;
+    return text;
+}
 
 /// Names, words in quotes, and the children of a node in parentheses.
 std::wstring outline(const MarkupTree& tree, MarkupTree::Node node) {

@@ -164,25 +164,6 @@ TEST(RunLayout, FindsTheSameLinesForWordsOfAnyLength) {
     EXPECT_EQ(lines, expected);
 }
 
-TEST(RunLayout, MeasuresALongTextInFewSteps) {
-    size_t measured = 0;
-    const auto counting = [&](const TextRun&) {
-        return RunFont{[&](std::wstring_view text) {
-                           measured += text.size();
-                           return Extent{static_cast<float>(text.size()) * 7, 10};
-                       },
-                       10, 7};
-    };
-    std::vector<TextRun> runs{run(std::vector<std::wstring>(100'000, L"longish"))};
-    placeRuns(runs, 400, LineAlignment::left, counting);
-    EXPECT_EQ(runs[0].placed.size(), 14'286u);
-    EXPECT_LT(measured, 4u * 800'000) << "characters, of 800,000 in the text";
-
-    measured = 0;
-    EXPECT_FALSE(placeRuns(runs, 400, LineAlignment::left, counting, 100));
-    EXPECT_LT(measured, 1000u) << "of a text that is known to be too high";
-}
-
 TEST(RunLayout, GivesUpAboveTheHighestBounds) {
     std::vector<TextRun> runs{run({L"a", L"\n"}), run({L"b"})};
     EXPECT_TRUE(placeRuns(runs, 100, LineAlignment::left, evenFont, 134));
