@@ -6,8 +6,8 @@
 namespace pdx {
 namespace {
 
-ComPtr<IWbemServices> setUpWmi(const std::wstring& nameSpace) {
-    WmiConnection connection = connectWmi(nameSpace);
+std::shared_ptr<WmiServices> setUpWmi(const ConnectWmi& connect, const std::wstring& nameSpace) {
+    WmiConnection connection = connect(nameSpace);
     if (connection.services) return std::move(connection.services);
     const auto log = [&](const char* format) {
         PDX_LOG(logInfo, "`anonymous-namespace'::setUpWmi", format, nameSpace, connection.result);
@@ -27,16 +27,16 @@ ComPtr<IWbemServices> setUpWmi(const std::wstring& nameSpace) {
 }
 
 /// Without a connection there are no rows.
-void execWbemServicesQuery(const ComPtr<IWbemServices>& services, const std::wstring& query,
-                           const std::function<bool(IWbemClassObject& row)>& function) {
+void execWbemServicesQuery(const std::shared_ptr<WmiServices>& services, const std::wstring& query,
+                           const std::function<bool(const WmiRow& row)>& function) {
     if (!services) return;
-    const HRESULT result = forEachRow(*services.get(), query, function);
+    const HRESULT result = services->forEachRow(query, function);
     if (FAILED(result))
         PDX_LOG(logInfo, "`anonymous-namespace'::execWbemServicesQuery", "Query failed: [%ls]; hr=%08x", query, result);
 }
 
 /// Empty if the property is no text.
-std::string getWmiString(IWbemClassObject& row, const wchar_t* name) { return toUtf8(readProperty(row, name).text); }
+std::string getWmiString(const WmiRow& row, const wchar_t* name) { return toUtf8(row(name).text); }
 
 }  // namespace
 
@@ -52,15 +52,15 @@ bool SystemInfoProvider::initializeCom() {
         PDX_LOG(logInfo, "SystemInfoProvider::initializeCom", "Failed to initialize com connection");
         return false;
     }
-    cimv2 = setUpWmi(L"ROOT\\CIMV2");
-    if (cimv2) storage = setUpWmi(L"Root\\Microsoft\\Windows\\Storage");
-    if (storage) wmi = setUpWmi(L"Root\\wmi");
+    cimv2 = setUpWmi(connect, L"ROOT\\CIMV2");
+    if (cimv2) storage = setUpWmi(connect, L"Root\\Microsoft\\Windows\\Storage");
+    if (storage) wmi = setUpWmi(connect, L"Root\\wmi");
     return static_cast<bool>(wmi);
 }
 
 std::vector<LogicalDiskId> SystemInfoProvider::getLogicalDiskIds() {
     std::vector<LogicalDiskId> disks;
-    execWbemServicesQuery(cimv2, L"SELECT DeviceId, volumeName FROM Win32_LogicalDisk", [&](IWbemClassObject& row) {
+    execWbemServicesQuery(cimv2, L"SELECT DeviceId, volumeName FROM Win32_LogicalDisk", [&](const WmiRow& row) {
         const LogicalDiskId& disk =
             disks.emplace_back(LogicalDiskId{getWmiString(row, L"deviceId"), getWmiString(row, L"volumeName")});
         PDX_LOG(logInfo, "SystemInfoProvider::getLogicalDiskIds", "Logical disk deviceId = %s, volumeName = %s",
@@ -72,7 +72,7 @@ std::vector<LogicalDiskId> SystemInfoProvider::getLogicalDiskIds() {
 
 std::string SystemInfoProvider::getOperatingSystemInfo() {
     std::string systemDrive;
-    execWbemServicesQuery(cimv2, L"SELECT * FROM Win32_OperatingSystem", [&](IWbemClassObject& row) {
+    execWbemServicesQuery(cimv2, L"SELECT * FROM Win32_OperatingSystem", [&](const WmiRow& row) {
         systemDrive = getWmiString(row, L"systemDrive");
         PDX_LOG(logInfo, "SystemInfoProvider::getOperatingSystemInfo",
                 "Letter of the disk drive on which the operating system resides: %s", systemDrive);
@@ -90,7 +90,7 @@ std::vector<std::string> SystemInfoProvider::getDiskPartitionFromLogicalDrive(co
     }
     const std::wstring query =
         L"Associators of {Win32_LogicalDisk.DeviceID='" + toWide(letter) + L"'} WHERE ResultClass=Win32_DiskPartition";
-    execWbemServicesQuery(cimv2, query, [&](IWbemClassObject& row) {
+    execWbemServicesQuery(cimv2, query, [&](const WmiRow& row) {
         partitions.push_back(getWmiString(row, L"name"));
         PDX_LOG(logInfo, function, "DiskPartition name: %s", partitions.back());
         return true;
@@ -106,9 +106,9 @@ PhysicalDiskInfo SystemInfoProvider::getPhysicalDiskInfo(const std::string& devi
         return info;
     }
     const std::wstring query = L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '" + toWide(deviceId) + L"'";
-    execWbemServicesQuery(storage, query, [&](IWbemClassObject& row) {
-        info = {getWmiString(row, L"FriendlyName"), mediaTypeName(readProperty(row, L"MediaType").number),
-                readProperty(row, L"UniqueId").text, getWmiString(row, L"DeviceId")};
+    execWbemServicesQuery(storage, query, [&](const WmiRow& row) {
+        info = {getWmiString(row, L"FriendlyName"), mediaTypeName(row(L"MediaType").number), row(L"UniqueId").text,
+                getWmiString(row, L"DeviceId")};
         PDX_LOG(logInfo, function, "PhysicalDiskInfo friendlyName = %s, uniqueId = %ls", info.friendlyName,
                 info.uniqueId);
         PDX_LOG(logInfo, function, "PhysicalDiskInfo mediaType = %s, deviceId = %s", info.mediaType, info.deviceId);

@@ -1,7 +1,9 @@
 // Disks and the operating system, as the system's management service knows them.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/ComApartment.h"
@@ -32,6 +34,7 @@ class SystemInfo {
 /// failed is logged at INFO.
 class SystemInfoProvider : public SystemInfo {
   public:
+    explicit SystemInfoProvider(ConnectWmi connectTo = connectWmi) : connect(std::move(connectTo)) {}
     bool initializeCom() override;
     std::vector<LogicalDiskId> getLogicalDiskIds() override;
     std::string getOperatingSystemInfo() override;
@@ -41,10 +44,11 @@ class SystemInfoProvider : public SystemInfo {
   private:
     // Declared first, so that it goes last.
     ComApartment apartment;
-    ComPtr<IWbemServices> cimv2;
-    ComPtr<IWbemServices> storage;
+    ConnectWmi connect;
+    std::shared_ptr<WmiServices> cimv2;
+    std::shared_ptr<WmiServices> storage;
     /// Nothing is asked of it; a system that cannot connect to it counts as one without WMI.
-    ComPtr<IWbemServices> wmi;
+    std::shared_ptr<WmiServices> wmi;
 };
 
 }  // namespace pdx

@@ -4,6 +4,10 @@
 
 #include <system_error>
 
+#include <wbemidl.h>
+
+#include "platform/ComPtr.h"
+
 namespace pdx {
 namespace {
 
@@ -20,45 +24,6 @@ class Variant {
   private:
     VARIANT value;
 };
-
-}  // namespace
-
-WmiConnection connectWmi(const std::wstring& nameSpace) {
-    WmiConnection connection;
-    ComPtr<IWbemLocator> locator;
-    constexpr DWORD anyServer = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
-    connection.result = CoCreateInstance(CLSID_WbemLocator, nullptr, anyServer, IID_IWbemLocator, locator.putVoid());
-    if (FAILED(connection.result)) return connection;
-
-    ComPtr<IWbemServices> services;
-    connection.lastStep = WmiConnection::Step::connect;
-    connection.result =
-        locator->ConnectServer(Bstr(nameSpace).get(), nullptr, nullptr, nullptr, 0, nullptr, nullptr, services.put());
-    if (FAILED(connection.result)) return connection;
-
-    connection.lastStep = WmiConnection::Step::setProxy;
-    connection.result = CoSetProxyBlanket(services.get(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr,
-                                          RPC_C_AUTHN_LEVEL_CALL, RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
-    if (SUCCEEDED(connection.result)) connection.services = std::move(services);
-    return connection;
-}
-
-HRESULT forEachRow(IWbemServices& services, const std::wstring& query,
-                   const std::function<bool(IWbemClassObject& row)>& function) {
-    const Bstr language(L"WQL");
-    const Bstr text(query);
-    if (!language || !text) throw std::system_error(E_OUTOFMEMORY, std::system_category());
-    ComPtr<IEnumWbemClassObject> rows;
-    const HRESULT started = services.ExecQuery(
-        language.get(), text.get(), WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY, nullptr, rows.put());
-    if (FAILED(started)) return started;
-    for (;;) {
-        ComPtr<IWbemClassObject> row;
-        ULONG count = 0;
-        if (FAILED(rows->Next(static_cast<LONG>(WBEM_INFINITE), 1, row.put(), &count)) || count == 0) return started;
-        if (!function(*row.get())) return started;
-    }
-}
 
 WmiValue readProperty(IWbemClassObject& row, const wchar_t* name) {
     Variant property;
@@ -89,6 +54,52 @@ WmiValue readProperty(IWbemClassObject& row, const wchar_t* name) {
             break;
     }
     return value;
+}
+
+class ConnectedServices : public WmiServices {
+  public:
+    explicit ConnectedServices(ComPtr<IWbemServices> connected) : services(std::move(connected)) {}
+    HRESULT forEachRow(const std::wstring& query, const std::function<bool(const WmiRow& row)>& function) override {
+        const Bstr language(L"WQL");
+        const Bstr text(query);
+        if (!language || !text) throw std::system_error(E_OUTOFMEMORY, std::system_category());
+        ComPtr<IEnumWbemClassObject> rows;
+        const HRESULT started = services->ExecQuery(
+            language.get(), text.get(), WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY, nullptr, rows.put());
+        if (FAILED(started)) return started;
+        for (;;) {
+            ComPtr<IWbemClassObject> row;
+            ULONG count = 0;
+            if (FAILED(rows->Next(static_cast<LONG>(WBEM_INFINITE), 1, row.put(), &count)) || count == 0)
+                return started;
+            if (!function([&](const wchar_t* name) { return readProperty(*row.get(), name); })) return started;
+        }
+    }
+
+  private:
+    ComPtr<IWbemServices> services;
+};
+
+}  // namespace
+
+WmiConnection connectWmi(const std::wstring& nameSpace) {
+    WmiConnection connection;
+    ComPtr<IWbemLocator> locator;
+    constexpr DWORD anyServer = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
+    connection.result = CoCreateInstance(CLSID_WbemLocator, nullptr, anyServer, IID_IWbemLocator, locator.putVoid());
+    if (FAILED(connection.result)) return connection;
+
+    ComPtr<IWbemServices> services;
+    connection.lastStep = WmiConnection::Step::connect;
+    connection.result =
+        locator->ConnectServer(Bstr(nameSpace).get(), nullptr, nullptr, nullptr, 0, nullptr, nullptr, services.put());
+    if (FAILED(connection.result)) return connection;
+
+    connection.lastStep = WmiConnection::Step::setProxy;
+    connection.result = CoSetProxyBlanket(services.get(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr,
+                                          RPC_C_AUTHN_LEVEL_CALL, RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
+    if (SUCCEEDED(connection.result)) connection.services = std::make_shared<ConnectedServices>(std::move(services));
+    return connection;
 }
 
 }  // namespace pdx

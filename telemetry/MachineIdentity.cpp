@@ -13,17 +13,16 @@
 namespace pdx {
 namespace {
 
-void askWmi(MachineFacts& facts) {
+void askWmi(MachineFacts& facts, const ConnectWmi& connect) {
     ComApartment apartment;
     apartment.start();
     if (!apartment.usable()) return;
-    const WmiConnection connection = connectWmi(L"ROOT\\CIMV2");
+    const WmiConnection connection = connect(L"ROOT\\CIMV2");
     if (!connection.services) return;
     for (const WmiFact& fact : wmiFacts)
-        forEachRow(*connection.services.get(), std::wstring(L"Select * from ") + fact.className,
-                   [&](IWbemClassObject& row) {
-                       return takeFact(facts.*fact.field, fact.room, readProperty(row, fact.property));
-                   });
+        connection.services->forEachRow(std::wstring(L"Select * from ") + fact.className, [&](const WmiRow& row) {
+            return takeFact(facts.*fact.field, fact.room, row(fact.property));
+        });
 }
 
 /// The serial of the volume that Windows lies on; left alone if the system does not tell it.
@@ -51,9 +50,11 @@ CpuRegisters identify(uint32_t leaf) {
 
 }  // namespace
 
-std::string getMachineHash() {
+std::string getMachineHash() { return machineHashBy(connectWmi); }
+
+std::string machineHashBy(const ConnectWmi& connect) {
     MachineFacts facts;
-    askWmi(facts);
+    askWmi(facts, connect);
     askVolume(facts.volumeSerial);
     facts.processor = processorText(identify);
     const std::string text = fingerprintText(facts);

@@ -3,11 +3,16 @@
 
 #include <string>
 
+#include "platform/Wmi.h"
+
 namespace pdx {
 
 /// 40 lower-case hexadecimal digits: the SHA-1 of facts about the hardware, the same on every call on one machine.
 /// Whatever fact cannot be had counts as a fixed one, so this works without WMI too; the empty text only if the system
 /// cannot hash. Runs on any thread, waits for five queries on each call, logs nothing.
 std::string getMachineHash();
+
+/// The same by a management service of the caller's choice.
+std::string machineHashBy(const ConnectWmi& connect);
 
 }  // namespace pdx

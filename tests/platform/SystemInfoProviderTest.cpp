@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/ScriptedWmi.h"
 
@@ -19,28 +17,26 @@ constexpr const wchar_t* storage = L"Root\\Microsoft\\Windows\\Storage";
 constexpr const wchar_t* wmi = L"Root\\wmi";
 
 TEST(SystemInfoProvider, ConnectsUntilTheFirstGap) {
-    using Spaces = std::map<std::wstring, ScriptedNamespace>;
-    const ScriptedNamespace good;
-    const ScriptedNamespace refused{.connected = E_ACCESSDENIED, .proxySet = S_OK, .answers = {}};
-    const ScriptedNamespace unproxied{.connected = S_OK, .proxySet = E_INVALIDARG, .answers = {}};
-    const Spaces all = {{cimv2, good}, {storage, good}, {wmi, good}};
-    const Spaces firstAlone = {{cimv2, good}};  // so that the third is not asked for
-    const Spaces thirdRefused = {{cimv2, good}, {storage, good}, {wmi, refused}};
-    const Spaces firstUnproxied = {{cimv2, unproxied}, {storage, good}, {wmi, good}};
+    using Spaces = std::map<std::wstring, WmiConnection>;
+    using enum WmiConnection::Step;
+    const WmiConnection good = answering();
+    const WmiConnection lacking{nullptr, createLocator, E_FAIL}, refused{nullptr, connect, E_ACCESSDENIED},
+        unproxied{nullptr, setProxy, E_INVALIDARG};
     // What is logged; null where all goes well.
-    const std::tuple<HRESULT, Spaces, const char*> rows[] = {
-        {S_OK, all, nullptr},
-        {E_FAIL, {}, "Failed to create WbemLocator in namespace: ROOT\\CIMV2; hr=80004005"},
-        {S_OK, firstAlone, "Failed to connect to server in namespace: Root\\Microsoft\\Windows\\Storage; hr=8004100e"},
-        {S_OK, thirdRefused, "Failed to connect to server in namespace: Root\\wmi; hr=80070005"},
-        {S_OK, firstUnproxied, "Failed to set proxy to server in namespace: ROOT\\CIMV2; hr=80070057"},
+    const std::pair<Spaces, const char*> rows[] = {
+        {{{cimv2, good}, {storage, good}, {wmi, good}}, nullptr},
+        {{{cimv2, lacking}, {storage, good}, {wmi, good}},
+         "Failed to create WbemLocator in namespace: ROOT\\CIMV2; hr=80004005"},
+        {{{cimv2, good}},  // so that the third is not asked for
+         "Failed to connect to server in namespace: Root\\Microsoft\\Windows\\Storage; hr=8004100e"},
+        {{{cimv2, good}, {storage, good}, {wmi, refused}},
+         "Failed to connect to server in namespace: Root\\wmi; hr=80070005"},
+        {{{cimv2, unproxied}, {storage, good}, {wmi, good}},
+         "Failed to set proxy to server in namespace: ROOT\\CIMV2; hr=80070057"},
     };
-    for (const auto& [locator, namespaces, message] : rows) {
-        ScriptedWmi service;
-        service->locatorCreated = locator;
-        service->namespaces = namespaces;
+    for (const auto& [namespaces, message] : rows) {
         const CapturedLog log;
-        SystemInfoProvider provider;
+        SystemInfoProvider provider(scriptedWmi(namespaces));
         EXPECT_EQ(provider.initializeCom(), message == nullptr);
         std::vector<LogEntry> wanted;
         if (message) wanted.push_back({logInfo, "`anonymous-namespace'::setUpWmi", message});
@@ -49,9 +45,7 @@ TEST(SystemInfoProvider, ConnectsUntilTheFirstGap) {
 }
 
 TEST(SystemInfoProvider, ReadsAndLogsWhatTheServiceAnswers) {
-    ScriptedWmi service;
-    service[wmi];
-    service[cimv2].answers = {
+    const ScriptedAnswers general = {
         {L"SELECT DeviceId, volumeName FROM Win32_LogicalDisk",
          {{{L"DeviceID", wmiText(L"C:")}, {L"VolumeName", wmiText(L"Größe")}},
           {{L"DeviceID", wmiText(L"D:")}, {L"VolumeName", wmiNull()}}}},
@@ -59,21 +53,22 @@ TEST(SystemInfoProvider, ReadsAndLogsWhatTheServiceAnswers) {
          {{{L"SystemDrive", wmiText(L"C:")}}, {{L"SystemDrive", wmiText(L"E:")}}}},
         {L"Associators of {Win32_LogicalDisk.DeviceID='C:'} WHERE ResultClass=Win32_DiskPartition",
          {{{L"Name", wmiText(L"Disk #0, Partition #1")}}, {{L"Name", wmiNumber(3)}}}}};
-    service[storage].answers = {{L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '0'",
-                                 {{{L"FriendlyName", wmiText(L"Fast disk")},
-                                   {L"UniqueId", wmiText(L"u-1")},
-                                   {L"DeviceId", wmiText(L"0")},
-                                   {L"SpindleSpeed", wmiNumber(0)},
-                                   {L"MediaType", wmiNumber(4)}}}}};
+    const ScriptedAnswers disks = {{L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '0'",
+                                    {{{L"FriendlyName", wmiText(L"Fast disk")},
+                                      {L"UniqueId", wmiText(L"u-1")},
+                                      {L"DeviceId", wmiText(L"0")},
+                                      {L"SpindleSpeed", wmiNumber(0)},
+                                      {L"MediaType", wmiNumber(4)}}}}};
     const CapturedLog log;
-    SystemInfoProvider provider;
+    SystemInfoProvider provider(
+        scriptedWmi({{cimv2, answering(general)}, {storage, answering(disks)}, {wmi, answering()}}));
     ASSERT_TRUE(provider.initializeCom());
 
-    const auto disks = provider.getLogicalDiskIds();
-    ASSERT_EQ(disks.size(), 2u);
-    EXPECT_EQ(disks[0].deviceId, "C:");
-    EXPECT_EQ(disks[0].volumeName, "Größe");
-    EXPECT_EQ(disks[1].volumeName, "");
+    const auto drives = provider.getLogicalDiskIds();
+    ASSERT_EQ(drives.size(), 2u);
+    EXPECT_EQ(drives[0].deviceId, "C:");
+    EXPECT_EQ(drives[0].volumeName, "Größe");
+    EXPECT_EQ(drives[1].volumeName, "");
     EXPECT_EQ(provider.getOperatingSystemInfo(), "C:");
     EXPECT_THAT(provider.getDiskPartitionFromLogicalDrive("C:"), ElementsAre("Disk #0, Partition #1", ""));
     const PhysicalDiskInfo disk = provider.getPhysicalDiskInfo("0");
@@ -96,11 +91,9 @@ TEST(SystemInfoProvider, ReadsAndLogsWhatTheServiceAnswers) {
                             line("getPhysicalDiskInfo", "PhysicalDiskInfo friendlyName = Fast disk, uniqueId = u-1"),
                             line("getPhysicalDiskInfo", "PhysicalDiskInfo mediaType = SSD, deviceId = 0")));
 
-    const size_t asked = service->asked.size();
     EXPECT_THAT(provider.getDiskPartitionFromLogicalDrive(""), IsEmpty());
     EXPECT_EQ(provider.getPhysicalDiskInfo("").mediaType, "");
     EXPECT_EQ(provider.getDiskNumberFromDiskPartition("Partition #0"), "");
-    EXPECT_EQ(service->asked.size(), asked) << "no query without a name";
     EXPECT_EQ(provider.getPhysicalDiskInfo("7").mediaType, "");
     EXPECT_THAT(log.take(),
                 ElementsAre(line("getDiskPartitionFromLogicalDrive", "Empty driveLetter"),

@@ -14,14 +14,11 @@
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* cimv2 = L"ROOT\\CIMV2";
 constexpr const wchar_t* controllers = L"Select * from Win32_VideoController";
 
 /// The hash of a machine whose service gives these rows, and no other.
 std::string hashWith(const wchar_t* query, std::vector<ScriptedRow> rows) {
-    ScriptedWmi service;
-    service[cimv2].answers[query] = std::move(rows);
-    return getMachineHash();
+    return machineHashBy(scriptedWmi({{L"ROOT\\CIMV2", answering({{query, std::move(rows)}})}}));
 }
 
 TEST(MachineHash, IsOneForAllThreadsAndLeavesThemAsTheyWere) {
@@ -39,8 +36,6 @@ TEST(MachineHash, IsOneForAllThreadsAndLeavesThemAsTheyWere) {
 }
 
 TEST(MachineHash, IsThatOfTheFingerprintAlsoWithoutTheService) {
-    ScriptedWmi off;
-    off->locatorCreated = REGDB_E_CLASSNOTREG;
     DWORD serial = 0;
     ASSERT_TRUE(GetVolumeInformationW(L"C:\\", nullptr, 0, &serial, nullptr, nullptr, nullptr, 0));
     const std::string text =
@@ -49,7 +44,7 @@ TEST(MachineHash, IsThatOfTheFingerprintAlsoWithoutTheService) {
             __cpuid(registers, static_cast<int>(leaf));
             return std::bit_cast<CpuRegisters>(registers);
         });
-    EXPECT_EQ(getMachineHash(), hashString(L"SHA1", text.data(), text.size())) << text;
+    EXPECT_EQ(machineHashBy(scriptedWmi({})), hashString(L"SHA1", text.data(), text.size())) << text;
 }
 
 TEST(MachineHash, TakesTheFirstRowThatTellsTheFact) {
