@@ -14,7 +14,6 @@ namespace pdx {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// Leaves the process without settings, as it was.
@@ -98,32 +97,6 @@ TEST(LoadConfigFile, ReadsAFileWhereverItLies) {
     for (const std::wstring& missing : {folder.path(L"none.cfg"), folder.path(), std::wstring(), std::wstring(L"*")})
         EXPECT_EQ(loadConfigFile(toUtf8(missing).c_str()).size(), 0u) << toUtf8(missing);
     EXPECT_THAT(log.take(), IsEmpty());
-}
-
-DWORD WINAPI loadOnHalfTheStack(void* text) {
-    std::istringstream stream(*static_cast<std::string*>(text));
-    return LoadConfigStream(stream).size();
-}
-
-TEST(LoadConfigStream, TakesTheDeepestTextOnHalfTheEnginesStack) {
-    std::string arrays = "a = " + std::string(500, '[') + std::string(500, ']');
-    std::string tables = "a = ";
-    std::string heading = "[a";
-    for (int level = 0; level < 499; ++level) {
-        tables += "{a=";
-        heading += ".a";
-    }
-    tables += "1" + std::string(499, '}');
-    heading += "]\nb = 1\n";
-    for (std::string* text : {&arrays, &tables, &heading}) {
-        const Handle thread(
-            CreateThread(nullptr, 512 * 1024, loadOnHalfTheStack, text, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
-        ASSERT_TRUE(thread);
-        WaitForSingleObject(thread.get(), INFINITE);
-        DWORD keys = 99;
-        GetExitCodeThread(thread.get(), &keys);
-        EXPECT_EQ(keys, text == &arrays ? 0u : 1u);
-    }
 }
 
 }  // namespace

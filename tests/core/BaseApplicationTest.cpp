@@ -7,53 +7,20 @@
 namespace pdx {
 namespace {
 
-class Base : public CBalBaseBootstrapperApplication {
-  public:
-    Base(SmallEngine& engine, const BOOTSTRAPPER_COMMAND& command)
-        : CBalBaseBootstrapperApplication(&engine, &command, 1, 0) {}
-    using CBalBaseBootstrapperApplication::m_fApplying;
-};
-
 struct BaseBench {
     explicit BaseBench(BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL) {
         command.display = display;
-        base = new Base(engine, command);
+        base = new CBalBaseBootstrapperApplication(&engine, &command, 1, 0);
     }
     ~BaseBench() { base->Release(); }
     SmallEngine engine;
     BOOTSTRAPPER_COMMAND command = {};
-    Base* base;
+    CBalBaseBootstrapperApplication* base;
 };
-
-constexpr auto timeout = static_cast<HRESULT>(0x80072ee2);
-constexpr auto generic = static_cast<HRESULT>(0x80070643);
-
-TEST(BaseApplication, AsksAgainForHttpAuthenticationOnAFullDisplay) {
-    const std::tuple<BOOTSTRAPPER_DISPLAY, BOOTSTRAPPER_ERROR_TYPE, int> rows[] = {
-        {BOOTSTRAPPER_DISPLAY_FULL, BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_SERVER, IDTRYAGAIN},
-        {BOOTSTRAPPER_DISPLAY_FULL, BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_PROXY, IDTRYAGAIN},
-        {BOOTSTRAPPER_DISPLAY_PASSIVE, BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_SERVER, 7},
-        {BOOTSTRAPPER_DISPLAY_FULL, BOOTSTRAPPER_ERROR_TYPE_APPLY, 7},
-    };
-    for (const auto& [display, type, answer] : rows) {
-        BaseBench bench(display);
-        EXPECT_EQ(bench.base->OnError(type, L"p", 401, L"", 0, 0, nullptr, 7), answer);
-    }
-}
-
-TEST(BaseApplication, EndsApplyingAndAsksForARestart) {
-    BaseBench bench;
-    Base& base = *bench.base;
-    base.OnApplyBegin();
-    EXPECT_TRUE(base.m_fApplying);
-    EXPECT_EQ(base.OnApplyComplete(S_OK, BOOTSTRAPPER_APPLY_RESTART_REQUIRED), resultRestart);
-    EXPECT_FALSE(base.m_fApplying);
-    EXPECT_EQ(base.OnApplyComplete(S_OK, BOOTSTRAPPER_APPLY_RESTART_INITIATED), 0);
-}
 
 TEST(BaseApplication, TellsItsParentEveryKindOfProgress) {
     BaseBench bench(BOOTSTRAPPER_DISPLAY_EMBEDDED);
-    Base& base = *bench.base;
+    CBalBaseBootstrapperApplication& base = *bench.base;
     bench.engine.answers.embeddedResult = IDOK;
     EXPECT_EQ(base.OnProgress(3, 4), IDOK);
     base.OnCacheAcquireProgress(L"p", L"l", 1, 2, 50);

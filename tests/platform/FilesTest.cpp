@@ -78,22 +78,6 @@ TEST_F(FilesTest, TheEmptyPathIsNotTheCurrentFolder) {
     EXPECT_TRUE(fileExists(kept));
 }
 
-TEST_F(FilesTest, StopsAtAFileThatStays) {
-    const std::wstring stuck = folder.addFile(L"tree\\sub\\stuck.txt");
-    folder.addFile(L"tree\\sub\\zzz.txt");
-    folder.addFile(L"tree\\zzz\\other.txt");
-    {
-        const FileHandle open(
-            CreateFileW(stuck.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-        ASSERT_TRUE(open);
-        EXPECT_FALSE(deleteDirectoryTree(folder.path(L"tree"), 3, 1));
-        EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "deleteDirectoryTree",
-                                                     toUtf8(L"Failed to remove file " + stuck + L": error=00000020")}));
-        EXPECT_TRUE(fileExists(stuck));
-    }
-    EXPECT_TRUE(deleteDirectoryTree(folder.path(L"tree"), 3, 1)) << "once the file is closed";
-}
-
 TEST_F(FilesTest, StopsAtAFolderThatStays) {
     folder.addFile(L"tree\\sub\\file.txt");
     const std::wstring stuck = folder.path(L"tree\\sub");

@@ -80,27 +80,5 @@ TEST(LogWithoutEngine, ThrowsTheLineAway) {
     logger.write(logError, "f", 1, "m");
 }
 
-/// An argument that tells when it is looked at.
-struct WatchedText {
-    bool& touched;
-    operator std::wstring_view() const {
-        touched = true;
-        return L"text";
-    }
-};
-
-TEST(LogWithoutLogger, DoesNotTouchTheArguments) {
-    bool touched = false;
-    g_logger.clear();
-    PDX_LOG(logError, "f", "%ls", WatchedText{touched});
-    EXPECT_FALSE(touched);
-
-    SmallEngine engine;
-    g_logger.set(std::make_shared<BootstrapperLogger>(&engine));
-    PDX_LOG(logError, "f", "%ls", WatchedText{touched});
-    g_logger.clear();
-    EXPECT_TRUE(touched) << "with a logger it is read";
-}
-
 }  // namespace
 }  // namespace pdx

@@ -89,25 +89,6 @@ TEST_F(ServicesTest, AServiceThatDoesNotExistIsStoppedAndDeleted) {
     EXPECT_THAT(log.take(), ElementsAre(deleting())) << "without a stop";
 }
 
-TEST_F(ServicesTest, WaitsForAServiceThatTakesItsTime) {
-    // The second of the looks, 600 milliseconds apart, finds the stop pending. A second control would then be refused,
-    // and the stop with it.
-    run(L"slow");
-    EXPECT_TRUE(stopService(serviceName, 6000));
-    EXPECT_EQ(state(), DWORD{SERVICE_STOPPED});
-    // A control would now fail with ERROR_SERVICE_NOT_ACTIVE, and the stop with it.
-    EXPECT_TRUE(stopService(serviceName, 0));
-}
-
-TEST_F(ServicesTest, LeavesAServiceThatStaysInItsStop) {
-    run(L"stuck");
-    EXPECT_FALSE(stopService(serviceName, 300));
-    EXPECT_EQ(state(), DWORD{SERVICE_STOP_PENDING}) << "it is not ended by force";
-    EXPECT_FALSE(deleteService(serviceName, 300));
-    EXPECT_THAT(log.take(), ElementsAre(stopping(), deleting(), stopping(), notDeleted()));
-    EXPECT_EQ(state(), DWORD{SERVICE_STOP_PENDING});
-}
-
 TEST_F(ServicesTest, DoesNotWaitForAServiceThatRefusesToStop) {
     run(L"refuses");
     // With any waiting, a tenth of this would hold the test for more than a minute.
@@ -116,16 +97,6 @@ TEST_F(ServicesTest, DoesNotWaitForAServiceThatRefusesToStop) {
     EXPECT_FALSE(deleteService(serviceName, 1'000'000));
     EXPECT_THAT(log.take(), ElementsAre(stopping(), deleting(), stopping(), notDeleted()));
     EXPECT_EQ(state(), DWORD{SERVICE_RUNNING});
-}
-
-TEST_F(ServicesTest, DeletesAServiceWhetherItRunsOrNot) {
-    create(L"normal");
-    EXPECT_TRUE(deleteService(serviceName, 2000));
-    EXPECT_EQ(state(), 0u);
-    run(L"normal");
-    EXPECT_TRUE(deleteService(serviceName, 2000));
-    EXPECT_EQ(state(), 0u);
-    EXPECT_THAT(log.take(), ElementsAre(deleting(), stopping(), deleting(), stopping()));
 }
 
 TEST_F(ServicesTest, LooksAgainUntilTheServiceIsReleased) {

@@ -24,62 +24,6 @@ FileHandle openFile(const std::wstring& path, DWORD access, DWORD share) {
 
 LogEntry line(const char* function, const std::wstring& message) { return {logInfo, function, toUtf8(message)}; }
 
-struct ChangeNotificationTraits {
-    using Value = HANDLE;
-    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Value value) noexcept { FindCloseChangeNotification(value); }
-};
-
-/// A link, which goes with its object. Wine can make and remove none of Windows' own, but takes a link of the system
-/// below it for one.
-class Link {
-  public:
-    Link(const std::wstring& folder, const std::wstring& name, const std::wstring& target, DWORD flags)
-        : place(folder), path(folder + L'\\' + name) {
-        if (!CreateSymbolicLinkW(path.c_str(), target.c_str(), flags) || !*this)
-            run(L"ln -s", {target, folder + L"\\" + name});
-    }
-    ~Link() {
-        if (!DeleteFileW(path.c_str()) && !RemoveDirectoryW(path.c_str())) run(L"rm -f", {path});
-    }
-    Link(const Link&) = delete;
-    Link& operator=(const Link&) = delete;
-    explicit operator bool() const { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
-
-  private:
-    /// Runs a program of the system below Wine, and waits for what it changes in the folder: there is no handle of it
-    /// to wait for.
-    void run(std::wstring command, std::initializer_list<std::wstring> paths) const {
-        using ToUnix = char*(CDECL*)(const wchar_t*);
-        const auto toUnix =
-            reinterpret_cast<ToUnix>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name"));
-        if (!toUnix) return;
-        for (const std::wstring& argument : paths) {
-            // Only of its folder, for the last component may be a link or not there yet.
-            const size_t separator = argument.rfind(L'\\');
-            char* unixFolder = toUnix(argument.substr(0, separator).c_str());
-            if (!unixFolder) return;
-            command += L" \"" + toWide(unixFolder) + L'/' + argument.substr(separator + 1) + L'"';
-            HeapFree(GetProcessHeap(), 0, unixFolder);
-        }
-        const UniqueHandle<ChangeNotificationTraits> changed(FindFirstChangeNotificationW(
-            place.c_str(), FALSE, FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME));
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION started{};
-        const std::wstring program = L"\\\\?\\unix\\bin\\" + command.substr(0, 2);
-        if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                            &started))
-            return;
-        const Handle process(started.hProcess);
-        const Handle thread(started.hThread);
-        WaitForSingleObject(changed.get(), 10'000);
-    }
-
-    std::wstring place;
-    std::wstring path;
-};
-
 class LockFileTest : public testing::Test {
   protected:
     HANDLE lock(const std::wstring& path, DWORD disposition = OPEN_EXISTING, DWORD share = FILE_SHARE_READ,
@@ -132,29 +76,6 @@ TEST_F(LockFileTest, MakesAFileAnewWhateverStoodThere) {
         EXPECT_FALSE(DeleteFileW(created.c_str())) << toUtf8(created);
     }
     EXPECT_THAT(locked, SizeIs(2));
-}
-
-TEST_F(LockFileTest, GivesUpOnAFileThatAnotherHolds) {
-    const std::wstring path = folder.addFile(L"held.log", "another's");
-    const FileHandle holder = openFile(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
-    ASSERT_TRUE(holder);
-    EXPECT_EQ(lock(path, CREATE_NEW, FILE_SHARE_READ | FILE_SHARE_WRITE, GENERIC_READ | GENERIC_WRITE),
-              INVALID_HANDLE_VALUE);
-    expectTries(path, "00000050");
-    EXPECT_EQ(readFile(path), "another's");
-}
-
-TEST_F(LockFileTest, GivesUpOnALinkBelowTheTrustedFolder) {
-    folder.addFile(L"target\\a.log");
-    const Link folderLink(folder.path(), L"link", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
-    const Link fileLink(folder.path(), L"a.log", folder.path(L"target\\a.log"), 0);
-    if (!folderLink || !fileLink) GTEST_SKIP() << "no link can be made here";
-    EXPECT_EQ(readFile(folder.path(L"link\\a.log")), "x") << "the link leads there";
-    EXPECT_EQ(lock(folder.path(L"link\\a.log")), INVALID_HANDLE_VALUE);
-    expectTries(folder.path(L"link\\a.log"), "00000000");
-    EXPECT_EQ(lock(folder.path(L"a.log")), INVALID_HANDLE_VALUE);
-    EXPECT_THAT(log.take(), SizeIs(25));
-    EXPECT_NE(lock(folder.path(L"target\\a.log")), INVALID_HANDLE_VALUE);
 }
 
 TEST_F(LockFileTest, TakesTheTrustedFolderInItsShortForm) {

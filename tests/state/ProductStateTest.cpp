@@ -6,13 +6,10 @@
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
 #include "tests/platform/CapturedLog.h"
-#include "tests/platform/Probe.h"
-#include "tests/platform/TestFolder.h"
 
 namespace pdx {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class SetUnavailableTest : public testing::Test {
@@ -43,23 +40,6 @@ TEST_F(SetUnavailableTest, MarksBothViewsAndLeavesTheRest) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(SetUnavailableTest, EndsTheClientsHelperOnceTheMarkIsThere) {
-    const TestFolder folder;
-    const std::wstring helper = folder.path(L"palisadeconnect_MICROSOFT.exe");
-    const std::wstring client = folder.path(L"PalisadeConnect.exe");
-    for (const std::wstring& program : {helper, client}) std::filesystem::copy_file(probePath(), program);
-    const Handle helperProcess = startProbe(L"wait", helper);
-    const Handle clientProcess = startProbe(L"wait", client);
-    const CapturedLog log;
-    setUnavailable();
-    EXPECT_EQ(waitFor(helperProcess), 9u);
-    EXPECT_EQ(WaitForSingleObject(clientProcess.get(), 0), DWORD{WAIT_TIMEOUT}) << "the client itself goes on";
-    EXPECT_THAT(log.take(),
-                ElementsAre(LogEntry{logInfo, "terminateProcesses", "Terminating palisadeconnect_MICROSOFT.exe"}));
-    TerminateProcess(clientProcess.get(), 0);
-    waitFor(clientProcess);
-}
-
 /// A value by what it is written as; null is absent.
 void lay(RegistryKey root, const std::wstring& key, const wchar_t* name, const wchar_t* text) {
     if (text) root.setSubKeyValue(key, name, text);
@@ -74,8 +54,8 @@ TEST(RestoreClientPath, GivesTheEarlierProgramBackAndTakesWhatIsEmpty) {
         bool keyStays;
     } rows[] = {
         {L"C:\\new", L"C:\\old", L"C:\\old", true}, {L"C:\\new", L"", gone, false}, {L"C:\\new", gone, gone, false},
-        {L"", L"C:\\old", L"C:\\old", true},          {L"", L"", gone, false},         {L"", gone, gone, false},
-        {gone, L"C:\\old", L"C:\\old", true},         {gone, L"", gone, false},
+        {L"", L"C:\\old", L"C:\\old", true},        {L"", L"", gone, false},        {L"", gone, gone, false},
+        {gone, L"C:\\old", L"C:\\old", true},       {gone, L"", gone, false},
     };
     RegistryKey machine = RegistryKey::localMachine(view32);
     for (const std::wstring& other : {std::wstring(), std::wstring(L"subkey"), std::wstring(L"value")}) {

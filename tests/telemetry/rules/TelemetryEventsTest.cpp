@@ -22,44 +22,22 @@ const BriskIdentity machine = {
     .session = "0f8fad5b-d9cb-469f-a165-70867728950e",
 };
 
-const char* const headAndTail[] = {
-    R"({"app":"kestrel-installer","arch":"AMD64","build":"opt","cntry":"US","envt":"production",)",
-    R"("os":"Win 10",)",
-    R"("plat":"pc",)",
-    R"("session":"0f8fad5b-d9cb-469f-a165-70867728950e","ts":"2024-02-29T23:59:58.007","vers":"12.37.0.5294"})",
-};
-
-/// The whole event as it stands in a post.
-std::string written(const char* m, const char* g, const char* s, const std::string& param) {
-    return std::string(headAndTail[0]) + "\"g\":\"" + g + R"(","ityp":"","lang":"en","m":")" + m +
-           R"(","machash":"0123456789abcdef0123456789abcdef01234567",)" + headAndTail[1] +
-           (param.empty() ? "" : "\"param\":" + param + ",") + headAndTail[2] + "\"s\":\"" + s + "\"," + headAndTail[3];
-}
-
 TEST(BriskEvent, IsWrittenByteForByte) {
-    const struct {
-        const char* what;
-        TelemetryEvent told;
-        bool development;
-        std::string written;
-    } cases[] = {
-        {"no attributes", event("inst.sess.strt"), false, written("inst", "sess", "strt", "")},
-        {"attributes sorted, of every type",
-         event("inst.dnld.erro", {{"zeta", 1}, {"alpha", "a\"\\\n\xC3\xA9"}, {"mid", {{"b", false}, {"a", 1.5}}}}),
-         false,
-         written("inst", "dnld", "erro",
-                 "{\"alpha\":\"a\\\"\\\\\\n\xC3\xA9\",\"mid\":{\"a\":1.5,\"b\":false},\"zeta\":1}")},
-        {"development", event("inst.sess.strt"), true, written("inst", "sess", "strt", R"({"is_development":1})")},
-        {"development, said otherwise", event("inst.sess.strt", {{"is_development", "no"}, {"a", 2}}), true,
-         written("inst", "sess", "strt", R"({"a":2,"is_development":"no"})")},
-        {"attributes that are a list", event("inst.sess.strt", json::array({1})), false,
-         written("inst", "sess", "strt", "")},
-        {"an empty token within", event("inst..strt"), false, written("inst", "", "strt", "")},
+    const std::tuple<json, bool, std::string> cases[] = {
+        {json(), false, ""},
+        {{{"zeta", 1}, {"alpha", "a\"\xC3\xA9"}}, false, "\"param\":{\"alpha\":\"a\\\"\xC3\xA9\",\"zeta\":1},"},
+        {json(), true, R"("param":{"is_development":1},)"},
+        {{{"is_development", "no"}, {"a", 2}}, true, R"("param":{"a":2,"is_development":"no"},)"},
+        {json::array({1}), false, ""},
     };
-    const json header = briskHeader(machine);
-    for (const auto& row : cases)
-        EXPECT_EQ(briskEvent(row.told, "2024-02-29T23:59:58.007", row.development, header).dump(), row.written)
-            << row.what;
+    for (const auto& [attributes, development, written] : cases)
+        EXPECT_EQ(briskEvent(event("inst..strt", attributes), "now", development, briskHeader(machine)).dump(),
+                  R"({"app":"kestrel-installer","arch":"AMD64","build":"opt","cntry":"US","envt":"production","g":"",)"
+                  R"("ityp":"","lang":"en","m":"inst","machash":"0123456789abcdef0123456789abcdef01234567",)"
+                  R"("os":"Win 10",)" +
+                      written +
+                      R"("plat":"pc","s":"strt","session":"0f8fad5b-d9cb-469f-a165-70867728950e","ts":"now",)"
+                      R"("vers":"12.37.0.5294"})");
 }
 
 TEST(BriskEvent, IsEmptyForABadTaxonomy) {
@@ -89,7 +67,9 @@ TEST(TallyEvent, IsWrittenByteForByte) {
         {"attributes that are a text", "text", "{" + core + "," + item + "}"},
     };
     for (const auto& [what, params, written] : cases)
-        EXPECT_EQ(tallyEvent({tallySender, "installer", params}, 7, "2024-02-29T23:59:58Z", tallyItem()).dump(), written) << what;
+        EXPECT_EQ(tallyEvent({tallySender, "installer", params}, 7, "2024-02-29T23:59:58Z", tallyItem()).dump(),
+                  written)
+            << what;
 }
 
 TEST(TallyPost, IsWrittenByteForByte) {

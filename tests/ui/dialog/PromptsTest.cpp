@@ -1,4 +1,4 @@
-// Prompts over pages and over each other, the ways in which a window closes, and what is told of what is pressed.
+// Prompts over pages and over each other, and the ways in which a window closes.
 #include <sstream>
 
 #include "config/Settings.h"
@@ -188,44 +188,6 @@ TEST(Closing, GoesByThePageOnTop) {
         EXPECT_EQ(IsWindowVisible(bench.window()) != FALSE, row.visible);
         bench.settle();
         EXPECT_EQ(bench.page(), pageProgress) << "goes on";
-    }
-}
-
-const Texts overlayShown = {"meridian_uninstall_overlay_uninstall_bastion impression",
-                            "meridian_uninstall_overlay_not_now impression",
-                            "meridian_uninstall_overlay_close impression"};
-
-TEST(Clicks, AreToldOfWhatIsPressed) {
-    using Act = std::function<void(DialogBench&)>;
-    const std::tuple<const char*, Act, Texts> rows[] = {
-        {"the button of the options",
-         [](DialogBench& b) {
-             b.press(IDC_OPTIONS);
-             b.press(IDC_ACTION1);
-         },
-         {"meridian_start_install_options click", "enable", "meridian_start_lets_go click"}},
-        {"the cross of the options",
-         [](DialogBench& b) {
-             b.press(IDC_OPTIONS);
-             b.pressLater(IDC_ACTION1);
-             b.press(IDC_CLOSE);
-         },
-         {"meridian_start_install_options click"}},
-        {"the offer of an installed client, and its cross",
-         [](DialogBench& b) {
-             b.pressLater(IDC_CLOSE);
-             b.pressLater(IDC_ACTION1);
-             b.pressLater(IDC_ACTION2);
-             EXPECT_EQ(b.send(WM_BA_PROMPT_BASTION_UNINSTALL), IDCANCEL);
-         },
-         {overlayShown[0], overlayShown[1], overlayShown[2], "meridian_uninstall_overlay_close click"}},
-    };
-    for (const auto& [what, act, told] : rows) {
-        SCOPED_TRACE(what);
-        DialogBench bench;
-        bench.dialog->ReplacePage({.kind = pageWelcome});
-        act(bench);
-        EXPECT_EQ(bench.newlyTold(), told);
     }
 }
 

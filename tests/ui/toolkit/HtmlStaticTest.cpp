@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <new>
 
-#include "tests/platform/CapturedLog.h"
 #include "tests/platform/Crash.h"
 #include "tests/ui/toolkit/HtmlStaticFixture.h"
 
@@ -174,36 +173,6 @@ TEST_F(HtmlStaticTest, LaysOutAnewInAnotherWidth) {
     UpdateWindow(label.GetHandle());
     label.SetPosition({5, 5, 1005, 105}, SWP_NOZORDER | SWP_NOSIZE);
     EXPECT_TRUE(GetUpdateRect(label.GetHandle(), nullptr, FALSE)) << "another part of the picture lies behind it";
-}
-
-TEST_F(HtmlStaticTest, LogsThatMarkupWasCut) {
-    const CapturedLog log;
-    HtmlProbe& label = makeLabel();
-    label.SetText(L"<b>whole</b>");
-    EXPECT_THAT(log.takeTexts(), IsEmpty());
-    const std::wstring markup = L"first" + std::wstring(50'000, L'<');
-    label.SetText(markup + L"last");
-    EXPECT_THAT(log.takeTexts(),
-                ElementsAre(std::to_string(logWarning) +
-                            " HtmlStatic::OnSetText Markup is too long or has too many tags, its end is left out: "
-                            "length=50009"));
-    EXPECT_EQ(label.GetRuns().size(), 1u);
-}
-
-TEST_F(HtmlStaticTest, BearsAnyMarkup) {
-    for (const std::wstring& markup : {
-             std::wstring(16'000, L'w'),
-             std::wstring(L"<font size=99999999999 face=x>huge</font> <font size=0>none</font> <font size=-3>small"),
-             std::wstring(L"<font line-height=\"1e30px\">far<br>away<br></font><font line-height=\"-1e30px\">a<br>b"),
-             std::wstring(L"<b <i <a href=\"unclosed"),
-             std::wstring(L"lone \xD800 surrogates \xDC00"),
-         }) {
-        HtmlProbe& label = makeLabel({0, 0, 1200, 60});
-        label.SetText(markup);
-        EXPECT_EQ(label.GetText(), markup);
-        label.OnKeyDown(VK_END, 1, false, false);
-        const Drawn end(label);
-    }
 }
 
 TEST(HtmlStaticWithoutMemory, EndsInTheHandlingOfCrashes) {
