@@ -7,20 +7,25 @@
 namespace pdx {
 namespace {
 
+struct Base : CBalBaseBootstrapperApplication {
+    Base(SmallEngine& engine, const BOOTSTRAPPER_COMMAND& command)
+        : CBalBaseBootstrapperApplication(&engine, &command, 1, 0) {}
+};
+
 struct BaseBench {
     explicit BaseBench(BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL) {
         command.display = display;
-        base = new CBalBaseBootstrapperApplication(&engine, &command, 1, 0);
+        base = new Base(engine, command);
     }
     ~BaseBench() { base->Release(); }
     SmallEngine engine;
     BOOTSTRAPPER_COMMAND command = {};
-    CBalBaseBootstrapperApplication* base;
+    Base* base;
 };
 
 TEST(BaseApplication, TellsItsParentEveryKindOfProgress) {
     BaseBench bench(BOOTSTRAPPER_DISPLAY_EMBEDDED);
-    CBalBaseBootstrapperApplication& base = *bench.base;
+    Base& base = *bench.base;
     bench.engine.answers.embeddedResult = IDOK;
     EXPECT_EQ(base.OnProgress(3, 4), IDOK);
     base.OnCacheAcquireProgress(L"p", L"l", 1, 2, 50);
