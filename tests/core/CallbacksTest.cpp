@@ -7,7 +7,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/Crash.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
 #include "tests/platform/Crash.h"

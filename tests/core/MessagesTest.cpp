@@ -165,16 +165,6 @@ TEST(Downloads, AreRetriedThreeTimesInAPackage) {
     EXPECT_TRUE(bench.engine.findLog(L"ecod[80072ee2]"));
 }
 
-TEST(Downloads, HearACancelWhileTheyWait) {
-    Bench bench;
-    App& app = bench.app();
-    app.OnCachePackageBegin(L"p", 1, 1);
-    app.OnCacheAcquireBegin(L"p", L"a", BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD, L"s");
-    bench.world.onPause = [&app] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
-    EXPECT_EQ(app.OnCacheAcquireComplete(L"p", L"a", failed, 0), IDCANCEL);
-    EXPECT_EQ(bench.waitedSeconds(), 0.25);
-}
-
 TEST(ClientLog, ThatSomebodyHoldsIsAnError) {
     AnsweringDialog dialog(
         [](auto&, const auto& message) { return message.number == WM_BA_ERROR ? 5 : dialogsAnswer; });

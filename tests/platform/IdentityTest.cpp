@@ -1,16 +1,13 @@
-// What the system is, what it says of errors, digests and identifiers.
+// What the system is, what it says of errors, and digests.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <cctype>
-#include <regex>
-#include <set>
 
 #include "platform/Errors.h"
 #include "platform/Hash.h"
 #include "platform/OsIdentity.h"
-#include "platform/Uuid.h"
 #include "tests/platform/CapturedLog.h"
 
 namespace pdx {
@@ -66,17 +63,6 @@ TEST(HashString, KnowsTheDigestsOfTheAlgorithms) {
     for (const auto& [algorithm, text, digest] : cases)
         EXPECT_EQ(hashString(algorithm, text.data(), text.size()), digest) << toUtf8(algorithm);
     EXPECT_EQ(hashString(L"SHA1", nullptr, 0), "da39a3ee5e6b4b0d3255bfef95601890afd80709");
-}
-
-TEST(NewUuidString, IsOfItsFormAndNeverTheSame) {
-    // A random identifier says so: version 4, variant 8 to b.
-    const std::regex form("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
-    std::set<std::string> seen;
-    for (int i = 0; i < 1000; ++i) {
-        const std::string text = newUuidString();
-        EXPECT_TRUE(std::regex_match(text, form)) << text;
-        EXPECT_TRUE(seen.insert(text).second) << text;
-    }
 }
 
 }  // namespace

@@ -64,13 +64,5 @@ TEST(UpdateBucket, IsThatOfTheFirstAdapterInAListOfItsSize) {
     EXPECT_EQ(getLocalMacAddress().find_first_not_of("0123456789abcdef-"), std::string::npos) << "that of this machine";
 }
 
-TEST(RecommendedVersion, IsEmptyAndLoggedWithoutAReply) {
-    const CapturedLog log;
-    // Nobody listens there.
-    EXPECT_EQ(GetRecommendedVersion("https://127.0.0.1:1/autopatch/upgrade/buckets/1"), "");
-    const LogEntry refused{logInfo, "GetRecommendedVersion", "Error 12029 has occurred.\n"};
-    EXPECT_THAT(log.take(), ElementsAre(refused));
-}
-
 }  // namespace
 }  // namespace pdx

@@ -107,26 +107,6 @@ TEST(TelemetrySender, PostsWhatWasQueuedWhenStoppedAndMayStartAgain) {
     EXPECT_THAT(sender.batches, ElementsAre(json{1}, json{2}, json{3}));
 }
 
-TEST(TelemetrySender, MakesNoCallerWaitForAPost) {
-    RecordingSender sender;
-    std::mutex network;
-    sender.onSend = [&](const json&) { const std::lock_guard guard(network); };
-    sender.setSendingEnabled(true);
-    sender.begin();
-    {
-        const std::lock_guard stalled(network);
-        sender.tell(0, true);
-        for (int number = 1; number <= 1000; ++number) sender.tell(number);
-    }
-    sender.stop();
-    json all = json::array();
-    for (const json& batch : sender.batches) all.insert(all.end(), batch.begin(), batch.end());
-    ASSERT_EQ(all.size(), 1001u);
-    EXPECT_TRUE(std::is_sorted(all.begin(), all.end()));
-    // The first pass, what gathered during its post, and at most one pass more for the stop.
-    EXPECT_LE(sender.batches.size(), 3u);
-}
-
 TEST(TelemetrySender, LosesOnlyThePostThatCannotBeWritten) {
     const CapturedLog log;
     std::promise<void> reached;

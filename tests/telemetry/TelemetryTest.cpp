@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <sstream>
 
 #include "config/Settings.h"
@@ -49,20 +48,6 @@ class TelemetryTest : public testing::Test {
         hashesMade = 0;
     }
 };
-
-TEST_F(TelemetryTest, MakesOneSessionForAllProcesses) {
-    const CapturedLog log;
-    const std::string made = TelemetryManager::createSessionId();
-    EXPECT_TRUE(std::regex_match(made, std::regex("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}"))) << made;
-    EXPECT_EQ(getEnvironmentText(sessionVariable), toWide(made));
-    EXPECT_EQ(TelemetryManager::createSessionId(), made);
-    const LogEntry line{logInfo, "TelemetryManager::createSessionId", "Installer session: " + made};
-    EXPECT_THAT(log.take(), ElementsAre(line, line));
-    for (const wchar_t* given : {L"x", L"{ABC} %s\x20AC", L" "}) {
-        SetEnvironmentVariableW(sessionVariable, given);
-        EXPECT_EQ(TelemetryManager::createSessionId(), toUtf8(given)) << "a parent's, as it stands";
-    }
-}
 
 TEST_F(TelemetryTest, FindsOutOnceWhoSendsToBrisk) {
     const CapturedLog log;

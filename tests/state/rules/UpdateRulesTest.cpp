@@ -10,11 +10,6 @@
 namespace pdx {
 namespace {
 
-TEST(UpdateBucket, GivesTheValuesThatMachinesHave) {
-    EXPECT_EQ(updateBucketOf(""), 62u);
-    EXPECT_EQ(updateBucketOf("00-11-22-33-44-55"), 83u);
-}
-
 TEST(UpdateBucket, IsThatOfTheKnownGeneratorAndEven) {
     std::array<uint32_t, 101> machines{};
     uint64_t checksum = 0;

@@ -60,10 +60,5 @@ TEST(TimeFormat, WritesUtcForBothServices) {
     }
 }
 
-TEST(TimeFormat, OffersThePartsByName) {
-    EXPECT_EQ(formatTime(133537247980070000, "{year}/{month:02}/{day} {hour}h{min}m{sec}s{ms} {tm:%a %j}"),
-              "2024/02/29 23h59m58s7 Thu 060");
-}
-
 }  // namespace
 }  // namespace pdx

@@ -83,15 +83,6 @@ TEST_F(SeeThrough, DrawingIsClippedToThePaintRectangleAndOnePixelMore) {
     EXPECT_EQ(clip, (Box{0, 0, 1, 1})) << "nothing was to be painted";
 }
 
-TEST_F(SeeThrough, AWindowWithoutASizeIsPaintedAndDone) {
-    int paints = 0;
-    child.painter = [&](Graphics&) { ++paints; };
-    child.Create(childAt({5, 5, 0, 0}, dialog.GetHandle()));
-    SendMessageW(child.GetHandle(), WM_PAINT, 0, 0);
-    EXPECT_EQ(paints, 1);
-    EXPECT_FALSE(GetUpdateRect(child.GetHandle(), nullptr, FALSE));
-}
-
 TEST(Graphics, KeepsTheFirstFailureAndGoesOn) {
     const Bitmap none({0, 5});
     EXPECT_EQ(none.native(), nullptr);

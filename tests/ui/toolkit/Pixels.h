@@ -21,18 +21,6 @@ inline ::testing::AssertionResult alike(Color actual, Color expected) {
     return ::testing::AssertionSuccess();
 }
 
-/// The box of what was drawn on a clear ground; of no width when nothing was.
-inline Box inkOf(const Bitmap& picture) {
-    const Size size = picture.GetSize();
-    Rect ink = {size.width, size.height, 0, 0};
-    for (int32_t y = 0; y < size.height; ++y)
-        for (int32_t x = 0; x < size.width; ++x)
-            if (picture.GetPixel({x, y}) >> 24 > 0x40)
-                ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1),
-                       std::max(ink.bottom, y + 1)};
-    return ink.right == 0 ? Box{} : boxOf(ink);
-}
-
 inline RectF measured(std::wstring_view text, float size, int32_t style) {
     const auto font = CreateFontByName(textFace, size, style);
     Graphics graphics(GetDesktopWindow());
@@ -51,7 +39,6 @@ struct Drawn {
         EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
     }
     [[nodiscard]] Color at(int32_t x, int32_t y) const { return bitmap.GetPixel({x, y}); }
-    [[nodiscard]] Box ink() const { return inkOf(bitmap); }
     /// The pixel that covers most in a part of it.
     [[nodiscard]] Color strongest(const RectF& part) const {
         Color found = 0;

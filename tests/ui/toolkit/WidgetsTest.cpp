@@ -252,51 +252,44 @@ TEST_F(Widgets, ABarShowsTheGroundOfThePageThatItAppearsOn) {
 }
 
 TEST_F(Widgets, ATrackbarTellsItsParentWhereItWasTaken) {
-    for (const bool vertical : {true, false}) {
-        SCOPED_TRACE(vertical);
-        Trackbar track(make(TRACKBAR_CLASSW, vertical ? TBS_VERT : TBS_HORZ,
-                            vertical ? Box{20, 20, 8, 100} : Box{20, 20, 100, 8}));
-        track.SetRange(0, 100);
-        track.SetPageSize(100);
-        track.SetLineSize(20);
-        const auto mouse = [&](UINT message, int32_t along) {
-            SendMessageW(track.GetHandle(), message, MK_LBUTTON,
-                         vertical ? MAKELPARAM(4, along) : MAKELPARAM(along, 4));
-        };
-        const auto wheel = [&](int32_t delta) {
-            SendMessageW(track.GetHandle(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0);
-        };
-        using Told = std::vector<Scroll>;
-        dialog.take();
-        mouse(WM_MOUSEMOVE, 40);
-        EXPECT_EQ(dialog.take(), Told{}) << "nothing is dragged";
-        mouse(WM_LBUTTONDOWN, 10);
-        EXPECT_EQ(GetCapture(), track.GetHandle());
-        mouse(WM_MOUSEMOVE, 30);
-        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 40}}));
-        mouse(WM_MOUSEMOVE, 500);
-        mouse(WM_MOUSEMOVE, 600);
-        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 100}})) << "once";
-        mouse(WM_LBUTTONUP, 600);
-        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBPOSITION, 100}}));
-        EXPECT_EQ(GetCapture(), nullptr);
-        mouse(WM_LBUTTONDOWN, 5);
-        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEUP, 0}}));
-        mouse(WM_LBUTTONDOWN, 80);
-        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEDOWN, 100}}));
-        wheel(120);
-        wheel(-60);
-        EXPECT_EQ(dialog.take(), (Told{{vertical, TB_LINEUP, 80}, {vertical, TB_LINEDOWN, 90}}));
-        track.Home();
-        track.Home();
-        track.LineDown();
-        track.End();
-        EXPECT_EQ(dialog.take(),
-                  (Told{{vertical, TB_TOP, 0}, {vertical, TB_LINEDOWN, 20}, {vertical, TB_BOTTOM, 100}}));
-        track.SetPosition(50);
-        EXPECT_EQ(dialog.take(), Told{}) << "without a word";
-        EXPECT_TRUE(GetUpdateRect(track.GetHandle(), nullptr, FALSE));
-    }
+    constexpr bool vertical = true;
+    Trackbar track(make(TRACKBAR_CLASSW, TBS_VERT, {20, 20, 8, 100}));
+    track.SetRange(0, 100);
+    track.SetPageSize(100);
+    track.SetLineSize(20);
+    const auto mouse = [&](UINT message, int32_t along) {
+        SendMessageW(track.GetHandle(), message, MK_LBUTTON, MAKELPARAM(4, along));
+    };
+    const auto wheel = [&](int32_t delta) { SendMessageW(track.GetHandle(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0); };
+    using Told = std::vector<Scroll>;
+    dialog.take();
+    mouse(WM_MOUSEMOVE, 40);
+    EXPECT_EQ(dialog.take(), Told{}) << "nothing is dragged";
+    mouse(WM_LBUTTONDOWN, 10);
+    EXPECT_EQ(GetCapture(), track.GetHandle());
+    mouse(WM_MOUSEMOVE, 30);
+    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 40}}));
+    mouse(WM_MOUSEMOVE, 500);
+    mouse(WM_MOUSEMOVE, 600);
+    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 100}})) << "once";
+    mouse(WM_LBUTTONUP, 600);
+    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBPOSITION, 100}}));
+    EXPECT_EQ(GetCapture(), nullptr);
+    mouse(WM_LBUTTONDOWN, 5);
+    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEUP, 0}}));
+    mouse(WM_LBUTTONDOWN, 80);
+    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEDOWN, 100}}));
+    wheel(120);
+    wheel(-60);
+    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_LINEUP, 80}, {vertical, TB_LINEDOWN, 90}}));
+    track.Home();
+    track.Home();
+    track.LineDown();
+    track.End();
+    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_TOP, 0}, {vertical, TB_LINEDOWN, 20}, {vertical, TB_BOTTOM, 100}}));
+    track.SetPosition(50);
+    EXPECT_EQ(dialog.take(), Told{}) << "without a word";
+    EXPECT_TRUE(GetUpdateRect(track.GetHandle(), nullptr, FALSE));
 }
 
 }  // namespace
