@@ -91,10 +91,11 @@ void BootstrapperApplication::promptAlreadyInstalled() {
 }
 
 void BootstrapperApplication::promptBastionUninstall() {
+    const bool asks = !isCanceled();
     const int answer = sendAppMessage(WM_BA_PROMPT_BASTION_UNINSTALL);
+    // Every answer other than the first counts as this click, the closed window too, which cancels the run.
+    if (asks) sendBastionOverlayClick(answer == 1 ? overlayUninstall : overlayNotNow);
     if (!isCanceled()) {
-        // Every answer other than the first counts as this click, the closed prompt too.
-        sendBastionOverlayClick(answer == 1 ? overlayUninstall : overlayNotNow);
         if (answer == 1) {
             m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 1);
             requestReload(ReloadPurpose::migration);

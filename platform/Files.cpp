@@ -28,6 +28,40 @@ bool removeEntry(BOOL(WINAPI* remove)(const wchar_t*), const char* kind, const s
     return false;
 }
 
+/// A folder, or the link that stands in its place, held so that nobody can put another in that place meanwhile.
+FileHandle holdFolder(const std::wstring& path) {
+    return FileHandle(CreateFileW(path.c_str(), FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+}
+
+bool isLink(HANDLE folder) {
+    FILE_ATTRIBUTE_TAG_INFO attributes{};
+    return !GetFileInformationByHandleEx(folder, FileAttributeTagInfo, &attributes, sizeof attributes) ||
+           (attributes.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+/// Empties a folder; the first entry that stays ends it.
+bool deleteContents(const std::wstring& path, int32_t tries, uint32_t delayMilliseconds) {
+    const std::wstring folder = path.back() == L'\\' || path.back() == L'/' ? path : path + L'\\';
+    WIN32_FIND_DATAW entry;
+    const FindHandle search(FindFirstFileW((folder + L"*.*").c_str(), &entry));
+    if (!search) {
+        const DWORD error = GetLastError();
+        return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    }
+    do {
+        const std::wstring_view name = entry.cFileName;
+        if (name == L"." || name == L"..") continue;
+        const std::wstring entryPath = folder + entry.cFileName;
+        const bool removed = entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY
+                                 ? deleteDirectoryTree(entryPath, tries, delayMilliseconds)
+                                 : removeEntry(DeleteFileW, "file", entryPath, tries, delayMilliseconds);
+        if (!removed) return false;
+    } while (FindNextFileW(search.get(), &entry));
+    return true;
+}
+
 }  // namespace
 
 bool fileExists(const std::wstring& path) { return PathFileExistsW(path.c_str()); }
@@ -49,26 +83,19 @@ bool retryUntil(const std::function<bool()>& function, int32_t tries, uint32_t d
 bool deleteDirectoryTree(const std::wstring& path, int32_t tries, uint32_t delayMilliseconds) {
     // Without this the empty path would mean the current folder.
     if (path.empty()) return true;
-    const std::wstring folder = path.back() == L'\\' || path.back() == L'/' ? path : path + L'\\';
-    WIN32_FIND_DATAW entry;
-    FindHandle search(FindFirstFileW((folder + L"*.*").c_str(), &entry));
-    if (!search) {
-        const DWORD error = GetLastError();
-        return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-    }
-    do {
-        const std::wstring_view name = entry.cFileName;
-        if (name == L"." || name == L"..") continue;
-        const std::wstring entryPath = folder + entry.cFileName;
-        const bool isFolder = entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
-        const bool isLink = entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT;
-        const bool removed = !isFolder ? removeEntry(DeleteFileW, "file", entryPath, tries, delayMilliseconds)
-                             : isLink  ? removeEntry(RemoveDirectoryW, "directory", entryPath, tries, delayMilliseconds)
-                                       : deleteDirectoryTree(entryPath, tries, delayMilliseconds);
-        if (!removed) return false;
-    } while (FindNextFileW(search.get(), &entry));
-    // An open search would keep the folder's name alive until it is closed.
-    search.reset();
+    FileHandle held;
+    DWORD error = ERROR_SUCCESS;
+    retryUntil(
+        [&] {
+            held = holdFolder(path);
+            error = held ? ERROR_SUCCESS : GetLastError();
+            return error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+        },
+        tries, delayMilliseconds);
+    if (!held) return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    if (!isLink(held.get()) && !deleteContents(path, tries, delayMilliseconds)) return false;
+    // What is held open keeps the folder's name alive.
+    held.reset();
     return removeEntry(RemoveDirectoryW, "directory", path, tries, delayMilliseconds);
 }
 

@@ -37,6 +37,8 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
 }
 
 Handle startProgram(const ProgramStart& program) {
+    // The empty name would open a folder's window.
+    if (program.file.empty()) return Handle();
     SHELLEXECUTEINFOW start{};
     start.cbSize = sizeof start;
     start.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_NO_CONSOLE;
@@ -53,8 +55,6 @@ Handle launchClient(const std::wstring& parameters) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const std::wstring folder = toText(product.getValue(L"InstallLocation"));
     const std::wstring program = toText(product.getValue(L"LauncherAppPath"));
-    // The empty name would open a folder's window.
-    if (program.empty()) return Handle();
     return startProgram({.file = program, .parameters = parameters, .folder = folder});
 }
 

@@ -7,6 +7,7 @@
 #include "platform/RegistryPaths.h"
 #include "platform/rules/Version.h"
 #include "platform/Text.h"
+#include "state/rules/OwnFolder.h"
 
 namespace pdx {
 
@@ -43,6 +44,7 @@ void restoreProtocolHandler(const std::wstring& protocol, const std::wstring& co
 }
 
 void writeBundleVersion(const std::wstring& providerKey, const std::wstring& version) {
+    if (!isEntryName(providerKey)) return;
     RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
     const uint64_t numbers = parseVersion64(toUtf8(version));
     entry.setValue(L"BundleVersion", version);

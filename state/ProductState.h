@@ -18,7 +18,7 @@ void restoreClientPath(const std::wstring& keyPath);
 void restoreProtocolHandler(const std::wstring& protocol, const std::wstring& command);
 
 /// Writes a version ("12.37.0.5294") to the bundle's entry among the installed programs; numbers that a shorter text
-/// lacks count as 0. Nothing happens without the entry.
+/// lacks count as 0. Nothing happens without the entry, or for a key that cannot name one.
 void writeBundleVersion(const std::wstring& providerKey, const std::wstring& version);
 
 }  // namespace pdx

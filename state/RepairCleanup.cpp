@@ -18,6 +18,7 @@
 #include "platform/Services.h"
 #include "platform/Text.h"
 #include "platform/VersionInfo.h"
+#include "state/FileLocks.h"
 #include "state/InstallInfo.h"
 #include "state/ProductState.h"
 #include "state/rules/OwnFolder.h"
@@ -69,8 +70,9 @@ void tellRepairStarted(const std::wstring& installLocation) {
 
 /// The package has put commands of its own in the bundle's entry; they go with the client.
 void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
-    RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
     setUnavailable();
+    if (!isEntryName(providerKey)) return;
+    RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
     if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
     if (!earlier.quietUninstallCommand.empty()) entry.setValue(L"QuietUninstallString", earlier.quietUninstallCommand);
 }
@@ -89,15 +91,29 @@ bool takeServiceDown(const RepairRun& run) {
     return true;
 }
 
+/// By its spelling, and by where that leads: a short name or a drive that stands for a folder is still what it is.
+bool isOwn(const std::wstring& folder) {
+    std::vector<SystemFolder> systemFolders = {
+        {getKnownFolderPath(FOLDERID_Windows), allBelow},
+        {getKnownFolderPath(FOLDERID_UserProfiles), 1},
+        // A 32-bit process is told the folder of 32-bit programs for either.
+        {getEnvironmentText(L"ProgramW6432"), 0},
+    };
+    for (const KNOWNFOLDERID* id : {&FOLDERID_ProgramFiles, &FOLDERID_ProgramFilesCommon, &FOLDERID_ProgramData,
+                                    &FOLDERID_Desktop, &FOLDERID_Documents, &FOLDERID_Downloads, &FOLDERID_Pictures,
+                                    &FOLDERID_Music, &FOLDERID_Videos, &FOLDERID_LocalAppData, &FOLDERID_RoamingAppData})
+        systemFolders.push_back({getKnownFolderPath(*id), 0});
+    if (!isOwnFolder(folder, systemFolders)) return false;
+    if (!fileExists(folder)) return true;
+    constexpr std::wstring_view finalPathStart = L"\\\\?\\";
+    const std::wstring finalPath = GetFinalPath(folder);
+    return finalPath.starts_with(finalPathStart) && isOwnFolder(finalPath.substr(finalPathStart.size()), systemFolders);
+}
+
 bool takeFolderDown(const RepairRun& run, const std::wstring& installLocation) {
     if (installLocation.empty()) return true;
     run.begin(RepairStep::deleteFolder);
-    std::vector<std::wstring> systemFolders;
-    for (const KNOWNFOLDERID* id : {&FOLDERID_System, &FOLDERID_ProgramFilesX86, &FOLDERID_ProgramFiles,
-                                    &FOLDERID_ProgramData, &FOLDERID_Profile, &FOLDERID_Public, &FOLDERID_Desktop,
-                                    &FOLDERID_Documents, &FOLDERID_Downloads})
-        systemFolders.push_back(getKnownFolderPath(*id));
-    if (!isOwnFolder(installLocation, systemFolders)) {
+    if (!isOwn(installLocation)) {
         PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"",
                 installLocation);
         return false;

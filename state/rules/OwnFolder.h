@@ -1,15 +1,29 @@
 // Which recorded folder may be deleted whole.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace pdx {
 
-/// Whether a folder can be a client's own: a full path below a drive or a share, with no part that leads elsewhere
-/// ("..", "."), and neither one of the system's folders nor above one of them. A damaged record must not take a player's
-/// drive down. Compares ASCII letters without regard to case.
-bool isOwnFolder(std::wstring_view folder, std::span<const std::wstring> systemFolders);
+/// A folder that is not a program's own, nor is any folder above it.
+struct SystemFolder {
+    std::wstring path;  ///< empty where the system has none
+    size_t depth;       ///< of the folders below it, this many levels are not a program's own either
+};
+inline constexpr size_t allBelow = SIZE_MAX;
+
+/// Whether a folder can be a client's own: a full path below a drive, with no part that leads elsewhere ("..", "."),
+/// and none of the system's folders. A damaged record must not take a player's drive down. Compares ASCII letters
+/// without regard to case.
+bool isOwnFolder(std::wstring_view folder, std::span<const SystemFolder> systemFolders);
+
+/// "{0B5A…}": whether a text can name the bundle's entry among the installed programs. The empty one would mean all of
+/// them, and one with a separator something else.
+constexpr bool isEntryName(std::wstring_view providerKey) {
+    return !providerKey.empty() && providerKey.find(L'\\') == std::wstring_view::npos;
+}
 
 }  // namespace pdx

@@ -52,7 +52,7 @@ def cancelled(scene) -> None:
     run = start_asked(scene, "cancelled")
     scene.cancel(run)
     scene.check_cancelled(run, "cancelled: the engine")
-    check_kept(scene, run, "cancelled", told, [], [OVERLAY[2]], INSTALL_CANCEL, tally_install("cancel", "user_action"))
+    check_kept(scene, run, "cancelled", told, [], [OVERLAY[2], OVERLAY[1]], INSTALL_CANCEL, tally_install("cancel", "user_action"))
 
 
 def raised_without_removal(scene) -> None:

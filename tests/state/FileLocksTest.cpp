@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/CapturedLog.h"
+#include "tests/platform/Link.h"
 #include "tests/platform/TestFolder.h"
 
 namespace pdx {
