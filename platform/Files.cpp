@@ -35,10 +35,12 @@ FileHandle holdFolder(const std::wstring& path) {
                                   FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
 }
 
-bool isLink(HANDLE folder) {
-    FILE_ATTRIBUTE_TAG_INFO attributes{};
-    return !GetFileInformationByHandleEx(folder, FileAttributeTagInfo, &attributes, sizeof attributes) ||
-           (attributes.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+/// Whether what is held is a link, or cannot be told to be none. Asked of the path too: Wine opens what a link of the
+/// system below it leads to.
+bool isLink(const std::wstring& path, HANDLE folder) {
+    FILE_ATTRIBUTE_TAG_INFO held{};
+    return !GetFileInformationByHandleEx(folder, FileAttributeTagInfo, &held, sizeof held) ||
+           ((held.FileAttributes | GetFileAttributesW(path.c_str())) & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
 /// Empties a folder; the first entry that stays ends it.
@@ -93,7 +95,7 @@ bool deleteDirectoryTree(const std::wstring& path, int32_t tries, uint32_t delay
         },
         tries, delayMilliseconds);
     if (!held) return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-    if (!isLink(held.get()) && !deleteContents(path, tries, delayMilliseconds)) return false;
+    if (!isLink(path, held.get()) && !deleteContents(path, tries, delayMilliseconds)) return false;
     // What is held open keeps the folder's name alive.
     held.reset();
     return removeEntry(RemoveDirectoryW, "directory", path, tries, delayMilliseconds);
