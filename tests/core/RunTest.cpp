@@ -230,33 +230,5 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     EXPECT_EQ(static_cast<DWORD>(afterRollback), 0x80070005) << "the rollback's success hides nothing";
 }
 
-TEST(Run, CancelsAtAnyCallbackAndRollsBackWhole) {
-    // rollsBack: the package was under way
-    const std::pair<const char*, bool> rows[] = {{"OnDetectBegin", false},
-                                                 {"OnPlanPackageBegin", false},
-                                                 {"OnCacheAcquireBegin", false},
-                                                 {"OnExecuteMsiMessage", true}};
-    for (const auto& [slot, rollsBack] : rows) {
-        SCOPED_TRACE(slot);
-        AnsweringDialog dialog(AnsweringDialog::driveOn);
-        Bench bench;
-        EngineScript script;
-        script.idleBound = 500;
-        script.actions = {L"Action"};
-        std::vector<int> begun;
-        const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
-            if (event.slot == slot && !event.returned) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
-            if (event.slot == "OnExecutePackageBegin" && event.returned) begun.push_back(event.result);
-        });
-        // Whoever cancels ends the run too; here nobody does, and the run ends by its bound.
-        EXPECT_EQ(outcome.find(slot)->result, IDCANCEL);
-        EXPECT_EQ(begun, rollsBack ? (std::vector<int>{0, 0}) : std::vector<int>{})
-            << "forward and back, neither refused";
-        EXPECT_EQ(outcomeOf(bench.app().state().status.status), Outcome::cancelled);
-        const auto numbers = dialog.numbers();
-        EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 0) << "it is no error to show";
-    }
-}
-
 }  // namespace
 }  // namespace pdx

@@ -23,20 +23,6 @@ TEST(Paths, TheTemporaryFolderEndsInOneSeparator) {
     }
 }
 
-TEST(Paths, FindsTheProgramAndWhatIsBesideThisLibrary) {
-    EXPECT_EQ(getProcessFileName(), L"windows_tests.exe");
-    EXPECT_THAT(getProcessFilePath(), EndsWith(L"\\windows_tests.exe"));
-    EXPECT_EQ(getModuleFilePath(L"windows_tests.exe"), getProcessFilePath()) << "the tests link the library's code";
-}
-
-TEST(Paths, AsksTheShellForItsFolders) {
-    const std::wstring data = getKnownFolderPath(FOLDERID_ProgramData);
-    ASSERT_FALSE(data.empty());
-    EXPECT_EQ(getLogFilePath(L"ü.log"), data + L"\\Palisade Desktop\\Logs\\ü.log");
-    EXPECT_EQ(getKnownFolderPath(GUID{}), L"");
-    EXPECT_EQ(getKnownFolderPath(FOLDERID_Profile), getProfilePath());
-}
-
 TEST(Paths, ReadsTheEnvironmentUpToItsLimit) {
     const std::wstring longest(4096, L'x');
     const std::pair<std::wstring, std::wstring> cases[] = {
@@ -62,14 +48,6 @@ TEST(Paths, TellsWhenThereIsNoShortName) {
     EXPECT_NE(getUserName(), L"");
     EXPECT_NE(getProfilePath(), L"");
     EXPECT_THAT(log.take(), IsEmpty());
-}
-
-TEST(PathTexts, AreJoinedAndTakenApart) {
-    EXPECT_EQ(appendPath(L"C:\\a", L"b\\ü.txt"), L"C:\\a\\b\\ü.txt");
-    EXPECT_EQ(appendPath(L"C:\\" + std::wstring(150, L'a'), std::wstring(150, L'b')), L"");
-    EXPECT_EQ(removeFileSpec(L"C:\\a\\b"), L"C:\\a");
-    for (const wchar_t* path : {L"C:\\a", L"C:\\a\\"}) EXPECT_EQ(addBackslash(path), L"C:\\a\\");
-    EXPECT_EQ(removeFileSpec(L"a") + removeFileSpec(L"") + addBackslash(L""), L"");
 }
 
 /// What a function makes of a path in a buffer of the given size.

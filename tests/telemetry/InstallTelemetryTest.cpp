@@ -73,19 +73,5 @@ TEST(InstallTelemetry, TellsDriveAndMediaAndThinsWhereTheSystemIsSilent) {
     }
 }
 
-TEST(InstallTelemetry, TellsTimeStatusAndFolderAlsoWithoutWmi) {
-    FakeSystem off;
-    off.works = false;
-    const std::string time = "2026-01-02T03:04:05.678";
-    const InstallTelemetry first = installTelemetry({time, false, L"C:\\Palisade", L"C:\\Palisade"}, off);
-    EXPECT_EQ(first.installTime, time);
-    EXPECT_EQ(first.installStatus, "new");
-    EXPECT_EQ(first.path, "default");
-    const InstallTelemetry second = installTelemetry({time, true, L"C:\\palisade", L"C:\\Palisade"}, off);
-    EXPECT_EQ(second.installStatus, "repair");
-    EXPECT_EQ(second.path, "custom");
-    EXPECT_EQ(second.driveType + second.diskMedia, "");
-}
-
 }  // namespace
 }  // namespace pdx

@@ -91,19 +91,5 @@ TEST_F(TelemetryTest, DropsBadTaxonomiesAndLogsEventsWhereConfigured) {
     EXPECT_EQ(lines[3], (LogEntry{logInfo, "TallyTelemetrySender::prepareEvent", "[TALLY]: " + event.dump()}));
 }
 
-TEST_F(TelemetryTest, StandsEveryStateOfTheManager) {
-    const CapturedLog log;
-    sendTelemetry(briskSender, "inst.sess.strt", {}, true);
-    const auto manager = std::make_shared<TelemetryManager>("session", countedHash);
-    g_telemetry.set(manager);
-    sendTelemetry(briskSender, "inst.sess.strt", {}, true);
-    manager->setSendingEnabled(true);
-    manager->start();
-    for (const int32_t sender : {briskSender, tallySender, 2, -1}) sendTelemetry(sender, "a.b.c", {{"x", 1}}, false);
-    manager->stop();
-    sendTelemetry(briskSender, "a.b.c", {}, true);
-    EXPECT_THAT(log.take(), IsEmpty());
-}
-
 }  // namespace
 }  // namespace pdx

@@ -61,23 +61,6 @@ TEST(ConfigMap, TurnsNoTypeIntoAnother) {
     EXPECT_TRUE(ConfigMap().getBool("key", true));
 }
 
-TEST(ConfigMap, LetsTheMergedMapWin) {
-    ConfigMap lower;
-    lower.set("kept", text("lower"));
-    lower.set("Replaced", text("lower"));
-    lower.set("changesType", cpptoml::make_value(true));
-    ConfigMap upper;
-    upper.set("REPLACED", text("upper"));
-    upper.set("changestype", text("upper"));
-    upper.set("added", text("upper"));
-    lower.merge(upper);
-    EXPECT_EQ(lower.size(), 4u);
-    EXPECT_EQ(lower.getString("kept"), "lower");
-    EXPECT_EQ(lower.getString("replaced"), "upper");
-    EXPECT_FALSE(lower.getBool("changestype", false));
-    EXPECT_EQ(lower.getString("added"), "upper");
-}
-
 using testing::ElementsAre;
 
 /// Layers given as texts, and the order in which they were asked for.
@@ -97,15 +80,6 @@ struct Layers {
 };
 
 constexpr char overrideFile[] = "C:\\PalisadeDesktopDev\\override.cfg";
-
-TEST(ConfigLayers, AsksForTheLayersInTheirOrder) {
-    Layers plain{{{"installer.cfg", "app.environment = \"production\""}}, {}};
-    plain.loadAll(false);
-    EXPECT_THAT(plain.asked, ElementsAre("installer.cfg", "production.cfg"));
-    Layers configurable{{{"installer.cfg", "app.environment = \"production\""}}, {}};
-    configurable.loadAll(true);
-    EXPECT_THAT(configurable.asked, ElementsAre("installer.cfg", overrideFile, "production.cfg", overrideFile));
-}
 
 TEST(ConfigLayers, ChoosesTheEnvironmentsFile) {
     struct Row {

@@ -29,12 +29,6 @@ TEST(DiskNumberOf, TakesWhatStandsBetweenMarkAndComma) {
     for (const auto& [partition, number] : rows) EXPECT_EQ(diskNumberOf(partition), number) << partition;
 }
 
-TEST(MediaTypeName, KnowsThreeMedia) {
-    const char* const names[] = {"Unspecified", "Unspecified", "Unspecified", "HDD", "SSD", "SCM", "Unspecified"};
-    for (int32_t number = 0; number < 7; ++number) EXPECT_STREQ(mediaTypeName(number), names[number]) << number;
-    EXPECT_STREQ(mediaTypeName(-1), "Unspecified");
-}
-
 TEST(SubKeyWalk, StopsAtTwoErrorsAndPassesOverTheOthers) {
     const struct {
         std::vector<SubKeyAnswer> answers;
@@ -110,11 +104,6 @@ TEST(Version, ComparesStrictlyAndWithoutSign) {
     EXPECT_FALSE(isNewerVersion("12.36.65535.65535", current));
     EXPECT_FALSE(isNewerVersion("", current));
     EXPECT_FALSE(isNewerVersion("", ""));
-}
-
-TEST(Version, IsWrittenAsFourNumbers) {
-    EXPECT_EQ(versionText(0x000C0025000014AE), "12.37.0.5294");
-    EXPECT_EQ(versionText(UINT64_MAX), "65535.65535.65535.65535");
 }
 
 }  // namespace

@@ -42,12 +42,6 @@ TEST(ChooseBucket, RejectsWhatLiesAboveTheLastWholeMultiple) {
     }
 }
 
-TEST(AddressText, IsLowerCaseWithDashes) {
-    EXPECT_EQ(addressText(std::array<uint8_t, 6>{0x00, 0x1A, 0xFF, 0x03, 0x40, 0xB5}), "00-1a-ff-03-40-b5");
-    EXPECT_EQ(addressText(std::array<uint8_t, 1>{0xAB}), "ab");
-    EXPECT_EQ(addressText({}), "");
-}
-
 TEST(RecommendedVersion, IsEmptyForEveryOtherReply) {
     EXPECT_EQ(recommendedVersionOf(R"({"recommended":{"version":"12.38.0.1","x":1},"minimum":{"version":"9"}})"),
               "12.38.0.1");

@@ -191,16 +191,6 @@ TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
                             "0 Window::ReceiveMessage Message failed: message=0100"));
 }
 
-TEST_F(WindowTest, TextIsCutAt4096Characters) {
-    Window window(dialog.GetHandle());
-    std::wstring text(4097, L'a');
-    text[4095] = L'b';
-    window.SetText(text);
-    EXPECT_EQ(window.GetText(), text.substr(0, 4096));
-    window.SetText(L"");
-    EXPECT_EQ(window.GetText(), L"");
-}
-
 TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
     NotingControl control(dialog.GetItem(12));
     EXPECT_NE(control.GetFont(), nullptr) << "of the template";

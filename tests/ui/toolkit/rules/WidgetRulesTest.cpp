@@ -19,36 +19,6 @@ TEST(VisualState, IsChosenInOrder) {
     EXPECT_EQ(visualState({.enabled = true, .pushed = false, .underCursor = false, .focused = false}), normal);
 }
 
-TEST(ButtonLook, HasAFillAndABorderForEachState) {
-    constexpr Color text = 0xFFFFFFFF;
-    const struct {
-        VisualState state;
-        bool focused;
-        ButtonLook primary;
-        ButtonLook secondary;
-    } rows[] = {
-        {disabled, false, {0xFF343647, 0}, {0xB2343647, 0xFF343647}},
-        {normal, false, {0xFF276AFC, 0}, {0xB2171A29, 0xFF276AFC}},
-        {hover, false, {0xFF1F55CA, 0}, {0x4C000000, 0xFF1F55CA}},
-        {hover, true, {0xFF1F55CA, text}, {0x4C000000, text}},
-        {focused, true, {0xFF276AFC, text}, {0xB2171A29, text}},
-        {pressed, true, {0xFF3D79FC, 0}, {0x0CFFFFFF, 0xFF3D79FC}},
-    };
-    for (const auto& row : rows) {
-        const ButtonLook primary = buttonLook({}, false, row.state, row.focused, text);
-        EXPECT_EQ(primary.fill, row.primary.fill) << static_cast<int>(row.state);
-        EXPECT_EQ(primary.border, row.primary.border) << static_cast<int>(row.state);
-        const ButtonLook secondary = buttonLook({}, true, row.state, row.focused, text);
-        EXPECT_EQ(secondary.fill, row.secondary.fill) << static_cast<int>(row.state);
-        EXPECT_EQ(secondary.border, row.secondary.border) << static_cast<int>(row.state);
-    }
-    EXPECT_EQ(closeButtonFills.of(normal), 0x7F343647u);
-    EXPECT_EQ(closeButtonFills.of(hover), 0x33000000u);
-    EXPECT_EQ(closeButtonFills.of(pressed), 0x0CFFFFFFu);
-    EXPECT_EQ(closeButtonFills.of(focused), 0x7F343647u);
-    EXPECT_EQ(closeButtonFills.of(disabled), 0x4C343647u);
-}
-
 TEST(Checkbox, ShowsFocusAndCheckByItsBorder) {
     const CheckboxColors colors;
     const std::tuple<VisualState, bool, bool, Color> rows[] = {
