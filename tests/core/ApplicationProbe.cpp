@@ -111,16 +111,17 @@ RunHooks FakeWorld::hooks() {
     return hooks;
 }
 
-Bench::Bench(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, UiThread uiThread, MakeTelemetry makeTelemetry)
+ProbedRun::ProbedRun(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, UiThread uiThread,
+                     MakeTelemetry makeTelemetry)
     : uiThreadRoutine(uiThread), telemetryMaker(makeTelemetry) {
     command.action = action;
     command.display = display;
     for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(name, std::wstring(L"0"));
 }
 
-Bench::~Bench() { release(); }
+ProbedRun::~ProbedRun() { release(); }
 
-ProbedApplication& Bench::app() {
+ProbedApplication& ProbedRun::app() {
     if (!application) {
         application = new ProbedApplication(&engine, &command, 0, 1000, uiThreadRoutine, telemetryMaker, world.hooks());
         guarded = guardSlots(application);
@@ -129,18 +130,18 @@ ProbedApplication& Bench::app() {
     return *application;
 }
 
-std::vector<std::string> Bench::told() {
+std::vector<std::string> ProbedRun::told() {
     app();
     return telemetry->notes();
 }
 
-void Bench::release() {
+void ProbedRun::release() {
     if (guarded) guarded->Release();
     guarded = nullptr;
     application = nullptr;
 }
 
-RunOutcome Bench::run(EngineScript script, SlotHook hook) {
+RunOutcome ProbedRun::run(EngineScript script, SlotHook hook) {
     return EngineRun(engine, slots(), std::move(script), std::move(hook)).run();
 }
 

@@ -101,16 +101,17 @@ class ProbedApplication : public BootstrapperApplication {
 };
 
 /// An application on a small engine whose bundle variables are preset as a bundle presets them.
-class Bench {
+class ProbedRun {
   public:
     using UiThread = void (*)(BootstrapperApplication&);
     using MakeTelemetry = std::shared_ptr<TelemetryManager> (*)();
-    explicit Bench(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
-                   BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE, UiThread uiThread = AnsweringDialog::run,
-                   MakeTelemetry makeTelemetry = RecordingTelemetry::make);
-    Bench(const Bench&) = delete;
-    Bench& operator=(const Bench&) = delete;
-    ~Bench();
+    explicit ProbedRun(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
+                       BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE,
+                       UiThread uiThread = AnsweringDialog::run,
+                       MakeTelemetry makeTelemetry = RecordingTelemetry::make);
+    ProbedRun(const ProbedRun&) = delete;
+    ProbedRun& operator=(const ProbedRun&) = delete;
+    ~ProbedRun();
 
     /// Made on first use, so that a test can set variables before.
     ProbedApplication& app();

@@ -10,11 +10,11 @@ namespace pdx {
 namespace {
 
 TEST(Boundary, CountsReferencesAndKnowsItsInterfaces) {
-    Bench bench;
-    IBootstrapperApplication& app = bench.slots();
-    EXPECT_GE(bench.engine.references(), 1u);
+    ProbedRun probed;
+    IBootstrapperApplication& app = probed.slots();
+    EXPECT_GE(probed.engine.references(), 1u);
     EXPECT_EQ(app.QueryInterface(IID_IUnknown, nullptr), E_INVALIDARG);
-    void* object = &bench;
+    void* object = &probed;
     EXPECT_EQ(app.QueryInterface(IID_IBootstrapperEngine, &object), E_NOINTERFACE);
     EXPECT_EQ(object, nullptr);
     for (const GUID& id : {IID_IUnknown, IID_IBootstrapperApplication}) {
@@ -22,25 +22,25 @@ TEST(Boundary, CountsReferencesAndKnowsItsInterfaces) {
         EXPECT_EQ(object, &app) << "guarded as the first";
         EXPECT_EQ(app.Release(), 1u);
     }
-    bench.release();
-    EXPECT_EQ(bench.engine.references(), 0u);
+    probed.release();
+    EXPECT_EQ(probed.engine.references(), 0u);
 }
 
 TEST(Boundary, ReadsVariablesOfAnyLength) {
-    Bench bench;
-    ProbedApplication& app = bench.app();
+    ProbedRun probed;
+    ProbedApplication& app = probed.app();
     for (const size_t length : {0u, 254u, 255u, 256u, 257u, 10000u}) {
         const std::wstring text(length, L'x');
-        bench.engine.variables.set(L"V", text);
+        probed.engine.variables.set(L"V", text);
         EXPECT_EQ(app.GetEngineVariable(L"V", false), text) << length;
         EXPECT_EQ(app.GetEngineVariable(L"V", true), text) << length;
     }
-    bench.engine.variables.set(L"V", std::wstring(L"[W]\\x"));
-    bench.engine.variables.set(L"W", std::wstring(300, L'w'));
+    probed.engine.variables.set(L"V", std::wstring(L"[W]\\x"));
+    probed.engine.variables.set(L"W", std::wstring(300, L'w'));
     EXPECT_EQ(app.GetEngineVariable(L"V", false), L"[W]\\x");
     EXPECT_EQ(app.GetEngineVariable(L"V", true), std::wstring(300, L'w') + L"\\x");
     EXPECT_EQ(app.GetEngineVariable(L"none", true), L"");
-    EXPECT_TRUE(bench.engine.findLog(L"variable=[none]; result=[]"));
+    EXPECT_TRUE(probed.engine.findLog(L"variable=[none]; result=[]"));
 }
 
 TEST(Boundary, ReadsModesByTheirRule) {
@@ -48,24 +48,24 @@ TEST(Boundary, ReadsModesByTheirRule) {
     const std::pair<const wchar_t*, bool> rows[] = {
         {L"0", false}, {L"1", true}, {L"", true}, {L"00", true}, {nullptr, true}};
     for (const auto& [value, on] : rows) {
-        Bench bench;
-        ProbedApplication& app = bench.app();
+        ProbedRun probed;
+        ProbedApplication& app = probed.app();
         for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) {
-            bench.engine.variables.erase(name);
-            if (value) bench.engine.variables.set(name, std::wstring(value));
+            probed.engine.variables.erase(name);
+            if (value) probed.engine.variables.set(name, std::wstring(value));
         }
         EXPECT_EQ(app.isRepair(), on);
         EXPECT_EQ(app.isMeridianMode(), on);
     }
-    Bench bench;
-    EXPECT_FALSE(bench.app().isThinInstaller());
-    bench.engine.variables.set(L"IsThickInstaller", std::wstring(L"no"));
-    EXPECT_TRUE(bench.app().isThinInstaller());
+    ProbedRun probed;
+    EXPECT_FALSE(probed.app().isThinInstaller());
+    probed.engine.variables.set(L"IsThickInstaller", std::wstring(L"no"));
+    EXPECT_TRUE(probed.app().isThinInstaller());
 }
 
 TEST(Boundary, TakesMessagesOfAnyShape) {
-    Bench bench;
-    ProbedApplication& app = bench.app();
+    ProbedRun probed;
+    ProbedApplication& app = probed.app();
     constexpr int actionStart = 0x08000000;
     const std::wstring longText(100000, L'x');
     app.OnExecuteMsiMessage(L"p", actionStart, 0, longText.c_str(), 0, nullptr, 0);
@@ -77,9 +77,9 @@ TEST(Boundary, TakesMessagesOfAnyShape) {
     app.OnExecuteMsiMessage(L"p", actionStart, 0, zeros.c_str(), 0, nullptr, 0);
     EXPECT_EQ(app.state().context["msiact"]["mesg"], "a");
 
-    const size_t before = bench.engine.calls("SetVariableString").size();
+    const size_t before = probed.engine.calls("SetVariableString").size();
     app.OnExecuteMsiMessage(L"p", actionStart, 0, L"PDX_SET_VARIABLE:NAME", 0, nullptr, 0);
-    EXPECT_EQ(bench.engine.calls("SetVariableString").size(), before);
+    EXPECT_EQ(probed.engine.calls("SetVariableString").size(), before);
     EXPECT_EQ(app.state().context["msiact"]["mesg"], "a") << "a command is not kept as a message";
     app.OnExecuteMsiMessage(L"p", 0, 0, L"PDX_UPDATE_CONTEXT:msiact=text", 0, nullptr, 0);
     EXPECT_EQ(app.state().context["msiact"], "text");

@@ -202,37 +202,37 @@ bool isLineOf(const EngineLogLine& logged, const Row& row) {
 TEST(Callbacks, LeaveNumberLineAndContextOfTheirRow) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.function);
-        Bench bench;
-        App& app = bench.slots();
+        ProbedRun probed;
+        App& app = probed.slots();
         app.OnDetectPackageBegin(L"seed");
         app.OnProgress(1, 2);
         const Json seed = {{"pkid", "seed"}, {"cpct", 1}, {"opct", 2}};
-        ASSERT_EQ(bench.app().state().context, seed);
-        bench.engine.clearLog();
+        ASSERT_EQ(probed.app().state().context, seed);
+        probed.engine.clearLog();
 
         EXPECT_EQ(row.call(app).value_or(0), row.result);
 
         Json expected = row.rule == replace ? Json::object() : seed;
         expected.update(Json::parse(row.attributes));
-        EXPECT_EQ(bench.app().state().context, expected);
-        EXPECT_EQ(bench.app().state().lastOperation, row.number ? row.number : 10);
+        EXPECT_EQ(probed.app().state().context, expected);
+        EXPECT_EQ(probed.app().state().lastOperation, row.number ? row.number : 10);
         int lines = 0;
-        for (const EngineLogLine& line : bench.engine.log()) lines += row.line && isLineOf(line, row);
+        for (const EngineLogLine& line : probed.engine.log()) lines += row.line && isLineOf(line, row);
         if (row.line)
             EXPECT_EQ(lines, 1);
         else
-            EXPECT_TRUE(bench.engine.log().empty());
+            EXPECT_TRUE(probed.engine.log().empty());
         EXPECT_EQ(present, BOOTSTRAPPER_REQUEST_STATE_PRESENT) << "no requested state is written to";
         EXPECT_EQ(local, BOOTSTRAPPER_FEATURE_STATE_LOCAL);
     }
 }
 
 TEST(Callbacks, AnswerACancelButNotInRollback) {
-    Bench bench;
-    App& app = bench.slots();
+    ProbedRun probed;
+    App& app = probed.slots();
     EXPECT_EQ(app.OnReserved57(1), 0);
-    ASSERT_TRUE(bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr));
-    ASSERT_TRUE(bench.app().PromptCancel(nullptr, FALSE, nullptr, nullptr)) << "a second one asks nobody";
+    ASSERT_TRUE(probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr));
+    ASSERT_TRUE(probed.app().PromptCancel(nullptr, FALSE, nullptr, nullptr)) << "a second one asks nobody";
     EXPECT_EQ(app.OnReserved57(1), IDCANCEL);
     EXPECT_EQ(app.OnReserved58(1, 2), IDCANCEL);
     EXPECT_EQ(app.OnReserved59(1, 2, 3), IDCANCEL);
@@ -265,8 +265,8 @@ Result callWildly(App& app, Result (STDMETHODCALLTYPE Slots::*slot)(Arguments...
 }
 
 TEST(Callbacks, TakeNullsAndValuesOutOfRange) {
-    Bench bench;
-    App& app = bench.slots();
+    ProbedRun probed;
+    App& app = probed.slots();
     const auto callAll = [&](auto... slots) {
         for (const int32_t wild : {0x12345678, -1}) (callWildly(app, slots, wild), ...);
     };
@@ -274,27 +274,27 @@ TEST(Callbacks, TakeNullsAndValuesOutOfRange) {
             &App::OnDetectUpdateComplete, &App::OnDetectRelatedBundle, &App::OnDetectPackageBegin,
             &App::OnDetectCompatiblePackage, &App::OnDetectRelatedMsiPackage, &App::OnDetectTargetMsiPackage,
             &App::OnDetectMsiFeature, &App::OnDetectPackageComplete);
-    EXPECT_TRUE(bench.engine.findLog(L"wzBundleId=, relationType=<INVALID>, wzBundleTag=, fPerMachine=false"));
-    EXPECT_EQ(bench.app().state().context["pkid"], "");
+    EXPECT_TRUE(probed.engine.findLog(L"wzBundleId=, relationType=<INVALID>, wzBundleTag=, fPerMachine=false"));
+    EXPECT_EQ(probed.app().state().context["pkid"], "");
     callAll(&App::OnPlanRelatedBundle, &App::OnPlanPackageBegin, &App::OnPlanCompatiblePackage,
             &App::OnPlanTargetMsiPackage, &App::OnPlanMsiFeature, &App::OnPlanPackageComplete,
             &App::OnCachePackageBegin, &App::OnCacheAcquireBegin, &App::OnCacheAcquireProgress,
             &App::OnCacheAcquireComplete, &App::OnCacheVerifyBegin, &App::OnCacheVerifyComplete,
             &App::OnCachePackageComplete, &App::OnExecutePackageBegin, &App::OnExecutePatchTarget,
             &App::OnExecuteProgress);
-    EXPECT_TRUE(bench.engine.findLog(L"wzPackageId=, pRequestedState=<INVALID>"));
+    EXPECT_TRUE(probed.engine.findLog(L"wzPackageId=, pRequestedState=<INVALID>"));
     EXPECT_EQ(app.OnResolveSource(nullptr, nullptr, nullptr, nullptr), 0);
     EXPECT_EQ(app.OnResolveSource(nullptr, nullptr, nullptr, L"http://x"), resultDownload);
     EXPECT_EQ(app.OnResolveSource(L"p", L"l", L"C:\\windows", L"http://x"), 0) << "what is there is not fetched";
     app.OnError(static_cast<BOOTSTRAPPER_ERROR_TYPE>(-2), nullptr, 0xFFFFFFFF, nullptr, 0xFFFFFFFF, 3, nullptr, 0);
     LPCWSTR holes[] = {nullptr, L"x", nullptr};
     app.OnExecuteMsiMessage(nullptr, 0x08000000, 0, nullptr, 3, holes, 0);
-    EXPECT_EQ(bench.app().state().context["msiact"]["args"], ", x, ");
+    EXPECT_EQ(probed.app().state().context["msiact"]["args"], ", x, ");
     app.OnExecuteMsiMessage(nullptr, -1, 0, nullptr, 3, nullptr, 0);
     app.OnExecuteFilesInUse(nullptr, 2, nullptr);
     callAll(&App::OnExecutePackageComplete, &App::OnApplyComplete);
-    EXPECT_TRUE(bench.engine.findLog(L"restart=<INVALID>"));
-    EXPECT_EQ(bench.app().state().lastOperation, 46);
+    EXPECT_TRUE(probed.engine.findLog(L"restart=<INVALID>"));
+    EXPECT_EQ(probed.app().state().lastOperation, 46);
 }
 
 /// Fails at the first line of every callback, and keeps the errors that are logged.
@@ -308,19 +308,19 @@ struct FailingLogger : Logger {
     std::vector<std::string> errors;
 };
 
-/// A bench whose application's callbacks fail.
-struct FailingBench : Bench {
-    explicit FailingBench(std::function<void()> failure) : logger(std::make_shared<FailingLogger>(std::move(failure))) {
+/// A run whose application's callbacks fail.
+struct FailingRun : ProbedRun {
+    explicit FailingRun(std::function<void()> failure) : logger(std::make_shared<FailingLogger>(std::move(failure))) {
         app();
         g_logger.set(logger);
     }
-    ~FailingBench() { g_logger.clear(); }
+    ~FailingRun() { g_logger.clear(); }
     std::shared_ptr<FailingLogger> logger;
 };
 
 /// The base class's own answers.
 struct Defaults : CBalBaseBootstrapperApplication {
-    explicit Defaults(Bench& bench) : CBalBaseBootstrapperApplication(&bench.engine, &bench.command, 0, 0) {}
+    explicit Defaults(ProbedRun& probed) : CBalBaseBootstrapperApplication(&probed.engine, &probed.command, 0, 0) {}
 };
 
 TEST(Callbacks, KeepTheirExceptionsFromTheEngine) {
@@ -329,29 +329,29 @@ TEST(Callbacks, KeepTheirExceptionsFromTheEngine) {
     for (const Row& row : rows) {
         if (!row.line) continue;
         SCOPED_TRACE(row.function);
-        FailingBench bench(exhausted);
-        Defaults defaults(bench);
-        EXPECT_EQ(row.call(bench.slots()), row.call(defaults));
-        EXPECT_EQ(bench.app().state().status.status, E_OUTOFMEMORY);
-        EXPECT_EQ(bench.logger->errors.size(), 1u);
+        FailingRun probed(exhausted);
+        Defaults defaults(probed);
+        EXPECT_EQ(row.call(probed.slots()), row.call(defaults));
+        EXPECT_EQ(probed.app().state().status.status, E_OUTOFMEMORY);
+        EXPECT_EQ(probed.logger->errors.size(), 1u);
         // Nobody else would drive the run on.
         const bool ends = std::find(last.begin(), last.end(), row.function) != last.end();
-        EXPECT_EQ(bench.engine.callTexts("Quit"),
+        EXPECT_EQ(probed.engine.callTexts("Quit"),
                   ends ? std::vector<std::string>{"Quit(1)"} : std::vector<std::string>());
     }
-    FailingBench bench([] { throw std::runtime_error("said"); });
-    EXPECT_EQ(bench.slots().OnStartup(), E_FAIL) << "without a detection the engine would wait for ever";
-    EXPECT_EQ(bench.app().state().status.status, E_FAIL);
-    EXPECT_EQ(bench.logger->errors, std::vector<std::string>{"Callback failed: slot=3; error=said"});
-    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+    FailingRun probed([] { throw std::runtime_error("said"); });
+    EXPECT_EQ(probed.slots().OnStartup(), E_FAIL) << "without a detection the engine would wait for ever";
+    EXPECT_EQ(probed.app().state().status.status, E_FAIL);
+    EXPECT_EQ(probed.logger->errors, std::vector<std::string>{"Callback failed: slot=3; error=said"});
+    EXPECT_EQ(probed.slots().OnShutdown(), 0);
 }
 
 TEST(Callbacks, LetPassWhatIsToEndInACrash) {
-    FailingBench bench([] { crashOnException([] { throw std::out_of_range("meant"); }); });
-    const DWORD crashCode = CrashingThread::run([&bench] { bench.slots().OnDetectBegin(TRUE, 1); });
+    FailingRun probed([] { crashOnException([] { throw std::out_of_range("meant"); }); });
+    const DWORD crashCode = CrashingThread::run([&probed] { probed.slots().OnDetectBegin(TRUE, 1); });
     EXPECT_EQ(crashCode, uncaughtExceptionCode);
     EXPECT_EQ(crashCode & 0xC0000000, 0xC0000000) << "of severity error";
-    EXPECT_TRUE(bench.logger->errors.empty());
+    EXPECT_TRUE(probed.logger->errors.empty());
 }
 
 }  // namespace

@@ -15,11 +15,11 @@ constexpr auto failed = static_cast<HRESULT>(0x80072ee2);
 constexpr int dialogsAnswer = 77;
 
 /// Runs the test's part on the engine's thread while the dialog is there, and ends the run without a detection.
-RunOutcome withDialog(Bench& bench, const std::function<void(App&)>& part) {
-    return bench.run({}, [&](const SlotEvent& event) {
+RunOutcome withDialog(ProbedRun& probed, const std::function<void(App&)>& part) {
+    return probed.run({}, [&](const SlotEvent& event) {
         if (event.slot != "OnDetectComplete" || event.returned) return;
-        part(bench.app());
-        bench.app().quit(0);
+        part(probed.app());
+        probed.app().quit(0);
     });
 }
 
@@ -58,9 +58,9 @@ TEST(Messages, CarryTheirArgumentsAndBringTheAnswerBack) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.slot);
         AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
-        Bench bench;
+        ProbedRun probed;
         int result = -1;
-        withDialog(bench, [&](App& app) { result = row.call(app); });
+        withDialog(probed, [&](App& app) { result = row.call(app); });
         EXPECT_EQ(result, row.result);
         const auto messages = dialog.messages();
         ASSERT_FALSE(messages.empty());
@@ -72,9 +72,9 @@ TEST(Messages, CarryTheirArgumentsAndBringTheAnswerBack) {
 
 TEST(Messages, CarryAnErrorsRecord) {
     AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
-    Bench bench;
+    ProbedRun probed;
     int result = 0;
-    withDialog(bench, [&](App& app) {
+    withDialog(probed, [&](App& app) {
         result = app.OnError(BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_PROXY, L"p", 407, L"text", 0x31, 0, nullptr, 9);
     });
     EXPECT_EQ(result, dialogsAnswer);
@@ -88,10 +88,10 @@ TEST(Messages, CarryAnErrorsRecord) {
 
 TEST(Messages, TellAFailureThatNobodyHasShown) {
     AnsweringDialog dialog;
-    Bench bench;
-    bench.run({}, [&](const SlotEvent& event) {
-        if (event.slot == "OnDetectComplete" && event.returned) bench.app().quit(0);
-        if (event.slot == "OnShutdown" && !event.returned) bench.app().OnRegisterComplete(failed);
+    ProbedRun probed;
+    probed.run({}, [&](const SlotEvent& event) {
+        if (event.slot == "OnDetectComplete" && event.returned) probed.app().quit(0);
+        if (event.slot == "OnShutdown" && !event.returned) probed.app().OnRegisterComplete(failed);
     });
     const auto messages = dialog.messages();
     ASSERT_EQ(dialog.numbers(), (std::vector<UINT>{WM_BA_DETECT_COMPLETE, WM_BA_ERROR}));
@@ -111,8 +111,8 @@ TEST(Messages, FollowTheOlderClientsRemovalInAnInstallRunOnly) {
     };
     for (const auto& [action, type, text, told] : rows) {
         AnsweringDialog dialog;
-        Bench bench(action);
-        withDialog(bench, [&](App& app) {
+        ProbedRun probed(action);
+        withDialog(probed, [&](App& app) {
             app.OnExecuteMsiMessage(L"p", type, 0, text, 0, nullptr, 0);
             EXPECT_EQ(app.state().context.contains("msiact"), type == 0x08000000) << "kept all the same";
         });
@@ -123,9 +123,9 @@ TEST(Messages, FollowTheOlderClientsRemovalInAnInstallRunOnly) {
 TEST(Messages, OfTheClientsStatusRegardNoCaseOfItsId) {
     const std::pair<const wchar_t*, DWORD> rows[] = {{L"palisadeapp.MSI", 0xA7FF61A8}, {L"Other.msi", 0x80070643}};
     for (const auto& [package, lastError] : rows) {
-        Bench bench;
-        bench.engine.variables.set(L"PDX_MSI_STATUS", std::wstring(L"25000"));
-        App& app = bench.app();
+        ProbedRun probed;
+        probed.engine.variables.set(L"PDX_MSI_STATUS", std::wstring(L"25000"));
+        App& app = probed.app();
         app.OnExecutePackageBegin(package, TRUE);
         app.OnExecutePackageComplete(package, static_cast<HRESULT>(0x80070643), BOOTSTRAPPER_APPLY_RESTART_NONE, 0);
         EXPECT_EQ(static_cast<DWORD>(app.state().status.lastError), lastError);
@@ -134,8 +134,8 @@ TEST(Messages, OfTheClientsStatusRegardNoCaseOfItsId) {
 
 TEST(Downloads, AreRetriedThreeTimesInAPackage) {
     AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
-    Bench bench;
-    withDialog(bench, [&bench](App& app) {
+    ProbedRun probed;
+    withDialog(probed, [&probed](App& app) {
         const auto attempt = [&app](const wchar_t* payload, HRESULT hr) {
             app.OnCacheAcquireBegin(L"p", payload, BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD, L"s");
             return app.OnCacheAcquireComplete(L"p", payload, hr, 0);
@@ -143,37 +143,37 @@ TEST(Downloads, AreRetriedThreeTimesInAPackage) {
         app.OnCachePackageBegin(L"p", 2, 1);
         // The count goes on over the payloads and over a success.
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(bench.waitedSeconds(), 1);
+        EXPECT_EQ(probed.waitedSeconds(), 1);
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(bench.waitedSeconds(), 1 + 5);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5);
         EXPECT_EQ(attempt(L"a", S_OK), dialogsAnswer);
         EXPECT_EQ(attempt(L"b", failed), resultRetry);
-        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30);
         EXPECT_EQ(attempt(L"b", failed), dialogsAnswer) << "the user is asked";
         EXPECT_EQ(attempt(L"b", failed), resultRetry) << "and may start over";
-        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30 + 1);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30 + 1);
         app.OnCachePackageBegin(L"q", 1, 1);
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
         // Neither a cancel by status nor what is no download is retried.
         EXPECT_EQ(attempt(L"a", static_cast<HRESULT>(0x80070642)), dialogsAnswer);
         app.OnCacheAcquireBegin(L"q", L"c", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
         EXPECT_EQ(app.OnCacheAcquireComplete(L"q", L"c", failed, 0), dialogsAnswer);
-        EXPECT_EQ(bench.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
     });
-    EXPECT_TRUE(bench.engine.findLog(L"Waiting 30s before auto retry"));
-    EXPECT_TRUE(bench.engine.findLog(L"ecod[80072ee2]"));
+    EXPECT_TRUE(probed.engine.findLog(L"Waiting 30s before auto retry"));
+    EXPECT_TRUE(probed.engine.findLog(L"ecod[80072ee2]"));
 }
 
 TEST(ClientLog, ThatSomebodyHoldsIsAnError) {
     AnsweringDialog dialog(
         [](auto&, const auto& message) { return message.number == WM_BA_ERROR ? 5 : dialogsAnswer; });
-    Bench bench;
+    ProbedRun probed;
     wchar_t folder[MAX_PATH];
     GetTempPathW(MAX_PATH, folder);
     const std::wstring path = std::wstring(folder) + L"held.log";
-    bench.engine.variables.set(L"WixBundleLog_PalisadeApp.msi", path);
-    withDialog(bench, [&](App& app) {
+    probed.engine.variables.set(L"WixBundleLog_PalisadeApp.msi", path);
+    withDialog(probed, [&](App& app) {
         const FileHandle held(
             CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
         EXPECT_EQ(app.OnExecutePackageBegin(L"PalisadeApp.msi", TRUE), dialogsAnswer);
@@ -188,24 +188,24 @@ TEST(ClientLog, ThatSomebodyHoldsIsAnError) {
 }
 
 TEST(ClientLog, IsOpenedForwardAndInRollback) {
-    Bench bench;
-    App& app = bench.app();
+    ProbedRun probed;
+    App& app = probed.app();
     wchar_t folder[MAX_PATH];
     GetTempPathW(MAX_PATH, folder);
-    bench.engine.variables.set(L"WixBundleLog_PalisadeApp.msi", std::wstring(folder) + L"forward.log");
-    bench.engine.variables.set(L"WixBundleRollbackLog_PalisadeApp.msi", std::wstring(folder) + L"back.log");
+    probed.engine.variables.set(L"WixBundleLog_PalisadeApp.msi", std::wstring(folder) + L"forward.log");
+    probed.engine.variables.set(L"WixBundleRollbackLog_PalisadeApp.msi", std::wstring(folder) + L"back.log");
     app.OnExecutePackageBegin(L"PalisadeApp.msi", TRUE);
     app.OnExecutePackageBegin(L"PalisadeApp.msi", FALSE);
     for (const wchar_t* name : {L"forward.log", L"back.log"}) {
         const std::wstring path = std::wstring(folder) + name;
-        EXPECT_TRUE(bench.engine.findLog(name));
+        EXPECT_TRUE(probed.engine.findLog(name));
         EXPECT_FALSE(DeleteFileW(path.c_str())) << "held";
     }
     app.OnExecutePackageBegin(L"None.msi", TRUE);
-    const auto line = bench.engine.findLog(L"Unable to determine log path for None.msi");
+    const auto line = probed.engine.findLog(L"Unable to determine log path for None.msi");
     ASSERT_TRUE(line);
     EXPECT_EQ(line->level, BOOTSTRAPPER_LOG_LEVEL_ERROR);
-    bench.release();
+    probed.release();
     for (const wchar_t* name : {L"forward.log", L"back.log"})
         EXPECT_TRUE(DeleteFileW((std::wstring(folder) + name).c_str())) << "let go with the object";
 }

@@ -81,16 +81,16 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
         const ScopedVariable session(L"PDX_INSTALLER_SESSION_ID", L"");
         const ScopedVariable mode(row.mode, L"1");
         AnsweringDialog dialog(AnsweringDialog::driveOn);
-        Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, AnsweringDialog::run, makeInSession);
+        ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, AnsweringDialog::run, makeInSession);
         std::vector<std::wstring> steps;
-        bench.world.elevated = false;
-        bench.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& executable) {
+        probed.world.elevated = false;
+        probed.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& executable) {
             steps.push_back(L"lock " + folder + L"\\" + executable);
             EXPECT_FALSE(installerMayBegin());
             return true;
         };
         ProgramStart copy;
-        bench.world.start = [&](const ProgramStart& asked) {
+        probed.world.start = [&](const ProgramStart& asked) {
             steps.push_back(L"start");
             copy = asked;
             EXPECT_TRUE(installerMayBegin());
@@ -98,12 +98,12 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
                         ElementsAre(Pair(L"PDX_INSTALLER_SESSION_ID", SizeIs(36)), Pair(row.mode, L"1")));
             return row.outcome();
         };
-        bench.app();
-        bench.engine.variables.set(row.mode, L"1");
-        bench.engine.variables.set(L"KESTREL_AUTHCODE", L"c o\"d=e");
-        bench.engine.variables.set(L"PDX_MERIDIAN_COHORT", L"\u00e4");
-        bench.engine.variables.set(L"PDX_UNINSTALL_BASTION", L"1");
-        const RunOutcome outcome = bench.run();
+        probed.app();
+        probed.engine.variables.set(row.mode, L"1");
+        probed.engine.variables.set(L"KESTREL_AUTHCODE", L"c o\"d=e");
+        probed.engine.variables.set(L"PDX_MERIDIAN_COHORT", L"\u00e4");
+        probed.engine.variables.set(L"PDX_UNINSTALL_BASTION", L"1");
+        const RunOutcome outcome = probed.run();
         EXPECT_EQ(outcome.failure, "");
         EXPECT_EQ(outcome.startup, S_OK);
         EXPECT_EQ(outcome.exitCode, 0u);
@@ -115,48 +115,50 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
         EXPECT_EQ(copy.parameters, row.parameters);
         EXPECT_EQ(copy.folder, L"");
         EXPECT_EQ(copy.show, SW_SHOW);
-        EXPECT_THAT(bench.told(), Contains("enable"));
+        EXPECT_THAT(probed.told(), Contains("enable"));
     }
 }
 
 TEST(Raised, StartsNothingBesideFilesThatCannotBeLocked) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
-    bench.engine.variables.set(L"PDX_REPAIR", L"1");
-    bench.world.elevated = false;
-    bench.world.lock = [](auto&...) { return false; };
-    bench.world.start = [](auto&) {
+    ProbedRun probed;
+    probed.engine.variables.set(L"PDX_REPAIR", L"1");
+    probed.world.elevated = false;
+    probed.world.lock = [](auto&...) { return false; };
+    probed.world.start = [](auto&) {
         ADD_FAILURE() << "started";
         return Handle();
     };
-    const RunOutcome outcome = bench.run();
+    const RunOutcome outcome = probed.run();
     EXPECT_EQ(outcome.startup, filesNotLocked);
     EXPECT_THAT(errorsShown(dialog), ElementsAre(577u));
     EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
-    EXPECT_EQ(bench.app().installStatus(), filesNotLocked) << "told as a failure";
+    EXPECT_EQ(probed.app().installStatus(), filesNotLocked) << "told as a failure";
 }
 
 TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
-    const std::tuple<bool, bool, bool, int> rows[] = {
-        // elevated, lockable, cancelled: what the engine is told
-        {true, false, false, 0}, {true, false, true, IDCANCEL}, {false, true, false, 0},
-        {false, true, true, IDCANCEL}, {false, false, false, IDCANCEL}};
+    const std::tuple<bool, bool, bool, int> rows[] = {// elevated, lockable, cancelled: what the engine is told
+                                                      {true, false, false, 0},
+                                                      {true, false, true, IDCANCEL},
+                                                      {false, true, false, 0},
+                                                      {false, true, true, IDCANCEL},
+                                                      {false, false, false, IDCANCEL}};
     for (const auto& [elevated, lockable, cancelled, answer] : rows) {
         AnsweringDialog dialog;
-        Bench bench;
-        bench.slots().OnStartup();
-        bench.world.elevated = elevated;
+        ProbedRun probed;
+        probed.slots().OnStartup();
+        probed.world.elevated = elevated;
         size_t asked = 0;
-        bench.world.lock = [&asked, lockable = lockable](auto&, const std::wstring& folder, const std::wstring& name) {
+        probed.world.lock = [&asked, lockable = lockable](auto&, const std::wstring& folder, const std::wstring& name) {
             ++asked;
             EXPECT_EQ(folder + name, L"") << "this program lies in no folder of the engine's";
             return lockable;
         };
-        if (cancelled) bench.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
-        EXPECT_EQ(bench.slots().OnElevate(), answer) << elevated << lockable << cancelled;
+        if (cancelled) probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
+        EXPECT_EQ(probed.slots().OnElevate(), answer) << elevated << lockable << cancelled;
         EXPECT_EQ(asked, elevated ? 0u : 1u);
         EXPECT_EQ(errorsShown(dialog).size(), lockable || elevated ? 0u : 1u);
-        bench.slots().OnShutdown();
+        probed.slots().OnShutdown();
     }
 }
 
@@ -164,18 +166,18 @@ TEST(Raised, KeepsTheFilesLockedForItsWholeLife) {
     const TestFolder folder;
     const std::wstring path = folder.addFile(L"a file");
     AnsweringDialog dialog;
-    Bench bench;
-    bench.world.elevated = false;
-    bench.world.lock = [&path](auto& files, auto&...) {
+    ProbedRun probed;
+    probed.world.elevated = false;
+    probed.world.lock = [&path](auto& files, auto&...) {
         files.emplace_back(
             CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
         return false;
     };
-    bench.slots().OnStartup();
-    bench.slots().OnElevate();
-    bench.slots().OnShutdown();
+    probed.slots().OnStartup();
+    probed.slots().OnElevate();
+    probed.slots().OnShutdown();
     EXPECT_FALSE(DeleteFileW(path.c_str()));
-    bench.release();
+    probed.release();
     EXPECT_TRUE(DeleteFileW(path.c_str()));
 }
 

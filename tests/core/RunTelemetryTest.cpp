@@ -128,18 +128,18 @@ const Row rows[] = {
 TEST(RunTelemetry, TellsWhatTheCatalogueHasForEachCallback) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
-        Bench bench(row.action);
-        if (row.extra & repair) bench.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
-        bench.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\P"));
-        bench.engine.variables.set(L"DefaultInstallFolder", std::wstring(L"C:\\P"));
-        const size_t before = bench.told().size();
-        row.call(bench.app());
+        ProbedRun probed(row.action);
+        if (row.extra & repair) probed.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
+        probed.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\P"));
+        probed.engine.variables.set(L"DefaultInstallFolder", std::wstring(L"C:\\P"));
+        const size_t before = probed.told().size();
+        row.call(probed.app());
         Texts wanted = row.told;
         if (row.extra & ends) {
-            bench.app().OnShutdown();
+            probed.app().OnShutdown();
             for (const char* last : {"brisk inst.sess.stop {}", "request stop", "stop"}) wanted.emplace_back(last);
         }
-        Texts told = bench.told();
+        Texts told = probed.told();
         told.erase(told.begin(), told.begin() + before);
         EXPECT_THAT(told, ElementsAreArray(wanted));
     }
@@ -157,10 +157,10 @@ TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
         if (olderClient)
             RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
         AnsweringDialog dialog;
-        Bench bench;
-        bench.engine.variables.set(variable, std::wstring(value));
-        bench.app().OnStartup();
-        const Texts told = bench.told();
+        ProbedRun probed;
+        probed.engine.variables.set(variable, std::wstring(value));
+        probed.app().OnStartup();
+        const Texts told = probed.told();
         for (size_t i = 1; i < told.size(); ++i) EXPECT_EQ(told[i] == "enable", i == enabledAt) << i;
         EXPECT_EQ(told.size() > 2, enabledAt != 0);
         RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
@@ -169,30 +169,30 @@ TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
 
 /// An object that asks for a reload, to its last reference.
 std::weak_ptr<RecordingTelemetry> reload() {
-    Bench bench;
-    bench.app().requestRepairReload();
-    bench.app().OnShutdown();
+    ProbedRun probed;
+    probed.app().requestRepairReload();
+    probed.app().OnShutdown();
     const auto telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
-    bench.release();
+    probed.release();
     SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
     EXPECT_EQ(g_telemetry.get(), telemetry) << "it goes on without an object";
-    EXPECT_EQ(bench.engine.references(), 0u);
+    EXPECT_EQ(probed.engine.references(), 0u);
     EXPECT_EQ(g_logger.get(), nullptr) << "its workers find no engine to log to";
     return telemetry;
 }
 
 TEST(RunTelemetry, IsHandedOnOverEveryReload) {
     const std::weak_ptr<RecordingTelemetry> earlier[] = {reload(), reload()};
-    Bench bench;
-    bench.app();
+    ProbedRun probed;
+    probed.app();
     for (const auto& each : earlier) {
         ASSERT_FALSE(each.expired()) << "to let go of it is to wait for its posts";
         EXPECT_NE(g_telemetry.get(), each.lock());
         EXPECT_EQ(each.lock()->notes().back(), "request stop") << "nobody waits for its last post";
     }
-    bench.app().OnShutdown();
+    probed.app().OnShutdown();
     for (const auto& each : earlier) EXPECT_EQ(each.lock()->notes().back(), "stop");
-    bench.release();
+    probed.release();
     EXPECT_EQ(g_telemetry.get(), nullptr);
 }
 
@@ -223,28 +223,28 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
     for (const UpdateCase& row : cases) {
         SCOPED_TRACE(row.what);
         AnsweringDialog dialog;
-        Bench bench;
-        bench.engine.variables.set(L"IsThickInstaller", std::wstring(row.thick));
-        bench.engine.answers.setUpdate = row.accepted;
-        App& app = bench.app();
+        ProbedRun probed;
+        probed.engine.variables.set(L"IsThickInstaller", std::wstring(row.thick));
+        probed.engine.answers.setUpdate = row.accepted;
+        App& app = probed.app();
         if (*row.settings) {
             std::istringstream settings(row.settings);
             g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));  // behind the constructor's own
         }
-        bench.world.newer = row.newer;
-        if (row.cancelled) bench.world.onUpdateAsked = [&] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
+        probed.world.newer = row.newer;
+        if (row.cancelled) probed.world.onUpdateAsked = [&] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };
         app.OnStartup();
         EXPECT_EQ(app.OnDetectUpdateBegin(L"feed", 7), row.cancelled ? IDCANCEL : 7);
-        EXPECT_EQ(bench.world.updatesAsked, row.asks ? Texts{row.version} : Texts{});
+        EXPECT_EQ(probed.world.updatesAsked, row.asks ? Texts{row.version} : Texts{});
         EXPECT_EQ(dialog.numbers(), row.asks ? std::vector<UINT>{WM_BA_DETECT_UPDATE_BEGIN} : std::vector<UINT>{});
         EXPECT_THAT(
-            bench.engine.callTexts("SetUpdate"),
+            probed.engine.callTexts("SetUpdate"),
             ElementsAreArray(row.updates ? Texts{"SetUpdate(null, https://x/new.exe, 0, 0, null, 0)"} : Texts{}));
         const bool taken = row.updates && SUCCEEDED(row.accepted);
         EXPECT_EQ(app.action(), taken ? BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED : install);
         const Handle mutex(OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\Palisade_Desktop_Installer"));
         EXPECT_EQ(mutex.get() == nullptr, taken) << "the newer installer needs it";
-        const auto refusal = bench.engine.findLog(L"The engine refuses the update https://x/new.exe: ");
+        const auto refusal = probed.engine.findLog(L"The engine refuses the update https://x/new.exe: ");
         EXPECT_EQ(refusal && refusal->level == BOOTSTRAPPER_LOG_LEVEL_ERROR, FAILED(row.accepted));
         app.OnShutdown();
     }

@@ -36,9 +36,9 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
         if (clientPath) machine.setSubKeyValue(olderClientKey, L"ClientPath", std::wstring(L"C:\\B\\b.exe"));
         if (gatelink) classes.setSubKeyValue(L"gatelink\\shell\\open\\command", {}, std::wstring(L"g.exe"));
         AnsweringDialog dialog(AnsweringDialog::driveOn);
-        Bench bench;
-        bench.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(ignore));
-        const RunOutcome outcome = bench.run();
+        ProbedRun probed;
+        probed.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(ignore));
+        const RunOutcome outcome = probed.run();
         EXPECT_EQ(outcome.failure, "");
         EXPECT_EQ(entered(outcome, "OnDetectBegin"), !quits) << clientPath << gatelink;
         machine.deleteTree(olderClientKey);
@@ -48,15 +48,15 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
 
 TEST(Run, LeavesTheNumbersOfStartAndEnd) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
+    ProbedRun probed;
     ProbedApplication::State started;
-    bench.run({}, [&](const SlotEvent& event) {
-        if (event.slot == "OnStartup" && event.returned) started = bench.app().state();
+    probed.run({}, [&](const SlotEvent& event) {
+        if (event.slot == "OnStartup" && event.returned) started = probed.app().state();
     });
     EXPECT_EQ(started.lastOperation, operationStartup);
     EXPECT_EQ(started.context, nlohmann::json::object());
-    EXPECT_EQ(bench.app().state().lastOperation, operationShutdown);
-    EXPECT_EQ(bench.app().state().context["stat"], 0);
+    EXPECT_EQ(probed.app().state().lastOperation, operationShutdown);
+    EXPECT_EQ(probed.app().state().context["stat"], 0);
 }
 
 struct Sender {
@@ -73,11 +73,11 @@ unsigned __stdcall sendOnThread(void* argument) {
 
 TEST(Run, HoldsASecondMessageBackWhileAPromptWaits) {
     AnsweringDialog dialog;
-    Bench bench;
-    ProbedApplication& app = bench.app();
+    ProbedRun probed;
+    ProbedApplication& app = probed.app();
     Handle begun(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     bool held = false;
-    bench.run({}, [&](const SlotEvent& event) {
+    probed.run({}, [&](const SlotEvent& event) {
         if (event.slot != "OnDetectComplete" || event.returned) return;
         app.setDialogReady(false);
         Sender sender = {app, begun.get()};
@@ -106,17 +106,17 @@ TEST(Run, EndsItsDialogThoughAnotherLoopTakesTheFirstWord) {
         for (int loop = 0; loop < 2; ++loop)
             while (GetMessageW(&message, nullptr, 0, 0) > 0) continue;
     };
-    Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, moved);
-    EXPECT_EQ(bench.slots().OnStartup(), S_OK);
-    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+    ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, moved);
+    EXPECT_EQ(probed.slots().OnStartup(), S_OK);
+    EXPECT_EQ(probed.slots().OnShutdown(), 0);
 }
 
 TEST(Run, GoesOnWithoutADialogThatFailed) {
     const auto fails = [](BootstrapperApplication&) { throw std::runtime_error("no memory for a dialog"); };
-    Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, fails);
-    EXPECT_EQ(bench.slots().OnStartup(), E_FAIL);
-    EXPECT_TRUE(bench.engine.findLog(L"The UI thread failed: no memory for a dialog"));
-    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+    ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, fails);
+    EXPECT_EQ(probed.slots().OnStartup(), E_FAIL);
+    EXPECT_TRUE(probed.engine.findLog(L"The UI thread failed: no memory for a dialog"));
+    EXPECT_EQ(probed.slots().OnShutdown(), 0);
 }
 
 /// Fails at a line that is logged while the dialog is made.
@@ -129,21 +129,21 @@ struct FailingLogger : Logger {
 };
 
 TEST(Run, EndsAtTheStartWithADialogThatIsNotComplete) {
-    Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL, UIThreadFunc);
-    bench.app();
+    ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL, UIThreadFunc);
+    probed.app();
     g_logger.set(std::make_shared<FailingLogger>());
-    EXPECT_EQ(bench.slots().OnStartup(), E_FAIL);
-    EXPECT_TRUE(bench.engine.findLog(L"The dialog is not complete"));
-    EXPECT_EQ(bench.slots().OnShutdown(), 0);
+    EXPECT_EQ(probed.slots().OnStartup(), E_FAIL);
+    EXPECT_TRUE(probed.engine.findLog(L"The dialog is not complete"));
+    EXPECT_EQ(probed.slots().OnShutdown(), 0);
     g_logger.clear();
 }
 
 TEST(Run, PlansNothingAfterAPromptInsideADetection) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
+    ProbedRun probed;
     EngineScript script;
     script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
-    const RunOutcome outcome = bench.run(script);
+    const RunOutcome outcome = probed.run(script);
     EXPECT_EQ(outcome.failure, "");
     EXPECT_TRUE(entered(outcome, "OnDetectComplete"));
     EXPECT_FALSE(entered(outcome, "OnPlanBegin"));
@@ -157,24 +157,24 @@ TEST(Run, MakesNoRepairOfACancelledPrompt) {
         if (message.number == WM_BA_PROMPT_ALREADY_INSTALLED) application.PromptCancel(nullptr, TRUE, nullptr, nullptr);
         return IDCANCEL;
     });
-    Bench bench;
-    const RunOutcome outcome = bench.run();
+    ProbedRun probed;
+    const RunOutcome outcome = probed.run();
     EXPECT_EQ(outcome.shutdown, 0);
-    EXPECT_EQ(bench.engine.variables.text(L"PDX_REPAIR"), L"0");
-    EXPECT_EQ(bench.engine.callTexts("Quit"), std::vector<std::string>{"Quit(0)"});
+    EXPECT_EQ(probed.engine.variables.text(L"PDX_REPAIR"), L"0");
+    EXPECT_EQ(probed.engine.callTexts("Quit"), std::vector<std::string>{"Quit(0)"});
     EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_PROMPT_ALREADY_INSTALLED});
 }
 
 TEST(Run, EndsWhenTheEngineRefusesAStep) {
     for (const char* operation : {"Detect", "Plan", "Apply"}) {
         SCOPED_TRACE(operation);
-        Bench bench(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, UIThreadFunc);
-        bench.engine.answers.refused = operation;
-        const RunOutcome outcome = bench.run();
+        ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, UIThreadFunc);
+        probed.engine.answers.refused = operation;
+        const RunOutcome outcome = probed.run();
         EXPECT_EQ(outcome.failure, "");
         EXPECT_EQ(outcome.exitCode, 1u);
-        EXPECT_EQ(bench.app().state().status.lastError, E_FAIL);
-        const auto logged = bench.engine.findLog((toWide(operation) + L" failed: "));
+        EXPECT_EQ(probed.app().state().status.lastError, E_FAIL);
+        const auto logged = probed.engine.findLog((toWide(operation) + L" failed: "));
         ASSERT_TRUE(logged);
         EXPECT_EQ(logged->level, BOOTSTRAPPER_LOG_LEVEL_ERROR);
     }
@@ -196,13 +196,13 @@ TEST(Run, ReportsThePackagesOwnStatus) {
     };
     for (const auto& row : rows) {
         AnsweringDialog dialog(AnsweringDialog::driveOn);
-        Bench bench;
+        ProbedRun probed;
         EngineScript script;
         script.actions = {std::wstring(L"PDX_SET_VARIABLE:PDX_MSI_STATUS=") + row.status};
         script.execute = row.engineStatus;
-        const RunOutcome outcome = bench.run(script);
+        const RunOutcome outcome = probed.run(script);
         EXPECT_EQ(outcome.failure, "");
-        const InstallStatus status = bench.app().state().status;
+        const InstallStatus status = probed.app().state().status;
         EXPECT_EQ(static_cast<DWORD>(status.lastError), row.lastError);
         EXPECT_EQ(outcomeOf(status.status), row.outcome);
         EXPECT_EQ(entered(outcome, "OnExecuteComplete"), true);
@@ -211,20 +211,20 @@ TEST(Run, ReportsThePackagesOwnStatus) {
 
 TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     AnsweringDialog dialog(AnsweringDialog::driveOn);
-    Bench bench;
+    ProbedRun probed;
     EngineScript script;
     script.execute = static_cast<HRESULT>(0x80070005);
     int completions = 0;
     HRESULT afterRollback = 0;
-    const RunOutcome outcome = bench.run(script, [&](const SlotEvent& event) {
+    const RunOutcome outcome = probed.run(script, [&](const SlotEvent& event) {
         if (event.slot == "OnExecutePackageComplete" && event.returned && ++completions == 2)
-            afterRollback = bench.app().state().status.status;
+            afterRollback = probed.app().state().status.status;
     });
     EXPECT_EQ(outcome.exitCode, 1u);
-    const auto state = bench.app().state();
+    const auto state = probed.app().state();
     EXPECT_EQ(static_cast<DWORD>(state.status.lastError), 0x80070005);
     EXPECT_EQ(state.status.errorOperation, operationExecutePackageComplete);
-    EXPECT_TRUE(bench.engine.findLog(L"ecod[80070005]"));
+    EXPECT_TRUE(probed.engine.findLog(L"ecod[80070005]"));
     const auto numbers = dialog.numbers();
     EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 1) << "told at the end, for nobody had";
     EXPECT_EQ(static_cast<DWORD>(afterRollback), 0x80070005) << "the rollback's success hides nothing";

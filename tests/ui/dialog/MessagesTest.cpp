@@ -3,7 +3,7 @@
 
 #include <commctrl.h>
 
-#include "tests/ui/dialog/DialogBench.h"
+#include "tests/ui/dialog/ProbedDialog.h"
 
 namespace pdx {
 namespace {
@@ -31,38 +31,38 @@ struct Row {
 };
 
 /// All rows on one dialog, each from a blank page.
-void play(DialogBench& bench, const std::vector<Row>& rows) {
+void play(ProbedDialog& probed, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
-        bench.dialog->ReplacePage({});
+        probed.dialog->ReplacePage({});
         bool prompted = false;
         if (row.press)
-            bench.later([&] {
+            probed.later([&] {
                 prompted = true;
-                EXPECT_EQ(bench.text(), readable(row.prompt));
-                bench.press(row.press);
+                EXPECT_EQ(probed.text(), readable(row.prompt));
+                probed.press(row.press);
             });
-        EXPECT_EQ(bench.send(row.message, row.wparam, row.lparam), row.answer);
+        EXPECT_EQ(probed.send(row.message, row.wparam, row.lparam), row.answer);
         EXPECT_EQ(prompted, row.press != 0);
-        bench.settle();
-        if (IsWindow(bench.window())) {
-            EXPECT_EQ(bench.page(), row.page);
+        probed.settle();
+        if (IsWindow(probed.window())) {
+            EXPECT_EQ(probed.page(), row.page);
         }
         if (row.page == pageProgress) {
-            EXPECT_TRUE(bench.dialog->progressBar->IsMarquee());
-            bench.send(WM_BA_EXECUTE_PROGRESS, 0, 40);
-            EXPECT_FALSE(bench.dialog->progressBar->IsMarquee());
+            EXPECT_TRUE(probed.dialog->progressBar->IsMarquee());
+            probed.send(WM_BA_EXECUTE_PROGRESS, 0, 40);
+            EXPECT_FALSE(probed.dialog->progressBar->IsMarquee());
         }
         if (row.title) {
-            EXPECT_EQ(bench.text(), readable(row.title));
+            EXPECT_EQ(probed.text(), readable(row.title));
         }
-        EXPECT_EQ(bench.newCalls(), row.calls);
-        EXPECT_EQ(bench.newlyTold(), row.told);
+        EXPECT_EQ(probed.newCalls(), row.calls);
+        EXPECT_EQ(probed.newlyTold(), row.told);
     }
 }
 
 TEST(DialogMessages, OfAnInstallation) {
-    DialogBench bench;
+    ProbedDialog probed;
     ErrorInfo relative = {1, 1603, MB_RETRYCANCEL | MB_ICONWARNING, IDCANCEL};
     const auto error = reinterpret_cast<WPARAM>(&relative);
     ErrorInfo three = {1, 1603, MB_YESNOCANCEL, IDCANCEL}, others = {1, 1603, MB_CANCELTRYCONTINUE, IDCANCEL};
@@ -79,7 +79,7 @@ TEST(DialogMessages, OfAnInstallation) {
     constexpr auto removing = L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE";
     constexpr auto denied = L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE";
     const auto failed = static_cast<WPARAM>(E_FAIL), forbidden = static_cast<WPARAM>(policyForbids);
-    play(bench,
+    play(probed,
          {
              {"below the range", WM_APP + 1},
              {"update check", WM_BA_DETECT_UPDATE_BEGIN, 0, 0, {}, 0, 0, 4, L"installer_checking_update_title"},
@@ -113,21 +113,21 @@ TEST(DialogMessages, OfAnInstallation) {
              {"older client's page", WM_BA_UNINSTALLING_BASTION, 0, 0, {}, 0, 0, 4, removing},
              {"above the range", WM_APP + 58},
          });
-    EXPECT_TRUE(IsWindowVisible(bench.window()));
-    bench.engine.variables.set(L"IsThickInstaller", std::wstring(L"no"));
-    bench.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
-    play(bench, {{"cache of the thin one", WM_BA_CACHE_BEGIN, 0, 0, {}, 0, 0, 4, L"installer_download_progress_title"},
-                 {"package of it", WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE, 0, {}, 0, 0, 4, installing},
-                 {"detected in a repair", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}, {"enable"}}});
+    EXPECT_TRUE(IsWindowVisible(probed.window()));
+    probed.engine.variables.set(L"IsThickInstaller", std::wstring(L"no"));
+    probed.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
+    play(probed, {{"cache of the thin one", WM_BA_CACHE_BEGIN, 0, 0, {}, 0, 0, 4, L"installer_download_progress_title"},
+                  {"package of it", WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE, 0, {}, 0, 0, 4, installing},
+                  {"detected in a repair", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}, {"enable"}}});
 }
 
 TEST(DialogMessages, OfAnUninstallation) {
-    DialogBench bench(BOOTSTRAPPER_ACTION_UNINSTALL);
+    ProbedDialog probed(BOOTSTRAPPER_ACTION_UNINSTALL);
     constexpr auto confirm = L"INSTALLER_UNINSTALL_CONFIRM_TITLE";
     constexpr auto starting = L"installer_uninstall_initial_progress_title";
     const Calls repairs = {"SetVariableNumeric(PDX_REPAIR, 1)", "Quit(0)"};
     constexpr auto complete = L"INSTALLER_UNINSTALL_COMPLETE_TITLE";
-    play(bench,
+    play(probed,
          {
              {"confirmed", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION1, 0, 4, starting, {"Plan(3)"}, {"enable"}},
              {"repair instead", WM_BA_DETECT_COMPLETE, 0, 0, confirm, IDC_ACTION2, 0, 0, {}, repairs, {"enable"}},
@@ -136,10 +136,10 @@ TEST(DialogMessages, OfAnUninstallation) {
              {"done", WM_BA_APPLY_COMPLETE, 0, 0, complete, IDC_ACTION1, 0, 0, {}, {"Quit(0)", "Quit(0)"}},
          });
     SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
-    EXPECT_FALSE(IsWindow(bench.window()));
-    EXPECT_EQ(bench.quitCode, 0);
+    EXPECT_FALSE(IsWindow(probed.window()));
+    EXPECT_EQ(probed.quitCode, 0);
 
-    DialogBench failing(BOOTSTRAPPER_ACTION_UNINSTALL);
+    ProbedDialog failing(BOOTSTRAPPER_ACTION_UNINSTALL);
     play(failing,
          {{"failed", WM_BA_APPLY_COMPLETE, static_cast<WPARAM>(E_FAIL), 0, {}, 0, 0, 0, {}, {"Quit(0)", "Quit(1)"}}});
     EXPECT_FALSE(IsWindow(failing.window()));
@@ -147,21 +147,21 @@ TEST(DialogMessages, OfAnUninstallation) {
 
 TEST(DialogMessages, OfTheUpdateInsideAnotherRun) {
     for (const auto action : {BOOTSTRAPPER_ACTION_UPDATE_REPLACE, BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED}) {
-        DialogBench bench(action, BOOTSTRAPPER_DISPLAY_EMBEDDED);
+        ProbedDialog probed(action, BOOTSTRAPPER_DISPLAY_EMBEDDED);
         const bool embedded = action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
         const int32_t page = embedded ? pageProgress : pageBlank;
         const wchar_t* title = embedded ? L"installer_download_progress_title" : nullptr;
         const Calls told = embedded ? Calls{"enable"} : Calls{};
         const std::string plan = "Plan(" + std::to_string(action) + ")";
-        play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, page, title, {plan}, told}});
-        EXPECT_TRUE(IsWindowVisible(bench.window()));
-        bench.send(WM_BA_EXECUTE_BEGIN, 1);
-        EXPECT_FALSE(IsWindowVisible(bench.window()));
-        bench.later([&] {
-            EXPECT_TRUE(IsWindowVisible(bench.window())) << "for whoever has to answer a prompt";
-            bench.press(IDC_ACTION1);
+        play(probed, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, page, title, {plan}, told}});
+        EXPECT_TRUE(IsWindowVisible(probed.window()));
+        probed.send(WM_BA_EXECUTE_BEGIN, 1);
+        EXPECT_FALSE(IsWindowVisible(probed.window()));
+        probed.later([&] {
+            EXPECT_TRUE(IsWindowVisible(probed.window())) << "for whoever has to answer a prompt";
+            probed.press(IDC_ACTION1);
         });
-        bench.send(WM_BA_CACHE_ACQUIRE_COMPLETE, static_cast<WPARAM>(E_FAIL));
+        probed.send(WM_BA_CACHE_ACQUIRE_COMPLETE, static_cast<WPARAM>(E_FAIL));
     }
 }
 
@@ -171,17 +171,17 @@ TEST(DialogMessages, AnswerThemselvesWhereNobodyWatches) {
     const auto failed = static_cast<WPARAM>(E_FAIL);
     const Calls sends = {"SetVariableNumeric(PDX_SUBMIT_ERROR_REPORT, 1)"};
     for (const auto display : {BOOTSTRAPPER_DISPLAY_NONE, BOOTSTRAPPER_DISPLAY_PASSIVE}) {
-        DialogBench bench(BOOTSTRAPPER_ACTION_INSTALL, display);
-        play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}, {"enable"}},
-                     {"error", WM_BA_ERROR, error, 0, {}, 0, IDIGNORE, 0, {}, sends},
-                     {"not acquired", WM_BA_CACHE_ACQUIRE_COMPLETE, failed, 0, {}, 0, IDCANCEL},
-                     {"installed", WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0, {}, 0, IDOK},
-                     {"older client", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, {}, 0, IDCANCEL, 0, {}, {}, offered},
-                     {"restart", WM_BA_APPLY_COMPLETE, 0, 1, {}, 0, 102, 0, {}, {"Quit(0)"}}});
-        EXPECT_EQ(IsWindowVisible(bench.window()) != FALSE, display == BOOTSTRAPPER_DISPLAY_PASSIVE);
+        ProbedDialog probed(BOOTSTRAPPER_ACTION_INSTALL, display);
+        play(probed, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 0, {}, {"Plan(5)"}, {"enable"}},
+                      {"error", WM_BA_ERROR, error, 0, {}, 0, IDIGNORE, 0, {}, sends},
+                      {"not acquired", WM_BA_CACHE_ACQUIRE_COMPLETE, failed, 0, {}, 0, IDCANCEL},
+                      {"installed", WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0, {}, 0, IDOK},
+                      {"older client", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, {}, 0, IDCANCEL, 0, {}, {}, offered},
+                      {"restart", WM_BA_APPLY_COMPLETE, 0, 1, {}, 0, 102, 0, {}, {"Quit(0)"}}});
+        EXPECT_EQ(IsWindowVisible(probed.window()) != FALSE, display == BOOTSTRAPPER_DISPLAY_PASSIVE);
     }
-    DialogBench bench(BOOTSTRAPPER_ACTION_UNINSTALL, BOOTSTRAPPER_DISPLAY_NONE);
-    play(bench, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 4, {}, {"Plan(3)"}, {"enable"}}});
+    ProbedDialog probed(BOOTSTRAPPER_ACTION_UNINSTALL, BOOTSTRAPPER_DISPLAY_NONE);
+    play(probed, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 4, {}, {"Plan(3)"}, {"enable"}}});
 }
 
 LRESULT CALLBACK countPositions(HWND bar, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR, DWORD_PTR count) {
@@ -190,10 +190,10 @@ LRESULT CALLBACK countPositions(HWND bar, UINT message, WPARAM wparam, LPARAM lp
 }
 
 TEST(DialogMessages, OfProgressReachTheBarWhenTheyTellSomethingNew) {
-    DialogBench bench;
+    ProbedDialog probed;
     int count = 0;
-    SetWindowSubclass(bench.item(IDC_PROGRESS), countPositions, 1, reinterpret_cast<DWORD_PTR>(&count));
-    bench.send(WM_BA_CACHE_BEGIN);
+    SetWindowSubclass(probed.item(IDC_PROGRESS), countPositions, 1, reinterpret_cast<DWORD_PTR>(&count));
+    probed.send(WM_BA_CACHE_BEGIN);
     const struct {
         UINT message;
         WPARAM wparam;
@@ -206,13 +206,13 @@ TEST(DialogMessages, OfProgressReachTheBarWhenTheyTellSomethingNew) {
         {WM_BA_CACHE_ACQUIRE_PROGRESS, 0, 0, 3, 0},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(bench.send(row.message, row.wparam, row.lparam), 0);
+        EXPECT_EQ(probed.send(row.message, row.wparam, row.lparam), 0);
         EXPECT_EQ(count, row.count);
-        EXPECT_EQ(bench.progress(), row.shown);
+        EXPECT_EQ(probed.progress(), row.shown);
     }
-    for (int time = 0; time < 10000; ++time) bench.send(WM_BA_EXECUTE_PROGRESS, 0, time / 99);
+    for (int time = 0; time < 10000; ++time) probed.send(WM_BA_EXECUTE_PROGRESS, 0, time / 99);
     EXPECT_EQ(count, 3 + 101) << "one for each percentage but the first, which was there";
-    EXPECT_EQ(bench.progress(), 100);
+    EXPECT_EQ(probed.progress(), 100);
 }
 
 }  // namespace

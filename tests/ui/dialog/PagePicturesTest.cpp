@@ -4,13 +4,13 @@
 #include <cstdlib>
 
 #include "harness/ui/Snapshot.h"
-#include "tests/ui/dialog/DialogBench.h"
+#include "tests/ui/dialog/ProbedDialog.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
 namespace {
 
-using testing_support::DialogBench;
+using testing_support::ProbedDialog;
 
 constexpr Color alphaMask = 0xFF000000;
 constexpr int32_t clearlyMany = 500;
@@ -62,7 +62,7 @@ TEST(PagePictures, AreThoseOfTheirPage) {
         {"an error's icon on a page that is none", 4, 0x10, 106, {120, 120}},
         {"the older client", 3, 0, 108, {732, 540}},
     };
-    DialogBench bench;
+    ProbedDialog probed;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         const auto picture = LoadPicture(row.picture);
@@ -71,10 +71,10 @@ TEST(PagePictures, AreThoseOfTheirPage) {
         PageState page;
         page.kind = row.kind;
         page.flags = row.flags;
-        bench.dialog->ReplacePage(page);
-        bench.settle();
-        const Snapshot shown(bench.window());
-        const Ink ink = inkOf(row.picture, shown, boxOf(bench.dialog->GetChildRectById(IDC_PICTURE)));
+        probed.dialog->ReplacePage(page);
+        probed.settle();
+        const Snapshot shown(probed.window());
+        const Ink ink = inkOf(row.picture, shown, boxOf(probed.dialog->GetChildRectById(IDC_PICTURE)));
         EXPECT_GT(ink.pixels, clearlyMany);
         EXPECT_EQ(ink.differing, 0);
     }

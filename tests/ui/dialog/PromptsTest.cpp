@@ -4,7 +4,7 @@
 #include "config/Settings.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
-#include "tests/ui/dialog/DialogBench.h"
+#include "tests/ui/dialog/ProbedDialog.h"
 
 namespace pdx {
 namespace {
@@ -19,107 +19,107 @@ constexpr auto removingTitle = L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE";
 constexpr auto failed = static_cast<WPARAM>(E_FAIL);
 
 TEST(Prompts, StackAndHoldEachOtherCallbackBack) {
-    DialogBench bench;
-    bench.dialog->ReplacePage({.kind = pageWelcome});
-    EXPECT_TRUE(bench.app().isDialogReady());
-    bench.later([&] {
-        EXPECT_EQ(bench.text(), readable(offlineTitle));
-        bench.later([&] {
-            EXPECT_EQ(bench.text(), readable(installedTitle));
+    ProbedDialog probed;
+    probed.dialog->ReplacePage({.kind = pageWelcome});
+    EXPECT_TRUE(probed.app().isDialogReady());
+    probed.later([&] {
+        EXPECT_EQ(probed.text(), readable(offlineTitle));
+        probed.later([&] {
+            EXPECT_EQ(probed.text(), readable(installedTitle));
             // Goes below both prompts.
-            bench.dialog->ReplacePage({.kind = pageOptions});
-            EXPECT_EQ(bench.page(), pagePrompt);
-            EXPECT_EQ(bench.text(), readable(installedTitle));
-            bench.press(IDC_ACTION2);
+            probed.dialog->ReplacePage({.kind = pageOptions});
+            EXPECT_EQ(probed.page(), pagePrompt);
+            EXPECT_EQ(probed.text(), readable(installedTitle));
+            probed.press(IDC_ACTION2);
         });
         // A sender that had passed the wait before the first prompt opened.
-        EXPECT_EQ(SendMessageW(bench.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0), 2);
-        EXPECT_FALSE(bench.app().isDialogReady()) << "the outer prompt is still open";
-        bench.later([&] {
-            EXPECT_EQ(bench.text(), readable(offlineTitle)) << "comes to light again";
-            EXPECT_EQ(bench.page(), pagePrompt);
-            bench.press(IDC_ACTION1);
+        EXPECT_EQ(SendMessageW(probed.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0), 2);
+        EXPECT_FALSE(probed.app().isDialogReady()) << "the outer prompt is still open";
+        probed.later([&] {
+            EXPECT_EQ(probed.text(), readable(offlineTitle)) << "comes to light again";
+            EXPECT_EQ(probed.page(), pagePrompt);
+            probed.press(IDC_ACTION1);
         });
     });
-    EXPECT_EQ(bench.send(WM_BA_CACHE_ACQUIRE_COMPLETE, failed), IDRETRY);
-    EXPECT_TRUE(bench.app().isDialogReady());
-    EXPECT_EQ(bench.page(), pagePrompt);
-    bench.settle();
-    EXPECT_EQ(bench.page(), pageOptions) << "what was put below both prompts";
+    EXPECT_EQ(probed.send(WM_BA_CACHE_ACQUIRE_COMPLETE, failed), IDRETRY);
+    EXPECT_TRUE(probed.app().isDialogReady());
+    EXPECT_EQ(probed.page(), pagePrompt);
+    probed.settle();
+    EXPECT_EQ(probed.page(), pageOptions) << "what was put below both prompts";
 }
 
 TEST(Prompts, GiveNoAnswerWhenTheirLoopOrWindowEnds) {
-    const std::tuple<const char*, std::function<void(DialogBench&)>, bool, int> rows[] = {
-        {"the thread is told to end", [](DialogBench&) { PostQuitMessage(7); }, true, 7},
-        {"the window goes", [](DialogBench& bench) { DestroyWindow(bench.window()); }, false, 0},
+    const std::tuple<const char*, std::function<void(ProbedDialog&)>, bool, int> rows[] = {
+        {"the thread is told to end", [](ProbedDialog&) { PostQuitMessage(7); }, true, 7},
+        {"the window goes", [](ProbedDialog& probed) { DestroyWindow(probed.window()); }, false, 0},
         {"the cross, twice",
-         [](DialogBench& bench) {
-             bench.pressLater(IDC_CLOSE);
-             bench.press(IDC_CLOSE);
+         [](ProbedDialog& probed) {
+             probed.pressLater(IDC_CLOSE);
+             probed.press(IDC_CLOSE);
          },
          false, 0},
     };
     for (const auto& [what, end, windowStands, code] : rows) {
         SCOPED_TRACE(what);
-        DialogBench bench;
-        bench.dialog->ReplacePage({.kind = pageWelcome});
+        ProbedDialog probed;
+        probed.dialog->ReplacePage({.kind = pageWelcome});
         int inner = -1;
-        bench.later([&] {
-            bench.later([&] { end(bench); });
-            inner = static_cast<int>(SendMessageW(bench.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0));
+        probed.later([&] {
+            probed.later([&] { end(probed); });
+            inner = static_cast<int>(SendMessageW(probed.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0));
         });
-        EXPECT_EQ(bench.send(WM_BA_PROMPT_ALREADY_INSTALLED), 0);
+        EXPECT_EQ(probed.send(WM_BA_PROMPT_ALREADY_INSTALLED), 0);
         EXPECT_EQ(inner, 0);
-        EXPECT_EQ(IsWindow(bench.window()) != FALSE, windowStands);
-        bench.settle();
-        EXPECT_EQ(bench.quitCode, code) << "the outermost loop sees the end too";
-        EXPECT_EQ(bench.newCalls(), windowStands ? Texts{} : Texts{"Quit(0)"});
-        bench.app().setDialogReady(false);
-        bench.dialog.reset();
-        EXPECT_TRUE(bench.app().isDialogReady()) << "nobody waits for a dialog that is gone";
+        EXPECT_EQ(IsWindow(probed.window()) != FALSE, windowStands);
+        probed.settle();
+        EXPECT_EQ(probed.quitCode, code) << "the outermost loop sees the end too";
+        EXPECT_EQ(probed.newCalls(), windowStands ? Texts{} : Texts{"Quit(0)"});
+        probed.app().setDialogReady(false);
+        probed.dialog.reset();
+        EXPECT_TRUE(probed.app().isDialogReady()) << "nobody waits for a dialog that is gone";
     }
 }
 
 TEST(Prompts, KeepWhatTheBoxSaidWhenTheWindowGoes) {
     for (const bool ticked : {true, false}) {
-        DialogBench bench;
+        ProbedDialog probed;
         ErrorInfo error = {1, 1603, MB_OK, IDOK};
-        bench.later([&] {
-            if (!ticked) SendMessageW(bench.item(IDC_QUESTION), BM_SETCHECK, BST_UNCHECKED, 0);
-            DestroyWindow(bench.window());
+        probed.later([&] {
+            if (!ticked) SendMessageW(probed.item(IDC_QUESTION), BM_SETCHECK, BST_UNCHECKED, 0);
+            DestroyWindow(probed.window());
         });
-        EXPECT_EQ(bench.send(WM_BA_ERROR, reinterpret_cast<WPARAM>(&error)), 0);
-        EXPECT_EQ(bench.engine.variables.text(L"PDX_SUBMIT_ERROR_REPORT"), ticked ? L"1" : L"0");
+        EXPECT_EQ(probed.send(WM_BA_ERROR, reinterpret_cast<WPARAM>(&error)), 0);
+        EXPECT_EQ(probed.engine.variables.text(L"PDX_SUBMIT_ERROR_REPORT"), ticked ? L"1" : L"0");
     }
 }
 
 TEST(Prompts, GiveThePageBelowItsTitleAndProgressBack) {
-    DialogBench bench;
-    bench.send(WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE);
-    bench.send(WM_BA_UNINSTALLING_BASTION_TITLE);
-    EXPECT_EQ(bench.text(), readable(removingTitle));
-    bench.later([&] {
-        EXPECT_EQ(bench.text(), readable(closeTitle));
+    ProbedDialog probed;
+    probed.send(WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE);
+    probed.send(WM_BA_UNINSTALLING_BASTION_TITLE);
+    EXPECT_EQ(probed.text(), readable(removingTitle));
+    probed.later([&] {
+        EXPECT_EQ(probed.text(), readable(closeTitle));
         // Of a thread that had passed the wait before the prompt opened.
-        SendMessageW(bench.window(), WM_BA_EXECUTE_PROGRESS, 0, 40);
-        bench.press(IDC_ACTION1);
+        SendMessageW(probed.window(), WM_BA_EXECUTE_PROGRESS, 0, 40);
+        probed.press(IDC_ACTION1);
     });
-    bench.press(IDC_CLOSE);
-    bench.settle();
-    EXPECT_EQ(bench.text(), readable(removingTitle)) << "behind the close prompt";
-    EXPECT_FALSE(bench.dialog->progressBar->IsMarquee()) << "the percentage stands";
+    probed.press(IDC_CLOSE);
+    probed.settle();
+    EXPECT_EQ(probed.text(), readable(removingTitle)) << "behind the close prompt";
+    EXPECT_FALSE(probed.dialog->progressBar->IsMarquee()) << "the percentage stands";
 }
 
 TEST(Closing, GoesByThePageOnTop) {
     constexpr auto install = BOOTSTRAPPER_ACTION_INSTALL, uninstall = BOOTSTRAPPER_ACTION_UNINSTALL;
     constexpr auto full = BOOTSTRAPPER_DISPLAY_FULL, passive = BOOTSTRAPPER_DISPLAY_PASSIVE;
     ErrorInfo choice = {1, 1603, MB_RETRYCANCEL, IDCANCEL};
-    const auto error = [&](DialogBench& b) { return b.send(WM_BA_ERROR, reinterpret_cast<WPARAM>(&choice)); };
-    const auto offline = [](DialogBench& b) { return b.send(WM_BA_CACHE_ACQUIRE_COMPLETE, failed); };
-    const auto installed = [](DialogBench& b) {
+    const auto error = [&](ProbedDialog& b) { return b.send(WM_BA_ERROR, reinterpret_cast<WPARAM>(&choice)); };
+    const auto offline = [](ProbedDialog& b) { return b.send(WM_BA_CACHE_ACQUIRE_COMPLETE, failed); };
+    const auto installed = [](ProbedDialog& b) {
         return static_cast<int>(SendMessageW(b.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0));
     };
-    using Act = std::function<void(DialogBench&)>;
+    using Act = std::function<void(ProbedDialog&)>;
     const struct {
         const char* what;
         BOOTSTRAPPER_ACTION action;
@@ -129,7 +129,7 @@ TEST(Closing, GoesByThePageOnTop) {
         bool visible = true;
     } rows[] = {
         {"Escape asks, and then says no", install, full,
-         [&](DialogBench& b) {
+         [&](ProbedDialog& b) {
              b.later([&] {
                  EXPECT_EQ(b.text(), readable(closeTitle));
                  b.dismiss();
@@ -137,12 +137,12 @@ TEST(Closing, GoesByThePageOnTop) {
              b.dismiss();
          }},
         {"Escape presses the one button", install, full,
-         [&](DialogBench& b) {
+         [&](ProbedDialog& b) {
              b.later([&] { b.dismiss(); });
              EXPECT_EQ(offline(b), IDRETRY);
          }},
         {"Escape answers no prompt over the close prompt", install, full,
-         [&](DialogBench& b) {
+         [&](ProbedDialog& b) {
              b.later([&] {
                  b.later([&] {
                      b.dismiss();
@@ -154,7 +154,7 @@ TEST(Closing, GoesByThePageOnTop) {
              b.dismiss();
          }},
         {"Escape cancels no uninstall", uninstall, full,
-         [&](DialogBench& b) {
+         [&](ProbedDialog& b) {
              b.dismiss();
              b.later([&] {
                  b.dismiss();
@@ -162,11 +162,11 @@ TEST(Closing, GoesByThePageOnTop) {
              });
              EXPECT_EQ(error(b), IDRETRY);
          }},
-        {"the cross does, without a question", uninstall, full, [](DialogBench& b) { b.press(IDC_CLOSE); }, false},
-        {"Escape where nobody is asked", install, passive, [](DialogBench& b) { b.dismiss(); }},
-        {"the cross where nobody is asked", install, passive, [](DialogBench& b) { b.press(IDC_CLOSE); }, false},
+        {"the cross does, without a question", uninstall, full, [](ProbedDialog& b) { b.press(IDC_CLOSE); }, false},
+        {"Escape where nobody is asked", install, passive, [](ProbedDialog& b) { b.dismiss(); }},
+        {"the cross where nobody is asked", install, passive, [](ProbedDialog& b) { b.press(IDC_CLOSE); }, false},
         {"the cross while the report goes out", install, full,
-         [](DialogBench& b) {
+         [](ProbedDialog& b) {
              b.send(WM_BA_SENDING_ERROR_REPORT);
              b.press(IDC_CLOSE);
          },
@@ -174,34 +174,34 @@ TEST(Closing, GoesByThePageOnTop) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        DialogBench bench(row.action, row.display);
-        bench.send(WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE);
-        row.act(bench);
-        const bool stands = IsWindow(bench.window());
+        ProbedDialog probed(row.action, row.display);
+        probed.send(WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE);
+        row.act(probed);
+        const bool stands = IsWindow(probed.window());
         EXPECT_EQ(stands, row.stands);
-        EXPECT_EQ(bench.app().cancelCheck(), row.stands ? 0 : IDCANCEL);
-        EXPECT_EQ(bench.app().state().status.status, row.stands ? S_OK : hresultFromWin32(userExitCode));
+        EXPECT_EQ(probed.app().cancelCheck(), row.stands ? 0 : IDCANCEL);
+        EXPECT_EQ(probed.app().state().status.status, row.stands ? S_OK : hresultFromWin32(userExitCode));
         if (!stands) {
-            EXPECT_EQ(bench.newCalls(), Texts{"Quit(0)"});
+            EXPECT_EQ(probed.newCalls(), Texts{"Quit(0)"});
             continue;
         }
-        EXPECT_EQ(IsWindowVisible(bench.window()) != FALSE, row.visible);
-        bench.settle();
-        EXPECT_EQ(bench.page(), pageProgress) << "goes on";
+        EXPECT_EQ(IsWindowVisible(probed.window()) != FALSE, row.visible);
+        probed.settle();
+        EXPECT_EQ(probed.page(), pageProgress) << "goes on";
     }
 }
 
 TEST(Clicks, OnTheCrossOfTheOfferEndTheRunBeforeItIsPlanned) {
     RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
-    DialogBench bench;
+    ProbedDialog probed;
     std::istringstream settings("[app]\nmeridian.enableMigration = true\nmeridian.promptBastionUninstall = true\n");
     g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));
-    bench.dialog->ReplacePage({.kind = pageWelcome});
-    for (const int32_t button : {IDC_CLOSE, IDC_ACTION2}) bench.pressLater(button);
-    bench.press(IDC_ACTION1);
-    EXPECT_FALSE(IsWindow(bench.window()));
-    EXPECT_EQ(bench.engine.variables.text(L"PDX_UNINSTALL_BASTION"), L"0");
-    EXPECT_TRUE(bench.engine.calls("Plan").empty());
+    probed.dialog->ReplacePage({.kind = pageWelcome});
+    for (const int32_t button : {IDC_CLOSE, IDC_ACTION2}) probed.pressLater(button);
+    probed.press(IDC_ACTION1);
+    EXPECT_FALSE(IsWindow(probed.window()));
+    EXPECT_EQ(probed.engine.variables.text(L"PDX_UNINSTALL_BASTION"), L"0");
+    EXPECT_TRUE(probed.engine.calls("Plan").empty());
     RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
 }
 

@@ -35,11 +35,11 @@ struct OpenDialog : BootstrapperDialog {
     using BootstrapperDialog::progressBar;
 };
 
-class DialogBench : public Bench {
+class ProbedDialog : public ProbedRun {
   public:
-    explicit DialogBench(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
-                         BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL)
-        : Bench(action, display) {
+    explicit ProbedDialog(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
+                          BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL)
+        : ProbedRun(action, display) {
         engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Games\\Palisade Desktop"));
         toldBefore = told().size();
         dialog = std::make_unique<OpenDialog>(app());
@@ -47,7 +47,7 @@ class DialogBench : public Bench {
         settle();
         callsSeen = engine.calls().size();
     }
-    ~DialogBench() {
+    ~ProbedDialog() {
         dialog.reset();
         settle();
         DestroyWindow(steps);
@@ -131,9 +131,9 @@ class DialogBench : public Bench {
   private:
     static LRESULT CALLBACK runStep(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
         if (message != WM_USER) return DefWindowProcW(window, message, wparam, lparam);
-        auto& bench = *reinterpret_cast<DialogBench*>(lparam);
-        const std::function<void()> step = std::move(bench.pending.front());
-        bench.pending.pop_front();
+        auto& probed = *reinterpret_cast<ProbedDialog*>(lparam);
+        const std::function<void()> step = std::move(probed.pending.front());
+        probed.pending.pop_front();
         step();
         return 0;
     }
