@@ -262,7 +262,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void tellExecutionFailed(HRESULT hr);
     void tellError(HRESULT hr, const std::string& message);
     void tellRunFinished();
-    void tellRunCancelled(const std::string& reportId);
+    void tellRunCancelled(const char* word, const std::string& reportId);
     void tellRunFailed(const std::string& reportId);
     static void tellSessionStopped();
     /// Sends an error to the Brisk service under a name whose "{group}" is filled in, and logs code, text and flag.

@@ -69,8 +69,10 @@ void BootstrapperApplication::leaveTheScreen() {
 }
 
 void BootstrapperApplication::endAsCancel() {
-    PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", runCancelWord(m_logoutExit));
-    tellRunCancelled(submitErrorReport());
+    // Of the moment: the session may end while the report goes out.
+    const char* const word = runCancelWord(m_logoutExit);
+    PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", word);
+    tellRunCancelled(word, submitErrorReport());
 }
 
 void BootstrapperApplication::endAsFailure() {

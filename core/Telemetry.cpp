@@ -109,8 +109,8 @@ void BootstrapperApplication::tellExecutionFailed(HRESULT hr) {
 
 void BootstrapperApplication::tellRunFinished() { send(runFinished(runKind(), m_startTime, now())); }
 
-void BootstrapperApplication::tellRunCancelled(const std::string& reportId) {
-    send(runCancelled(runKind(), runCancelWord(m_logoutExit), reportId));
+void BootstrapperApplication::tellRunCancelled(const char* word, const std::string& reportId) {
+    send(runCancelled(runKind(), word, reportId));
 }
 
 void BootstrapperApplication::tellRunFailed(const std::string& reportId) {

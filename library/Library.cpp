@@ -117,6 +117,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
         pdx::unmapped = true;
         pdx::releaseTelemetry();
         pdx::releaseReportPackage();
+        pdx::g_exceptionHandler.clear();
         pdx::g_translator.clear();
         pdx::g_config.clear();
         pdx::g_logger.clear();

@@ -52,6 +52,7 @@ std::string textAt(IXMLDOMNode& root, std::wstring_view path) {
 /// Fills in trackingId and the report's signedUrl, both or neither.
 bool requestUpload(ErrorReport& report, std::string& trackingId) {
     const std::string xml = uploadRequest(report, getConfigString("app.installertype"));
+    if (xml.empty()) return false;
     const uint16_t checkValue = requestCheckValue(report.machineHash + report.timestamp + xml);
     HttpClient client(parseUrl(getConfigString("app.oer.url")));
     client.post(xml.data(), xml.size(),
@@ -117,18 +118,20 @@ std::optional<UploadPlace> readUploadPlace(std::string_view response) {
     return place;
 }
 
-std::string sendErrorReport(const ReportFiles& files) noexcept try {
-    ComApartment com;
-    com.start();
-    ErrorReport report = newErrorReport();
-    buildPackage(report, files);
+std::string sendErrorReport(const ReportFiles& files) noexcept {
+    // Known as soon as there is a place for the report, whatever comes of the upload.
     std::string trackingId;
-    if (requestUpload(report, trackingId)) uploadData(report, trackingId);
+    try {
+        ComApartment com;
+        com.start();
+        ErrorReport report = newErrorReport();
+        buildPackage(report, files);
+        if (requestUpload(report, trackingId)) uploadData(report, trackingId);
+    } catch (const std::exception& problem) {
+        // The text of an exception serves as an argument, never as the format.
+        PDX_LOG(logError, "sendErrorReport", "The error report failed: %s", problem.what());
+    }
     return trackingId;
-} catch (const std::exception& problem) {
-    // The text of an exception serves as an argument, never as the format.
-    PDX_LOG(logError, "sendErrorReport", "The error report could not be made: %s", problem.what());
-    return {};
 }
 
 }  // namespace pdx

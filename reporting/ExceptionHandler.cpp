@@ -32,7 +32,7 @@ std::string moduleNameAt(DWORD64 address) {
     if (length == 0) return {};
     const std::wstring_view whole(path, length);
     const std::wstring_view name = whole.substr(whole.find_last_of(L'\\') + 1);
-    char narrow[ARRAYSIZE(path) * 2];
+    char narrow[ARRAYSIZE(path) * 3];
     const int bytes = WideCharToMultiByte(CP_ACP, 0, name.data(), static_cast<int>(name.size()), narrow, sizeof narrow,
                                           nullptr, nullptr);
     return {narrow, static_cast<size_t>(bytes)};

@@ -53,11 +53,17 @@ class ExceptionHandlerLife {
   public:
     ExceptionHandlerLife() {
         g_exceptionHandler.clear();
-        g_exceptionHandler.set(std::make_shared<ExceptionHandler>());
+        handler = std::make_shared<ExceptionHandler>();
+        g_exceptionHandler.set(handler);
     }
-    ~ExceptionHandlerLife() { g_exceptionHandler.clear(); }
+    ~ExceptionHandlerLife() {
+        if (g_exceptionHandler.get() == handler) g_exceptionHandler.clear();
+    }
     ExceptionHandlerLife(const ExceptionHandlerLife&) = delete;
     ExceptionHandlerLife& operator=(const ExceptionHandlerLife&) = delete;
+
+  private:
+    std::shared_ptr<ExceptionHandler> handler;
 };
 
 /// The signature of the crash (reporting/rules/CrashSignature.h), by a walk of the thread's frame pointers.

@@ -98,7 +98,7 @@ constinit ProcessValue<std::string> survey;
 
 const std::string& machineSurvey(const std::string& machineHash) {
     return survey.get([&] {
-        return hardwareSurvey(getOsVersion(), kernelVersion().value_or(systemVersion()), getProcessorArchitecture(),
+        return hardwareSurvey(getOsVersion(), systemVersion(), getProcessorArchitecture(),
                               machineHash);
     });
 }
@@ -119,7 +119,8 @@ void buildPackage(ErrorReport& report, const ReportFiles& files) {
     GzipStream stream;
     addSection(stream, "userData.json", userData(report));
     addSection(stream, "HardwareSurvey.json", machineSurvey(report.machineHash));
-    for (const std::wstring& path : files) addFile(stream, path);
+    for (const std::wstring& path : files)
+        if (!path.empty()) addFile(stream, path);
     report.package = stream.finish();
     report.b64Md5 = digestText(CALG_MD5, report.package, CRYPT_STRING_BASE64);
 }

@@ -107,6 +107,7 @@ RunHooks FakeWorld::hooks() {
     };
     hooks.isElevated = [this] { return elevated; };
     hooks.lockElevated = [this](auto&... arguments) { return lock(arguments...); };
+    hooks.sendReport = [this](auto& files) { return report(files); };
     hooks.startProgram = [this](auto& copy) { return start(copy); };
     return hooks;
 }

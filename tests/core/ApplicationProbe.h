@@ -86,6 +86,8 @@ struct FakeWorld {
         lock = [](auto&...) { return true; };
     /// What the system makes of a raised copy that is to be started.
     std::function<Handle(const ProgramStart& copy)> start = [](auto&) { return Handle(); };
+    /// The report of a failed run, by its files.
+    std::function<std::string(const ReportFiles& files)> report = [](auto&) { return std::string(); };
     /// Called at each pause, and while the update service is asked.
     std::function<void()> onPause;
     std::function<void()> onUpdateAsked;

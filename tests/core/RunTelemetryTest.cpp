@@ -145,6 +145,27 @@ TEST(RunTelemetry, TellsWhatTheCatalogueHasForEachCallback) {
     }
 }
 
+TEST(RunTelemetry, WaitsForTheReportWhoseIdItTells) {
+    const std::pair<HRESULT, const char*> cases[] = {{hresultFromWin32(userExitCode), "brisk inst.inst.canc"},
+                                                     {failed, "brisk inst.inst.fail"}};
+    for (const auto& [status, event] : cases) {
+        ProbedRun probed;
+        probed.engine.variables.set(L"PDX_SUBMIT_ERROR_REPORT", std::wstring(L"1"));
+        Texts before;
+        probed.world.report = [&](const ReportFiles&) {
+            before = probed.told();
+            return std::string("er-1");
+        };
+        probed.app().UpdateInstallStatus(status);
+        probed.app().OnShutdown();
+        const Texts told = probed.told();
+        const auto ending = std::ranges::find_if(told, [&](auto& text) { return text.starts_with(event); });
+        ASSERT_NE(ending, told.end()) << event;
+        EXPECT_NE(ending->find(R"("report_id":"er-1")"), std::string::npos) << *ending;
+        EXPECT_LT(before.size(), static_cast<size_t>(ending - told.begin())) << "the report goes out first";
+    }
+}
+
 TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
     // enabledAt: position among what is told by the end of OnStartup; 0: not enabled
     const std::tuple<const wchar_t*, const wchar_t*, bool, size_t> cases[] = {

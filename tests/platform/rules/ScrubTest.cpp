@@ -43,6 +43,11 @@ TEST(Scrub, TakesTheNameOutOfEverySpellingOfTheProfile) {
 TEST(Scrub, ComparesComponentsWithoutRegardToCase) {
     expectScrubbed(makeScrubTexts(L"D:\\ANN\\home\\Ann\\", {}, L"ann", equalNames),
                    {{L"D:\\ANN\\home\\Ann\\f", L"D:\\####\\home\\####\\f"}});
+    expectScrubbed(makeScrubTexts(L"C:\\Users\\Zo\u00EB 100%s {0}&'\\", L"C:\\Users\\ZO100_~1\\",
+                                  L"Zo\u00EB 100%s {0}&'", equalNames),
+                   {{L"C:\\Users\\Zo\u00EB 100%s {0}&'\\f", L"C:\\Users\\####\\f"},
+                    {L"C:/Users/Zo\u00EB 100%s {0}&'/f", L"C:/Users/####/f"},
+                    {L"C:\\Users\\ZO100_~1\\f", L"C:\\Users\\####\\f"}});
     expectScrubbed(makeScrubTexts(L"C:\\Users\\annabella\\", {}, L"anna", equalNames),
                    {{L"C:\\Users\\annabella\\f", L"C:\\Users\\annabella\\f"}});
 }
