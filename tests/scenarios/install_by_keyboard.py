@@ -1,6 +1,6 @@
 """The same choices without the mouse: Tab, Shift+Tab, Space and Enter, and a folder typed into the chooser."""
 from harness.seeing.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
-from tests.scenarios.install_options import CHOSEN, FOLDER, check_choice, wait_for_folder
+from tests.scenarios.install_options import CHOSEN, FIRST, check_choice, choose
 
 
 def walk(scene, key: str, *controls: int) -> None:
@@ -22,8 +22,7 @@ def play(scene):
 
     walk(scene, "Tab", BROWSE)
     scene.window.press("space")
-    scene.choose_folder(CHOSEN)
-    wait_for_folder(scene)
+    choose(scene, CHOSEN, FIRST)
     walk(scene, "Tab", SHORTCUT)
     scene.window.press("space")
     scene.wait_for(lambda: not scene.window.is_checked(SHORTCUT), "an empty box by Space", 10)
@@ -37,10 +36,10 @@ def play(scene):
     walk(scene, "shift+Tab", CLOSE, ACTION1, OPTIONS)
     scene.window.press("space")
     again = scene.wait_for_page("options", "options-again")
-    scene.check_equal("the way back and forward leaves the folder", again.names.get(LOCATION), FOLDER)
+    scene.check_equal("the way back and forward leaves the folder", again.names.get(LOCATION), FIRST)
     scene.check("the way back and forward leaves it off", not scene.window.is_checked(SHORTCUT))
     walk(scene, "Tab", BROWSE)
     walk(scene, "shift+Tab", CLOSE, ACTION2, ACTION1)
     scene.window.press("Return")
     run.finish(90)
-    check_choice(scene, run)
+    check_choice(scene, run, FIRST)
