@@ -118,18 +118,6 @@ ULONG SmallEngine::AddRef() { return ++referenceCount; }
 
 ULONG SmallEngine::Release() { return --referenceCount; }
 
-HRESULT SmallEngine::GetPackageCount(DWORD*) { return E_NOTIMPL; }
-HRESULT SmallEngine::GetVariableNumeric(LPCWSTR, LONGLONG*) { return E_NOTIMPL; }
-HRESULT SmallEngine::GetVariableVersion(LPCWSTR, DWORD64*) { return E_NOTIMPL; }
-HRESULT SmallEngine::EvaluateCondition(LPCWSTR, BOOL*) { return E_NOTIMPL; }
-HRESULT SmallEngine::SendEmbeddedError(DWORD, LPCWSTR, DWORD, int*) { return E_NOTIMPL; }
-HRESULT SmallEngine::SetLocalSource(LPCWSTR, LPCWSTR, LPCWSTR) { return E_NOTIMPL; }
-HRESULT SmallEngine::SetDownloadSource(LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR) { return E_NOTIMPL; }
-HRESULT SmallEngine::SetVariableVersion(LPCWSTR, DWORD64) { return E_NOTIMPL; }
-HRESULT SmallEngine::CloseSplashScreen() { return E_NOTIMPL; }
-HRESULT SmallEngine::Elevate(HWND) { return E_NOTIMPL; }
-HRESULT SmallEngine::LaunchApprovedExe(HWND, LPCWSTR, LPCWSTR, DWORD) { return E_NOTIMPL; }
-
 HRESULT SmallEngine::GetVariableString(LPCWSTR name, LPWSTR value, DWORD* size) {
     if (isEmpty(name) || !size) return E_INVALIDARG;
     const auto text = variables.text(name);

@@ -37,8 +37,8 @@ struct EngineRequest {
 
 /// The caller owns the object; AddRef and Release only count, so that a test sees what is still held. Every operation
 /// may be called on any thread; those that the library does not call answer E_NOTIMPL. Results are those of the real
-/// engine: 0x80070490 for a variable that is not there, 0x800700EA with the size that is needed for a buffer that is too
-/// small, E_INVALIDARG for a null or empty name.
+/// engine: 0x80070490 for a variable that is not there, 0x800700EA with the size that is needed for a buffer that is
+/// too small, E_INVALIDARG for a null or empty name.
 class SmallEngine : public IBootstrapperEngine {
   public:
     SmallEngine();
@@ -51,7 +51,7 @@ class SmallEngine : public IBootstrapperEngine {
         HRESULT embeddedProgress = S_OK;  ///< SendEmbeddedProgress
         int embeddedResult = 0;           ///< what it writes
         HRESULT setUpdate = S_OK;
-        std::string_view refused;         ///< "Detect", "Plan" or "Apply": fails with E_FAIL, and nothing follows
+        std::string_view refused;  ///< "Detect", "Plan" or "Apply": fails with E_FAIL, and nothing follows
     };
     Answers answers;
     EngineVariables variables;
@@ -78,31 +78,32 @@ class SmallEngine : public IBootstrapperEngine {
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
-    HRESULT STDMETHODCALLTYPE GetPackageCount(DWORD* count) override;
-    HRESULT STDMETHODCALLTYPE GetVariableNumeric(LPCWSTR name, LONGLONG* value) override;
+    HRESULT STDMETHODCALLTYPE GetPackageCount(DWORD*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetVariableNumeric(LPCWSTR, LONGLONG*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetVariableString(LPCWSTR name, LPWSTR value, DWORD* size) override;
-    HRESULT STDMETHODCALLTYPE GetVariableVersion(LPCWSTR name, DWORD64* value) override;
+    HRESULT STDMETHODCALLTYPE GetVariableVersion(LPCWSTR, DWORD64*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE FormatString(LPCWSTR in, LPWSTR out, DWORD* size) override;
     HRESULT STDMETHODCALLTYPE EscapeString(LPCWSTR in, LPWSTR out, DWORD* size) override;
-    HRESULT STDMETHODCALLTYPE EvaluateCondition(LPCWSTR condition, BOOL* result) override;
+    HRESULT STDMETHODCALLTYPE EvaluateCondition(LPCWSTR, BOOL*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR message) override;
-    HRESULT STDMETHODCALLTYPE SendEmbeddedError(DWORD code, LPCWSTR message, DWORD uiHint, int* result) override;
+    HRESULT STDMETHODCALLTYPE SendEmbeddedError(DWORD, LPCWSTR, DWORD, int*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE SendEmbeddedProgress(DWORD progress, DWORD overall, int* result) override;
     HRESULT STDMETHODCALLTYPE SetUpdate(LPCWSTR localSource, LPCWSTR downloadSource, DWORD64 size,
                                         BOOTSTRAPPER_UPDATE_HASH_TYPE hashType, BYTE* hash, DWORD hashSize) override;
-    HRESULT STDMETHODCALLTYPE SetLocalSource(LPCWSTR package, LPCWSTR payload, LPCWSTR path) override;
-    HRESULT STDMETHODCALLTYPE SetDownloadSource(LPCWSTR package, LPCWSTR payload, LPCWSTR url, LPCWSTR user,
-                                                LPCWSTR password) override;
+    HRESULT STDMETHODCALLTYPE SetLocalSource(LPCWSTR, LPCWSTR, LPCWSTR) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetDownloadSource(LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR) override {
+        return E_NOTIMPL;
+    }
     HRESULT STDMETHODCALLTYPE SetVariableNumeric(LPCWSTR name, LONGLONG value) override;
     HRESULT STDMETHODCALLTYPE SetVariableString(LPCWSTR name, LPCWSTR value) override;
-    HRESULT STDMETHODCALLTYPE SetVariableVersion(LPCWSTR name, DWORD64 value) override;
-    HRESULT STDMETHODCALLTYPE CloseSplashScreen() override;
+    HRESULT STDMETHODCALLTYPE SetVariableVersion(LPCWSTR, DWORD64) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE CloseSplashScreen() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Detect(HWND parent) override;
     HRESULT STDMETHODCALLTYPE Plan(BOOTSTRAPPER_ACTION action) override;
-    HRESULT STDMETHODCALLTYPE Elevate(HWND parent) override;
+    HRESULT STDMETHODCALLTYPE Elevate(HWND) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Apply(HWND parent) override;
     HRESULT STDMETHODCALLTYPE Quit(DWORD exitCode) override;
-    HRESULT STDMETHODCALLTYPE LaunchApprovedExe(HWND parent, LPCWSTR id, LPCWSTR arguments, DWORD timeout) override;
+    HRESULT STDMETHODCALLTYPE LaunchApprovedExe(HWND, LPCWSTR, LPCWSTR, DWORD) override { return E_NOTIMPL; }
 
   private:
     void record(const char* operation, std::vector<std::wstring> arguments);

@@ -1,6 +1,5 @@
-"""Runs the tests that need Windows under Wine, in a prefix of their own, with the services beside them, in a sandbox:
-python3 -m harness.machine.sandbox python3 -m harness.staging.wine_tests [options]. A shard, by GoogleTest's variables
-GTEST_TOTAL_SHARDS and GTEST_SHARD_INDEX, leaves what it leaves in a folder of its own."""
+"""Runs the tests that need Windows, with the services beside them, in a sandbox: python3 -m harness.machine.sandbox
+python3 -m harness.staging.wine_tests [options]. A shard, by GoogleTest's variables, keeps its traces apart."""
 import contextlib
 import os
 import sys

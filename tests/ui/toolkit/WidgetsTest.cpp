@@ -229,16 +229,6 @@ TEST_F(Widgets, ABarsTimerRunsWhileItMovesAndShows) {
     EXPECT_FALSE(bar.IsMarquee() || ticks());
 }
 
-TEST_F(Widgets, ABarIsFilledToItsPosition) {
-    ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
-    SendMessageW(bar.GetHandle(), PBM_SETRANGE32, 0, 100);
-    EXPECT_TRUE(alike(Drawn(bar).at(10, 4), grey)) << "nothing yet";
-    SendMessageW(bar.GetHandle(), PBM_SETPOS, 50, 0);
-    EXPECT_TRUE(alike(Drawn(bar).at(6, 4), coral)) << "the gradient begins here";
-    EXPECT_EQ(Drawn(bar).at(150, 4) >> 16, 0xFFFFu) << "red";
-    EXPECT_TRUE(alike(Drawn(bar).at(166, 4), grey));
-}
-
 TEST_F(Widgets, ABarShowsTheGroundOfThePageThatItAppearsOn) {
     Color color = coral;
     dialog.painter = [&](Graphics& graphics) { graphics.FillRectangle(Brush(color), {0, 0, 500, 500}); };
