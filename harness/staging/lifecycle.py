@@ -6,7 +6,7 @@ from harness.machine.prefix import copy_of_prepared
 from harness.places import BUILD, LIBRARY, OUT
 
 if __name__ == "__main__":
+    driver = BUILD / "release/harness/lifecycle_driver.exe"
     with copy_of_prepared("lifecycle", os.environ["DISPLAY"]) as wine:
         wine.complaints = OUT / "tests/lifecycle-wine.txt"
-        wine.complaints.parent.mkdir(parents=True, exist_ok=True)
-        sys.exit(wine.start(BUILD / "release/harness/lifecycle_driver.exe", str(LIBRARY), *sys.argv[1:], stdout=None).wait())
+        sys.exit(wine.start(driver, str(LIBRARY), *sys.argv[1:], stdout=None).wait())

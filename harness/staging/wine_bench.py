@@ -1,5 +1,4 @@
-"""Measures the shipped library under Wine, in a prefix of its own, with the services beside it, in a sandbox:
-DISPLAY=:N python3 -m harness.machine.sandbox python3 -m harness.staging.wine_bench."""
+"""Measures the shipped library under Wine, in a prefix of its own, with the services beside it, in a sandbox."""
 import os
 import sys
 import tempfile

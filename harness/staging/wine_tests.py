@@ -10,12 +10,11 @@ from harness.places import OUT, WINDOWS_TESTS
 from harness.services import Services
 
 if __name__ == "__main__":
-    given = os.environ.get("DISPLAY")
     shard = {name: value for name, value in os.environ.items() if name.startswith("GTEST_")}
     out = OUT / "tests" / f"windows-{shard.get('GTEST_SHARD_INDEX', '0')}"
     out.mkdir(parents=True, exist_ok=True)
     services = Services(out)
-    with contextlib.nullcontext(given) if given else virtual_display() as display, \
+    with contextlib.nullcontext(os.environ["DISPLAY"]) if "DISPLAY" in os.environ else virtual_display() as display, \
             copy_of_prepared("windows-tests", display) as wine:
         wine.complaints = out / "wine.txt"
         environment = {"PALISADE_TEST_HOST": services.tests.url("")} | shard

@@ -1,4 +1,4 @@
-// What the system answers about disks and subkeys, error codes and versions, as values.
+// What the system answers about disks and subkeys, and versions, as values.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "platform/rules/DiskFacts.h"
-#include "platform/rules/ProgramErrors.h"
 #include "platform/rules/SubKeyWalk.h"
 #include "platform/rules/Version.h"
 
