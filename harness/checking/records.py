@@ -11,8 +11,10 @@ COMPONENTS = INSTALLER + "\\Components"
 PROTOCOLS = ("bastion", "bastion2", "gatelink", "palisadeconnect.microsoft")
 PACKED_CODE = "A1B2C3D4E5F60718293A4B5C6D7E8F90"
 
-PLACES = [("HKLM\\Software\\Corvane Works", 32), ("HKLM\\Software\\Corvane Works", 64), ("HKLM\\Software\\Bastion", 32),
-          (UNINSTALL, 32), (UNINSTALL, 64), (INSTALLER, 32), (INSTALLER, 64), ("HKCR\\Installer", 64),
+UNAVAILABLE = {(view, facts.PRODUCT_KEY, "IsUnavailable"): (None, "0x00000001") for view in (32, 64)}
+PLACES = [("HKLM\\Software\\Bastion", 32), ("HKCU\\Software\\Corvane Works", 64), ("HKCR\\Installer", 64),
+          ("HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run", 64),
+          *((key, view) for key in ("HKLM\\Software\\Corvane Works", UNINSTALL, INSTALLER) for view in (32, 64)),
           *((f"HKCR\\{protocol}", 64) for protocol in PROTOCOLS)]
 
 Listing = dict[tuple[int, str, str | None], str]
@@ -34,6 +36,12 @@ def changes(before: Listing, after: Listing) -> dict:
     """What is other afterwards, as (before, after); None for what is not there."""
     return {at: (before.get(at), after.get(at)) for at in before.keys() | after.keys()
             if before.get(at) != after.get(at)}
+
+
+def check_changes(scene, what: str, before: Listing, wanted: dict) -> None:
+    """Of all values; Windows Installer leaves keys without any."""
+    other = {at: change for at, change in changes(before, listing(scene)).items() if at[2] is not None}
+    scene.check_equal(f"{what}: nothing else of the registry is other", other, wanted)
 
 
 def below(found: Listing, key: str, view: int = 64) -> list[str]:

@@ -125,7 +125,7 @@ def main() -> int:
         raise
     with virtual_display() as display:
         prepare(display)
-    jobs = [run_artefact, run_lifecycle, *(partial(run_scenario, name) for name in stage.longest_first())]
+    jobs = [run_artefact, run_lifecycle, *(partial(run_scenario, name) for name in stage.names())]
     with ThreadPoolExecutor(CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
         units = aside.submit(guarded, run_units)
         counts = total([*pool.map(guarded, jobs), units.result()])

@@ -15,6 +15,8 @@ PROGRAM = FOLDER + "\\Bastion.exe"
 PROGRAMS = ("Bastion", "BastionUninstall", "LoudUninstall", "OtherUninstall")
 VALUES = {"InstallSuccesfull": "true", "BastionPath": PROGRAM}
 UNINSTALLS = f"\"{FOLDER}\\BastionUninstall.exe\" /Silent"
+# What its uninstaller leaves of the registry, as changes of a listing.
+GONE = {(32, KEY, name): (value, None) for name, value in VALUES.items()}
 QUITS = f"\"{PROGRAM}\" bastion://quit"
 
 

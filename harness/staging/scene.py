@@ -41,12 +41,12 @@ class EngineRun:
         try:
             self._process.wait(timeout=bound)
         except subprocess.TimeoutExpired:
-            tail = self._keep_log().tail() if self._log_file() else "(no engine log)"
+            tail = self.log_so_far().tail() if self._log_file() else "(no engine log)"
             raise Hang(f"the engine was still running after {bound:.0f} s; its log ends:\n{tail}") from None
         if not self._log_file():
             reasons = [file.read_text("utf-8", "replace") for file in self._scene.path(TEMP).glob("*_Failed.txt")]
             raise RuntimeError("the engine made no log\n" + "\n".join(reasons))
-        self.log = self._keep_log()
+        self.log = self.log_so_far()
         return self
 
     @property
@@ -61,18 +61,14 @@ class EngineRun:
     def process_code(self) -> int | None:
         return self._process.returncode
 
-    def log_so_far(self) -> EngineLog:
-        """The log of a run under way."""
-        return self._keep_log()
-
     def keep_so_far(self) -> str:
-        return f"a run's log ends:\n{self._keep_log().tail()}" if self._log_file() else "a run has made no log yet"
+        return f"a run's log ends:\n{self.log_so_far().tail()}" if self._log_file() else "a run has made no log yet"
 
     def _log_file(self) -> Path | None:
         logs = {self._scene.path(self._file)} if self._file else self._scene.engine_logs() - self._logs_before
         return min((log for log in logs if log.exists()), default=None)
 
-    def _keep_log(self) -> EngineLog:
+    def log_so_far(self) -> EngineLog:
         log = EngineLog(self._log_file())
         self._kept.write_text(log.text, "utf-8")
         return log
@@ -111,9 +107,6 @@ class Scene:
     def registry(self, key: str, name: str, view: int = 64) -> str | None:
         return self.registry_values(key, view).get(name)
 
-    def has_key(self, key: str, view: int = 64) -> bool:
-        return self.window.command(f"registry {view} {key}") != "null"
-
     def temporary_files(self) -> list[Path]:
         return list(self.path(TEMP).iterdir())
 
@@ -141,8 +134,9 @@ class Scene:
         values = [f"{key} [{name}]" for (key, view), wanted in facts.client_values().items()
                   for name in wanted.keys() & self.registry_values(key, view).keys()]
         self.check_equal("the client's registry values are gone", values, [])
-        self.check("the bundle is registered no more", not self.has_key(facts.uninstall_entry(), 32))
-        self.check_equal("the engine's cache is empty", self.cached_packages(), [])
+        self.check("the bundle has no entry", self.window.command(f"registry 32 {facts.uninstall_entry()}") == "null")
+        cached = [file.name for file in self.path("C:\\ProgramData\\Package Cache").rglob("*") if file.is_file()]
+        self.check_equal("the engine's cache is empty", cached, [])
 
     def check_cancelled(self, run: EngineRun, whose: str, why: str = "user_action") -> None:
         """The run ends with success to its caller, is told as a cancel and tells no error."""
@@ -154,9 +148,6 @@ class Scene:
         self.check_equal("no error is told", run.log.closing_errors() + run.log.messages("OnError"), [])
         left = [file.name for file in self.temporary_files() if file.suffix != ".log"]
         self.check_equal("nothing but logs is left in the temporary folder", left, [])
-
-    def cached_packages(self) -> list[str]:
-        return [file.name for file in self.path("C:\\ProgramData\\Package Cache").rglob("*") if file.is_file()]
 
     def windows_version(self, word: str) -> None:
         """The system that the machine passes for, by Wine's word for it: "win10", "win7", "vista"."""

@@ -12,17 +12,13 @@ from harness.places import SCENARIOS
 from harness.staging.scene import Hang, Scene
 
 LONGEST = ["told-otherwise", "migrate-not-now", "repair-blocked", "download-gives-up", "telemetry-down", "gallery",
-           "accessible", "report-faults", "download-cancel", "update-replies", "bad-folders",
-           "links", "error-prompt", "session-end", "languages"]
+           "accessible", "report-faults", "download-cancel", "update-replies", "bad-folders"]
 
 
 def names() -> list[str]:
-    return sorted(file.stem.replace("_", "-") for file in SCENARIOS.glob("*.py"))
-
-
-def longest_first() -> list[str]:
-    """So that at the end of a suite no long one is left alone."""
-    return sorted(names(), key=lambda name: (LONGEST.index(name) if name in LONGEST else len(LONGEST)))
+    """The long ones first, so that none is left alone at the end of a suite."""
+    return sorted(sorted(file.stem.replace("_", "-") for file in SCENARIOS.glob("*.py")),
+                  key=lambda name: LONGEST.index(name) if name in LONGEST else len(LONGEST))
 
 
 def load(name: str) -> dict:

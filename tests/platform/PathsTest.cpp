@@ -15,14 +15,6 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 
-TEST(Paths, TheTemporaryFolderEndsInOneSeparator) {
-    const TestFolder folder;
-    for (const wchar_t* ending : {L"", L"\\"}) {
-        const ScopedVariable variable(L"TMP", folder.path() + ending);
-        EXPECT_EQ(getTempPath(), folder.path() + L"\\");
-    }
-}
-
 TEST(Paths, ReadsTheEnvironmentUpToItsLimit) {
     const std::wstring longest(4096, L'x');
     const std::pair<std::wstring, std::wstring> cases[] = {

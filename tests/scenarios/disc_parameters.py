@@ -1,4 +1,5 @@
 """A disc's parameters on the command line: kept for the client, and handed to one that is there."""
+from harness.checking.records import UNAVAILABLE, check_changes, listing
 from harness.client import facts
 
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")
@@ -14,6 +15,7 @@ def check_kept(scene, what: str, **wanted: str) -> None:
 
 
 def play(scene):
+    before = listing(scene)
     # Half of a disc is none: the command line is read.
     scene.path(facts.EXCHANGE + "\\autorun.inf").touch()
     scene.check_exit_code(scene.run("/quiet", *GIVEN, log="install"), 0, "an install")
@@ -30,3 +32,5 @@ def play(scene):
     scene.check_exit_code(scene.run("/uninstall", "/quiet", "/contentIds=7", log="uninstall"), 0, "an uninstall")
     scene.check_gone()
     check_kept(scene, "an uninstall", contentIds="7")
+    kept = {(64, facts.PENDING_JOB, name): (None, value) for name, value in (KEPT | {"contentIds": "7"}).items()}
+    check_changes(scene, "all three", before, UNAVAILABLE | kept)

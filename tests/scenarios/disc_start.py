@@ -1,4 +1,5 @@
 """Started from a game disc: the content is kept for the client, which is installed, or started where it is."""
+from harness.checking.records import check_changes, listing
 from harness.client import facts
 
 SETUP = "D:\\PalisadeSetup.exe"
@@ -25,6 +26,7 @@ def play(scene):
     check_kept(scene, "an install")
     scene.check_equal("and no client starts", scene.read(facts.LAUNCHES), "")
 
+    before = listing(scene)
     run = scene.run(program=SETUP)
     scene.check_exit_code(run, 0, "beside an installed client the engine")
     client = f"\"{LAUNCHER}\" -ITD -SetupConfig={KEPT['SetupConfig']}"
@@ -32,3 +34,4 @@ def play(scene):
     scene.check_equal("the client is started with the disc's file", scene.read(facts.LAUNCHES).splitlines(), [client])
     scene.check("nothing is detected or planned", not run.log.numbered("100") and not run.log.numbered("200"))
     check_kept(scene, "a start")
+    check_changes(scene, "a start", before, {})

@@ -1,5 +1,6 @@
 """Who installs is asked about the older client: closes and comes back, declines; in a second install accepts."""
 from harness import older
+from harness.checking.records import UNAVAILABLE, check_changes, listing
 from harness.checking.telemetry import (OVERLAY, TALLY_INSTALL, check_telemetry, overlay, start_page, thick_install,
                                         told_so_far)
 from harness.seeing.window import ACTION1, ACTION2, CLOSE
@@ -33,5 +34,7 @@ def play(scene):
     scene.override("[app]\nmeridian.promptBastionUninstall = true\n")
     older.install(scene)
     install(scene, "declined", CLOSES, NOT_NOW)
+    declined = listing(scene)
     scene.uninstall()
     install(scene, "accepted", UNINSTALL)
+    check_changes(scene, "the answer is the package's to follow", declined, UNAVAILABLE)

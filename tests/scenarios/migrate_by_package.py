@@ -1,10 +1,12 @@
 """An install beside the older client: the package is told to remove it, and the page and Tally hear of it."""
 from harness import older
+from harness.checking.records import UNAVAILABLE, check_changes, listing
 from harness.checking.telemetry import TALLY_INSTALL, check_telemetry, message, start_page, thick_install
 from harness.client import facts
 from harness.seeing.strings import text
 from harness.seeing.window import TITLE
 
+USER_KEY = "HKCU\\Software\\Corvane Works\\Palisade Desktop"  # the sample package leaves its shortcut's mark
 COHORT = "PDX_MERIDIAN_COHORT=blue"
 REMOVE = "before-files property PDX_UNINSTALL_BASTION"
 SAY = "before-files say actiondata CA_MSG_BASTION_UNINSTALL_"
@@ -14,6 +16,7 @@ def play(scene):
     scene.services  # there before the first run
     scene.use_names()
     older.install(scene, ClientPath=older.PROGRAM)
+    before = listing(scene)
     scene.script(f"""
         {REMOVE}
         before-files mark under-way
@@ -38,3 +41,7 @@ def play(scene):
     completed = message("meridian_completed_uninstall", "impression", "blue")
     check_telemetry(scene, **thick_install(run) | {
         "tally": [*start_page(cohort="blue"), TALLY_INSTALL[0], completed, TALLY_INSTALL[1]]})
+    scene.uninstall()
+    check_changes(scene, "installed and uninstalled", before,
+                  UNAVAILABLE | {(32, older.KEY, "ClientPath"): (older.PROGRAM, None),
+                                 (64, USER_KEY, "Shortcut"): (None, "1")})

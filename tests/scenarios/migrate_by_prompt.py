@@ -1,5 +1,6 @@
 """An upgrade beside the client: the person lets the older one go, a second life removes it, the client starts."""
 from harness import older
+from harness.checking.records import check_changes, listing
 from harness.checking.telemetry import (INSTALL_SUCCESS, OVERLAY, SESSION_STOP, TALLY_INSTALL, check_telemetry,
                                         command_line, message, overlay, session_of, session_start, told_so_far)
 from harness.client import facts
@@ -35,7 +36,7 @@ def play(scene):
 
     older.install(scene)
     older.plan(scene, "finish 0 bui1.exe BastionUninstall.exe go-on")
-    told = told_so_far(scene)
+    told, before = told_so_far(scene), listing(scene)
     run = scene.start("PDX_MERIDIAN_UPGRADE=1", "PDX_MERIDIAN_COHORT=blue", "KESTREL_AUTHCODE=geheim")
     scene.wait_for_page("older client", "asked")
     scene.window.click(ACTION1)
@@ -52,6 +53,7 @@ def play(scene):
                       older.wait_for_note(scene, client),
                       [older.UNINSTALLS, "bui1.exe begins", "bui1.exe ends", client])
     older.check(scene, there=False, ClientPath=LAUNCHER, PrevClientPath="")
+    check_changes(scene, "the move", before, older.GONE)
     scene.check_equal("the client stays", scene.client_state()[0], set(facts.CLIENT_FILES))
     session = command_line(run).replace("geheim", "####")
     lives = [session_start(session, with_authcode=True)] * 2

@@ -1,5 +1,6 @@
 """An upgrade beside the client: the person keeps the older one, which is asked to end before the client starts."""
 from harness import older
+from harness.checking.records import check_changes, listing
 from harness.checking.telemetry import (INSTALL_CANCEL, INSTALL_SUCCESS, OVERLAY, SESSION_STOP, TALLY_INSTALL,
                                         check_telemetry, command_line, overlay, session_start, tally_install,
                                         told_so_far)
@@ -52,7 +53,8 @@ def cancelled(scene) -> None:
     run = start_asked(scene, "cancelled")
     scene.cancel(run)
     scene.check_cancelled(run, "cancelled: the engine")
-    check_kept(scene, run, "cancelled", told, [], [OVERLAY[2], OVERLAY[1]], INSTALL_CANCEL, tally_install("cancel", "user_action"))
+    check_kept(scene, run, "cancelled", told, [], [OVERLAY[2], OVERLAY[1]], INSTALL_CANCEL,
+               tally_install("cancel", "user_action"))
 
 
 def raised_without_removal(scene) -> None:
@@ -71,7 +73,9 @@ def play(scene):
     scene.override("[app]\nmeridian.promptBastionUninstall = true\n")
     scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
     older.install(scene)
+    before = listing(scene)
     cancelled(scene)
     raised_without_removal(scene)
     not_now(scene, "engine", quits=["Bastion quits"])
     not_now(scene, "deaf", "--deaf", quits=[])  # after half a minute
+    check_changes(scene, "all four", before, {})

@@ -4,6 +4,7 @@ import json
 import shutil
 
 from harness.building.signing import sign
+from harness.checking.records import check_changes, listing
 from harness.client.facts import EXCHANGE
 from harness.places import PROBE, VERSION_LIBRARY
 from harness.staging.scene import TEMP
@@ -114,6 +115,7 @@ class Attempt:
 
 
 def play(scene):
+    before = listing(scene)
     for name, executable, planted in (
             ("right", "right", None), ("unsigned", "unsigned", None), ("changed", "changed", None),
             ("strangers", "stranger's", None), ("nearly", "nearly the maker's", None), ("missing", "missing", None),
@@ -144,3 +146,4 @@ def play(scene):
             ("right and trusting", "right", None), ("planted and trusting", "right", "unsigned"),
             ("strangers and trusting", "stranger's", "changed"), ("missing and trusting", "missing", None)):
         Attempt(scene, name, executable, planted).check(executable, planted, trusting=True)
+    check_changes(scene, "all of them", before, {})

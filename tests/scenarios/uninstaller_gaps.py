@@ -1,5 +1,6 @@
 """The client starts behind the temporary uninstallers; a late one, and what looks alike, is not waited for."""
 from harness import older
+from harness.checking.records import check_changes, listing
 from harness.client import facts
 from harness.seeing.window import ACTION1
 
@@ -17,6 +18,7 @@ def play(scene):
     scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
     older.install(scene)
     older.plan(scene, *PLAN)
+    before = listing(scene)
     run = scene.start()
     scene.wait_for_page("prompt", "already-installed")
     scene.window.click(ACTION1)
@@ -37,3 +39,4 @@ def play(scene):
     scene.check_equal("those two are found, in turn", [text.rsplit("\\", 1)[-1] for text in found],
                       ["bui1.exe", "BUI2.exe"])
     older.check(scene, there=False, ClientPath=LAUNCHER, PrevClientPath="")
+    check_changes(scene, "the removal", before, older.GONE)

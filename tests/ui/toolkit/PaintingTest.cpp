@@ -103,10 +103,5 @@ TEST(Graphics, KeepsTheFirstFailureAndGoesOn) {
     EXPECT_EQ(picture.GetPixel({2, 2}), blue);
 }
 
-TEST(TextFormat, MeasuresTrailingSpacesAndNoPadding) {
-    EXPECT_GT(measured(L"a ", 20, fontRegular).width, measured(L"a", 20, fontRegular).width + 2);
-    EXPECT_NEAR(measured(L"aaaa", 20, fontRegular).width, 4 * measured(L"a", 20, fontRegular).width, 1);
-}
-
 }  // namespace
 }  // namespace pdx
