@@ -94,7 +94,11 @@ bool deleteDirectoryTree(const std::wstring& path, int32_t tries, uint32_t delay
             return error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
         },
         tries, delayMilliseconds);
-    if (!held) return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    if (!held) {
+        if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return true;
+        PDX_LOG(logInfo, "deleteDirectoryTree", "Failed to remove directory %ls: error=%08x", path, error);
+        return false;
+    }
     if (!isLink(path, held.get()) && !deleteContents(path, tries, delayMilliseconds)) return false;
     // What is held open keeps the folder's name alive.
     held.reset();

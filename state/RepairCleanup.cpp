@@ -33,10 +33,12 @@ constexpr int32_t fileTries = 50;
 constexpr uint32_t fileDelayMilliseconds = 100;
 
 constexpr std::wstring_view clientProcesses[] = {
-    L"PalisadeDesktop.exe",       L"PalisadeLauncher.exe",     L"PalisadeLaunchHelper.exe",
-    L"PalisadeErrorReporter.exe", L"PalisadeCrashReporter.exe", L"PalisadeConnect_microsoft.exe",
-    L"PalisadeDestager.exe",      L"GateLink.exe",             L"PalisadeLocalHostSvc.exe",
-    L"PalisadeGlue.exe",          L"PalisadeSteamProxy.exe",   L"PalisadeUninstall.exe",
+    L"PalisadeDesktop.exe",       L"PalisadeLauncher.exe",
+    L"PalisadeLaunchHelper.exe",  L"PalisadeErrorReporter.exe",
+    L"PalisadeCrashReporter.exe", L"PalisadeConnect_microsoft.exe",
+    L"PalisadeDestager.exe",      L"GateLink.exe",
+    L"PalisadeLocalHostSvc.exe",  L"PalisadeGlue.exe",
+    L"PalisadeSteamProxy.exe",    L"PalisadeUninstall.exe",
 };
 
 /// The programs whose versions are told, each under its attribute.
@@ -70,7 +72,6 @@ void tellRepairStarted(const std::wstring& installLocation) {
 
 /// The package has put commands of its own in the bundle's entry; they go with the client.
 void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
-    setUnavailable();
     if (!isEntryName(providerKey)) return;
     RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
     if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
@@ -99,9 +100,10 @@ bool isOwn(const std::wstring& folder) {
         // A 32-bit process is told the folder of 32-bit programs for either.
         {getEnvironmentText(L"ProgramW6432"), 0},
     };
-    for (const KNOWNFOLDERID* id : {&FOLDERID_ProgramFiles, &FOLDERID_ProgramFilesCommon, &FOLDERID_ProgramData,
-                                    &FOLDERID_Desktop, &FOLDERID_Documents, &FOLDERID_Downloads, &FOLDERID_Pictures,
-                                    &FOLDERID_Music, &FOLDERID_Videos, &FOLDERID_LocalAppData, &FOLDERID_RoamingAppData})
+    for (const KNOWNFOLDERID* id :
+         {&FOLDERID_ProgramFiles, &FOLDERID_ProgramFilesCommon, &FOLDERID_ProgramData, &FOLDERID_Desktop,
+          &FOLDERID_Documents, &FOLDERID_Downloads, &FOLDERID_Pictures, &FOLDERID_Music, &FOLDERID_Videos,
+          &FOLDERID_LocalAppData, &FOLDERID_RoamingAppData})
         systemFolders.push_back({getKnownFolderPath(*id), 0});
     if (!isOwnFolder(folder, systemFolders)) return false;
     if (!fileExists(folder)) return true;
@@ -148,6 +150,7 @@ bool cleanUpForRepair(const RepairRun& run) {
     const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
                                   recorded(L"OriginalUninstallString"), recorded(L"OriginalQuietUninstallString")};
     // Ahead of the steps that can fail.
+    setUnavailable();
     restoreUninstallCommands(run.providerKey, earlier);
     terminateProcesses(clientProcesses);
     if (!takeServiceDown(run) || !takeFolderDown(run, installLocation)) return false;
