@@ -89,9 +89,10 @@ Measurements measureRepair() {
     const double bareFiles = secondsOf([&] { removeFiles(root.wstring()); });
     layOutFiles(root);
     RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", root.wstring());
-    const RepairRun run{L"{none}", [](RepairStep) {}, [] {}, [](const std::wstring&) {}};
+    const RepairRun run{L"{none}", [] { return false; }, [](RepairStep) {}, [] {},
+                        [](const std::wstring&) {}};
     bool done = false;
-    const double cleanUp = secondsOf([&] { done = cleanUpForRepair(run); });
+    const double cleanUp = secondsOf([&] { done = cleanUpForRepair(run) == RepairResult::done; });
     if (!done || fs::exists(root)) throw std::runtime_error("the clean-up left something");
 
     layOutComponents();

@@ -44,6 +44,7 @@ HRESULT BootstrapperApplication::lockElevatedBinaries(const std::wstring& folder
 HRESULT BootstrapperApplication::performRepairCleanup() {
     RepairRun run;
     run.providerKey = GetEngineVariable(L"WixBundleProviderKey", false);
+    run.isCancelled = [this] { return isCanceled(); };
     run.begin = [this](RepairStep step) {
         const auto operation = static_cast<Operation>(step);
         if (step == RepairStep::stopService)
@@ -56,7 +57,15 @@ HRESULT BootstrapperApplication::performRepairCleanup() {
         setInstallFolder(folder);
         SetEnvironmentVariableW(L"PDX_INSTALL_LOCATION", folder.c_str());
     };
-    if (!cleanUpForRepair(run)) return failStartup(errorRepairIncomplete);
+    switch (cleanUpForRepair(run)) {
+        case RepairResult::done:
+            break;
+        case RepairResult::failed:
+            return failStartup(errorRepairIncomplete);
+        case RepairResult::cancelled:
+            quit(0);
+            return S_OK;
+    }
     Sleep(1000);
     return detect();
 }

@@ -112,14 +112,17 @@ bool isOwn(const std::wstring& folder) {
     return finalPath.starts_with(finalPathStart) && isOwnFolder(finalPath.substr(finalPathStart.size()), systemFolders);
 }
 
+/// Whether the recorded folder may be deleted; no folder may. A refusal is this step's failure.
+bool judgeFolder(const RepairRun& run, const std::wstring& installLocation) {
+    if (installLocation.empty() || isOwn(installLocation)) return true;
+    run.begin(RepairStep::deleteFolder);
+    PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"", installLocation);
+    return false;
+}
+
 bool takeFolderDown(const RepairRun& run, const std::wstring& installLocation) {
     if (installLocation.empty()) return true;
     run.begin(RepairStep::deleteFolder);
-    if (!isOwn(installLocation)) {
-        PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"",
-                installLocation);
-        return false;
-    }
     run.keepInstallFolder(installLocation);
     return deleteDirectoryTree(installLocation, fileTries, fileDelayMilliseconds);
 }
@@ -141,7 +144,7 @@ std::string getFileVersion(const std::wstring& path) {
     return versionText(uint64_t{fixed->dwFileVersionMS} << 32 | fixed->dwFileVersionLS);
 }
 
-bool cleanUpForRepair(const RepairRun& run) {
+RepairResult cleanUpForRepair(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const auto recorded = [&](const wchar_t* name) { return toText(product.getValue(name)); };
     const std::wstring installLocation = recorded(L"InstallLocation");
@@ -149,18 +152,21 @@ bool cleanUpForRepair(const RepairRun& run) {
     run.omitDesktopShortcut();
     const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
                                   recorded(L"OriginalUninstallString"), recorded(L"OriginalQuietUninstallString")};
-    // Ahead of the steps that can fail.
+    if (!judgeFolder(run, installLocation)) return RepairResult::failed;
+    if (run.isCancelled()) return RepairResult::cancelled;
+    // Before the steps that can fail.
     setUnavailable();
     restoreUninstallCommands(run.providerKey, earlier);
     terminateProcesses(clientProcesses);
-    if (!takeServiceDown(run) || !takeFolderDown(run, installLocation)) return false;
+    if (run.isCancelled()) return RepairResult::cancelled;
+    if (!takeServiceDown(run) || !takeFolderDown(run, installLocation)) return RepairResult::failed;
 
     restoreClientPath(olderClientKey);
     restoreClientPath(fenwickKey);
     restoreProtocols(earlier);
     for (const RegistryView view : {view32, view64}) purgeInstallInfo(view, run.providerKey);
     writeBundleVersion(run.providerKey, toWide(installerVersion));
-    return true;
+    return RepairResult::done;
 }
 
 }  // namespace pdx

@@ -13,9 +13,18 @@ enum class RepairStep : int32_t {
     deleteFolder = 51,
 };
 
+/// How a clean-up ended.
+enum class RepairResult {
+    done,
+    failed,     ///< the folder was refused, or the service or the folder stays
+    cancelled,  ///< nothing was deleted
+};
+
 /// What a clean-up asks of the run that it is part of.
 struct RepairRun {
     std::wstring providerKey;  ///< the running bundle's own key among the installed programs
+    /// Whether the user has cancelled. Asked before anything is changed, and again before the service step.
+    std::function<bool()> isCancelled;
     /// A step that can fail begins.
     std::function<void(RepairStep step)> begin;
     /// A repaired client gets no new desktop shortcut.
@@ -24,11 +33,16 @@ struct RepairRun {
     std::function<void(const std::wstring& folder)> keepInstallFolder;
 };
 
-/// Tells the repair's begin with the versions of the client's programs, then takes down its processes, its service, its
-/// folder, its protocols and all records of it. False if the service or the folder stays: then nothing behind that step
-/// was touched. A folder that cannot be the client's own (isOwnFolder) counts as one that stays. Needs raised rights;
-/// blocks the thread, for a locked file for 5 seconds. Steps that cannot fail the repair are only logged.
-bool cleanUpForRepair(const RepairRun& run);
+/// Sends the repair's begin with the versions of the client's programs, then removes its processes, its service, its
+/// folder, its protocols and all records of it. Needs elevated rights; blocks the thread, for a locked file for 5
+/// seconds. Steps that cannot fail the repair are only logged.
+///
+/// The recorded folder is judged first (isOwnFolder): a refused one fails the step deleteFolder with the machine as it
+/// was. If the service or the folder stays, nothing after that step was touched. A cancel that is heard before the first
+/// change leaves the machine as it was. One that is heard at the service step leaves the client whole, with its programs
+/// ended, its uninstall commands restored and marked unavailable, as a failed service step does. A later cancel is not
+/// heard: a client without its service or its files has to be installed again.
+RepairResult cleanUpForRepair(const RepairRun& run);
 
 /// The version of a program's file as "12.37.0.5294"; empty, and not logged, without one.
 std::string getFileVersion(const std::wstring& path);

@@ -34,12 +34,13 @@ class RepairCleanupTest : public testing::Test {
         RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", location);
         RepairRun run;
         run.providerKey = L"{none}";
+        run.isCancelled = [] { return false; };
         run.begin = [this](RepairStep step) {
             if (step == RepairStep::deleteFolder && atFolder) atFolder();
         };
         run.omitDesktopShortcut = [] {};
         run.keepInstallFolder = [this](const std::wstring& kept) { keptFolder = kept; };
-        return cleanUpForRepair(run);
+        return cleanUpForRepair(run) == RepairResult::done;
     }
 
     TestFolder folder;
