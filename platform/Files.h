@@ -1,4 +1,4 @@
-// Files: whether they are there, what they say of themselves, and taking a folder down.
+// Files: whether they are there, what they say of themselves, and trying again.
 #pragma once
 
 #include <cstdint>
@@ -17,11 +17,5 @@ std::wstring getFileDescription(const std::wstring& path);
 /// Calls the function until it returns true, `tries` times at most, and sleeps the delay after each false result.
 /// Returns whether it did; no tries gives false.
 bool retryUntil(const std::function<bool()>& function, int32_t tries, uint32_t delayMilliseconds);
-
-/// Deletes a folder and all that is in it, each file and folder with so many tries. True if it is gone, also if it was
-/// never there. The first entry that stays ends the walk and is logged at INFO as "Failed to remove file %ls:
-/// error=%08x" or "Failed to remove directory %ls: error=%08x"; what went before stays deleted. A link to another
-/// folder is removed, what it leads to is left alone.
-bool deleteDirectoryTree(const std::wstring& path, int32_t tries, uint32_t delayMilliseconds);
 
 }  // namespace pdx

@@ -6,9 +6,10 @@
 #include "platform/Errors.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
+#include "platform/OpenFiles.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
-#include "platform/rules/Numbers.h"
+#include "platform/Text.h"
 #include "state/rules/FinalPath.h"
 
 namespace pdx {
@@ -16,36 +17,48 @@ namespace {
 
 constexpr int32_t lockTries = 25;
 constexpr uint32_t lockDelayMilliseconds = 40;
-/// ERROR_REPARSE_POINT_ENCOUNTERED, which not every version of the platform's headers has.
-constexpr DWORD linkEncountered = 4395;
 
-std::wstring finalPathOfHandle(HANDLE file) {
-    std::wstring path(pathCapacity, L'\0');
-    for (int32_t call = 0; call < 2; ++call) {
-        // The length without the end mark if it fits, otherwise the size that it takes with it.
-        const DWORD length = GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()), 0);
-        const bool fits = length < path.size();
-        path.resize(length);
-        if (fits) return path;
-    }
-    return {};
+/// Deletes what stands at the place, if it lies there; the error otherwise. What cannot be deleted is left to the
+/// creation, which then fails.
+std::optional<DWORD> clearPlace(const std::wstring& path, const std::wstring& expected) {
+    const FileHandle earlier = openToDelete(path);
+    if (!earlier) return std::nullopt;
+    const std::wstring finalPath = finalPathOf(earlier.get());
+    const auto error = lockError(0, finalPath, equalsIgnoreCase(finalPath, expected));
+    if (!error) deleteByHandle(earlier.get());
+    return error;
+}
+
+/// Deletes the file that was created where it should not be. Its handle lacks the right, which would keep others from
+/// opening the file, so that it is opened again and compared.
+void takeBack(FileHandle created, const std::wstring& path) {
+    BY_HANDLE_FILE_INFORMATION made{};
+    BY_HANDLE_FILE_INFORMATION found{};
+    if (!GetFileInformationByHandle(created.get(), &made)) return;
+    created.reset();
+    const FileHandle again = openToDelete(path);
+    if (again && GetFileInformationByHandle(again.get(), &found) &&
+        found.dwVolumeSerialNumber == made.dwVolumeSerialNumber && found.nFileIndexHigh == made.nFileIndexHigh &&
+        found.nFileIndexLow == made.nFileIndexLow)
+        deleteByHandle(again.get());
 }
 
 /// No error if the file is open, is no link and lies at the expected place.
 std::optional<DWORD> openChecked(FileHandle& file, const std::wstring& path, DWORD access, DWORD share,
                                  DWORD disposition, const std::wstring& expected) {
-    if (disposition == CREATE_NEW) DeleteFileW(path.c_str());
+    if (disposition == CREATE_NEW) {
+        if (const auto error = clearPlace(path, expected)) return error;
+    }
     file.reset(CreateFileW(path.c_str(), access, share, nullptr, disposition,
                            FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     if (!file) return GetLastError();
     FILE_ATTRIBUTE_TAG_INFO attributes{};
     if (!GetFileInformationByHandleEx(file.get(), FileAttributeTagInfo, &attributes, sizeof attributes))
         return GetLastError();
-    if (attributes.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) return linkEncountered;
-    const std::wstring finalPath = finalPathOfHandle(file.get());
-    if (finalPath.empty()) return ERROR_PATH_NOT_FOUND;
-    if (!equalsIgnoreCase(finalPath, expected)) return ERROR_SUCCESS;
-    return std::nullopt;
+    const std::wstring finalPath = finalPathOf(file.get());
+    const auto error = lockError(attributes.FileAttributes, finalPath, equalsIgnoreCase(finalPath, expected));
+    if (error && disposition == CREATE_NEW) takeBack(std::move(file), finalPath.empty() ? path : finalPath);
+    return error;
 }
 
 }  // namespace
@@ -74,10 +87,8 @@ HANDLE LockFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path, 
 
 std::wstring GetFinalPath(const std::wstring& path) {
     if (path.empty()) return {};
-    const FileHandle file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT,
-                                      nullptr));
-    std::wstring finalPath = file ? finalPathOfHandle(file.get()) : std::wstring();
+    const FileHandle file = openEntry(path, 0, shareAll);
+    std::wstring finalPath = file ? finalPathOf(file.get()) : std::wstring();
     if (finalPath.empty()) {
         const DWORD error = GetLastError();
         PDX_LOG(logInfo, "GetFinalPath", "Failed to get final path for %ls; error=%08x", path, error);

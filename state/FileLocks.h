@@ -12,7 +12,8 @@ namespace pdx {
 
 /// Opens or creates a file, proves that no link was on the way to it, and puts its handle into the container, where it
 /// stays open until the container goes. finalPrefix is the final path of the folder that is trusted (GetFinalPath), or
-/// empty. With CREATE_NEW whatever stands there is deleted first.
+/// empty. With CREATE_NEW whatever stands there is deleted first, by handle and once it was proved to lie there; a file
+/// that comes into being elsewhere is deleted again.
 /// Tries 25 times, with 40 milliseconds after each failed try, each of which is logged at INFO as "Failed to lock file
 /// %ls: %s (%08x)" with the system's error: 4395 for a link, 3 if the final path cannot be told, 0 if it differs from
 /// the expected one. Success logs "Locked %ls". Returns the handle, which the container owns, or INVALID_HANDLE_VALUE.

@@ -1,12 +1,10 @@
 #include "state/RepairCleanup.h"
 
 #include <windows.h>
-// shlobj.h needs the types of windows.h.
-#include <shlobj.h>
 
 #include <vector>
 
-#include "platform/Files.h"
+#include "platform/FolderRemoval.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
@@ -18,9 +16,9 @@
 #include "platform/Services.h"
 #include "platform/Text.h"
 #include "platform/VersionInfo.h"
-#include "state/FileLocks.h"
 #include "state/InstallInfo.h"
 #include "state/ProductState.h"
+#include "state/ProtectedFolders.h"
 #include "state/rules/OwnFolder.h"
 #include "telemetry/TelemetryManager.h"
 
@@ -62,11 +60,9 @@ struct EarlierState {
 };
 
 void tellRepairStarted(const std::wstring& installLocation) {
-    const std::wstring programs = appendPath(installLocation, L"Palisade Desktop");
     nlohmann::json versions = nlohmann::json::object();
     for (const ProgramAttribute& program : toldPrograms)
-        versions[program.attribute] =
-            installLocation.empty() ? std::string() : getFileVersion(appendPath(programs, program.file));
+        versions[program.attribute] = getProgramVersion(installLocation, program.file);
     sendTelemetry(briskSender, "inst.repr.strt", std::move(versions), false);
 }
 
@@ -93,38 +89,38 @@ bool takeServiceDown(const RepairRun& run) {
 }
 
 /// By its spelling, and by where that leads: a short name or a drive that stands for a folder is still what it is.
-bool isOwn(const std::wstring& folder) {
-    std::vector<SystemFolder> systemFolders = {
-        {getKnownFolderPath(FOLDERID_Windows), allBelow},
-        {getKnownFolderPath(FOLDERID_UserProfiles), 1},
-        // A 32-bit process is told the folder of 32-bit programs for either.
-        {getEnvironmentText(L"ProgramW6432"), 0},
-    };
-    for (const KNOWNFOLDERID* id :
-         {&FOLDERID_ProgramFiles, &FOLDERID_ProgramFilesCommon, &FOLDERID_ProgramData, &FOLDERID_Desktop,
-          &FOLDERID_Documents, &FOLDERID_Downloads, &FOLDERID_Pictures, &FOLDERID_Music, &FOLDERID_Videos,
-          &FOLDERID_LocalAppData, &FOLDERID_RoamingAppData})
-        systemFolders.push_back({getKnownFolderPath(*id), 0});
-    if (!isOwnFolder(folder, systemFolders)) return false;
-    if (!fileExists(folder)) return true;
-    constexpr std::wstring_view finalPathStart = L"\\\\?\\";
-    const std::wstring finalPath = GetFinalPath(folder);
-    return finalPath.starts_with(finalPathStart) && isOwnFolder(finalPath.substr(finalPathStart.size()), systemFolders);
+bool isOwn(const std::wstring& location, const FoundFolder& folder) {
+    const std::vector<SystemFolder> systemFolders = protectedFolders();
+    if (!isOwnFolder(location, systemFolders)) return false;
+    if (!folder.exists) return true;
+    if (!folder.volumePath.empty())
+        return folder.isTrusted && isOwnVolumePath(folder.volumePath, byVolume(systemFolders));
+    PDX_LOG(logInfo, "performRepairCleanup",
+            "Without a final path the install folder is judged as it is spelt: \"%ls\"", location);
+    return true;
 }
 
 /// Whether the recorded folder may be deleted; no folder may. A refusal is this step's failure.
-bool judgeFolder(const RepairRun& run, const std::wstring& installLocation) {
-    if (installLocation.empty() || isOwn(installLocation)) return true;
+bool judgeFolder(const RepairRun& run, const std::wstring& location, const FoundFolder& folder) {
+    if (location.empty() || isOwn(location, folder)) return true;
     run.begin(RepairStep::deleteFolder);
-    PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"", installLocation);
+    PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"", location);
     return false;
 }
 
-bool takeFolderDown(const RepairRun& run, const std::wstring& installLocation) {
-    if (installLocation.empty()) return true;
+/// The folder that a process works in cannot be deleted, nor can one above it.
+void leaveCurrentFolder() {
+    wchar_t folder[MAX_PATH];
+    const UINT length = GetSystemDirectoryW(folder, MAX_PATH);
+    if (length > 0 && length < MAX_PATH) SetCurrentDirectoryW(folder);
+}
+
+bool takeFolderDown(const RepairRun& run, const std::wstring& location, const FoundFolder& folder) {
+    if (location.empty()) return true;
     run.begin(RepairStep::deleteFolder);
-    run.keepInstallFolder(installLocation);
-    return deleteDirectoryTree(installLocation, fileTries, fileDelayMilliseconds);
+    run.keepInstallFolder(location);
+    leaveCurrentFolder();
+    return deleteDirectoryTree(folder, fileTries, fileDelayMilliseconds);
 }
 
 /// Uneven on purpose: the package notes one earlier command for both of the older client's protocols, its own goes
@@ -144,6 +140,13 @@ std::string getFileVersion(const std::wstring& path) {
     return versionText(uint64_t{fixed->dwFileVersionMS} << 32 | fixed->dwFileVersionLS);
 }
 
+std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file) {
+    // What is too long to be joined is empty, and joining to that would give a relative path.
+    std::wstring path = installLocation.empty() ? std::wstring() : appendPath(installLocation, L"Palisade Desktop");
+    if (!path.empty()) path = appendPath(path, file);
+    return path.empty() ? std::string() : getFileVersion(path);
+}
+
 RepairResult cleanUpForRepair(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const auto recorded = [&](const wchar_t* name) { return toText(product.getValue(name)); };
@@ -152,14 +155,15 @@ RepairResult cleanUpForRepair(const RepairRun& run) {
     run.omitDesktopShortcut();
     const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
                                   recorded(L"OriginalUninstallString"), recorded(L"OriginalQuietUninstallString")};
-    if (!judgeFolder(run, installLocation)) return RepairResult::failed;
+    const FoundFolder folder = findFolder(installLocation);
+    if (!judgeFolder(run, installLocation, folder)) return RepairResult::failed;
     if (run.isCancelled()) return RepairResult::cancelled;
     // Before the steps that can fail.
     setUnavailable();
     restoreUninstallCommands(run.providerKey, earlier);
     terminateProcesses(clientProcesses);
     if (run.isCancelled()) return RepairResult::cancelled;
-    if (!takeServiceDown(run) || !takeFolderDown(run, installLocation)) return RepairResult::failed;
+    if (!takeServiceDown(run) || !takeFolderDown(run, installLocation, folder)) return RepairResult::failed;
 
     restoreClientPath(olderClientKey);
     restoreClientPath(fenwickKey);

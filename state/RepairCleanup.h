@@ -37,14 +37,18 @@ struct RepairRun {
 /// folder, its protocols and all records of it. Needs elevated rights; blocks the thread, for a locked file for 5
 /// seconds. Steps that cannot fail the repair are only logged.
 ///
-/// The recorded folder is judged first (isOwnFolder): a refused one fails the step deleteFolder with the machine as it
-/// was. If the service or the folder stays, nothing after that step was touched. A cancel that is heard before the first
-/// change leaves the machine as it was. One that is heard at the service step leaves the client whole, with its programs
+/// The recorded folder is judged first (isOwnFolder, FoundFolder): a refused one fails the step deleteFolder with the
+/// machine as it was. One that is a link is emptied and stays, so that the new install lands where the user put it. If
+/// the service or the folder stays, nothing after that step was touched. A cancel that is heard before the first change
+/// leaves the machine as it was. One that is heard at the service step leaves the client whole, with its programs
 /// ended, its uninstall commands restored and marked unavailable, as a failed service step does. A later cancel is not
 /// heard: a client without its service or its files has to be installed again.
 RepairResult cleanUpForRepair(const RepairRun& run);
 
 /// The version of a program's file as "12.37.0.5294"; empty, and not logged, without one.
 std::string getFileVersion(const std::wstring& path);
+/// The same for a program of the client that is installed at a location; empty for the empty location, and for one that
+/// is too long for the system's paths.
+std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file);
 
 }  // namespace pdx

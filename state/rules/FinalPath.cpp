@@ -41,6 +41,14 @@ ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_vie
     return {std::wstring(finalPathStart) + expected, ExpectedPathProblem::none};
 }
 
+std::optional<uint32_t> lockError(uint32_t attributes, std::wstring_view finalPath, bool isExpectedPath) {
+    constexpr uint32_t reparsePoint = 0x400;
+    if (attributes & reparsePoint) return 4395;
+    if (finalPath.empty()) return 3;
+    if (!isExpectedPath) return 0;
+    return std::nullopt;
+}
+
 std::wstring withoutSessionFolder(std::wstring tempPath, uint32_t sessionId) {
     const std::wstring folder = L'\\' + std::to_wstring(sessionId) + L'\\';
     if (tempPath.ends_with(folder)) tempPath.resize(tempPath.size() - folder.size() + 1);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,10 @@ struct PathSystem {
 /// "\" and "/", until what was walked has exactly that final path, and what is left is joined on as it is spelt. With
 /// an empty prefix no folder is trusted and nothing is looked up: the path itself behind "\\?\".
 ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system);
+
+/// The system's error for a file that is open but may not be locked: 4395 (ERROR_REPARSE_POINT_ENCOUNTERED) for a link,
+/// 3 (ERROR_PATH_NOT_FOUND) without a final path, 0 for another place than the expected one. None for one that may.
+std::optional<uint32_t> lockError(uint32_t attributes, std::wstring_view finalPath, bool isExpectedPath);
 
 /// A temporary folder without the folder of the terminal session at its end, which only that session has:
 /// "C:\Temp\2\" in session 2 becomes "C:\Temp\".

@@ -13,10 +13,9 @@ using Parts = std::vector<std::wstring>;
 bool isSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
 bool leadsElsewhere(const std::wstring& part) { return part.find_first_not_of(L'.') == std::wstring::npos; }
 
-/// The parts of a full path in lower case, its drive the first; none if it is no full path.
+/// The parts of a path in lower case, without empty ones.
 Parts partsOf(std::wstring_view path) {
     Parts parts;
-    if (path.size() < 3 || path[1] != L':' || !isSeparator(path[2])) return parts;
     while (!path.empty()) {
         const auto end = std::ranges::find_if(path, isSeparator);
         std::wstring part(path.begin(), end);
@@ -41,12 +40,24 @@ bool isOf(const Parts& folder, const SystemFolder& systemFolder) {
            (startsWith(folder, parts) && folder.size() - parts.size() <= systemFolder.depth);
 }
 
+bool isOwn(const Parts& folder, size_t volumeParts, std::span<const SystemFolder> systemFolders) {
+    return folder.size() > volumeParts && std::ranges::none_of(folder, leadsElsewhere) &&
+           std::ranges::none_of(systemFolders, [&](const SystemFolder& system) { return isOf(folder, system); });
+}
+
 }  // namespace
 
 bool isOwnFolder(std::wstring_view folder, std::span<const SystemFolder> systemFolders) {
-    const Parts own = partsOf(folder);
-    if (own.size() < 2 || std::ranges::any_of(own, leadsElsewhere)) return false;
-    return std::ranges::none_of(systemFolders, [&](const SystemFolder& system) { return isOf(own, system); });
+    const bool isFull = folder.size() >= 3 && folder[1] == L':' && isSeparator(folder[2]);
+    return isFull && isOwn(partsOf(folder), 1, systemFolders);
+}
+
+bool isOwnVolumePath(std::wstring_view path, std::span<const SystemFolder> systemFolders) {
+    const Parts parts = partsOf(path);
+    // The path of a volume itself has a separator at its end, however many parts name the volume. All network folders
+    // are of one device.
+    return parts.size() > 2 && path.front() == L'\\' && path.back() != L'\\' && parts[0] == L"device" &&
+           parts[1] != L"mup" && isOwn(parts, 2, systemFolders);
 }
 
 }  // namespace pdx

@@ -16,9 +16,12 @@ struct SystemFolder {
 inline constexpr size_t allBelow = SIZE_MAX;
 
 /// Whether a folder can be a client's own: a full path below a drive, with no part that leads elsewhere ("..", "."),
-/// and none of the system's folders. A damaged record must not take a player's drive down. Compares ASCII letters
-/// without regard to case.
+/// and none of the system's folders. A damaged record must not delete a player's drive. Compares ASCII letters without
+/// regard to case.
 bool isOwnFolder(std::wstring_view folder, std::span<const SystemFolder> systemFolders);
+/// The same by final paths in the form VOLUME_NAME_NT ("\Device\HarddiskVolume1\Games"), which volumes without a
+/// drive letter have too. A folder of the network is nobody's own.
+bool isOwnVolumePath(std::wstring_view path, std::span<const SystemFolder> systemFolders);
 
 /// "{0B5A…}": whether a text can name the bundle's entry among the installed programs. The empty one would mean all of
 /// them, and one with a separator something else.

@@ -79,6 +79,19 @@ TEST_F(LockFileTest, MakesAFileAnewWhateverStoodThere) {
     EXPECT_THAT(locked, SizeIs(2));
 }
 
+TEST_F(LockFileTest, DeletesAndLeavesNothingBehindALink) {
+    const std::wstring kept = folder.addFile(L"target\\earlier.log", "somebody's");
+    const Link link(folder.path(), L"link", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    ASSERT_TRUE(link);
+    for (const wchar_t* name : {L"link\\earlier.log", L"link\\fresh.log"}) {
+        EXPECT_EQ(lock(folder.path(name), CREATE_NEW, FILE_SHARE_READ | FILE_SHARE_WRITE, GENERIC_WRITE),
+                  INVALID_HANDLE_VALUE);
+        expectTries(folder.path(name), "00000000");
+    }
+    EXPECT_EQ(readFile(kept), "somebody's");
+    EXPECT_FALSE(std::filesystem::exists(folder.path(L"target\\fresh.log")));
+}
+
 TEST_F(LockFileTest, TakesTheTrustedFolderInItsShortForm) {
     const std::wstring path = folder.addFile(L"A long folder name\\some file.log");
     const std::wstring shortFolder = getShortPathName(folder.path(L"A long folder name"));

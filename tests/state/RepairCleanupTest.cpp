@@ -1,9 +1,12 @@
 #include "state/RepairCleanup.h"
 
 #include <gtest/gtest.h>
+// shlobj.h needs the types of windows.h.
+#include <shlobj.h>
 
 #include <algorithm>
 #include <thread>
+#include <vector>
 
 #include "platform/Paths.h"
 #include "platform/Registry.h"
@@ -15,6 +18,18 @@
 
 namespace pdx {
 namespace {
+
+/// Goes back to the folder that the process worked in.
+class CurrentFolder {
+  public:
+    CurrentFolder() { GetCurrentDirectoryW(MAX_PATH, before); }
+    ~CurrentFolder() { SetCurrentDirectoryW(before); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+  private:
+    wchar_t before[MAX_PATH];
+};
 
 /// A client that is recorded at a location, and a clean-up of it.
 class RepairCleanupTest : public testing::Test {
@@ -30,21 +45,30 @@ class RepairCleanupTest : public testing::Test {
         return static_cast<bool>(RegistryKey::localMachine(view64).openSubKey(productKey, false));
     }
 
-    bool cleanUp(const std::wstring& location) {
+    static RegistryValue unavailable(RegistryView view) {
+        return RegistryKey::localMachine(view).getSubKeyValue(productKey, L"IsUnavailable");
+    }
+
+    RepairResult cleanUp(const std::wstring& location) {
         RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", location);
+        steps.clear();
+        int asked = 0;
         RepairRun run;
         run.providerKey = L"{none}";
-        run.isCancelled = [] { return false; };
+        run.isCancelled = [&] { return ++asked == cancelledAt; };
         run.begin = [this](RepairStep step) {
+            steps.push_back(step);
             if (step == RepairStep::deleteFolder && atFolder) atFolder();
         };
         run.omitDesktopShortcut = [] {};
         run.keepInstallFolder = [this](const std::wstring& kept) { keptFolder = kept; };
-        return cleanUpForRepair(run) == RepairResult::done;
+        return cleanUpForRepair(run);
     }
 
     TestFolder folder;
-    std::function<void()> atFolder;  ///< comes when processes and service are down and the folder's turn is near
+    std::function<void()> atFolder;  ///< comes when processes and service are gone and the folder is next
+    int cancelledAt = 0;             ///< which of the questions for a cancel is answered with yes
+    std::vector<RepairStep> steps;
     std::wstring keptFolder;
 };
 
@@ -66,14 +90,13 @@ TEST_F(RepairCleanupTest, DeletesTheRecordedFolderIfItCanBeTheClientsOwn) {
         {client.substr(0, 3), false, false},
         {getProfilePath() + L"\\ ", false, false},
     };
-    wchar_t before[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, before);
-    ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
+    const CurrentFolder before;
     for (const Row& row : rows) {
+        ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
         folder.addFile(L"client\\Palisade Desktop\\file.txt");
         keptFolder.clear();
         const CapturedLog log;
-        EXPECT_EQ(cleanUp(row.location), row.ends) << row.location;
+        EXPECT_EQ(cleanUp(row.location), row.ends ? RepairResult::done : RepairResult::failed) << row.location;
         EXPECT_NE(std::filesystem::exists(client), row.folderGoes) << row.location;
         // What follows the folder comes after it alone, and the next install gets it.
         EXPECT_NE(isRecorded(), row.ends) << row.location;
@@ -82,10 +105,131 @@ TEST_F(RepairCleanupTest, DeletesTheRecordedFolderIfItCanBeTheClientsOwn) {
         const auto lines = log.take();
         EXPECT_EQ(std::ranges::count(lines, LogEntry{logError, "performRepairCleanup", refusal}), row.ends ? 0 : 1);
     }
-    SetCurrentDirectoryW(before);
 }
 
-TEST_F(RepairCleanupTest, WaitsForWhatIsStartedBehindItsBack) {
+TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
+    const std::wstring programs = L"C:\\Program Files";
+    std::vector<std::wstring> refused = {
+        getKnownFolderPath(FOLDERID_Windows) + L"\\deep\\er",
+        getKnownFolderPath(FOLDERID_UserProfiles),
+        getKnownFolderPath(FOLDERID_UserProfiles) + L"\\anybody",
+        getKnownFolderPath(FOLDERID_Public) + L"\\Documents",
+        programs,
+        programs + L"\\Common Files",
+        programs + L" (x86)",
+        programs + L" (x86)\\Common Files",
+        getKnownFolderPath(FOLDERID_ProgramData),
+        getKnownFolderPath(FOLDERID_ProgramData) + L"\\Package Cache\\{id}\\v1",
+        getShortPathName(programs),
+        getProfilePath() + L"\\Favorites",
+    };
+    // Somebody else's profile, which need not be where most are.
+    const ScopedVariable base(L"PDXTEST_PROFILES", folder.path());
+    constexpr wchar_t account[] = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList\\S-1-5-21-1-2-3-1001";
+    constexpr wchar_t profile[] = L"%PDXTEST_PROFILES%\\player";
+    RegistryKey machine = RegistryKey::localMachine(view64);
+    RegSetValueExW(machine.createSubKey(account, true).get(), L"ProfileImagePath", 0, REG_EXPAND_SZ,
+                   reinterpret_cast<const BYTE*>(profile), sizeof profile);
+    refused.push_back(folder.path());
+    for (const wchar_t* name :
+         {L"", L"\\3D Objects", L"\\AppData", L"\\AppData\\Local", L"\\AppData\\LocalLow", L"\\AppData\\Roaming",
+          L"\\AppData\\Local\\Programs", L"\\Contacts", L"\\Desktop", L"\\Documents", L"\\Downloads", L"\\Favorites",
+          L"\\Links", L"\\Music", L"\\OneDrive", L"\\Pictures", L"\\Saved Games", L"\\Searches", L"\\Videos"})
+        refused.push_back(folder.path(L"player") + name);
+    const auto expectRefused = [this](const std::wstring& location) {
+        EXPECT_EQ(cleanUp(location), RepairResult::failed) << location;
+        EXPECT_EQ(steps, std::vector{RepairStep::deleteFolder}) << location;
+        EXPECT_EQ(keptFolder, L"") << location;
+        for (const RegistryView view : {view32, view64}) EXPECT_EQ(unavailable(view), RegistryValue()) << location;
+    };
+    for (const std::wstring& location : refused) expectRefused(location);
+    EXPECT_EQ(cleanUp(folder.path(L"player\\Games")), RepairResult::done);
+    EXPECT_EQ(cleanUp(folder.path(L"player\\AppData\\Local\\Palisade")), RepairResult::done);
+    machine.deleteTree(account);
+    forget();
+
+    // This account's folders, each moved elsewhere.
+    RegistryKey moves = RegistryKey::currentUser(view64).createSubKey(
+        L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", true);
+    for (const wchar_t* name : {L"Desktop", L"Personal", L"{374DE290-123F-4565-9164-39C4925E467B}", L"My Pictures",
+                                L"My Music", L"My Video", L"Local AppData", L"AppData"}) {
+        moves.setValue(name, folder.path(L"moved"));
+        expectRefused(folder.path(L"moved"));
+        moves.deleteValue(name);
+    }
+}
+
+TEST_F(RepairCleanupTest, StopsAtACancelAheadOfTheServiceStep) {
+    const std::wstring file = folder.addFile(L"client\\file.txt");
+    for (const auto& [question, mark] : {std::pair(1, RegistryValue()), {2, RegistryValue(1u)}}) {
+        cancelledAt = question;
+        EXPECT_EQ(cleanUp(folder.path(L"client")), RepairResult::cancelled);
+        EXPECT_TRUE(steps.empty() && isRecorded() && std::filesystem::exists(file)) << question;
+        for (const RegistryView view : {view32, view64}) EXPECT_EQ(unavailable(view), mark) << question;
+    }
+}
+
+TEST_F(RepairCleanupTest, EndsEveryProgramOfTheClient) {
+    constexpr const wchar_t* names[] = {L"GateLink.exe",
+                                        L"PalisadeConnect_microsoft.exe",
+                                        L"PalisadeCrashReporter.exe",
+                                        L"PalisadeDesktop.exe",
+                                        L"PalisadeDestager.exe",
+                                        L"PalisadeErrorReporter.exe",
+                                        L"PalisadeGlue.exe",
+                                        L"PalisadeLauncher.exe",
+                                        L"PalisadeLaunchHelper.exe",
+                                        L"PalisadeLocalHostSvc.exe",
+                                        L"PalisadeSteamProxy.exe",
+                                        L"PalisadeUninstall.exe"};
+    const auto start = [this](const wchar_t* name) {
+        std::filesystem::copy_file(probePath(), folder.path(name));
+        return startProbe(L"wait", folder.path(name));
+    };
+    std::vector<Handle> programs;
+    for (const wchar_t* name : names) programs.push_back(start(name));
+    const Handle other = start(L"Palisade.exe");
+    EXPECT_EQ(cleanUp(L""), RepairResult::done);
+    for (size_t index = 0; index < programs.size(); ++index)
+        EXPECT_EQ(WaitForSingleObject(programs[index].get(), 0), WAIT_OBJECT_0) << names[index];
+    EXPECT_EQ(WaitForSingleObject(other.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+    for (const Handle& program : programs) TerminateProcess(program.get(), 0);
+    TerminateProcess(other.get(), 0);
+    waitFor(other);
+}
+
+TEST_F(RepairCleanupTest, LeavesAnUnnotedLinkAndWritesItsOwnVersion) {
+    RegistryKey classes = RegistryKey::classesRoot(view64);
+    constexpr wchar_t command[] = L"gatelink\\shell\\open\\command";
+    for (const wchar_t* key : {command, L"palisadeconnect.microsoft\\shell\\open\\command"})
+        classes.setSubKeyValue(key, L"", L"somebody's");
+    const std::wstring entry = uninstallKey + std::wstring(L"\\{none}");
+    RegistryKey machine = RegistryKey::localMachine(view32);
+    machine.setSubKeyValue(entry, L"BundleVersion", L"1.2.3.4");
+    EXPECT_EQ(cleanUp(L""), RepairResult::done);
+    EXPECT_EQ(classes.getSubKeyValue(command, L""), RegistryValue(L"somebody's"));
+    EXPECT_FALSE(classes.openSubKey(L"palisadeconnect.microsoft", false));
+    EXPECT_EQ(machine.getSubKeyValue(entry, L"BundleVersion"), RegistryValue(L"12.37.0.5294"));
+    classes.deleteTree(L"gatelink");
+    machine.deleteTree(entry);
+}
+
+TEST_F(RepairCleanupTest, AsksNoRelativePathForAVersion) {
+    std::filesystem::create_directories(folder.path(L"Palisade Desktop"));
+    for (const wchar_t* place : {L"probe.exe", L"Palisade Desktop\\probe.exe"})
+        std::filesystem::copy_file(probePath(), folder.path(place));
+    const CurrentFolder before;
+    ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
+    EXPECT_NE(getFileVersion(L"probe.exe"), "");
+    EXPECT_EQ(getProgramVersion(folder.path(), L"probe.exe"), getFileVersion(L"probe.exe"));
+    // The second has room for the folder of programs alone.
+    for (const size_t length : {size_t{250}, size_t{241}, size_t{0}}) {
+        const std::wstring location = length == 0 ? L"" : L"C:\\" + std::wstring(length - 3, L'x');
+        EXPECT_EQ(getProgramVersion(location, L"probe.exe"), "") << length;
+    }
+}
+
+TEST_F(RepairCleanupTest, WaitsForWhatIsStartedMeanwhileAndLeavesTheFolderItself) {
     const std::wstring program = folder.path(L"client\\PalisadeDesktop.exe");
     std::filesystem::create_directories(folder.path(L"client"));
     std::filesystem::copy_file(probePath(), program);
@@ -97,7 +241,9 @@ TEST_F(RepairCleanupTest, WaitsForWhatIsStartedBehindItsBack) {
             TerminateProcess(process.get(), 0);
         });
     };
-    EXPECT_TRUE(cleanUp(folder.path(L"client")));
+    const CurrentFolder before;
+    ASSERT_TRUE(SetCurrentDirectoryW(folder.path(L"client").c_str()));
+    EXPECT_EQ(cleanUp(folder.path(L"client")), RepairResult::done);
     ender.join();
     EXPECT_FALSE(std::filesystem::exists(folder.path(L"client")));
 }

@@ -104,6 +104,14 @@ TEST(ExpectedFinalPath, GivesUpWhenAComponentCannotBeJoined) {
     }
 }
 
+TEST(LockError, RefusesALinkAndEveryOtherPlace) {
+    const std::wstring path = L"\\\\?\\C:\\Temp\\a.log";
+    EXPECT_EQ(lockError(0x20, path, true), std::nullopt);
+    EXPECT_EQ(lockError(0x420, path, true), 4395u);
+    EXPECT_EQ(lockError(0x20, L"", false), 3u);
+    EXPECT_EQ(lockError(0x20, path, false), 0u);
+}
+
 TEST(WithoutSessionFolder, CutsThatOfThisSessionAlone) {
     const std::tuple<const wchar_t*, uint32_t, const wchar_t*> rows[] = {
         {L"C:\\Temp\\2\\", 2, L"C:\\Temp\\"},      {L"C:\\Temp\\12\\", 2, L"C:\\Temp\\12\\"},

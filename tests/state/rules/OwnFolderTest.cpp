@@ -6,8 +6,8 @@ namespace pdx {
 namespace {
 
 TEST(OwnFolder, IsAFullPathBelowADriveAndNoneOfTheSystems) {
-    const SystemFolder system[] = {
-        {L"C:\\Windows", allBelow}, {L"C:\\Program Files", 0}, {L"C:\\Users", 1}, {L"C:\\Users\\ann\\Desktop", 0}, {L"", 0}};
+    const SystemFolder system[] = {{L"C:\\Windows", allBelow},      {L"C:\\Program Files", 0}, {L"C:\\Users", 1},
+                                   {L"C:\\Users\\ann\\Desktop", 0}, {L"E:\\Data\\Music", 0},   {L"", 0}};
     const struct {
         const wchar_t* folder;
         bool own;
@@ -17,6 +17,8 @@ TEST(OwnFolder, IsAFullPathBelowADriveAndNoneOfTheSystems) {
         {L"D:\\Palisade", true},
         {L"C:\\Users\\ann\\Games", true},
         {L"C:\\Windows2", true},
+        {L"E:\\Data", false},
+        {L"\\Device\\HarddiskVolume1\\Palisade", false},
         {L"", false},
         {L"C:", false},
         {L"C:\\", false},
@@ -35,6 +37,32 @@ TEST(OwnFolder, IsAFullPathBelowADriveAndNoneOfTheSystems) {
         {L"C:\\Users\\ann\\Desktop", false},
     };
     for (const auto& row : rows) EXPECT_EQ(isOwnFolder(row.folder, system), row.own) << row.folder;
+}
+
+TEST(OwnVolumePath, LiesBelowAVolumeThatNeedsNoLetter) {
+    const SystemFolder system[] = {{L"\\Device\\HarddiskVolume1\\Windows", allBelow}, {L"", 0}};
+    const struct {
+        const wchar_t* path;
+        bool own;
+    } rows[] = {
+        {L"\\Device\\RamDisk0\\Palisade", true},
+        {L"\\Device\\HarddiskVolume2\\Windows", true},
+        {L"\\Device\\HarddiskVolume1\\WINDOWS\\System32", false},
+        {L"\\Device\\HarddiskVolume1\\", false},
+        {L"\\Device\\HarddiskVolume1", false},
+        {L"\\Device\\Nested\\Volume\\", false},
+        {L"\\Device\\Mup\\server\\share\\Palisade", false},
+        {L"\\Other\\HarddiskVolume1\\Palisade", false},
+        {L"Device\\HarddiskVolume1\\Palisade", false},
+        {L"C:\\Games\\Palisade", false},
+        {L"", false},
+    };
+    for (const auto& row : rows) EXPECT_EQ(isOwnVolumePath(row.path, system), row.own) << row.path;
+}
+
+TEST(EntryName, IsOneKeyBelowThatOfTheInstalledPrograms) {
+    EXPECT_TRUE(isEntryName(L"{0B5A0000-0000-0000-0000-000000000000}"));
+    for (const wchar_t* name : {L"", L"\\", L"{0B5A}\\Sub", L"..\\Run"}) EXPECT_FALSE(isEntryName(name)) << name;
 }
 
 }  // namespace

@@ -1,0 +1,30 @@
+// Files and folders by their handles: where an open one lies, and deleting it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/Handles.h"
+
+namespace pdx {
+
+/// ERROR_REPARSE_POINT_ENCOUNTERED, which not every version of the platform's headers has.
+inline constexpr DWORD linkEncountered = 4395;
+inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+/// Opens what is there: a file, a folder, or a link itself. None on failure, with the last error.
+FileHandle openEntry(const std::wstring& path, DWORD access, DWORD share);
+/// The same with the rights that deleteByHandle needs, shared with everybody.
+FileHandle openToDelete(const std::wstring& path);
+
+/// Where an open file or folder lies. The form is VOLUME_NAME_DOS ("\\?\C:\Games") or VOLUME_NAME_NT
+/// ("\Device\HarddiskVolume1\Games"), which volumes without a drive letter have too. Empty on failure, with the last
+/// error. Wine gives none of more than 260 characters.
+std::wstring finalPathOf(HANDLE file, DWORD form = VOLUME_NAME_DOS);
+
+/// Deletes a file, an empty folder or a link itself, read-only or not; where others hold it open, on some systems only
+/// once they let go. False on failure, with the last error.
+bool deleteByHandle(HANDLE entry);
+
+}  // namespace pdx

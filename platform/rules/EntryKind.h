@@ -1,0 +1,32 @@
+// What an entry of a folder is once it is open with no link followed, and so what deleting it means.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace pdx {
+
+enum class EntryKind {
+    elsewhere,  ///< a link was on the way to it: it is not what the path names, and is left alone
+    link,       ///< leads to something else: goes by itself, and what it leads to stays
+    folder,     ///< goes once it is empty
+    file,
+};
+
+/// Whether a reparse tag stands for another name, as those of junctions and symbolic links do. Other tags mark files
+/// whose content lies in a cloud or is compressed. Wine gives a link of the system below it no tag, so 0 counts too.
+constexpr bool isLinkTag(uint32_t reparseTag) { return reparseTag == 0 || (reparseTag & 0x20000000) != 0; }
+
+/// The attributes and the tag are those of the open entry (FileAttributeTagInfo). Its final path is compared exactly
+/// with that of the trusted folder and the names below it as that folder lists them. Both are empty on a volume that
+/// gives no final paths; then the tag alone decides.
+constexpr EntryKind judgeEntry(uint32_t attributes, uint32_t reparseTag, std::wstring_view finalPath,
+                               std::wstring_view expectedPath) {
+    constexpr uint32_t directory = 0x10;
+    constexpr uint32_t reparsePoint = 0x400;
+    if (finalPath != expectedPath) return EntryKind::elsewhere;
+    if ((attributes & reparsePoint) && isLinkTag(reparseTag)) return EntryKind::link;
+    return attributes & directory ? EntryKind::folder : EntryKind::file;
+}
+
+}  // namespace pdx

@@ -1,0 +1,139 @@
+#include "platform/FolderRemoval.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sddl.h>
+
+#include "platform/Files.h"
+#include "platform/Handles.h"
+#include "tests/platform/CapturedLog.h"
+#include "tests/platform/Link.h"
+#include "tests/platform/TestFolder.h"
+
+namespace pdx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FolderRemovalTest : public testing::Test {
+  protected:
+    bool remove(const std::wstring& path, int32_t tries = 1) { return deleteDirectoryTree(findFolder(path), tries, 1); }
+    static LogEntry stays(const char* kind, const std::wstring& path, const char* error) {
+        return {logInfo, "deleteDirectoryTree",
+                std::string("Failed to remove ") + kind + " " + toUtf8(path) + ": error=" + error};
+    }
+
+    TestFolder folder;
+    CapturedLog log;
+};
+
+TEST_F(FolderRemovalTest, DeletesATreeWithAllThatIsInIt) {
+    for (const wchar_t* separator : {L"", L"\\", L"/"}) {
+        folder.addFile(L"tree\\a.txt");
+        folder.addFile(L"tree\\ü\\.hidden");
+        folder.addFile(L"tree\\ü\\deep\\er\\noextension");
+        std::filesystem::create_directories(folder.path(L"tree\\empty"));
+        SetFileAttributesW(folder.path(L"tree\\a.txt").c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+        for (const wchar_t* fixed : {L"tree\\ü\\.hidden", L"tree\\empty"})
+            ASSERT_TRUE(SetFileAttributesW(folder.path(fixed).c_str(), FILE_ATTRIBUTE_READONLY));
+        EXPECT_TRUE(remove(folder.path(L"tree") + separator));
+        EXPECT_FALSE(fileExists(folder.path(L"tree")));
+    }
+    EXPECT_TRUE(remove(folder.path(L"missing\\deeper"))) << "what is not there is deleted";
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(FolderRemovalTest, TheEmptyPathIsNotTheCurrentFolder) {
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    const std::wstring kept = folder.addFile(L"kept");
+    ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
+    EXPECT_TRUE(remove(L""));
+    SetCurrentDirectoryW(before);
+    EXPECT_TRUE(fileExists(kept));
+}
+
+TEST_F(FolderRemovalTest, EmptiesWhatALinkLeadsToAndKeepsTheLink) {
+    folder.addFile(L"target\\sub\\a.txt");
+    const Link link(folder.path(), L"link", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    ASSERT_TRUE(link);
+    const FoundFolder found = findFolder(folder.path(L"link"));
+    EXPECT_TRUE(found.isLink && found.isTrusted);
+    EXPECT_EQ(found.volumePath, volumePathOf(folder.path(L"target")));
+    EXPECT_TRUE(deleteDirectoryTree(found, 1, 0));
+    EXPECT_TRUE(link);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path(L"target")));
+}
+
+TEST_F(FolderRemovalTest, LeavesAloneWhatALinkInsideLeadsTo) {
+    const std::wstring kept = folder.addFile(L"target\\kept");
+    std::filesystem::create_directories(folder.path(L"tree"));
+    const Link link(folder.path(L"tree"), L"link", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    ASSERT_TRUE(link);
+    // Wine cannot remove a link of the system below it, and so the walk ends there.
+    remove(folder.path(L"tree"));
+    EXPECT_EQ(readFile(kept), "x");
+}
+
+TEST_F(FolderRemovalTest, DeletesOnlyTheFolderThatWasFound) {
+    std::filesystem::create_directories(folder.path(L"tree"));
+    const std::wstring kept = folder.addFile(L"target\\kept");
+    const FoundFolder found = findFolder(folder.path(L"tree"));
+    std::filesystem::remove(folder.path(L"tree"));
+    const Link link(folder.path(), L"tree", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    ASSERT_TRUE(link);
+    EXPECT_FALSE(deleteDirectoryTree(found, 1, 0));
+    EXPECT_EQ(readFile(kept), "x");
+    EXPECT_THAT(log.take(), ElementsAre(stays("directory", folder.path(L"tree"), "0000112b")));
+}
+
+TEST_F(FolderRemovalTest, TrustsAFolderByItsShortName) {
+    std::filesystem::create_directories(folder.path(L"A long folder name"));
+    const std::wstring shortPath = getShortPathName(folder.path(L"A long folder name"));
+    ASSERT_NE(shortPath, folder.path(L"A long folder name"));
+    const FoundFolder found = findFolder(shortPath);
+    EXPECT_TRUE(found.isTrusted && !found.isLink);
+    EXPECT_EQ(found.path, L"\\\\?\\" + folder.path(L"A long folder name"));
+}
+
+TEST_F(FolderRemovalTest, StopsAtWhatStays) {
+    folder.addFile(L"tree\\sub\\file.txt");
+    for (const auto& [kind, name] : {std::pair("file", L"tree\\sub\\file.txt"), {"directory", L"tree\\sub"}}) {
+        const std::wstring stuck = folder.path(name);
+        const FileHandle open(CreateFileW(stuck.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                          OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        ASSERT_TRUE(open);
+        EXPECT_FALSE(remove(folder.path(L"tree"), 2));
+        EXPECT_THAT(log.take(), ElementsAre(stays(kind, stuck, "00000020")));
+    }
+    EXPECT_FALSE(fileExists(folder.path(L"tree\\sub\\file.txt"))) << "what went before stays deleted";
+}
+
+TEST(MayFollow, ALinkOfTheSystemOrOfWhoOwnsItsTarget) {
+    const auto owner = [](const wchar_t* text) {
+        UniqueHandle<LocalMemoryTraits<void>> sid;
+        if (*text) ConvertStringSidToSidW(text, sid.put());
+        return sid;
+    };
+    constexpr const wchar_t* system = L"S-1-5-18";
+    constexpr const wchar_t* administrators = L"S-1-5-32-544";
+    constexpr const wchar_t* everybody = L"S-1-1-0";
+    constexpr const wchar_t* ann = L"S-1-5-21-1-2-3-1001";
+    constexpr const wchar_t* bob = L"S-1-5-21-1-2-3-1002";
+    const struct {
+        const wchar_t* link;
+        const wchar_t* target;
+        bool follows;
+    } rows[] = {
+        {system, bob, true},          {administrators, L"", true}, {ann, ann, true},
+        {ann, everybody, true},       {ann, bob, false},           {ann, system, false},
+        {ann, administrators, false}, {ann, L"", false},           {everybody, bob, false},
+        {L"", everybody, false},      {L"", L"", false},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(mayFollow(owner(row.link).get(), owner(row.target).get()), row.follows) << row.link << row.target;
+}
+
+}  // namespace
+}  // namespace pdx
