@@ -226,8 +226,10 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     bool takeInstallerMutex();
     void releaseInstallerMutex();
     StartupFacts startupFacts(bool installed, bool fromDisc) const;
-    /// The disc's parameters are those of the client, for a start from a disc.
-    void takeStartupStep(StartupStep step, const std::wstring& discParameters);
+    /// The disc's parameters are those of the client, for a start from a disc. Returns the start's result.
+    HRESULT takeStartupStep(StartupStep step, const std::wstring& discParameters);
+    /// Asks the engine to detect. A refusal is the start's result, on an install as after a clean-up: the engine ends
+    /// the run with it at once, and its exit code names the failure.
     HRESULT detect();
 
     // The roads that need raised rights, and those that end in the client.

@@ -60,8 +60,7 @@ HRESULT BootstrapperApplication::OnStartup() {
         enableTelemetry();
         return continueRaised();
     }
-    takeStartupStep(chooseStartupStep(startupFacts(!installLocation.empty(), fromDisc)), discParameters);
-    return S_OK;
+    return takeStartupStep(chooseStartupStep(startupFacts(!installLocation.empty(), fromDisc)), discParameters);
 }
 
 StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc) const {
@@ -81,7 +80,7 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc
     return facts;
 }
 
-void BootstrapperApplication::takeStartupStep(StartupStep step, const std::wstring& discParameters) {
+HRESULT BootstrapperApplication::takeStartupStep(StartupStep step, const std::wstring& discParameters) {
     switch (step) {
         case StartupStep::quit:
             quit(0);
@@ -90,8 +89,7 @@ void BootstrapperApplication::takeStartupStep(StartupStep step, const std::wstri
             promptAlreadyInstalled();
             break;
         case StartupStep::detect:
-            detect();
-            break;
+            return detect();
         case StartupStep::launchClientFromDisc:
             PDX_LOG(logInfo, "BootstrapperApplication::OnStartup",
                     "Launching client with [%ls] parameters to initiate game install through disk.", discParameters);
@@ -102,6 +100,7 @@ void BootstrapperApplication::takeStartupStep(StartupStep step, const std::wstri
             promptBastionUninstall();
             break;
     }
+    return S_OK;
 }
 
 HRESULT BootstrapperApplication::detect() {

@@ -166,13 +166,19 @@ TEST(Run, MakesNoRepairOfACancelledPrompt) {
 }
 
 TEST(Run, EndsWhenTheEngineRefusesAStep) {
-    for (const char* operation : {"Detect", "Plan", "Apply"}) {
+    const std::tuple<const char*, const wchar_t*, DWORD> rows[] = {// the step, a repair's "1", the exit code
+                                                                   {"Detect", L"0", 0x80004005},
+                                                                   {"Detect", L"1", 0x80004005},
+                                                                   {"Plan", L"0", 1},
+                                                                   {"Apply", L"0", 1}};
+    for (const auto& [operation, repair, exitCode] : rows) {
         SCOPED_TRACE(operation);
         ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, UIThreadFunc);
         probed.engine.answers.refused = operation;
+        probed.engine.variables.set(L"PDX_REPAIR", std::wstring(repair));
         const RunOutcome outcome = probed.run();
         EXPECT_EQ(outcome.failure, "");
-        EXPECT_EQ(outcome.exitCode, 1u);
+        EXPECT_EQ(outcome.exitCode, exitCode);
         EXPECT_EQ(probed.app().state().status.lastError, E_FAIL);
         const auto logged = probed.engine.findLog((toWide(operation) + L" failed: "));
         ASSERT_TRUE(logged);
