@@ -23,16 +23,21 @@ constexpr DWORD quitTimeMilliseconds = 30000;
 
 std::wstring bastionPath() { return machineText(view32, olderClientKey, L"BastionPath"); }
 
-/// The full path of a process's program; empty, and logged, if it cannot be asked.
-std::wstring programOf(DWORD processId) {
-    const Handle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
-    if (!process) {
+/// A handle to query and to wait for the process; one that only queries where waiting is refused. Null, and logged, if
+/// there is none.
+Handle openProcess(DWORD processId) {
+    Handle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, processId));
+    if (!process) process.reset(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
+    if (!process)
         PDX_LOG(logWarning, "isBastionTempUninstallerRunning", "Failed to open process for querying");
-        return {};
-    }
+    return process;
+}
+
+/// The full path of a process's program; empty, and logged, if it cannot be asked.
+std::wstring programOf(HANDLE process) {
     std::array<wchar_t, MAX_PATH + 1> path{};
     DWORD size = path.size();
-    if (!QueryFullProcessImageNameW(process.get(), 0, path.data(), &size)) {
+    if (!QueryFullProcessImageNameW(process, 0, path.data(), &size)) {
         PDX_LOG(logWarning, "isBastionTempUninstallerRunning", "Failed to query process image name");
         return {};
     }
@@ -41,15 +46,6 @@ std::wstring programOf(DWORD processId) {
 
 constexpr DWORD pollMilliseconds = 1000;
 
-/// Waits without limit for a process. One that cannot be waited for is looked for again a while later.
-void waitForProcess(DWORD processId) {
-    const Handle process(OpenProcess(SYNCHRONIZE, FALSE, processId));
-    if (process)
-        WaitForSingleObject(process.get(), INFINITE);
-    else
-        Sleep(pollMilliseconds);
-}
-
 /// Returns when no temporary uninstaller has been seen for the time of quiet. The work is finished by processes of
 /// their own, with gaps between them.
 void waitForQuiet() {
@@ -57,13 +53,15 @@ void waitForQuiet() {
     constexpr std::chrono::seconds quiet(3);
     for (auto deadline = Clock::now() + quiet; Clock::now() < deadline;) {
         PROCESSENTRY32W entry{};
-        if (!isBastionTempUninstallerRunning(entry)) {
+        Handle process;
+        if (!isBastionTempUninstallerRunning(entry, process)) {
             Sleep(pollMilliseconds);
             continue;
         }
         PDX_LOG(logInfo, "waitForBastionTempUninstallers",
                 "Found running Bastion Uninstaller, waiting for it to complete");
-        waitForProcess(entry.th32ProcessID);
+        // Without limit. One that cannot be waited for is looked for again a while later, and not in a busy loop.
+        if (WaitForSingleObject(process.get(), INFINITE) == WAIT_FAILED) Sleep(pollMilliseconds);
         deadline = Clock::now() + quiet;
     }
 }
@@ -104,13 +102,14 @@ void waitForBastionTempUninstallers() {
             "the install");
 }
 
-bool isBastionTempUninstallerRunning(PROCESSENTRY32W& entry) {
+bool isBastionTempUninstallerRunning(PROCESSENTRY32W& entry, Handle& process) {
     ProcessSnapshot snapshot;
     while (snapshot.next(entry)) {
         const std::wstring_view file = entry.szExeFile;
         const std::wstring name = toLower(std::wstring(file.substr(file.find_last_of(L"\\/") + 1)));
         if (!name.starts_with(L"bui")) continue;
-        const std::wstring program = programOf(entry.th32ProcessID);
+        process = openProcess(entry.th32ProcessID);
+        const std::wstring program = process ? programOf(process.get()) : std::wstring();
         if (program.empty() || toLower(getFileDescription(program)) != L"bastionuninstall") continue;
         PDX_LOG(logInfo, "isBastionTempUninstallerRunning", "Found Bastion uninstall process %ls", program);
         return true;

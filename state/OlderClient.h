@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "platform/Handles.h"
+
 namespace pdx {
 
 /// Whether the older client has finished installing. What its marker holds does not matter as long as it is not empty:
@@ -28,8 +30,9 @@ void waitForBastionTempUninstallers();
 
 /// Finds a running temporary uninstaller and fills the entry with its process: its name begins with "bui" and its file
 /// describes itself as "BastionUninstall", both without regard to case. What cannot be asked is passed over and logged
-/// at WARN; a find at INFO.
-bool isBastionTempUninstallerRunning(PROCESSENTRY32W& entry);
+/// at WARN; a find at INFO. The handle is the one by which it was recognised, to wait for it: once that is closed the id
+/// may be another process's. It can only be queried where the system refuses more.
+bool isBastionTempUninstallerRunning(PROCESSENTRY32W& entry, Handle& process);
 
 /// Tells the Tally service that something of the move was shown or pressed (state/rules/MeridianMessages.h has the
 /// words); trackingTag is the migration's group. Any thread; does not wait.

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-
+#include "platform/Log.h"
 #include "platform/Registry.h"
+#include "tests/platform/Probe.h"
+#include "tests/platform/TestFolder.h"
 
 namespace pdx {
 namespace {
@@ -38,6 +39,34 @@ TEST(IsBastionInstalled, AsksForItsMarkerInThe32BitView) {
         EXPECT_EQ(isBastionInstalled(), row.installed) << row.name;
         deleteKeys();
     }
+}
+
+TEST(TempUninstaller, IsWaitedForByTheHandleThatFoundIt) {
+    // Ends the uninstaller between the find and the wait: its id is then free, unless somebody holds a handle to it.
+    struct EndingLogger : Logger {
+        void write(int32_t, const char*, int32_t, const char* message) override {
+            if (!process || !std::string_view(message).starts_with("Found running Bastion Uninstaller")) return;
+            const DWORD id = GetProcessId(process.get());
+            TerminateProcess(process.get(), 0);
+            waitFor(process);
+            process.reset();
+            held = static_cast<bool>(Handle(OpenProcess(SYNCHRONIZE, FALSE, id)));
+        }
+        Handle process;
+        bool held = false;
+    };
+    const TestFolder folder;
+    const std::wstring uninstaller = folder.path(L"bui1.exe");
+    CopyFileW(probePath().c_str(), folder.path(L"BastionUninstall.exe").c_str(), TRUE);
+    ASSERT_TRUE(CopyFileW(getModuleFilePath(L"harness\\older\\BastionUninstall.exe").c_str(), uninstaller.c_str(), TRUE));
+    RegistryKey::localMachine(view32).setSubKeyValue(L"Software\\Bastion", L"BastionPath", folder.path(L"Bastion.exe"));
+    const auto logger = std::make_shared<EndingLogger>();
+    logger->process = startProbe(L"--stay never", uninstaller);
+    g_logger.set(logger);
+    waitForBastionTempUninstallers();
+    g_logger.clear();
+    EXPECT_TRUE(logger->held);
+    deleteKeys();
 }
 
 }  // namespace
