@@ -17,11 +17,12 @@ Function systemFunction(const wchar_t* library, const char* name) {
     return lookUp<Function>(GetModuleHandleW(library), name);
 }
 
+/// The loader of libraries, or a test's.
+using LibraryLoader = decltype(&LoadLibraryExW);
+
 /// A library of the system's own folder, loaded where it is not there yet, and never let go; null if there is none of
-/// that name.
-inline HMODULE systemLibrary(const wchar_t* name) {
-    if (const HMODULE loaded = GetModuleHandleW(name)) return loaded;
-    return LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-}
+/// that name. Neither it nor what it imports is looked for in another folder. A module of that name which the process
+/// has already is taken wherever it lies: its code has run here by then.
+HMODULE systemLibrary(const wchar_t* name, LibraryLoader load = LoadLibraryExW);
 
 }  // namespace pdx

@@ -1,0 +1,42 @@
+#include "platform/SystemFunction.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace pdx {
+namespace {
+
+DWORD refusal = 0;
+std::vector<std::wstring> loaded;
+
+/// A system that refuses to look in its own folder alone.
+HMODULE WINAPI loadWithoutFlag(const wchar_t* name, HANDLE file, DWORD flags) {
+    if (flags & LOAD_LIBRARY_SEARCH_SYSTEM32) {
+        SetLastError(refusal);
+        return nullptr;
+    }
+    loaded.emplace_back(name);
+    return LoadLibraryExW(name, file, flags);
+}
+
+TEST(SystemLibrary, IsLoadedByItsFullPathWhereTheFlagIsUnknown) {
+    constexpr const wchar_t* name = L"winmm.dll";
+    ASSERT_FALSE(GetModuleHandleW(name)) << "loaded already, it proves nothing";
+    refusal = ERROR_MOD_NOT_FOUND;
+    EXPECT_FALSE(systemLibrary(name, loadWithoutFlag));
+    EXPECT_TRUE(loaded.empty()) << "a library that is missing is looked for nowhere else";
+
+    refusal = ERROR_INVALID_PARAMETER;
+    const HMODULE library = systemLibrary(name, loadWithoutFlag);
+    ASSERT_TRUE(library);
+    wchar_t folder[MAX_PATH];
+    GetSystemDirectoryW(folder, MAX_PATH);
+    EXPECT_EQ(loaded, std::vector{std::wstring(folder) + L"\\winmm.dll"});
+    EXPECT_EQ(systemLibrary(name, nullptr), library) << "once it is there nothing is loaded";
+    FreeLibrary(library);
+}
+
+}  // namespace
+}  // namespace pdx
