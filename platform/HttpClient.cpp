@@ -92,12 +92,14 @@ int32_t HttpClient::send(const wchar_t* method, const void* body, size_t length,
     return sent ? 0 : static_cast<int32_t>(GetLastError());
 }
 
-std::vector<uint8_t> HttpClient::readResponse() {
+std::vector<uint8_t> HttpClient::readResponse(size_t most) {
     std::vector<uint8_t> body;
     for (bool complete = false; !complete;) {
-        if (readPiece(request.get(), body, complete)) continue;
+        const bool tooLong = body.size() > most;
+        if (!tooLong && readPiece(request.get(), body, complete)) continue;
         request.reset();
         connection.reset();
+        if (tooLong) SetLastError(ERROR_FILE_TOO_LARGE);
         return {};
     }
     return body;

@@ -42,8 +42,9 @@ class HttpClient {
     int32_t put(const void* body, size_t length, const HttpHeaders& headers = {});
 
     /// The whole body of the response to the last request; empty on any failure, and the next request then makes a new
-    /// connection.
-    std::vector<uint8_t> readResponse();
+    /// connection. A body of more bytes than wanted is a failure too (ERROR_FILE_TOO_LARGE as last error), and its rest
+    /// is not fetched.
+    std::vector<uint8_t> readResponse(size_t most = SIZE_MAX);
 
   private:
     int32_t send(const wchar_t* method, const void* body, size_t length, const HttpHeaders& headers);

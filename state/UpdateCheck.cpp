@@ -36,7 +36,7 @@ uint32_t GetUpdateBucket(AdapterQuery ask) {
 std::string GetRecommendedVersion(const std::string& url) try {
     HttpClient client(parseUrl(url));
     const bool sent = client.get() == 0;
-    const std::vector<uint8_t> reply = sent ? client.readResponse() : std::vector<uint8_t>();
+    const std::vector<uint8_t> reply = sent ? client.readResponse(longestUpdateReply) : std::vector<uint8_t>();
     if (reply.empty()) {
         PDX_LOG(logInfo, "GetRecommendedVersion", "Error %d has occurred.\n", GetLastError());
         return {};
@@ -47,6 +47,7 @@ std::string GetRecommendedVersion(const std::string& url) try {
 }
 
 std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion) {
+    // A blank or malformed address makes no URL, and then nothing is asked.
     const std::string url = getConfigString("updater.url") + updatePathOf(GetUpdateBucket());
     const std::string recommended = GetRecommendedVersion(url);
     if (!isNewerVersion(recommended, currentVersion)) return std::nullopt;

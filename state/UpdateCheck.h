@@ -24,7 +24,8 @@ std::string getLocalMacAddress(AdapterQuery ask = askAdapters);
 uint32_t GetUpdateBucket(AdapterQuery ask = askAdapters);
 
 /// What the service at the address recommends as "a.b.c.d"; empty if it cannot be had. One request, which blocks the
-/// thread for as long as the system lets it; never throws. Logs "Error %d has occurred.\n" if no reply came.
+/// thread for as long as the system lets it; never throws. Logs "Error %d has occurred.\n" if no reply came; one above
+/// 64 KiB counts as none.
 std::string GetRecommendedVersion(const std::string& url);
 
 /// Asks the configured service, and gives the address of the newer installer, if there is one for this machine. Every

@@ -1,6 +1,7 @@
 // By what a machine's share of a roll-out and the need of an update are decided.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -43,7 +44,11 @@ uint32_t chooseBucket(Draw&& draw) {
 /// The bucket of an address, from 1 to 100: the same for ever, in every version. The empty address has one too.
 uint32_t updateBucketOf(std::string_view address);
 
-/// The version that the service's reply recommends; empty if the reply is anything else.
+/// The bytes that a reply may have. An honest one has a hundred, and parsing takes many times its size in memory.
+inline constexpr size_t longestUpdateReply = 64 * 1024;
+
+/// The version that the service's reply recommends; empty if the reply is anything else. Takes as little of the stack
+/// for a deeply nested reply as for a flat one.
 std::string recommendedVersionOf(std::string_view reply);
 
 /// The path under which the service answers for a bucket.

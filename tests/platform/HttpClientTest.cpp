@@ -162,6 +162,17 @@ TEST_F(HttpClientTest, ReadsBodiesOfEveryShape) {
     }
 }
 
+TEST_F(HttpClientTest, ReadsNoMoreThanIsWanted) {
+    for (const char* query : {"size=2000", "size=2000&piece=1&chunked=1"}) {
+        HttpClient client(parseUrl(testHost() + "/http/most?" + query));
+        ASSERT_EQ(client.get(), 0) << query;
+        EXPECT_THAT(client.readResponse(2000), testing::SizeIs(2000)) << query;
+        ASSERT_EQ(client.get(), 0) << query;
+        EXPECT_THAT(client.readResponse(1999), testing::IsEmpty()) << query;
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_TOO_LARGE}) << query;
+    }
+}
+
 TEST_F(HttpClientTest, ConnectsAnewAfterAFailedRead) {
     // Long enough for the reset to arrive while it is read.
     HttpClient client(parseUrl(testHost() + "/http/cut?size=20000000&cut=reset+half-way"));

@@ -1,4 +1,5 @@
 """Whatever the update service replies, the install goes on: a newer version is taken, all else is no update."""
+import json
 import re
 
 from harness.checking import newer
@@ -10,15 +11,20 @@ def named(version: object) -> dict:
     return {"recommended": {"version": version}}
 
 
+def sized(size: int) -> str:
+    """The newer version in a reply of so many bytes."""
+    return json.dumps(named(newer.VERSION)).ljust(size)
+
+
 # What comes back, and the lines that the request leaves in the log: one where no body came.
 NO_UPDATE = [
-    ("a lower version", dict(body=named("12.36.65535.65535")), 0),
+    ("one byte above 64 KiB", dict(body=sized(64 * 1024 + 1)), 1),
     ("no JSON", dict(body="13.0.0.0"), 0),
     ("an empty body", dict(body=""), 1),
     ("a reset", dict(cut="reset"), 1),
 ]
 UPDATE = [
-    ("a good body under status 500", dict(status=500, body=named(newer.VERSION))),
+    ("64 KiB under status 500", dict(status=500, body=sized(64 * 1024))),
     ("a late one", dict(delay=LATE, body=named(newer.VERSION))),
 ]
 ELSEWHERE = "/autopatch/upgrade/buckets/100"

@@ -59,7 +59,12 @@ TEST(RecommendedVersion, IsEmptyForEveryOtherReply) {
         "{\"recommended\":{\"version\":\"\xFF\"}}",
     };
     for (const char* reply : bad) EXPECT_EQ(recommendedVersionOf(reply), "") << reply;
-    EXPECT_EQ(recommendedVersionOf(std::string(100'000, '[')), "");
+    // The deepest that a reply can be, read and broken off.
+    const std::string depth((longestUpdateReply - 50) / 2, '[');
+    EXPECT_EQ(recommendedVersionOf(R"({"x":)" + depth + std::string(depth.size(), ']') +
+                                   R"(,"recommended":{"version":"1.2.3.4"}})"),
+              "1.2.3.4");
+    EXPECT_EQ(recommendedVersionOf(depth), "");
 }
 
 TEST(UpdateCheck, IsDueForAnOrdinaryThinInstallAlone) {
