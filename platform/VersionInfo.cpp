@@ -32,9 +32,9 @@ VersionInfo::VersionInfo(const std::wstring& path, Language language) {
     // The functions with flags are looked up, for the import library of the toolchain lacks them.
     using GetSize = DWORD(WINAPI*)(DWORD, const wchar_t*, DWORD*);
     using GetRecord = BOOL(WINAPI*)(DWORD, const wchar_t*, DWORD, DWORD, void*);
-    constexpr const wchar_t* library = L"version.dll";
-    const auto getSize = systemFunction<GetSize>(library, "GetFileVersionInfoSizeExW");
-    const auto getRecord = systemFunction<GetRecord>(library, "GetFileVersionInfoExW");
+    const HMODULE library = systemLibrary(L"version.dll");
+    const auto getSize = lookUp<GetSize>(library, "GetFileVersionInfoSizeExW");
+    const auto getRecord = lookUp<GetRecord>(library, "GetFileVersionInfoExW");
     const bool withFlags = language == Language::neutral && getSize && getRecord;
     constexpr DWORD flags = FILE_VER_GET_NEUTRAL;
     DWORD unused = 0;

@@ -65,22 +65,24 @@ def bundle_id(version: str = BUNDLE_VERSION) -> str:
 
 
 def make(target: Path, library: Path, package: Path, variables: dict[str, str] | None = None,
-         download_url: str = "", version: str = BUNDLE_VERSION, runtime: Path | None = None) -> Path:
+         download_url: str = "", version: str = BUNDLE_VERSION, runtime: Path | None = None,
+         beside: dict[str, Path] | None = None) -> Path:
     """Writes the bundle `target` around the library and the client package; `variables` override what it presets. With
     a download address it is a thin one: it does not hold the client package, and the engine fetches it from there. A
-    thick one may have a `runtime`, a program that is run without arguments ahead of the client package."""
+    thick one may have a `runtime`, a program that is run without arguments ahead of the client package. The files
+    `beside` the library are more payload of its folder, by their names there."""
     if download_url:
         variables = {"IsThickInstaller": "no"} | (variables or {})
     with tempfile.TemporaryDirectory() as folder:
         work = Path(folder)
-        version_library = sign(VERSION_LIBRARY, work / "version.dll")
+        payload = {"PalisadeBootstrapper.dll": library, "version.dll": sign(VERSION_LIBRARY, work / "version.dll")}
+        payload |= beside or {}
         attached = None if download_url else _cabinet(
             work / "attached.cab", {"a0": package} | ({"a1": runtime} if runtime else {}))
         manifest = work / "manifest.xml"
         source = attached or download_url
-        manifest.write_bytes(_manifest(target.name, (library, version_library), package, source, variables or {}, version,
-                                       runtime))
-        ux = _cabinet(work / "ux.cab", {"0": manifest, "u0": library, "u1": version_library})
+        manifest.write_bytes(_manifest(target.name, payload, package, source, variables or {}, version, runtime))
+        ux = _cabinet(work / "ux.cab", {"0": manifest} | {f"u{n}": file for n, file in enumerate(payload.values())})
         cabinets = [ux, attached] if attached else [ux]
         with target.open("wb") as bundle:
             bundle.write(_engine_for(bundle_id(version), [cabinet.stat().st_size for cabinet in cabinets]))
@@ -138,7 +140,7 @@ def _file_facts(file: Path) -> dict[str, str]:
     return {"FileSize": str(file.stat().st_size), "Hash": hashlib.sha1(file.read_bytes()).hexdigest().upper()}
 
 
-def _manifest(bundle_name: str, libraries: tuple[Path, Path], package: Path, source: Path | str, overrides: dict[str, str],
+def _manifest(bundle_name: str, payload: dict[str, Path], package: Path, source: Path | str, overrides: dict[str, str],
               version: str, runtime: Path | None) -> bytes:
     """The package's source is the attached cabinet or a download address."""
     manifest = xml.Element("BurnManifest", xmlns="http://schemas.microsoft.com/wix/2008/Burn")
@@ -163,9 +165,8 @@ def _manifest(bundle_name: str, libraries: tuple[Path, Path], package: Path, sou
             Key=f"SOFTWARE\\Microsoft\\VisualStudio\\{key}", VariableType="string")
 
     ux = add(manifest, "UX")
-    for number, (name, library) in enumerate(zip(("PalisadeBootstrapper.dll", "version.dll"), libraries)):
-        add(ux, "Payload", Id=name, FilePath=name, Packaging="embedded", SourcePath=f"u{number}",
-            **_file_facts(library))
+    for number, (name, file) in enumerate(payload.items()):
+        add(ux, "Payload", Id=name, FilePath=name, Packaging="embedded", SourcePath=f"u{number}", **_file_facts(file))
 
     if isinstance(source, Path):
         add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes", Primary="yes",

@@ -1,5 +1,7 @@
 #include "ui/toolkit/Dialog.h"
 
+#include <commctrl.h>
+
 #include "config/Resources.h"
 #include "platform/Paths.h"
 
@@ -35,9 +37,10 @@ Dialog::~Dialog() {
 }
 
 HWND Dialog::Create(const CreateParams&) {
-    if (!hwnd)
-        hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, DialogProc,
-                                  reinterpret_cast<LPARAM>(this));
+    if (hwnd) return hwnd;
+    InitCommonControls();  // the library that brings the classes of the template's controls is a delayed one
+    hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, DialogProc,
+                              reinterpret_cast<LPARAM>(this));
     return hwnd;
 }
 

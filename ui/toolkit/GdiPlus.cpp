@@ -6,11 +6,7 @@
 namespace pdx {
 
 bool startGraphics() {
-    // The library may be unloaded long before the process ends. Without this the last reference on GDI+ would go with
-    // it, and the thread that GDI+ has started would run on in unmapped memory.
-    HMODULE pinned = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"gdiplus.dll", &pinned);
-
+    // The thread that GDI+ starts outlives this library: its module is a delayed one, which nothing lets go.
     static ULONG_PTR token = 0;
     static Gdiplus::Status status = Gdiplus::Ok;
     static constinit Once started;

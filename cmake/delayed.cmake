@@ -1,0 +1,35 @@
+# System libraries that are bound with the first call of a function (platform/DelayedLibraries.cpp). While a library is
+# loaded the system looks for what it imports in its own folder first, here the bundle's temporary one, unless it is one
+# of the few that Windows knows for its own (KnownDLLs): those alone may be imported in the ordinary way.
+function(link_delayed target)
+    if(PALISADE_HOST)
+        return()
+    endif()
+    if(MINGW)
+        # Without it the headers declare some functions as imported, and for those the linker drops the stubs.
+        target_compile_definitions(${target} INTERFACE DECLSPEC_IMPORT=)
+    endif()
+    set(folder ${PROJECT_BINARY_DIR}/delayed)
+    file(MAKE_DIRECTORY ${folder})
+    foreach(name ${ARGN})
+        if(MSVC)
+            target_link_libraries(${target} INTERFACE ${name} delayimp)
+            target_link_options(${target} INTERFACE /DELAYLOAD:${name}.dll)
+            continue()
+        endif()
+        # Stubs for all functions of the toolchain's import library, by their decorated names.
+        set(stubs ${folder}/lib${name}.a)
+        if(NOT EXISTS ${stubs})
+            find_library(imports_${name} ${name} REQUIRED)
+            execute_process(COMMAND ${CMAKE_NM} ${imports_${name}} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+            string(REGEX MATCHALL " T _[^\n]+" functions "${symbols}")
+            list(TRANSFORM functions REPLACE "^ T _" "")
+            list(REMOVE_DUPLICATES functions)
+            list(JOIN functions "\n" functions)
+            file(WRITE ${folder}/${name}.def "LIBRARY ${name}.dll\nEXPORTS\n${functions}\n")
+            execute_process(COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${name}.def --output-delaylib lib${name}.a
+                WORKING_DIRECTORY ${folder} COMMAND_ERROR_IS_FATAL ANY)
+        endif()
+        target_link_libraries(${target} INTERFACE ${stubs})
+    endforeach()
+endfunction()

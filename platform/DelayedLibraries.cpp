@@ -1,0 +1,64 @@
+// Binds the functions of the libraries that cmake/delayed.cmake names, each with its first call.
+#include <windows.h>
+// delayimp.h needs the types of windows.h.
+#include <delayimp.h>
+
+#include <cstring>
+#include <string>
+
+#include "platform/SystemFunction.h"
+
+#ifdef __MINGW32__
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+#endif
+
+namespace pdx {
+namespace {
+
+HMODULE loadDelayed(const char* name) {
+    const std::wstring wideName(name, name + std::strlen(name));
+    const HMODULE library = systemLibrary(wideName.c_str());
+    // Windows 7 has GDI+ in no system folder, but leads its bare name to the assembly that has it.
+    return library ? library : LoadLibraryW(wideName.c_str());
+}
+
+#ifdef __MINGW32__
+
+/// What lies at an offset of this module.
+template <typename Type>
+Type* atOffset(DWORD offset) {
+    return reinterpret_cast<Type*>(reinterpret_cast<std::byte*>(&__ImageBase) + offset);
+}
+
+#else
+
+FARPROC WINAPI onDelayedLoad(unsigned event, DelayLoadInfo* info) {
+    return event == dliNotePreLoadLibrary ? reinterpret_cast<FARPROC>(loadDelayed(info->szDll)) : nullptr;
+}
+
+#endif
+
+}  // namespace
+}  // namespace pdx
+
+#ifdef __MINGW32__
+
+/// The toolchain's stubs call it with the place of a function's address, and then the function that it returns. What
+/// the system lacks raises the exception that Microsoft's runtime raises.
+extern "C" FARPROC WINAPI __delayLoadHelper2(const ImgDelayDescr* library, FARPROC* place) {
+    const auto index = place - pdx::atOffset<FARPROC>(library->rvaIAT);
+    const auto& thunk = pdx::atOffset<IMAGE_THUNK_DATA>(library->rvaINT)[index];
+    const char* const name = pdx::atOffset<IMAGE_IMPORT_BY_NAME>(thunk.u1.AddressOfData)->Name;
+    const HMODULE module = pdx::loadDelayed(pdx::atOffset<const char>(library->rvaDLLName));
+    const FARPROC function = pdx::lookUp<FARPROC>(module, name);
+    const DWORD missing = module ? ERROR_PROC_NOT_FOUND : ERROR_MOD_NOT_FOUND;
+    if (!function) RaiseException(VcppException(ERROR_SEVERITY_ERROR, missing), 0, 0, nullptr);
+    // Threads that come at the same time find the same.
+    return *place = function;
+}
+
+#else
+
+extern "C" const PfnDliHook __pfnDliNotifyHook2 = pdx::onDelayedLoad;
+
+#endif
