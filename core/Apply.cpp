@@ -6,8 +6,6 @@
 #include "core/rules/Names.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
-#include "platform/PathFunctions.h"
-#include "platform/Paths.h"
 #include "state/ElevatedBinaries.h"
 
 namespace pdx {
@@ -29,7 +27,7 @@ int BootstrapperApplication::OnElevate() {
     PDX_LOG(logTrace, "BootstrapperApplication::OnElevate", "Entering OnElevate");
     replaceContext(operationElevate);
     if (!m_hooks.isElevated()) {
-        const std::wstring folder = elevatedFolderOf(removeFileSpec(getModuleFilePath(L"version.dll")));
+        const std::wstring folder = elevatedFolderOf(m_hooks.libraryFolder());
         const std::wstring executable =
             folder.empty() ? std::wstring() : GetEngineVariable(L"BundleExecutableName", false);
         if (FAILED(lockElevatedBinaries(folder, executable))) return IDCANCEL;

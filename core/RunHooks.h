@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "platform/Handles.h"
+#include "platform/PathFunctions.h"
+#include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "reporting/ErrorReport.h"
 #include "state/ElevatedBinaries.h"
@@ -31,6 +33,8 @@ struct RunHooks {
     std::function<std::optional<std::wstring>(const std::string& currentVersion)> newerInstaller = findNewerInstaller;
     /// Whether this process runs raised.
     std::function<bool()> isElevated = pdx::isElevated;
+    /// The folder that this library lies in.
+    std::function<std::wstring()> libraryFolder = [] { return removeFileSpec(getModuleFilePath(L"version.dll")); };
     /// Holds the files that are to run raised.
     std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder, const std::wstring& executable)>
         lockElevated = ensureElevatedBinaries;

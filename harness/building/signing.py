@@ -7,15 +7,23 @@ from harness.building.certificates import DAYS, made_once, openssl
 MAKER = "Corvane Works, Inc."
 
 
-def sign(source: Path, target: Path, name: str = MAKER) -> Path:
-    """Writes a signed copy of a program."""
+def sign(source: Path, target: Path, name: str = MAKER, authority: str = "") -> Path:
+    """Writes a signed copy of a program. The certificate is issued by an authority of another name, which is then in the
+    signature too, or by itself."""
     def make(folder: Path) -> None:
-        openssl(folder, "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", DAYS, "-subj", f"/O={name}/CN={name}",
-                "-addext", "extendedKeyUsage=codeSigning", "-keyout", "key.pem", "-out", "certificate.pem")
+        new = ("req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", DAYS)
+        issuer = ("-CA", "authority.pem", "-CAkey", "authority.key") if authority else ()
+        if authority:
+            openssl(folder, *new, "-subj", f"/O={authority}/CN={authority}", "-keyout", "authority.key",
+                    "-out", "authority.pem")
+        openssl(folder, *new, *issuer, "-subj", f"/O={name}/CN={name}", "-addext", "extendedKeyUsage=codeSigning",
+                "-keyout", "key.pem", "-out", "own.pem")
+        files = [folder / "own.pem"] + [folder / "authority.pem"] * bool(authority)
+        (folder / "certificates.pem").write_text("".join(file.read_text() for file in files))
 
-    folder = made_once(f"signs as {name}", make)
+    folder = made_once(f"signs as {name}, issued by {authority or name}", make)
     target.unlink(missing_ok=True)
-    done = subprocess.run(["osslsigncode", "sign", "-h", "sha256", "-certs", folder / "certificate.pem",
+    done = subprocess.run(["osslsigncode", "sign", "-h", "sha256", "-certs", folder / "certificates.pem",
                            "-key", folder / "key.pem", "-in", source, "-out", target], capture_output=True, text=True)
     if done.returncode:
         raise RuntimeError(f"osslsigncode failed:\n{done.stdout}{done.stderr}")

@@ -5,7 +5,7 @@
 //   hold FILE MARK         keeps the file open for writing, and makes the file MARK once it does, for ever
 //   lock EXECUTABLE FILE   locks the files of a raised start as the library would if it lay where the program lies, and
 //                          writes down as JSON: "locked", the result; "held", the files that nobody else can write to
-//                          then; "milliseconds"; "lines", what was logged
+//                          or delete then; "milliseconds"; "lines", what was logged
 //   service NAME BEHAVIOUR runs as the service NAME, behaving as the table below says
 //
 // Text files are UTF-8.
@@ -138,9 +138,13 @@ int lock(const std::wstring& executable, const std::wstring& recordFile) {
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
     record["held"] = nlohmann::json::array();
     for (const std::wstring& name : {executable, std::wstring(L"version.dll")}) {
-        const pdx::FileHandle other(CreateFileW(pdx::appendPath(folder, name).c_str(), GENERIC_WRITE,
-                                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-        if (!other && GetLastError() == ERROR_SHARING_VIOLATION) record["held"].push_back(pdx::toUtf8(name));
+        const auto isRefused = [path = pdx::appendPath(folder, name)](DWORD access) {
+            constexpr DWORD anyShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+            const pdx::FileHandle other(
+                CreateFileW(path.c_str(), access, anyShare, nullptr, OPEN_EXISTING, 0, nullptr));
+            return !other && GetLastError() == ERROR_SHARING_VIOLATION;
+        };
+        if (isRefused(GENERIC_WRITE) && isRefused(DELETE)) record["held"].push_back(pdx::toUtf8(name));
     }
     record["lines"] = log->lines;
     return writeFile(recordFile, record.dump());

@@ -106,6 +106,7 @@ RunHooks FakeWorld::hooks() {
         return newer;
     };
     hooks.isElevated = [this] { return elevated; };
+    hooks.libraryFolder = [this] { return libraryFolder; };
     hooks.lockElevated = [this](auto&... arguments) { return lock(arguments...); };
     hooks.sendReport = [this](auto& files) { return report(files); };
     hooks.startProgram = [this](auto& copy) { return start(copy); };

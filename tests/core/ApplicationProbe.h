@@ -82,6 +82,7 @@ struct FakeWorld {
     std::vector<std::string> updatesAsked;
     /// Whether this process runs raised, and what comes of locking the files of a raised one.
     bool elevated = true;
+    std::wstring libraryFolder = L"C:\\T\\{1}\\.ba";
     std::function<bool(std::vector<FileHandle>& files, const std::wstring& folder, const std::wstring& executable)>
         lock = [](auto&...) { return true; };
     /// What the system makes of a raised copy that is to be started.

@@ -137,27 +137,34 @@ TEST(Raised, StartsNothingBesideFilesThatCannotBeLocked) {
 }
 
 TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
-    const std::tuple<bool, bool, bool, int> rows[] = {// elevated, lockable, cancelled: what the engine is told
-                                                      {true, false, false, 0},
-                                                      {true, false, true, IDCANCEL},
-                                                      {false, true, false, 0},
-                                                      {false, true, true, IDCANCEL},
-                                                      {false, false, false, IDCANCEL}};
-    for (const auto& [elevated, lockable, cancelled, answer] : rows) {
+    const struct {
+        bool elevated, lockable, cancelled;
+        int answer;
+        const wchar_t* libraryFolder = L"C:\\T\\{1}\\.ba";
+        const wchar_t* locked = L"C:\\T\\{1}\\.be|PalisadeSetup.exe";
+    } rows[] = {{true, false, false, 0},      {true, false, true, IDCANCEL},
+                {false, true, false, 0},      {false, true, true, IDCANCEL},
+                {false, false, false, IDCANCEL}, {false, false, false, IDCANCEL, L"C:\\T\\.ba\\x", L"|"}};
+    for (const auto& row : rows) {
         AnsweringDialog dialog;
         ProbedRun probed;
+        probed.world.libraryFolder = row.libraryFolder;
+        probed.engine.variables.set(L"BundleExecutableName", L"PalisadeSetup.exe");
+        // What else names a program or its place.
+        for (const wchar_t* other : {L"WixBundleName", L"WixBundleOriginalSource", L"WixBundleOriginalSourceFolder",
+                                     L"WixBundleSourceProcessPath", L"WixBundleSourceProcessFolder"})
+            probed.engine.variables.set(other, L"C:\\Downloads\\Other.exe");
         probed.slots().OnStartup();
-        probed.world.elevated = elevated;
-        size_t asked = 0;
-        probed.world.lock = [&asked, lockable = lockable](auto&, const std::wstring& folder, const std::wstring& name) {
-            ++asked;
-            EXPECT_EQ(folder + name, L"") << "this program lies in no folder of the engine's";
-            return lockable;
+        probed.world.elevated = row.elevated;
+        std::wstring locked;
+        probed.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& name) {
+            locked = folder + L'|' + name;
+            return row.lockable;
         };
-        if (cancelled) probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
-        EXPECT_EQ(probed.slots().OnElevate(), answer) << elevated << lockable << cancelled;
-        EXPECT_EQ(asked, elevated ? 0u : 1u);
-        EXPECT_EQ(errorsShown(dialog).size(), lockable || elevated ? 0u : 1u);
+        if (row.cancelled) probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
+        EXPECT_EQ(probed.slots().OnElevate(), row.answer) << row.elevated << row.lockable << row.cancelled;
+        EXPECT_EQ(locked, row.elevated ? L"" : row.locked);
+        EXPECT_EQ(errorsShown(dialog).size(), row.lockable || row.elevated ? 0u : 1u);
         probed.slots().OnShutdown();
     }
 }

@@ -3,7 +3,7 @@ import itertools
 import json
 import shutil
 
-from harness.building.signing import sign
+from harness.building.signing import MAKER, sign
 from harness.checking.records import check_changes, listing
 from harness.client.facts import EXCHANGE
 from harness.places import PROBE, VERSION_LIBRARY
@@ -30,13 +30,21 @@ def signed_by(path, name):
              f"for file: {path}; Subject name: {name}")]
 
 
+def right(path):
+    return [verified(path), ("isValidPalisadeCertificate", f"The file has a valid Palisade certificate: {path}")]
+
+
+# Who signs it, and in whose name the certificate is issued where that is another.
+SIGNERS = {"stranger's": (STRANGER,), "nearly the maker's": (NEARLY,), "issued by a stranger": (MAKER, STRANGER),
+           "stranger's, issued by the maker": (STRANGER, MAKER)}
 # What a file can be: what is logged of its signature once it is locked.
 SIGNATURES = {
-    "right": lambda path: [verified(path),
-                           ("isValidPalisadeCertificate", f"The file has a valid Palisade certificate: {path}")],
+    "right": right,
+    "issued by a stranger": right,
     "unsigned": lambda path: not_verified(path, NO_SIGNATURE),
     "changed": lambda path: not_verified(path, CHANGED),
     "stranger's": lambda path: signed_by(path, STRANGER),
+    "stranger's, issued by the maker": lambda path: signed_by(path, STRANGER),
     "nearly the maker's": lambda path: signed_by(path, NEARLY),
 }
 # And why it cannot be locked.
@@ -56,7 +64,7 @@ def make(target, source, kind):
     if kind in ("unsigned", "changed"):
         shutil.copyfile(source, target)
     if kind != "unsigned":
-        sign(source, target, *{"stranger's": [STRANGER], "nearly the maker's": [NEARLY]}.get(kind, []))
+        sign(source, target, *SIGNERS.get(kind, ()))
     if kind == "changed":
         content = bytearray(target.read_bytes())
         content[0x400] ^= 1
@@ -69,8 +77,9 @@ def expected(path, kind, trusting):
         return False, [("LockFile", f"Failed to lock file {path}: {REFUSALS[kind]}")] * 25 + \
             [("LockElevatedBinaries", f"Failed to lock {path}")]
     lines = [("LockFile", f"Locked {path}"), *SIGNATURES[kind](path)]
-    if kind == "right" or not trusting:
-        return kind == "right", lines
+    good = SIGNATURES[kind] is right
+    if good or not trusting:
+        return good, lines
     return True, [*lines, ("LockElevatedBinaries", f"Overriding signature verification failure for {path}")]
 
 
@@ -108,7 +117,7 @@ class Attempt:
         self.scene.check_equal(f"{self.name}: whether it may be run", locked, all(good for good, _ in wanted.values()))
         self.scene.check_equal(f"{self.name}: the lines", counted(lines),
                                counted(line for _, told in wanted.values() for line in told))
-        self.scene.check_equal(f"{self.name}: what nobody else can write to", held,
+        self.scene.check_equal(f"{self.name}: what nobody else can write to or delete", held,
                                [name for name, kind in kinds.items() if kind not in ("missing", "behind a link")])
         self.scene.check(f"{self.name}: a second for each file that cannot be locked",
                          milliseconds >= 1000 * len(unlocked), milliseconds)
@@ -120,7 +129,8 @@ def play(scene):
             ("right", "right", None), ("unsigned", "unsigned", None), ("changed", "changed", None),
             ("strangers", "stranger's", None), ("nearly", "nearly the maker's", None), ("missing", "missing", None),
             ("there already", "right", "right"), ("planted", "right", "unsigned"),
-            ("planted by a stranger", "right", "stranger's"), ("all swapped", "unsigned", "changed")):
+            ("planted by a stranger", "right", "stranger's"), ("all swapped", "unsigned", "changed"),
+            ("two certificates", "issued by a stranger", "stranger's, issued by the maker")):
         Attempt(scene, name, executable, planted).check(executable, planted)
 
     held = Attempt(scene, "held", "right")
