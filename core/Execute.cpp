@@ -34,7 +34,8 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
     const std::wstring packageId = textOrEmpty(wzPackageId);
     const std::wstring logPath = GetEngineVariable(packageLogVariable(packageId, fExecute != FALSE), false);
     if (logPath.empty()) {
-        // No package is failed for a log that the engine does not want: with logging off there is no path.
+        // No package is failed for a log that the engine does not want: with logging off there is no path. The client's
+        // log is not locked then, and the run goes on.
         PDX_LOG(logError, "BootstrapperApplication::OnExecutePackageBegin", "Unable to determine log path for %ls",
                 packageId);
     } else if (packageId == clientPackageId) {

@@ -15,9 +15,10 @@ namespace pdx {
 bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                             const std::wstring& executable);
 
-/// Locks the executable and "version.dll" of the folder (LockFile, for others may read only) and checks that the maker
-/// has signed them. All are tried whatever happened to one; what is locked stays locked. On a machine that trusts the
-/// embedded certificate a signature that fails is only logged. False for an empty executable too. Logs at INFO.
+/// Locks the executable and "version.dll" of the folder (LockFile, for others may read only) and checks that they are
+/// signed in the maker's name (isValidPalisadeCertificate, which does not prove that the maker signed them). All are
+/// tried whatever happened to one; what is locked stays locked. On a machine that trusts the embedded certificate a
+/// signature that fails is only logged. False for an empty executable too. Logs at INFO.
 bool LockElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                           const std::wstring& executable);
 

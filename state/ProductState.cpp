@@ -44,7 +44,7 @@ void restoreProtocolHandler(const std::wstring& protocol, const std::wstring& co
 }
 
 void writeBundleVersion(const std::wstring& providerKey, const std::wstring& version) {
-    if (!isEntryName(providerKey)) return;
+    if (!isEntryName(providerKey)) return;  // it would be the list of all entries, or a key elsewhere
     RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
     const uint64_t numbers = parseVersion64(toUtf8(version));
     entry.setValue(L"BundleVersion", version);
