@@ -239,7 +239,12 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// fails.
     HRESULT lockElevatedBinaries(const std::wstring& folder, const std::wstring& executable);
     HRESULT performRepairCleanup();
+    /// Whether the user has cancelled the run. While the dialog asks for that, the answer is waited for.
+    bool hasUserCancelled();
+    /// Starts no uninstaller after a cancel. One that runs is waited for without limit, and a cancel meanwhile changes
+    /// nothing about that.
     void removeOlderClient();
+    /// Not after a cancel.
     void launchClientToUpdate();
     void promptAlreadyInstalled();
     void promptBastionUninstall();

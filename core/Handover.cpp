@@ -28,12 +28,20 @@ HRESULT BootstrapperApplication::relaunchRaised() {
     const auto valueOf = [this](const wchar_t* variable) { return GetEngineVariable(variable, false); };
     const ProgramStart copy = {
         .verb = L"runas", .file = program, .parameters = relaunchParameters(valueOf), .show = SW_SHOW};
-    // The copy is to take it.
-    releaseInstallerMutex();
-    // Whatever comes of it, a refusal by the user too: nobody is there to do the work in its place.
-    m_hooks.startProgram(copy);
+    if (!hasUserCancelled()) {
+        // The copy is to take it.
+        releaseInstallerMutex();
+        // Whatever comes of it, a refusal by the user too: nobody is there to do the work in its place.
+        m_hooks.startProgram(copy);
+    }
     quit(0);
     return S_OK;
+}
+
+bool BootstrapperApplication::hasUserCancelled() {
+    // The message is handled after the answer to a question that is open now.
+    sendAppMessage(WM_NULL);
+    return isCanceled();
 }
 
 HRESULT BootstrapperApplication::lockElevatedBinaries(const std::wstring& folder, const std::wstring& executable) {
@@ -44,7 +52,7 @@ HRESULT BootstrapperApplication::lockElevatedBinaries(const std::wstring& folder
 HRESULT BootstrapperApplication::performRepairCleanup() {
     RepairRun run;
     run.providerKey = GetEngineVariable(L"WixBundleProviderKey", false);
-    run.isCancelled = [this] { return isCanceled(); };
+    run.isCancelled = [this] { return hasUserCancelled(); };
     run.begin = [this](RepairStep step) {
         const auto operation = static_cast<Operation>(step);
         if (step == RepairStep::stopService)
@@ -57,27 +65,28 @@ HRESULT BootstrapperApplication::performRepairCleanup() {
         setInstallFolder(folder);
         SetEnvironmentVariableW(L"PDX_INSTALL_LOCATION", folder.c_str());
     };
-    switch (cleanUpForRepair(run)) {
-        case RepairResult::done:
-            break;
-        case RepairResult::failed:
-            return failStartup(errorRepairIncomplete);
-        case RepairResult::cancelled:
-            quit(0);
-            return S_OK;
+    const RepairResult result = cleanUpForRepair(run);
+    if (result == RepairResult::failed) return failStartup(errorRepairIncomplete);
+    if (result == RepairResult::cancelled) {
+        quit(0);
+        return S_OK;
     }
+    // After a cancel that came too late for the clean-up too: the engine then ends the run and detects nothing.
     Sleep(1000);
     return detect();
 }
 
 void BootstrapperApplication::removeOlderClient() {
     sendAppMessage(WM_BA_UNINSTALLING_BASTION);
+    if (hasUserCancelled()) return;
     waitForBastionTempUninstallers();
     Sleep(1000);
+    // After a cancel too: the older client is gone.
     sendMeridianCompleted();
 }
 
 void BootstrapperApplication::launchClientToUpdate() {
+    if (hasUserCancelled()) return;
     launchClient(L"/checkForUpdate " + authArgument(GetEngineVariable(L"KESTREL_AUTHCODE", false)));
 }
 

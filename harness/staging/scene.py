@@ -278,6 +278,13 @@ class Scene:
         shutil.copyfile(NAMES, self.path(facts.EXCHANGE + "\\names.dll"))
         self.prefix.set_registry(NAMES_CLASS, "", facts.EXCHANGE + "\\names.dll", view=32)
 
+    def hold_sender(self, message: int) -> Callable[[], None]:
+        """Keeps the sender of a message to the window waiting after the window has handled it (harness/names), until the
+        result is called; to be called ahead of a start, after `use_names`."""
+        held = self._exchanged(f"hold-{message}")
+        held.touch()
+        return held.unlink
+
     def wait_for_page(self, page: str, picture: str = "", bound: float = 60) -> View:
         """Waits until the window shows a page (harness/seeing/window.py names them), and keeps a picture of it."""
         self.wait_for(lambda: self.window.page() == page, f"the {page} page", bound)

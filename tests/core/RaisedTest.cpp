@@ -119,21 +119,26 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
     }
 }
 
-TEST(Raised, StartsNothingBesideFilesThatCannotBeLocked) {
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
-    ProbedRun probed;
-    probed.engine.variables.set(L"PDX_REPAIR", L"1");
-    probed.world.elevated = false;
-    probed.world.lock = [](auto&...) { return false; };
-    probed.world.start = [](auto&) {
-        ADD_FAILURE() << "started";
-        return Handle();
-    };
-    const RunOutcome outcome = probed.run();
-    EXPECT_EQ(outcome.startup, filesNotLocked);
-    EXPECT_THAT(errorsShown(dialog), ElementsAre(577u));
-    EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
-    EXPECT_EQ(probed.app().installStatus(), filesNotLocked) << "told as a failure";
+TEST(Raised, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
+    for (const bool cancelled : {false, true}) {
+        AnsweringDialog dialog(AnsweringDialog::driveOn);
+        ProbedRun probed;
+        probed.engine.variables.set(L"PDX_REPAIR", L"1");
+        probed.world.elevated = false;
+        probed.world.lock = [&](auto&...) {
+            if (cancelled) probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
+            return cancelled;
+        };
+        probed.world.start = [](auto&) {
+            ADD_FAILURE() << "started";
+            return Handle();
+        };
+        const RunOutcome outcome = probed.run();
+        EXPECT_EQ(outcome.startup, cancelled ? S_OK : filesNotLocked);
+        EXPECT_EQ(errorsShown(dialog), cancelled ? std::vector<UINT>{} : std::vector<UINT>{577});
+        EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
+        EXPECT_EQ(probed.app().installStatus(), cancelled ? S_OK : filesNotLocked) << "told as a failure";
+    }
 }
 
 TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
