@@ -7,8 +7,9 @@
 //   ... --finish TIME, --stay TIME   temporary uninstallers: take their time; the first kind then removes the client
 //
 // A line of plan.txt in the exchange folder is "KIND GAP NAME PROGRAM TIME". The KIND is finish, whose end the next line
-// waits for, or stay. The GAP ahead of the start is in milliseconds, NAME is what the copy of the PROGRAM is called, the
-// TIME is in milliseconds or the name of a file in the exchange folder that is waited for.
+// waits for, or stay. The GAP before the start is in milliseconds, NAME is what the copy of the PROGRAM is called, the
+// TIME is in milliseconds or the name of a file in the exchange folder that is waited for. A line "work GAP - - -" is
+// the time that the uninstaller itself takes.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -80,7 +81,8 @@ void copyToTemporary(const fs::path& program, const fs::path& name) {
 int leaveTheWork() {
     copyToTemporary(ownFile(), "conductor.exe");
     // Their files go while they are waited for.
-    for (const Stage& stage : plan()) copyToTemporary(ownFile().parent_path() / stage.program, stage.name);
+    for (const Stage& stage : plan())
+        stage.kind == "work" ? Sleep(stage.gap) : copyToTemporary(ownFile().parent_path() / stage.program, stage.name);
     start(fs::temp_directory_path() / "conductor.exe", L"--conduct " + std::to_wstring(GetCurrentProcessId()));
     return 0;
 }
@@ -89,6 +91,7 @@ int conduct(DWORD uninstaller) {
     const pdx::Handle before(OpenProcess(SYNCHRONIZE, FALSE, uninstaller));
     if (before) WaitForSingleObject(before.get(), INFINITE);
     for (const Stage& stage : plan()) {
+        if (stage.kind == "work") continue;
         Sleep(stage.gap);
         const pdx::Handle process =
             start(fs::temp_directory_path() / stage.name, pdx::toWide("--" + stage.kind + " " + stage.time));
