@@ -21,7 +21,7 @@ A scenario has them as `scene.services`:
     services.update.answer(body={"recommended": {"version": "12.38.0.1"}})      from now on
     services.download.answer(status=503, times=3)                               three times, then as before
     services.download.answer(cut="close half-way", method="GET", times=1)       half of what it would have sent
-    services.brisk.answer(delay=20, cut="reset")                                silent for 20 seconds, then a reset
+    services.brisk.answer(silence=event, cut="reset")                           no answer until then, but a reset
     services.tally.down()                                                       refuses connections; up() ends it
     url = services.download.serve("/client/PalisadeApp.msi", file)
     bodies = [request.body for request in services.requests("brisk")]

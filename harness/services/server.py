@@ -27,6 +27,7 @@ class Answer:
     status: int = 200
     headers: dict[str, str] = field(default_factory=dict)
     delay: float = 0  # seconds of silence before it
+    silence: threading.Event | None = None  # awaited before it
     cut: str = ""  # one of CUTS
     raw: bytes | None = None  # sent in place of an HTTP answer; then the connection closes
     chunked: bool = False
@@ -221,6 +222,8 @@ class _Handler(BaseHTTPRequestHandler):
         request.status = None if silent else answer.status
         self.service.record(request)
         time.sleep(answer.delay)
+        if answer.silence:
+            self._say_nothing(answer.silence)
         self.close_connection = silent or answer.cut != ""
         if not silent:
             self._send(answer)
@@ -230,6 +233,12 @@ class _Handler(BaseHTTPRequestHandler):
             _reset(self.request)
 
     do_GET = do_HEAD = do_POST = do_PUT = _respond
+
+    def _say_nothing(self, end: threading.Event) -> None:
+        """A head without an end: WinINet gives up a request of which it hears nothing at all for 30 seconds."""
+        self.wfile.write(b"HTTP/1.1 200 OK\r\nX-Silence: ")
+        while not end.wait(1):
+            self.wfile.write(b".")
 
     def _send(self, answer: Answer) -> None:
         body = answer.bytes()
