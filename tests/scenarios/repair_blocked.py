@@ -25,7 +25,7 @@ def blocked(scene, what, behaviour, hold, operation, last):
     if hold:
         scene.check_equal(f"{what}: it is held", scene.window.command(hold), "held")
     run = scene.start("PDX_REPAIR=1", log="engine" if what == "file-held" else what)
-    if what in ("file-held", "hangs"):
+    if what == "file-held":
         bar = scene.wait_for_page("progress", what + "-meanwhile").controls[PROGRESS]
         shot = scene.window.pixels(bar)
         scene.wait_for(lambda: scene.window.pixels(bar) != shot, f"{what}: a move of the bar", 3)
