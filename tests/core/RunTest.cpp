@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
+#include "config/Settings.h"
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
 #include "platform/Text.h"
@@ -150,19 +152,55 @@ TEST(Run, PlansNothingAfterAPromptInsideADetection) {
     EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_PROMPT_ALREADY_INSTALLED});
 }
 
-TEST(Run, MakesNoRepairOfACancelledPrompt) {
+/// The client is installed, and the older one too where it is there.
+RunOutcome startBesideClients(ProbedRun& probed, bool olderThere, const char* migration, const char* prompt,
+                              const wchar_t* upgrade) {
     const InstalledClient client;
-    // The answer to a cancelled run's message is the number by which the prompt asks for a repair.
-    AnsweringDialog dialog([](auto& application, const auto& message) {
-        if (message.number == WM_BA_PROMPT_ALREADY_INSTALLED) application.PromptCancel(nullptr, TRUE, nullptr, nullptr);
-        return IDCANCEL;
-    });
-    ProbedRun probed;
+    RegistryKey machine = RegistryKey::localMachine(view32);
+    if (olderThere) machine.setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"true"));
+    probed.app();
+    std::istringstream settings(std::string("[app.meridian]\nenableMigration = ") + migration +
+                                "\npromptBastionUninstall = " + prompt + "\n");
+    g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));  // after the constructor's own
+    probed.engine.variables.set(L"PDX_MERIDIAN_UPGRADE", std::wstring(upgrade));
+    probed.engine.variables.set(L"PDX_UNINSTALL_BASTION", std::wstring(L"1"));
+    probed.engine.clearLog();
     const RunOutcome outcome = probed.run();
-    EXPECT_EQ(outcome.shutdown, 0);
-    EXPECT_EQ(probed.engine.variables.text(L"PDX_REPAIR"), L"0");
-    EXPECT_EQ(probed.engine.callTexts("Quit"), std::vector<std::string>{"Quit(0)"});
-    EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_PROMPT_ALREADY_INSTALLED});
+    machine.deleteTree(olderClientKey);
+    return outcome;
+}
+
+TEST(Run, OffersTheMoveOnlyWhereAllOfItIsWanted) {
+    const std::tuple<bool, const char*, const char*, const wchar_t*, UINT> rows[] = {
+        {true, "true", "true", L"1", WM_BA_PROMPT_BASTION_UNINSTALL},
+        {false, "true", "true", L"1", WM_BA_PROMPT_ALREADY_INSTALLED},
+        {true, "false", "true", L"1", WM_BA_PROMPT_ALREADY_INSTALLED},
+        {true, "true", "false", L"1", WM_BA_PROMPT_ALREADY_INSTALLED},
+        {true, "true", "true", L"", WM_BA_PROMPT_ALREADY_INSTALLED},
+    };
+    for (const auto& [olderThere, migration, prompt, upgrade, offered] : rows) {
+        AnsweringDialog dialog;
+        ProbedRun probed;
+        startBesideClients(probed, olderThere, migration, prompt, upgrade);
+        EXPECT_EQ(dialog.numbers(), std::vector<UINT>{offered}) << olderThere << migration << prompt;
+    }
+}
+
+TEST(Run, FollowsNoAnswerOfACancelledPrompt) {
+    for (const wchar_t* upgrade : {L"", L"1"})
+        for (const int answer : {0, 1, 2}) {
+            AnsweringDialog dialog([answer](auto& application, const auto&) {
+                application.PromptCancel(nullptr, TRUE, nullptr, nullptr);
+                return answer;
+            });
+            ProbedRun probed;
+            const RunOutcome outcome = startBesideClients(probed, true, "true", "true", upgrade);
+            EXPECT_EQ(outcome.shutdown, 0) << answer;
+            EXPECT_EQ(probed.engine.callTexts("Quit"), std::vector<std::string>{"Quit(0)"});
+            EXPECT_FALSE(probed.engine.findLog(L"variable=[PDX_UNINSTALL_BASTION]")) << "asked before a client's start";
+            EXPECT_EQ(probed.engine.variables.text(L"PDX_UNINSTALL_BASTION"), L"1") << upgrade << answer;
+            EXPECT_EQ(dialog.messages().size(), 1u);
+        }
 }
 
 TEST(Run, EndsWhenTheEngineRefusesAStep) {

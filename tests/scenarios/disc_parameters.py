@@ -16,12 +16,16 @@ def check_kept(scene, what: str, **wanted: str) -> None:
 
 def play(scene):
     before = listing(scene)
-    # Half of a disc is none: the command line is read.
-    scene.path(facts.EXCHANGE + "\\autorun.inf").touch()
+    # Half of a disc is none, whichever it is: the command line is read.
+    autorun, setup = (scene.path(f"{facts.EXCHANGE}\\{name}") for name in ("autorun.inf", "Autorun\\thinsetup.json"))
+    autorun.touch()
     scene.check_exit_code(scene.run("/quiet", *GIVEN, log="install"), 0, "an install")
     scene.check_installed()
     check_kept(scene, "an install")
 
+    autorun.unlink()
+    setup.parent.mkdir()
+    setup.touch()
     run = scene.run(*GIVEN)
     scene.check_exit_code(run, 0, "beside an installed client the engine")
     scene.wait_for(lambda: scene.read(facts.LAUNCHES), "the client's start")

@@ -4,6 +4,7 @@
 
 #include "platform/Log.h"
 #include "platform/Registry.h"
+#include "tests/platform/CapturedLog.h"
 #include "tests/platform/Probe.h"
 #include "tests/platform/TestFolder.h"
 
@@ -66,6 +67,16 @@ TEST(TempUninstaller, IsWaitedForByTheHandleThatFoundIt) {
     waitForBastionTempUninstallers();
     g_logger.clear();
     EXPECT_TRUE(logger->held);
+    deleteKeys();
+}
+
+TEST(WaitForBastionTempUninstallers, StartsAndAwaitsNothingWithoutARecordedProgram) {
+    for (const bool recorded : {false, true}) {
+        if (recorded) RegistryKey::localMachine(view32).setSubKeyValue(L"Software\\Bastion", L"BastionPath", std::wstring());
+        const CapturedLog log;
+        waitForBastionTempUninstallers();
+        for (const LogEntry& line : log.take()) EXPECT_NE(line.function, "waitForBastionTempUninstallers");
+    }
     deleteKeys();
 }
 
