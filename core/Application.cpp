@@ -197,10 +197,26 @@ void BootstrapperApplication::UpdateInstallStatus(HRESULT hr) {
             describeError(hr), static_cast<uint32_t>(hr));
 }
 
-void BootstrapperApplication::replaceContext(Operation operation, Json attributes) {
+void BootstrapperApplication::record(Operation operation, std::initializer_list<Fact> facts,
+                                     std::source_location where) {
+    const OperationRow& row = rowOf(operation);
+    const std::string name = row.callback;
+    const std::string line = facts.size() == 0 ? "Entering " + name.substr(name.rfind(':') + 1) : lineOf(facts);
+    logMessage(logTrace, row.callback, static_cast<int32_t>(where.line()), "%s", line);
     const std::lock_guard guard(m_stateLock);
     m_lastOperation = operation;
-    m_context = std::move(attributes);
+    if (row.rule == ContextRule::replace) m_context.clear();
+    m_context.update(contextOf(facts));
+}
+
+void BootstrapperApplication::trace(const char* callback, std::span<const Fact> facts, std::source_location where) {
+    logMessage(logTrace, callback, static_cast<int32_t>(where.line()), "%s", lineOf(facts));
+}
+
+void BootstrapperApplication::replaceContext(Operation operation) {
+    const std::lock_guard guard(m_stateLock);
+    m_lastOperation = operation;
+    m_context = Json::object();
 }
 
 void BootstrapperApplication::mergeContext(Operation operation, const Json& attributes) {

@@ -2,52 +2,47 @@
 #include <mutex>
 
 #include "core/BootstrapperApplication.h"
-#include "core/ContextText.h"
-#include "core/rules/Names.h"
-#include "platform/Errors.h"
-#include "platform/Log.h"
 #include "state/ElevatedBinaries.h"
 
 namespace pdx {
 
-using Base = CBalBaseBootstrapperApplication;
-
 int BootstrapperApplication::OnApplyBegin() {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnApplyBegin", "Entering OnApplyBegin");
-    replaceContext(operationApplyBegin);
-    return Base::OnApplyBegin();
+    record(Operation::applyBegin, {});
+    return beginApplying();
 }
 
 void BootstrapperApplication::OnApplyPhaseCount(DWORD dwPhaseCount) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnApplyPhaseCount", "dwPhaseCount=%u", dwPhaseCount);
-    mergeContext(operationApplyPhaseCount, {{"nphs", dwPhaseCount}});
+    record(Operation::applyPhaseCount, {{"dwPhaseCount", "nphs", dwPhaseCount}});
 }
 
 int BootstrapperApplication::OnElevate() {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnElevate", "Entering OnElevate");
-    replaceContext(operationElevate);
+    record(Operation::elevate, {});
     if (!m_hooks.isElevated()) {
         const std::wstring folder = elevatedFolderOf(m_hooks.libraryFolder());
         const std::wstring executable =
             folder.empty() ? std::wstring() : GetEngineVariable(L"BundleExecutableName", false);
         if (FAILED(lockElevatedBinaries(folder, executable))) return IDCANCEL;
     }
-    return Base::OnElevate();
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnProgress(DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
     mergeContext({{"cpct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
-    return Base::OnProgress(dwProgressPercentage, dwOverallPercentage);
+    return noteProgress(dwProgressPercentage, dwOverallPercentage);
 }
 
 int BootstrapperApplication::OnError(BOOTSTRAPPER_ERROR_TYPE errorType, LPCWSTR wzPackageId, DWORD dwCode,
                                      LPCWSTR wzError, DWORD uiFlags, DWORD cData, LPCWSTR* rgwzData,
                                      int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnError",
-            "errorType=%s, wzPackageId=%ls, dwCode=%u, wzError=%ls, uiFlags=%s, cData=%u, rgwzData=[%ls], "
-            "nRecommendation=%d",
-            nameOf(errorType), textOrEmpty(wzPackageId), dwCode, textOrEmpty(wzError), nameOfMessageBoxStyle(uiFlags),
-            cData, joinTexts(cData, rgwzData), nRecommendation);
+    const Fact facts[] = {{"errorType", nullptr, errorType},
+                          {"wzPackageId", nullptr, wzPackageId},
+                          {"dwCode", nullptr, dwCode},
+                          {"wzError", nullptr, wzError},
+                          {"uiFlags", nullptr, BoxStyle{uiFlags}},
+                          {"cData", nullptr, cData},
+                          {"rgwzData", nullptr, TextList{cData, rgwzData}},
+                          {"nRecommendation", nullptr, nRecommendation}};
+    trace("BootstrapperApplication::OnError", facts);
     const HRESULT hr = formError(errorType, dwCode);
     UpdateInstallStatus(hr);
     tellError(hr, toUtf8(scrubProfilePath(textOrEmpty(wzError))));
@@ -65,47 +60,38 @@ int BootstrapperApplication::raiseError(ProgramError code) {
 }
 
 int BootstrapperApplication::OnRegisterBegin() {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnRegisterBegin", "Entering OnRegisterBegin");
-    replaceContext(operationRegisterBegin);
-    return Base::OnRegisterBegin();
+    record(Operation::registerBegin, {});
+    return cancelCheck();
 }
 
 void BootstrapperApplication::OnRegisterComplete(HRESULT hrStatus) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnRegisterComplete", "hrStatus=%s", describeError(hrStatus));
-    mergeContext(operationRegisterComplete, {{"stat", contextStatus(hrStatus)}});
+    record(Operation::registerComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
 }
 
-void BootstrapperApplication::OnUnregisterBegin() {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnUnregisterBegin", "Entering OnUnregisterBegin");
-    replaceContext(operationUnregisterBegin);
-}
+void BootstrapperApplication::OnUnregisterBegin() { record(Operation::unregisterBegin, {}); }
 
 void BootstrapperApplication::OnUnregisterComplete(HRESULT hrStatus) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnUnregisterComplete", "hrStatus=%s", describeError(hrStatus));
-    mergeContext(operationUnregisterComplete, {{"stat", contextStatus(hrStatus)}});
+    record(Operation::unregisterComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
 }
 
 int BootstrapperApplication::OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnApplyComplete", "hrStatus=%s, restart=%s", describeError(hrStatus),
-            nameOf(restart));
-    mergeContext(operationApplyComplete, {{"stat", contextStatus(hrStatus)}, {"rstr", static_cast<int32_t>(restart)}});
+    record(Operation::applyComplete, {{"hrStatus", "stat", Status{hrStatus}}, {"restart", "rstr", restart}});
     UpdateInstallStatus(hrStatus);
-    // m_fApplying stays set, unlike in the base: an ordinary end of the session is refused for the rest of the run.
+    // m_fApplying stays set, although the work has ended: an ordinary end of the session is refused for the rest of the
+    // run.
     return sendAppMessage(WM_BA_APPLY_COMPLETE, static_cast<WPARAM>(hrStatus), restart);
 }
 
 int BootstrapperApplication::OnLaunchApprovedExeBegin() {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnLaunchApprovedExeBegin", "Entering OnLaunchApprovedExeBegin");
-    replaceContext(operationLaunchApprovedExeBegin);
-    return Base::OnLaunchApprovedExeBegin();
+    record(Operation::launchApprovedExeBegin, {});
+    return cancelCheck();
 }
 
 void BootstrapperApplication::OnLaunchApprovedExeComplete(HRESULT hrStatus, DWORD dwProcessId) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnLaunchApprovedExeComplete", "hrStatus=%s, dwProcessId=%u",
-            describeError(hrStatus), dwProcessId);
-    mergeContext(operationLaunchApprovedExeComplete, {{"stat", contextStatus(hrStatus)}, {"pid", dwProcessId}});
+    record(Operation::launchApprovedExeComplete,
+           {{"hrStatus", "stat", Status{hrStatus}}, {"dwProcessId", "pid", dwProcessId}});
 }
 
 }  // namespace pdx

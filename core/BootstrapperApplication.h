@@ -4,16 +4,18 @@
 
 #include <atomic>
 #include <nlohmann/json.hpp>
+#include <source_location>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/AppMessages.h"
-#include "core/BaseApplication.h"
+#include "core/engine/BaseApplication.h"
+#include "core/engine/CallbackFacts.h"
+#include "core/engine/rules/Operations.h"
 #include "core/rules/DownloadRetry.h"
 #include "core/rules/InstallStatus.h"
-#include "core/rules/Operations.h"
 #include "core/rules/RunEvents.h"
 #include "core/rules/Startup.h"
 #include "core/RunHooks.h"
@@ -37,8 +39,8 @@ enum class ReloadPurpose {
 
 class BootstrapperApplication : public CBalBaseBootstrapperApplication {
   public:
-    /// The routine of the UI thread: it makes the dialog for the application and runs its messages until WM_QUIT. Once it
-    /// has ended, by an exception too, m_dialogReady is set.
+    /// The routine of the UI thread: it makes the dialog for the application and runs its messages until WM_QUIT. Once
+    /// it has ended, by an exception too, m_dialogReady is set.
     using UiRoutine = void (*)(BootstrapperApplication& application);
 
     /// Brings up the process-wide services and turns environment and command line into bundle variables. The engine and
@@ -106,7 +108,10 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void sendBastionOverlayImpressions() const;
     void sendMeridianCompleted() const;
 
-    // ---- The engine's callbacks, in slot order.
+    void takeFault(HRESULT status) override { UpdateInstallStatus(status); }
+    void endAfterFault() override { quit(1); }
+
+    // ---- The engine's callbacks, in the order of its table.
 
     HRESULT STDMETHODCALLTYPE OnStartup() override;
     int STDMETHODCALLTYPE OnShutdown() override;
@@ -199,7 +204,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// What is known of the current callback and of the last error; a copy of the moment, which takes the whole context
     /// along.
     struct State {
-        int32_t lastOperation;
+        Operation lastOperation;
         nlohmann::json context;
         InstallStatus status;
     };
@@ -249,9 +254,14 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void promptAlreadyInstalled();
     void promptBastionUninstall();
 
-    /// Sets the number of the callback and puts the attributes in the place of the context.
-    void replaceContext(Operation operation, Json attributes = Json::object());
-    /// Sets the number and takes the attributes into the context, a new value replacing an old one of the same key.
+    /// Logs a callback's line and takes its arguments into the context by the operation's rule. Without arguments the
+    /// line is "Entering OnApplyBegin".
+    void record(Operation operation, std::initializer_list<Fact> facts,
+                std::source_location where = std::source_location::current());
+    /// The line alone, of a callback without a number.
+    static void trace(const char* callback, std::span<const Fact> facts,
+                      std::source_location where = std::source_location::current());
+    void replaceContext(Operation operation);
     void mergeContext(Operation operation, const Json& attributes);
     /// For callbacks without a number.
     void mergeContext(const Json& attributes);
@@ -273,7 +283,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void tellRunFailed(const std::string& reportId);
     static void tellSessionStopped();
     /// Sends an error to the Brisk service under a name whose "{group}" is filled in, and logs code, text and flag.
-    void logBriskError(std::string_view name, const std::string& code, const std::string& message, int32_t operation,
+    void logBriskError(std::string_view name, const std::string& code, const std::string& message, Operation operation,
                        const Json& context, const Json& extra = {});
     void sendMeridianMessages(std::span<const char* const> ids, const MessagePlace& place, const char* status) const;
 
@@ -297,8 +307,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void endAsCancel();
     void endAsFailure();
     void endAsSuccess();
-    /// Sends the report of a run that did not succeed, if the user has agreed to it, and waits for that. Its tracking id;
-    /// empty if there is none.
+    /// Sends the report of a run that did not succeed, if the user has agreed to it, and waits for that. Its tracking
+    /// id; empty if there is none.
     std::string submitErrorReport();
     /// The run is over for the user: the window goes, and a second run may start. Waits for nothing.
     void leaveTheScreen();
@@ -337,7 +347,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
 
     /// Guards the three fields below; held across no message, wait or engine call, and so across no log line.
     mutable Lock m_stateLock;
-    int32_t m_lastOperation = operationNone;
+    Operation m_lastOperation = Operation::none;
     Json m_context = Json::object();
     InstallStatus m_status;
 };

@@ -4,43 +4,32 @@
 #include <shlwapi.h>
 
 #include "core/BootstrapperApplication.h"
-#include "core/ContextText.h"
-#include "core/rules/Names.h"
-#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/Uuid.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 
-using Base = CBalBaseBootstrapperApplication;
-
 int BootstrapperApplication::OnCacheBegin() {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCacheBegin", "Entering OnCacheBegin");
-    replaceContext(operationCacheBegin);
+    record(Operation::cacheBegin, {});
     return sendAppMessage(WM_BA_CACHE_BEGIN);
 }
 
 int BootstrapperApplication::OnCachePackageBegin(LPCWSTR wzPackageId, DWORD cCachePayloads,
                                                  DWORD64 dw64PackageCacheSize) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCachePackageBegin",
-            "wzPackageId=%ls, cCachePayloads=%u, dw64PackageCacheSize=%llu", textOrEmpty(wzPackageId), cCachePayloads,
-            dw64PackageCacheSize);
-    replaceContext(operationCachePackageBegin,
-                   {{"pkid", contextText(wzPackageId)}, {"cpld", cCachePayloads}, {"pcsz", dw64PackageCacheSize}});
+    record(Operation::cachePackageBegin, {{"wzPackageId", "pkid", wzPackageId},
+                                          {"cCachePayloads", "cpld", cCachePayloads},
+                                          {"dw64PackageCacheSize", "pcsz", dw64PackageCacheSize}});
     m_downloadRetries = 0;
-    return Base::OnCachePackageBegin(wzPackageId, cCachePayloads, dw64PackageCacheSize);
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnCacheAcquireBegin(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId,
                                                  BOOTSTRAPPER_CACHE_OPERATION operation, LPCWSTR wzSource) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCacheAcquireBegin",
-            "wzPackageOrContainerId=%ls, wzPayloadId=%ls, operation=%s, wzSource=%ls",
-            textOrEmpty(wzPackageOrContainerId), textOrEmpty(wzPayloadId), nameOf(operation), textOrEmpty(wzSource));
-    replaceContext(operationCacheAcquireBegin, {{"pkid", contextText(wzPackageOrContainerId)},
-                                                {"plid", contextText(wzPayloadId)},
-                                                {"caop", static_cast<int32_t>(operation)},
-                                                {"psrc", contextText(wzSource)}});
+    record(Operation::cacheAcquireBegin, {{"wzPackageOrContainerId", "pkid", wzPackageOrContainerId},
+                                          {"wzPayloadId", "plid", wzPayloadId},
+                                          {"operation", "caop", operation},
+                                          {"wzSource", "psrc", wzSource}});
     m_cacheOperation = operation;
     m_downloadStart = TelemetryManager::timestamp(briskSender);
     m_downloadLink = contextText(wzSource);
@@ -64,27 +53,20 @@ int BootstrapperApplication::OnCacheAcquireProgress(LPCWSTR, LPCWSTR, DWORD64 dw
 
 int BootstrapperApplication::OnResolveSource(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId, LPCWSTR wzLocalSource,
                                              LPCWSTR wzDownloadSource) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnResolveSource",
-            "wzPackageOrContainerId=%ls, wzPayloadId=%ls, wzLocalSource=%ls, wzDownloadSource=%ls",
-            textOrEmpty(wzPackageOrContainerId), textOrEmpty(wzPayloadId), textOrEmpty(wzLocalSource),
-            textOrEmpty(wzDownloadSource));
-    mergeContext(operationResolveSource, {{"pkid", contextText(wzPackageOrContainerId)},
-                                          {"plid", contextText(wzPayloadId)},
-                                          {"lsrc", contextText(wzLocalSource)},
-                                          {"dsrc", contextText(wzDownloadSource)}});
+    record(Operation::resolveSource, {{"wzPackageOrContainerId", "pkid", wzPackageOrContainerId},
+                                      {"wzPayloadId", "plid", wzPayloadId},
+                                      {"wzLocalSource", "lsrc", wzLocalSource},
+                                      {"wzDownloadSource", "dsrc", wzDownloadSource}});
     if (wzDownloadSource && !PathFileExistsW(textOrEmpty(wzLocalSource))) return resultDownload;
-    return Base::OnResolveSource(wzPackageOrContainerId, wzPayloadId, wzLocalSource, wzDownloadSource);
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnCacheAcquireComplete(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId,
                                                     HRESULT hrStatus, int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCacheAcquireComplete",
-            "wzPackageOrContainerId=%ls, wzPayloadId=%ls, hrStatus=%s, nRecommendation=%d",
-            textOrEmpty(wzPackageOrContainerId), textOrEmpty(wzPayloadId), describeError(hrStatus), nRecommendation);
-    mergeContext(operationCacheAcquireComplete, {{"pkid", contextText(wzPackageOrContainerId)},
-                                                 {"plid", contextText(wzPayloadId)},
-                                                 {"cast", contextStatus(hrStatus)},
-                                                 {"reco", nRecommendation}});
+    record(Operation::cacheAcquireComplete, {{"wzPackageOrContainerId", "pkid", wzPackageOrContainerId},
+                                             {"wzPayloadId", "plid", wzPayloadId},
+                                             {"hrStatus", "cast", Status{hrStatus}},
+                                             {"nRecommendation", "reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
     if (m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD) {
         if (isDownloadCancelled(isCanceled(), hrStatus))
@@ -109,40 +91,32 @@ bool BootstrapperApplication::retryDownload(HRESULT hrStatus) {
 }
 
 int BootstrapperApplication::OnCacheVerifyBegin(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCacheVerifyBegin", "wzPackageOrContainerId=%ls, wzPayloadId=%ls",
-            textOrEmpty(wzPackageOrContainerId), textOrEmpty(wzPayloadId));
-    replaceContext(operationCacheVerifyBegin,
-                   {{"pkid", contextText(wzPackageOrContainerId)}, {"plid", contextText(wzPayloadId)}});
-    return Base::OnCacheVerifyBegin(wzPackageOrContainerId, wzPayloadId);
+    record(Operation::cacheVerifyBegin,
+           {{"wzPackageOrContainerId", "pkid", wzPackageOrContainerId}, {"wzPayloadId", "plid", wzPayloadId}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnCacheVerifyComplete(LPCWSTR wzPackageOrContainerId, LPCWSTR wzPayloadId,
                                                    HRESULT hrStatus, int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCacheVerifyComplete",
-            "wzPackageOrContainerId=%ls, wzPayloadId=%ls, hrStatus=%s, nRecommendation=%d",
-            textOrEmpty(wzPackageOrContainerId), textOrEmpty(wzPayloadId), describeError(hrStatus), nRecommendation);
-    mergeContext(operationCacheVerifyComplete, {{"pkid", contextText(wzPackageOrContainerId)},
-                                                {"plid", contextText(wzPayloadId)},
-                                                {"stat", contextStatus(hrStatus)},
-                                                {"reco", nRecommendation}});
+    record(Operation::cacheVerifyComplete, {{"wzPackageOrContainerId", "pkid", wzPackageOrContainerId},
+                                            {"wzPayloadId", "plid", wzPayloadId},
+                                            {"hrStatus", "stat", Status{hrStatus}},
+                                            {"nRecommendation", "reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
     if (FAILED(hrStatus) && m_cacheOperation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD) tellDownloadFailed(hrStatus);
-    return Base::OnCacheVerifyComplete(wzPackageOrContainerId, wzPayloadId, hrStatus, nRecommendation);
+    return cancelCheck(nRecommendation);
 }
 
 int BootstrapperApplication::OnCachePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus, int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCachePackageComplete",
-            "wzPackageId=%ls, hrStatus=%s, nRecommendation=%d", textOrEmpty(wzPackageId), describeError(hrStatus),
-            nRecommendation);
-    mergeContext(operationCachePackageComplete,
-                 {{"pkid", contextText(wzPackageId)}, {"stat", contextStatus(hrStatus)}, {"reco", nRecommendation}});
+    record(Operation::cachePackageComplete, {{"wzPackageId", "pkid", wzPackageId},
+                                             {"hrStatus", "stat", Status{hrStatus}},
+                                             {"nRecommendation", "reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
-    return Base::OnCachePackageComplete(wzPackageId, hrStatus, nRecommendation);
+    return cancelCheck(nRecommendation);
 }
 
 void BootstrapperApplication::OnCacheComplete(HRESULT hrStatus) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnCacheComplete", "hrStatus=%s", describeError(hrStatus));
-    mergeContext(operationCacheComplete, {{"stat", contextStatus(hrStatus)}});
+    record(Operation::cacheComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
 }
 

@@ -1,50 +1,37 @@
 // The callbacks of detection. Related bundles, features and the like are only kept for reports.
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
-#include "core/ContextText.h"
-#include "core/rules/Names.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
-#include "platform/rules/Version.h"
 #include "state/rules/UpdateRules.h"
 
 namespace pdx {
 
-using Base = CBalBaseBootstrapperApplication;
-
 int BootstrapperApplication::OnDetectBegin(BOOL fInstalled, DWORD cPackages) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectBegin", "fInstalled=%s, cPackages=%u", nameOfBool(fInstalled),
-            cPackages);
-    replaceContext(operationDetectBegin, {{"inst", fInstalled != FALSE}, {"npkg", cPackages}});
-    return Base::OnDetectBegin(fInstalled, cPackages);
+    record(Operation::detectBegin, {{"fInstalled", "inst", fInstalled != FALSE}, {"cPackages", "npkg", cPackages}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectForwardCompatibleBundle(LPCWSTR wzBundleId,
                                                              BOOTSTRAPPER_RELATION_TYPE relationType,
                                                              LPCWSTR wzBundleTag, BOOL fPerMachine, DWORD64 dw64Version,
                                                              int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectForwardCompatibleBundle",
-            "wzBundleId=%ls, relationType=%s, wzBundleTag=%ls, fPerMachine=%s, dw64Version=%s, nRecommendation=%d",
-            textOrEmpty(wzBundleId), nameOf(relationType), textOrEmpty(wzBundleTag), nameOfBool(fPerMachine),
-            versionText(dw64Version), nRecommendation);
-    mergeContext(operationDetectForwardCompatibleBundle, {{"bund", contextText(wzBundleId)},
-                                                          {"relt", static_cast<int32_t>(relationType)},
-                                                          {"btag", contextText(wzBundleTag)},
-                                                          {"perm", fPerMachine != FALSE},
-                                                          {"vers", versionText(dw64Version)},
-                                                          {"reco", nRecommendation}});
-    return Base::OnDetectForwardCompatibleBundle(wzBundleId, relationType, wzBundleTag, fPerMachine, dw64Version,
-                                                 nRecommendation);
+    record(Operation::detectForwardCompatibleBundle, {{"wzBundleId", "bund", wzBundleId},
+                                                      {"relationType", "relt", relationType},
+                                                      {"wzBundleTag", "btag", wzBundleTag},
+                                                      {"fPerMachine", "perm", fPerMachine != FALSE},
+                                                      {"dw64Version", "vers", Version{dw64Version}},
+                                                      {"nRecommendation", "reco", nRecommendation}});
+    return cancelCheck(nRecommendation);
 }
 
 int BootstrapperApplication::OnDetectUpdateBegin(LPCWSTR wzUpdateLocation, int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectUpdateBegin", "wzUpdateLocation=%ls, nRecommendation=%d",
-            textOrEmpty(wzUpdateLocation), nRecommendation);
-    replaceContext(operationDetectUpdateBegin, {{"locn", contextText(wzUpdateLocation)}, {"reco", nRecommendation}});
+    record(Operation::detectUpdateBegin,
+           {{"wzUpdateLocation", "locn", wzUpdateLocation}, {"nRecommendation", "reco", nRecommendation}});
     if (isUpdateCheckDue({m_action, m_command->relationType, isThinInstaller(),
                           getConfigBool("qa.installer.skipUpdateCheck", false)}))
         checkForUpdate();
-    return Base::OnDetectUpdateBegin(wzUpdateLocation, nRecommendation);
+    return cancelCheck(nRecommendation);
 }
 
 void BootstrapperApplication::checkForUpdate() {
@@ -68,110 +55,82 @@ void BootstrapperApplication::checkForUpdate() {
 int BootstrapperApplication::OnDetectUpdate(LPCWSTR wzUpdateLocation, DWORD64 dw64Size, DWORD64 dw64Version,
                                             LPCWSTR wzTitle, LPCWSTR wzSummary, LPCWSTR wzContentType,
                                             LPCWSTR wzContent, int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectUpdate",
-            "wzUpdateLocation=%ls, dw64Size=%llu, dw64Version=%s, wzTitle=%ls, wzSummary=%ls, wzContentType=%ls, "
-            "wzContent=%ls, nRecommendation=%d",
-            textOrEmpty(wzUpdateLocation), dw64Size, versionText(dw64Version), textOrEmpty(wzTitle),
-            textOrEmpty(wzSummary), textOrEmpty(wzContentType), textOrEmpty(wzContent), nRecommendation);
-    mergeContext(operationDetectUpdate, {{"locn", contextText(wzUpdateLocation)},
-                                         {"size", dw64Size},
-                                         {"vers", versionText(dw64Version)},
-                                         {"titl", contextText(wzTitle)},
-                                         {"summ", contextText(wzSummary)},
-                                         {"type", contextText(wzContentType)},
-                                         {"cont", contextText(wzContent)},
-                                         {"reco", nRecommendation}});
-    return Base::OnDetectUpdate(wzUpdateLocation, dw64Size, dw64Version, wzTitle, wzSummary, wzContentType, wzContent,
-                                nRecommendation);
+    record(Operation::detectUpdate, {{"wzUpdateLocation", "locn", wzUpdateLocation},
+                                     {"dw64Size", "size", dw64Size},
+                                     {"dw64Version", "vers", Version{dw64Version}},
+                                     {"wzTitle", "titl", wzTitle},
+                                     {"wzSummary", "summ", wzSummary},
+                                     {"wzContentType", "type", wzContentType},
+                                     {"wzContent", "cont", wzContent},
+                                     {"nRecommendation", "reco", nRecommendation}});
+    return cancelCheck(nRecommendation);
 }
 
 void BootstrapperApplication::OnDetectUpdateComplete(HRESULT hrStatus, LPCWSTR wzUpdateLocation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectUpdateComplete", "hrStatus=%s, wzUpdateLocation=%ls",
-            describeError(hrStatus), textOrEmpty(wzUpdateLocation));
-    mergeContext(operationDetectUpdateComplete,
-                 {{"stat", contextStatus(hrStatus)}, {"locn", contextText(wzUpdateLocation)}});
+    record(Operation::detectUpdateComplete,
+           {{"hrStatus", "stat", Status{hrStatus}}, {"wzUpdateLocation", "locn", wzUpdateLocation}});
     UpdateInstallStatus(hrStatus);
 }
 
 int BootstrapperApplication::OnDetectRelatedBundle(LPCWSTR wzBundleId, BOOTSTRAPPER_RELATION_TYPE relationType,
                                                    LPCWSTR wzBundleTag, BOOL fPerMachine, DWORD64 dw64Version,
                                                    BOOTSTRAPPER_RELATED_OPERATION operation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectRelatedBundle",
-            "wzBundleId=%ls, relationType=%s, wzBundleTag=%ls, fPerMachine=%s, dw64Version=%s, operation=%s",
-            textOrEmpty(wzBundleId), nameOf(relationType), textOrEmpty(wzBundleTag), nameOfBool(fPerMachine),
-            versionText(dw64Version), nameOf(operation));
-    mergeContext(operationDetectRelatedBundle, {{"bund", contextText(wzBundleId)},
-                                                {"relt", static_cast<int32_t>(relationType)},
-                                                {"btag", contextText(wzBundleTag)},
-                                                {"perm", fPerMachine != FALSE},
-                                                {"vers", versionText(dw64Version)},
-                                                {"oper", static_cast<int32_t>(operation)}});
-    return Base::OnDetectRelatedBundle(wzBundleId, relationType, wzBundleTag, fPerMachine, dw64Version, operation);
+    record(Operation::detectRelatedBundle, {{"wzBundleId", "bund", wzBundleId},
+                                            {"relationType", "relt", relationType},
+                                            {"wzBundleTag", "btag", wzBundleTag},
+                                            {"fPerMachine", "perm", fPerMachine != FALSE},
+                                            {"dw64Version", "vers", Version{dw64Version}},
+                                            {"operation", "oper", operation}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectPackageBegin(LPCWSTR wzPackageId) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectPackageBegin", "wzPackageId=%ls", textOrEmpty(wzPackageId));
-    replaceContext(operationDetectPackageBegin, {{"pkid", contextText(wzPackageId)}});
-    return Base::OnDetectPackageBegin(wzPackageId);
+    record(Operation::detectPackageBegin, {{"wzPackageId", "pkid", wzPackageId}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectCompatiblePackage(LPCWSTR wzPackageId, LPCWSTR wzCompatiblePackageId) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectCompatiblePackage",
-            "wzPackageId=%ls, wzCompatiblePackageId=%ls", textOrEmpty(wzPackageId), textOrEmpty(wzCompatiblePackageId));
-    mergeContext(operationDetectCompatiblePackage,
-                 {{"pkid", contextText(wzPackageId)}, {"cpid", contextText(wzCompatiblePackageId)}});
-    return Base::OnDetectCompatiblePackage(wzPackageId, wzCompatiblePackageId);
+    record(Operation::detectCompatiblePackage,
+           {{"wzPackageId", "pkid", wzPackageId}, {"wzCompatiblePackageId", "cpid", wzCompatiblePackageId}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectRelatedMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode, BOOL fPerMachine,
                                                        DWORD64 dw64Version, BOOTSTRAPPER_RELATED_OPERATION operation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectRelatedMsiPackage",
-            "wzPackageId=%ls, wzProductCode=%ls, fPerMachine=%s, dw64Version=%s, operation=%s",
-            textOrEmpty(wzPackageId), textOrEmpty(wzProductCode), nameOfBool(fPerMachine), versionText(dw64Version),
-            nameOf(operation));
-    mergeContext(operationDetectRelatedMsiPackage, {{"pkid", contextText(wzPackageId)},
-                                                    {"pcod", contextText(wzProductCode)},
-                                                    {"perm", fPerMachine != FALSE},
-                                                    {"vers", versionText(dw64Version)},
-                                                    {"oper", static_cast<int32_t>(operation)}});
-    return Base::OnDetectRelatedMsiPackage(wzPackageId, wzProductCode, fPerMachine, dw64Version, operation);
+    record(Operation::detectRelatedMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
+                                                {"wzProductCode", "pcod", wzProductCode},
+                                                {"fPerMachine", "perm", fPerMachine != FALSE},
+                                                {"dw64Version", "vers", Version{dw64Version}},
+                                                {"operation", "oper", operation}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectTargetMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode,
                                                       BOOTSTRAPPER_PACKAGE_STATE patchState) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectTargetMsiPackage",
-            "wzPackageId=%ls, wzProductCode=%ls, patchState=%s", textOrEmpty(wzPackageId), textOrEmpty(wzProductCode),
-            nameOf(patchState));
-    mergeContext(operationDetectTargetMsiPackage, {{"pkid", contextText(wzPackageId)},
-                                                   {"pcod", contextText(wzProductCode)},
-                                                   {"ptch", static_cast<int32_t>(patchState)}});
-    return Base::OnDetectTargetMsiPackage(wzPackageId, wzProductCode, patchState);
+    record(Operation::detectTargetMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
+                                               {"wzProductCode", "pcod", wzProductCode},
+                                               {"patchState", "ptch", patchState}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectMsiFeature(LPCWSTR wzPackageId, LPCWSTR wzFeatureId,
                                                 BOOTSTRAPPER_FEATURE_STATE state) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectMsiFeature", "wzPackageId=%ls, wzFeatureId=%ls, state=%s",
-            textOrEmpty(wzPackageId), textOrEmpty(wzFeatureId), nameOf(state));
-    mergeContext(operationDetectMsiFeature, {{"pkid", contextText(wzPackageId)},
-                                             {"ftid", contextText(wzFeatureId)},
-                                             {"ftst", static_cast<int32_t>(state)}});
-    return Base::OnDetectMsiFeature(wzPackageId, wzFeatureId, state);
+    record(Operation::detectMsiFeature,
+           {{"wzPackageId", "pkid", wzPackageId}, {"wzFeatureId", "ftid", wzFeatureId}, {"state", "ftst", state}});
+    return cancelCheck();
 }
 
 void BootstrapperApplication::OnDetectPackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_PACKAGE_STATE state) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectPackageComplete", "wzPackageId=%ls, hrStatus=%s, state=%s",
-            textOrEmpty(wzPackageId), describeError(hrStatus), nameOf(state));
     // The package's state is not kept: reports show the status under this key.
-    mergeContext(operationDetectPackageComplete,
-                 {{"pkid", contextText(wzPackageId)}, {"pkst", contextStatus(hrStatus)}});
+    record(Operation::detectPackageComplete,
+           {{"wzPackageId", "pkid", wzPackageId}, {"hrStatus", "pkst", Status{hrStatus}}, {"state", nullptr, state}});
     UpdateInstallStatus(hrStatus);
     if (isClientPackagePresent(m_action, textOrEmpty(wzPackageId), state)) promptAlreadyInstalled();
 }
 
 void BootstrapperApplication::OnDetectComplete(HRESULT hrStatus) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnDetectComplete", "hrStatus=%s", describeError(hrStatus));
-    mergeContext(operationDetectComplete, {{"stat", contextStatus(hrStatus)}});
+    record(Operation::detectComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
     // The engine reports the end of a detection also after it was asked to quit; a plan made now would install.
     if (!m_quitRequested) sendAppMessage(WM_BA_DETECT_COMPLETE, static_cast<WPARAM>(hrStatus));

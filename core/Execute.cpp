@@ -2,11 +2,8 @@
 #include <mutex>
 
 #include "core/BootstrapperApplication.h"
-#include "core/ContextText.h"
 #include "core/rules/MsiChannel.h"
-#include "core/rules/Names.h"
 #include "core/rules/PackageLog.h"
-#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/rules/ClientPackage.h"
 #include "platform/rules/Numbers.h"
@@ -14,20 +11,16 @@
 
 namespace pdx {
 
-using Base = CBalBaseBootstrapperApplication;
-
 int BootstrapperApplication::OnExecuteBegin(DWORD cExecutingPackages) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteBegin", "cExecutingPackages=%u", cExecutingPackages);
-    replaceContext(operationExecuteBegin, {{"npkg", cExecutingPackages}});
+    record(Operation::executeBegin, {{"cExecutingPackages", "npkg", cExecutingPackages}});
     tellExecutionStarted();
     return sendAppMessage(WM_BA_EXECUTE_BEGIN, cExecutingPackages);
 }
 
 int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fExecute) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnExecutePackageBegin", "wzPackageId=%ls, fExecute=%s",
-            textOrEmpty(wzPackageId), nameOfBool(fExecute));
-    replaceContext(operationExecutePackageBegin, {{"pkid", contextText(wzPackageId)}, {"exec", fExecute != FALSE}});
-    Base::OnExecutePackageBegin(wzPackageId, fExecute);
+    record(Operation::executePackageBegin,
+           {{"wzPackageId", "pkid", wzPackageId}, {"fExecute", "exec", fExecute != FALSE}});
+    beginPackage(wzPackageId, fExecute);
     const int answer =
         sendAppMessage(WM_BA_EXECUTE_PACKAGE_BEGIN, fExecute != FALSE, reinterpret_cast<LPARAM>(wzPackageId));
 
@@ -60,11 +53,9 @@ bool BootstrapperApplication::openClientLog(const std::wstring& logPath) {
 }
 
 int BootstrapperApplication::OnExecutePatchTarget(LPCWSTR wzPackageId, LPCWSTR wzTargetProductCode) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnExecutePatchTarget", "wzPackageId=%ls, wzTargetProductCode=%ls",
-            textOrEmpty(wzPackageId), textOrEmpty(wzTargetProductCode));
-    mergeContext(operationExecutePatchTarget,
-                 {{"pkid", contextText(wzPackageId)}, {"pcod", contextText(wzTargetProductCode)}});
-    return Base::OnExecutePatchTarget(wzPackageId, wzTargetProductCode);
+    record(Operation::executePatchTarget,
+           {{"wzPackageId", "pkid", wzPackageId}, {"wzTargetProductCode", "pcod", wzTargetProductCode}});
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnExecuteProgress(LPCWSTR, DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
@@ -116,29 +107,27 @@ void BootstrapperApplication::keepMsiMessage(const char* word, int mt, UINT uiFl
 }
 
 int BootstrapperApplication::OnExecuteFilesInUse(LPCWSTR wzPackageId, DWORD cFiles, LPCWSTR* rgwzFiles) {
-    const std::wstring files = joinTexts(cFiles, rgwzFiles);
-    PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteFilesInUse", "wzPackageId=%ls, cFiles=%u, rgwzFiles=[%ls]",
-            textOrEmpty(wzPackageId), cFiles, files);
-    mergeContext({{"fuse", toUtf8(files)}});
-    return Base::OnExecuteFilesInUse(wzPackageId, cFiles, rgwzFiles);
+    const Fact facts[] = {{"wzPackageId", nullptr, wzPackageId},
+                          {"cFiles", nullptr, cFiles},
+                          {"rgwzFiles", "fuse", TextList{cFiles, rgwzFiles}}};
+    trace("BootstrapperApplication::OnExecuteFilesInUse", facts);
+    mergeContext(contextOf(facts));
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_APPLY_RESTART restart, int nRecommendation) {
-    setOperation(operationExecutePackageComplete);
+    setOperation(Operation::executePackageComplete);
     HRESULT status = hrStatus;
     if (m_executing) {
         status = packageStatus(wzPackageId, hrStatus);
         UpdateInstallStatus(status);
     }
-    PDX_LOG(logTrace, "BootstrapperApplication::OnExecutePackageComplete",
-            "wzPackageId=%ls, hrStatus=%s, restart=%s, nRecommendation=%d", textOrEmpty(wzPackageId),
-            describeError(status), nameOf(restart), nRecommendation);
-    mergeContext(operationExecutePackageComplete, {{"pkid", contextText(wzPackageId)},
-                                                   {"stat", contextStatus(status)},
-                                                   {"rstr", static_cast<int32_t>(restart)},
-                                                   {"reco", nRecommendation}});
-    return Base::OnExecutePackageComplete(wzPackageId, hrStatus, restart, nRecommendation);
+    record(Operation::executePackageComplete, {{"wzPackageId", "pkid", wzPackageId},
+                                               {"hrStatus", "stat", Status{status}},
+                                               {"restart", "rstr", restart},
+                                               {"nRecommendation", "reco", nRecommendation}});
+    return packageAnswer(wzPackageId, hrStatus, nRecommendation);
 }
 
 HRESULT BootstrapperApplication::packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const {
@@ -148,8 +137,7 @@ HRESULT BootstrapperApplication::packageStatus(LPCWSTR wzPackageId, HRESULT hrSt
 }
 
 void BootstrapperApplication::OnExecuteComplete(HRESULT hrStatus) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnExecuteComplete", "hrStatus=%s", describeError(hrStatus));
-    mergeContext(operationExecuteComplete, {{"stat", contextStatus(hrStatus)}});
+    record(Operation::executeComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
     if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !isCanceled()) tellExecutionFailed(hrStatus);
 }

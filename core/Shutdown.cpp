@@ -37,7 +37,7 @@ void writeRunValue() {
 
 int BootstrapperApplication::OnShutdown() {
     PDX_LOG(logTrace, "BootstrapperApplication::OnShutdown", "Entering OnShutdown");
-    mergeContext(operationShutdown, {{"stat", m_shutdownResult.load()}});
+    mergeContext(Operation::shutdown, {{"stat", m_shutdownResult.load()}});
     if (m_shutdownResult == resultReloadBootstrapper) {
         m_shutdownResult = 0;
         pinLibrary();
@@ -108,10 +108,9 @@ void BootstrapperApplication::endAsSuccess() {
 }
 
 int BootstrapperApplication::OnSystemShutdown(DWORD dwEndSession, int nRecommendation) {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnSystemShutdown", "dwEndsession=%u, nRecommendation=%d", dwEndSession,
-            nRecommendation);
-    mergeContext(operationSystemShutdown, {{"ends", dwEndSession}, {"reco", nRecommendation}});
-    return CBalBaseBootstrapperApplication::OnSystemShutdown(dwEndSession, nRecommendation);
+    record(Operation::systemShutdown,
+           {{"dwEndsession", "ends", dwEndSession}, {"nRecommendation", "reco", nRecommendation}});
+    return endSessionAnswer(dwEndSession);
 }
 
 }  // namespace pdx

@@ -29,7 +29,7 @@ HRESULT BootstrapperApplication::OnStartup() {
             GetCurrentProcessId());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Version: %s", GetCurrentVersion());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Command line: [%ls]", GetCommandLineW());
-    replaceContext(operationStartup);
+    replaceContext(Operation::startup);
 
     // A deliberate fault: it exercises the crash path on test machines.
     if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;

@@ -2,7 +2,7 @@
 #include <utility>
 
 #include "core/BootstrapperApplication.h"
-#include "core/ContextText.h"
+#include "core/engine/CallbackFacts.h"
 #include "core/rules/ErrorGroups.h"
 #include "platform/Errors.h"
 #include "platform/HttpClient.h"
@@ -124,7 +124,7 @@ void BootstrapperApplication::tellRunFailed(const std::string& reportId) {
 void BootstrapperApplication::tellSessionStopped() { send(sessionStopped()); }
 
 void BootstrapperApplication::logBriskError(std::string_view name, const std::string& code, const std::string& message,
-                                            int32_t operation, const Json& context, const Json& extra) {
+                                            Operation operation, const Json& context, const Json& extra) {
     ErrorFacts error = {code, message, operation, {}, context};
     for (size_t i = 0; i < runtimeVersions.size(); ++i)
         error.runtimes[i] = toUtf8(GetEngineVariable(runtimeVersions[i].variable, false));

@@ -15,7 +15,7 @@
 
 #include "config/Settings.h"
 #include "config/Translator.h"
-#include "core/SlotGuard.h"
+#include "core/engine/CallbackGuard.h"
 #include "platform/Crash.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
@@ -74,7 +74,7 @@ IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOO
         auto application = std::make_unique<Application>(engine, command);
         // Before there is a UI thread, and never shut down. Says so if it cannot be had.
         startGraphics();
-        IBootstrapperApplication* const guarded = guardSlots(application.get());
+        IBootstrapperApplication* const guarded = guardCallbacks(application.get());
         application.release();
         return guarded;
     } catch (const std::exception&) {

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "core/engine/rules/Operations.h"
 #include "platform/rules/ProgramErrors.h"
 
 namespace pdx {
@@ -32,11 +33,11 @@ struct InstallStatus {
     Hresult status = 0;
     Hresult lastError = 0;
     bool errorShown = false;  ///< the error prompt was shown for the current error
-    int32_t errorOperation = 0;
+    Operation errorOperation = Operation::none;
     nlohmann::json errorContext = nlohmann::json::object();
 
     /// Takes a callback's status in; operation and context are those of the moment. Returns whether status changed.
-    bool update(Hresult hr, int32_t operation, const nlohmann::json& context) {
+    bool update(Hresult hr, Operation operation, const nlohmann::json& context) {
         if (hr >= 0) errorShown = false;
         if (!replacesStatus(status, hr)) return false;
         status = hr;

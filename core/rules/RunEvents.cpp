@@ -136,7 +136,7 @@ TelemetryEvent errorEvent(std::string name, const ErrorFacts& error, const Json&
                        {"emsg", group.group},
                        {"estr", error.message},
                        {"einv", group.invalid},
-                       {"eopr", error.operation}};
+                       {"eopr", static_cast<int32_t>(error.operation)}};
     for (size_t i = 0; i < runtimeVersions.size(); ++i) attributes[runtimeVersions[i].attribute] = error.runtimes[i];
     if (extra.is_object()) attributes.update(extra);
     if (error.context.is_object()) attributes["ectx"] = error.context;

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/engine/rules/Operations.h"
 #include "telemetry/rules/InstallRecord.h"
 #include "telemetry/rules/TelemetryEvent.h"
 
@@ -92,7 +93,7 @@ inline constexpr std::array<RuntimeVersion, 5> runtimeVersions = {{
 struct ErrorFacts {
     std::string code;  ///< eight lower-case hexadecimal digits
     std::string message;
-    int32_t operation = 0;  ///< number of the callback in which it arose
+    Operation operation = Operation::none;  ///< in which it arose
     std::array<std::string, runtimeVersions.size()> runtimes;
     nlohmann::json context;  ///< what was known of that callback; counts only if it is an object
 };

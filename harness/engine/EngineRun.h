@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "core/engine/Callbacks.h"
 #include "harness/engine/SmallEngine.h"
 
 namespace pdx {

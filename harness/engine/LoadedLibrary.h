@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "platform/Engine.h"
+#include "core/engine/Callbacks.h"
 #include "platform/Handles.h"
 
 namespace pdx {

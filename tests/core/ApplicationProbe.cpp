@@ -2,7 +2,7 @@
 
 #include <regex>
 
-#include "core/SlotGuard.h"
+#include "core/engine/CallbackGuard.h"
 #include "platform/Paths.h"
 
 namespace pdx {
@@ -126,7 +126,7 @@ ProbedRun::~ProbedRun() { release(); }
 ProbedApplication& ProbedRun::app() {
     if (!application) {
         application = new ProbedApplication(&engine, &command, 0, 1000, uiThreadRoutine, telemetryMaker, world.hooks());
-        guarded = guardSlots(application);
+        guarded = guardCallbacks(application);
         telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
     }
     return *application;

@@ -26,6 +26,32 @@ TEST(Boundary, CountsReferencesAndKnowsItsInterfaces) {
     EXPECT_EQ(probed.engine.references(), 0u);
 }
 
+TEST(Boundary, PassesEveryKindOfProgressOnToAParentEngine) {
+    ProbedRun alone;
+    EXPECT_EQ(alone.app().noteProgress(3, 4), 0);
+    EXPECT_TRUE(alone.engine.calls("SendEmbeddedProgress").empty());
+    ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_EMBEDDED);
+    ProbedApplication& app = probed.app();
+    probed.engine.answers.embeddedResult = IDOK;
+    EXPECT_EQ(app.noteProgress(3, 4), IDOK);
+    app.cacheProgressAnswer();
+    app.executeProgressAnswer(5, 6);
+    EXPECT_EQ(probed.engine.callTexts("SendEmbeddedProgress"),
+              (std::vector<std::string>{"SendEmbeddedProgress(3, 4)", "SendEmbeddedProgress(3, 4)",
+                                        "SendEmbeddedProgress(5, 6)"}));
+    probed.engine.answers.embeddedProgress = E_FAIL;
+    EXPECT_EQ(app.noteProgress(0, 0), -1);
+    EXPECT_EQ(app.cacheProgressAnswer(), -1);
+    EXPECT_EQ(app.executeProgressAnswer(5, 6), -1);
+    for (const char* kind : {"overall", "cache", "execute"}) {
+        const auto line = L"Error 0x80004005: Failed to send embedded " + toWide(kind) + L" progress.";
+        const auto logged = probed.engine.findLog(line);
+        ASSERT_TRUE(logged) << kind;
+        EXPECT_EQ(logged->text, line);
+        EXPECT_EQ(logged->level, BOOTSTRAPPER_LOG_LEVEL_ERROR);
+    }
+}
+
 TEST(Boundary, ReadsVariablesOfAnyLength) {
     ProbedRun probed;
     ProbedApplication& app = probed.app();

@@ -55,9 +55,9 @@ TEST(Run, LeavesTheNumbersOfStartAndEnd) {
     probed.run({}, [&](const SlotEvent& event) {
         if (event.slot == "OnStartup" && event.returned) started = probed.app().state();
     });
-    EXPECT_EQ(started.lastOperation, operationStartup);
+    EXPECT_EQ(started.lastOperation, Operation::startup);
     EXPECT_EQ(started.context, nlohmann::json::object());
-    EXPECT_EQ(probed.app().state().lastOperation, operationShutdown);
+    EXPECT_EQ(probed.app().state().lastOperation, Operation::shutdown);
     EXPECT_EQ(probed.app().state().context["stat"], 0);
 }
 
@@ -267,7 +267,7 @@ TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
     EXPECT_EQ(outcome.exitCode, 1u);
     const auto state = probed.app().state();
     EXPECT_EQ(static_cast<DWORD>(state.status.lastError), 0x80070005);
-    EXPECT_EQ(state.status.errorOperation, operationExecutePackageComplete);
+    EXPECT_EQ(state.status.errorOperation, Operation::executePackageComplete);
     EXPECT_TRUE(probed.engine.findLog(L"ecod[80070005]"));
     const auto numbers = dialog.numbers();
     EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 1) << "told at the end, for nobody had";

@@ -37,7 +37,7 @@ TEST(InstallStatus, KeepsTheMostTellingCode) {
     for (size_t story = 0; story < stories.size(); ++story) {
         InstallStatus status;
         for (const Step& step : stories[story]) {
-            status.update(hr(step.given), 1, {});
+            status.update(hr(step.given), Operation{1}, {});
             EXPECT_EQ(status.status, hr(step.status)) << story << std::hex << ": " << step.given;
             EXPECT_EQ(status.lastError, hr(step.lastError)) << story << std::hex << ": " << step.given;
         }
@@ -46,15 +46,15 @@ TEST(InstallStatus, KeepsTheMostTellingCode) {
 
 TEST(InstallStatus, KeepsTheErrorsMoment) {
     InstallStatus status;
-    EXPECT_FALSE(status.update(0, 5, {{"pkid", "a"}}));
-    EXPECT_TRUE(status.update(hr(0x80070005), 7, {{"pkid", "b"}}));
-    EXPECT_FALSE(status.update(hr(0x80070643), 9, {{"pkid", "c"}}));
-    EXPECT_EQ(status.errorOperation, 7);
+    EXPECT_FALSE(status.update(0, Operation{5}, {{"pkid", "a"}}));
+    EXPECT_TRUE(status.update(hr(0x80070005), Operation{7}, {{"pkid", "b"}}));
+    EXPECT_FALSE(status.update(hr(0x80070643), Operation{9}, {{"pkid", "c"}}));
+    EXPECT_EQ(status.errorOperation, Operation{7});
     EXPECT_EQ(status.errorContext, nlohmann::json({{"pkid", "b"}}));
     status.errorShown = true;
-    status.update(hr(0x80070642), 9, {});
+    status.update(hr(0x80070642), Operation{9}, {});
     EXPECT_TRUE(status.errorShown);
-    status.update(1, 9, {});
+    status.update(1, Operation{9}, {});
     EXPECT_FALSE(status.errorShown);
 }
 

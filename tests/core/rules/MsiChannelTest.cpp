@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/rules/MsiChannel.h"
-#include "core/rules/Names.h"
+#include "core/engine/rules/EnumNames.h"
 #include "core/rules/PackageLog.h"
 #include "platform/rules/Numbers.h"
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "core/rules/DownloadRetry.h"
-#include "core/rules/RetrySupport.h"
+#include "core/engine/rules/RetrySupport.h"
 #include "platform/rules/EngineTypes.h"
 
 namespace pdx {

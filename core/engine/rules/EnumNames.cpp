@@ -1,4 +1,4 @@
-#include "core/rules/Names.h"
+#include "core/engine/rules/EnumNames.h"
 
 #include <fmt/format.h>
 

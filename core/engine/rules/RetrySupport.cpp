@@ -1,4 +1,4 @@
-#include "core/rules/RetrySupport.h"
+#include "core/engine/rules/RetrySupport.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,0 +1,85 @@
+// The arguments of callbacks as they are written into log lines and into the context of an error.
+#pragma once
+
+#include <concepts>
+#include <nlohmann/json.hpp>
+#include <span>
+#include <string>
+#include <type_traits>
+
+#include "core/engine/rules/EnumNames.h"
+#include "platform/Engine.h"
+#include "platform/Text.h"
+
+namespace pdx {
+
+/// UTF-8 of an argument; a null one counts as empty.
+std::string contextText(LPCWSTR text);
+
+/// "{:08x}" of a status.
+std::string contextStatus(HRESULT hr);
+
+/// The texts of an argument list, joined with ", "; null ones count as empty.
+std::wstring joinTexts(DWORD count, const LPCWSTR* texts);
+
+// Arguments whose type does not say how they are written.
+struct Status {
+    HRESULT hr;
+};
+struct Version {
+    DWORD64 value;  ///< four words of 16 bits, the highest first
+};
+struct TextList {
+    DWORD count;
+    const LPCWSTR* texts;
+};
+struct BoxStyle {
+    UINT style;
+};
+
+template <typename Type>
+concept Enumeration = std::is_enum_v<Type>;
+template <typename Type>
+concept Number = std::integral<Type> && !std::same_as<Type, bool>;
+
+/// One argument of a callback: "name=value" in its log line, and the value under a key in the context.
+class Fact {
+  public:
+    // A null key: the argument is logged, and not kept.
+    Fact(const char* argument, const char* contextKey, LPCWSTR text);
+    /// Logs the system's message; keeps contextStatus.
+    Fact(const char* argument, const char* contextKey, Status status);
+    Fact(const char* argument, const char* contextKey, Version version);
+    /// Logs "[one, two]"; keeps it without the brackets.
+    Fact(const char* argument, const char* contextKey, TextList list);
+    Fact(const char* argument, const char* contextKey, BoxStyle style);
+    template <std::same_as<bool> Bool>
+    Fact(const char* argument, const char* contextKey, Bool value)
+        : Fact(argument, contextKey, nameOfBool(value), value) {}
+    template <Number Value>
+    Fact(const char* argument, const char* contextKey, Value value)
+        : Fact(argument, contextKey, std::to_string(value), value) {}
+    template <Enumeration Value>
+    Fact(const char* argument, const char* contextKey, Value value)
+        : Fact(argument, contextKey, nameOf(value), static_cast<int32_t>(value)) {}
+    /// The value that the pointer leads to; null, which the engine never gives, is kept as 0.
+    template <Enumeration Value>
+    Fact(const char* argument, const char* contextKey, const Value* value)
+        : Fact(argument, contextKey, nameOfPointed(value), value ? static_cast<int32_t>(*value) : 0) {}
+
+    const char* name;
+    const char* key;
+    std::string logged;
+    nlohmann::json kept;
+
+  private:
+    Fact(const char* argument, const char* contextKey, std::string inLog, nlohmann::json inContext)
+        : name(argument), key(contextKey), logged(std::move(inLog)), kept(std::move(inContext)) {}
+};
+
+/// "fInstalled=true, cPackages=3".
+std::string lineOf(std::span<const Fact> facts);
+/// The facts that have a key.
+nlohmann::json contextOf(std::span<const Fact> facts);
+
+}  // namespace pdx
