@@ -1,33 +1,30 @@
 // The callbacks around applying: begin and end, rights, registration, progress, errors.
-#include <mutex>
-
 #include "core/BootstrapperApplication.h"
 #include "state/ElevatedBinaries.h"
 
 namespace pdx {
 
 int BootstrapperApplication::OnApplyBegin() {
-    record(Operation::applyBegin, {});
+    m_run.record(Operation::applyBegin, {});
     return beginApplying();
 }
 
 void BootstrapperApplication::OnApplyPhaseCount(DWORD dwPhaseCount) {
-    record(Operation::applyPhaseCount, {{"dwPhaseCount", "nphs", dwPhaseCount}});
+    m_run.record(Operation::applyPhaseCount, {{"dwPhaseCount", "nphs", dwPhaseCount}});
 }
 
 int BootstrapperApplication::OnElevate() {
-    record(Operation::elevate, {});
+    m_run.record(Operation::elevate, {});
     if (!m_hooks.isElevated()) {
         const std::wstring folder = elevatedFolderOf(m_hooks.libraryFolder());
-        const std::wstring executable =
-            folder.empty() ? std::wstring() : GetEngineVariable(L"BundleExecutableName", false);
+        const std::wstring executable = folder.empty() ? std::wstring() : m_variables.get(variable::bundleExecutable);
         if (FAILED(lockElevatedBinaries(folder, executable))) return IDCANCEL;
     }
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnProgress(DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
-    mergeContext({{"cpct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
+    m_run.merge({{"cpct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
     return noteProgress(dwProgressPercentage, dwOverallPercentage);
 }
 
@@ -42,14 +39,11 @@ int BootstrapperApplication::OnError(BOOTSTRAPPER_ERROR_TYPE errorType, LPCWSTR 
                           {"cData", nullptr, cData},
                           {"rgwzData", nullptr, TextList{cData, rgwzData}},
                           {"nRecommendation", nullptr, nRecommendation}};
-    trace("BootstrapperApplication::OnError", facts);
+    RunContext::trace("BootstrapperApplication::OnError", facts);
     const HRESULT hr = formError(errorType, dwCode);
     UpdateInstallStatus(hr);
-    tellError(hr, toUtf8(scrubProfilePath(textOrEmpty(wzError))));
-    {
-        const std::lock_guard guard(m_stateLock);
-        m_status.errorShown = true;
-    }
+    m_telemetry.sendError(hr, toUtf8(scrubProfilePath(textOrEmpty(wzError))));
+    m_run.markErrorShown();
     // An HTTP authentication error goes to the dialog like all others: the base's answer for it is not kept.
     ErrorInfo record = {static_cast<DWORD>(errorType), dwCode, uiFlags, nRecommendation};
     return sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&record));
@@ -60,24 +54,24 @@ int BootstrapperApplication::raiseError(ProgramError code) {
 }
 
 int BootstrapperApplication::OnRegisterBegin() {
-    record(Operation::registerBegin, {});
+    m_run.record(Operation::registerBegin, {});
     return cancelCheck();
 }
 
 void BootstrapperApplication::OnRegisterComplete(HRESULT hrStatus) {
-    record(Operation::registerComplete, {{"hrStatus", "stat", Status{hrStatus}}});
+    m_run.record(Operation::registerComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
 }
 
-void BootstrapperApplication::OnUnregisterBegin() { record(Operation::unregisterBegin, {}); }
+void BootstrapperApplication::OnUnregisterBegin() { m_run.record(Operation::unregisterBegin, {}); }
 
 void BootstrapperApplication::OnUnregisterComplete(HRESULT hrStatus) {
-    record(Operation::unregisterComplete, {{"hrStatus", "stat", Status{hrStatus}}});
+    m_run.record(Operation::unregisterComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
 }
 
 int BootstrapperApplication::OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) {
-    record(Operation::applyComplete, {{"hrStatus", "stat", Status{hrStatus}}, {"restart", "rstr", restart}});
+    m_run.record(Operation::applyComplete, {{"hrStatus", "stat", Status{hrStatus}}, {"restart", "rstr", restart}});
     UpdateInstallStatus(hrStatus);
     // m_fApplying stays set, although the work has ended: an ordinary end of the session is refused for the rest of the
     // run.
@@ -85,13 +79,13 @@ int BootstrapperApplication::OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPL
 }
 
 int BootstrapperApplication::OnLaunchApprovedExeBegin() {
-    record(Operation::launchApprovedExeBegin, {});
+    m_run.record(Operation::launchApprovedExeBegin, {});
     return cancelCheck();
 }
 
 void BootstrapperApplication::OnLaunchApprovedExeComplete(HRESULT hrStatus, DWORD dwProcessId) {
-    record(Operation::launchApprovedExeComplete,
-           {{"hrStatus", "stat", Status{hrStatus}}, {"dwProcessId", "pid", dwProcessId}});
+    m_run.record(Operation::launchApprovedExeComplete,
+                 {{"hrStatus", "stat", Status{hrStatus}}, {"dwProcessId", "pid", dwProcessId}});
 }
 
 }  // namespace pdx

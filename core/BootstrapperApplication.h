@@ -3,31 +3,26 @@
 #pragma once
 
 #include <atomic>
-#include <nlohmann/json.hpp>
-#include <source_location>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/AppMessages.h"
+#include "core/Download.h"
 #include "core/engine/BaseApplication.h"
-#include "core/engine/CallbackFacts.h"
-#include "core/engine/rules/Operations.h"
-#include "core/rules/DownloadRetry.h"
-#include "core/rules/InstallStatus.h"
-#include "core/rules/RunEvents.h"
+#include "core/ErrorReporting.h"
 #include "core/rules/Startup.h"
+#include "core/RunContext.h"
 #include "core/RunHooks.h"
-#include "core/TelemetryLife.h"
+#include "core/RunTelemetry.h"
+#include "core/RunVariables.h"
 #include "platform/Handles.h"
 #include "platform/Log.h"
 #include "platform/rules/InstallerVersion.h"
 #include "platform/rules/ProgramErrors.h"
 #include "platform/Thread.h"
 #include "reporting/ExceptionHandler.h"
-#include "reporting/ReportPackage.h"
-#include "state/rules/MeridianMessages.h"
 
 namespace pdx {
 
@@ -47,30 +42,30 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// the command outlive the object. Without a telemetry factory the run tells nobody. Throws nothing but what memory
     /// exhaustion throws.
     BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command, DWORD retryMaximum,
-                            DWORD retryDelay, UiRoutine uiRoutine, TelemetryFactory telemetry, RunHooks hooks = {});
+                            DWORD retryDelay, UiRoutine uiRoutine, TelemetryFactory makeTelemetry, RunHooks hooks = {});
     ~BootstrapperApplication() override;
 
     // ---- What the dialog and the steps around the engine ask of the application; any thread unless said otherwise.
 
     /// The value of a bundle variable, resolved by the engine when format is set; empty on any failure. Logs both.
-    std::wstring GetEngineVariable(const std::wstring& name, bool format) const;
+    std::wstring GetEngineVariable(const std::wstring& name, bool format) const {
+        return m_variables.get(name, format);
+    }
     /// The version in force: the compiled-in one unless the configuration puts another in its place.
     std::string GetCurrentVersion() const;
-    /// The small variant that downloads its packages.
-    bool isThinInstaller() const;
-    /// On unless the variable is exactly "0": the bundle presets "0", and an unset or empty variable counts as on.
-    bool isRepair() const;
-    /// The same for the move from the older client.
-    bool isMeridianMode() const;
+    // As RunVariables has them.
+    bool isThinInstaller() const { return m_variables.isThinInstaller(); }
+    bool isRepair() const { return m_variables.isRepair(); }
+    bool isMeridianMode() const { return m_variables.isMeridianMode(); }
 
     /// Sends a message to the dialog and waits for its answer: IDCANCEL if the run is cancelled, 0 without a dialog.
     /// Waits while a prompt of another message is open.
     int sendAppMessage(UINT message, WPARAM wparam = 0, LPARAM lparam = 0);
 
     /// The status that tells the outcome, as far as it is known.
-    HRESULT installStatus() const;
+    HRESULT installStatus() const { return m_run.status(); }
     /// Takes the status of a step into the one that tells the outcome; logs a change.
-    void UpdateInstallStatus(HRESULT hr);
+    void UpdateInstallStatus(HRESULT hr) { m_run.updateStatus(hr); }
     /// Makes the engine end the run with that code. From then on detection leads to nothing: the engine finishes a
     /// detection that is under way and reports it all the same.
     void quit(DWORD code);
@@ -82,9 +77,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// The same for a repair, for the dialog.
     void requestRepairReload();
 
-    /// Sets the variable InstallFolder so that it means this folder, brackets in its name and all, wherever it is
-    /// formatted.
-    void setInstallFolder(const std::wstring& folder);
+    /// As RunVariables.
+    void setInstallFolder(const std::wstring& folder) { m_variables.setInstallFolder(folder); }
 
     IBootstrapperEngine* engine() const { return m_engine; }
     BOOTSTRAPPER_ACTION action() const { return m_action; }
@@ -100,13 +94,8 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// The Windows session ends under the dialog.
     void noteLogoutExit() { m_logoutExit = true; }
 
-    // What of the move from the older client was shown or pressed, by the words of state/rules/MeridianMessages.h. Any
-    // thread; none waits.
-    void sendMeridianStartClick(const char* id) const;
-    void sendMeridianStartImpressions() const;
-    void sendBastionOverlayClick(const char* id) const;
-    void sendBastionOverlayImpressions() const;
-    void sendMeridianCompleted() const;
+    /// What is reported of the run: the dialog reports the clicks.
+    const RunTelemetry& telemetry() const { return m_telemetry; }
 
     void takeFault(HRESULT status) override { UpdateInstallStatus(status); }
     void endAfterFault() override { quit(1); }
@@ -201,20 +190,11 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void STDMETHODCALLTYPE OnLaunchApprovedExeComplete(HRESULT hrStatus, DWORD dwProcessId) override;
 
   protected:
-    /// What is known of the current callback and of the last error; a copy of the moment, which takes the whole context
-    /// along.
-    struct State {
-        Operation lastOperation;
-        nlohmann::json context;
-        InstallStatus status;
-    };
-    State state() const;
+    RunContext::State state() const { return m_run.state(); }
     /// Whether a message to the dialog would wait for no prompt.
     bool isDialogReady() const { return WaitForSingleObject(m_dialogReady.get(), 0) == WAIT_OBJECT_0; }
 
   private:
-    using Json = nlohmann::json;
-
     // Constructor's steps.
     void takeEnvironment();
     void takeCommandLine(std::span<const std::wstring> arguments);
@@ -254,52 +234,13 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     void promptAlreadyInstalled();
     void promptBastionUninstall();
 
-    /// Logs a callback's line and takes its arguments into the context by the operation's rule. Without arguments the
-    /// line is "Entering OnApplyBegin".
-    void record(Operation operation, std::initializer_list<Fact> facts,
-                std::source_location where = std::source_location::current());
-    /// The line alone, of a callback without a number.
-    static void trace(const char* callback, std::span<const Fact> facts,
-                      std::source_location where = std::source_location::current());
-    void replaceContext(Operation operation);
-    void mergeContext(Operation operation, const Json& attributes);
-    /// For callbacks without a number.
-    void mergeContext(const Json& attributes);
-    void setOperation(Operation operation);
-
-    // Telemetry. Each tells its occasion to both services.
-    void startTelemetry(TelemetryFactory make);
-    [[nodiscard]] RunKind runKind() const;
-    [[nodiscard]] DownloadFacts downloadFacts() const;
-    void tellDownloadStarted();
-    void tellDownloadFinished();
-    void tellDownloadCancelled();
-    void tellDownloadFailed(HRESULT hr, const Json& extra = {});
-    void tellExecutionStarted();
-    void tellExecutionFailed(HRESULT hr);
-    void tellError(HRESULT hr, const std::string& message);
-    void tellRunFinished();
-    void tellRunCancelled(const char* word, const std::string& reportId);
-    void tellRunFailed(const std::string& reportId);
-    static void tellSessionStopped();
-    /// Sends an error to the Brisk service under a name whose "{group}" is filled in, and logs code, text and flag.
-    void logBriskError(std::string_view name, const std::string& code, const std::string& message, Operation operation,
-                       const Json& context, const Json& extra = {});
-    void sendMeridianMessages(std::span<const char* const> ids, const MessagePlace& place, const char* status) const;
-
     /// Raises an error of the library's own, as the engine raises its errors, and gives the dialog's answer.
     int raiseError(ProgramError code);
 
     // Detection.
     void checkForUpdate();
 
-    // Caching.
-    /// Tells of a failed download. Whether it is to be tried again; the wait before that is over then.
-    bool retryDownload(HRESULT hrStatus);
-
     // Execution.
-    void keepMsiMessage(const char* word, int mt, UINT uiFlags, std::wstring_view message, DWORD cData,
-                        LPCWSTR* rgwzData, int nRecommendation);
     bool openClientLog(const std::wstring& logPath);
     HRESULT packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const;
 
@@ -321,35 +262,20 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     const RunHooks m_hooks;
     std::atomic<BOOTSTRAPPER_ACTION> m_action;
     BOOTSTRAPPER_DISPLAY m_userDisplay;
-    TelemetryLife m_telemetry;
+    RunVariables m_variables;
+    RunContext m_run;
+    RunTelemetry m_telemetry;
+    Download m_download;
+    ErrorReporting m_reporting;
     Handle m_installerMutex;
-    ReportFiles m_reportFiles;
-    std::vector<std::wstring> m_reportFileStems;
     Thread m_uiThread;
     Handle m_dialogReady;
     std::atomic<HWND> m_dialogWindow = nullptr;
     std::atomic<bool> m_logoutExit = false;
-    std::string m_startTime;
     std::atomic<bool> m_quitRequested = false;
     std::atomic<int> m_shutdownResult = 0;
-
-    /// Of the cache thread alone.
-    int32_t m_cacheOperation = BOOTSTRAPPER_CACHE_OPERATION_COPY;
-    uint32_t m_downloadRetries = 0;
-    std::string m_downloadId;
-    std::string m_downloadStart;
-    std::string m_downloadLink;
-    uint64_t m_downloadProgress = 0;
-    uint64_t m_downloadTotal = 0;
-
     bool m_executing = false;
     std::vector<FileHandle> m_lockedFiles;
-
-    /// Guards the three fields below; held across no message, wait or engine call, and so across no log line.
-    mutable Lock m_stateLock;
-    Operation m_lastOperation = Operation::none;
-    Json m_context = Json::object();
-    InstallStatus m_status;
 };
 
 }  // namespace pdx

@@ -8,7 +8,8 @@
 namespace pdx {
 
 int BootstrapperApplication::OnDetectBegin(BOOL fInstalled, DWORD cPackages) {
-    record(Operation::detectBegin, {{"fInstalled", "inst", fInstalled != FALSE}, {"cPackages", "npkg", cPackages}});
+    m_run.record(Operation::detectBegin,
+                 {{"fInstalled", "inst", fInstalled != FALSE}, {"cPackages", "npkg", cPackages}});
     return cancelCheck();
 }
 
@@ -16,18 +17,18 @@ int BootstrapperApplication::OnDetectForwardCompatibleBundle(LPCWSTR wzBundleId,
                                                              BOOTSTRAPPER_RELATION_TYPE relationType,
                                                              LPCWSTR wzBundleTag, BOOL fPerMachine, DWORD64 dw64Version,
                                                              int nRecommendation) {
-    record(Operation::detectForwardCompatibleBundle, {{"wzBundleId", "bund", wzBundleId},
-                                                      {"relationType", "relt", relationType},
-                                                      {"wzBundleTag", "btag", wzBundleTag},
-                                                      {"fPerMachine", "perm", fPerMachine != FALSE},
-                                                      {"dw64Version", "vers", Version{dw64Version}},
-                                                      {"nRecommendation", "reco", nRecommendation}});
+    m_run.record(Operation::detectForwardCompatibleBundle, {{"wzBundleId", "bund", wzBundleId},
+                                                            {"relationType", "relt", relationType},
+                                                            {"wzBundleTag", "btag", wzBundleTag},
+                                                            {"fPerMachine", "perm", fPerMachine != FALSE},
+                                                            {"dw64Version", "vers", Version{dw64Version}},
+                                                            {"nRecommendation", "reco", nRecommendation}});
     return cancelCheck(nRecommendation);
 }
 
 int BootstrapperApplication::OnDetectUpdateBegin(LPCWSTR wzUpdateLocation, int nRecommendation) {
-    record(Operation::detectUpdateBegin,
-           {{"wzUpdateLocation", "locn", wzUpdateLocation}, {"nRecommendation", "reco", nRecommendation}});
+    m_run.record(Operation::detectUpdateBegin,
+                 {{"wzUpdateLocation", "locn", wzUpdateLocation}, {"nRecommendation", "reco", nRecommendation}});
     if (isUpdateCheckDue({m_action, m_command->relationType, isThinInstaller(),
                           getConfigBool("qa.installer.skipUpdateCheck", false)}))
         checkForUpdate();
@@ -55,82 +56,84 @@ void BootstrapperApplication::checkForUpdate() {
 int BootstrapperApplication::OnDetectUpdate(LPCWSTR wzUpdateLocation, DWORD64 dw64Size, DWORD64 dw64Version,
                                             LPCWSTR wzTitle, LPCWSTR wzSummary, LPCWSTR wzContentType,
                                             LPCWSTR wzContent, int nRecommendation) {
-    record(Operation::detectUpdate, {{"wzUpdateLocation", "locn", wzUpdateLocation},
-                                     {"dw64Size", "size", dw64Size},
-                                     {"dw64Version", "vers", Version{dw64Version}},
-                                     {"wzTitle", "titl", wzTitle},
-                                     {"wzSummary", "summ", wzSummary},
-                                     {"wzContentType", "type", wzContentType},
-                                     {"wzContent", "cont", wzContent},
-                                     {"nRecommendation", "reco", nRecommendation}});
+    m_run.record(Operation::detectUpdate, {{"wzUpdateLocation", "locn", wzUpdateLocation},
+                                           {"dw64Size", "size", dw64Size},
+                                           {"dw64Version", "vers", Version{dw64Version}},
+                                           {"wzTitle", "titl", wzTitle},
+                                           {"wzSummary", "summ", wzSummary},
+                                           {"wzContentType", "type", wzContentType},
+                                           {"wzContent", "cont", wzContent},
+                                           {"nRecommendation", "reco", nRecommendation}});
     return cancelCheck(nRecommendation);
 }
 
 void BootstrapperApplication::OnDetectUpdateComplete(HRESULT hrStatus, LPCWSTR wzUpdateLocation) {
-    record(Operation::detectUpdateComplete,
-           {{"hrStatus", "stat", Status{hrStatus}}, {"wzUpdateLocation", "locn", wzUpdateLocation}});
+    m_run.record(Operation::detectUpdateComplete,
+                 {{"hrStatus", "stat", Status{hrStatus}}, {"wzUpdateLocation", "locn", wzUpdateLocation}});
     UpdateInstallStatus(hrStatus);
 }
 
 int BootstrapperApplication::OnDetectRelatedBundle(LPCWSTR wzBundleId, BOOTSTRAPPER_RELATION_TYPE relationType,
                                                    LPCWSTR wzBundleTag, BOOL fPerMachine, DWORD64 dw64Version,
                                                    BOOTSTRAPPER_RELATED_OPERATION operation) {
-    record(Operation::detectRelatedBundle, {{"wzBundleId", "bund", wzBundleId},
-                                            {"relationType", "relt", relationType},
-                                            {"wzBundleTag", "btag", wzBundleTag},
-                                            {"fPerMachine", "perm", fPerMachine != FALSE},
-                                            {"dw64Version", "vers", Version{dw64Version}},
-                                            {"operation", "oper", operation}});
+    m_run.record(Operation::detectRelatedBundle, {{"wzBundleId", "bund", wzBundleId},
+                                                  {"relationType", "relt", relationType},
+                                                  {"wzBundleTag", "btag", wzBundleTag},
+                                                  {"fPerMachine", "perm", fPerMachine != FALSE},
+                                                  {"dw64Version", "vers", Version{dw64Version}},
+                                                  {"operation", "oper", operation}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectPackageBegin(LPCWSTR wzPackageId) {
-    record(Operation::detectPackageBegin, {{"wzPackageId", "pkid", wzPackageId}});
+    m_run.record(Operation::detectPackageBegin, {{"wzPackageId", "pkid", wzPackageId}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectCompatiblePackage(LPCWSTR wzPackageId, LPCWSTR wzCompatiblePackageId) {
-    record(Operation::detectCompatiblePackage,
-           {{"wzPackageId", "pkid", wzPackageId}, {"wzCompatiblePackageId", "cpid", wzCompatiblePackageId}});
+    m_run.record(Operation::detectCompatiblePackage,
+                 {{"wzPackageId", "pkid", wzPackageId}, {"wzCompatiblePackageId", "cpid", wzCompatiblePackageId}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectRelatedMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode, BOOL fPerMachine,
                                                        DWORD64 dw64Version, BOOTSTRAPPER_RELATED_OPERATION operation) {
-    record(Operation::detectRelatedMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
-                                                {"wzProductCode", "pcod", wzProductCode},
-                                                {"fPerMachine", "perm", fPerMachine != FALSE},
-                                                {"dw64Version", "vers", Version{dw64Version}},
-                                                {"operation", "oper", operation}});
+    m_run.record(Operation::detectRelatedMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
+                                                      {"wzProductCode", "pcod", wzProductCode},
+                                                      {"fPerMachine", "perm", fPerMachine != FALSE},
+                                                      {"dw64Version", "vers", Version{dw64Version}},
+                                                      {"operation", "oper", operation}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectTargetMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode,
                                                       BOOTSTRAPPER_PACKAGE_STATE patchState) {
-    record(Operation::detectTargetMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
-                                               {"wzProductCode", "pcod", wzProductCode},
-                                               {"patchState", "ptch", patchState}});
+    m_run.record(Operation::detectTargetMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
+                                                     {"wzProductCode", "pcod", wzProductCode},
+                                                     {"patchState", "ptch", patchState}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnDetectMsiFeature(LPCWSTR wzPackageId, LPCWSTR wzFeatureId,
                                                 BOOTSTRAPPER_FEATURE_STATE state) {
-    record(Operation::detectMsiFeature,
-           {{"wzPackageId", "pkid", wzPackageId}, {"wzFeatureId", "ftid", wzFeatureId}, {"state", "ftst", state}});
+    m_run.record(
+        Operation::detectMsiFeature,
+        {{"wzPackageId", "pkid", wzPackageId}, {"wzFeatureId", "ftid", wzFeatureId}, {"state", "ftst", state}});
     return cancelCheck();
 }
 
 void BootstrapperApplication::OnDetectPackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_PACKAGE_STATE state) {
     // The package's state is not kept: reports show the status under this key.
-    record(Operation::detectPackageComplete,
-           {{"wzPackageId", "pkid", wzPackageId}, {"hrStatus", "pkst", Status{hrStatus}}, {"state", nullptr, state}});
+    m_run.record(
+        Operation::detectPackageComplete,
+        {{"wzPackageId", "pkid", wzPackageId}, {"hrStatus", "pkst", Status{hrStatus}}, {"state", nullptr, state}});
     UpdateInstallStatus(hrStatus);
     if (isClientPackagePresent(m_action, textOrEmpty(wzPackageId), state)) promptAlreadyInstalled();
 }
 
 void BootstrapperApplication::OnDetectComplete(HRESULT hrStatus) {
-    record(Operation::detectComplete, {{"hrStatus", "stat", Status{hrStatus}}});
+    m_run.record(Operation::detectComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
     // The engine reports the end of a detection also after it was asked to quit; a plan made now would install.
     if (!m_quitRequested) sendAppMessage(WM_BA_DETECT_COMPLETE, static_cast<WPARAM>(hrStatus));

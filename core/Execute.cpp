@@ -1,6 +1,4 @@
 // The callbacks of execution, and the channel by which custom actions of the client's package reach this process.
-#include <mutex>
-
 #include "core/BootstrapperApplication.h"
 #include "core/rules/MsiChannel.h"
 #include "core/rules/PackageLog.h"
@@ -12,20 +10,20 @@
 namespace pdx {
 
 int BootstrapperApplication::OnExecuteBegin(DWORD cExecutingPackages) {
-    record(Operation::executeBegin, {{"cExecutingPackages", "npkg", cExecutingPackages}});
-    tellExecutionStarted();
+    m_run.record(Operation::executeBegin, {{"cExecutingPackages", "npkg", cExecutingPackages}});
+    m_telemetry.sendExecutionStarted();
     return sendAppMessage(WM_BA_EXECUTE_BEGIN, cExecutingPackages);
 }
 
 int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fExecute) {
-    record(Operation::executePackageBegin,
-           {{"wzPackageId", "pkid", wzPackageId}, {"fExecute", "exec", fExecute != FALSE}});
+    m_run.record(Operation::executePackageBegin,
+                 {{"wzPackageId", "pkid", wzPackageId}, {"fExecute", "exec", fExecute != FALSE}});
     beginPackage(wzPackageId, fExecute);
     const int answer =
         sendAppMessage(WM_BA_EXECUTE_PACKAGE_BEGIN, fExecute != FALSE, reinterpret_cast<LPARAM>(wzPackageId));
 
     const std::wstring packageId = textOrEmpty(wzPackageId);
-    const std::wstring logPath = GetEngineVariable(packageLogVariable(packageId, fExecute != FALSE), false);
+    const std::wstring logPath = m_variables.get(packageLogVariable(packageId, fExecute != FALSE));
     if (logPath.empty()) {
         // No package is failed for a log that the engine does not want: with logging off there is no path. The client's
         // log is not locked then, and the run goes on.
@@ -36,9 +34,9 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
             raiseError(errorLogFileTaken);
             return answer;
         }
-        m_reportFiles.insert(logPath);
-    } else if (const auto stem = reportFileStem(logPath)) {
-        m_reportFileStems.push_back(*stem);
+        m_reporting.addFile(logPath);
+    } else {
+        m_reporting.addLog(logPath);
     }
     m_executing = fExecute != FALSE;
     return answer;
@@ -53,13 +51,13 @@ bool BootstrapperApplication::openClientLog(const std::wstring& logPath) {
 }
 
 int BootstrapperApplication::OnExecutePatchTarget(LPCWSTR wzPackageId, LPCWSTR wzTargetProductCode) {
-    record(Operation::executePatchTarget,
-           {{"wzPackageId", "pkid", wzPackageId}, {"wzTargetProductCode", "pcod", wzTargetProductCode}});
+    m_run.record(Operation::executePatchTarget,
+                 {{"wzPackageId", "pkid", wzPackageId}, {"wzTargetProductCode", "pcod", wzTargetProductCode}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnExecuteProgress(LPCWSTR, DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
-    mergeContext({{"ppct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
+    m_run.merge({{"ppct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
     return sendAppMessage(WM_BA_EXECUTE_PROGRESS, dwProgressPercentage, static_cast<LPARAM>(dwOverallPercentage));
 }
 
@@ -69,77 +67,60 @@ int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, 
     const MsiCommand command = parseMsiCommand(text);
     switch (command.kind) {
         case MsiCommandKind::setVariable:
-            m_engine->SetVariableString(std::wstring(command.name).c_str(), command.value.data());
+            m_variables.set(std::wstring(command.name).c_str(), std::wstring(command.value));
             break;
         case MsiCommandKind::updateContext:
-            mergeContext(Json{{toUtf8(command.name), toUtf8(command.value)}});
+            m_run.merge({{toUtf8(command.name), toUtf8(command.value)}});
             break;
         case MsiCommandKind::malformed:
             break;
         case MsiCommandKind::none:
             if (const char* word = msiMessageWord(static_cast<uint32_t>(mt)))
-                keepMsiMessage(word, mt, uiFlags, text, cData, rgwzData, nRecommendation);
+                m_run.keepMsiMessage(word, mt, uiFlags, text, {cData, rgwzData}, nRecommendation);
             break;
     }
     if (m_action == BOOTSTRAPPER_ACTION_INSTALL) {
         if (text == bastionUninstallBegin) sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE);
-        if (text == bastionUninstallSuccess) sendMeridianCompleted();
+        if (text == bastionUninstallSuccess) m_telemetry.sendMeridianCompleted();
     }
     return !m_fRollingBack && isCanceled() ? static_cast<int>(IDCANCEL) : nRecommendation;
-}
-
-void BootstrapperApplication::keepMsiMessage(const char* word, int mt, UINT uiFlags, std::wstring_view message,
-                                             DWORD cData, LPCWSTR* rgwzData, int nRecommendation) {
-    // Runs for every line of a long install: what the kind's object holds already is written over in place.
-    const std::lock_guard guard(m_stateLock);
-    Json& entry = m_context[word];
-    if (!entry.is_object() || entry.size() != 5)
-        entry = {{"imsg", 0}, {"flag", 0u}, {"mesg", ""}, {"args", ""}, {"reco", 0}};
-    entry["imsg"] = mt;
-    entry["flag"] = uiFlags;
-    entry["reco"] = nRecommendation;
-    assignUtf8(entry["mesg"].get_ref<std::string&>(), message);
-    std::string& arguments = entry["args"].get_ref<std::string&>();
-    if (cData == 0)
-        arguments.clear();
-    else
-        assignUtf8(arguments, joinTexts(cData, rgwzData));
 }
 
 int BootstrapperApplication::OnExecuteFilesInUse(LPCWSTR wzPackageId, DWORD cFiles, LPCWSTR* rgwzFiles) {
     const Fact facts[] = {{"wzPackageId", nullptr, wzPackageId},
                           {"cFiles", nullptr, cFiles},
                           {"rgwzFiles", "fuse", TextList{cFiles, rgwzFiles}}};
-    trace("BootstrapperApplication::OnExecuteFilesInUse", facts);
-    mergeContext(contextOf(facts));
+    RunContext::trace("BootstrapperApplication::OnExecuteFilesInUse", facts);
+    m_run.merge(contextOf(facts));
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_APPLY_RESTART restart, int nRecommendation) {
-    setOperation(Operation::executePackageComplete);
+    m_run.setOperation(Operation::executePackageComplete);
     HRESULT status = hrStatus;
     if (m_executing) {
         status = packageStatus(wzPackageId, hrStatus);
         UpdateInstallStatus(status);
     }
-    record(Operation::executePackageComplete, {{"wzPackageId", "pkid", wzPackageId},
-                                               {"hrStatus", "stat", Status{status}},
-                                               {"restart", "rstr", restart},
-                                               {"nRecommendation", "reco", nRecommendation}});
+    m_run.record(Operation::executePackageComplete, {{"wzPackageId", "pkid", wzPackageId},
+                                                     {"hrStatus", "stat", Status{status}},
+                                                     {"restart", "rstr", restart},
+                                                     {"nRecommendation", "reco", nRecommendation}});
     return packageAnswer(wzPackageId, hrStatus, nRecommendation);
 }
 
 HRESULT BootstrapperApplication::packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const {
     if (!equalsIgnoreCase(textOrEmpty(wzPackageId), clientPackageId)) return hrStatus;
-    const uint32_t code = parseDecimal(GetEngineVariable(L"PDX_MSI_STATUS", false));
+    const uint32_t code = parseDecimal(m_variables.get(variable::msiStatus));
     return code == 0 ? hrStatus : formError(PALISADE_ERROR_TYPE, code);
 }
 
 void BootstrapperApplication::OnExecuteComplete(HRESULT hrStatus) {
-    record(Operation::executeComplete, {{"hrStatus", "stat", Status{hrStatus}}});
+    m_run.record(Operation::executeComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
-    if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !isCanceled()) tellExecutionFailed(hrStatus);
+    if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !isCanceled())
+        m_telemetry.sendExecutionFailed(hrStatus);
 }
 
 }  // namespace pdx

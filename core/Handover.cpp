@@ -1,6 +1,6 @@
 // The roads on which a run does not install: it repairs or migrates with raised rights, or hands over to the client.
-#include "core/BootstrapperApplication.h"
 #include "core/rules/Handover.h"
+#include "core/BootstrapperApplication.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
@@ -16,7 +16,7 @@ HRESULT BootstrapperApplication::continueRaised() {
         sendAppMessage(WM_BA_REPAIR_INITIALIZING);
         return performRepairCleanup();
     }
-    if (GetEngineVariable(L"PDX_UNINSTALL_BASTION", false) == L"1") removeOlderClient();
+    if (m_variables.get(variable::uninstallBastion) == L"1") removeOlderClient();
     launchClientToUpdate();
     quit(0);
     return S_OK;
@@ -25,7 +25,7 @@ HRESULT BootstrapperApplication::continueRaised() {
 HRESULT BootstrapperApplication::relaunchRaised() {
     const std::wstring program = getProcessFilePath();
     if (const HRESULT hr = lockElevatedBinaries(removeFileSpec(program), getProcessFileName()); FAILED(hr)) return hr;
-    const auto valueOf = [this](const wchar_t* variable) { return GetEngineVariable(variable, false); };
+    const auto valueOf = [this](const wchar_t* name) { return m_variables.get(name); };
     const ProgramStart copy = {
         .verb = L"runas", .file = program, .parameters = relaunchParameters(valueOf), .show = SW_SHOW};
     if (!hasUserCancelled()) {
@@ -51,19 +51,19 @@ HRESULT BootstrapperApplication::lockElevatedBinaries(const std::wstring& folder
 
 HRESULT BootstrapperApplication::performRepairCleanup() {
     RepairRun run;
-    run.providerKey = GetEngineVariable(L"WixBundleProviderKey", false);
+    run.providerKey = m_variables.get(variable::providerKey);
     run.isCancelled = [this] { return hasUserCancelled(); };
     run.begin = [this](RepairStep step) {
         const auto operation = static_cast<Operation>(step);
         if (step == RepairStep::stopService)
-            replaceContext(operation);
+            m_run.begin(operation);
         else
-            setOperation(operation);
+            m_run.setOperation(operation);
     };
-    run.omitDesktopShortcut = [this] { m_engine->SetVariableString(L"CreateDesktopShortcut", L""); };
+    run.omitDesktopShortcut = [this] { m_variables.set(variable::desktopShortcut, L""); };
     run.keepInstallFolder = [this](const std::wstring& folder) {
         setInstallFolder(folder);
-        SetEnvironmentVariableW(L"PDX_INSTALL_LOCATION", folder.c_str());
+        SetEnvironmentVariableW(variable::installLocation, folder.c_str());
     };
     const RepairResult result = cleanUpForRepair(run);
     if (result == RepairResult::failed) return failStartup(errorRepairIncomplete);
@@ -82,12 +82,12 @@ void BootstrapperApplication::removeOlderClient() {
     waitForBastionTempUninstallers();
     Sleep(1000);
     // After a cancel too: the older client is gone.
-    sendMeridianCompleted();
+    m_telemetry.sendMeridianCompleted();
 }
 
 void BootstrapperApplication::launchClientToUpdate() {
     if (hasUserCancelled()) return;
-    launchClient(L"/checkForUpdate " + authArgument(GetEngineVariable(L"KESTREL_AUTHCODE", false)));
+    launchClient(L"/checkForUpdate " + authArgument(m_variables.get(variable::authCode)));
 }
 
 void BootstrapperApplication::promptAlreadyInstalled() {
@@ -95,7 +95,7 @@ void BootstrapperApplication::promptAlreadyInstalled() {
     // A cancelled run, whose answer is the number that asks for a repair, only ends.
     if (!isCanceled()) {
         if (answer == 1) {
-            if (GetEngineVariable(L"PDX_UNINSTALL_BASTION", false) == L"1") {
+            if (m_variables.get(variable::uninstallBastion) == L"1") {
                 removeOlderClient();
                 launchClientToUpdate();
             } else {
@@ -112,14 +112,14 @@ void BootstrapperApplication::promptBastionUninstall() {
     const bool asks = !isCanceled();
     const int answer = sendAppMessage(WM_BA_PROMPT_BASTION_UNINSTALL);
     // Every answer other than the first counts as this click, the closed window too, which cancels the run.
-    if (asks) sendBastionOverlayClick(answer == 1 ? overlayUninstall : overlayNotNow);
+    if (asks) m_telemetry.sendBastionOverlayClick(answer == 1 ? overlayUninstall : overlayNotNow);
     if (!isCanceled()) {
         if (answer == 1) {
-            m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 1);
+            m_variables.setNumber(variable::uninstallBastion, 1);
             requestReload(ReloadPurpose::migration);
         }
         if (answer == 2) {
-            m_engine->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", 0);
+            m_variables.setNumber(variable::uninstallBastion, 0);
             if (isBastionRunning()) {
                 PDX_LOG(logInfo, "BootstrapperApplication::promptBastionUninstall",
                         "Bastion is running, attempting to close Bastion");

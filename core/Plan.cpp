@@ -5,43 +5,43 @@
 namespace pdx {
 
 int BootstrapperApplication::OnPlanBegin(DWORD cPackages) {
-    record(Operation::planBegin, {{"cPackages", "npkg", cPackages}});
+    m_run.record(Operation::planBegin, {{"cPackages", "npkg", cPackages}});
     // The client's background parts see the mark before its files go.
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL) setUnavailable();
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnPlanRelatedBundle(LPCWSTR wzBundleId, BOOTSTRAPPER_REQUEST_STATE* pRequestedState) {
-    record(Operation::planRelatedBundle,
-           {{"wzBundleId", "bund", wzBundleId}, {"pRequestedState", "rqst", pRequestedState}});
+    m_run.record(Operation::planRelatedBundle,
+                 {{"wzBundleId", "bund", wzBundleId}, {"pRequestedState", "rqst", pRequestedState}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnPlanPackageBegin(LPCWSTR wzPackageId, BOOTSTRAPPER_REQUEST_STATE* pRequestedState) {
-    record(Operation::planPackageBegin,
-           {{"wzPackageId", "pkid", wzPackageId}, {"pRequestedState", "rqst", pRequestedState}});
+    m_run.record(Operation::planPackageBegin,
+                 {{"wzPackageId", "pkid", wzPackageId}, {"pRequestedState", "rqst", pRequestedState}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnPlanCompatiblePackage(LPCWSTR wzPackageId, BOOTSTRAPPER_REQUEST_STATE* pRequestedState) {
-    record(Operation::planCompatiblePackage,
-           {{"wzPackageId", "pkid", wzPackageId}, {"pRequestedState", "rqst", pRequestedState}});
+    m_run.record(Operation::planCompatiblePackage,
+                 {{"wzPackageId", "pkid", wzPackageId}, {"pRequestedState", "rqst", pRequestedState}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnPlanTargetMsiPackage(LPCWSTR wzPackageId, LPCWSTR wzProductCode,
                                                     BOOTSTRAPPER_REQUEST_STATE* pRequestedState) {
-    record(Operation::planTargetMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
-                                             {"wzProductCode", "pcod", wzProductCode},
-                                             {"pRequestedState", "rqst", pRequestedState}});
+    m_run.record(Operation::planTargetMsiPackage, {{"wzPackageId", "pkid", wzPackageId},
+                                                   {"wzProductCode", "pcod", wzProductCode},
+                                                   {"pRequestedState", "rqst", pRequestedState}});
     return cancelCheck();
 }
 
 int BootstrapperApplication::OnPlanMsiFeature(LPCWSTR wzPackageId, LPCWSTR wzFeatureId,
                                               BOOTSTRAPPER_FEATURE_STATE* pRequestedState) {
-    record(Operation::planMsiFeature, {{"wzPackageId", "pkid", wzPackageId},
-                                       {"wzFeatureId", "ftid", wzFeatureId},
-                                       {"pRequestedState", "rqst", pRequestedState}});
+    m_run.record(Operation::planMsiFeature, {{"wzPackageId", "pkid", wzPackageId},
+                                             {"wzFeatureId", "ftid", wzFeatureId},
+                                             {"pRequestedState", "rqst", pRequestedState}});
     return cancelCheck();
 }
 
@@ -50,17 +50,17 @@ void BootstrapperApplication::OnPlanPackageComplete(LPCWSTR wzPackageId, HRESULT
                                                     BOOTSTRAPPER_REQUEST_STATE requested,
                                                     BOOTSTRAPPER_ACTION_STATE execute,
                                                     BOOTSTRAPPER_ACTION_STATE rollback) {
-    record(Operation::planPackageComplete, {{"wzPackageId", "pkid", wzPackageId},
-                                            {"hrStatus", "plst", Status{hrStatus}},
-                                            {"state", "pkst", state},
-                                            {"requested", "rqst", requested},
-                                            {"execute", "exec", execute},
-                                            {"rollback", "rlbk", rollback}});
+    m_run.record(Operation::planPackageComplete, {{"wzPackageId", "pkid", wzPackageId},
+                                                  {"hrStatus", "plst", Status{hrStatus}},
+                                                  {"state", "pkst", state},
+                                                  {"requested", "rqst", requested},
+                                                  {"execute", "exec", execute},
+                                                  {"rollback", "rlbk", rollback}});
     UpdateInstallStatus(hrStatus);
 }
 
 void BootstrapperApplication::OnPlanComplete(HRESULT hrStatus) {
-    record(Operation::planComplete, {{"hrStatus", "plst", Status{hrStatus}}});
+    m_run.record(Operation::planComplete, {{"hrStatus", "plst", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
     sendAppMessage(WM_BA_PLAN_COMPLETE, static_cast<WPARAM>(hrStatus));
 }

@@ -36,7 +36,8 @@ struct RunHooks {
     /// The folder that this library lies in.
     std::function<std::wstring()> libraryFolder = [] { return removeFileSpec(getModuleFilePath(L"version.dll")); };
     /// Holds the files that are to run raised.
-    std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder, const std::wstring& executable)>
+    std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
+                       const std::wstring& executable)>
         lockElevated = ensureElevatedBinaries;
     /// Starts the raised copy of this program.
     std::function<Handle(const ProgramStart& program)> startProgram = pdx::startProgram;

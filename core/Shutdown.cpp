@@ -1,6 +1,4 @@
 // The end of a run: how it is told, what is left behind, and whether the engine loads the library anew.
-#include <mutex>
-
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
 #include "core/rules/RunValue.h"
@@ -37,7 +35,7 @@ void writeRunValue() {
 
 int BootstrapperApplication::OnShutdown() {
     PDX_LOG(logTrace, "BootstrapperApplication::OnShutdown", "Entering OnShutdown");
-    mergeContext(Operation::shutdown, {{"stat", m_shutdownResult.load()}});
+    m_run.merge(Operation::shutdown, {{"stat", m_shutdownResult.load()}});
     if (m_shutdownResult == resultReloadBootstrapper) {
         m_shutdownResult = 0;
         pinLibrary();
@@ -55,7 +53,7 @@ int BootstrapperApplication::OnShutdown() {
             endAsSuccess();
             break;
     }
-    tellSessionStopped();
+    m_telemetry.sendSessionStopped();
     leaveTheScreen();
     m_telemetry.stop();
     stopUiThread();
@@ -72,44 +70,37 @@ void BootstrapperApplication::endAsCancel() {
     // Of the moment: the session may end while the report goes out.
     const char* const word = runCancelWord(m_logoutExit);
     PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", word);
-    tellRunCancelled(word, submitErrorReport());
+    m_telemetry.sendRunCancelled(word, submitErrorReport());
 }
 
 void BootstrapperApplication::endAsFailure() {
-    bool shown = false;
-    HRESULT status = 0;
-    {
-        const std::lock_guard guard(m_stateLock);
-        shown = std::exchange(m_status.errorShown, true);
-        status = m_status.status;
-    }
+    const bool shown = m_run.markErrorShown();
     if (!shown) {
-        ErrorInfo record = {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, static_cast<DWORD>(status), 0, resultOk};
+        ErrorInfo record = {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, static_cast<DWORD>(m_run.status()), 0, resultOk};
         sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&record));
     }
-    tellRunFailed(submitErrorReport());
+    m_telemetry.sendRunFailed(submitErrorReport());
 }
 
 std::string BootstrapperApplication::submitErrorReport() {
-    if (GetEngineVariable(L"PDX_SUBMIT_ERROR_REPORT", false) != L"1") return {};
-    sendAppMessage(WM_BA_SENDING_ERROR_REPORT);
-    // The report takes as long as the network does, and a second attempt need not wait for it.
-    releaseInstallerMutex();
-    for (const std::wstring& stem : m_reportFileStems) addFilesOfStem(m_reportFiles, stem);
-    return m_hooks.sendReport(m_reportFiles);
+    return m_reporting.submit([this] {
+        sendAppMessage(WM_BA_SENDING_ERROR_REPORT);
+        // A second attempt need not wait for the network.
+        releaseInstallerMutex();
+    });
 }
 
 void BootstrapperApplication::endAsSuccess() {
-    tellRunFinished();
+    m_telemetry.sendRunFinished();
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL)
-        removeRunValueOf(GetEngineVariable(L"InstallFolder", true));
+        removeRunValueOf(m_variables.get(variable::installFolder, true));
     else if (getConfigBool("indev.startOnBoot", false))
         writeRunValue();
 }
 
 int BootstrapperApplication::OnSystemShutdown(DWORD dwEndSession, int nRecommendation) {
-    record(Operation::systemShutdown,
-           {{"dwEndsession", "ends", dwEndSession}, {"nRecommendation", "reco", nRecommendation}});
+    m_run.record(Operation::systemShutdown,
+                 {{"dwEndsession", "ends", dwEndSession}, {"nRecommendation", "reco", nRecommendation}});
     return endSessionAnswer(dwEndSession);
 }
 

@@ -25,25 +25,24 @@ constexpr const wchar_t* installerMutexName = L"Global\\Palisade_Desktop_Install
 
 HRESULT BootstrapperApplication::OnStartup() {
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "[STARTUP] app[%ls], configurable[%s], processId[%u]",
-            GetEngineVariable(L"BundleExecutableName", false), g_configurable ? "true" : "false",
-            GetCurrentProcessId());
+            m_variables.get(variable::bundleExecutable), g_configurable ? "true" : "false", GetCurrentProcessId());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Version: %s", GetCurrentVersion());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Command line: [%ls]", GetCommandLineW());
-    replaceContext(Operation::startup);
+    m_run.begin(Operation::startup);
 
     // A deliberate fault: it exercises the crash path on test machines.
     if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
 
     std::wstring discParameters = L"-ITD";
-    const std::wstring bundleFolder = GetEngineVariable(L"WixBundleSourceProcessFolder", true);
+    const std::wstring bundleFolder = m_variables.get(variable::bundleFolder, true);
     // A key without a value is a crash of its own kind.
     const bool fromDisc =
         crashOnException([&] { return checkForITD(discParameters, bundleFolder, processArguments()); });
 
     const std::wstring installLocation = machineText(view64, productKey, L"InstallLocation");
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL && !installLocation.empty()) setInstallFolder(installLocation);
-    m_reportFiles.insert(GetEngineVariable(L"WixBundleLog", false));
-    m_reportFiles.insert(getLogFilePath(L"PalisadeBackgroundService.log"));
+    m_reporting.addFile(m_variables.get(variable::bundleLog));
+    m_reporting.addFile(getLogFilePath(L"PalisadeBackgroundService.log"));
 
     if (!startUiThread()) {
         UpdateInstallStatus(E_FAIL);
@@ -69,9 +68,9 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc
     facts.installed = installed;
     facts.fromDisc = fromDisc;
     if (m_action != BOOTSTRAPPER_ACTION_INSTALL) return facts;
-    facts.ignoreAlreadyInstalled = GetEngineVariable(L"IGNORE_ALREADY_INSTALLED", false) == L"1";
+    facts.ignoreAlreadyInstalled = m_variables.get(variable::ignoreInstalled) == L"1";
     facts.olderClientToPrompt = [this] {
-        return GetEngineVariable(L"PDX_MERIDIAN_UPGRADE", false) == L"1" && isOlderClientTo(OlderClientFate::asks);
+        return m_variables.get(variable::meridianUpgrade) == L"1" && isOlderClientTo(OlderClientFate::asks);
     };
     facts.olderClientRecorded = [] { return !machineText(view32, olderClientKey, L"ClientPath").empty(); };
     facts.gatelinkRegistered = [] {

@@ -1,13 +1,16 @@
 #include "core/rules/Handover.h"
 
+#include "core/rules/VariableNames.h"
+
 namespace pdx {
 
 std::wstring relaunchParameters(const std::function<std::wstring(const wchar_t* variable)>& valueOf) {
     std::wstring parameters;
-    for (const wchar_t* variable : {L"PDX_MERIDIAN_MODE", L"KESTREL_AUTHCODE", L"PDX_UNINSTALL_BASTION",
-                                    L"PDX_MERIDIAN_COHORT", L"PDX_MERIDIAN_ENABLE", L"PDX_REPAIR", L"HARRIER_ENABLE"}) {
+    for (const wchar_t* name :
+         {variable::meridianMode, variable::authCode, variable::uninstallBastion, variable::meridianCohort,
+          variable::meridianEnable, variable::repair, variable::harrier}) {
         if (!parameters.empty()) parameters += L' ';
-        parameters += variable + (L'=' + valueOf(variable));
+        parameters += name + (L'=' + valueOf(name));
     }
     return parameters;
 }

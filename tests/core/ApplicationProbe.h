@@ -100,7 +100,7 @@ class ProbedApplication : public BootstrapperApplication {
     using BootstrapperApplication::cancelCheck;
     using BootstrapperApplication::isDialogReady;
     using BootstrapperApplication::state;
-    using BootstrapperApplication::State;
+    using State = RunContext::State;
 };
 
 /// An application on a small engine whose bundle variables are preset as a bundle presets them.

@@ -60,7 +60,7 @@ void BootstrapperDialog::CreateControls() {
     make(locationLabel, IDC_LOCATION_LABEL).SetFont(textFont(14, fontBold));
     make(locationValue, IDC_LOCATION_VALUE).SetFont(CreateFontByName(pathFace, 14, fontRegular));
     locationValue->SetTextColor(palette::Grey[8]);
-    locationValue->SetText(app.GetEngineVariable(L"InstallFolder", true));
+    locationValue->SetText(app.GetEngineVariable(variable::installFolder, true));
     make(closeButton, IDC_CLOSE).SetAccessibleName(Translate(L"installer_close"));
     make(actionButton, IDC_ACTION1).SetFont(textFont(14, fontBold));
     make(actionButton2, IDC_ACTION2).SetFont(textFont(14, fontBold));

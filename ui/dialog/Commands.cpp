@@ -33,7 +33,7 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
             Perform(closeDeeds(GetClosingFacts()).escape);
             break;
         case IDC_OPTIONS:
-            app.sendMeridianStartClick(startInstallOptions);
+            app.telemetry().sendMeridianStartClick(startInstallOptions);
             ReplacePage({.kind = pageOptions});
             break;
         case IDC_BROWSE:
@@ -55,13 +55,13 @@ void BootstrapperDialog::OnStartInstall() {
     const wchar_t* titleKey = InstallTitleKey();
     enableTelemetry();
     app.setInstallFolder(folder);
-    app.engine()->SetVariableString(L"CreateDesktopShortcut", shortcutCheck->IsChecked() ? L"1" : L"");
-    app.sendMeridianStartClick(startLetsGo);
+    app.engine()->SetVariableString(variable::desktopShortcut, shortcutCheck->IsChecked() ? L"1" : L"");
+    app.telemetry().sendMeridianStartClick(startLetsGo);
     if (isOlderClientTo(OlderClientFate::asks)) {
         const int32_t answer = OfferBastionUninstall();
-        app.engine()->SetVariableNumeric(L"PDX_UNINSTALL_BASTION", answer == resultOk);
-        if (answer == resultOk) app.sendBastionOverlayClick(overlayUninstall);
-        if (answer == resultCancel) app.sendBastionOverlayClick(overlayNotNow);
+        app.engine()->SetVariableNumeric(variable::uninstallBastion, answer == resultOk);
+        if (answer == resultOk) app.telemetry().sendBastionOverlayClick(overlayUninstall);
+        if (answer == resultCancel) app.telemetry().sendBastionOverlayClick(overlayNotNow);
         if (!IsWindow(hwnd)) return;
     }
     QuitOnFailure("Plan", app.engine()->Plan(app.action()));
@@ -96,8 +96,8 @@ void BootstrapperDialog::Perform(CloseDeed deed) {
 }
 
 bool BootstrapperDialog::AskToClose() {
-    if (Top().kind == pageOlderClient) app.sendBastionOverlayClick(overlayClose);
-    if (Top().kind == pageWelcome) app.sendMeridianStartClick(startClose);
+    if (Top().kind == pageOlderClient) app.telemetry().sendBastionOverlayClick(overlayClose);
+    if (Top().kind == pageWelcome) app.telemetry().sendMeridianStartClick(startClose);
     closePromptOpen = true;
     const int32_t answer = ShowPrompt(closePrompt);
     closePromptOpen = false;

@@ -42,7 +42,7 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
             openWithShell(href);
             break;
         case LinkDeed::userAgreement:
-            app.sendMeridianStartClick(startUserAgreement);
+            app.telemetry().sendMeridianStartClick(startUserAgreement);
             OpenLegalDocument(userAgreementDocument);
             break;
         case LinkDeed::privacyPolicy:

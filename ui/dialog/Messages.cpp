@@ -79,9 +79,7 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
     }
 }
 
-void BootstrapperDialog::QuitOnFailure(const char* operation, HRESULT hr) {
-    app.quitOnFailure(operation, hr);
-}
+void BootstrapperDialog::QuitOnFailure(const char* operation, HRESULT hr) { app.quitOnFailure(operation, hr); }
 
 void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey, PageRole role) {
     ReplacePage({.kind = pageProgress, .title = Translate(titleKey), .role = role});
@@ -106,14 +104,14 @@ void BootstrapperDialog::UpdateProgress(int32_t percent) {
 }
 
 void BootstrapperDialog::OnDetectComplete() {
-    const bool repairIsOff = app.GetEngineVariable(L"PDX_REPAIR", false) == L"0";
+    const bool repairIsOff = app.GetEngineVariable(variable::repair, false) == L"0";
     switch (afterDetection(app.action(), app.display(), repairIsOff)) {
         case DetectFlow::uninstall:
             OnUninstallDetected();
             break;
         case DetectFlow::welcome:
             ReplacePage({.kind = pageWelcome});
-            app.sendMeridianStartImpressions();
+            app.telemetry().sendMeridianStartImpressions();
             break;
         case DetectFlow::update:
             ShowProgressPage(L"installer_download_progress_title");
@@ -150,7 +148,7 @@ void BootstrapperDialog::OnUninstallDetected() {
 }
 
 int32_t BootstrapperDialog::OfferBastionUninstall() {
-    app.sendBastionOverlayImpressions();
+    app.telemetry().sendBastionOverlayImpressions();
     return ShowPrompt(olderClientPrompt);
 }
 
@@ -159,7 +157,7 @@ int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {
     questionChecked = true;
     const int32_t answer = ShowPrompt(errorPrompt(error.errorType, error.code, error.uiHint, error.defaultResult));
     if (IsWindow(hwnd)) questionChecked = questionCheck->IsChecked();
-    app.engine()->SetVariableNumeric(L"PDX_SUBMIT_ERROR_REPORT", questionChecked);
+    app.engine()->SetVariableNumeric(variable::submitReport, questionChecked);
     return answer;
 }
 

@@ -1,0 +1,51 @@
+#include "core/Download.h"
+
+#include "core/rules/DownloadRetry.h"
+#include "platform/Log.h"
+#include "platform/Uuid.h"
+
+namespace pdx {
+
+void Download::begin(BOOTSTRAPPER_CACHE_OPERATION acquireOperation, LPCWSTR source) {
+    operation = acquireOperation;
+    facts.start = TelemetryManager::timestamp(briskSender);
+    facts.link = contextText(source);
+    facts.progress = 0;
+    facts.total = 0;
+    if (!isDownload()) return;
+    facts.id = newUuidString();
+    telemetry.sendDownloadStarted(facts);
+}
+
+void Download::progress(uint64_t bytes, uint64_t total) {
+    facts.progress = bytes;
+    facts.total = total;
+}
+
+bool Download::isRetriedAfter(HRESULT hr) {
+    if (!isDownload()) return false;
+    if (isDownloadCancelled(isCanceled(), hr))
+        telemetry.sendDownloadCancelled(facts);
+    else if (SUCCEEDED(hr))
+        telemetry.sendDownloadFinished(facts);
+    else
+        return retry(hr);
+    return false;
+}
+
+bool Download::retry(HRESULT hr) {
+    const DownloadFailure failure = nextAttempt(failures);
+    failures = failure.failures;
+    telemetry.sendDownloadFailed(facts, hr, {{"auto_retry", failure.retry ? "true" : "false"}});
+    if (!failure.retry) return false;
+    PDX_LOG(logInfo, "BootstrapperApplication::OnCacheAcquireComplete", "Waiting %llds before auto retry",
+            failure.waitSeconds);
+    waitBeforeRetry(failure.waitSeconds, hooks.steadyTime, hooks.pause, isCanceled);
+    return true;
+}
+
+void Download::verified(HRESULT hr) const {
+    if (FAILED(hr) && isDownload()) telemetry.sendDownloadFailed(facts, hr);
+}
+
+}  // namespace pdx
