@@ -74,9 +74,9 @@ std::vector<std::wstring> profiles() {
         .enumerateSubKeys([&](RegistryKey& key, const std::wstring& account) {
             wchar_t path[pathCapacity];
             DWORD size = sizeof path;
-            // Expands the variables that the path is written with.
-            if (RegGetValueW(key.get(), account.c_str(), L"ProfileImagePath", RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ,
-                             nullptr, path, &size) == ERROR_SUCCESS)
+            // Takes a REG_EXPAND_SZ too and expands it.
+            if (RegGetValueW(key.get(), account.c_str(), L"ProfileImagePath", RRF_RT_REG_SZ, nullptr, path, &size) ==
+                ERROR_SUCCESS)
                 found.emplace_back(path);
             return true;
         });

@@ -92,6 +92,7 @@ class Stage {
             {L"say", &Stage::say},     {L"progress", &Stage::progress}, {L"property", &Stage::tellProperty},
             {L"dword", &Stage::dword}, {L"exists", &Stage::tellExists}, {L"sharing", &Stage::sharing},
             {L"mark", &Stage::mark},   {L"wait-for", &Stage::waitFor},  {L"fail", &Stage::failWith},
+            {L"environment", &Stage::environment},
         };
         for (const auto& verb : verbs)
             if (verb.word == step.verb) return (this->*verb.act)(step.rest);
@@ -134,6 +135,12 @@ class Stage {
             answer = tell(2, 1, 0);
         }
         return answer == IDCANCEL ? fail(L"cancelled", ERROR_INSTALL_USEREXIT) : L"done";
+    }
+
+    std::wstring environment(std::wstring rest) {
+        wchar_t value[MAX_PATH];
+        const DWORD length = GetEnvironmentVariableW(rest.c_str(), value, MAX_PATH);
+        return {value, length < MAX_PATH ? length : 0};
     }
 
     std::wstring tellProperty(std::wstring rest) { return property(installer, rest); }

@@ -7,6 +7,7 @@
 //   say KIND TEXT         sends TEXT to the external handler; KIND is actiondata, warning or error
 //   progress TICKS MS     sends TICKS progress messages, MS milliseconds apart; a cancel answer ends the package
 //   property NAME         notes the value of an installer property; before-files only
+//   environment NAME      notes the value of a variable of the environment
 //   dword VIEW NAME KEY   notes a DWORD of HKEY_LOCAL_MACHINE in the 32- or 64-bit view
 //   exists PATH           notes "yes" or "no"
 //   sharing NAME          notes how the file that a property names may be opened; before-files only

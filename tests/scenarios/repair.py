@@ -82,6 +82,7 @@ def play(scene):
     stray = f"{facts.INSTALL_FOLDER}\\Games\\save.dat"
     scene.path(stray).parent.mkdir()
     scene.path(stray).write_text("a file of nobody's")
+    scene.path(stray).chmod(0o444)  # read-only, for Wine too
 
     told = telemetry.told_so_far(scene)
     scene.script(pause)

@@ -1,4 +1,4 @@
-"""What a repair cannot take down ends it with error 3017, and nothing behind that is touched; later it ends well."""
+"""What a repair cannot take down ends it with error 3017, and nothing after that is touched; later it ends well."""
 from harness.checking.records import changes, listing, run_service
 from harness.checking import telemetry
 from harness.client import facts
@@ -8,6 +8,7 @@ from harness.seeing.window import ACTION1, PROGRESS, TITLE
 PROGRAMS = f"{facts.INSTALL_FOLDER}\\Palisade Desktop"
 HELD = f"{PROGRAMS}\\held.log"
 FAILED = "a7ff0bc9"
+NOT_OURS = "C:\\Program Files"
 STOPPING = "Failed to stop background service"
 ROWS = [  # what is in the way, the service's behaviour, what is held, the operation told, the last line
     ("refuses", "refuses", "", 49, STOPPING),
@@ -45,8 +46,9 @@ def blocked(scene, what, behaviour, hold, operation, last):
                       [(f"{event['m']}.{event['g']}.{event['s']}", event["param"]["ecod"], event["param"]["eopr"])
                        for event in events if "ecod" in event.get("param", {})],
                       [("inst.repr.erro", FAILED, operation), ("inst.repr.fail", FAILED, operation)])
-    if behaviour:
+    if what != "file-held":
         scene.check_equal(f"{what}: no file is gone", sorted(scene.path(PROGRAMS).iterdir()), files)
+    if behaviour:
         scene.window.command(f"end-service {facts.SERVICE}")
     return changes(before, listing(scene))
 
@@ -63,6 +65,14 @@ def play(scene):
         (32, product, None): (None, ""),
         (32, entry, "UninstallString"): (installed[32, entry, "UninstallString"], own[0]),
         (32, entry, "QuietUninstallString"): (installed[32, entry, "QuietUninstallString"], own[1])}
+    client = scene.prefix.start(facts.client_file("PalisadeDesktop.exe"), "--stay")
+    scene.wait_for(lambda: "--stay" in scene.read(facts.LAUNCHES), "the client's start")
+    scene.prefix.set_registry(product, "InstallLocation", NOT_OURS)
+    scene.check_equal("a folder that is not the client's is refused with the registry as it was",
+                      blocked(scene, "refused", "", "", 51,
+                              f'The recorded install folder is not deleted: "{NOT_OURS}"'), {})
+    scene.check("and with the client running", client.poll() is None)
+    scene.prefix.set_registry(product, "InstallLocation", facts.INSTALL_FOLDER + "\\")
     for row in ROWS:
         scene.check_equal(f"{row[0]}: the registry is as it was, but for what comes ahead of the gate",
                           blocked(scene, *row), first if row is ROWS[0] else {})

@@ -1,16 +1,28 @@
-"""A repair by the other ways: the uninstall's question, and the command line, which makes an uninstall one."""
+"""A repair by the other ways: the uninstall's question, and the command line, which makes an uninstall one.
+
+The client is on another disk, by a link with brackets in its path: what it leads to is emptied, and the link stays."""
 from harness.checking import telemetry
 from harness.checking.records import changes, listing
 from harness.seeing.window import ACTION2
 
+FOLDER, TARGET = "C:\\Spiele [SSD]\\Palisade", "C:\\disk\\content"
+HANDED_ON = "environment PDX_INSTALL_LOCATION"
+
 
 def play(scene):
     scene.services
-    scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
+    for folder in (scene.path(TARGET), scene.path(FOLDER).parent):
+        folder.mkdir(parents=True)
+    scene.path(FOLDER).symlink_to(scene.path(TARGET))
+    scene.check_exit_code(scene.run("/quiet", log="install", environment={"PDX_INSTALL_LOCATION": FOLDER}), 0,
+                          "the install")
     installed = listing(scene)
     for way, arguments in (("question", ()), ("command-line", ("PDX_REPAIR=1",))):
         asks = not arguments
         before = len(scene.services.requests("brisk"))
+        stray = scene.path(TARGET) / "save.dat"
+        stray.touch()
+        scene.script("before-files " + HANDED_ON)
         run = scene.start("/uninstall", *arguments, log="engine" if asks else way)
         if asks:
             scene.wait_for_page("prompt", "confirm")
@@ -28,4 +40,7 @@ def play(scene):
         # An own link is noted as what was there before, where nothing was.
         other = {at for at in changes(installed, listing(scene)) if at[2] != "PrevGateLink"}
         scene.check_equal(f"{way}: the registry is as after the install", other, set())
-        scene.check("and the client's files are there", len(scene.client_state()[0]) == 5)
+        scene.check("what the link leads to was emptied", not stray.exists())
+        scene.check("and the link is there", scene.path(FOLDER).is_symlink())
+        scene.check_equal("the install is handed the folder", scene.answer("before-files " + HANDED_ON), FOLDER + "\\")
+        scene.check("and the client's files are there", len(scene.client_state(FOLDER)[0]) == 5)

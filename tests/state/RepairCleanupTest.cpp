@@ -137,6 +137,7 @@ TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
           L"\\Links", L"\\Music", L"\\OneDrive", L"\\Pictures", L"\\Saved Games", L"\\Searches", L"\\Videos"})
         refused.push_back(folder.path(L"player") + name);
     const auto expectRefused = [this](const std::wstring& location) {
+        keptFolder.clear();
         EXPECT_EQ(cleanUp(location), RepairResult::failed) << location;
         EXPECT_EQ(steps, std::vector{RepairStep::deleteFolder}) << location;
         EXPECT_EQ(keptFolder, L"") << location;
@@ -148,11 +149,12 @@ TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
     machine.deleteTree(account);
     forget();
 
-    // This account's folders, each moved elsewhere.
+    // This account's folders, each moved elsewhere. Windows calls the last but two "My Video".
     RegistryKey moves = RegistryKey::currentUser(view64).createSubKey(
         L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", true);
     for (const wchar_t* name : {L"Desktop", L"Personal", L"{374DE290-123F-4565-9164-39C4925E467B}", L"My Pictures",
-                                L"My Music", L"My Video", L"Local AppData", L"AppData"}) {
+                                L"My Music", L"My Videos", L"Local AppData", L"AppData"}) {
+        SCOPED_TRACE(toUtf8(name));
         moves.setValue(name, folder.path(L"moved"));
         expectRefused(folder.path(L"moved"));
         moves.deleteValue(name);
