@@ -27,12 +27,12 @@ class Answer:
     status: int = 200
     headers: dict[str, str] = field(default_factory=dict)
     delay: float = 0  # seconds of silence before it
-    silence: threading.Event | None = None  # awaited before it
     cut: str = ""  # one of CUTS
     raw: bytes | None = None  # sent in place of an HTTP answer; then the connection closes
     chunked: bool = False
     piece: int = 0  # bytes of body that are sent at a time, as one chunk, one TLS record; 0: all of them
     hold: threading.Event | None = None  # awaited after half of the body
+    silence: threading.Event | None = None  # awaited before the answer
 
     def __post_init__(self):
         if self.cut not in CUTS:
