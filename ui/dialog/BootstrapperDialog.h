@@ -89,7 +89,9 @@ class BootstrapperDialog : public Dialog {
     void PlaceButtons(PageBoxes& boxes);
 
     void RunPrompt();
+    void RemovePrompt() noexcept;
 
+    MessageResult TakeAppMessage(UINT message, WPARAM wparam, LPARAM lparam);
     void OnStartInstall();
     [[nodiscard]] ClosingFacts GetClosingFacts() const;
     void Perform(CloseDeed deed);
@@ -123,7 +125,6 @@ class BootstrapperDialog : public Dialog {
 
     std::deque<PageState> pages{PageState{}};
     size_t openPrompts = 0;
-    bool closePromptOpen = false;
     bool questionChecked = true;  ///< the error prompt's box as it was last seen
 
   protected:

@@ -1,4 +1,6 @@
 // What the buttons do.
+#include <algorithm>
+
 #include "state/OlderClientFate.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
@@ -69,9 +71,10 @@ void BootstrapperDialog::OnStartInstall() {
 }
 
 ClosingFacts BootstrapperDialog::GetClosingFacts() const {
+    const auto asks = [](const PageState& page) { return page.role == PageRole::closeQuestion; };
     return {.page = TopPage().role,
             .oneButton = hasOneButton(TopPage()),
-            .closePromptOpen = closePromptOpen,
+            .closePromptOpen = std::any_of(pages.begin(), pages.end(), asks),
             .uninstalls = app.action() == BOOTSTRAPPER_ACTION_UNINSTALL,
             .asksUser = isPromptShown(app.display())};
 }
@@ -98,10 +101,7 @@ void BootstrapperDialog::Perform(CloseDeed deed) {
 bool BootstrapperDialog::AskToClose() {
     if (Top().kind == pageOlderClient) app.telemetry().sendBastionOverlayClick(overlayClose);
     if (Top().kind == pageWelcome) app.telemetry().sendMeridianStartClick(startClose);
-    closePromptOpen = true;
-    const int32_t answer = ShowPrompt(closePrompt);
-    closePromptOpen = false;
-    return answer == resultCancel;
+    return ShowPrompt(closePrompt) == resultCancel;
 }
 
 void BootstrapperDialog::StopInstaller() {

@@ -19,9 +19,24 @@ bool isClientRunning() {
     return Handle(OpenMutexW(SYNCHRONIZE, FALSE, clientMutexName)) || GetLastError() == ERROR_ACCESS_DENIED;
 }
 
+/// Whether the run goes on by what the dialog asks of the engine when it gets the message.
+bool drivesRunOn(UINT message) {
+    return message == WM_BA_DETECT_COMPLETE || message == WM_BA_PLAN_COMPLETE || message == WM_BA_APPLY_COMPLETE;
+}
+
 }  // namespace
 
 MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    try {
+        return TakeAppMessage(message, wparam, lparam);
+    } catch (...) {
+        // Nobody else would drive the run on.
+        if (drivesRunOn(message)) QuitOnFailure("A message", E_FAIL);
+        throw;
+    }
+}
+
+MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_BA_DETECT_UPDATE_BEGIN:
             ShowProgressPage(L"installer_checking_update_title");

@@ -3,33 +3,50 @@
 #include "ui/dialog/rules/PageFlow.h"
 
 namespace pdx {
+namespace {
+
+/// Calls a function at the end of its scope, after an exception too.
+template <typename Call>
+struct AtEnd {
+    Call call;
+    ~AtEnd() { call(); }
+};
+
+}  // namespace
 
 int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
     if (!isPromptShown(app.display())) return prompt.defaultResult;
     // Hidden for a newer installer that then failed: nobody could answer.
     if (!IsVisible()) Show(SW_SHOW);
     const auto text = [](const wchar_t* key) { return *key ? Translate(key) : std::wstring(); };
+    pages.push_back({.kind = prompt.kind,
+                     .title = text(prompt.title),
+                     .body = text(prompt.body),
+                     .checkLabel = text(prompt.checkLabel),
+                     .flags = prompt.flags,
+                     .button1Text = text(prompt.button1),
+                     .button2Text = text(prompt.button2),
+                     .button3Text = text(prompt.button3),
+                     .role = prompt.role});
     ++openPrompts;
-    PushPage({.kind = prompt.kind,
-              .title = text(prompt.title),
-              .body = text(prompt.body),
-              .checkLabel = text(prompt.checkLabel),
-              .flags = prompt.flags,
-              .button1Text = text(prompt.button1),
-              .button2Text = text(prompt.button2),
-              .button3Text = text(prompt.button3),
-              .role = prompt.role});
     app.setDialogReady(false);
+    // Without fail: a prompt that counted as open for ever would hold the engine's thread for ever.
+    const AtEnd end([this] { RemovePrompt(); });
+    ShowTopPage();
     RunPrompt();
+    return ButtonResult(prompt.flags, Top().result);
+}
+
+void BootstrapperDialog::RemovePrompt() noexcept {
     --openPrompts;
     // A prompt below this one still waits for its answer.
     if (openPrompts == 0) app.setDialogReady(true);
-    const int32_t result = ButtonResult(prompt.flags, Top().result);
-    pages.pop_back();
-    if (pages.empty()) pages.emplace_back();
+    if (pages.size() > 1)
+        pages.pop_back();
+    else
+        Top() = {};
     // Posted, not called: the page below comes back when the loop runs again.
     PostMessageW(hwnd, WM_BA_REFRESH_PAGE, 0, 0);
-    return result;
 }
 
 void BootstrapperDialog::RunPrompt() {

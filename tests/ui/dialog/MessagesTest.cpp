@@ -179,6 +179,8 @@ TEST(DialogMessages, AnswerThemselvesWhereNobodyWatches) {
                       {"older client", WM_BA_PROMPT_BASTION_UNINSTALL, 0, 0, {}, 0, IDCANCEL, 0, {}, {}, offered},
                       {"restart", WM_BA_APPLY_COMPLETE, 0, 1, {}, 0, 102, 0, {}, {"Quit(0)"}}});
         EXPECT_EQ(IsWindowVisible(probed.window()) != FALSE, display == BOOTSTRAPPER_DISPLAY_PASSIVE);
+        probed.dismiss();
+        EXPECT_TRUE(IsWindow(probed.window())) << "Escape ends nothing where nobody is asked";
     }
     ProbedDialog probed(BOOTSTRAPPER_ACTION_UNINSTALL, BOOTSTRAPPER_DISPLAY_NONE);
     play(probed, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, 4, {}, {"Plan(3)"}, {"enable"}}});

@@ -29,10 +29,15 @@ inline std::wstring readable(const wchar_t* key) {
     return plainText(GumboTree(toUtf8(BootstrapperDialog::Translate(key))));
 }
 
-/// The dialog with its bar in reach.
+/// The dialog with its bar in reach, and with a page that cannot be shown when the test wants it.
 struct OpenDialog : BootstrapperDialog {
     using BootstrapperDialog::BootstrapperDialog;
     using BootstrapperDialog::progressBar;
+    Size GetClientSize() const override {
+        if (std::exchange(failsOnce, false)) throw std::bad_alloc();
+        return BootstrapperDialog::GetClientSize();
+    }
+    mutable bool failsOnce = false;
 };
 
 class ProbedDialog : public ProbedRun {

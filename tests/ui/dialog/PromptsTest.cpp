@@ -80,6 +80,31 @@ TEST(Prompts, GiveNoAnswerWhenTheirLoopOrWindowEnds) {
     }
 }
 
+TEST(Prompts, ThatCannotBeShownHoldNobodyBack) {
+    ProbedDialog probed;
+    probed.dialog->ReplacePage({.kind = pageWelcome});
+    probed.dialog->failsOnce = true;
+    EXPECT_EQ(probed.send(WM_BA_PROMPT_ALREADY_INSTALLED), 0);
+    ASSERT_TRUE(probed.app().isDialogReady());
+    probed.settle();
+    EXPECT_EQ(probed.page(), pageWelcome);
+
+    probed.dialog->failsOnce = true;
+    probed.press(IDC_CLOSE);
+    probed.later([&] {
+        EXPECT_EQ(probed.text(), readable(closeTitle)) << "asks anew";
+        probed.press(IDC_ACTION1);
+    });
+    probed.press(IDC_CLOSE);
+    EXPECT_TRUE(IsWindow(probed.window()));
+
+    constexpr LPARAM restart = 1;
+    probed.dialog->failsOnce = true;
+    probed.send(WM_BA_APPLY_COMPLETE, 0, restart);
+    EXPECT_EQ(probed.newCalls(), Texts{"Quit(1)"}) << "the run goes on from here or not at all";
+    EXPECT_EQ(probed.app().installStatus(), E_FAIL);
+}
+
 TEST(Prompts, KeepWhatTheBoxSaidWhenTheWindowGoes) {
     for (const bool ticked : {true, false}) {
         ProbedDialog probed;
@@ -111,61 +136,36 @@ TEST(Prompts, GiveThePageBelowItsTitleAndProgressBack) {
 }
 
 TEST(Closing, GoesByThePageOnTop) {
-    constexpr auto install = BOOTSTRAPPER_ACTION_INSTALL, uninstall = BOOTSTRAPPER_ACTION_UNINSTALL;
-    constexpr auto full = BOOTSTRAPPER_DISPLAY_FULL, passive = BOOTSTRAPPER_DISPLAY_PASSIVE;
-    ErrorInfo choice = {1, 1603, MB_RETRYCANCEL, IDCANCEL};
-    const auto error = [&](ProbedDialog& b) { return b.send(WM_BA_ERROR, reinterpret_cast<WPARAM>(&choice)); };
-    const auto offline = [](ProbedDialog& b) { return b.send(WM_BA_CACHE_ACQUIRE_COMPLETE, failed); };
-    const auto installed = [](ProbedDialog& b) {
-        return static_cast<int>(SendMessageW(b.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0));
-    };
-    using Act = std::function<void(ProbedDialog&)>;
     const struct {
         const char* what;
         BOOTSTRAPPER_ACTION action;
-        BOOTSTRAPPER_DISPLAY display;
-        Act act;
+        std::function<void(ProbedDialog&)> act;
         bool stands = true;
         bool visible = true;
     } rows[] = {
-        {"Escape asks, and then says no", install, full,
-         [&](ProbedDialog& b) {
+        {"Escape asks, presses the one button of a prompt over that, answers none with two, and then says no",
+         BOOTSTRAPPER_ACTION_INSTALL,
+         [](ProbedDialog& b) {
              b.later([&] {
                  EXPECT_EQ(b.text(), readable(closeTitle));
-                 b.dismiss();
-             });
-             b.dismiss();
-         }},
-        {"Escape presses the one button", install, full,
-         [&](ProbedDialog& b) {
-             b.later([&] { b.dismiss(); });
-             EXPECT_EQ(offline(b), IDRETRY);
-         }},
-        {"Escape answers no prompt over the close prompt", install, full,
-         [&](ProbedDialog& b) {
-             b.later([&] {
+                 b.later([&] { b.dismiss(); });
+                 EXPECT_EQ(SendMessageW(b.window(), WM_BA_CACHE_ACQUIRE_COMPLETE, failed, 0), IDRETRY);
                  b.later([&] {
                      b.dismiss();
                      b.pressLater(IDC_ACTION2);
                  });
-                 EXPECT_EQ(installed(b), 2);
+                 EXPECT_EQ(SendMessageW(b.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0), 2);
                  b.dismiss();
              });
              b.dismiss();
          }},
-        {"Escape cancels no uninstall", uninstall, full,
-         [&](ProbedDialog& b) {
+        {"Escape cancels no uninstall; the cross does, without a question", BOOTSTRAPPER_ACTION_UNINSTALL,
+         [](ProbedDialog& b) {
              b.dismiss();
-             b.later([&] {
-                 b.dismiss();
-                 b.press(IDC_ACTION1);
-             });
-             EXPECT_EQ(error(b), IDRETRY);
-         }},
-        {"the cross does, without a question", uninstall, full, [](ProbedDialog& b) { b.press(IDC_CLOSE); }, false},
-        {"Escape where nobody is asked", install, passive, [](ProbedDialog& b) { b.dismiss(); }},
-        {"the cross where nobody is asked", install, passive, [](ProbedDialog& b) { b.press(IDC_CLOSE); }, false},
-        {"the cross while the report goes out", install, full,
+             b.press(IDC_CLOSE);
+         },
+         false},
+        {"the cross while the report goes out", BOOTSTRAPPER_ACTION_INSTALL,
          [](ProbedDialog& b) {
              b.send(WM_BA_SENDING_ERROR_REPORT);
              b.press(IDC_CLOSE);
@@ -174,7 +174,7 @@ TEST(Closing, GoesByThePageOnTop) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        ProbedDialog probed(row.action, row.display);
+        ProbedDialog probed(row.action);
         probed.send(WM_BA_EXECUTE_PACKAGE_BEGIN, TRUE);
         row.act(probed);
         const bool stands = IsWindow(probed.window());
