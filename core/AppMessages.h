@@ -29,6 +29,16 @@ enum AppMessage : UINT {
     WM_BA_REFRESH_PAGE = WM_APP + 57,                // 0, 0; the dialog posts it to itself
 };
 
+/// Whether the dialog may ask the user before it answers.
+constexpr bool mayAsk(UINT message) {
+    constexpr UINT asking[] = {WM_BA_DETECT_COMPLETE,          WM_BA_ERROR,
+                               WM_BA_CACHE_ACQUIRE_COMPLETE,   WM_BA_APPLY_COMPLETE,
+                               WM_BA_PROMPT_ALREADY_INSTALLED, WM_BA_PROMPT_BASTION_UNINSTALL};
+    for (const UINT one : asking)
+        if (one == message) return true;
+    return false;
+}
+
 /// The error record of WM_BA_ERROR.
 struct ErrorInfo {
     DWORD errorType;  ///< BOOTSTRAPPER_ERROR_TYPE, or PALISADE_ERROR_TYPE

@@ -104,6 +104,7 @@ int BootstrapperApplication::sendAppMessage(UINT message, WPARAM wparam, LPARAM 
     if (cancelCheck() == IDCANCEL) return IDCANCEL;
     if (!m_dialogWindow) return 0;
     WaitForSingleObject(m_dialogReady.get(), INFINITE);
+    if (mayAsk(message)) awaitEndOfSystemLoops();
     return static_cast<int>(SendMessageW(m_dialogWindow, message, wparam, lparam));
 }
 

@@ -206,6 +206,12 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// Whether there is a dialog: without one a run cannot go on.
     bool startUiThread();
     void stopUiThread();
+    /// Ends the loops that the system runs on the UI thread, as that of an open menu or of moving the window: they hear
+    /// no WM_QUIT. Waits for nothing.
+    void endSystemLoops() const;
+    /// The same for a message whose handler asks the user: inside such a loop no click would reach the question. Waits
+    /// for half a second at the most.
+    void awaitEndOfSystemLoops() const;
     /// Raises the error and gives it as the start's result: the engine ends the run then.
     HRESULT failStartup(ProgramError code);
     bool takeInstallerMutex();

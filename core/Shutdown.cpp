@@ -61,6 +61,7 @@ int BootstrapperApplication::OnShutdown() {
 }
 
 void BootstrapperApplication::leaveTheScreen() {
+    endSystemLoops();
     // Not waited for either: the dialog's thread may be busy.
     if (const HWND dialog = m_dialogWindow) ShowWindowAsync(dialog, SW_HIDE);
     releaseInstallerMutex();

@@ -19,7 +19,22 @@ namespace {
 
 constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
 constexpr DWORD quitRepeatMs = 100;
+// Half a second at the most.
+constexpr DWORD loopCheckMs = 10;
+constexpr int loopChecks = 50;
 constexpr const wchar_t* installerMutexName = L"Global\\Palisade_Desktop_Installer";
+
+/// Ends a menu of the window, or a drag that it has the mouse for, on the window's own thread; not waited for.
+BOOL CALLBACK cancelMode(HWND window, LPARAM) {
+    SendNotifyMessageW(window, WM_CANCELMODE, 0, 0);
+    return TRUE;
+}
+
+bool runsSystemLoop(DWORD thread) {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    return GetGUIThreadInfo(thread, &state) && (state.flags & (GUI_INMENUMODE | GUI_INMOVESIZE)) != 0;
+}
 
 }  // namespace
 
@@ -150,11 +165,24 @@ bool BootstrapperApplication::startUiThread() {
     return m_dialogWindow != nullptr;
 }
 
+void BootstrapperApplication::endSystemLoops() const {
+    // Without a thread all windows of the machine would be meant.
+    if (m_uiThread.id() != 0) EnumThreadWindows(m_uiThread.id(), cancelMode, 0);
+}
+
+void BootstrapperApplication::awaitEndOfSystemLoops() const {
+    for (int check = 0; check < loopChecks && m_uiThread.id() != 0 && runsSystemLoop(m_uiThread.id()); ++check) {
+        endSystemLoops();
+        if (m_uiThread.endsWithin(loopCheckMs)) return;
+    }
+}
+
 void BootstrapperApplication::stopUiThread() {
     if (m_uiThread.id() == 0) return;
-    // Posted again until the thread has ended: a loop inside the dialog's own, such as that of moving a window, takes
-    // the message for its own end, and a post can fail.
+    // Again until the thread has ended: a loop of the system's inside the dialog's own takes the message away from
+    // that, a new one may have begun, and a post can fail.
     do {
+        endSystemLoops();
         PostThreadMessageW(m_uiThread.id(), WM_QUIT, 0, 0);
     } while (!m_uiThread.endsWithin(quitRepeatMs));
     m_uiThread.join();

@@ -2,12 +2,14 @@
 import contextlib
 import fcntl
 import os
+import re
 import subprocess
 import tempfile
 from pathlib import Path
 
 
 NUMBERS = range(100, 200)
+OPENBOX = Path("/etc/xdg/openbox/rc.xml")
 
 
 def _start_server(size: str):
@@ -41,6 +43,10 @@ def virtual_display(size: str = "1280x1024x24"):
     """
     server, display, lock = _start_server(size)
     with lock, tempfile.TemporaryDirectory() as home:
+        # Alt+Space is the window's, as on Windows, and no key of the manager's.
+        own = Path(home, ".config/openbox/rc.xml")
+        own.parent.mkdir(parents=True)
+        own.write_text(re.sub('<keybind key="A-space">.*?</keybind>', "", OPENBOX.read_text(), flags=re.DOTALL))
         manager = subprocess.Popen(["openbox"], env=os.environ | {"DISPLAY": display, "HOME": home},
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         try:

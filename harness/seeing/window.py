@@ -141,6 +141,16 @@ class Window:
         x, y = self.look().controls[control].point()
         self._do("mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
 
+    def hold(self, button: int, x: int, y: int) -> None:
+        """Presses a button of the mouse and does not let go of it."""
+        self._do("mousemove", str(x), str(y), "mousedown", str(button))
+
+    def move(self, right: int, down: int) -> None:
+        self._do("mousemove_relative", "--", str(right), str(down))
+
+    def release(self, button: int) -> None:
+        self._do("mouseup", str(button))
+
     def press(self, *keys: str) -> None:
         """Presses keys by xdotool's names, one after the other: "Tab", "shift+Tab", "space", "Return"."""
         for key in keys:

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/BootstrapperApplication.h"
@@ -29,6 +30,7 @@ class BootstrapperDialog : public Dialog {
     /// Lets go of every thread that waits for the dialog, then destroys the window if it is still there.
     ~BootstrapperDialog() override;
 
+    MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
     MessageResult OnInitDialog() override;
     MessageResult OnNcHitTest(int32_t x, int32_t y) override;
     MessageResult OnCtlColorStatic(HWND child, HDC context) override;
@@ -67,6 +69,7 @@ class BootstrapperDialog : public Dialog {
   private:
     void CreateControls();
     PagePictures& Pictures();
+    MessageResult HandleDrag(UINT message, WPARAM wparam);
     PageState& Top() { return pages.back(); }
 
     /// The places of the movable parts of the page that is being laid out.
@@ -125,6 +128,7 @@ class BootstrapperDialog : public Dialog {
 
     std::deque<PageState> pages{PageState{}};
     size_t openPrompts = 0;
+    std::optional<Point> grip;    ///< from the window's corner to the pointer that drags the window
     bool questionChecked = true;  ///< the error prompt's box as it was last seen
 
   protected:
