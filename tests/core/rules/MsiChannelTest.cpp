@@ -1,6 +1,7 @@
 // What the package says, where its log lies, and the names of the engine's values.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <utility>
 
@@ -40,11 +41,18 @@ TEST(MsiChannel, CutsCommands) {
 }
 
 TEST(MsiChannel, NamesAKindByItsHighByte) {
-    const std::pair<uint32_t, const char*> rows[] = {
-        {0x00FFFFFF, "msifatal"}, {0x08000010, "msiact"},   {0x0F000000, "msiperf"}, {0x10000000, nullptr},
-        {0x18000000, nullptr},    {0x19000000, "msirmfiu"}, {0x1B000010, "msiend"},  {0xFF000000, nullptr},
-    };
-    for (const auto& [kind, word] : rows) EXPECT_STREQ(msiMessageWord(kind), word) << kind;
+    const char* const first[] = {"msifatal", "msierr",  "msiwarn", "msiuser",    "msiinfo", "msifiu",
+                                 "msires",   "msidisk", "msiact",  "msiactdata", "msiprog", "msicommon",
+                                 "msiinit",  "msiterm", "msidlg",  "msiperf"};
+    const std::map<uint32_t, std::string> others = {{0x19, "msirmfiu"}, {0x1A, "msistart"}, {0x1B, "msiend"}};
+    for (uint32_t kind = 0; kind <= 0xFF; ++kind) {
+        const auto other = others.find(kind);
+        const std::string expected = kind < 16 ? first[kind] : other != others.end() ? other->second : "";
+        for (const uint32_t style : {0u, 0x10u, 0xFFFFFFu}) {
+            const char* const word = msiMessageWord(kind << 24 | style);
+            EXPECT_EQ(word ? word : "", expected) << kind;
+        }
+    }
 }
 
 TEST(PackageLog, NamesVariablesAndStems) {

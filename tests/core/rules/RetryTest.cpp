@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <set>
 #include <vector>
 
 #include "core/rules/DownloadRetry.h"
@@ -35,12 +36,15 @@ TEST(RetrySupport, CountsTheSamePackageAndPayload) {
 }
 
 TEST(RetrySupport, KnowsWhatIsWorthAnotherTry) {
-    EXPECT_FALSE(isRetriable(RetryKind::cache, hr(0x80070642), 0));
-    EXPECT_TRUE(isRetriable(RetryKind::cache, hr(0x80072ee2), 0));
-    EXPECT_TRUE(isRetriable(RetryKind::execute, hr(0x80070652), 0));
+    const std::set<uint32_t> passing = {1303, 1304, 1306, 1307, 1309, 1310, 1311, 1312, 1316, 1317,
+                                        1321, 1335, 1402, 1406, 1606, 1706, 1719, 1723, 1923, 1931};
+    for (uint32_t code = 0; code < 3000; ++code)
+        EXPECT_EQ(isRetriable(RetryKind::execute, genericFailure, code), passing.contains(code)) << code;
+    for (const uint32_t status : {0x80070641, 0x80070652}) EXPECT_TRUE(isRetriable(RetryKind::execute, hr(status), 0));
     EXPECT_FALSE(isRetriable(RetryKind::execute, hr(0x80070005), 1303));
-    EXPECT_TRUE(isRetriable(RetryKind::execute, genericFailure, 1931));
-    EXPECT_FALSE(isRetriable(RetryKind::execute, genericFailure, 1305));
+    for (const uint32_t status : {0x80070642, 0x80200010, 0x80070002, 0x80072ee7})
+        EXPECT_FALSE(isRetriable(RetryKind::cache, hr(status), 0)) << status;
+    EXPECT_TRUE(isRetriable(RetryKind::cache, hr(0x80072ee2), 0));
 }
 
 TEST(RetrySupport, RemembersTheErrorOfThePackageUnderWay) {

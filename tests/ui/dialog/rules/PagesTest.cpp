@@ -1,6 +1,9 @@
 // The pages' records, buttons, layout and texts, as values.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <map>
+#include <set>
 #include <string>
 
 #include "ui/dialog/rules/Closing.h"
@@ -12,14 +15,62 @@
 namespace pdx {
 namespace {
 
-TEST(Prompts, NameARefusalOfRights) {
-    const auto title = [](uint32_t type, uint32_t code) {
-        return std::wstring_view(errorPrompt(type, code, 0, 0).title);
+TEST(Pages, ShowTheirControls) {
+    const std::pair<int32_t, std::set<int32_t>> rows[] = {
+        {0, {1005}},
+        {1, {1001, 1002, 1005, 1007, 1009, 1008}},
+        {2, {1003, 1004, 1010, 1011, 1007, 1012, 1008}},
+        {3, {1001, 1015, 1002, 1005, 1007, 1012, 1008}},
+        {4, {1005, 1001, 1006, 1008}},
+        {5, {1007, 1008}},
+        {6, {}},
     };
-    EXPECT_EQ(title(0, 1602), L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE");
-    EXPECT_EQ(title(1, 1602), L"INSTALLER_ERROR_UNKNOWN_TITLE") << "of anything but the raising";
-    EXPECT_EQ(title(1, 1601), L"INSTALLER_ERROR_DISK_SPACE_TITLE");
-    EXPECT_EQ(errorPrompt(0, 0, 0x35, 0).flags, 0x80000015u) << "the error's icon in place of the engine's";
+    for (const auto& [kind, controls] : rows)
+        for (int32_t control = 1000; control < 1020; ++control)
+            EXPECT_EQ(isShownOnPage(kind, control), controls.contains(control)) << kind << " " << control;
+    EXPECT_EQ(std::set<int32_t>(std::begin(pageControls), std::end(pageControls)).size(), 15u);
+}
+
+TEST(Prompts, AnswerByTheirButtonSet) {
+    constexpr int32_t answers[][3] = {{1, 0, 0}, {1, 2, 0}, {3, 4, 5},   {6, 7, 2},
+                                      {6, 7, 0}, {4, 2, 0}, {2, 10, 11}, {0, 0, 0}};
+    for (uint32_t set = 0; set < std::size(answers); ++set) {
+        const uint32_t flags = 0xE0000010 | set;
+        EXPECT_EQ((std::array{ButtonResult(flags, 1007), ButtonResult(flags, 1012), ButtonResult(flags, 1013)}),
+                  std::to_array(answers[set]))
+            << set;
+        EXPECT_EQ(ButtonResult(flags, 1008), 0);
+    }
+    const std::map<int32_t, std::wstring> keys = {
+        {1, L"INSTALLER_OK"},    {2, L"INSTALLER_CANCEL"},     {3, L"INSTALLER_ABORT"},
+        {4, L"INSTALLER_RETRY"}, {5, L"INSTALLER_IGNORE"},     {6, L"INSTALLER_YES"},
+        {7, L"INSTALLER_NO"},    {10, L"INSTALLER_TRY_AGAIN"}, {11, L"INSTALLER_CONTINUE"}};
+    for (int32_t result = -1; result < 13; ++result)
+        EXPECT_EQ(defaultButtonKey(result), keys.contains(result) ? keys.at(result) : L"") << result;
+}
+
+TEST(Prompts, OfAnErrorGoByItsCode) {
+    const struct {
+        uint32_t type, code;
+        std::wstring_view title, body;
+    } rows[] = {
+        {0x7FF, 1150, L"INSTALLER_ERROR_OS_TITLE", L"INSTALLER_ERROR_OS"},
+        {0x7FF, 1152, L"INSTALLER_ERROR_TITLE", L"INSTALLER_ERROR_SINGLE_INSTANCE"},
+        {1, 1336, L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"},
+        {1, 1601, L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"},
+        {0, 1602, L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE",
+         L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_AUTHENTICATED_BODY"},
+        {1, 1602, L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN"},
+        {1, 25000, L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_TITLE", L"INSTALLER_ERROR_INSTALLATION-TIMEOUT_BODY"},
+        {0, 1603, L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN"},
+    };
+    for (const auto& row : rows) {
+        const Prompt prompt = errorPrompt(row.type, row.code, 0xF5, 7);
+        EXPECT_EQ(prompt.title, row.title) << row.code;
+        EXPECT_EQ(prompt.body, row.body) << row.code;
+        EXPECT_EQ(prompt.flags, 0x80000015u) << "the error's icon in place of the engine's";
+        EXPECT_EQ(prompt.defaultResult, 7);
+    }
 }
 
 TEST(Closing, GoesByItsTable) {

@@ -84,22 +84,5 @@ TEST(PendingPositions, MergeTheRequestsForOneControl) {
     }
 }
 
-TEST(PendingPositions, KeepTheOrderOfTheFirstRequests) {
-    PendingPositions positions;
-    const auto ids = [&] {
-        std::vector<int32_t> found;
-        for (const PendingPosition& entry : positions.entries()) found.push_back(entry.id);
-        return found;
-    };
-    for (const int32_t id : {1009, 1001, -1, 1002, 1001, 1009}) positions.queue(id, nullptr, 0);
-    EXPECT_EQ(ids(), (std::vector<int32_t>{1009, 1001, -1, 1002}));
-    positions.clear();
-    EXPECT_TRUE(positions.entries().empty());
-    positions.queue(1001, nullptr, positionHide);
-    positions.queue(1009, nullptr, 0);
-    EXPECT_EQ(ids(), (std::vector<int32_t>{1001, 1009}));
-    EXPECT_EQ(positions.entries()[1].flags, newEntry);
-}
-
 }  // namespace
 }  // namespace pdx

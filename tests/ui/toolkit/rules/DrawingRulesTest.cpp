@@ -14,14 +14,6 @@ namespace {
 
 using Parts = std::vector<PathPart>;
 
-TEST(Palette, PutsAnotherAlphaUnderAColor) {
-    EXPECT_EQ(WithAlpha(palette::Grey[3], 178), 0xB2171A29u);
-    EXPECT_EQ(WithAlpha(0x12FFFFFF, 12), 0x0CFFFFFFu);
-    EXPECT_EQ(WithAlpha(palette::Grey[10], 0), 0x00FFFFFFu);
-    EXPECT_EQ(palette::lightVeil, 0x98171A29u);
-    EXPECT_EQ(palette::denseVeil, 0xCB171A29u);
-}
-
 TEST(TextBounds, LieWhereTheTextIsAligned) {
     const RectF layout = {10, 20, 100, 50};
     const std::tuple<RectF, int32_t, int32_t, RectF> cases[] = {

@@ -1,8 +1,11 @@
 // How the widgets look and move, as values.
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "ui/toolkit/rules/ButtonLook.h"
 #include "ui/toolkit/rules/CheckboxShape.h"
+#include "ui/toolkit/rules/LabelStyle.h"
 #include "ui/toolkit/rules/ProgressShape.h"
 #include "ui/toolkit/rules/TrackShape.h"
 
@@ -11,12 +14,37 @@ namespace {
 
 using enum VisualState;
 
-TEST(VisualState, IsChosenInOrder) {
-    EXPECT_EQ(visualState({.enabled = false, .pushed = true, .underCursor = true, .focused = true}), disabled);
-    EXPECT_EQ(visualState({.enabled = true, .pushed = true, .underCursor = false, .focused = true}), pressed);
-    EXPECT_EQ(visualState({.enabled = true, .pushed = false, .underCursor = true, .focused = true}), hover);
-    EXPECT_EQ(visualState({.enabled = true, .pushed = false, .underCursor = false, .focused = true}), focused);
-    EXPECT_EQ(visualState({.enabled = true, .pushed = false, .underCursor = false, .focused = false}), normal);
+TEST(Button, LooksByItsStateAndStyle) {
+    constexpr Color text = 0xFFABCDEF, none = 0;
+    const struct {
+        VisualState state;
+        bool focused;
+        Color primary, primaryBorder, secondary, secondaryBorder, close;
+    } rows[] = {
+        {disabled, true, 0xFF343647, none, 0xB2343647, 0xFF343647, 0x4C343647},
+        {normal, false, 0xFF276AFC, none, 0xB2171A29, 0xFF276AFC, 0x7F343647},
+        {hover, false, 0xFF1F55CA, none, 0x4C000000, 0xFF1F55CA, 0x33000000},
+        {hover, true, 0xFF1F55CA, text, 0x4C000000, text, 0x33000000},
+        {focused, true, 0xFF276AFC, text, 0xB2171A29, text, 0x7F343647},
+        {pressed, true, 0xFF3D79FC, none, 0x0CFFFFFF, 0xFF3D79FC, 0x0CFFFFFF},
+    };
+    const ButtonColors colors;
+    for (const auto& row : rows) {
+        const ButtonLook filled = buttonLook(colors, false, row.state, row.focused, text);
+        const ButtonLook outlined = buttonLook(colors, true, row.state, row.focused, text);
+        EXPECT_EQ((std::array{filled.fill, filled.border, outlined.fill, outlined.border}),
+                  (std::array{row.primary, row.primaryBorder, row.secondary, row.secondaryBorder}))
+            << &row - rows;
+        EXPECT_EQ(closeButtonFills.of(row.state), row.close) << &row - rows;
+    }
+}
+
+TEST(Label, IsAlignedAndCutByItsStyle) {
+    const std::pair<uint32_t, LabelFormat> rows[] = {
+        {0, {0, 0}},      {1, {1, 0}},      {2, {2, 0}},      {3, {1, 0}},
+        {0x4000, {0, 3}}, {0x8000, {0, 5}}, {0xC000, {0, 4}}, {0x8002, {2, 5}},
+    };
+    for (const auto& [style, format] : rows) EXPECT_EQ(labelFormat(0x50000000 | style), format) << style;
 }
 
 TEST(Checkbox, ShowsFocusAndCheckByItsBorder) {
