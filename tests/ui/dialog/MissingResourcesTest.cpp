@@ -1,6 +1,7 @@
 // The shipped library with parts of what it carries missing or broken.
 #include <windows.h>
 
+#include <fmt/xchar.h>
 #include <gtest/gtest.h>
 
 #include <variant>
@@ -93,6 +94,31 @@ TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
         EXPECT_EQ(app->Release(), 0u);
         library.destroy();
     }
+}
+
+/// An engine of which no variable can be had: there is no memory for the size that it names.
+struct EndlessEngine : SmallEngine {
+    HRESULT STDMETHODCALLTYPE GetVariableString(LPCWSTR, LPWSTR, DWORD* size) override {
+        *size = 0xFFFFFFF0;
+        return HRESULT_FROM_WIN32(ERROR_MORE_DATA);
+    }
+};
+
+TEST(Library, LogsThatItsObjectCannotBeMade) {
+    EndlessEngine engine;
+    const BOOTSTRAPPER_COMMAND command = {};
+    const LoadedLibrary library(getModuleFilePath(L"PalisadeBootstrapper.dll"));
+    auto* app = reinterpret_cast<IBootstrapperApplication*>(1);
+    const HRESULT hr = library.create(&engine, &command, &app);
+    EXPECT_TRUE(FAILED(hr));
+    EXPECT_EQ(app, nullptr);
+    const auto line = engine.findLog(L": Failed to create bootstrapper application");
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->level, BOOTSTRAPPER_LOG_LEVEL_ERROR);
+    EXPECT_TRUE(line->text.starts_with(fmt::format(L"Error 0x{:08x}", static_cast<uint32_t>(hr))));
+    EXPECT_EQ(library.create(&engine, nullptr, &app), E_INVALIDARG);
+    library.destroy();
+    EXPECT_EQ(engine.references(), 0u);
 }
 
 }  // namespace
