@@ -13,23 +13,6 @@ using testing::IsEmpty;
 
 std::string_view bytesOf(const ResourceData& data) { return {data.bytes, data.size}; }
 
-TEST(LoadResource, FindsByTypeAndByNameOrNumber) {
-    const std::pair<ResourceId, std::string_view> rows[] = {
-        {{L"PDX_CONFIG", L"INSTALLER.CFG"}, "# Settings of every build."},
-        {{L"PDX_CONFIG", L"installer.cfg"}, "# Settings of every build."},
-        {{L"pdx_config", L"Production.cfg"}, "# Where the shipped installer finds its services."},
-        {{L"PDX_CONFIG", L"integration.cfg"}, "# Where an installer under test finds its services."},
-        {{L"PDX_CERT", uint16_t{109}}, "\x30\x82"},
-    };
-    for (const auto& [id, beginning] : rows) {
-        const std::string_view found = bytesOf(loadResource(id));
-        EXPECT_EQ(found.substr(0, beginning.size()), beginning) << toUtf8(id.type);
-    }
-    EXPECT_EQ(loadResource({L"PDX_CONFIG", L"installer.cfg"}).bytes,
-              loadResource({L"PDX_CONFIG", L"INSTALLER.CFG"}).bytes)
-        << "no copy";
-}
-
 TEST(LoadResource, GivesNothingForWhatIsMissing) {
     const CapturedLog log;
     const ResourceId missing[] = {

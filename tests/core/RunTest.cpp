@@ -48,19 +48,6 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
     }
 }
 
-TEST(Run, LeavesTheNumbersOfStartAndEnd) {
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
-    ProbedRun probed;
-    ProbedApplication::State started;
-    probed.run({}, [&](const SlotEvent& event) {
-        if (event.slot == "OnStartup" && event.returned) started = probed.app().state();
-    });
-    EXPECT_EQ(started.lastOperation, Operation::startup);
-    EXPECT_EQ(started.context, nlohmann::json::object());
-    EXPECT_EQ(probed.app().state().lastOperation, Operation::shutdown);
-    EXPECT_EQ(probed.app().state().context["stat"], 0);
-}
-
 struct Sender {
     ProbedApplication& app;
     HANDLE begun;
@@ -251,27 +238,6 @@ TEST(Run, ReportsThePackagesOwnStatus) {
         EXPECT_EQ(outcomeOf(status.status), row.outcome);
         EXPECT_EQ(entered(outcome, "OnExecuteComplete"), true);
     }
-}
-
-TEST(Run, KeepsTheFirstFailureThroughTheRollback) {
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
-    ProbedRun probed;
-    EngineScript script;
-    script.execute = static_cast<HRESULT>(0x80070005);
-    int completions = 0;
-    HRESULT afterRollback = 0;
-    const RunOutcome outcome = probed.run(script, [&](const SlotEvent& event) {
-        if (event.slot == "OnExecutePackageComplete" && event.returned && ++completions == 2)
-            afterRollback = probed.app().state().status.status;
-    });
-    EXPECT_EQ(outcome.exitCode, 1u);
-    const auto state = probed.app().state();
-    EXPECT_EQ(static_cast<DWORD>(state.status.lastError), 0x80070005);
-    EXPECT_EQ(state.status.errorOperation, Operation::executePackageComplete);
-    EXPECT_TRUE(probed.engine.findLog(L"ecod[80070005]"));
-    const auto numbers = dialog.numbers();
-    EXPECT_EQ(std::count(numbers.begin(), numbers.end(), UINT{WM_BA_ERROR}), 1) << "told at the end, for nobody had";
-    EXPECT_EQ(static_cast<DWORD>(afterRollback), 0x80070005) << "the rollback's success hides nothing";
 }
 
 }  // namespace

@@ -75,10 +75,5 @@ TEST_F(LogTest, TakesTheUserOutOfTheMessageAndNotOutOfTheFunction) {
     EXPECT_EQ(engine.log().back().text, head(L"INFO ") + profile + L"\\f:1) a " + scrubbed);
 }
 
-TEST(LogWithoutEngine, ThrowsTheLineAway) {
-    BootstrapperLogger logger(nullptr);
-    logger.write(logError, "f", 1, "m");
-}
-
 }  // namespace
 }  // namespace pdx

@@ -69,16 +69,6 @@ TEST(Dialog, ReadsItsLayoutBeforeItIsInitialised) {
     EXPECT_EQ(dialog.GetChildRectById(12), (Rect{1, 2, 31, 42}));
 }
 
-TEST(Dialog, HasNoLayoutWithoutAGoodRecord) {
-    OpenDialog dialog(noLayout);
-    ASSERT_NE(dialog.Create({}), nullptr);
-    EXPECT_TRUE(dialog.layoutItems.empty());
-    EXPECT_EQ(dialog.GetInitialRect(11), Rect{});
-    OpenDialog fewChildren(oneChildTwoRecords);
-    fewChildren.Create({});
-    EXPECT_EQ(fewChildren.layoutItems.size(), 1u) << "the walk ends with the last child";
-}
-
 TEST(Dialog, AnswersThroughItsProcedure) {
     OpenDialog dialog;
     const HWND window = dialog.Create({});
@@ -105,29 +95,6 @@ TEST(Dialog, AWindowThatOutlivesItsObjectIsLeftAlone) {
     ASSERT_TRUE(IsWindow(window));
     EXPECT_EQ(SendMessageW(window, WM_APP, 102, 0), 0);
     DestroyWindow(window);
-}
-
-TEST(Dialog, MovesItsChildrenTogether) {
-    TestDialog dialog;
-    dialog.Create({});
-    const Rect before = dialog.GetChildRectById(13);
-    const Rect place = {5, 6, 45, 56};
-    dialog.QueuePosition(11, &place, SWP_NOZORDER);
-    dialog.QueuePosition(99, &place, SWP_NOZORDER);
-    dialog.QueuePosition(12, Box{7, 8, 70, 80}, 0x214);
-    dialog.QueuePosition(13, nullptr, SWP_HIDEWINDOW);
-    EXPECT_NE(dialog.GetChildRectById(11), place) << "nothing moves yet";
-    dialog.ApplyPositions();
-    EXPECT_EQ(dialog.GetChildRectById(11), place);
-    EXPECT_EQ(dialog.GetChildRectById(12), (Rect{7, 8, 77, 88}));
-    EXPECT_EQ(dialog.GetChildRectById(13), before);
-    const auto isShown = [&](int32_t id) { return (GetWindowLongW(dialog.GetItem(id), GWL_STYLE) & WS_VISIBLE) != 0; };
-    EXPECT_FALSE(isShown(13));
-    EXPECT_TRUE(isShown(11));
-
-    SetWindowPos(dialog.GetItem(11), nullptr, 0, 0, 1, 1, SWP_NOZORDER);
-    dialog.ApplyPositions();
-    EXPECT_EQ(dialog.GetChildRectById(11), (Rect{0, 0, 1, 1})) << "the requests were forgotten";
 }
 
 }  // namespace

@@ -189,32 +189,6 @@ TEST_F(HtmlStaticInputTest, AMoveOfTheTrackRepaintsTheText) {
     EXPECT_TRUE(pumpUntil([&] { return GetUpdateRect(label.GetHandle(), nullptr, FALSE) != FALSE; }));
 }
 
-TEST_F(HtmlStaticInputTest, TabGoesFromLinkToLinkAndThenOn) {
-    HtmlProbe& label = makeLabel(twoLinks, {0, 0, 280, 80});
-    const HWND button = makeButton();
-    ::SetFocus(label.GetHandle());
-    EXPECT_TRUE(isUnderlined(label, 1));
-    repaints(label);
-    ::SetFocus(button);
-    EXPECT_TRUE(repaints(label)) << "without its line";
-    EXPECT_FALSE(isUnderlined(label, 1));
-    ::SetFocus(label.GetHandle());
-    EXPECT_FALSE(isUnderlined(label, 3));
-    key(label, VK_TAB);
-    EXPECT_FALSE(isUnderlined(label, 1));
-    EXPECT_TRUE(isUnderlined(label, 3));
-    key(label, VK_TAB);
-    EXPECT_EQ(GetFocus(), button);
-    // From the other side the last link comes first.
-    holdShift(true);
-    ::SetFocus(label.GetHandle());
-    EXPECT_TRUE(isUnderlined(label, 3));
-    key(label, VK_TAB);
-    EXPECT_TRUE(isUnderlined(label, 1));
-    key(label, VK_TAB);
-    EXPECT_EQ(GetFocus(), button) << "there is no other, from the far end on";
-}
-
 TEST_F(HtmlStaticInputTest, FocusScrollsTheLinkIntoView) {
     HtmlProbe& label = makeLabel("<a href=x>a</a><br>b<br>c<br>d<br>e<br><a href=y>f</a>", {0, 0, 200, 60});
     makeButton();

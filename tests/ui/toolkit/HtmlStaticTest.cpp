@@ -37,18 +37,6 @@ using ::testing::IsEmpty;
 
 constexpr char fourLines[] = "one<br>two<br>three<br><a href=\"action:four\">four</a>";
 
-TEST_F(HtmlStaticTest, KeepsTheMarkupAndPublishesThePlainWords) {
-    const NameListener listener;
-    HtmlProbe& label = makeLabel();
-    const wchar_t markup[] = L"<B>Hello</B> you &amp; me<BR>bye";
-    EXPECT_EQ(SendMessageW(label.GetHandle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(markup)), 1);
-    EXPECT_EQ(label.GetText(), markup);
-    EXPECT_THAT(listener.names(), ElementsAre(std::pair(label.GetHandle(), std::wstring(L"Hello you & me\r\nbye"))));
-    label.OnSetText(0);
-    EXPECT_EQ(label.GetText(), L"");
-    EXPECT_THAT(label.GetRuns(), IsEmpty());
-}
-
 TEST_F(HtmlStaticTest, StartsFromTheWindowsFontAndTheDefaultLineHeight) {
     HtmlProbe& label = makeLabel();
     label.SetFont(CreateFontByName(L"no such face", 18, fontBold | fontItalic | fontUnderline | fontStrikeout));

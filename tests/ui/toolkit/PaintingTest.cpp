@@ -39,18 +39,6 @@ class SeeThrough : public ::testing::Test {
     TestControl child;
 };
 
-TEST_F(SeeThrough, AChildLiesOverThePictureBehindIt) {
-    child.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(0x80FFFFFF), {0, 0, 60, 20}); };
-    child.Create(childAt({70, 40, 60, 40}, dialog.GetHandle()));
-    const Snapshot picture(dialog.GetHandle());
-    ASSERT_EQ(picture.GetSize(), (Size{250, 150}));
-    EXPECT_TRUE(alike(picture.GetPixel({60, 45}), red)) << "beside the child";
-    EXPECT_TRUE(alike(picture.GetPixel({75, 45}), 0xFFFF8080));
-    EXPECT_TRUE(alike(picture.GetPixel({125, 45}), 0xFF8080FF));
-    EXPECT_TRUE(alike(picture.GetPixel({99, 70}), red)) << "the child paints nothing here";
-    EXPECT_TRUE(alike(picture.GetPixel({100, 70}), blue));
-}
-
 TEST_F(SeeThrough, AChildOfAChildShowsTheDialogToo) {
     TestControl inner;
     child.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(white), {0, 0, 100, 100}); };
@@ -81,26 +69,6 @@ TEST_F(SeeThrough, DrawingIsClippedToThePaintRectangleAndOnePixelMore) {
     EXPECT_EQ(clip, (Box{10, 5, 11, 8}));
     SendMessageW(child.GetHandle(), WM_PAINT, 0, 0);
     EXPECT_EQ(clip, (Box{0, 0, 1, 1})) << "nothing was to be painted";
-}
-
-TEST(Graphics, KeepsTheFirstFailureAndGoesOn) {
-    const Bitmap none({0, 5});
-    EXPECT_EQ(none.native(), nullptr);
-    EXPECT_NE(none.lastStatus(), Gdiplus::Ok);
-    EXPECT_EQ(none.GetSize(), Size{});
-    Graphics nowhere(none);
-    EXPECT_EQ(nowhere.MeasureString(L"text", nullptr, {}, nullptr), RectF{});
-    EXPECT_EQ(BorrowedContext(nowhere).get(), nullptr);
-    EXPECT_EQ(nowhere.GetDpiY(), 96.0f);
-
-    const Bitmap picture({5, 5});
-    Graphics graphics(picture);
-    graphics.DrawImage(none, {0, 0, 5, 5});
-    const Gdiplus::Status first = graphics.lastStatus();
-    EXPECT_NE(first, Gdiplus::Ok);
-    graphics.FillRectangle(Brush(blue), {0, 0, 5, 5});
-    EXPECT_EQ(graphics.lastStatus(), first);
-    EXPECT_EQ(picture.GetPixel({2, 2}), blue);
 }
 
 }  // namespace

@@ -132,15 +132,6 @@ TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
     }
 }
 
-TEST_F(WindowTest, TheLatestOfTwoControlsAroundOneWindowIsAskedFirst) {
-    NotingControl first(dialog.GetItem(12)), second(dialog.GetItem(12));
-    first.dlgCode = handled(1);
-    second.dlgCode = handled(2);
-    EXPECT_EQ(SendMessageW(dialog.GetItem(12), WM_GETDLGCODE, 0, 0), 2);
-    second.dlgCode = unhandled(7);
-    EXPECT_EQ(SendMessageW(dialog.GetItem(12), WM_GETDLGCODE, 0, 0), 1) << "unhandled goes on to the earlier one";
-}
-
 TEST_F(WindowTest, HandlersGetTheirPartsOfAMessage) {
     DeafControl control;
     const std::pair<UINT, const char*> rows[] = {
@@ -211,24 +202,6 @@ TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
     ASSERT_NE(control.GetFont(), nullptr) << "null changes nothing";
     control.SetFont(CreateFontByName(L"no such face", 14, fontRegular));
     EXPECT_EQ(GetObjectType(native), 0u) << "the earlier native font is freed";
-}
-
-TEST_F(WindowTest, RepaintsForANewTextAndForANewFontWithTheFlag) {
-    dialog.Show(SW_SHOWNOACTIVATE);
-    NotingControl control(dialog.GetItem(12));
-    const auto needsPaint = [&] {
-        const bool dirty = GetUpdateRect(control.GetHandle(), nullptr, FALSE);
-        ValidateRect(control.GetHandle(), nullptr);
-        return dirty;
-    };
-    needsPaint();
-    EXPECT_FALSE(needsPaint());
-    control.OnSetText(0);
-    EXPECT_TRUE(needsPaint());
-    control.OnSetFont(0, false);
-    EXPECT_FALSE(needsPaint());
-    control.OnSetFont(0, true);
-    EXPECT_TRUE(needsPaint());
 }
 
 }  // namespace
