@@ -3,7 +3,7 @@ from harness import older
 from harness.checking.records import check_changes, listing
 from harness.checking.telemetry import names_since, told_so_far
 from harness.client import facts
-from harness.seeing.window import ACTION1
+from harness.seeing.window import ACTION1, ACTION2, CLOSE
 from harness.staging.scene import TEMP
 
 UNINSTALLING_BASTION = 0x8038
@@ -16,7 +16,17 @@ ROWS = [  # when it is cancelled, the run's arguments, whether the uninstaller r
     ("during-after-the-question", (CODE,), True),
     ("before-in-the-second-life", ELEVATED, False),
     ("during-in-the-second-life", ELEVATED, True),
+    ("asked-in-the-second-life", ELEVATED, True),
 ]
+
+
+def answer_late(scene, mark: str, told: dict[str, int]) -> None:
+    """The question whether to cancel is open until the removal has ended: that long the client's start waits."""
+    scene.window.click(CLOSE)
+    scene.wait_for_page("prompt", f"{mark}-closed")
+    scene.mark(mark)
+    scene.wait_for(lambda: "message" in names_since(scene, told)[1], "the report of the removal")
+    scene.window.click(ACTION2)
 
 
 def cancel(scene, when: str, arguments: tuple[str, ...], runs: bool) -> None:
@@ -33,7 +43,11 @@ def cancel(scene, when: str, arguments: tuple[str, ...], runs: bool) -> None:
         scene.wait_for_page("progress", when)
     if runs:
         older.wait_for_note(scene, "bui1.exe begins")
-    scene.cancel(run, then=go_on)
+    if when.startswith("asked"):
+        answer_late(scene, when, told)
+        run.finish(60)
+    else:
+        scene.cancel(run, then=go_on)
 
     for left in ("conductor", "bui1"):
         scene.path(f"{TEMP}\\{left}.exe").unlink(missing_ok=True)
