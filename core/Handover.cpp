@@ -67,11 +67,11 @@ HRESULT BootstrapperApplication::performRepairCleanup() {
     };
     const RepairResult result = cleanUpForRepair(run);
     if (result == RepairResult::failed) return failStartup(errorRepairIncomplete);
-    if (result == RepairResult::cancelled) {
+    // Also after a cancel that came too late for the clean-up: the engine would detect before it ends the run.
+    if (result == RepairResult::cancelled || isCanceled()) {
         quit(0);
         return S_OK;
     }
-    // After a cancel that came too late for the clean-up too: the engine then ends the run and detects nothing.
     Sleep(1000);
     return detect();
 }
