@@ -101,18 +101,6 @@ const Row rows[] = {
          R"("vc14x86ver":"14.32"})")},
     {"the older client goes in an uninstall", uninstall,
      [](App& a) { a.OnExecuteMsiMessage(L"p", 0, 0, L"CA_MSG_BASTION_UNINSTALL_SUCCESS", 0, nullptr, 0); }},
-    {"a repair fails", install,
-     [](App& a) {
-         a.OnExecuteBegin(1);
-         a.OnExecuteComplete(failed);
-     },
-     lines(R"(tally install {"installation_type":"kestrel_client","status":"start","status_code":"repair"})",
-           R"(brisk inst.inst.strt {"dskm":"","dtyp":"system","inst":"repair","intm":<time>,"path":"default"})",
-           R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
-           R"(brisk inst.repr.erro {)" + errorTail(R"({"npkg":1,"stat":"a7ff0643"})", 43),
-           R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
-           R"(brisk inst.repr.fail {)" + errorTail(R"({"npkg":1,"stat":"a7ff0643"})", 43)),
-     repair | ends},
     {"a repair is cancelled", install, [](App& a) { a.UpdateInstallStatus(hresultFromWin32(userExitCode)); },
      lines(R"(tally install {"installation_type":"kestrel_client","status":"cancel","status_code":"user_action"})",
            R"(brisk inst.repr.canc {"cnst":"user_action"})"),

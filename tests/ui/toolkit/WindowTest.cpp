@@ -25,15 +25,13 @@ class NotingControl : public Control {
     MessageResult OnMouseMove(int32_t x, int32_t y) override { return note("move", x, y); }
     MessageResult OnMouseLeave() override { return note("leave"); }
     MessageResult OnUserMessage(UINT message, WPARAM, LPARAM) override { return note("user", message); }
-    MessageResult OnAppMessage(UINT message, WPARAM, LPARAM) override { return note("app", message); }
     MessageResult OnSetFont(WPARAM newFont, bool redraw) override {
         note("font", redraw);
         return Control::OnSetFont(newFont, redraw);
     }
-    MessageResult OnKeyDown(WPARAM key, int32_t count, bool extended, bool wasDown) override {
+    MessageResult OnKeyDown(WPARAM key, int32_t, bool, bool) override {
         if (key == VK_F1) throw std::runtime_error("no such page");
-        if (key == VK_F2) throw 2;
-        return note("key", count, extended + 2 * wasDown);
+        throw 2;
     }
     MessageResult OnGetDlgCode(WPARAM) override { return dlgCode; }
 
@@ -46,22 +44,6 @@ class NotingControl : public Control {
         notes.push_back(what + " " + std::to_string(first) + " " + std::to_string(second));
         return unhandled();
     }
-};
-
-/// Notes more, and keeps it from the native control.
-class DeafControl : public NotingControl {
-  public:
-    using NotingControl::NotingControl;
-    MessageResult DefaultProc(UINT, WPARAM, LPARAM) override { return handled(); }
-    MessageResult OnNcHitTest(int32_t x, int32_t y) override { return note("hit", x, y); }
-    MessageResult OnMove(int32_t x, int32_t y) override { return note("moved", x, y); }
-    MessageResult OnSize(int32_t width, int32_t height) override { return note("size", width, height); }
-    MessageResult OnMouseWheel(int32_t delta, uint32_t keys, int32_t, int32_t) override {
-        return note("wheel", delta, keys);
-    }
-    MessageResult OnLButtonDown(WPARAM, int32_t x, int32_t y) override { return note("down", x, y); }
-    MessageResult OnCommand(int32_t id, int32_t code) override { return note("command", id, code); }
-    MessageResult OnVScroll(int32_t code, int32_t position, LPARAM) override { return note("scroll", code, position); }
 };
 
 /// A dialog whose children the test wraps.
@@ -130,33 +112,6 @@ TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
         DestroyWindow(button);
         EXPECT_EQ(outlives.GetHandle(), button) << "the object outlives its window";
     }
-}
-
-TEST_F(WindowTest, HandlersGetTheirPartsOfAMessage) {
-    DeafControl control;
-    const std::pair<UINT, const char*> rows[] = {
-        {WM_NCHITTEST, "hit -2 -16128"},
-        {WM_MOVE, "moved -2 -16128"},
-        {WM_SIZE, "size 65534 49408"},
-        {WM_LBUTTONDOWN, "down 65534 49408"},
-        {WM_MOUSEWHEEL, "wheel -32767 65520"},
-        {WM_COMMAND, "command 65520 32769"},
-        {WM_VSCROLL, "scroll 65520 32769"},
-        {WM_KEYDOWN, "key 65534 3"},
-        {WM_USER, "user 1024 0"},
-        {0x7FFF, "user 32767 0"},
-        {WM_APP, "app 32768 0"},
-        {0xBFFF, "app 49151 0"},
-    };
-    for (const auto& [message, noted] : rows) {
-        control.notes.clear();
-        control.HandleMessage(message, 0x8001FFF0, static_cast<LPARAM>(0xC100FFFE));
-        EXPECT_THAT(control.notes, ElementsAre(noted)) << message;
-    }
-    control.notes.clear();
-    control.HandleMessage(WM_SETFONT, 0, 0x10000);
-    control.HandleMessage(0xC000, 0, 0);
-    EXPECT_THAT(control.notes, ElementsAre("font 0 0")) << "the low half asks for a paint; 0xC000 has no handler";
 }
 
 TEST_F(WindowTest, AVisitOfThePointerBeginsBeforeItsFirstMove) {

@@ -19,13 +19,6 @@ std::vector<std::byte> bytesOf(const std::vector<uint16_t>& words, size_t cutOff
     return bytes;
 }
 
-TEST(LayoutRecords, StandInTheOrderOfTheResource) {
-    const std::vector<LayoutRecord> records = parseLayoutRecords(bytesOf({0, 0, 50, 100, 50, 37, 0x1234, 25, 0}));
-    ASSERT_EQ(records.size(), 2u);
-    EXPECT_EQ(records[0], (LayoutRecord{.moveX = 0, .moveY = 50, .sizeX = 100, .sizeY = 50}));
-    EXPECT_EQ(records[1], (LayoutRecord{.moveX = 37, .moveY = 0x1234, .sizeX = 25, .sizeY = 0}));
-}
-
 TEST(LayoutRecords, AreEmptyForAResourceOfAnotherForm) {
     EXPECT_TRUE(parseLayoutRecords({}).empty());
     EXPECT_TRUE(parseLayoutRecords(bytesOf({0})).empty()) << "a version and nothing else";
