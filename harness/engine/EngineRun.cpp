@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <mutex>
-#include <thread>
 #include <utility>
 
 #include "platform/rules/ClientPackage.h"
 #include "platform/rules/ProgramErrors.h"
+#include "platform/Thread.h"
 
 namespace pdx {
 
@@ -20,16 +20,14 @@ constexpr const wchar_t* localSource = L"C:\\source\\PalisadeApp.msi";
 constexpr DWORD64 payloadSize = 1000;
 constexpr int actionStart = 0x08000000;
 
-/// Ends the process when a run takes too long: a slot that never returns can't be left in any other way.
+/// Ends the process when a run takes too long: a slot that never returns can't be left in any other way. No std::thread:
+/// the first join of one that is just ending makes an event for the life of the process, which a census would find.
 class Watchdog {
   public:
-    Watchdog(DWORD bound, std::function<std::string()> describe)
-        : over(CreateEventW(nullptr, TRUE, FALSE, nullptr)), thread([this, bound, describe = std::move(describe)] {
-              if (WaitForSingleObject(over.get(), bound) != WAIT_TIMEOUT) return;
-              std::fprintf(stderr, "the run has not ended after %lu ms; still in:%s\n", bound, describe().c_str());
-              std::fflush(stderr);
-              TerminateProcess(GetCurrentProcess(), 3);
-          }) {}
+    Watchdog(DWORD runBound, std::function<std::string()> describeRun)
+        : bound(runBound), describe(std::move(describeRun)), over(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+        thread.start(watch, this);
+    }
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;
     ~Watchdog() {
@@ -38,8 +36,19 @@ class Watchdog {
     }
 
   private:
+    static unsigned __stdcall watch(void* watchdog) {
+        const auto& self = *static_cast<Watchdog*>(watchdog);
+        if (WaitForSingleObject(self.over.get(), self.bound) != WAIT_TIMEOUT) return 0;
+        std::fprintf(stderr, "the run has not ended after %lu ms; still in:%s\n", self.bound, self.describe().c_str());
+        std::fflush(stderr);
+        TerminateProcess(GetCurrentProcess(), 3);
+        return 0;
+    }
+
+    DWORD bound;
+    std::function<std::string()> describe;
     Handle over;
-    std::thread thread;
+    Thread thread;
 };
 
 }  // namespace
@@ -214,14 +223,14 @@ HRESULT EngineRun::applyPlan() {
 HRESULT EngineRun::cacheAndExecute() {
     if (action == BOOTSTRAPPER_ACTION_STATE_NONE) return S_OK;
     cacheResult = S_OK;
-    std::thread cacheThread;
+    Thread cacheThread;
     // An uninstall has nothing to cache, and the slots are not called.
-    if (action == BOOTSTRAPPER_ACTION_STATE_INSTALL) cacheThread = std::thread([this] { cache(); });
+    if (action == BOOTSTRAPPER_ACTION_STATE_INSTALL && !cacheThread.start(cache, this)) return E_FAIL;
     HRESULT hr = S_OK;
-    if (!script.parallelCache && cacheThread.joinable()) cacheThread.join();
+    if (!script.parallelCache) cacheThread.join();
     if (SUCCEEDED(cacheResult) || script.parallelCache) {
         hr = check<&App::OnExecuteBegin>("OnExecuteBegin", DWORD{1});
-        if (cacheThread.joinable()) cacheThread.join();
+        cacheThread.join();
         if (SUCCEEDED(hr)) hr = cacheResult;
         if (SUCCEEDED(hr)) hr = execute();
         ask<&App::OnExecuteComplete>("OnExecuteComplete", hr);
@@ -231,13 +240,15 @@ HRESULT EngineRun::cacheAndExecute() {
 
 // The cache thread.
 
-void EngineRun::cache() {
+unsigned __stdcall EngineRun::cache(void* run) {
+    auto& self = *static_cast<EngineRun*>(run);
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    HRESULT hr = check<&App::OnCacheBegin>("OnCacheBegin");
-    if (SUCCEEDED(hr)) hr = cachePackage();
-    cacheResult = hr;
-    ask<&App::OnCacheComplete>("OnCacheComplete", hr);
+    HRESULT hr = self.check<&App::OnCacheBegin>("OnCacheBegin");
+    if (SUCCEEDED(hr)) hr = self.cachePackage();
+    self.cacheResult = hr;
+    self.ask<&App::OnCacheComplete>("OnCacheComplete", hr);
     CoUninitialize();
+    return 0;
 }
 
 HRESULT EngineRun::cachePackage() {

@@ -101,7 +101,7 @@ class EngineRun {
     void apply();
     HRESULT applyPlan();
     HRESULT cacheAndExecute();
-    void cache();
+    static unsigned __stdcall cache(void* run);
     HRESULT cachePackage();
     HRESULT acquire();
     HRESULT transfer();
