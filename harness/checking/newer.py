@@ -2,6 +2,7 @@
 from urllib.parse import urlsplit
 
 from harness.checking.enginelog import EngineLog
+from harness.checking.telemetry import brisk_events
 from harness.client import facts
 from harness.services import configured
 
@@ -39,8 +40,7 @@ def check_replaced(scene, link: str, first: EngineLog, second: EngineLog) -> Non
     scene.check("the newer one looks for no bucket", not second.has("^Using bucket value"))
     scene.check_equal("and has no error", second.messages("OnError") + second.closing_errors(), [])
     scene.check_equal("its end is a good one", second.exit_code, 0)
-    starts = [event["param"]["autopatch"] for request in scene.services.requests("brisk") for event in request.body
-              if (event["m"], event["g"], event["s"]) == ("inst", "sess", "strt")]
+    starts = [event["param"]["autopatch"] for event in brisk_events(scene, "inst.sess.strt")]
     scene.check_equal("both tell their start, one as an update", sorted(starts), [False, True])
-    sessions = {event["session"] for request in scene.services.requests("brisk") for event in request.body}
+    sessions = {event["session"] for event in brisk_events(scene)}
     scene.check("in one session", len(sessions) == 1, sessions)

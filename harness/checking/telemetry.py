@@ -153,6 +153,12 @@ def failed_attempts(link: str, retries: list[bool]) -> tuple[list, list]:
     return brisk, tally
 
 
+def brisk_events(scene, name: str = "") -> list[dict]:
+    """The events that the Brisk service has been told so far, of one name or all."""
+    return [event for post in scene.services.requests("brisk") for event in post.body
+            if name in ("", f"{event['m']}.{event['g']}.{event['s']}")]
+
+
 def told_so_far(scene) -> dict[str, int]:
     """How many posts each service has had, to check those of a later run by."""
     return {service: len(scene.services.requests(service)) for service in ("brisk", "tally")}

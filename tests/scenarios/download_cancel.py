@@ -2,9 +2,9 @@
 import threading
 from datetime import datetime, timezone
 
-from harness.checking.telemetry import (INSTALL_CANCEL, SESSION_STOP, UNAVAILABLE, check_telemetry, command_line,
-                                        download_start, failed_attempts, session_start, start_page, tally_download,
-                                        tally_install, told_so_far, unavailable)
+from harness.checking.telemetry import (INSTALL_CANCEL, SESSION_STOP, UNAVAILABLE, brisk_events, check_telemetry,
+                                        command_line, download_start, failed_attempts, session_start, start_page,
+                                        tally_download, tally_install, told_so_far, unavailable)
 
 LAST_WAIT = "Waiting 30s before auto retry"
 # The word goes by the connection, the wrong way round: a sandbox has none but to itself, so this means no connection.
@@ -24,8 +24,7 @@ def cancel_in_the_wait(scene, link: str) -> None:
     check_telemetry(scene, thin=True, brisk=[session_start(command_line(run)), *brisk,
                                              unavailable("inst.inst.fail", link), SESSION_STOP],
                     tally=[*start_page(), *tally, tally_install("error", UNAVAILABLE)])
-    told = [event["ts"] for post in scene.services.requests("brisk") for event in post.body]
-    after = (datetime.fromisoformat(told[-1] + "+00:00") - asked).total_seconds()
+    after = (datetime.fromisoformat(brisk_events(scene)[-1]["ts"] + "+00:00") - asked).total_seconds()
     scene.check("the wait is not waited out", after < 20, f"ended {after:.3f} s after the question")
     scene.check_gone()
 

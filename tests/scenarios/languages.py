@@ -6,7 +6,6 @@ from harness.seeing.strings import all_texts
 NAMES = ["INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE", "INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE"]
 LACKING = "Failed to load localization resources for xx"
 ROWS = [  # what the run is called, the machine's locale, the maker's setting, the language
-    ("english", "C.UTF-8", "", ""),
     ("german", "de_DE.UTF-8", "", "de"),
     ("french-forced", "de_DE.UTF-8", "fr", "fr"),
     ("unknown-forced", "de_DE.UTF-8", "xx", "de"),
@@ -23,7 +22,7 @@ def play(scene):
         scene.script("\n".join(f"before-files property {name}" for name in NAMES) + "\nbefore-files fail 1603")
         run = scene.run("/quiet", log=what)
         scene.check_exit_code(run, 1, f"{what}: with a failing package the engine")
-        texts = all_texts(language, OTHER_CONFIGURATIONS) if language else {}
+        texts = all_texts(language, OTHER_CONFIGURATIONS)
         scene.check_equal(f"{what}: the package is told the names of its shortcuts",
                           [scene.answer(f"before-files property {name}") for name in NAMES],
                           [texts.get(name.lower(), "") for name in NAMES])

@@ -5,7 +5,7 @@ import threading
 from types import SimpleNamespace
 
 from harness.checking import newer
-from harness.checking.telemetry import check_telemetry, command_line, session_start, thin_install
+from harness.checking.telemetry import brisk_events, check_telemetry, command_line, session_start, thin_install
 from harness.client import facts
 from harness.seeing.strings import text
 from harness.seeing.window import ACTION1, TITLE
@@ -36,8 +36,7 @@ def play(scene):
                       {view.process: view.visible for view in scene.window.look_at_all()},
                       {process_of(older_log): False, process_of(newer_log): True})
     scene.check("nothing is told before the person goes on, but by the first one",
-                not any(event["param"]["autopatch"] for request in scene.services.requests("brisk")
-                        for event in request.body if (event["g"], event["s"]) == ("sess", "strt")))
+                not any(event["param"]["autopatch"] for event in brisk_events(scene, "inst.sess.strt")))
 
     shutil.copyfile(scene.path(SETUP), scene.path(OTHER))
     other = scene.run("/quiet", program=OTHER, log="other")

@@ -11,22 +11,13 @@ def ask_both(scene, window: str) -> list[str]:
     return [scene.window.command(f"ask {window} 0x11 0 {how}") for how in (ORDINARY, CRITICAL)]
 
 
-def start(scene, last_step: str, log: str):
-    """Starts a run whose package waits before its last step."""
-    scene.script(f"after-files mark under-way\nafter-files wait-for go-on\nafter-files {last_step}")
-    return scene.start_to_welcome(log=log)
-
-
-def install(scene) -> None:
-    scene.window.click(ACTION1)
-    scene.wait_for_mark("under-way", "the package's last action")
-
-
 def play(scene):
-    run = start(scene, "fail 1603", "engine")
+    scene.script("after-files mark under-way\nafter-files wait-for go-on\nafter-files fail 1603")
+    run = scene.start_to_welcome()
     scene.check_equal("before applying the engine's window allows both", ask_both(scene, ENGINE), [ALLOWED, ALLOWED])
     scene.check_equal("so does the dialog", ask_both(scene, DIALOG), [ALLOWED, ALLOWED])
-    install(scene)
+    scene.window.click(ACTION1)
+    scene.wait_for_mark("under-way", "the package's last action")
     scene.check_equal("while the package runs the engine's window allows a critical one only",
                       ask_both(scene, ENGINE), [REFUSED, ALLOWED])
     scene.check_equal("the dialog has no objection", ask_both(scene, DIALOG), [ALLOWED, ALLOWED])
@@ -40,13 +31,9 @@ def play(scene):
     scene.check_equal("it is told as the failure that it was", run.log.closing_errors(), ["80070643"])
 
     # Of the two windows the dialog is the one that records.
-    for log, window, installing, why in (("engine-asked", ENGINE, False, "user_action"),
-                                         ("dialog-asked-before", DIALOG, False, "logout_exit"),
-                                         ("dialog-asked-during", DIALOG, True, "logout_exit")):
-        run = start(scene, "progress 20 50", log)
-        if installing:
-            install(scene)
+    for log, window, why in (("engine-asked", ENGINE, "user_action"), ("dialog-asked", DIALOG, "logout_exit")):
+        run = scene.start_to_welcome(log=log)
         scene.check_equal(f"{log}: the session may end", ask_both(scene, window), [ALLOWED, ALLOWED])
-        scene.cancel(run, then=lambda: scene.mark("go-on"))
+        scene.cancel(run)
         scene.check_cancelled(run, f"{log}: the engine", why)
     scene.check_gone()

@@ -1,6 +1,10 @@
-"""`/quiet` installs the client: files, registry values, log lines, callbacks, message channel, client log."""
-import re
+"""`/quiet` installs the client: files, registry values, log lines, callbacks, message channel, client log.
 
+Both telemetry services, and no other, are told of it in the session that a parent process names, as it stands."""
+import re
+from itertools import zip_longest
+
+from harness.checking.telemetry import check_telemetry, thick_install
 from harness.client.facts import HELD
 
 PACKAGE = "wzPackageId=PalisadeApp.msi"
@@ -23,9 +27,7 @@ MAIN_THREAD = [
                               "rollback=BOOTSTRAPPER_ACTION_STATE_UNINSTALL"),
     ("OnPlanComplete", DONE),
     ("OnApplyPhaseCount", "dwPhaseCount=2"),
-    ("OnApplyBegin", "Entering OnApplyBegin"),
-    ("OnElevate", "Entering OnElevate"),
-    ("OnRegisterBegin", "Entering OnRegisterBegin"),
+    *((name, f"Entering {name}") for name in ("OnApplyBegin", "OnElevate", "OnRegisterBegin")),
     ("OnRegisterComplete", DONE),
     ("OnExecuteBegin", "cExecutingPackages=1"),
     ("OnExecutePackageBegin", f"{PACKAGE}, fExecute=true"),
@@ -44,6 +46,7 @@ CACHE_THREAD = [
     ("OnCachePackageComplete", f"{PACKAGE}, {DONE}, nRecommendation=0"),
     ("OnCacheComplete", DONE),
 ]
+SESSION = "Sitzung {7} der Mutter, ÄÖÜ"
 STARTUP = [
     r"\[STARTUP\] app\[PalisadeSetup\.exe\], configurable\[false\], processId\[\d+\]",
     r"Version: 12\.37\.0\.5294",
@@ -57,15 +60,14 @@ ABSENT = ["Failed to open subkey Software\\Bastion",
 
 def difference(found: list[tuple[str, str]], wanted: list[tuple[str, str]]) -> str:
     """The first place where the callbacks are others than wanted; empty if there is none."""
-    for index in range(max(len(found), len(wanted))):
-        seen = found[index] if index < len(found) else None
-        want = wanted[index] if index < len(wanted) else None
-        if not seen or not want or seen[0] != want[0] or not re.fullmatch(want[1], seen[1]):
+    for index, (seen, want) in enumerate(zip_longest(found, wanted, fillvalue=("", ""))):
+        if seen[0] != want[0] or not re.fullmatch(want[1], seen[1]):
             return f"callback {index + 1} is {seen}, wanted {want}"
     return ""
 
 
 def play(scene):
+    scene.services  # there before the first run
     scene.script("""
         before-files say actiondata PDX_SET_VARIABLE:A=B=C
         before-files say warning PDX_SET_VARIABLE:WARNED=yes
@@ -77,7 +79,7 @@ def play(scene):
         before-files sharing PDXTEST_LOG
         after-files say actiondata PDX_SET_VARIABLE:LAST=of all
     """)
-    run = scene.run("/quiet")
+    run = scene.run("/quiet", environment={"PDX_INSTALLER_SESSION_ID": SESSION})
     scene.check_exit_code(run, 0)
     scene.check_installed()
 
@@ -103,14 +105,12 @@ def play(scene):
         problem = difference(found, wanted)
         scene.check(name, not problem, problem or f"{len(found)} callbacks")
 
-    variables = run.log.variables
-    scene.check_equal("a custom action sets a variable, its second \"=\" kept", variables.get("A"), "B=C")
-    scene.check_equal("whatever the message's kind", variables.get("WARNED"), "yes")
-    scene.check_equal("also from the last action", variables.get("LAST"), "of all")
+    wanted = {"A": "B=C", "WARNED": "yes", "LAST": "of all", "PDX_ALLOW_WINDOWS_7": "1"}
+    scene.check_equal("custom actions set variables: a second \"=\" kept, whatever the message's kind, the last one",
+                      {name: run.log.variables.get(name) for name in wanted}, wanted)
     execution = run.log.text.partition("::OnExecutePackageBegin:")[2]
     scene.check_equal("nothing else does: no \"=\", not at the beginning, no command",
                       re.findall(r"Setting \w+ variable '(.*?)' to", execution), ["A", "WARNED", "LAST"])
-    scene.check_equal("Windows 7 is allowed for", variables.get("PDX_ALLOW_WINDOWS_7"), "1")
     told = [scene.answer(f"before-files property {name}") for name in ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")]
     scene.check_equal("the package is told the names", told, ["Palisade", "Palisade app"])
 
@@ -120,3 +120,7 @@ def play(scene):
         r"^Locked C:\\users\\####\\Temp\\Palisade_\d+_000_PalisadeApp\.msi\.log$"))
     left = [file.name for file in scene.temporary_files() if file.suffix != ".log"]
     scene.check_equal("nothing but logs is left in the temporary folder", left, [])
+
+    scene.check_equal("only the two telemetry services are asked", {r.service for r in scene.services.requests()},
+                      {"brisk", "tally"})
+    check_telemetry(scene, **thick_install(run, shown=False) | {"session": SESSION})
