@@ -1,4 +1,5 @@
 """Signs programs, as the maker or in another name."""
+import ssl
 import subprocess
 from pathlib import Path
 
@@ -8,8 +9,8 @@ MAKER = "Corvane Works, Inc."
 
 
 def sign(source: Path, target: Path, name: str = MAKER, authority: str = "") -> Path:
-    """Writes a signed copy of a program. The certificate is issued by an authority of another name, which is then in the
-    signature too, or by itself."""
+    """Writes a signed copy of a program. The certificate is issued by itself, or by an authority of another name, whose
+    certificate is then in the signature too and is what a look at the first one finds."""
     def make(folder: Path) -> None:
         new = ("req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", DAYS)
         issuer = ("-CA", "authority.pem", "-CAkey", "authority.key") if authority else ()
@@ -27,4 +28,8 @@ def sign(source: Path, target: Path, name: str = MAKER, authority: str = "") -> 
                            "-key", folder / "key.pem", "-in", source, "-out", target], capture_output=True, text=True)
     if done.returncode:
         raise RuntimeError(f"osslsigncode failed:\n{done.stdout}{done.stderr}")
+    if authority:
+        own, other = (ssl.PEM_cert_to_DER_cert((folder / name).read_text()) for name in ("own.pem", "authority.pem"))
+        # Wine lists the last one first.
+        target.write_bytes(target.read_bytes().replace(other + own, own + other))
     return target

@@ -51,6 +51,7 @@ TEST(TempUninstaller, IsWaitedForByTheHandleThatFoundIt) {
             TerminateProcess(process.get(), 0);
             waitFor(process);
             process.reset();
+            waitFor(startProbe(L""));  // in the time of which the system forgets a process that nobody holds
             held = static_cast<bool>(Handle(OpenProcess(SYNCHRONIZE, FALSE, id)));
         }
         Handle process;
