@@ -113,7 +113,10 @@ MessageResult BootstrapperDialog::Draw(Graphics& graphics) {
     } else {
         // Nothing shines through it, and blending takes Wine twice the time.
         graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-        graphics.DrawImage(*background, {0, 0, client.width, client.height});
+        if (background->GetSize() == client)
+            graphics.CopyImage(*background, graphics.Visible({0, 0, client.width, client.height}));
+        else
+            graphics.DrawImage(*background, {0, 0, client.width, client.height});
     }
     return handled(1);
 }

@@ -125,6 +125,7 @@ void Graphics::SetTextRenderingHint(Gdiplus::TextRenderingHint hint) {
 }
 
 void Graphics::SetClip(const Box& box) {
+    LimitTo(box);
     collect(flat::GdipSetClipRectI(native(), box.x, box.y, box.width, box.height, Gdiplus::CombineModeReplace));
 }
 

@@ -1,6 +1,7 @@
 // What is drawn with: surfaces, brushes, pens, paths, text formats, pictures.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "ui/toolkit/Fonts.h"
@@ -67,9 +68,14 @@ class Graphics : public GdiPlusObject<Gdiplus::GpGraphics, Gdiplus::DllExports::
     void SetSmoothingMode(Gdiplus::SmoothingMode mode);
     void SetTextContrast(uint32_t contrast);
     void SetTextRenderingHint(Gdiplus::TextRenderingHint hint);
-    /// Both replace the clip that was set before.
+    /// Both replace the clip that was set before; a box is also what LimitTo notes.
     void SetClip(const Box& box);
     void SetClip(const Path& path);
+
+    /// Notes that nothing shows outside of the box, which whoever draws may use; it clips nothing.
+    void LimitTo(const Box& box) { limit = box; }
+    /// The part of a box that can show.
+    [[nodiscard]] Box Visible(const Box& box) const { return limit ? intersection(box, *limit) : box; }
 
     void FillRectangle(const Brush& brush, const Box& box);
     void FillPath(const Brush& brush, const Path& path);
@@ -89,6 +95,9 @@ class Graphics : public GdiPlusObject<Gdiplus::GpGraphics, Gdiplus::DllExports::
     RectF MeasureString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format);
     /// Vertical dots per inch, 96 when they cannot be had.
     [[nodiscard]] float GetDpiY() const;
+
+  private:
+    std::optional<Box> limit;
 };
 
 /// The device context of a surface, given back at the end; nothing may be drawn on the surface meanwhile.

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 #include "ui/toolkit/Painting.h"
 #include "ui/toolkit/rules/ProgressShape.h"
 
@@ -24,11 +26,11 @@ void ProgressBar::StartTimer() {
 
 void ProgressBar::SetMarquee(bool on) {
     marquee = on;
-    if (on) {
+    chunks = {};
+    if (on)
         StartTimer();
-        return;
-    }
-    KillTimer(marqueeTimer);
+    else
+        KillTimer(marqueeTimer);
     // The native control repaints for a new position only, and the first may be the one that it holds.
     Invalidate();
 }
@@ -52,22 +54,31 @@ MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
 }
 
 MessageResult ProgressBar::OnTimer(WPARAM) {
-    // For a fifth of each sweep both chunks are past the end, and one picture of that is enough.
+    if (!marquee) return handled();
     const Size client = GetClientSize();
-    if (marquee && (chunksShown || areInView(marqueeChunks(client, GetTickCount64()), client))) Invalidate();
+    const auto before = std::exchange(chunks, marqueeChunks(client, GetTickCount64()));
+    if (!ground || before[0].width != chunks[0].width) {
+        Invalidate();
+        return handled();
+    }
+    for (const Box& part : movedParts(before, chunks, client)) {
+        const Rect moved = {part.x, part.y, part.x + part.width, part.y + part.height};
+        if (part.width > 0) Invalidate(&moved);
+    }
     return handled();
 }
 
-void ProgressBar::PaintGround(Graphics& buffer) {
+void ProgressBar::PaintGround(Graphics& buffer, const Box& part) {
     const Size client = GetClientSize();
+    const Box whole = {0, 0, client.width, client.height};
     if (!ground) {
         ground = std::make_unique<Bitmap>(client);
         Graphics surface(*ground);
         ApplyQuality(surface);
-        Control::PaintGround(surface);
+        Control::PaintGround(surface, whole);
     }
     buffer.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    buffer.CopyImage(*ground, {0, 0, client.width, client.height});
+    buffer.CopyImage(*ground, intersection(whole, part));
     buffer.SetCompositingMode(Gdiplus::CompositingModeSourceOver);
 }
 
@@ -83,8 +94,7 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     graphics.FillPath(track, outline);
     if (marquee) {
         graphics.SetClip(outline);
-        const auto chunks = marqueeChunks(client, GetTickCount64());
-        chunksShown = areInView(chunks, client);
+        if (chunks[0].width == 0) chunks = marqueeChunks(client, GetTickCount64());
         for (const Box& chunk : chunks)
             if (isInView(chunk, client)) graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
         return handled(1);

@@ -1,6 +1,8 @@
 // A progress bar with a two-colour gradient; the native control keeps range and position.
 #pragma once
 
+#include <array>
+
 #include "ui/toolkit/Control.h"
 
 namespace pdx {
@@ -19,7 +21,7 @@ class ProgressBar : public Control {
     [[nodiscard]] bool IsMarquee() const { return marquee; }
 
   protected:
-    void PaintGround(Graphics& buffer) override;
+    void PaintGround(Graphics& buffer, const Box& part) override;
 
   private:
     void SetMarquee(bool on);
@@ -29,7 +31,7 @@ class ProgressBar : public Control {
     Color gradientEnd = palette::Crimson[5];
     Color trackColor = palette::Grey[6];
     bool marquee = false;
-    bool chunksShown = false;  ///< by the last paint
+    std::array<Box, 2> chunks{};  ///< of the last step
     std::unique_ptr<Bitmap>
         ground;  ///< kept for the next of fifty paints a second, until the bar moves or is shown again
     UINT marqueePeriodMs;

@@ -131,8 +131,8 @@ class Window {
     /// HandleMessage for the platform's procedures: nothing that is thrown leaves it; it is logged, and the message
     /// goes to DefaultProc.
     MessageResult ReceiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
-    /// Puts what lies behind the window into the buffer of a paint: what its topmost parent shows there.
-    virtual void PaintGround(Graphics& buffer);
+    /// Puts what lies behind a part of the window into the buffer of a paint: what its topmost parent shows there.
+    virtual void PaintGround(Graphics& buffer, const Box& part);
 
     HWND hwnd = nullptr;
     bool mouseTracked = false;

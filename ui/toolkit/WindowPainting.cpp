@@ -5,6 +5,11 @@
 namespace pdx {
 namespace {
 
+/// The rectangle to paint, one pixel larger to the right and below: an empty one still copies a column.
+Box paintedBox(const RECT& rect) {
+    return {rect.left, rect.top, rect.right - rect.left + 1, rect.bottom - rect.top + 1};
+}
+
 /// BeginPaint and EndPaint.
 class PaintSession {
   public:
@@ -13,11 +18,7 @@ class PaintSession {
     PaintSession(const PaintSession&) = delete;
     PaintSession& operator=(const PaintSession&) = delete;
     [[nodiscard]] HDC GetContext() const { return paint.hdc; }
-    /// The rectangle to paint, one pixel larger to the right and below: an empty one still copies a column.
-    [[nodiscard]] Box GetBox() const {
-        const RECT& rect = paint.rcPaint;
-        return {rect.left, rect.top, rect.right - rect.left + 1, rect.bottom - rect.top + 1};
-    }
+    [[nodiscard]] Box GetBox() const { return paintedBox(paint.rcPaint); }
 
   private:
     HWND window;
@@ -39,7 +40,10 @@ MessageResult Window::OnPaint() {
     const Bitmap picture(size);
     Graphics buffer(picture);
     ApplyQuality(buffer);
-    PaintGround(buffer);
+    RECT update{};
+    GetUpdateRect(hwnd, &update, FALSE);
+    const Box ground = paintedBox(update);
+    PaintGround(buffer, ground);
 
     const PaintSession session(hwnd);
     Graphics screen(session.GetContext());
@@ -50,24 +54,30 @@ MessageResult Window::OnPaint() {
     screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
     // Nothing shows beyond the client area, and a copy that reaches out of the picture is many times slower in Wine.
     screen.CopyImage(picture, intersection(box, {0, 0, size.width, size.height}));
+    // Another window may have laid more of this one bare meanwhile.
+    if (intersection(box, ground) != box) Invalidate();
     return handled();
 }
 
-void Window::PaintGround(Graphics& buffer) {
+void Window::PaintGround(Graphics& buffer, const Box& part) {
     const HWND ancestor = topAncestor(hwnd);
     if (!ancestor || ancestor == hwnd) return;
     const Rect place = GetRectIn(ancestor);
     const BorrowedContext context(buffer);
     if (!context.get()) return;
-    POINT origin{};
-    OffsetViewportOrgEx(context.get(), -place.left, -place.top, &origin);
+    const int before = SaveDC(context.get());
+    IntersectClipRect(context.get(), part.x, part.y, part.x + part.width, part.y + part.height);
+    OffsetViewportOrgEx(context.get(), -place.left, -place.top, nullptr);
     SendMessageW(ancestor, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
-    SetViewportOrgEx(context.get(), origin.x, origin.y, nullptr);
+    RestoreDC(context.get(), before);
 }
 
 MessageResult Window::OnPrintClient(WPARAM context, LPARAM) {
     Graphics graphics(reinterpret_cast<HDC>(context));
     ApplyQuality(graphics);
+    RECT shown{};
+    if (GetClipBox(reinterpret_cast<HDC>(context), &shown) > NULLREGION)
+        graphics.LimitTo({shown.left, shown.top, shown.right - shown.left, shown.bottom - shown.top});
     Draw(graphics);
     return handled();
 }

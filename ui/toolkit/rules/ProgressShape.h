@@ -33,8 +33,20 @@ constexpr std::array<Box, 2> marqueeChunks(Size bar, uint64_t milliseconds) {
 /// Whether anything of a chunk shows in the bar.
 constexpr bool isInView(const Box& chunk, Size bar) { return chunk.x < bar.width && chunk.x + chunk.width > 0; }
 
-constexpr bool areInView(const std::array<Box, 2>& chunks, Size bar) {
-    return isInView(chunks[0], bar) || isInView(chunks[1], bar);
+/// The parts of the bar that change when the chunks move: of each the strips that its round ends have passed, cut to
+/// the bar and so mostly of no width.
+constexpr std::array<Box, 4> movedParts(const std::array<Box, 2>& before, const std::array<Box, 2>& after, Size bar) {
+    const int32_t end = bar.height / 2 + 1;  // and the smoothed pixel beside it
+    std::array<Box, 4> parts{};
+    for (size_t i = 0; i < before.size(); ++i) {
+        const int32_t left = std::min(before[i].x, after[i].x), right = std::max(before[i].x, after[i].x);
+        if (left == right) continue;
+        const Box strip = {left - 1, 0, right - left + end + 1, bar.height};
+        const Box whole = {0, 0, bar.width, bar.height};
+        parts[2 * i] = intersection(strip, whole);
+        parts[2 * i + 1] = intersection({strip.x + before[i].width - end + 1, 0, strip.width, bar.height}, whole);
+    }
+    return parts;
 }
 
 }  // namespace pdx

@@ -1,6 +1,7 @@
 // How the widgets look and move, as values.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 
 #include "ui/toolkit/rules/ButtonLook.h"
@@ -77,12 +78,30 @@ TEST(Progress, FillsAndChases) {
     EXPECT_GE(marqueeChunks(bar, 2499)[1].x, 300);
     for (uint64_t time = 0; time < 2499; ++time)
         EXPECT_LE(marqueeChunks(bar, time)[0].x, marqueeChunks(bar, time + 1)[0].x);
-    EXPECT_FALSE(areInView(marqueeChunks(bar, 0), bar));
-    EXPECT_TRUE(areInView(marqueeChunks(bar, 100), bar));
-    EXPECT_TRUE(areInView(marqueeChunks(bar, 1900), bar)) << "the second one's end";
-    EXPECT_FALSE(areInView(marqueeChunks(bar, 2100), bar));
     EXPECT_DOUBLE_EQ(marqueeEasing(0), 0);
     EXPECT_DOUBLE_EQ(marqueeEasing(1), 1);
+}
+
+TEST(Progress, RepaintsWhatAStepOfTheChunksChanges) {
+    constexpr Size bar = {320, 8};
+    // What a column shows of a chunk: nothing, a part of its round end, or all.
+    const auto shown = [](const Box& chunk, int32_t x) {
+        return std::clamp(std::min(x - chunk.x, chunk.x + chunk.width - 1 - x), -1, bar.height / 2);
+    };
+    for (uint64_t time = 0; time < 2500; time += 20) {
+        const auto before = marqueeChunks(bar, time), after = marqueeChunks(bar, time + 20);
+        const auto parts = movedParts(before, after, bar);
+        int32_t repainted = 0;
+        for (const Box& part : parts) repainted += part.width;
+        EXPECT_LT(repainted, 80) << time;
+        for (int32_t x = 0; x < bar.width; ++x)
+            for (size_t i = 0; i < before.size(); ++i) {
+                if (shown(before[i], x) == shown(after[i], x)) continue;
+                EXPECT_TRUE(
+                    std::ranges::any_of(parts, [x](const Box& part) { return x >= part.x && x < part.x + part.width; }))
+                    << time << " " << x;
+            }
+    }
 }
 
 TEST(Track, PlacesItsThumb) {
