@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "config/Resources.h"
+#include "platform/Log.h"
 #include "platform/Once.h"
 #include "platform/Text.h"
 #include "ui/toolkit/Graphics.h"
@@ -74,6 +75,15 @@ const Gdiplus::GpFontFamily* sansSerif() {
     return family;
 }
 
+/// Once a process: fonts are made for every paint.
+void logFailure(const std::wstring& family, Gdiplus::Status status) {
+    static constinit Once logged;
+    logged.run([&] {
+        PDX_LOG(logWarning, "CreateFontByName", "Another face stands in for one of the library's: face=%ls; status=%d",
+                family, int{status});
+    });
+}
+
 int32_t styleOf(const LOGFONTW& logFont) {
     return (logFont.lfWeight > FW_NORMAL ? fontBold : 0) | (logFont.lfItalic ? fontItalic : 0) |
            (logFont.lfUnderline ? fontUnderline : 0) | (logFont.lfStrikeOut ? fontStrikeout : 0);
@@ -136,6 +146,9 @@ std::unique_ptr<Font> CreateFontByName(const std::wstring& family, float emSizeP
     if (const FontFamily named = findFamily(privateFonts(), family)) {
         auto font = std::make_unique<Font>(named.get(), size, style, Gdiplus::UnitPixel);
         if (font->native()) return font;
+        logFailure(family, font->lastStatus());
+    } else if (family == textFace || family == pathFace) {
+        logFailure(family, Gdiplus::FontFamilyNotFound);
     }
     return std::make_unique<Font>(sansSerif(), size, style, Gdiplus::UnitPixel);
 }

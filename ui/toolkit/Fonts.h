@@ -48,7 +48,8 @@ class Font : public GdiPlusObject<Gdiplus::GpFont, Gdiplus::DllExports::GdipDele
 };
 
 /// A font of a private face, in pixels whatever the sign; where there is no such face, or no such style of it, the
-/// platform's sans-serif face stands in and no failure is reported.
+/// platform's sans-serif face stands in. That is no failure; the first time that it happens to a face which the library
+/// carries is logged.
 std::unique_ptr<Font> CreateFontByName(const std::wstring& family, float emSizePixels, int32_t style);
 inline std::unique_ptr<Font> textFont(float emSizePixels, int32_t style) {
     return CreateFontByName(textFace, emSizePixels, style);

@@ -1,5 +1,6 @@
 #include "ui/toolkit/Painting.h"
 
+#include "platform/Log.h"
 #include "platform/Once.h"
 #include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/RoundedPath.h"
@@ -65,6 +66,10 @@ Path CreateRoundedPath(const Box& box, int32_t radius) {
 
 StringFormat CreateTextFormat() {
     StringFormat format(typographicFormat());
+    static constinit Once logged;
+    if (!format.native())
+        logged.run(
+            [&] { PDX_LOG(logWarning, "CreateTextFormat", "No text format: status=%d", int{format.lastStatus()}); });
     format.AddFlags(Gdiplus::StringFormatFlagsMeasureTrailingSpaces | bypassGdi);
     return format;
 }
