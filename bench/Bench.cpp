@@ -1,6 +1,6 @@
 // Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json https://test.host
 // path\to\signed files.
-// With "cold", a library and a file (and "log") it makes one cold start and writes its moments.
+// With "cold", a library and a file (and "log" or "roots") it makes one cold start and writes its moments.
 // Prints a table and writes the same as JSON. Ends with code 1 when it could not measure; a missed aim is only shown.
 #include <windows.h>
 
@@ -82,7 +82,7 @@ int wmain(int argc, wchar_t** argv) {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     try {
         if (coldStart) {
-            pdx::writeColdStart(argv[2], argv[3], argc > 4);
+            pdx::writeColdStart(argv[2], argv[3], argc > 4 ? argv[4] : L"");
             return 0;
         }
         const std::filesystem::path result(argv[2]);

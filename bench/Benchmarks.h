@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "bench/Measurement.h"
 
@@ -11,9 +12,9 @@ namespace pdx {
 /// A timeline from the load of the library to the first full paint of its welcome page, each start in a new process of
 /// this program that leaves its result in the scratch file; medians.
 Measurements measureColdStart(const std::filesystem::path& library, const std::filesystem::path& scratch);
-/// What such a process does: one cold start, its moments written to the file, behind all log lines with their time if
-/// asked for.
-void writeColdStart(const std::filesystem::path& library, const std::filesystem::path& result, bool withLog);
+/// What such a process does: one cold start, its moments written to the file; with "log" after all log lines with their
+/// time, with "roots" of a process that has imported the root certificates before.
+void writeColdStart(const std::filesystem::path& library, const std::filesystem::path& result, std::wstring_view how);
 /// From BootstrapperApplicationCreate to the return of OnStartup, of the first load in the process and of the median.
 Measurements measureStartup(const std::filesystem::path& library);
 /// The dialog of the shipped library: its welcome page from OnStartup on, a repaint, what it takes of memory, and what
