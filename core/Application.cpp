@@ -40,8 +40,9 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
       m_download(m_telemetry, m_hooks, [this] { return isCanceled(); }),
       m_reporting(m_variables, m_hooks),
       m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-    // Beside it goes on what does without the answer.
+    // Beside both goes on what does without them.
     Task certificate(determineConfigurable);
+    if (m_hooks.prepareUi) m_uiThread.prepare(m_hooks.prepareUi);
     takeEnvironment();
     const std::vector<std::wstring> arguments = processArguments();
     takeCommandLine(arguments);

@@ -19,9 +19,9 @@
 #include "core/RunVariables.h"
 #include "platform/Handles.h"
 #include "platform/Log.h"
+#include "platform/PreparedThread.h"
 #include "platform/rules/InstallerVersion.h"
 #include "platform/rules/ProgramErrors.h"
-#include "platform/Thread.h"
 #include "reporting/ExceptionHandler.h"
 
 namespace pdx {
@@ -274,7 +274,7 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     Download m_download;
     ErrorReporting m_reporting;
     Handle m_installerMutex;
-    Thread m_uiThread;
+    PreparedThread m_uiThread;
     Handle m_dialogReady;
     std::atomic<HWND> m_dialogWindow = nullptr;
     std::atomic<bool> m_logoutExit = false;

@@ -21,6 +21,8 @@ namespace pdx {
 
 /// Each is the real one unless another is put in its place.
 struct RunHooks {
+    /// What the UI thread does beside the making of the application object, before there is a dialog; empty for nothing.
+    std::function<void()> prepareUi;
     /// The clock of the wait before a download is retried, and the pauses of that wait.
     std::function<std::chrono::milliseconds()> steadyTime = [] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(

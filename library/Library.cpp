@@ -10,12 +10,13 @@
 #include <exception>
 #include <memory>
 #include <mutex>
-#include <utility>
 #include <string>
+#include <utility>
 
 #include "config/Settings.h"
 #include "config/Translator.h"
 #include "core/engine/CallbackGuard.h"
+#include "platform/CommandLine.h"
 #include "platform/Crash.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
@@ -60,13 +61,21 @@ std::shared_ptr<TelemetryManager> makeTelemetry() {
     return std::make_shared<TelemetryManager>(TelemetryManager::createSessionId(), getMachineHash);
 }
 
+/// The UI thread gets ready if there is a page to show.
+RunHooks hooks() {
+    RunHooks real;
+    if (g_pagePictures.get()) real.prepareUi = prepareUiThread;
+    return real;
+}
+
 /// The application object, and the first page of its window, which is made ready from before the object's own
 /// constructor on until the window takes it, or the object goes.
 class Application final : PreparedPage, public BootstrapperApplication {
   public:
     Application(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command)
-        : PreparedPage(command->display != BOOTSTRAPPER_DISPLAY_NONE),
-          BootstrapperApplication(engine, command, retryMaximum, retryDelayMilliseconds, UIThreadFunc, makeTelemetry) {}
+        : PreparedPage(*command, processArguments()),
+          BootstrapperApplication(engine, command, retryMaximum, retryDelayMilliseconds, UIThreadFunc, makeTelemetry,
+                                  hooks()) {}
 };
 
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {

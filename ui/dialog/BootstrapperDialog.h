@@ -150,6 +150,10 @@ class BootstrapperDialog : public Dialog {
     std::unique_ptr<ProgressBar> progressBar;
 };
 
+/// Makes ready on the UI thread what the first page needs there, before there is a dialog: the drawing library, the
+/// faces, what the system sets up for a thread with windows. The pictures that were begun learn their size.
+void prepareUiThread();
+
 /// The routine of the UI thread: makes the dialog and runs its messages until WM_QUIT.
 void UIThreadFunc(BootstrapperApplication& application);
 

@@ -4,28 +4,6 @@
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
-namespace {
-
-/// The first use of a face in a process takes many times as long as a later one, and the first of a face that is not
-/// carried, as the template's is not, makes Wine look through all that are installed.
-void useFaces() {
-    constexpr struct {
-        const wchar_t* family;
-        float size;
-        int32_t style;
-    } faces[] = {
-        {textFace, 14, fontBold}, {textFace, 16, fontRegular}, {textFace, 20, fontBold}, {pathFace, 14, fontRegular},
-        {L"", 16, fontRegular},
-    };
-    const Bitmap surface({1, 1});
-    Graphics graphics(surface);
-    ApplyQuality(graphics);
-    const StringFormat format = CreateTextFormat();
-    for (const auto& [family, size, style] : faces)
-        graphics.MeasureString(L"Palisade", CreateFontByName(family, size, style).get(), {}, &format);
-}
-
-}  // namespace
 
 constinit ProcessSlot<PagePictures> g_pagePictures;
 
@@ -35,20 +13,21 @@ PagePictures::PagePictures()
 PagePictures::~PagePictures() { SetEvent(sizeGiven.get()); }
 
 void PagePictures::prepare() {
+    // Its size first: until it is known the UI thread gets ready, and a second busy thread would delay that or the
+    // check of the certificate on a machine with two processors.
+    WaitForSingleObject(sizeGiven.get(), INFINITE);
+    if (windowSize == Size{}) return;
     ComApartment apartment;  // for the codecs
     apartment.start(COINIT_MULTITHREADED);
     startGraphics();
-    LoadPrivateFonts();
-    useFaces();
     const std::unique_ptr<Bitmap> background = LoadPicture(backgroundPictureNumber);
     pictures[logoPictureNumber] = LoadPicture(logoPictureNumber);
-    WaitForSingleObject(sizeGiven.get(), INFINITE);
     // The picture at its own size goes: it is five times as large, and the window never changes its size.
-    if (background && windowSize != Size{}) scaledBackground = ScalePicture(*background, windowSize);
+    if (background) scaledBackground = ScalePicture(*background, windowSize);
 }
 
 void PagePictures::setWindowSize(Size size) {
-    windowSize = size;
+    if (windowSize == Size{}) windowSize = size;
     SetEvent(sizeGiven.get());
 }
 

@@ -3,17 +3,22 @@
 
 #include <map>
 #include <memory>
+#include <span>
+#include <string>
 
+#include "platform/Engine.h"
 #include "platform/Handles.h"
 #include "platform/ProcessSlot.h"
+#include "platform/rules/CommandLine.h"
 #include "platform/Task.h"
 #include "ui/toolkit/Images.h"
 
 namespace pdx {
 
-/// What the first page needs is made ready on a thread of its own, from the making of the object on: the drawing
-/// library, the private faces, the background at the size of the window, the logo. The others are decoded when their
-/// page comes. Made on any thread, used on the UI thread.
+/// What the first page needs is made ready on a thread of its own, from the making of the object on: the background at
+/// the size of the window, the logo. The others are decoded when their page comes. Made on any thread, used on the UI
+/// thread, on which alone fonts and text formats are used: GDI+ refuses an object that another thread is using
+/// (ObjectBusy), and the text would appear in another face.
 class PagePictures {
   public:
     PagePictures();
@@ -22,9 +27,9 @@ class PagePictures {
     PagePictures(const PagePictures&) = delete;
     PagePictures& operator=(const PagePictures&) = delete;
 
-    /// Tells the thread what to scale the background to. The background waits for it.
+    /// Sets what the background is scaled to, which waits for it. The first size counts.
     void setWindowSize(Size size);
-    /// The background at the window's size, null when it is missing. Waits until it is ready.
+    /// The background at that size, null when it is missing. Waits until it is ready.
     [[nodiscard]] const Bitmap* background();
     /// A picture by its number, null when it is missing. Waits while it is being decoded.
     [[nodiscard]] const Bitmap* picture(uint16_t number);
@@ -45,9 +50,10 @@ extern ProcessSlot<PagePictures> g_pagePictures;
 /// Begins to make the first page ready for the dialog of an application object, and ends with it at the latest.
 class PreparedPage {
   public:
-    /// A run that shows no window needs none.
-    explicit PreparedPage(bool shown) {
-        if (shown) g_pagePictures.set(std::make_shared<PagePictures>());
+    /// A run that shows no window needs none. The arguments are those of the process, after the program.
+    PreparedPage(const BOOTSTRAPPER_COMMAND& command, std::span<const std::wstring> arguments) {
+        if (displayTowardsUser(command.display, command.relationType, arguments) != BOOTSTRAPPER_DISPLAY_NONE)
+            g_pagePictures.set(std::make_shared<PagePictures>());
     }
     ~PreparedPage() { g_pagePictures.clear(); }
     PreparedPage(const PreparedPage&) = delete;

@@ -80,11 +80,16 @@ TEST(PagePictures, AreThoseOfTheirPage) {
     }
 }
 
-TEST(PagePictures, EndWithoutAWindow) {
-    // The thread waits for a size that never comes.
-    const PreparedPage page(true);
-    EXPECT_NE(g_pagePictures.get(), nullptr);
-    const PreparedPage none(false);
+TEST(PagePictures, AreBegunForARunThatShowsAWindow) {
+    BOOTSTRAPPER_COMMAND command{};
+    command.display = BOOTSTRAPPER_DISPLAY_EMBEDDED;
+    command.relationType = BOOTSTRAPPER_RELATION_UPDATE;
+    for (const auto& [argument, begun] : {std::pair{L"/passive", true}, {L"/quiet", false}}) {
+        const std::wstring arguments[] = {argument};
+        // Ends with a thread that waits for a size which never comes.
+        const PreparedPage page(command, arguments);
+        EXPECT_EQ(g_pagePictures.get() != nullptr, begun) << toUtf8(argument);
+    }
 }
 
 TEST(PagePictures, HaveTheBackgroundAtTheSizeOfTheWindow) {

@@ -1,0 +1,61 @@
+// A thread that is there before there is work for it.
+#pragma once
+
+#include <exception>
+#include <functional>
+
+#include "platform/Thread.h"
+
+namespace pdx {
+
+/// A thread of the system that can get itself ready while others are busy: what the system sets up for each thread, and
+/// what has to be used on one thread only. All calls on the owner's thread.
+class PreparedThread {
+  public:
+    PreparedThread() : routineGiven(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
+    /// Ends a thread for which there was no routine; one that has one is joined by whoever started it.
+    ~PreparedThread() {
+        SetEvent(routineGiven.get());
+        thread.join();
+    }
+    PreparedThread(const PreparedThread&) = delete;
+    PreparedThread& operator=(const PreparedThread&) = delete;
+
+    /// Starts the thread with a preparation, which has to have an end. What it throws ends it. Where the system gives
+    /// no thread, start() asks again.
+    void prepare(std::function<void()> work) {
+        preparation = std::move(work);
+        thread.start(run, this);
+    }
+    /// Does the routine after the preparation, if there is one; false if the system gives no thread.
+    bool start(Thread::Routine given, void* itsArgument) {
+        routine = given;
+        argument = itsArgument;
+        SetEvent(routineGiven.get());
+        return thread.id() != 0 || thread.start(run, this);
+    }
+    /// 0 until it is started.
+    [[nodiscard]] DWORD id() const { return routine ? thread.id() : 0; }
+    [[nodiscard]] bool endsWithin(DWORD bound) const { return thread.endsWithin(bound); }
+    void join() { thread.join(); }
+
+  private:
+    static unsigned __stdcall run(void* object) noexcept {
+        auto& self = *static_cast<PreparedThread*>(object);
+        try {
+            if (self.preparation) self.preparation();
+        } catch (const std::exception&) {
+            // Out of memory: the routine finds less ready.
+        }
+        WaitForSingleObject(self.routineGiven.get(), INFINITE);
+        return self.routine ? self.routine(self.argument) : 0;
+    }
+
+    std::function<void()> preparation;
+    Thread::Routine routine = nullptr;
+    void* argument = nullptr;
+    Handle routineGiven;
+    Thread thread;
+};
+
+}  // namespace pdx
