@@ -93,7 +93,10 @@ TEST(Progress, RepaintsWhatAStepOfTheChunksChanges) {
         const auto parts = movedParts(before, after, bar);
         int32_t repainted = 0;
         for (const Box& part : parts) repainted += part.width;
-        EXPECT_LT(repainted, 80) << time;
+        // But where the next sweep starts over.
+        if (time + 20 < marqueeSweepMs) {
+            EXPECT_LT(repainted, 80) << time;
+        }
         for (int32_t x = 0; x < bar.width; ++x)
             for (size_t i = 0; i < before.size(); ++i) {
                 if (shown(before[i], x) == shown(after[i], x)) continue;
