@@ -14,7 +14,7 @@ constexpr RunKind repairRun = {.uninstall = false, .repair = true};
 const DownloadFacts download = {"id", "begin", "https://x/\xC3\xBC", 50, 400};
 const InstallTelemetry record = {
     .installTime = "now", .installStatus = "new", .path = "custom", .diskMedia = "SSD,HDD", .driveType = "data"};
-const ErrorFacts error = {"80072ee2", "text", 34, {"10", "11", "12", "14", "15"}, {{"pkid", "p"}}};
+const ErrorFacts error = {"80072ee2", "text", Operation{34}, {"10", "11", "12", "14", "15"}, {{"pkid", "p"}}};
 
 struct Row {
     TelemetryEvent event;
@@ -38,7 +38,7 @@ const Row rows[] = {
      R"({"endt":"now","enst":"success","strt":"begin","stst":"repair"})"},
     {runCancelled({.uninstall = true, .repair = true}, "user_action", {}).brisk, briskSender, "inst.uinst.canc",
      R"({"cnst":"user_action"})"},
-    {errorEvent("n", {"80070652", "", 0, {}, nullptr}, {{"auto_retry", "true"}, {"estr", "e"}, {"ectx", 1}}),
+    {errorEvent("n", {"80070652", "", Operation::none, {}, nullptr}, {{"auto_retry", "true"}, {"estr", "e"}, {"ectx", 1}}),
      briskSender, "n",
      R"({"auto_retry":"true","ecod":"80070652","ectx":1,"einv":false,"emsg":"system","eopr":0,"estr":"e",)"
      R"("vc10x86ver":"","vc11x86ver":"","vc12x86ver":"","vc14x64ver":"","vc14x86ver":""})"},
