@@ -4,7 +4,6 @@
 
 #include "platform/Paths.h"
 #include "platform/Processes.h"
-#include "platform/rules/Scrub.h"
 
 namespace pdx {
 
@@ -53,11 +52,13 @@ wchar_t elevationMarker() {
 
 }  // namespace
 
-std::wstring scrubProfilePath(std::wstring text) {
+const ScrubTexts& userScrubTexts() {
     const UserTexts& user = userTexts();
     reportMissingTexts(user);
-    return scrub(user.texts, std::move(text));
+    return user.texts;
 }
+
+std::wstring scrubProfilePath(std::wstring text) { return scrub(userScrubTexts(), std::move(text)); }
 
 void BootstrapperLogger::write(int32_t level, const char* function, int32_t line, const char* message) {
     const wchar_t marker = elevationMarker();

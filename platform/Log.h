@@ -12,6 +12,7 @@
 #include "platform/ProcessSlot.h"
 #include "platform/rules/Format.h"
 #include "platform/rules/LogLine.h"
+#include "platform/rules/Scrub.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -60,6 +61,9 @@ class LoggerLife {
   private:
     std::shared_ptr<Logger> logger;
 };
+
+/// What scrubbing searches for, and what it puts in its place: found out once a process.
+const ScrubTexts& userScrubTexts();
 
 /// The text without the user's profile path and name: "C:\Users\ann\x" becomes "C:\Users\####\x".
 std::wstring scrubProfilePath(std::wstring text);

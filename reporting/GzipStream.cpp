@@ -41,6 +41,7 @@ void GzipStream::pack(std::string_view bytes, int flush) {
 }
 
 void GzipStream::keep(std::string_view bytes) {
+    if (bytes.empty()) return;  // as after most writes
     if (packed.empty() || packed.back().size() + bytes.size() > pieceSize) packed.emplace_back().reserve(pieceSize);
     packed.back() += bytes;
 }

@@ -30,30 +30,6 @@ std::string millisecondsSince1601() {
     return std::to_string(static_cast<int64_t>(count.QuadPart / 10000));
 }
 
-/// A line of a log as it goes into the package.
-class LineScrubber {
-  public:
-    explicit LineScrubber(LogEncoding logEncoding) : encoding(logEncoding) {}
-
-    const std::string& scrubbed(std::string_view line) {
-        if (encoding == LogEncoding::utf16) {
-            // An odd byte behind the last unit is half a letter that is being written.
-            wide.resize(line.size() / sizeof(wchar_t));
-            line.copy(reinterpret_cast<char*>(wide.data()), wide.size() * sizeof(wchar_t));
-        } else {
-            wide = toWide(line);
-        }
-        wide = scrubProfilePath(std::move(wide));
-        assignUtf8(narrow, wide);
-        return narrow;
-    }
-
-  private:
-    LogEncoding encoding;
-    std::wstring wide;
-    std::string narrow;
-};
-
 /// The next bytes of a file; empty at its end or where it cannot be read.
 std::string_view readBlock(HANDLE file, std::vector<char>& block) {
     DWORD read = 0;
@@ -65,12 +41,11 @@ void addLog(GzipStream& stream, HANDLE file) {
     std::vector<char> block(blockSize);
     std::string_view bytes = readBlock(file, block);
     if (bytes.size() < 2) return;
-    const LogEncoding encoding = logEncodingOf(bytes);
-    LineCutter cutter(encoding);
-    LineScrubber scrubber(encoding);
-    const auto take = [&](std::string_view line) { stream.write(scrubber.scrubbed(line)); };
-    for (; !bytes.empty(); bytes = readBlock(file, block)) cutter.feed(bytes, take);
-    cutter.finish(take);
+    const LogScrubber scrubber(userScrubTexts());
+    LogReader reader(logEncodingOf(bytes), scrubber);
+    const TakeText take = [&](std::string_view text) { stream.write(text); };
+    for (; !bytes.empty(); bytes = readBlock(file, block)) reader.feed(bytes, take);
+    reader.finish(take);
 }
 
 void addFile(GzipStream& stream, const std::wstring& path) {

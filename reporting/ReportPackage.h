@@ -16,9 +16,10 @@ using ReportFiles = std::set<std::wstring, LessIgnoreCase>;
 ErrorReport newErrorReport();
 
 /// Fills in the package, its digest and its name: two sections about the user and the machine, and one for each file
-/// in the set's order. Each line of a log has the user's profile path taken out; UTF-16 logs come out as UTF-8. A
-/// file that cannot be opened gets no section, one of less than two bytes an empty one; files may be in use and may
-/// grow. Holds one block of a file and the package in memory. Throws what memory exhaustion throws.
+/// in the set's order. Each line of a log has the user's profile path and the login code taken out; UTF-16 logs come
+/// out as UTF-8. A file that cannot be opened gets no section, one of less than two bytes an empty one; files may be in
+/// use and may grow. Holds a block of a file, a begun line of 1 MiB at most and the package in memory. Throws what
+/// memory exhaustion throws.
 void buildPackage(ErrorReport& report, const ReportFiles& files);
 
 /// All files that begin as one of the stems (paths without their ending), added to the set: a log that has rolled over

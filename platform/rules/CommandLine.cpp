@@ -85,16 +85,21 @@ BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPP
 }
 
 std::wstring hideAuthcode(std::wstring_view commandLine) {
+    const size_t program = programLength(commandLine);
+    return std::wstring(commandLine.substr(0, program)) + hideAuthcodeOfArguments(commandLine.substr(program));
+}
+
+std::wstring hideAuthcodeOfArguments(std::wstring_view arguments) {
     constexpr std::wstring_view name = L"KESTREL_AUTHCODE=";
     constexpr std::wstring_view hidden = L"####";
-    size_t begin = programLength(commandLine);
-    std::wstring told(commandLine.substr(0, begin));
-    while (begin < commandLine.size()) {
+    size_t begin = 0;
+    std::wstring told;
+    while (begin < arguments.size()) {
         ArgumentReader argument;
         size_t end = begin;
         std::optional<size_t> value;
         bool quotedWhole = false;
-        for (; end < commandLine.size() && argument.take(commandLine[end]); ++end) {
+        for (; end < arguments.size() && argument.take(arguments[end]); ++end) {
             if (value || !argument.text().ends_with(name)) continue;
             value = end + 1;
             quotedWhole = argument.quoted();
@@ -102,12 +107,12 @@ std::wstring hideAuthcode(std::wstring_view commandLine) {
         // The quotes around the whole argument stay.
         const size_t valueEnd = quotedWhole && argument.closed() ? end - 1 : end;
         if (value && *value < valueEnd) {
-            told += commandLine.substr(begin, *value - begin);
+            told += arguments.substr(begin, *value - begin);
             told += hidden;
             begin = valueEnd;
         }
         // With the blank that ended the argument.
-        told += commandLine.substr(begin, end + 1 - begin);
+        told += arguments.substr(begin, end + 1 - begin);
         begin = end + 1;
     }
     return told;

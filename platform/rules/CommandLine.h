@@ -22,8 +22,10 @@ std::optional<std::pair<std::wstring, std::wstring>> variableOfArgument(std::wst
 BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPPER_RELATION_TYPE relation,
                                         std::span<const std::wstring> arguments);
 
-/// The command line without the login code: in an argument as the system splits it, however it is quoted, all behind
-/// "KESTREL_AUTHCODE=" becomes "####". Only that there is a code is told.
+/// The command line without the login code: in an argument as the system splits it, however it is quoted, all after
+/// "KESTREL_AUTHCODE=" becomes "####". Only that there is a code stays.
 std::wstring hideAuthcode(std::wstring_view commandLine);
+/// The same of the arguments alone, without the program before them.
+std::wstring hideAuthcodeOfArguments(std::wstring_view arguments);
 
 }  // namespace pdx

@@ -1,6 +1,9 @@
 #include "platform/rules/Scrub.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "platform/rules/Utf8.h"
 
 namespace pdx {
 namespace {
@@ -25,10 +28,24 @@ std::wstring scrubComponents(std::wstring_view path, std::wstring_view userName,
     }
 }
 
-void replaceAll(std::wstring& text, std::wstring_view search, std::wstring_view replacement) {
-    if (search.empty()) return;
-    for (size_t at = text.find(search); at != std::wstring::npos; at = text.find(search, at + replacement.size()))
-        text.replace(at, search.size(), replacement);
+template <typename Letter>
+void replaceAll(std::basic_string<Letter>& text, const Replacement<Letter>& row) {
+    if (row.search.empty()) return;
+    size_t at = text.find(row.search);
+    if (at == text.npos) return;  // nearly always
+    std::basic_string<Letter> replaced;
+    size_t done = 0;
+    for (; at != text.npos; at = text.find(row.search, done)) {
+        replaced.append(text, done, at - done).append(row.text);
+        done = at + row.search.size();
+    }
+    text = std::move(replaced.append(text, done));
+}
+
+template <typename Letter>
+std::basic_string<Letter> scrubbed(const Replacements<Letter>& texts, std::basic_string<Letter> text) {
+    for (const Replacement<Letter>& row : texts) replaceAll(text, row);
+    return text;
 }
 
 }  // namespace
@@ -36,22 +53,21 @@ void replaceAll(std::wstring& text, std::wstring_view search, std::wstring_view 
 ScrubTexts makeScrubTexts(std::wstring profileBack, std::wstring profileShort, std::wstring_view userName,
                           const EqualNames& equalNames) {
     std::replace(profileBack.begin(), profileBack.end(), L'/', L'\\');
-    ScrubTexts texts;
-    texts.profileForward = withForwardSlashes(profileBack);
-    texts.profileShortForward = withForwardSlashes(profileShort);
-    texts.scrubbedBack = scrubComponents(profileBack, userName, equalNames);
-    texts.scrubbedForward = withForwardSlashes(texts.scrubbedBack);
-    texts.profileBack = std::move(profileBack);
-    texts.profileShort = std::move(profileShort);
-    return texts;
+    const std::wstring back = scrubComponents(profileBack, userName, equalNames);
+    const std::wstring forward = withForwardSlashes(back);
+    return {{{profileBack, back},
+             {withForwardSlashes(profileBack), forward},
+             {profileShort, back},
+             {withForwardSlashes(profileShort), forward}}};
 }
 
-std::wstring scrub(const ScrubTexts& texts, std::wstring text) {
-    replaceAll(text, texts.profileBack, texts.scrubbedBack);
-    replaceAll(text, texts.profileForward, texts.scrubbedForward);
-    replaceAll(text, texts.profileShort, texts.scrubbedBack);
-    replaceAll(text, texts.profileShortForward, texts.scrubbedForward);
-    return text;
+NarrowScrubTexts narrowScrubTexts(const ScrubTexts& texts) {
+    NarrowScrubTexts narrow;
+    for (size_t i = 0; i < texts.size(); ++i) narrow[i] = {toUtf8(texts[i].search), toUtf8(texts[i].text)};
+    return narrow;
 }
+
+std::wstring scrub(const ScrubTexts& texts, std::wstring text) { return scrubbed(texts, std::move(text)); }
+std::string scrub(const NarrowScrubTexts& texts, std::string text) { return scrubbed(texts, std::move(text)); }
 
 }  // namespace pdx

@@ -1,5 +1,7 @@
 #include "platform/rules/Utf8.h"
 
+#include <cstring>
+
 namespace pdx {
 namespace {
 
@@ -8,15 +10,32 @@ constexpr uint32_t replacement = 0xFFFD;
 bool isLead(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool isTrail(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-/// The code point at the place, which moves behind it.
+/// The code point at the place of a text of that many units, which moves behind it.
+template <typename UnitAt>
+uint32_t takeUnits(UnitAt unitAt, size_t size, size_t& at) {
+    const uint32_t unit = unitAt(at++);
+    if (isLead(unit) && at < size && isTrail(unitAt(at)))
+        return 0x10000 + ((unit - 0xD800) << 10) + (unitAt(at++) - 0xDC00);
+    return isLead(unit) || isTrail(unit) ? replacement : unit;
+}
+
 uint32_t takeWide(std::wstring_view text, size_t& at) {
     const auto unitAt = [&](size_t place) -> uint32_t {
         return sizeof(wchar_t) == 2 ? static_cast<uint16_t>(text[place]) : static_cast<uint32_t>(text[place]);
     };
-    const uint32_t unit = unitAt(at++);
-    if (isLead(unit) && at < text.size() && isTrail(unitAt(at)))
-        return 0x10000 + ((unit - 0xD800) << 10) + (unitAt(at++) - 0xDC00);
-    return isLead(unit) || isTrail(unit) ? replacement : unit;
+    return takeUnits(unitAt, text.size(), at);
+}
+
+/// The number of bytes from the place on that are ASCII; most of all text is.
+size_t plainLength(std::string_view text, size_t at) {
+    const size_t begin = at;
+    constexpr uint64_t highBits = 0x8080808080808080;
+    for (uint64_t eight = 0; at + sizeof eight <= text.size(); at += sizeof eight) {
+        std::memcpy(&eight, text.data() + at, sizeof eight);
+        if (eight & highBits) break;
+    }
+    while (at < text.size() && static_cast<uint8_t>(text[at]) < 0x80) ++at;
+    return at - begin;
 }
 
 uint32_t takeNarrow(std::string_view text, size_t& at) {
@@ -39,11 +58,15 @@ uint32_t takeNarrow(std::string_view text, size_t& at) {
     return point;
 }
 
-}  // namespace
+constexpr size_t longestCharacter = 4;  // bytes
 
-void appendUtf8(std::string& target, uint32_t codePoint) {
-    const auto add = [&](uint32_t byte) { target += static_cast<char>(byte); };
-    if (codePoint < 0x80) return add(codePoint);
+/// Writes one code point; gives the place after it.
+char* writeUtf8(char* target, uint32_t codePoint) {
+    const auto add = [&](uint32_t byte) { *target++ = static_cast<char>(byte); };
+    if (codePoint < 0x80) {
+        add(codePoint);
+        return target;
+    }
     if (codePoint < 0x800) {
         add(0xC0 | codePoint >> 6);
     } else {
@@ -56,6 +79,14 @@ void appendUtf8(std::string& target, uint32_t codePoint) {
         add(0x80 | (codePoint >> 6 & 0x3F));
     }
     add(0x80 | (codePoint & 0x3F));
+    return target;
+}
+
+}  // namespace
+
+void appendUtf8(std::string& target, uint32_t codePoint) {
+    char bytes[longestCharacter];
+    target.append(bytes, writeUtf8(bytes, codePoint));
 }
 
 void assignUtf8(std::string& target, std::wstring_view text) {
@@ -90,6 +121,57 @@ std::wstring toWide(std::string_view text) {
     }
     wide.resize(length);
     return wide;
+}
+
+bool isWellFormedUtf8(std::string_view bytes) {
+    for (size_t at = 0;;) {
+        at += plainLength(bytes, at);
+        if (at == bytes.size()) return true;
+        if (takeNarrow(bytes, at) == replacement) return false;
+    }
+}
+
+void appendWellFormed(std::string& target, std::string_view bytes) {
+    for (size_t at = 0;;) {
+        const size_t plain = plainLength(bytes, at);
+        target.append(bytes, at, plain);
+        at += plain;
+        if (at == bytes.size()) return;
+        appendUtf8(target, takeNarrow(bytes, at));
+    }
+}
+
+void appendUtf16Bytes(std::string& target, std::string_view bytes) {
+    const auto byteAt = [&](size_t place) -> uint32_t { return static_cast<uint8_t>(bytes[place]); };
+    const auto unitAt = [&](size_t place) { return byteAt(2 * place) | byteAt(2 * place + 1) << 8; };
+    const size_t units = bytes.size() / 2;
+    const size_t begin = target.size();
+    target.resize(begin + units * 3);  // no unit has more bytes, and a pair has four
+    char* end = target.data() + begin;
+    for (size_t at = 0; at < units;) {
+        const uint32_t unit = unitAt(at);
+        if (unit < 0x80)
+            *end++ = static_cast<char>(unit), ++at;
+        else
+            end = writeUtf8(end, takeUnits(unitAt, units, at));
+    }
+    target.resize(static_cast<size_t>(end - target.data()));
+}
+
+size_t unfinishedUtf8(std::string_view bytes) {
+    for (size_t count = 1; count <= 3 && count <= bytes.size(); ++count) {
+        const auto byte = static_cast<uint8_t>(bytes[bytes.size() - count]);
+        if (byte >= 0xC0) return count < (byte < 0xE0 ? 2u : byte < 0xF0 ? 3u : 4u) ? count : 0;
+        if (byte < 0x80) return 0;
+    }
+    return 0;
+}
+
+size_t unfinishedUtf16(std::string_view bytes) {
+    const size_t odd = bytes.size() % 2;
+    if (bytes.size() < 2) return odd;
+    const auto high = static_cast<uint8_t>(bytes[bytes.size() - odd - 1]);  // byte of the last whole unit
+    return isLead(uint32_t{high} << 8) ? odd + 2 : odd;
 }
 
 }  // namespace pdx

@@ -20,4 +20,15 @@ void assignUtf8(std::string& target, std::wstring_view text);
 /// Adds one code point as it is, a surrogate too.
 void appendUtf8(std::string& target, uint32_t codePoint);
 
+/// Whether toUtf8(toWide(bytes)) is the bytes themselves for certain. (A U+FFFD that stands in them makes it false.)
+bool isWellFormedUtf8(std::string_view bytes);
+/// Adds toUtf8(toWide(bytes)), without the way through wide text.
+void appendWellFormed(std::string& target, std::string_view bytes);
+/// Adds the UTF-8 of UTF-16 in little endian; an odd byte at the end counts for nothing.
+void appendUtf16Bytes(std::string& target, std::string_view bytes);
+/// The number of bytes at the end that begin a character which more bytes could end: 0 to 3.
+size_t unfinishedUtf8(std::string_view bytes);
+/// The same of UTF-16 in little endian: an odd byte, and the first half of a pair.
+size_t unfinishedUtf16(std::string_view bytes);
+
 }  // namespace pdx

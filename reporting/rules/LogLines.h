@@ -1,9 +1,11 @@
-// A log file read in blocks and cut into lines.
+// A log file that is read in blocks and goes on as scrubbed text.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+
+#include "reporting/rules/LogScrub.h"
 
 namespace pdx {
 
@@ -17,43 +19,26 @@ constexpr LogEncoding logEncodingOf(std::string_view begin) {
     return begin.starts_with("\xFF\xFE") ? LogEncoding::utf16 : LogEncoding::utf8;
 }
 
-/// Cuts what is fed into lines, each with its line feed. A line that goes on in the next block is kept until it is
-/// whole, however long it becomes. A block other than the last holds an even number of bytes.
-class LineCutter {
+/// Turns what is fed into scrubbed UTF-8, whatever its bytes are and wherever its blocks end. Holds a line that goes on
+/// in the next block, up to 1 MiB of it: a longer one is scrubbed in pieces, and comes out the same.
+class LogReader {
   public:
-    explicit LineCutter(LogEncoding encoding) : unit(encoding == LogEncoding::utf16 ? 2 : 1) {}
+    LogReader(LogEncoding logEncoding, const LogScrubber& logScrubber) : encoding(logEncoding), scrubber(logScrubber) {}
 
-    /// Gives every line that the block ends to take(std::string_view), which must not keep it.
-    template <typename Take>
-    void feed(std::string_view block, Take&& take) {
-        for (;;) {
-            const size_t end = lineEnd(block);
-            if (end == std::string_view::npos) break;
-            const std::string_view line = block.substr(0, end);
-            if (rest.empty()) {
-                take(line);
-            } else {
-                rest.append(line);
-                take(std::string_view(rest));
-                rest.clear();
-            }
-            block.remove_prefix(end);
-        }
-        rest.append(block);
-    }
-    /// Gives what stands behind the last line feed, if anything does.
-    template <typename Take>
-    void finish(Take&& take) {
-        if (!rest.empty()) take(std::string_view(rest));
-        rest.clear();
-    }
+    void feed(std::string_view block, const TakeText& take);
+    /// Gives what stands after the last line feed. Half a UTF-16 unit at the end, which is being written, is left out.
+    void finish(const TakeText& take);
 
   private:
-    /// The number of the block's bytes up to behind its first line feed; npos if it has none.
-    [[nodiscard]] size_t lineEnd(std::string_view block) const;
+    std::string_view decoded(std::string_view bytes);
+    void takeText(std::string_view text, const TakeText& take);
+    void cutLongLine(const TakeText& take);
 
-    size_t unit;  ///< bytes
-    std::string rest;
+    LogEncoding encoding;
+    const LogScrubber& scrubber;
+    std::string unfinished;  ///< bytes of a character that the block's end cut
+    std::string converted;   ///< a block in UTF-8
+    std::string line;        ///< what of a line has come so far
 };
 
 }  // namespace pdx

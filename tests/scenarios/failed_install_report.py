@@ -22,7 +22,11 @@ LONG = "x" * (BLOCK - 9) + PROFILE + "y" * BLOCK + PROFILE + "\n"
 MARK = "\ufeff"
 
 
+CODE = "KESTREL_AUTHCODE=ge h\"eim"
+
+
 def scrubbed(content: str) -> str:
+    content = re.sub(r'(KESTREL_AUTHCODE(?:=|\]; result=\[))(ge h\\?"eim|\*{5})', r"\1####", content)
     return content.replace(PROFILE, SCRUBBED).replace(FORWARD, SCRUBBED.replace("\\", "/"))
 
 
@@ -59,6 +63,7 @@ def check_package(scene, run, logs: dict[str, str], bundle_log: str) -> None:
                       ["userData.json", "HardwareSurvey.json", service, *rows])
     held = {name: content.decode("utf-8") for name, content in found}
     machine = services.requests("reports")[0].headers["x-machine-hash"]
+    scene.check("of the thick variant", b"<launchSource>thick<" in services.requests("reports")[0].raw)
     user = json.loads(held["userData.json"])
     scene.check_equal("the user is told of", user, {
         "Category": "100", "UserID": user["UserID"], "Free text": "", "CE Number": "", "User Name": machine,
@@ -82,6 +87,8 @@ def check_package(scene, run, logs: dict[str, str], bundle_log: str) -> None:
     scene.check("the engine's log is there up to the report, each line scrubbed",
                 whole.startswith(own.lstrip(MARK)) and "OnShutdown" in own, own[-300:])
     scene.check("which had the user's folder in it", run.log.text.count(PROFILE) > whole.count(PROFILE) == 0)
+    scene.check("and the login code twice", run.log.text.count("ge h") == 2 and "KESTREL_AUTHCODE=####" in own, own[:4000])
+    scene.check("no login code is left", not re.search(r'ge h|"eim', "".join(held.values())))
     scene.check("no name is left", not re.search(r"users[\\/]root[\\/]", "".join(held.values()), re.I))
 
 
@@ -92,7 +99,7 @@ def play(scene):
     scene.script("before-files mark under-way\nbefore-files wait-for go-on\nbefore-files fail 1603")
     go_on = threading.Event()
     services.reports.answer(hold=go_on, times=1)
-    run = scene.start_install()
+    run = scene.start_install(CODE)
     scene.wait_for_mark("under-way", "the package's action")
     stem = min(scene.engine_logs()).stem
     logs = write_logs(scene, stem)
