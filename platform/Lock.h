@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <chrono>
+
 namespace pdx {
 
 /// For std::lock_guard and std::unique_lock. Not recursive; works from the first instruction of the process to the
@@ -14,6 +16,15 @@ class Lock {
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
     void lock() noexcept { AcquireSRWLockExclusive(&slim); }
+    /// False if it is not free within about that time: for a thread that may hold it itself, for it has crashed.
+    bool try_lock_for(std::chrono::milliseconds bound) noexcept {
+        const ULONGLONG begin = GetTickCount64();
+        while (!TryAcquireSRWLockExclusive(&slim)) {
+            if (GetTickCount64() - begin >= static_cast<ULONGLONG>(bound.count())) return false;
+            Sleep(1);  // a lock of this kind cannot be waited for with a bound
+        }
+        return true;
+    }
     void unlock() noexcept { ReleaseSRWLockExclusive(&slim); }
 
   private:

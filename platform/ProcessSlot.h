@@ -1,6 +1,7 @@
 // The one place where a process-wide service stands.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -23,6 +24,12 @@ class ProcessSlot {
     [[nodiscard]] std::shared_ptr<Service> get() const {
         const std::lock_guard guard(lock);
         return service ? *service : nullptr;
+    }
+
+    /// The same; null too if the lock is not free within the bound.
+    [[nodiscard]] std::shared_ptr<Service> get(std::chrono::milliseconds bound) const {
+        const std::unique_lock guard(lock, bound);
+        return guard && service ? *service : nullptr;
     }
 
     /// Puts a service in; the earlier one goes when its last user lets go of it.

@@ -1,6 +1,7 @@
 // A value that is found out once for the process.
 #pragma once
 
+#include <chrono>
 #include <mutex>
 #include <type_traits>
 #include <utility>
@@ -22,8 +23,13 @@ class ProcessValue {
     template <typename Maker>
     const Value& get(Maker&& make) {
         const std::lock_guard guard(lock);
-        if (!value) value = new Value(std::forward<Maker>(make)());
-        return *value;
+        return made(std::forward<Maker>(make));
+    }
+    /// The same; null if the lock is not free within the bound.
+    template <typename Maker>
+    const Value* get(Maker&& make, std::chrono::milliseconds bound) {
+        const std::unique_lock guard(lock, bound);
+        return guard ? &made(std::forward<Maker>(make)) : nullptr;
     }
     /// Once nobody uses the value any more.
     void clear() {
@@ -32,6 +38,12 @@ class ProcessValue {
     }
 
   private:
+    template <typename Maker>
+    const Value& made(Maker&& make) {
+        if (!value) value = new Value(std::forward<Maker>(make)());
+        return *value;
+    }
+
     Lock lock;
     const Value* value = nullptr;
 };

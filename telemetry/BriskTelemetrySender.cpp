@@ -42,21 +42,25 @@ std::string briskTimestamp() { return briskTime(currentFileTime()); }
 std::string BriskTelemetrySender::timestamp() const { return briskTimestamp(); }
 
 TelemetryQueueItem BriskTelemetrySender::prepareEvent(const TelemetryEvent& event) {
-    const Shared& once = shared.get([this] {
+    const auto make = [this] {
         const bool log = getConfigBool("telemetry.brisk.log", false);
         return Shared{log, makeHeader(sessionId)};
-    });
-    nlohmann::json prepared = briskEvent(event, timestamp(), g_configurable, once.header);
+    };
+    const Shared* const once = event.urgent ? shared.get(make, urgentBound) : &shared.get(make);
+    if (!once) return {};
+    nlohmann::json prepared = briskEvent(event, timestamp(), g_configurable, once->header);
     if (prepared.empty()) PDX_LOG(logInfo, "BriskTelemetrySender::prepareEvent", "Bad taxonomy %s", event.name);
-    if (once.log) {
-        identifyMachine(prepared);
+    if (once->log) {
+        identifyMachine(prepared, event.urgent);
         PDX_LOG(logInfo, "BriskTelemetrySender::prepareEvent", "[BrIsK]: %s", readableLine(prepared));
     }
     return {std::move(prepared), event.urgent};
 }
 
-void BriskTelemetrySender::identifyMachine(nlohmann::json& event) const {
-    if (!event.empty()) event["machash"] = knownHash.get(machineHash);
+void BriskTelemetrySender::identifyMachine(nlohmann::json& event, bool urgent) const {
+    if (event.empty()) return;
+    const std::string* const hash = urgent ? knownHash.get(machineHash, urgentBound) : &knownHash.get(machineHash);
+    if (hash) event["machash"] = *hash;
 }
 
 void BriskTelemetrySender::send(nlohmann::json batch) {

@@ -22,8 +22,9 @@ class BriskTelemetrySender : public TelemetrySender {
 
     [[nodiscard]] std::string timestamp() const override;
     TelemetryQueueItem prepareEvent(const TelemetryEvent& event) override;
-    /// Adds the machine's hash to a prepared event. Ahead of the post, or of the line where events are logged.
-    void identifyMachine(nlohmann::json& event) const;
+    /// Adds the machine's hash to a prepared event: before the post, or before the line where events are logged. For an
+    /// urgent one it may be missing from that line.
+    void identifyMachine(nlohmann::json& event, bool urgent = false) const;
     void send(nlohmann::json batch) override;
 
   private:

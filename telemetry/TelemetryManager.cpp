@@ -76,7 +76,7 @@ std::string TelemetryManager::timestamp(int32_t sender) {
 
 void sendTelemetry(int32_t sender, std::string name, nlohmann::json params, bool urgent) noexcept {
     try {
-        const auto manager = g_telemetry.get();
+        const auto manager = urgent ? g_telemetry.get(urgentBound) : g_telemetry.get();
         if (manager) manager->send({sender, std::move(name), std::move(params), urgent, false});
     } catch (const std::exception&) {
         // Out of memory: a run does without the event rather than fail for it.

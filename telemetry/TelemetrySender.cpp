@@ -30,7 +30,11 @@ void TelemetrySender::enqueue(const TelemetryEvent& event) {
     if (item.event.empty()) return;
     bool first = false;
     {
-        const std::lock_guard guard(queueLock);
+        std::unique_lock guard(queueLock, std::defer_lock);
+        if (!event.urgent)
+            guard.lock();
+        else if (!guard.try_lock_for(urgentBound))
+            return;
         first = queue.empty();
         queue.push_back(std::move(item));
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +16,10 @@
 namespace pdx {
 
 class TelemetryManager;
+
+/// An urgent event waits so long for each lock on its way, and is then dropped: it may be that of a thread that crashed
+/// while it held the lock, and nothing may keep the crash from the user.
+inline constexpr std::chrono::milliseconds urgentBound{1000};
 
 /// Nobody who hands in an event waits for the network: the worker posts, in batches by what gathers during the post
 /// before. Until sending is enabled events are held in memory, except urgent ones. Nothing is kept on disk, no post is
@@ -38,7 +43,7 @@ class TelemetrySender {
     /// Starts the worker on a service's address, in the manager's session; nothing happens if there is one. An address
     /// that is none makes a sender whose posts all fail.
     void start(const std::string& url, const TelemetryManager& manager);
-    /// Hands in an event. Any thread.
+    /// Hands in an event. Any thread. Without an end it waits for no lock if the event is urgent (urgentBound).
     void enqueue(const TelemetryEvent& event);
     /// Lets ordinary events go out, or holds them back again. Any thread.
     void setSendingEnabled(bool enabled);
@@ -54,10 +59,10 @@ class TelemetrySender {
     void makePass(nlohmann::json& pending);
 
     std::vector<TelemetryQueueItem> queue;
-    Lock queueLock;
     std::atomic<bool> sendingEnabled{false};
 
   protected:
+    Lock queueLock;
     std::unique_ptr<HttpClient> http;  // of the worker, once it runs
     std::string sessionId;             // set ahead of the worker, and only read from then on, on any thread
 

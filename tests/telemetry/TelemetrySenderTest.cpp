@@ -9,6 +9,7 @@
 #include <mutex>
 #include <thread>
 
+#include "platform/ProcessValue.h"
 #include "telemetry/TelemetryManager.h"
 #include "tests/platform/CapturedLog.h"
 
@@ -35,6 +36,7 @@ class RecordingSender : public TelemetrySender {
         changed.notify_all();
     }
 
+    using TelemetrySender::queueLock;
     void tell(json value, bool urgent = false) { enqueue({briskSender, "", std::move(value), urgent}); }
     void begin() { start("", TelemetryManager("session", noHash)); }
     /// The posts so far, once there are that many.
@@ -90,6 +92,25 @@ TEST(TelemetrySender, HoldsOrdinaryEventsBackUntilSendingIsEnabled) {
     EXPECT_THAT(sender.posts(2), ElementsAre(json{"urgent"}, heldBack));
     sender.tell("later");
     EXPECT_THAT(sender.posts(3), ElementsAre(json{"urgent"}, heldBack, json{"later"}));
+}
+
+TEST(TelemetrySender, DropsAnUrgentEventRatherThanWaitForItsOwnThread) {
+    RecordingSender sender;
+    {
+        const std::lock_guard guard(sender.queueLock);  // as that of a thread that crashes in there
+        sender.tell("dropped", true);
+        ProcessValue<int> value;
+        ProcessSlot<int> slot;
+        slot.set(std::make_shared<int>(1));
+        const auto one = [] { return 1; };
+        const auto inside = [&] { return value.get(one, std::chrono::milliseconds(1)) ? 2 : 3; };
+        EXPECT_EQ(value.get(inside), 3) << "no value yet for the thread that makes it";
+        EXPECT_EQ(*value.get(one, urgentBound), 3);
+        EXPECT_EQ(*slot.get(urgentBound), 1);
+    }
+    sender.begin();
+    sender.tell("sent", true);
+    EXPECT_THAT(sender.posts(1), ElementsAre(json{"sent"}));
 }
 
 TEST(TelemetrySender, PostsWhatWasQueuedWhenStoppedAndMayStartAgain) {
