@@ -38,12 +38,19 @@ std::string moduleNameAt(DWORD64 address) {
     return {narrow, static_cast<size_t>(bytes)};
 }
 
+/// The library that walks stacks; null if the system has none.
+HMODULE stackWalker() { return systemLibrary(L"dbghelp.dll"); }
+
 }  // namespace
 
 constinit ProcessSlot<ExceptionHandler> g_exceptionHandler;
 
 ExceptionHandler::ExceptionHandler(CrashBox showBox)
-    : previousFilter(SetUnhandledExceptionFilter(filterOfProcess)), box(std::move(showBox)) {}
+    : previousFilter(SetUnhandledExceptionFilter(filterOfProcess)), box(std::move(showBox)) {
+    // Of a handler that a thread still holds, and that was therefore not taken out: it would call itself without an
+    // end.
+    if (previousFilter == filterOfProcess) previousFilter = nullptr;
+}
 
 ExceptionHandler::~ExceptionHandler() { SetUnhandledExceptionFilter(previousFilter); }
 
@@ -73,6 +80,8 @@ void ExceptionHandler::showCrashBox(const std::wstring& text, const std::wstring
     MessageBoxW(nullptr, text.c_str(), caption.c_str(), MB_ICONERROR);
 }
 
+void loadStackWalker() { stackWalker(); }
+
 std::string signatureOf(const EXCEPTION_POINTERS& pointers) {
     StackHash hash;
     CONTEXT context = *pointers.ContextRecord;
@@ -83,9 +92,8 @@ std::string signatureOf(const EXCEPTION_POINTERS& pointers) {
     frame.AddrStack = {context.Esp, 0, AddrModeFlat};
     const HANDLE process = GetCurrentProcess();
     const HANDLE thread = GetCurrentThread();
-    // A module that is there anyway costs nothing; where it is not, a start should not pay for a crash that is rare.
     static_assert(sizeof(void*) == 4, "the walk reads the registers of a 32-bit process");
-    const auto walk = lookUp<decltype(&StackWalk64)>(systemLibrary(L"dbghelp.dll"), "StackWalk64");
+    const auto walk = lookUp<decltype(&StackWalk64)>(stackWalker(), "StackWalk64");
     // Each frame lies above the last one: a damaged chain that leads back ends the walk.
     for (DWORD64 below = 0;
          walk && walk(IMAGE_FILE_MACHINE_I386, process, thread, &frame, &context, nullptr, nullptr, nullptr, nullptr) &&

@@ -10,6 +10,7 @@
 
 #include "platform/Lock.h"
 #include "platform/ProcessSlot.h"
+#include "platform/Task.h"
 
 namespace pdx {
 
@@ -19,7 +20,8 @@ using CrashBox = std::function<void(const std::wstring& text, const std::wstring
 /// The process's filter of unhandled exceptions as long as it lives. One process tells one crash.
 class ExceptionHandler {
   public:
-    /// Puts itself in the place of the filter that is there, if any.
+    /// Puts itself in the place of the filter that is there, if any. That of another handler of the library counts as
+    /// none.
     explicit ExceptionHandler(CrashBox showBox = showCrashBox);
     /// Puts the earlier filter back.
     ~ExceptionHandler();
@@ -44,14 +46,17 @@ class ExceptionHandler {
     CrashBox box;
 };
 
+/// Loads what a crash's signature needs, so that the process that crashes does not have to. Takes some milliseconds.
+void loadStackWalker();
+
 /// The handler, null until the application object has made it.
 extern ProcessSlot<ExceptionHandler> g_exceptionHandler;
 
-/// Puts a handler in the place for an object's life. The one of an object ahead of a reload has gone by then: a handler
-/// over another one of this library would be its own earlier filter.
+/// Puts a handler in the place for an object's life. The one of an object before a reload goes first, so that the
+/// filter that it found is the earlier one of the new handler.
 class ExceptionHandlerLife {
   public:
-    ExceptionHandlerLife() {
+    ExceptionHandlerLife() : preparation(loadStackWalker) {
         g_exceptionHandler.clear();
         handler = std::make_shared<ExceptionHandler>();
         g_exceptionHandler.set(handler);
@@ -64,6 +69,7 @@ class ExceptionHandlerLife {
 
   private:
     std::shared_ptr<ExceptionHandler> handler;
+    Task preparation;  ///< for a crash; nobody waits for it before the end
 };
 
 /// The signature of the crash (reporting/rules/CrashSignature.h), by a walk of the thread's frame pointers.

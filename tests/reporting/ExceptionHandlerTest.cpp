@@ -14,6 +14,8 @@
 #include "platform/Thread.h"
 #include "reporting/rules/CrashSignature.h"
 #include "tests/core/ApplicationProbe.h"
+#include "tests/platform/Crash.h"
+#include "tests/platform/TestFolder.h"
 
 namespace pdx {
 namespace {
@@ -93,20 +95,35 @@ TEST_F(ExceptionHandlerTest, TellsTheFirstFatalExceptionAndHandsAllOn) {
     EXPECT_THAT(telemetry->notes(), ElementsAre(StartsWith("urgent brisk erro.crit.cras ")));
 }
 
-TEST_F(ExceptionHandlerTest, DoesWithoutAnEarlierFilterAndWithoutTelemetry) {
-    SetUnhandledExceptionFilter(nullptr);
+TEST_F(ExceptionHandlerTest, DoesWithoutWhateverIsMissing) {
+    g_translator.clear();
+    ExceptionHandler withoutWords(box());
+    raise(withoutWords, accessFault);
+    EXPECT_THAT(steps, ElementsAre("c0000005"));
+    EXPECT_EQ(telemetry->notes().size(), 1u);
+
+    steps.clear();
+    g_translator.set(std::make_shared<Translator>());
     g_telemetry.clear();
+    SetUnhandledExceptionFilter(nullptr);
     ExceptionHandler handler(box());
     EXPECT_EQ(raise(handler, accessFault), EXCEPTION_CONTINUE_SEARCH);
     EXPECT_THAT(steps, ElementsAre("box", "box closes"));
 }
 
+/// In the place of the system's own way to the filter, on which Wine ends a process that faults within the filter.
+LPTOP_LEVEL_EXCEPTION_FILTER wayToFilter = nullptr;
+LONG CALLBACK goToFilter(EXCEPTION_POINTERS* pointers) { return wayToFilter(pointers), EXCEPTION_CONTINUE_EXECUTION; }
+
 TEST_F(ExceptionHandlerTest, HandsAFaultOfTheFlowItselfOn) {
-    ExceptionHandler* itself = nullptr;
-    ExceptionHandler handler(box([&] { raise(*itself, EXCEPTION_STACK_OVERFLOW); }));
-    itself = &handler;
-    raise(handler, accessFault);
-    EXPECT_THAT(steps, ElementsAre("box", "c00000fd", "box closes", "c0000005"));
+    const auto fault = [](DWORD code) { RaiseException(code, 0, 0, nullptr); };
+    g_exceptionHandler.set(std::make_shared<ExceptionHandler>(box([&] { fault(EXCEPTION_ILLEGAL_INSTRUCTION); })));
+    wayToFilter = current();
+    void* const way = AddVectoredExceptionHandler(1, goToFilter);
+    fault(accessFault);
+    RemoveVectoredExceptionHandler(way);
+    g_exceptionHandler.clear();
+    EXPECT_THAT(steps, ElementsAre("box", "c000001d", "box closes", "c0000005"));
 }
 
 TEST_F(ExceptionHandlerTest, LetsOtherThreadsWaitUntilTheBoxHasClosed) {
@@ -131,7 +148,9 @@ TEST_F(ExceptionHandlerTest, IsTheFilterForALifeAndNeverItsOwnEarlierOne) {
     record.ExceptionCode = EXCEPTION_BREAKPOINT;
     EXCEPTION_POINTERS pointers{&record, &context};
     result = EXCEPTION_EXECUTE_HANDLER;
-    g_exceptionHandler.set(std::make_shared<ExceptionHandler>());  // left by an object ahead of a reload
+    auto left = std::make_shared<ExceptionHandler>();  // by an object before a reload
+    g_exceptionHandler.set(left);
+    left.reset();
     {
         const ExceptionHandlerLife life;
         filter = current();
@@ -141,6 +160,38 @@ TEST_F(ExceptionHandlerTest, IsTheFilterForALifeAndNeverItsOwnEarlierOne) {
     }
     EXPECT_EQ(current(), earlierFilter);
     EXPECT_EQ(filter(&pointers), EXCEPTION_CONTINUE_SEARCH) << "called by a thread that was on its way";
+
+    const auto held = std::make_shared<ExceptionHandler>();  // by a thread that is in it
+    const ExceptionHandlerLife life;
+    EXPECT_EQ(filter(&pointers), EXCEPTION_CONTINUE_SEARCH);
+}
+
+TEST_F(ExceptionHandlerTest, HasLoadedWhatWalksStacksBeforeACrash) {
+    if (const HMODULE loaded = GetModuleHandleW(L"dbghelp.dll")) FreeLibrary(loaded);
+    ASSERT_EQ(GetModuleHandleW(L"dbghelp.dll"), nullptr) << "an earlier test has it";
+    { const ExceptionHandlerLife life; }
+    EXPECT_NE(GetModuleHandleW(L"dbghelp.dll"), nullptr);
+}
+
+/// The picture of the first box that its thread shows, which it closes.
+HICON iconOfBox = nullptr;
+
+LRESULT CALLBACK lookAtBox(int code, WPARAM window, LPARAM facts) {
+    const auto box = reinterpret_cast<HWND>(window);
+    if (code == HCBT_ACTIVATE) {
+        for (HWND child = nullptr; !iconOfBox && (child = FindWindowExW(box, child, L"Static", nullptr));)
+            iconOfBox = reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
+        EndDialog(box, IDOK);
+    }
+    return CallNextHookEx(nullptr, code, window, facts);
+}
+
+TEST_F(ExceptionHandlerTest, ShowsAnErrorsIcon) {
+    const HHOOK hook = SetWindowsHookExW(WH_CBT, lookAtBox, nullptr, GetCurrentThreadId());
+    ExceptionHandler::showCrashBox(L"text", L"caption");
+    UnhookWindowsHookEx(hook);
+    EXPECT_NE(iconOfBox, nullptr);
+    EXPECT_EQ(iconOfBox, LoadIconW(nullptr, IDI_ERROR));
 }
 
 struct Signed {
@@ -186,6 +237,23 @@ TEST_F(ExceptionHandlerTest, SignsAStackByTheModulesOfItsFrames) {
     EXPECT_EQ(stack.found, stack.wanted) << testing::PrintToString(stack.names);
     EXPECT_EQ(stack.names.front(), "windows_tests.exe");
     EXPECT_EQ(stack.names.back(), "ntdll.dll") << "where threads begin";
+}
+
+TEST_F(ExceptionHandlerTest, SignsTheNameOfAModuleInTheSystemsCodePage) {
+    const TestFolder folder;
+    std::filesystem::copy_file(getModuleFilePath(L"harness\\probe.exe"), folder.path(L"gr\u00f6\u00dfe.dll"));
+    const auto module = reinterpret_cast<uintptr_t>(LoadLibraryW(folder.path(L"gr\u00f6\u00dfe.dll").c_str()));
+    ASSERT_NE(module, 0u);
+    EXCEPTION_RECORD record{};
+    const uintptr_t lastFrame[2] = {};
+    context.Eip = module + 0x1000;
+    context.Ebp = context.Esp = reinterpret_cast<uintptr_t>(lastFrame);
+    StackHash hash;
+    hash.add(GetACP() == 1252 ? "gr\xF6\xDF"
+                                "e.dll"
+                              : "\u00f6 in the code page of another system");
+    EXPECT_EQ(signatureOf({&record, &context}), crashSignature(hash, 0));
+    FreeLibrary(reinterpret_cast<HMODULE>(module));
 }
 
 TEST_F(ExceptionHandlerTest, EndsTheWalkOfADamagedStack) {
