@@ -14,12 +14,14 @@
 namespace pdx {
 namespace {
 
-/// The strings in the user's language, or in the one that the configuration forces.
-std::shared_ptr<Translator> makeTranslator() {
-    auto translator = std::make_shared<Translator>();
+/// Puts the strings of the configuration's language, if it forces one, over those of the user's. In a translator of
+/// their own: other threads may read the one that is there.
+void takeForcedLanguage() {
     const std::wstring forced = getConfigWideString("location.language");
-    if (!forced.empty()) translator->Load(forced);
-    return translator;
+    if (forced.empty()) return;
+    auto translator = std::make_shared<Translator>();
+    translator->Load(forced);
+    g_translator.set(std::move(translator));
 }
 
 }  // namespace
@@ -40,7 +42,9 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
       m_download(m_telemetry, m_hooks, [this] { return isCanceled(); }),
       m_reporting(m_variables, m_hooks),
       m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-    // Beside both goes on what does without them.
+    // First of all: the box of a crash takes its words from there.
+    g_translator.set(std::make_shared<Translator>());
+    // Beside it goes on what does without the answer.
     Task certificate(determineConfigurable);
     if (m_hooks.prepareUi) m_uiThread.prepare(m_hooks.prepareUi);
     takeEnvironment();
@@ -51,7 +55,7 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
         certificate.wait();
         return g_configurable.load();
     });
-    g_translator.set(makeTranslator());
+    takeForcedLanguage();
     setShortcutTitles();
     setProductVariables();
     if (isRepair() && m_action == BOOTSTRAPPER_ACTION_UNINSTALL) m_action = BOOTSTRAPPER_ACTION_INSTALL;

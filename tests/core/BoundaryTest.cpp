@@ -1,10 +1,13 @@
 // The boundary to the engine: references, interfaces, embedded progress, variables.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "config/Translator.h"
 #include "core/rules/MsiChannel.h"
 #include "tests/core/ApplicationProbe.h"
+#include "tests/platform/TestFolder.h"
 
 namespace pdx {
 namespace {
@@ -50,6 +53,26 @@ TEST(Boundary, PassesEveryKindOfProgressOnToAParentEngine) {
         EXPECT_EQ(logged->text, line);
         EXPECT_EQ(logged->level, BOOTSTRAPPER_LOG_LEVEL_ERROR);
     }
+}
+
+TEST(Boundary, HasTheStringsBeforeItAsksTheEngineForAnything) {
+    struct WatchingEngine : SmallEngine {
+        void note() { words.push_back(g_translator.get() ? g_translator.get()->translate(L"installer_yes") : L""); }
+        HRESULT STDMETHODCALLTYPE GetVariableString(LPCWSTR name, LPWSTR value, DWORD* size) override {
+            return note(), SmallEngine::GetVariableString(name, value, size);
+        }
+        HRESULT STDMETHODCALLTYPE SetVariableString(LPCWSTR name, LPCWSTR value) override {
+            return note(), SmallEngine::SetVariableString(name, value);
+        }
+        std::vector<std::wstring> words;
+    } engine;
+    g_translator.clear();
+    const ScopedVariable reloaded(L"PDX_REPAIR", L"1");
+    const BOOTSTRAPPER_COMMAND command = {};
+    const auto app = new ProbedApplication(&engine, &command, 0, 0, AnsweringDialog::run, nullptr);
+    EXPECT_THAT(engine.words, testing::Each(L"YES"));
+    EXPECT_FALSE(engine.words.empty());
+    app->Release();
 }
 
 TEST(Boundary, ReadsVariablesOfAnyLength) {
