@@ -64,39 +64,6 @@ TEST(HttpClient, StartsNoRequestWithoutAnAddress) {
     }
 }
 
-TEST_F(HttpClientTest, SendsMethodHeadersAndBody) {
-    const std::string bytes("{\0\xFF\r\n}", 6);
-    const struct {
-        const char* method;
-        int32_t (*send)(HttpClient&, const std::string&, const HttpHeaders&);
-        std::string body;
-        json seen;
-    } cases[] = {
-        {"GET", [](auto& client, auto&, auto& headers) { return client.get(headers); }, "", ""},
-        {"POST", [](auto& client, auto& body, auto& headers) { return client.post(body.data(), body.size(), headers); },
-         R"([{"a":1}])", json::parse(R"([{"a":1}])")},
-        {"PUT", [](auto& client, auto& body, auto& headers) { return client.put(body.data(), body.size(), headers); },
-         bytes, "ewD/DQp9"},
-        {"POST", [](auto& client, auto& body, auto& headers) { return client.post(body.data(), body.size(), headers); },
-         "", ""},
-    };
-    HttpClient client(parseUrl(testHost() + "/http/methods"));
-    for (const auto& row : cases) {
-        ASSERT_EQ(row.send(client, row.body, {{"Content-Type", "application/x-test"}, {"x-second", "a: b"}}), 0);
-        const json request = seen(client);
-        ASSERT_TRUE(request.is_object());
-        EXPECT_EQ(request["method"], row.method);
-        EXPECT_EQ(request["path"], "/http/methods");
-        EXPECT_EQ(request["body"], row.seen) << row.method;
-        const json& headers = request["headers"];
-        EXPECT_EQ(headers["Content-Type"], "application/x-test");
-        EXPECT_EQ(headers["x-second"], "a: b");
-        EXPECT_EQ(headers["User-Agent"], "Palisade app Installer/12.37.0.5294");
-        EXPECT_EQ("https://" + headers.value("Host", ""), testHost());
-        EXPECT_EQ(headers.value("Content-Length", "0"), std::to_string(row.body.size()));
-    }
-}
-
 TEST_F(HttpClientTest, SendsTheQueryWithThePath) {
     const std::pair<const char*, const char*> cases[] = {
         {"/http/query/a?b=1", "/http/query/a?b=1"},

@@ -1,4 +1,7 @@
 """A failing package ends in the error page; its check box, left alone or unticked, decides on the error report."""
+from harness.checking.telemetry import (FAILED, INSTALL_START, SESSION_STOP, TALLY_INSTALL, check_telemetry,
+                                        command_line, script_failure, session_start, start_page, tally_install,
+                                        told_so_far)
 from harness.seeing.strings import text
 from harness.seeing.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
 
@@ -18,6 +21,7 @@ def written(run) -> list[str]:
 
 
 def play(scene):
+    services = scene.services
     scene.use_names()
     run, logo = start(scene, "after-files fail 1603", "engine")
     prompt = scene.wait_for_page("prompt", "error")
@@ -36,7 +40,8 @@ def play(scene):
     scene.check_equal("the closing lines tell the failure", run.log.closing_errors(), ["80070643"])
     scene.check_gone()
 
-    unticked, _ = start(scene, "after-files fail 1603", "unticked")
+    told, reports = told_so_far(scene), len(services.requests("reports"))
+    unticked, _ = start(scene, "before-files fail 1603", "unticked")
     scene.wait_for_page("prompt", "error-before-click")
     scene.window.click(QUESTION)
     scene.window.picture("error-unticked")
@@ -44,6 +49,13 @@ def play(scene):
     unticked.finish(60)
     scene.check_exit_code(unticked, 1, "with the box unticked the engine")
     scene.check_equal("the box was unticked", written(unticked), ["0"])
+    scene.check_equal("a report went out before, and none does now",
+                      [reports, *services.requests("reports")[reports:]], [1])
+    execution, failure = script_failure("inst")
+    del failure[1]["report_id"]
+    check_telemetry(scene, thin=False, since=told,
+                    brisk=[session_start(command_line(unticked)), INSTALL_START, execution, failure, SESSION_STOP],
+                    tally=[*start_page(), TALLY_INSTALL[0], *[tally_install("error", FAILED)] * 2])
 
     # A message of the package's own comes while it runs, and the end has an error page of its own.
     both, _ = start(scene, """

@@ -2,21 +2,13 @@
 from harness.checking.telemetry import TRACKING_ID, told_so_far
 
 NO_ID, ID = None, TRACKING_ID
-PLACE = "<reportResponse><trackingId>{}</trackingId><puts><put><signedUrl>{}</signedUrl></put></puts></reportResponse>"
+NO_URL = "<reportResponse><trackingId>er-1</trackingId><puts><put><signedUrl>no address</signedUrl></put></puts></reportResponse>"
 # What goes wrong, at which service, what that is told, the id that the run is told with, how many packages come.
 ROWS = [
     ("refusing-service", "reports", None, NO_ID, 0),
     ("silent-service", "reports", {"delay": 10, "cut": "reset"}, NO_ID, 0),
     ("half-an-answer", "reports", {"cut": "close half-way"}, NO_ID, 0),
-    ("answer-500", "reports", {"status": 500, "body": "the service is down"}, NO_ID, 0),
-    ("malformed", "reports", {"body": "<reportResponse><trackingId>er-1</trackingId><puts>"}, NO_ID, 0),
-    ("no-tracking-id", "reports", {"body": PLACE.format("", "https://storage.corvaneworks.example/packages/a")}, NO_ID, 0),
-    ("no-signed-url", "reports", {"body": PLACE.format("er-1", "")}, NO_ID, 0),
-    ("no-url-at-all", "reports", {"body": PLACE.format("er-1", "no address")}, "er-1", 0),
-    # A document that would have a file of the machine put into the answer.
-    ("file-asked-for", "reports", {"body": '<!DOCTYPE r [<!ENTITY x SYSTEM "file:///C:/windows/win.ini">]>'
-                                           + PLACE.format("&x;", "https://storage.corvaneworks.example/packages/a")},
-     NO_ID, 0),
+    ("no-url-at-all", "reports", {"body": NO_URL}, "er-1", 0),
     ("refusing-storage", "storage", None, ID, 0),
     ("resetting-storage", "storage", {"cut": "reset"}, ID, 1),
     ("storage-500", "storage", {"status": 500}, ID, 1),

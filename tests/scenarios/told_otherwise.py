@@ -33,6 +33,7 @@ def wrong_payload(scene) -> None:
                     brisk=[session_start(command_line(run)), *brisk,
                            wrong_bytes("inst.inst.fail", 10, report_id=TRACKING_ID), SESSION_STOP])
     check_attempts(scene, 3, each=3)
+    scene.check("its report is of the thin variant", b"<launchSource>thin<" in scene.services.requests("reports")[0].raw)
     scene.make_bundle()
 
 

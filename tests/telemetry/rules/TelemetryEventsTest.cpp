@@ -72,15 +72,6 @@ TEST(TallyEvent, IsWrittenByteForByte) {
             << what;
 }
 
-TEST(TallyPost, IsWrittenByteForByte) {
-    const json envelope = tallyEnvelope("a-session", "en_US");
-    EXPECT_EQ(tallyPost({{{"b", 1}}, {{"a", 2}}}, "a-session", envelope, "2024-02-29T23:59:58Z").dump(),
-              R"({"contexts":[{"c_delta":false,"events":[{"b":1},{"a":2}],"pid":"a-session","pidt":"uid"}],)"
-              R"("entity_type":"player","et":"client_desktop","loc":"en_US","plat":"pc","rel":"prod",)"
-              R"("sid":"a-session","subl":"unknown","subs":"unknown","taxv":"2.0","tid":"kestrel_tundra",)"
-              R"("tidt":"service","ts_post":"2024-02-29T23:59:58Z","v":"12.37.0.5294"})");
-}
-
 TEST(TallyPost, NamesTheLocaleItsOwnWay) {
     const std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"en-US", L"en_US"}, {L"zh-Hant-TW", L"zh_Hant-TW"}, {L"fil", L"fil"}, {L"", L""}};
