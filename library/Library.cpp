@@ -81,7 +81,7 @@ class Application final : PreparedPage, public BootstrapperApplication {
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
     try {
         auto application = std::make_unique<Application>(engine, command);
-        // Before there is a UI thread, and never shut down. Says so if it cannot be had.
+        // Where no page is prepared too. Never shut down; logs if it cannot be had.
         startGraphics();
         IBootstrapperApplication* const guarded = guardCallbacks(application.get());
         application.release();

@@ -69,7 +69,9 @@ class BootstrapperDialog : public Dialog {
   private:
     void CreateControls();
     PagePictures& Pictures();
-    MessageResult HandleDrag(UINT message, WPARAM wparam);
+    MessageResult HandleDrag(UINT message, WPARAM wparam, LPARAM lparam);
+    /// Moves the window so that the pointer keeps its place in it, while it is dragged.
+    void FollowPointer();
     PageState& Top() { return pages.back(); }
 
     /// The places of the movable parts of the page that is being laid out.

@@ -1,23 +1,27 @@
 // Moving the window by its ground. The system would do it in a loop of its own, which lasts as long as the button is
 // held and takes every WM_QUIT away: a run that ends meanwhile would not.
+#include <windows.h>
+// windowsx.h needs the types of windows.h.
+#include <windowsx.h>
+
 #include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
 
 MessageResult BootstrapperDialog::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    const MessageResult drag = HandleDrag(message, wparam);
+    const MessageResult drag = HandleDrag(message, wparam, lparam);
     return drag.handled ? drag : Dialog::HandleMessage(message, wparam, lparam);
 }
 
-MessageResult BootstrapperDialog::HandleDrag(UINT message, WPARAM wparam) {
-    POINT pointer{};
+MessageResult BootstrapperDialog::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_NCLBUTTONDOWN: {
             SetForegroundWindow(hwnd);
-            GetCursorPos(&pointer);
             const Rect window = GetWindowRect();
-            grip = Point{pointer.x - window.left, pointer.y - window.top};
+            // Where the button went down: the pointer may have moved on before this thread came to it.
+            grip = Point{GET_X_LPARAM(lparam) - window.left, GET_Y_LPARAM(lparam) - window.top};
             SetCapture(hwnd);
+            FollowPointer();
             return handled();
         }
         case WM_NCRBUTTONDOWN:
@@ -29,9 +33,7 @@ MessageResult BootstrapperDialog::HandleDrag(UINT message, WPARAM wparam) {
                 ReleaseCapture();
                 break;
             }
-            GetCursorPos(&pointer);
-            SetWindowPos(hwnd, nullptr, pointer.x - grip->x, pointer.y - grip->y, 0, 0,
-                         SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+            FollowPointer();
             break;
         case WM_LBUTTONUP:
             if (grip) ReleaseCapture();
@@ -43,6 +45,13 @@ MessageResult BootstrapperDialog::HandleDrag(UINT message, WPARAM wparam) {
             break;
     }
     return unhandled();
+}
+
+void BootstrapperDialog::FollowPointer() {
+    POINT pointer{};
+    if (!grip || !GetCursorPos(&pointer)) return;
+    SetWindowPos(hwnd, nullptr, pointer.x - grip->x, pointer.y - grip->y, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace pdx
