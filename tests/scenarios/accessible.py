@@ -24,8 +24,8 @@ def play(scene):
                 == {(language, kind) for language in LANGUAGES for kind in range(6)}, f"{len(pages)} pages")
     cross = {language: text("installer_close", language) for language in LANGUAGES}
     for name, faults_of in (("published names are the texts that a person sees", lambda at, page: names(page, cross[at])),
-                            ("Tab walks all controls in reading order and comes round", lambda _, page: forward(page)),
-                            ("Shift+Tab walks them the other way", lambda _, page: backward(page)),
+                            ("Tab and Shift+Tab walk all controls in reading order and back, and come round",
+                             lambda _, page: walks(page)),
                             ("what can be used is a tab stop, and nothing else", lambda _, page: tab_stops(page)),
                             ("the focus can be seen", lambda _, page: focus_seen(page))):
         gallery.tell(scene, name, pages, faults_of)
@@ -50,18 +50,12 @@ def usable(page):
             sorted(found, key=lambda control: (control["id"] == CLOSE, control["y"], control["x"]))]
 
 
-def forward(page):
+def walks(page):
     order = usable(page)
-    found, wanted = page["focus"]["forward"], order + order[:1]
-    if found != wanted and order:
-        yield f"went {found}, wanted {wanted}"
-
-
-def backward(page):
-    order = usable(page)
-    found, wanted = page["focus"]["backward"], order[:1] + order[::-1]
-    if found != wanted and order:
-        yield f"went {found}, wanted {wanted}"
+    for way, wanted in (("forward", order + order[:1]), ("backward", order[:1] + order[::-1])):
+        found = page["focus"][way]
+        if found != wanted and order:
+            yield f"{way} went {found}, wanted {wanted}"
 
 
 def tab_stops(page):

@@ -1,8 +1,8 @@
-"""A person customises the setup: another folder by the chooser, no shortcut, back and forth, and installs there.
+"""A person customises the setup by mouse, goes back, customises it again by keyboard, and installs there.
 
 The folder's name has brackets, which the engine's variables give a meaning: an uninstall and a repair know it too."""
 from harness.client import facts
-from harness.seeing.window import ACTION1, ACTION2, BROWSE, LOCATION, OPTIONS, SHORTCUT
+from harness.seeing.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
 
 CHOSEN = "C:\\Spiele [SSD]"
 FIRST = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own
@@ -18,30 +18,50 @@ def choose(scene, typed: str, wanted: str) -> None:
     scene.wait_for(lambda: scene.window.look().names.get(LOCATION) == wanted, "the chosen folder on the page", 10)
 
 
+def walk(scene, key: str, *controls: int) -> None:
+    """Presses the key once for each control, which then gets the focus."""
+    for control in controls:
+        scene.window.press(key)
+        scene.wait_for(lambda: scene.window.look().focus == control, f"the focus of {control} by {key}", 10)
+
+
+def wait_for_box(scene, checked: bool, how: str) -> None:
+    scene.wait_for(lambda: scene.window.is_checked(SHORTCUT) == checked, f"the box {how}", 10)
+
+
 def play(scene):
     scene.use_names()
     scene.path(CHOSEN + "\\Neu").mkdir(parents=True)
-    run = scene.start()
-    scene.wait_for_page("welcome")
+    run = scene.start_to_welcome()
     scene.window.click(OPTIONS)
     scene.wait_for_page("options")
     scene.check("a shortcut is what is offered", scene.window.is_checked(SHORTCUT))
     scene.window.click(BROWSE)
     choose(scene, CHOSEN, FIRST)
-    scene.window.click(BROWSE)
-    choose(scene, "Neu", FOLDER)  # the chooser opens around the product's own folder
-    scene.window.picture("options-folder")
     scene.window.click(SHORTCUT)
-    scene.wait_for(lambda: not scene.window.is_checked(SHORTCUT), "an empty box by a click", 10)
+    wait_for_box(scene, False, "by a click")
     scene.window.picture("options-no-shortcut")
-
     scene.window.click(ACTION2)
     scene.wait_for_page("welcome", "welcome-again")
-    scene.window.click(OPTIONS)
+
+    # A new page gives the focus to the dialog itself, from where the platform knows no way back.
+    scene.wait_for(scene.window.keyboard, "the keyboard")
+    walk(scene, "Tab", BODY)
+    walk(scene, "shift+Tab", CLOSE, ACTION1, OPTIONS)
+    scene.window.press("Return")
     again = scene.wait_for_page("options", "options-again")
-    scene.check_equal("the way back and forward leaves the folder", again.names.get(LOCATION), FOLDER)
+    scene.check_equal("the way back and forward leaves the folder", again.names.get(LOCATION), FIRST)
     scene.check("the way back and forward leaves it off", not scene.window.is_checked(SHORTCUT))
-    scene.window.click(ACTION1)
+    walk(scene, "Tab", BROWSE)
+    scene.window.press("space")
+    choose(scene, "Neu", FOLDER)  # the chooser opens around the product's own folder
+    walk(scene, "Tab", SHORTCUT)
+    for checked in (True, False):
+        scene.window.press("space")
+        wait_for_box(scene, checked, "by Space")
+    walk(scene, "Tab", ACTION1, ACTION2, CLOSE)
+    walk(scene, "shift+Tab", ACTION2, ACTION1)
+    scene.window.press("Return")
     run.finish(90)
     check_choice(scene, run, FIRST, FOLDER)
     check_ways_back(scene)
