@@ -97,21 +97,6 @@ TEST_F(HttpClientTest, UsesItsConnectionAgain) {
     EXPECT_TRUE(seen(client).is_object());
 }
 
-TEST_F(HttpClientTest, GivesTheBodyWhateverTheStatus) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"status=500&body={\"a\":1}", "{\"a\":1}"},
-        {"status=404&body=gone", "gone"},
-        {"status=200&body=", ""},
-        {"status=204&body=", ""},
-        {"status=302&location=/http/status/other?body=elsewhere", "elsewhere"},
-    };
-    for (const auto& [query, body] : cases) {
-        HttpClient client(parseUrl(testHost() + "/http/status?" + query));
-        ASSERT_EQ(client.get(), 0) << query;
-        EXPECT_EQ(textOf(client.readResponse()), body) << query;
-    }
-}
-
 TEST_F(HttpClientTest, ReadsBodiesOfEveryShape) {
     const std::pair<const char*, size_t> cases[] = {
         {"size=52428800", 52428800},       {"size=3000000&chunked=1&piece=70000", 3000000},

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "harness/engine/SmallEngine.h"
-#include "platform/Paths.h"
 #include "platform/Processes.h"
 
 namespace pdx {
@@ -62,17 +61,6 @@ TEST_F(LogTest, SurvivesEveryMessage) {
             static_cast<const wchar_t*>(nullptr));
     EXPECT_THAT(engine.log().back().text, testing::EndsWith(L") a\xFFFD"
                                                             L"b (null) (null)"));
-}
-
-TEST_F(LogTest, TakesTheUserOutOfTheMessageAndNotOutOfTheFunction) {
-    const std::wstring profile = getProfilePath();
-    const std::wstring user = getUserName();
-    ASSERT_FALSE(profile.empty());
-    ASSERT_FALSE(user.empty());
-    ASSERT_TRUE(profile.ends_with(L"\\" + user)) << "the test's user has an ordinary profile";
-    const std::wstring scrubbed = profile.substr(0, profile.size() - user.size()) + L"####\\x";
-    logMessage(logInfo, toUtf8(profile + L"\\f").c_str(), 1, "a %ls\\x", profile);
-    EXPECT_EQ(engine.log().back().text, head(L"INFO ") + profile + L"\\f:1) a " + scrubbed);
 }
 
 }  // namespace
