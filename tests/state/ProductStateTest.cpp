@@ -1,44 +1,12 @@
 #include "state/ProductState.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/Registry.h"
 #include "platform/RegistryPaths.h"
-#include "tests/platform/CapturedLog.h"
 
 namespace pdx {
 namespace {
-
-using testing::IsEmpty;
-
-class SetUnavailableTest : public testing::Test {
-  protected:
-    SetUnavailableTest() { deleteKeys(); }
-    ~SetUnavailableTest() override { deleteKeys(); }
-
-    static void deleteKeys() {
-        for (const RegistryView view : {view32, view64})
-            RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
-    }
-    static RegistryValue written(RegistryView view) {
-        return RegistryKey::localMachine(view).getSubKeyValue(productKey, L"IsUnavailable");
-    }
-};
-
-TEST_F(SetUnavailableTest, MarksBothViewsAndLeavesTheRest) {
-    RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", L"C:\\Palisade");
-    const CapturedLog log;
-    setUnavailable();
-    EXPECT_EQ(written(view32), RegistryValue(1u));
-    EXPECT_EQ(written(view64), RegistryValue(1u));
-    EXPECT_EQ(RegistryKey::localMachine(view64).getSubKeyValue(productKey, L"InstallLocation"),
-              RegistryValue(L"C:\\Palisade"));
-    setUnavailable(true);
-    EXPECT_EQ(written(view32), RegistryValue(0u));
-    EXPECT_EQ(written(view64), RegistryValue(0u));
-    EXPECT_THAT(log.take(), IsEmpty());
-}
 
 /// A value by what it is written as; null is absent.
 void lay(RegistryKey root, const std::wstring& key, const wchar_t* name, const wchar_t* text) {

