@@ -64,7 +64,6 @@ TEST(TallyEvent, IsWrittenByteForByte) {
         {"the core replaced", {{"core", 1}}, R"({"core":1,)" + item + "}"},
         {"the item replaced", {{"item_id", "x"}}, "{" + core + R"(,"item_id":"x","item_id_type":"offer_id"})"},
         {"attributes that are a list", json::array({1}), "{" + core + "," + item + "}"},
-        {"attributes that are a text", "text", "{" + core + "," + item + "}"},
     };
     for (const auto& [what, params, written] : cases)
         EXPECT_EQ(tallyEvent({tallySender, "installer", params}, 7, "2024-02-29T23:59:58Z", tallyItem()).dump(),
