@@ -16,44 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Leaves the process without settings, as it was.
-class ConfigurationTest : public testing::Test {
-  protected:
-    ~ConfigurationTest() override {
-        g_config.clear();
-        g_configurable = false;
-    }
-    /// Where there is no override file nothing asks.
-    static void load(bool thinInstaller) {
-        loadConfiguration(thinInstaller, [] {
-            ADD_FAILURE() << "asked whether the machine may change the settings";
-            return true;
-        });
-    }
-};
-
-TEST_F(ConfigurationTest, HasTheShippedValues) {
-    const CapturedLog log;
-    determineConfigurable();
-    EXPECT_FALSE(g_configurable);
-    load(false);
-    EXPECT_THAT(log.take(), IsEmpty());
-
-    EXPECT_FALSE(getConfigBool("app.dev", true));
-    const std::pair<const char*, std::string> endings[] = {
-        {"app.environment", "production"},
-        {"app.installertype", "thick"},
-        {"updater.url", ".example"},
-        {"installer.downloadurl", "/Palisade-Desktop-Client-Download/installer-releases/PalisadeappInstaller.exe"},
-        {"telemetry.tally.url", "/tallyEvents"},
-        {"qa.currentVersion", ""},
-    };
-    for (const auto& [key, ending] : endings) EXPECT_THAT(getConfigString(key), testing::EndsWith(ending)) << key;
-    load(true);
-    EXPECT_EQ(getConfigString("app.installertype"), "thin");
-}
-
-TEST_F(ConfigurationTest, GivesTheDefaultsWhileThereIsNone) {
+TEST(Configuration, GivesTheDefaultsWhileThereIsNone) {
     g_config.clear();
     EXPECT_EQ(getConfigString("app.environment", "default"), "default");
     EXPECT_EQ(getConfigWideString("app.environment", L"default"), L"default");
@@ -75,12 +38,6 @@ TEST(LoadConfigStream, LogsTheErrorsTextAsAFormat) {
     std::istringstream longStream("'" + std::string(100'000, 'k') + "' = 1\n'" + std::string(100'000, 'k') + "' = 1");
     LoadConfigStream(longStream);
     EXPECT_THAT(log.take(), ElementsAre(LogEntry{logError, "LoadConfigStream", "Key " + std::string(4091, 'k')}));
-}
-
-TEST(LoadConfigResource, GivesNothingForAMissingOne) {
-    const CapturedLog log;
-    EXPECT_EQ(loadConfigResource("no.cfg").size(), 0u);
-    EXPECT_THAT(log.take(), IsEmpty());
 }
 
 TEST(LoadConfigFile, ReadsAFileWhereverItLies) {
