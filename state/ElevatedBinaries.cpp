@@ -5,9 +5,11 @@
 #include "config/Settings.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
+#include "platform/OpenFiles.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
 #include "state/FileLocks.h"
+#include "state/rules/FinalPath.h"
 #include "state/SignatureTrust.h"
 
 namespace pdx {
@@ -17,12 +19,16 @@ constexpr const wchar_t* plantedLibrary = L"version.dll";
 
 bool lockSignedFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path) {
     const std::wstring finalPrefix = GetFinalPath(getSessionTempPath());
-    if (finalPrefix.empty() || LockFile(lockedFiles, path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, finalPrefix) ==
-                                   INVALID_HANDLE_VALUE) {
+    const HANDLE file = finalPrefix.empty()
+                            ? INVALID_HANDLE_VALUE
+                            : LockFile(lockedFiles, path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, finalPrefix);
+    // Where the locked file lies: a link above the temporary folder may lead elsewhere by now.
+    const std::wstring locked = file == INVALID_HANDLE_VALUE ? std::wstring() : finalPathOf(file);
+    if (locked.empty()) {
         PDX_LOG(logInfo, "LockElevatedBinaries", "Failed to lock %ls", path);
         return false;
     }
-    if (isValidPalisadeCertificate(path)) return true;
+    if (isValidPalisadeCertificate(locked.substr(finalPathStart.size()))) return true;
     if (!g_configurable) return false;
     PDX_LOG(logInfo, "LockElevatedBinaries", "Overriding signature verification failure for %ls", path);
     return true;
@@ -33,8 +39,7 @@ bool lockSignedFile(std::vector<FileHandle>& lockedFiles, const std::wstring& pa
 bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                             const std::wstring& executable) {
     // Without a folder there is no place to put anything in.
-    return (folder.empty() ||
-            copyIfMissing(getModuleFilePath(plantedLibrary), appendPath(folder, plantedLibrary))) &&
+    return (folder.empty() || copyIfMissing(getModuleFilePath(plantedLibrary), appendPath(folder, plantedLibrary))) &&
            LockElevatedBinaries(lockedFiles, folder, executable);
 }
 

@@ -6,8 +6,6 @@
 namespace pdx {
 namespace {
 
-constexpr std::wstring_view finalPathStart = L"\\\\?\\";
-
 /// All components; empty ones stay in the list.
 std::vector<std::wstring> splitPath(std::wstring_view path) {
     std::vector<std::wstring> components;

@@ -9,6 +9,9 @@
 
 namespace pdx {
 
+/// What every final path begins with.
+inline constexpr std::wstring_view finalPathStart = L"\\\\?\\";
+
 enum class ExpectedPathProblem {
     none,
     badPrefix,    ///< the prefix is no final path
