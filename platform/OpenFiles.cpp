@@ -31,7 +31,8 @@ bool setAttributes(HANDLE entry, DWORD attributes) {
 
 FileHandle openEntry(const std::wstring& path, DWORD access, DWORD share) {
     return FileHandle(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+                                  FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT | noImpersonation,
+                                  nullptr));
 }
 
 FileHandle openToDelete(const std::wstring& path) {

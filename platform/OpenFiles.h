@@ -11,6 +11,8 @@ namespace pdx {
 
 /// ERROR_REPARSE_POINT_ENCOUNTERED, which not every version of the platform's headers has.
 inline constexpr DWORD linkEncountered = 4395;
+/// For every open with elevated rights: whoever listens at a pipe that a link leads to may not act for this process.
+inline constexpr DWORD noImpersonation = SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION;
 inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 /// Opens what is there: a file, a folder, or a link itself. None on failure, with the last error.

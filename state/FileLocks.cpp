@@ -50,7 +50,7 @@ std::optional<DWORD> openChecked(FileHandle& file, const std::wstring& path, DWO
         if (const auto error = clearPlace(path, expected)) return error;
     }
     file.reset(CreateFileW(path.c_str(), access, share, nullptr, disposition,
-                           FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+                           FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT | noImpersonation, nullptr));
     if (!file) return GetLastError();
     FILE_ATTRIBUTE_TAG_INFO attributes{};
     if (!GetFileInformationByHandleEx(file.get(), FileAttributeTagInfo, &attributes, sizeof attributes))
