@@ -28,7 +28,7 @@ std::wstring lastComponent(const std::wstring& path) { return path.substr(path.f
 FileHandle openToAsk(const std::wstring& path, DWORD flags) {
     for (const DWORD access : {DWORD{READ_CONTROL}, DWORD{0}}) {
         FileHandle file(CreateFileW(path.c_str(), access, shareAll, nullptr, OPEN_EXISTING,
-                                    FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
+                                    FILE_FLAG_BACKUP_SEMANTICS | flags | noImpersonation, nullptr));
         if (file || GetLastError() != ERROR_ACCESS_DENIED) return file;
     }
     return {};
@@ -40,6 +40,13 @@ bool isLinkBelowWine(const std::wstring& path) {
     WIN32_FIND_DATAW entry;
     const FindHandle search(FindFirstFileW(path.c_str(), &entry));
     return search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) && entry.dwReserved0 == 0;
+}
+
+/// Whether an open entry is a link by its tag.
+bool isTaggedLink(HANDLE entry) {
+    FILE_ATTRIBUTE_TAG_INFO held{};
+    return GetFileInformationByHandleEx(entry, FileAttributeTagInfo, &held, sizeof held) &&
+           (held.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) && isLinkTag(held.ReparseTag);
 }
 
 /// Whether a folder has the name that the path gives it, be that its short one. A link above it can lead to a folder of
@@ -86,7 +93,15 @@ class TreeRemoval {
         }
     };
 
-    bool removeFolder(const Place& place) { return emptyFolder(place) && removeEntry("directory", place); }
+    bool removeFolder(const Place& place) {
+        // Each level takes some of the thread's stack, and paths can be made that are 16,000 levels deep.
+        constexpr int32_t deepest = 500;
+        if (depth >= deepest) return logFailure("directory", place, ERROR_FILENAME_EXCED_RANGE);
+        ++depth;
+        const bool removed = emptyFolder(place) && removeEntry("directory", place);
+        --depth;
+        return removed;
+    }
 
     /// Empties a folder. True too if it is none (any more): what stands in its place then goes as a whole.
     bool emptyFolder(const Place& place) {
@@ -170,24 +185,29 @@ class TreeRemoval {
     DWORD form;
     int32_t tries;
     uint32_t delayMilliseconds;
+    int32_t depth = 0;
 };
 
 }  // namespace
 
 bool mayFollow(PSID linkOwner, PSID targetOwner) {
-    if (!linkOwner) return false;
-    return IsWellKnownSid(linkOwner, WinBuiltinAdministratorsSid) || IsWellKnownSid(linkOwner, WinLocalSystemSid) ||
-           (targetOwner && (EqualSid(linkOwner, targetOwner) || IsWellKnownSid(targetOwner, WinWorldSid)));
+    if (!linkOwner || !targetOwner) return false;
+    if (IsWellKnownSid(targetOwner, WinWorldSid)) return true;
+    const bool ofSystem =
+        IsWellKnownSid(linkOwner, WinBuiltinAdministratorsSid) || IsWellKnownSid(linkOwner, WinLocalSystemSid);
+    return !ofSystem && EqualSid(linkOwner, targetOwner);
 }
 
 FoundFolder findFolder(const std::wstring& path) {
     FoundFolder found;
     found.path = withoutEndSeparators(path);
-    // In this order: whoever puts a link in the folder's place now gets two final paths that differ.
+    // In this order: whoever puts a link in the folder's place now gets two final paths that differ, by an entry that
+    // is no link.
     const FileHandle entry = openToAsk(found.path, FILE_FLAG_OPEN_REPARSE_POINT);
     const FileHandle target = openToAsk(found.path, 0);
     // The empty path is none, and not the current folder.
     found.exists = !found.path.empty() && (target || !isMissing(GetLastError()));
+    found.isOpen = static_cast<bool>(target);
     if (!target) return found;
 
     found.volumePath = finalPathOf(target.get(), VOLUME_NAME_NT);
@@ -196,8 +216,10 @@ FoundFolder findFolder(const std::wstring& path) {
         found.form = VOLUME_NAME_NT;
         found.finalPath = found.volumePath;
     }
-    found.isLink = !entry || finalPathOf(entry.get(), found.form) != found.finalPath || isLinkBelowWine(found.path);
-    found.isTrusted = found.isLink ? mayFollow(Owner(entry.get()).get(), Owner(target.get()).get())
+    const bool isLinkOfWine = isLinkBelowWine(found.path);
+    found.isLink = !entry || finalPathOf(entry.get(), found.form) != found.finalPath || isLinkOfWine;
+    found.isTrusted = found.isLink ? (isLinkOfWine || (entry && isTaggedLink(entry.get()))) &&
+                                         mayFollow(Owner(entry.get()).get(), Owner(target.get()).get())
                                    : found.finalPath.empty() || hasNameOf(found.finalPath, found.path);
     if (!found.finalPath.empty())
         found.path = (found.form == VOLUME_NAME_NT ? L"\\\\?\\GLOBALROOT" : L"") + found.finalPath;

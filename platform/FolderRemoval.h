@@ -12,6 +12,7 @@ namespace pdx {
 /// to later.
 struct FoundFolder {
     bool exists = false;
+    bool isOpen = false;     ///< false if it is there and cannot be looked at
     bool isLink = false;     ///< the path itself is a link to the folder
     bool isTrusted = true;   ///< false if the link may be somebody's who has no right to the folder (mayFollow)
     std::wstring path;       ///< opens the folder
@@ -26,8 +27,8 @@ FoundFolder findFolder(const std::wstring& path);
 /// The folder's final path in the form VOLUME_NAME_NT, links followed; empty on failure.
 std::wstring volumePathOf(const std::wstring& path);
 
-/// Whether elevated rights may go where a link leads: only if the link's owner is the system or its administrators, or
-/// owns what it leads to, or everybody does. Otherwise anybody could have a folder deleted by a link to it.
+/// Whether elevated rights may go where a link leads: if its owner owns what it leads to, or everybody does. A link of
+/// the system or its administrators proves nothing: whoever may write to a folder of theirs can make a link of it.
 bool mayFollow(PSID linkOwner, PSID targetOwner);
 
 /// Deletes a folder and all that is in it, each file and folder with so many tries. True if it is gone, also if it was

@@ -93,8 +93,8 @@ bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     const std::vector<SystemFolder> systemFolders = protectedFolders();
     if (!isOwnFolder(location, systemFolders)) return false;
     if (!folder.exists) return true;
-    if (!folder.volumePath.empty())
-        return folder.isTrusted && isOwnVolumePath(folder.volumePath, byVolume(systemFolders));
+    if (!folder.isOpen || !folder.isTrusted) return false;
+    if (!folder.volumePath.empty()) return isOwnVolumePath(folder.volumePath, byVolume(systemFolders));
     PDX_LOG(logInfo, "performRepairCleanup",
             "Without a final path the install folder is judged as it is spelt: \"%ls\"", location);
     return true;

@@ -110,7 +110,7 @@ TEST_F(FolderRemovalTest, StopsAtWhatStays) {
     EXPECT_FALSE(fileExists(folder.path(L"tree\\sub\\file.txt"))) << "what went before stays deleted";
 }
 
-TEST(MayFollow, ALinkOfTheSystemOrOfWhoOwnsItsTarget) {
+TEST(MayFollow, ALinkOfWhoOwnsItsTargetButNotOfTheSystem) {
     const auto owner = [](const wchar_t* text) {
         UniqueHandle<LocalMemoryTraits<void>> sid;
         if (*text) ConvertStringSidToSidW(text, sid.put());
@@ -126,10 +126,19 @@ TEST(MayFollow, ALinkOfTheSystemOrOfWhoOwnsItsTarget) {
         const wchar_t* target;
         bool follows;
     } rows[] = {
-        {system, bob, true},          {administrators, L"", true}, {ann, ann, true},
-        {ann, everybody, true},       {ann, bob, false},           {ann, system, false},
-        {ann, administrators, false}, {ann, L"", false},           {everybody, bob, false},
-        {L"", everybody, false},      {L"", L"", false},
+        {system, bob, false},
+        {administrators, administrators, false},
+        {ann, ann, true},
+        {system, everybody, true},
+        {administrators, L"", false},
+        {ann, everybody, true},
+        {ann, bob, false},
+        {ann, system, false},
+        {ann, administrators, false},
+        {ann, L"", false},
+        {everybody, bob, false},
+        {L"", everybody, false},
+        {L"", L"", false},
     };
     for (const auto& row : rows)
         EXPECT_EQ(mayFollow(owner(row.link).get(), owner(row.target).get()), row.follows) << row.link << row.target;
