@@ -4,6 +4,7 @@
 #include <fmt/xchar.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <variant>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "harness/engine/LoadedLibrary.h"
 #include "harness/engine/SmallEngine.h"
 #include "harness/ui/Snapshot.h"
+#include "platform/Handles.h"
 #include "platform/Paths.h"
 #include "resources/ids.h"
 #include "ui/toolkit/Fonts.h"
@@ -95,6 +97,35 @@ TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
         EXPECT_EQ(app->Release(), 0u);
         library.destroy();
     }
+}
+
+/// An engine that notes which thread is the first without a face of the library's.
+struct FaceEngine : SmallEngine {
+    HRESULT STDMETHODCALLTYPE Log(BOOTSTRAPPER_LOG_LEVEL level, LPCWSTR message) override {
+        if (std::wstring_view(message).find(L"Another face") != std::wstring_view::npos) {
+            thread = GetCurrentThreadId();
+            SetEvent(noted.get());
+        }
+        return SmallEngine::Log(level, message);
+    }
+    Handle noted{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    std::atomic<DWORD> thread = 0;
+};
+
+TEST(Library, UsesFacesOnTheThreadOfItsDialogFromTheMakingOfItsObjectOn) {
+    FaceEngine engine;
+    BOOTSTRAPPER_COMMAND command = {};
+    command.display = BOOTSTRAPPER_DISPLAY_FULL;
+    const LoadedLibrary library(getModuleFilePath(L"PalisadeBootstrapper.dll"));
+    apply({L"PDX_FONT", fontNumbers[0], 0});
+    IBootstrapperApplication* app = nullptr;
+    ASSERT_EQ(library.create(&engine, &command, &app), S_OK);
+    EXPECT_EQ(WaitForSingleObject(engine.noted.get(), 10'000), WAIT_OBJECT_0);
+    EXPECT_EQ(app->OnStartup(), S_OK);
+    EXPECT_EQ(engine.thread, GetWindowThreadProcessId(ownDialog(), nullptr));
+    app->OnShutdown();
+    EXPECT_EQ(app->Release(), 0u);
+    library.destroy();
 }
 
 /// An engine of which no variable can be had: there is no memory for the size that it names.

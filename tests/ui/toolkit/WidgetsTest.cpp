@@ -5,6 +5,8 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "harness/ui/Snapshot.h"
 #include "tests/ui/toolkit/Pixels.h"
 #include "tests/ui/toolkit/TestWindows.h"
@@ -86,6 +88,18 @@ class Widgets : public ::testing::Test {
 
     ScrolledDialog dialog;
 };
+
+/// What the screen holds of a window's client area, painted by nobody for this.
+std::vector<Color> onScreen(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    const HDC context = GetDC(window);
+    std::vector<Color> pixels;
+    for (int y = 0; y < client.bottom; ++y)
+        for (int x = 0; x < client.right; ++x) pixels.push_back(GetPixel(context, x, y));
+    ReleaseDC(window, context);
+    return pixels;
+}
 
 template <typename Widget>
 void expectStatesOf(Widget& widget, const std::function<void(int32_t, int32_t)>& moveCursor) {
@@ -239,6 +253,25 @@ TEST_F(Widgets, ABarShowsTheGroundOfThePageThatItAppearsOn) {
     bar.Show(SW_SHOW);
     EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), buttonBlue));
     EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({160, 4}), grey));
+}
+
+TEST_F(Widgets, AStepOfABarLeavesWhatAWholePaintShows) {
+    dialog.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(coral), {0, 0, 500, 500}); };
+    ProgressBar bar(make(PROGRESS_CLASSW, PBS_MARQUEE, {20, 20, 320, 8}));
+    UpdateWindow(bar.GetHandle());
+    const std::vector<Color> first = onScreen(bar.GetHandle());
+    bool moved = false;
+    for (int step = 0; step < 25; ++step) {
+        Sleep(40);  // the chunks go by the system's clock
+        SendMessageW(bar.GetHandle(), WM_TIMER, 100, 0);
+        UpdateWindow(bar.GetHandle());
+        const std::vector<Color> left = onScreen(bar.GetHandle());
+        bar.Invalidate();
+        UpdateWindow(bar.GetHandle());
+        ASSERT_EQ(left, onScreen(bar.GetHandle())) << step;
+        moved = moved || left != first;
+    }
+    EXPECT_TRUE(moved);
 }
 
 TEST_F(Widgets, ATrackbarTellsItsParentWhereItWasTaken) {
