@@ -52,15 +52,11 @@ def play(scene):
 
 
 def check_told(scene, run, link: str) -> None:
-    """The newer one tells a whole install, as an update's. Each process has connections of its own; those of the newer
-    one are told by its start, and by the start page that only it has."""
-    first = {"brisk": lambda post: post[0].get("param", {}).get("autopatch"),
-             "tally": lambda post: post["contexts"][0]["events"][0]["core"]["en"] == "message"}
-
+    """The newer one reports a whole install, as an update's. Each process has connections of its own; the older one, which
+    is the first to post, keeps one a service."""
     def posts(service: str) -> list:
         every = scene.services.requests(service)
-        connection = next(request.connection for request in every if first[service](request.body))
-        return [request for request in every if request.connection == connection]
+        return [request for request in every if request.connection != every[0].connection]
 
     told = thin_install(run, link)
     told["brisk"][0] = session_start(command_line(run), autopatch=True)
