@@ -1,4 +1,4 @@
-// The roads on which a run does not install: it repairs or migrates with raised rights, or hands over to the client.
+// The runs that do not install: a repair or a migration with elevated rights, and a handover to the client.
 #include "core/rules/Handover.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Log.h"
@@ -9,6 +9,13 @@
 #include "state/RepairCleanup.h"
 
 namespace pdx {
+namespace {
+
+/// By RepairStep.
+constexpr Operation repairOperations[] = {Operation::repairStopService, Operation::repairDeleteService,
+                                          Operation::repairDeleteFolder};
+
+}  // namespace
 
 HRESULT BootstrapperApplication::continueRaised() {
     if (!m_hooks.isElevated()) return relaunchRaised();
@@ -54,7 +61,7 @@ HRESULT BootstrapperApplication::performRepairCleanup() {
     run.providerKey = m_variables.get(variable::providerKey);
     run.isCancelled = [this] { return hasUserCancelled(); };
     run.begin = [this](RepairStep step) {
-        const auto operation = static_cast<Operation>(step);
+        const Operation operation = repairOperations[static_cast<size_t>(step)];
         if (step == RepairStep::stopService)
             m_run.begin(operation);
         else

@@ -1,4 +1,4 @@
-// What is known of a run while it goes on: the current callback, its context, and the status that tells the outcome.
+// What is known of a run while it goes on: the current callback, its context, and the status that decides the outcome.
 #pragma once
 
 #include <initializer_list>
@@ -27,7 +27,7 @@ class RunContext {
         InstallStatus status;
     };
     [[nodiscard]] State state() const;
-    /// The status that tells the outcome, as far as it is known.
+    /// The status that decides the outcome, as far as it is known.
     [[nodiscard]] HRESULT status() const;
 
     /// Logs a callback's line and takes its arguments into the context by the operation's rule. Without arguments the
@@ -47,7 +47,7 @@ class RunContext {
     void keepMsiMessage(const char* word, int type, UINT flags, std::wstring_view message, TextList arguments,
                         int recommendation);
 
-    /// Takes the status of a step into the one that tells the outcome; logs a change.
+    /// Takes the status of a step into the one that decides the outcome; logs a change.
     void updateStatus(HRESULT hr);
     /// The error prompt is shown for the current error. Whether it was before.
     bool markErrorShown();

@@ -1,5 +1,5 @@
-// The files that run with raised rights, held against replacement. They lie in a folder that programs without such
-// rights can write to: who swaps one of them, plants a library beside it or puts a link in its path would run raised.
+// The files that run with elevated rights, held against replacement. They lie in a folder that programs without such
+// rights can write to: who swaps one of them, plants a library beside it or puts a link in its path would run elevated.
 #pragma once
 
 #include <string>
@@ -9,9 +9,9 @@
 
 namespace pdx {
 
-/// Puts this library's own "version.dll" beside the executable, for the raised process loads one of that name, and
+/// Puts this library's own "version.dll" beside the executable, for the elevated process loads one of that name, and
 /// locks both. An existing one is not replaced: its signature decides. Whether that worked; otherwise nothing may be
-/// started raised.
+/// started elevated.
 bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                             const std::wstring& executable);
 
@@ -22,7 +22,7 @@ bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wst
 bool LockElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                           const std::wstring& executable);
 
-/// The folder of the raised engine, "…\.be", beside the folder "…\.ba" that the library lies in; empty if it lies
+/// The folder of the elevated engine, "…\.be", beside the folder "…\.ba" that the library lies in; empty if it lies
 /// elsewhere. Both without a final separator.
 std::wstring elevatedFolderOf(const std::wstring& libraryFolder);
 

@@ -15,7 +15,7 @@ namespace pdx {
 /// empty. With CREATE_NEW whatever stands there is deleted first, by handle and once it was proved to lie there; a file
 /// that comes into being elsewhere is deleted again.
 /// Tries 25 times, with 40 milliseconds after each failed try, each of which is logged at INFO as "Failed to lock file
-/// %ls: %s (%08x)" with the system's error: 4395 for a link, 3 if the final path cannot be told, 0 if it differs from
+/// %ls: %s (%08x)" with the system's error: 4395 for a link, 3 if there is no final path, 0 if it differs from
 /// the expected one. Success logs "Locked %ls". Returns the handle, which the container owns, or INVALID_HANDLE_VALUE.
 HANDLE LockFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path, DWORD access, DWORD share,
                 DWORD disposition, const std::wstring& finalPrefix);

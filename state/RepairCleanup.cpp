@@ -39,7 +39,7 @@ constexpr std::wstring_view clientProcesses[] = {
     L"PalisadeSteamProxy.exe",    L"PalisadeUninstall.exe",
 };
 
-/// The programs whose versions are told, each under its attribute.
+/// The programs whose versions are reported, each under its attribute.
 struct ProgramAttribute {
     const char* attribute;
     const wchar_t* file;

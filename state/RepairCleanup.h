@@ -6,12 +6,8 @@
 
 namespace pdx {
 
-/// The steps of a clean-up that can fail, by the number under which an error report names each.
-enum class RepairStep : int32_t {
-    stopService = 49,
-    deleteService = 50,
-    deleteFolder = 51,
-};
+/// The steps of a clean-up that can fail, in their order.
+enum class RepairStep { stopService, deleteService, deleteFolder };
 
 /// How a clean-up ended.
 enum class RepairResult {
