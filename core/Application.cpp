@@ -1,13 +1,13 @@
-// The object's life, and what every callback uses: variables, messages to the dialog, context and status.
+// The object's life, and what the user interface has it do.
 #include "config/rules/ConfigLayers.h"
 #include "config/Settings.h"
 #include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/CommandLine.h"
-#include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/rules/CommandLine.h"
+#include "platform/rules/InstallerVersion.h"
 #include "platform/Task.h"
 #include "state/OlderClientFate.h"
 
@@ -27,26 +27,22 @@ void takeForcedLanguage() {
 }  // namespace
 
 BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command,
-                                                 DWORD retryMaximum, DWORD retryDelay, UiRoutine uiRoutine,
+                                                 DWORD retryMaximum, DWORD retryDelay, const UiFactory& makeUi,
                                                  TelemetryFactory makeTelemetry, RunHooks hooks)
-    : CBalBaseBootstrapperApplication(engine, command, retryMaximum, retryDelay),
+    : RecordedCallbacks(engine, command, retryMaximum, retryDelay),
       m_logger(engine),
-      m_engine(engine),
       m_command(command),
-      m_uiRoutine(uiRoutine),
-      m_hooks(std::move(hooks)),
-      m_action(command->action),
-      m_userDisplay(command->display),
-      m_variables(engine),
-      m_telemetry(m_variables, m_run, m_action),
-      m_download(m_telemetry, m_hooks, [this] { return isCanceled(); }),
-      m_reporting(m_variables, m_hooks),
-      m_dialogReady(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+      m_run(engine, *command, std::move(hooks), m_context, [this] { return isCanceled(); }),
+      m_errors(m_run),
+      m_download(m_run),
+      m_migration(m_run, m_errors),
+      m_repair(m_run, m_errors, m_migration),
+      m_userDisplay(command->display) {
     // First of all: the box of a crash takes its words from there.
     g_translator.set(std::make_shared<Translator>());
-    // Beside it goes on what does without the answer.
+    // Runs in parallel; the steps below do not need its result.
     Task certificate(determineConfigurable);
-    if (m_hooks.prepareUi) m_uiThread.prepare(m_hooks.prepareUi);
+    m_run.ui = makeUi(*this);
     takeEnvironment();
     const std::vector<std::wstring> arguments = processArguments();
     takeCommandLine(arguments);
@@ -58,42 +54,43 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
     takeForcedLanguage();
     setShortcutTitles();
     setProductVariables();
-    if (isRepair() && m_action == BOOTSTRAPPER_ACTION_UNINSTALL) m_action = BOOTSTRAPPER_ACTION_INSTALL;
-    certificate.wait();  // every event tells it, and the first line of the start
-    m_telemetry.start(makeTelemetry, command->relationType == BOOTSTRAPPER_RELATION_UPDATE, m_hooks.isElevated());
+    if (isRepair() && action() == BOOTSTRAPPER_ACTION_UNINSTALL) m_run.action = BOOTSTRAPPER_ACTION_INSTALL;
+    certificate.wait();  // each event carries its answer, and so does the first line of the start
+    m_run.telemetry.start(makeTelemetry, command->relationType == BOOTSTRAPPER_RELATION_UPDATE,
+                          m_run.hooks.isElevated());
 }
 
 BootstrapperApplication::~BootstrapperApplication() {
-    stopUiThread();
-    releaseInstallerMutex();
+    // Its thread calls this object.
+    m_run.ui.reset();
 }
 
 void BootstrapperApplication::takeEnvironment() {
     if (const std::wstring repair = getEnvironmentText(variable::repair); !repair.empty())
-        m_variables.set(variable::repair, repair);
+        m_run.variables.set(variable::repair, repair);
     if (const std::wstring folder = getEnvironmentText(variable::installLocation); !folder.empty())
-        m_variables.setInstallFolder(folder);
+        m_run.variables.setInstallFolder(folder);
 }
 
 void BootstrapperApplication::takeCommandLine(std::span<const std::wstring> arguments) {
     for (const std::wstring& argument : arguments)
-        if (const auto given = variableOfArgument(argument)) m_variables.set(given->first.c_str(), given->second);
+        if (const auto given = variableOfArgument(argument)) m_run.variables.set(given->first.c_str(), given->second);
 }
 
 void BootstrapperApplication::setShortcutTitles() {
     const auto translator = g_translator.get();
     for (const wchar_t* name : {variable::reporterShortcut, variable::recoveryShortcut}) {
         std::wstring title;
-        if (translator->tryTranslate(name, title)) m_variables.set(name, title);
+        if (translator->tryTranslate(name, title)) m_run.variables.set(name, title);
     }
 }
 
 void BootstrapperApplication::setProductVariables() {
-    m_variables.set(variable::productName, L"Palisade app");
-    m_variables.set(variable::shortcutName, L"Palisade");
-    m_variables.setNumber(variable::allowWindows7, getConfigBool("qa.installer.allowWindows7", true));
-    m_variables.setNumber(variable::meridianEnable, getConfigBool("app.meridian.enableMigration", false));
-    if (isOlderClientTo(OlderClientFate::goes)) m_variables.setNumber(variable::uninstallBastion, 1);
+    m_run.variables.set(variable::productName, L"Palisade app");
+    m_run.variables.set(variable::shortcutName, L"Palisade");
+    m_run.variables.setNumber(variable::allowWindows7, getConfigBool("qa.installer.allowWindows7", true));
+    m_run.variables.setNumber(variable::meridianEnable, getConfigBool("app.meridian.enableMigration", false));
+    if (isOlderClientTo(OlderClientFate::goes)) m_run.variables.setNumber(variable::uninstallBastion, 1);
 }
 
 std::string BootstrapperApplication::GetCurrentVersion() const {
@@ -105,43 +102,17 @@ std::string BootstrapperApplication::GetCurrentVersion() const {
     return reported.version;
 }
 
-int BootstrapperApplication::sendAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (cancelCheck() == IDCANCEL) return IDCANCEL;
-    if (!m_dialogWindow) return 0;
-    WaitForSingleObject(m_dialogReady.get(), INFINITE);
-    if (mayAsk(message)) awaitEndOfSystemLoops();
-    return static_cast<int>(SendMessageW(m_dialogWindow, message, wparam, lparam));
+bool BootstrapperApplication::asksAboutOlderClient() const { return isOlderClientTo(OlderClientFate::asks); }
+
+void BootstrapperApplication::enableSending() { enableTelemetry(); }
+
+void BootstrapperApplication::plan() { m_run.quitOnFailure("Plan", m_run.engine->Plan(action())); }
+
+void BootstrapperApplication::apply(HWND window) { m_run.quitOnFailure("Apply", m_run.engine->Apply(window)); }
+
+void BootstrapperApplication::cancel(HWND window) {
+    PromptCancel(window, TRUE, nullptr, nullptr);
+    UpdateInstallStatus(hresultFromWin32(userExitCode));
 }
-
-void BootstrapperApplication::setDialogWindow(HWND window) { m_dialogWindow = window; }
-
-void BootstrapperApplication::setDialogReady(bool ready) {
-    if (ready)
-        SetEvent(m_dialogReady.get());
-    else
-        ResetEvent(m_dialogReady.get());
-}
-
-void BootstrapperApplication::quit(DWORD code) {
-    m_quitRequested = true;
-    m_engine->Quit(code);
-}
-
-void BootstrapperApplication::quitOnFailure(const char* operation, HRESULT hr) {
-    if (SUCCEEDED(hr)) return;
-    PDX_LOG(logError, "BootstrapperApplication::quitOnFailure", "%s failed: %s", operation, describeError(hr));
-    UpdateInstallStatus(hr);
-    quit(1);
-}
-
-void BootstrapperApplication::requestReload(ReloadPurpose purpose) {
-    const wchar_t* const mode = purpose == ReloadPurpose::repair ? variable::repair : variable::meridianMode;
-    m_shutdownResult = resultReloadBootstrapper;
-    SetEnvironmentVariableW(mode, L"1");
-    m_variables.setNumber(mode, 1);
-    quit(0);
-}
-
-void BootstrapperApplication::requestRepairReload() { requestReload(ReloadPurpose::repair); }
 
 }  // namespace pdx

@@ -1,91 +1,48 @@
-// The callbacks around applying: begin and end, rights, registration, progress, errors.
+// The callbacks of planning and applying. No requested state is changed: the plan follows the bundle's own conditions.
 #include "core/BootstrapperApplication.h"
+#include "core/Elevation.h"
 #include "state/ElevatedBinaries.h"
+#include "state/ProductState.h"
 
 namespace pdx {
 
-int BootstrapperApplication::OnApplyBegin() {
-    m_run.record(Operation::applyBegin, {});
-    return beginApplying();
-}
-
-void BootstrapperApplication::OnApplyPhaseCount(DWORD dwPhaseCount) {
-    m_run.record(Operation::applyPhaseCount, {{"dwPhaseCount", "nphs", dwPhaseCount}});
-}
-
-int BootstrapperApplication::OnElevate() {
-    m_run.record(Operation::elevate, {});
-    if (!m_hooks.isElevated()) {
-        const std::wstring folder = elevatedFolderOf(m_hooks.libraryFolder());
-        const std::wstring executable = folder.empty() ? std::wstring() : m_variables.get(variable::bundleExecutable);
-        if (FAILED(lockElevatedBinaries(folder, executable))) return IDCANCEL;
-    }
+int BootstrapperApplication::OnPlanBegin(DWORD cPackages) {
+    m_context.record(Operation::planBegin, {{"cPackages", "npkg", cPackages}});
+    // The client's background parts see the mark before its files go.
+    if (action() == BOOTSTRAPPER_ACTION_UNINSTALL) setUnavailable();
     return cancelCheck();
 }
 
-int BootstrapperApplication::OnProgress(DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
-    m_run.merge({{"cpct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
-    return noteProgress(dwProgressPercentage, dwOverallPercentage);
+void BootstrapperApplication::OnPlanComplete(HRESULT hrStatus) {
+    m_context.record(Operation::planComplete, {{"hrStatus", "plst", Status{hrStatus}}});
+    UpdateInstallStatus(hrStatus);
+    m_run.ui->planComplete(hrStatus);
+}
+
+int BootstrapperApplication::OnElevate() {
+    m_context.record(Operation::elevate, {});
+    if (!m_run.hooks.isElevated()) {
+        const std::wstring folder = elevatedFolderOf(m_run.hooks.libraryFolder());
+        const std::wstring executable =
+            folder.empty() ? std::wstring() : m_run.variables.get(variable::bundleExecutable);
+        if (FAILED(lockElevatedBinaries(m_run, m_errors, folder, executable))) return IDCANCEL;
+    }
+    return cancelCheck();
 }
 
 int BootstrapperApplication::OnError(BOOTSTRAPPER_ERROR_TYPE errorType, LPCWSTR wzPackageId, DWORD dwCode,
                                      LPCWSTR wzError, DWORD uiFlags, DWORD cData, LPCWSTR* rgwzData,
                                      int nRecommendation) {
-    const Fact facts[] = {{"errorType", nullptr, errorType},
-                          {"wzPackageId", nullptr, wzPackageId},
-                          {"dwCode", nullptr, dwCode},
-                          {"wzError", nullptr, wzError},
-                          {"uiFlags", nullptr, BoxStyle{uiFlags}},
-                          {"cData", nullptr, cData},
-                          {"rgwzData", nullptr, TextList{cData, rgwzData}},
-                          {"nRecommendation", nullptr, nRecommendation}};
-    RunContext::trace("BootstrapperApplication::OnError", facts);
-    const HRESULT hr = formError(errorType, dwCode);
-    UpdateInstallStatus(hr);
-    m_telemetry.sendError(hr, toUtf8(scrubProfilePath(textOrEmpty(wzError))));
-    m_run.markErrorShown();
-    // An HTTP authentication error goes to the dialog like all others: the base's answer for it is not kept.
-    ErrorInfo record = {static_cast<DWORD>(errorType), dwCode, uiFlags, nRecommendation};
-    return sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&record));
-}
-
-int BootstrapperApplication::raiseError(ProgramError code) {
-    return OnError(PALISADE_ERROR_TYPE, nullptr, code, nullptr, 0, 0, nullptr, resultOk);
-}
-
-int BootstrapperApplication::OnRegisterBegin() {
-    m_run.record(Operation::registerBegin, {});
-    return cancelCheck();
-}
-
-void BootstrapperApplication::OnRegisterComplete(HRESULT hrStatus) {
-    m_run.record(Operation::registerComplete, {{"hrStatus", "stat", Status{hrStatus}}});
-    UpdateInstallStatus(hrStatus);
-}
-
-void BootstrapperApplication::OnUnregisterBegin() { m_run.record(Operation::unregisterBegin, {}); }
-
-void BootstrapperApplication::OnUnregisterComplete(HRESULT hrStatus) {
-    m_run.record(Operation::unregisterComplete, {{"hrStatus", "stat", Status{hrStatus}}});
-    UpdateInstallStatus(hrStatus);
+    // An HTTP authentication error is shown like all others: the base's answer for it is not kept.
+    return m_errors.report({errorType, wzPackageId, dwCode, wzError, uiFlags, {cData, rgwzData}, nRecommendation});
 }
 
 int BootstrapperApplication::OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) {
-    m_run.record(Operation::applyComplete, {{"hrStatus", "stat", Status{hrStatus}}, {"restart", "rstr", restart}});
+    m_context.record(Operation::applyComplete, {{"hrStatus", "stat", Status{hrStatus}}, {"restart", "rstr", restart}});
     UpdateInstallStatus(hrStatus);
     // m_fApplying stays set, although the work has ended: an ordinary end of the session is refused for the rest of the
     // run.
-    return sendAppMessage(WM_BA_APPLY_COMPLETE, static_cast<WPARAM>(hrStatus), restart);
-}
-
-int BootstrapperApplication::OnLaunchApprovedExeBegin() {
-    m_run.record(Operation::launchApprovedExeBegin, {});
-    return cancelCheck();
-}
-
-void BootstrapperApplication::OnLaunchApprovedExeComplete(HRESULT hrStatus, DWORD dwProcessId) {
-    m_run.record(Operation::launchApprovedExeComplete,
-                 {{"hrStatus", "stat", Status{hrStatus}}, {"dwProcessId", "pid", dwProcessId}});
+    return m_run.ui->applyComplete(hrStatus, restart);
 }
 
 }  // namespace pdx

@@ -14,7 +14,7 @@ void Download::begin(BOOTSTRAPPER_CACHE_OPERATION acquireOperation, LPCWSTR sour
     facts.total = 0;
     if (!isDownload()) return;
     facts.id = newUuidString();
-    telemetry.sendDownloadStarted(facts);
+    run.telemetry.sendDownloadStarted(facts);
 }
 
 void Download::progress(uint64_t bytes, uint64_t total) {
@@ -24,10 +24,10 @@ void Download::progress(uint64_t bytes, uint64_t total) {
 
 bool Download::isRetriedAfter(HRESULT hr) {
     if (!isDownload()) return false;
-    if (isDownloadCancelled(isCanceled(), hr))
-        telemetry.sendDownloadCancelled(facts);
+    if (isDownloadCancelled(run.isCancelled(), hr))
+        run.telemetry.sendDownloadCancelled(facts);
     else if (SUCCEEDED(hr))
-        telemetry.sendDownloadFinished(facts);
+        run.telemetry.sendDownloadFinished(facts);
     else
         return retry(hr);
     return false;
@@ -36,16 +36,16 @@ bool Download::isRetriedAfter(HRESULT hr) {
 bool Download::retry(HRESULT hr) {
     const DownloadFailure failure = nextAttempt(failures);
     failures = failure.failures;
-    telemetry.sendDownloadFailed(facts, hr, {{"auto_retry", failure.retry ? "true" : "false"}});
+    run.telemetry.sendDownloadFailed(facts, hr, {{"auto_retry", failure.retry ? "true" : "false"}});
     if (!failure.retry) return false;
     PDX_LOG(logInfo, "BootstrapperApplication::OnCacheAcquireComplete", "Waiting %llds before auto retry",
             failure.waitSeconds);
-    waitBeforeRetry(failure.waitSeconds, hooks.steadyTime, hooks.pause, isCanceled);
+    waitBeforeRetry(failure.waitSeconds, run.hooks.steadyTime, run.hooks.pause, run.isCancelled);
     return true;
 }
 
 void Download::verified(HRESULT hr) const {
-    if (FAILED(hr) && isDownload()) telemetry.sendDownloadFailed(facts, hr);
+    if (FAILED(hr) && isDownload()) run.telemetry.sendDownloadFailed(facts, hr);
 }
 
 }  // namespace pdx

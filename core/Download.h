@@ -1,19 +1,15 @@
 // The download that is under way: its events, and its automatic retries.
 #pragma once
 
-#include <functional>
-
 #include "core/rules/RunEvents.h"
-#include "core/RunHooks.h"
-#include "core/RunTelemetry.h"
+#include "core/Run.h"
 
 namespace pdx {
 
-/// On the engine's cache thread alone. What it is made with outlives it.
+/// On the engine's cache thread alone. The run outlives it.
 class Download {
   public:
-    Download(const RunTelemetry& runTelemetry, const RunHooks& runHooks, std::function<bool()> runIsCanceled)
-        : telemetry(runTelemetry), hooks(runHooks), isCanceled(std::move(runIsCanceled)) {}
+    explicit Download(const Run& downloadRun) : run(downloadRun) {}
 
     /// A package's payloads are about to be acquired. Its failures are counted over all of them, and a success does not
     /// reset the count.
@@ -29,9 +25,7 @@ class Download {
     [[nodiscard]] bool isDownload() const { return operation == BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD; }
     bool retry(HRESULT hr);
 
-    const RunTelemetry& telemetry;
-    const RunHooks& hooks;
-    std::function<bool()> isCanceled;
+    const Run& run;
     BOOTSTRAPPER_CACHE_OPERATION operation = BOOTSTRAPPER_CACHE_OPERATION_COPY;
     DownloadFacts facts;
     uint32_t failures = 0;

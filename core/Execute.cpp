@@ -10,20 +10,19 @@
 namespace pdx {
 
 int BootstrapperApplication::OnExecuteBegin(DWORD cExecutingPackages) {
-    m_run.record(Operation::executeBegin, {{"cExecutingPackages", "npkg", cExecutingPackages}});
-    m_telemetry.sendExecutionStarted();
-    return sendAppMessage(WM_BA_EXECUTE_BEGIN, cExecutingPackages);
+    m_context.record(Operation::executeBegin, {{"cExecutingPackages", "npkg", cExecutingPackages}});
+    m_run.telemetry.sendExecutionStarted();
+    return m_run.ui->executeBegin(cExecutingPackages);
 }
 
 int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fExecute) {
-    m_run.record(Operation::executePackageBegin,
-                 {{"wzPackageId", "pkid", wzPackageId}, {"fExecute", "exec", fExecute != FALSE}});
+    m_context.record(Operation::executePackageBegin,
+                     {{"wzPackageId", "pkid", wzPackageId}, {"fExecute", "exec", fExecute != FALSE}});
     beginPackage(wzPackageId, fExecute);
-    const int answer =
-        sendAppMessage(WM_BA_EXECUTE_PACKAGE_BEGIN, fExecute != FALSE, reinterpret_cast<LPARAM>(wzPackageId));
+    const int answer = m_run.ui->executePackageBegin(fExecute != FALSE, wzPackageId);
 
     const std::wstring packageId = textOrEmpty(wzPackageId);
-    const std::wstring logPath = m_variables.get(packageLogVariable(packageId, fExecute != FALSE));
+    const std::wstring logPath = m_run.variables.get(packageLogVariable(packageId, fExecute != FALSE));
     if (logPath.empty()) {
         // No package is failed for a log that the engine does not want: with logging off there is no path. The client's
         // log is not locked then, and the run goes on.
@@ -31,12 +30,12 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
                 packageId);
     } else if (packageId == clientPackageId) {
         if (!openClientLog(logPath)) {
-            raiseError(errorLogFileTaken);
+            m_errors.fail(errorLogFileTaken);
             return answer;
         }
-        m_reporting.addFile(logPath);
+        m_errors.addFile(logPath);
     } else {
-        m_reporting.addLog(logPath);
+        m_errors.addLog(logPath);
     }
     m_executing = fExecute != FALSE;
     return answer;
@@ -46,19 +45,13 @@ bool BootstrapperApplication::openClientLog(const std::wstring& logPath) {
     std::wstring folder = getSessionTempPath();
     if (logPath.size() < folder.size() || !equalsIgnoreCase(logPath.substr(0, folder.size()), folder)) folder.clear();
     // Held from the first byte on, so that nobody puts a link or a file of his own in its place.
-    return LockFile(m_lockedFiles, logPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+    return LockFile(m_run.lockedFiles, logPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                     CREATE_NEW, GetFinalPath(folder)) != INVALID_HANDLE_VALUE;
 }
 
-int BootstrapperApplication::OnExecutePatchTarget(LPCWSTR wzPackageId, LPCWSTR wzTargetProductCode) {
-    m_run.record(Operation::executePatchTarget,
-                 {{"wzPackageId", "pkid", wzPackageId}, {"wzTargetProductCode", "pcod", wzTargetProductCode}});
-    return cancelCheck();
-}
-
 int BootstrapperApplication::OnExecuteProgress(LPCWSTR, DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
-    m_run.merge({{"ppct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
-    return sendAppMessage(WM_BA_EXECUTE_PROGRESS, dwProgressPercentage, static_cast<LPARAM>(dwOverallPercentage));
+    m_context.merge({{"ppct", dwProgressPercentage}, {"opct", dwOverallPercentage}});
+    return m_run.ui->executeProgress(dwProgressPercentage, dwOverallPercentage);
 }
 
 int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, LPCWSTR wzMessage, DWORD cData,
@@ -67,60 +60,51 @@ int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, 
     const MsiCommand command = parseMsiCommand(text);
     switch (command.kind) {
         case MsiCommandKind::setVariable:
-            m_variables.set(std::wstring(command.name).c_str(), std::wstring(command.value));
+            m_run.variables.set(std::wstring(command.name).c_str(), std::wstring(command.value));
             break;
         case MsiCommandKind::updateContext:
-            m_run.merge({{toUtf8(command.name), toUtf8(command.value)}});
+            m_context.merge({{toUtf8(command.name), toUtf8(command.value)}});
             break;
         case MsiCommandKind::malformed:
             break;
         case MsiCommandKind::none:
             if (const char* word = msiMessageWord(static_cast<uint32_t>(mt)))
-                m_run.keepMsiMessage(word, mt, uiFlags, text, {cData, rgwzData}, nRecommendation);
+                m_context.keepMsiMessage(word, mt, uiFlags, text, {cData, rgwzData}, nRecommendation);
             break;
     }
-    if (m_action == BOOTSTRAPPER_ACTION_INSTALL) {
-        if (text == bastionUninstallBegin) sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE);
-        if (text == bastionUninstallSuccess) m_telemetry.sendMeridianCompleted();
+    if (m_run.action == BOOTSTRAPPER_ACTION_INSTALL) {
+        if (text == bastionUninstallBegin) m_run.ui->showOlderClientTitle();
+        if (text == bastionUninstallSuccess) m_run.telemetry.sendMeridianCompleted();
     }
-    return !m_fRollingBack && isCanceled() ? static_cast<int>(IDCANCEL) : nRecommendation;
-}
-
-int BootstrapperApplication::OnExecuteFilesInUse(LPCWSTR wzPackageId, DWORD cFiles, LPCWSTR* rgwzFiles) {
-    const Fact facts[] = {{"wzPackageId", nullptr, wzPackageId},
-                          {"cFiles", nullptr, cFiles},
-                          {"rgwzFiles", "fuse", TextList{cFiles, rgwzFiles}}};
-    RunContext::trace("BootstrapperApplication::OnExecuteFilesInUse", facts);
-    m_run.merge(contextOf(facts));
-    return cancelCheck();
+    return !m_fRollingBack && m_run.isCancelled() ? static_cast<int>(IDCANCEL) : nRecommendation;
 }
 
 int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_APPLY_RESTART restart, int nRecommendation) {
-    m_run.setOperation(Operation::executePackageComplete);
+    m_context.setOperation(Operation::executePackageComplete);
     HRESULT status = hrStatus;
     if (m_executing) {
         status = packageStatus(wzPackageId, hrStatus);
         UpdateInstallStatus(status);
     }
-    m_run.record(Operation::executePackageComplete, {{"wzPackageId", "pkid", wzPackageId},
-                                                     {"hrStatus", "stat", Status{status}},
-                                                     {"restart", "rstr", restart},
-                                                     {"nRecommendation", "reco", nRecommendation}});
+    m_context.record(Operation::executePackageComplete, {{"wzPackageId", "pkid", wzPackageId},
+                                                         {"hrStatus", "stat", Status{status}},
+                                                         {"restart", "rstr", restart},
+                                                         {"nRecommendation", "reco", nRecommendation}});
     return packageAnswer(wzPackageId, hrStatus, nRecommendation);
 }
 
 HRESULT BootstrapperApplication::packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const {
     if (!equalsIgnoreCase(textOrEmpty(wzPackageId), clientPackageId)) return hrStatus;
-    const uint32_t code = parseDecimal(m_variables.get(variable::msiStatus));
+    const uint32_t code = parseDecimal(m_run.variables.get(variable::msiStatus));
     return code == 0 ? hrStatus : formError(PALISADE_ERROR_TYPE, code);
 }
 
 void BootstrapperApplication::OnExecuteComplete(HRESULT hrStatus) {
-    m_run.record(Operation::executeComplete, {{"hrStatus", "stat", Status{hrStatus}}});
+    m_context.record(Operation::executeComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
-    if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !isCanceled())
-        m_telemetry.sendExecutionFailed(hrStatus);
+    if (FAILED(hrStatus) && codeOf(hrStatus) != userExitCode && !m_run.isCancelled())
+        m_run.telemetry.sendExecutionFailed(hrStatus);
 }
 
 }  // namespace pdx

@@ -21,8 +21,6 @@ namespace pdx {
 
 /// Each is the real one unless another is put in its place.
 struct RunHooks {
-    /// What the UI thread does beside the making of the application object, before there is a dialog; empty for nothing.
-    std::function<void()> prepareUi;
     /// The clock of the wait before a download is retried, and the pauses of that wait.
     std::function<std::chrono::milliseconds()> steadyTime = [] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -33,15 +31,15 @@ struct RunHooks {
     };
     /// The address of the installer that is to take this one's place, if the update service names one. Waits for it.
     std::function<std::optional<std::wstring>(const std::string& currentVersion)> newerInstaller = findNewerInstaller;
-    /// Whether this process runs raised.
+    /// Whether this process runs elevated.
     std::function<bool()> isElevated = pdx::isElevated;
     /// The folder that this library lies in.
     std::function<std::wstring()> libraryFolder = [] { return removeFileSpec(getModuleFilePath(L"version.dll")); };
-    /// Holds the files that are to run raised.
+    /// Holds the files that are to run elevated.
     std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                        const std::wstring& executable)>
         lockElevated = ensureElevatedBinaries;
-    /// Starts the raised copy of this program.
+    /// Starts the elevated copy of this program.
     std::function<Handle(const ProgramStart& program)> startProgram = pdx::startProgram;
     /// Sends the report of a failed run, and gives its id.
     std::function<std::string(const ReportFiles& files)> sendReport = sendErrorReport;

@@ -35,12 +35,12 @@ void writeRunValue() {
 
 int BootstrapperApplication::OnShutdown() {
     PDX_LOG(logTrace, "BootstrapperApplication::OnShutdown", "Entering OnShutdown");
-    m_run.merge(Operation::shutdown, {{"stat", m_shutdownResult.load()}});
-    if (m_shutdownResult == resultReloadBootstrapper) {
-        m_shutdownResult = 0;
+    const int result = m_run.takeShutdownResult();
+    m_context.merge(Operation::shutdown, {{"stat", result}});
+    if (result == resultReloadBootstrapper) {
         pinLibrary();
-        m_telemetry.handOn();
-        return resultReloadBootstrapper;
+        m_run.telemetry.handOn();
+        return result;
     }
     switch (outcomeOf(installStatus())) {
         case Outcome::cancelled:
@@ -53,56 +53,33 @@ int BootstrapperApplication::OnShutdown() {
             endAsSuccess();
             break;
     }
-    m_telemetry.sendSessionStopped();
-    leaveTheScreen();
-    m_telemetry.stop();
-    stopUiThread();
+    m_run.telemetry.sendSessionStopped();
+    // The run is over for the user: the window goes, and a second run may start.
+    m_run.ui->leaveTheScreen();
+    m_run.mutex.release();
+    m_run.telemetry.stop();
+    m_run.ui->close();
     return 0;
 }
 
-void BootstrapperApplication::leaveTheScreen() {
-    endSystemLoops();
-    // Not waited for either: the dialog's thread may be busy.
-    if (const HWND dialog = m_dialogWindow) ShowWindowAsync(dialog, SW_HIDE);
-    releaseInstallerMutex();
-}
-
 void BootstrapperApplication::endAsCancel() {
-    // Of the moment: the session may end while the report goes out.
+    // Read now: a logout may change it during the upload.
     const char* const word = runCancelWord(m_logoutExit);
     PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", word);
-    m_telemetry.sendRunCancelled(word, submitErrorReport());
+    m_run.telemetry.sendRunCancelled(word, m_errors.submit());
 }
 
 void BootstrapperApplication::endAsFailure() {
-    const bool shown = m_run.markErrorShown();
-    if (!shown) {
-        ErrorInfo record = {BOOTSTRAPPER_ERROR_TYPE_WINDOWS_INSTALLER, static_cast<DWORD>(m_run.status()), 0, resultOk};
-        sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&record));
-    }
-    m_telemetry.sendRunFailed(submitErrorReport());
-}
-
-std::string BootstrapperApplication::submitErrorReport() {
-    return m_reporting.submit([this] {
-        sendAppMessage(WM_BA_SENDING_ERROR_REPORT);
-        // A second attempt need not wait for the network.
-        releaseInstallerMutex();
-    });
+    m_errors.showFailure();
+    m_run.telemetry.sendRunFailed(m_errors.submit());
 }
 
 void BootstrapperApplication::endAsSuccess() {
-    m_telemetry.sendRunFinished();
-    if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL)
-        removeRunValueOf(m_variables.get(variable::installFolder, true));
+    m_run.telemetry.sendRunFinished();
+    if (action() == BOOTSTRAPPER_ACTION_UNINSTALL)
+        removeRunValueOf(installFolder());
     else if (getConfigBool("indev.startOnBoot", false))
         writeRunValue();
-}
-
-int BootstrapperApplication::OnSystemShutdown(DWORD dwEndSession, int nRecommendation) {
-    m_run.record(Operation::systemShutdown,
-                 {{"dwEndsession", "ends", dwEndSession}, {"nRecommendation", "reco", nRecommendation}});
-    return endSessionAnswer(dwEndSession);
 }
 
 }  // namespace pdx

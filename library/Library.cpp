@@ -1,4 +1,4 @@
-// The library's two exports and its entry point: the one place that puts the rooms together.
+// The library's two exports and its entry point: the one place that puts the modules together.
 #include <windows.h>
 #ifdef __MINGW32__
 #include <pthread.h>
@@ -15,6 +15,7 @@
 
 #include "config/Settings.h"
 #include "config/Translator.h"
+#include "core/BootstrapperApplication.h"
 #include "core/engine/CallbackGuard.h"
 #include "platform/CommandLine.h"
 #include "platform/Crash.h"
@@ -25,7 +26,7 @@
 #include "reporting/ReportPackage.h"
 #include "telemetry/MachineIdentity.h"
 #include "telemetry/TelemetryManager.h"
-#include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/DialogUi.h"
 #include "ui/dialog/PagePictures.h"
 #include "ui/toolkit/GdiPlus.h"
 
@@ -61,12 +62,7 @@ std::shared_ptr<TelemetryManager> makeTelemetry() {
     return std::make_shared<TelemetryManager>(TelemetryManager::createSessionId(), getMachineHash);
 }
 
-/// The UI thread gets ready if there is a page to show.
-RunHooks hooks() {
-    RunHooks real;
-    if (g_pagePictures.get()) real.prepareUi = prepareUiThread;
-    return real;
-}
+std::unique_ptr<RunUi> makeDialog(RunControls& run) { return std::make_unique<DialogUi>(run); }
 
 /// The application object, and the first page of its window, which is made ready from before the object's own
 /// constructor on until the window takes it, or the object goes.
@@ -74,8 +70,7 @@ class Application final : PreparedPage, public BootstrapperApplication {
   public:
     Application(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command)
         : PreparedPage(*command, processArguments()),
-          BootstrapperApplication(engine, command, retryMaximum, retryDelayMilliseconds, UIThreadFunc, makeTelemetry,
-                                  hooks()) {}
+          BootstrapperApplication(engine, command, retryMaximum, retryDelayMilliseconds, makeDialog, makeTelemetry) {}
 };
 
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {

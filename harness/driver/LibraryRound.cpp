@@ -7,12 +7,12 @@
 #include <optional>
 #include <system_error>
 
-#include "core/AppMessages.h"
 #include "harness/engine/EngineRun.h"
 #include "harness/engine/LoadedLibrary.h"
 #include "platform/Handles.h"
 #include "platform/rules/EngineTypes.h"
 #include "platform/Text.h"
+#include "ui/dialog/AppMessages.h"
 
 namespace pdx {
 

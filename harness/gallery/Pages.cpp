@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "config/Translator.h"
+#include "core/BootstrapperApplication.h"
 #include "harness/engine/SmallEngine.h"
 #include "platform/Paths.h"
+#include "ui/dialog/AppMessages.h"
 
 namespace pdx {
 namespace {
@@ -26,10 +28,11 @@ struct Stage {
         engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Program Files\\Palisade Desktop"));
         engine.variables.set(L"IsThickInstaller", std::wstring(L"yes"));
         // The UI thread is never started: the dialog lives on this one, where it can be looked at.
-        application = std::make_unique<BootstrapperApplication>(&engine, &command, 0, 1000, nullptr, nullptr);
+        const auto noUi = [](RunControls&) { return std::unique_ptr<RunUi>(); };
+        application = std::make_unique<BootstrapperApplication>(&engine, &command, 0, 1000, noUi, nullptr);
         // As the application does for a language that the configuration forces.
         if (!g_translator.get()->Load(language)) throw std::runtime_error("there is no such language");
-        dialog = std::make_unique<GalleryDialog>(*application);
+        dialog = std::make_unique<GalleryDialog>(*application, gate);
         if (!dialog->Create({})) throw std::runtime_error("the dialog cannot be made");
         SetForegroundWindow(dialog->GetHandle());
         handlePosted(dialog->GetHandle());
@@ -50,6 +53,7 @@ struct Stage {
     SmallEngine engine;
     BOOTSTRAPPER_COMMAND command{};
     std::unique_ptr<BootstrapperApplication> application;
+    DialogGate gate;
     std::unique_ptr<GalleryDialog> dialog;
     Handle runningClient;
 };

@@ -1,65 +1,111 @@
 #include "tests/core/ApplicationProbe.h"
 
+#include <fmt/format.h>
+
+#include <atomic>
 #include <regex>
 
 #include "core/engine/CallbackGuard.h"
-#include "platform/Paths.h"
+#include "platform/Text.h"
 
 namespace pdx {
 namespace {
 
-AnsweringDialog* current = nullptr;
+std::string statusText(HRESULT hr) { return fmt::format("{:08x}", static_cast<uint32_t>(hr)); }
+
+/// Shows nothing: each step goes to the script.
+class ScriptedUi : public RunUi {
+  public:
+    ScriptedUi(RunControls& controls, UiScript& uiScript) : run(controls), script(uiScript) {}
+
+    bool open() override { return opened = true; }
+    void close() override { opened = false; }
+    void leaveTheScreen() override {}
+    HWND window() const override { return nullptr; }
+    void settle() override {}
+
+    int showUpdateCheck() override { return show("showUpdateCheck"); }
+    int detectComplete(HRESULT status) override { return show("detectComplete", statusText(status), status); }
+    int planComplete(HRESULT status) override { return show("planComplete", statusText(status), status); }
+    int showError(const ErrorInfo& error) override {
+        return step({"showError", std::to_string(error.code), S_OK, error});
+    }
+    int cacheBegin() override { return show("cacheBegin"); }
+    int cacheAcquireBegin(BOOTSTRAPPER_CACHE_OPERATION operation, LPCWSTR source) override {
+        return show("cacheAcquireBegin", fmt::format("{}, {}", int{operation}, toUtf8(textOrEmpty(source))));
+    }
+    int cacheAcquireProgress(DWORD overall) override { return show("cacheAcquireProgress", std::to_string(overall)); }
+    int cacheAcquireComplete(HRESULT status, int recommendation) override {
+        return show("cacheAcquireComplete", fmt::format("{}, {}", statusText(status), recommendation), status);
+    }
+    int executeBegin(DWORD packages) override { return show("executeBegin", std::to_string(packages)); }
+    int executePackageBegin(bool forward, LPCWSTR package) override {
+        return show("executePackageBegin", fmt::format("{}, {}", forward, toUtf8(textOrEmpty(package))));
+    }
+    int executeProgress(DWORD package, DWORD overall) override {
+        return show("executeProgress", fmt::format("{}, {}", package, overall));
+    }
+    int applyComplete(HRESULT status, BOOTSTRAPPER_APPLY_RESTART restart) override {
+        return show("applyComplete", fmt::format("{}, {}", statusText(status), int{restart}), status);
+    }
+    InstalledChoice askInstalled() override { return static_cast<InstalledChoice>(show("askInstalled")); }
+    OlderClientChoice askOlderClient() override { return static_cast<OlderClientChoice>(show("askOlderClient")); }
+    void showRepairBeginning() override { show("showRepairBeginning"); }
+    void showReportUnderWay() override { show("showReportUnderWay"); }
+    void showOlderClientTitle() override { show("showOlderClientTitle"); }
+    void showOlderClientRemoval() override { show("showOlderClientRemoval"); }
+
+  private:
+    int step(UiScript::Step step) {
+        if (run.isStopped()) return IDCANCEL;
+        return opened ? script.show(run, std::move(step)) : 0;
+    }
+    int show(const char* name, std::string arguments = {}, HRESULT status = S_OK) {
+        return step({name, std::move(arguments), status, {}});
+    }
+
+    RunControls& run;
+    UiScript& script;
+    std::atomic<bool> opened = false;
+};
 
 }  // namespace
 
-AnsweringDialog::AnsweringDialog(Answer wanted) : answer(std::move(wanted)) { current = this; }
-AnsweringDialog::~AnsweringDialog() { current = nullptr; }
-
-std::vector<AnsweringDialog::Message> AnsweringDialog::messages() const {
-    const std::lock_guard guard(lock);
-    return received;
-}
-
-std::vector<UINT> AnsweringDialog::numbers() const {
-    std::vector<UINT> result;
-    for (const Message& message : messages()) result.push_back(message.number);
-    return result;
-}
-
-LRESULT AnsweringDialog::driveOn(BootstrapperApplication& application, const Message& message) {
-    if (message.number == WM_BA_DETECT_COMPLETE) application.engine()->Plan(application.action());
-    if (message.number == WM_BA_PLAN_COMPLETE) application.engine()->Apply(message.window);
-    if (message.number == WM_BA_APPLY_COMPLETE) application.quit(static_cast<HRESULT>(message.wparam) < 0 ? 1 : 0);
+int UiScript::driveOn(RunControls& run, const Step& step) {
+    if (step.name == "detectComplete") run.plan();
+    if (step.name == "planComplete") run.apply(nullptr);
+    if (step.name == "applyComplete") run.quit(FAILED(step.status) ? 1 : 0);
     return 0;
 }
 
-LRESULT CALLBACK AnsweringDialog::procedure(HWND window, UINT number, WPARAM wparam, LPARAM lparam) {
-    if (number < WM_APP || number > 0xBFFF) return DefWindowProcW(window, number, wparam, lparam);
-    Message message = {number, wparam, lparam, {}, window};
-    if (number == WM_BA_ERROR) message.error = *reinterpret_cast<const ErrorInfo*>(wparam);
+int UiScript::show(RunControls& run, Step step) {
     {
-        const std::lock_guard guard(current->lock);
-        current->received.push_back(message);
+        const std::lock_guard guard(lock);
+        steps.push_back(step);
     }
-    auto& application = *reinterpret_cast<BootstrapperApplication*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    return current->answer ? current->answer(application, message) : 0;
+    return answer(run, step);
 }
 
-void AnsweringDialog::run(BootstrapperApplication& application) {
-    WNDCLASSW windowClass = {};
-    windowClass.lpfnWndProc = procedure;
-    windowClass.hInstance = libraryModule();
-    windowClass.lpszClassName = L"AnsweringDialog";
-    RegisterClassW(&windowClass);
-    HWND window = CreateWindowExW(0, windowClass.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                                  libraryModule(), nullptr);
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&application));
-    application.setDialogWindow(window);
-    application.setDialogReady(true);
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
-    application.setDialogWindow(nullptr);
-    DestroyWindow(window);
+std::vector<std::string> UiScript::names() const {
+    const std::lock_guard guard(lock);
+    std::vector<std::string> result;
+    for (const Step& step : steps) result.push_back(step.name);
+    return result;
+}
+
+std::vector<std::string> UiScript::texts() const {
+    const std::lock_guard guard(lock);
+    std::vector<std::string> result;
+    for (const Step& step : steps) result.push_back(step.text());
+    return result;
+}
+
+std::vector<ErrorInfo> UiScript::errors() const {
+    const std::lock_guard guard(lock);
+    std::vector<ErrorInfo> result;
+    for (const Step& step : steps)
+        if (step.name == "showError") result.push_back(step.error);
+    return result;
 }
 
 void RecordingTelemetry::send(const TelemetryEvent& event) {
@@ -113,9 +159,9 @@ RunHooks FakeWorld::hooks() {
     return hooks;
 }
 
-ProbedRun::ProbedRun(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, UiThread uiThread,
-                     MakeTelemetry makeTelemetry)
-    : uiThreadRoutine(uiThread), telemetryMaker(makeTelemetry) {
+ProbedRun::ProbedRun(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, MakeTelemetry makeTelemetry)
+    : makeUi([this](RunControls& run) { return std::make_unique<ScriptedUi>(run, ui); }),
+      telemetryMaker(makeTelemetry) {
     command.action = action;
     command.display = display;
     for (const wchar_t* name : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(name, std::wstring(L"0"));
@@ -125,14 +171,14 @@ ProbedRun::~ProbedRun() { release(); }
 
 ProbedApplication& ProbedRun::app() {
     if (!application) {
-        application = new ProbedApplication(&engine, &command, 0, 1000, uiThreadRoutine, telemetryMaker, world.hooks());
+        application = new ProbedApplication(&engine, &command, 0, 1000, makeUi, telemetryMaker, world.hooks());
         guarded = guardCallbacks(application);
         telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
     }
     return *application;
 }
 
-std::vector<std::string> ProbedRun::told() {
+std::vector<std::string> ProbedRun::reported() {
     app();
     return telemetry->notes();
 }

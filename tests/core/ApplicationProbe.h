@@ -1,4 +1,4 @@
-// An application object in a test's hands: with its state readable, a small engine, and a dialog that only answers.
+// An application object in a test's hands: with its state readable, a small engine, and a scripted user interface.
 #pragma once
 
 #include <chrono>
@@ -15,35 +15,32 @@
 
 namespace pdx {
 
-/// A window of no looks on the UI thread that notes each message and gives the answer that the test wants.
-class AnsweringDialog {
+/// What a user interface is to answer, and what it was asked to show.
+class UiScript {
   public:
-    struct Message {
-        UINT number;
-        WPARAM wparam;
-        LPARAM lparam;
-        ErrorInfo error;  ///< of WM_BA_ERROR
-        HWND window;
+    struct Step {
+        std::string name;
+        std::string arguments;
+        HRESULT status = S_OK;
+        ErrorInfo error = {};
+        [[nodiscard]] std::string text() const { return name + "(" + arguments + ")"; }
     };
-    using Answer = std::function<LRESULT(BootstrapperApplication&, const Message&)>;
+    using Answer = std::function<int(RunControls& run, const Step& step)>;
 
-    /// One at a time: the UI thread's routine is a plain function and finds it by a static.
-    explicit AnsweringDialog(Answer answer = {});
-    ~AnsweringDialog();
+    /// Drives the engine onward as the dialog does where nobody is asked: Plan, Apply, Quit.
+    static int driveOn(RunControls& run, const Step& step);
 
-    static void run(BootstrapperApplication& application);
+    /// Any thread.
+    int show(RunControls& run, Step step);
+    [[nodiscard]] std::vector<std::string> names() const;
+    [[nodiscard]] std::vector<std::string> texts() const;
+    [[nodiscard]] std::vector<ErrorInfo> errors() const;
 
-    [[nodiscard]] std::vector<Message> messages() const;
-    [[nodiscard]] std::vector<UINT> numbers() const;
-    /// Drives the engine onward as the real dialog does where nobody is asked: Plan, Apply, Quit.
-    static LRESULT driveOn(BootstrapperApplication& application, const Message& message);
+    Answer answer = [](auto&, const auto&) { return 0; };
 
   private:
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
-
-    Answer answer;
     mutable Lock lock;
-    std::vector<Message> received;
+    std::vector<Step> steps;
 };
 
 /// A manager that notes what it is asked and sends nothing.
@@ -80,12 +77,12 @@ struct FakeWorld {
     /// What the update service names, and the versions with which it was asked.
     std::optional<std::wstring> newer;
     std::vector<std::string> updatesAsked;
-    /// Whether this process runs raised, and what comes of locking the files of a raised one.
+    /// Whether this process runs elevated, and what comes of locking the files of an elevated one.
     bool elevated = true;
     std::wstring libraryFolder = L"C:\\T\\{1}\\.ba";
     std::function<bool(std::vector<FileHandle>& files, const std::wstring& folder, const std::wstring& executable)>
         lock = [](auto&...) { return true; };
-    /// What the system makes of a raised copy that is to be started.
+    /// What the system makes of an elevated copy that is to be started.
     std::function<Handle(const ProgramStart& copy)> start = [](auto&) { return Handle(); };
     /// The report of a failed run, by its files.
     std::function<std::string(const ReportFiles& files)> report = [](auto&) { return std::string(); };
@@ -98,19 +95,17 @@ class ProbedApplication : public BootstrapperApplication {
   public:
     using BootstrapperApplication::BootstrapperApplication;
     using BootstrapperApplication::cancelCheck;
-    using BootstrapperApplication::isDialogReady;
     using BootstrapperApplication::state;
+    using BootstrapperApplication::UpdateInstallStatus;
     using State = RunContext::State;
 };
 
 /// An application on a small engine whose bundle variables are preset as a bundle presets them.
 class ProbedRun {
   public:
-    using UiThread = void (*)(BootstrapperApplication&);
     using MakeTelemetry = std::shared_ptr<TelemetryManager> (*)();
     explicit ProbedRun(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
                        BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE,
-                       UiThread uiThread = AnsweringDialog::run,
                        MakeTelemetry makeTelemetry = RecordingTelemetry::make);
     ProbedRun(const ProbedRun&) = delete;
     ProbedRun& operator=(const ProbedRun&) = delete;
@@ -120,8 +115,8 @@ class ProbedRun {
     ProbedApplication& app();
     /// The application as the engine calls it.
     IBootstrapperApplication& slots() { return app(), *guarded; }
-    /// What has been told so far, the making of the application included.
-    std::vector<std::string> told();
+    /// What has been reported so far, the making of the application included.
+    std::vector<std::string> reported();
     nlohmann::json attributes(const std::string& name) { return app(), telemetry->attributes(name); }
     /// The application's last reference goes.
     void release();
@@ -134,9 +129,11 @@ class ProbedRun {
     SmallEngine engine;
     BOOTSTRAPPER_COMMAND command = {};
     FakeWorld world;
+    UiScript ui;
+    /// What makes the user interface: of the script unless another is put in its place.
+    UiFactory makeUi;
 
   private:
-    UiThread uiThreadRoutine;
     MakeTelemetry telemetryMaker;
     ProbedApplication* application = nullptr;
     IBootstrapperApplication* guarded = nullptr;

@@ -69,7 +69,8 @@ TEST(Boundary, HasTheStringsBeforeItAsksTheEngineForAnything) {
     g_translator.clear();
     const ScopedVariable reloaded(L"PDX_REPAIR", L"1");
     const BOOTSTRAPPER_COMMAND command = {};
-    const auto app = new ProbedApplication(&engine, &command, 0, 0, AnsweringDialog::run, nullptr);
+    const auto noUi = [](RunControls&) { return std::unique_ptr<RunUi>(); };
+    const auto app = new ProbedApplication(&engine, &command, 0, 0, noUi, nullptr);
     EXPECT_THAT(engine.words, testing::Each(L"YES"));
     EXPECT_FALSE(engine.words.empty());
     app->Release();

@@ -76,12 +76,8 @@ struct Row {
     Rule rule;
     const char* attributes;  ///< of the context
     int result = 0;
-    UINT message = 0;  ///< to the dialog, with its parameters
-    WPARAM wparam = 0;
-    LPARAM lparam = 0;
+    const char* shown = nullptr;  ///< by the user interface
 };
-
-const auto failedWord = static_cast<WPARAM>(failed);
 
 const Row rows[] = {
     {4, slot<&App::OnDetectBegin>, replace, R"({"inst":true,"npkg":2})"},
@@ -109,7 +105,7 @@ const Row rows[] = {
     {22, slot<&App::OnPlanMsiFeature>, merge, R"({"pkid":"a","ftid":"b","rqst":3})"},
     {23, slot<&App::OnPlanPackageComplete>, merge,
      R"({"pkid":"a","plst":"a7ff0643","pkst":3,"rqst":4,"exec":5,"rlbk":6})"},
-    {24, slot<&App::OnPlanComplete>, merge, R"({"plst":"a7ff0643"})", 0, WM_BA_PLAN_COMPLETE, failedWord},
+    {24, slot<&App::OnPlanComplete>, merge, R"({"plst":"a7ff0643"})", 0, "planComplete(a7ff0643)"},
     {25, slot<&App::OnApplyBegin>, replace, "{}"},
     {26, slot<&App::OnApplyPhaseCount>, merge, R"({"nphs":1})"},
     {27, slot<&App::OnElevate>, replace, "{}"},
@@ -117,24 +113,23 @@ const Row rows[] = {
     {0, slot<&App::OnError>, merge, "{}"},
     {28, slot<&App::OnRegisterBegin>, replace, "{}"},
     {29, slot<&App::OnRegisterComplete>, merge, R"({"stat":"a7ff0643"})"},
-    {30, slot<&App::OnCacheBegin>, replace, "{}", 0, WM_BA_CACHE_BEGIN},
+    {30, slot<&App::OnCacheBegin>, replace, "{}", 0, "cacheBegin()"},
     {31, slot<&App::OnCachePackageBegin>, replace, R"({"pkid":"a","cpld":2,"pcsz":844424930131971})"},
     {32, slot<&App::OnCacheAcquireBegin>, replace, R"({"pkid":"a","plid":"b","caop":3,"psrc":"d"})", 0,
-     WM_BA_CACHE_ACQUIRE_BEGIN, 3, reinterpret_cast<LPARAM>(letters[3])},
+     "cacheAcquireBegin(3, d)"},
     {0, slot<&App::OnCacheAcquireProgress>, merge, R"({"dnld":844424930131971,"totl":1125899906842628,"opct":5})", 0,
-     WM_BA_CACHE_ACQUIRE_PROGRESS, 5},
+     "cacheAcquireProgress(5)"},
     {33, slot<&App::OnResolveSource>, merge, R"({"pkid":"a","plid":"b","lsrc":"c","dsrc":"d"})", resultDownload},
     {34, slot<&App::OnCacheAcquireComplete>, merge, R"({"pkid":"a","plid":"b","cast":"a7ff0643","reco":4})", 0,
-     WM_BA_CACHE_ACQUIRE_COMPLETE, failedWord, 4},
+     "cacheAcquireComplete(a7ff0643, 4)"},
     {35, slot<&App::OnCacheVerifyBegin>, replace, R"({"pkid":"a","plid":"b"})"},
     {36, slot<&App::OnCacheVerifyComplete>, merge, R"({"pkid":"a","plid":"b","stat":"a7ff0643","reco":4})", 4},
     {37, slot<&App::OnCachePackageComplete>, merge, R"({"pkid":"a","stat":"a7ff0643","reco":3})", 3},
     {38, slot<&App::OnCacheComplete>, merge, R"({"stat":"a7ff0643"})"},
-    {39, slot<&App::OnExecuteBegin>, replace, R"({"npkg":1})", 0, WM_BA_EXECUTE_BEGIN, 1},
-    {40, slot<&App::OnExecutePackageBegin>, replace, R"({"pkid":"a","exec":true})", 0, WM_BA_EXECUTE_PACKAGE_BEGIN,
-     TRUE, reinterpret_cast<LPARAM>(letters[0])},
+    {39, slot<&App::OnExecuteBegin>, replace, R"({"npkg":1})", 0, "executeBegin(1)"},
+    {40, slot<&App::OnExecutePackageBegin>, replace, R"({"pkid":"a","exec":true})", 0, "executePackageBegin(true, a)"},
     {41, slot<&App::OnExecutePatchTarget>, merge, R"({"pkid":"a","pcod":"b"})"},
-    {0, slot<&App::OnExecuteProgress>, merge, R"({"ppct":2,"opct":3})", 0, WM_BA_EXECUTE_PROGRESS, 2, 3},
+    {0, slot<&App::OnExecuteProgress>, merge, R"({"ppct":2,"opct":3})", 0, "executeProgress(2, 3)"},
     {0, slot<&App::OnExecuteMsiMessage>, merge,
      R"({"msifatal":{"imsg":2,"flag":3,"mesg":"d","args":"a, b, c, d, e","reco":7}})", 7},
     {0, slot<&App::OnExecuteFilesInUse>, merge, R"({"fuse":"a, b"})"},
@@ -142,7 +137,7 @@ const Row rows[] = {
     {43, slot<&App::OnExecuteComplete>, merge, R"({"stat":"a7ff0643"})"},
     {44, slot<&App::OnUnregisterBegin>, replace, "{}"},
     {45, slot<&App::OnUnregisterComplete>, merge, R"({"stat":"a7ff0643"})"},
-    {46, slot<&App::OnApplyComplete>, merge, R"({"stat":"a7ff0643","rstr":2})", 0, WM_BA_APPLY_COMPLETE, failedWord, 2},
+    {46, slot<&App::OnApplyComplete>, merge, R"({"stat":"a7ff0643","rstr":2})", 0, "applyComplete(a7ff0643, 2)"},
     {47, slot<&App::OnLaunchApprovedExeBegin>, replace, "{}"},
     {48, slot<&App::OnLaunchApprovedExeComplete>, merge, R"({"stat":"a7ff0643","pid":2})"},
     {3, slot<&App::OnSystemShutdown>, merge, R"({"ends":1,"reco":2})", IDOK},
@@ -169,22 +164,15 @@ TEST(Callbacks, LeaveNumberAndContextOfTheirRow) {
     }
 }
 
-TEST(Callbacks, SendTheDialogTheirArgumentsAndReturnItsAnswer) {
+TEST(Callbacks, HandTheirArgumentsToTheUserInterfaceAndReturnItsAnswer) {
     for (const Row& row : rows) {
-        if (row.message == 0) continue;
+        if (!row.shown) continue;
         SCOPED_TRACE(row.attributes);
-        AnsweringDialog dialog([](auto&, const auto&) { return dialogsAnswer; });
         ProbedRun probed;
-        probed.run({}, [&](const SlotEvent& event) {
-            if (event.slot != "OnDetectComplete" || event.returned) return;
-            EXPECT_EQ(row.call(probed.app(), ordinary).value_or(dialogsAnswer), dialogsAnswer);
-            probed.app().quit(0);
-        });
-        const auto messages = dialog.messages();
-        ASSERT_FALSE(messages.empty());
-        EXPECT_EQ(messages[0].number, row.message);
-        EXPECT_EQ(messages[0].wparam, row.wparam);
-        EXPECT_EQ(messages[0].lparam, row.lparam);
+        probed.slots().OnStartup();
+        probed.ui.answer = [](auto&, const auto&) { return dialogsAnswer; };
+        EXPECT_EQ(row.call(probed.app(), ordinary).value_or(dialogsAnswer), dialogsAnswer);
+        EXPECT_EQ(probed.ui.texts(), std::vector<std::string>{row.shown});
     }
 }
 

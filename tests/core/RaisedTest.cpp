@@ -43,14 +43,13 @@ bool installerMayBegin() {
     return mutex && GetLastError() != ERROR_ALREADY_EXISTS;
 }
 
-std::vector<UINT> errorsShown(const AnsweringDialog& dialog) {
+std::vector<UINT> errorsShown(const ProbedRun& probed) {
     std::vector<UINT> codes;
-    for (const auto& message : dialog.messages())
-        if (message.number == WM_BA_ERROR) {
-            codes.push_back(message.error.code);
-            EXPECT_EQ(message.error.errorType, static_cast<DWORD>(PALISADE_ERROR_TYPE));
-            EXPECT_EQ(message.error.defaultResult, 1);
-        }
+    for (const ErrorInfo& error : probed.ui.errors()) {
+        codes.push_back(error.code);
+        EXPECT_EQ(error.errorType, static_cast<DWORD>(PALISADE_ERROR_TYPE));
+        EXPECT_EQ(error.defaultResult, 1);
+    }
     return codes;
 }
 
@@ -80,8 +79,7 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
         SCOPED_TRACE(row.name);
         const ScopedVariable session(L"PDX_INSTALLER_SESSION_ID", L"");
         const ScopedVariable mode(row.mode, L"1");
-        AnsweringDialog dialog(AnsweringDialog::driveOn);
-        ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, AnsweringDialog::run, makeInSession);
+        ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, makeInSession);
         std::vector<std::wstring> steps;
         probed.world.elevated = false;
         probed.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& executable) {
@@ -108,20 +106,19 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
         EXPECT_EQ(outcome.startup, S_OK);
         EXPECT_EQ(outcome.exitCode, 0u);
         EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
-        EXPECT_THAT(errorsShown(dialog), IsEmpty());
+        EXPECT_THAT(errorsShown(probed), IsEmpty());
         EXPECT_THAT(steps, ElementsAre(L"lock " + getProcessFilePath(), L"start"));
         EXPECT_EQ(copy.verb, L"runas");
         EXPECT_EQ(copy.file, getProcessFilePath());
         EXPECT_EQ(copy.parameters, row.parameters);
         EXPECT_EQ(copy.folder, L"");
         EXPECT_EQ(copy.show, SW_SHOW);
-        EXPECT_THAT(probed.told(), Contains("enable"));
+        EXPECT_THAT(probed.reported(), Contains("enable"));
     }
 }
 
 TEST(Raised, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
     for (const bool cancelled : {false, true}) {
-        AnsweringDialog dialog(AnsweringDialog::driveOn);
         ProbedRun probed;
         probed.engine.variables.set(L"PDX_REPAIR", L"1");
         probed.world.elevated = false;
@@ -135,7 +132,7 @@ TEST(Raised, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
         };
         const RunOutcome outcome = probed.run();
         EXPECT_EQ(outcome.startup, cancelled ? S_OK : filesNotLocked);
-        EXPECT_EQ(errorsShown(dialog), cancelled ? std::vector<UINT>{} : std::vector<UINT>{577});
+        EXPECT_EQ(errorsShown(probed), cancelled ? std::vector<UINT>{} : std::vector<UINT>{577});
         EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
         EXPECT_EQ(probed.app().installStatus(), cancelled ? S_OK : filesNotLocked) << "told as a failure";
     }
@@ -147,11 +144,10 @@ TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
         int answer;
         const wchar_t* libraryFolder = L"C:\\T\\{1}\\.ba";
         const wchar_t* locked = L"C:\\T\\{1}\\.be|PalisadeSetup.exe";
-    } rows[] = {{true, false, false, 0},      {true, false, true, IDCANCEL},
-                {false, true, false, 0},      {false, true, true, IDCANCEL},
+    } rows[] = {{true, false, false, 0},         {true, false, true, IDCANCEL},
+                {false, true, false, 0},         {false, true, true, IDCANCEL},
                 {false, false, false, IDCANCEL}, {false, false, false, IDCANCEL, L"C:\\T\\.ba\\x", L"|"}};
     for (const auto& row : rows) {
-        AnsweringDialog dialog;
         ProbedRun probed;
         probed.world.libraryFolder = row.libraryFolder;
         probed.engine.variables.set(L"BundleExecutableName", L"PalisadeSetup.exe");
@@ -169,7 +165,7 @@ TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
         if (row.cancelled) probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
         EXPECT_EQ(probed.slots().OnElevate(), row.answer) << row.elevated << row.lockable << row.cancelled;
         EXPECT_EQ(locked, row.elevated ? L"" : row.locked);
-        EXPECT_EQ(errorsShown(dialog).size(), row.lockable || row.elevated ? 0u : 1u);
+        EXPECT_EQ(errorsShown(probed).size(), row.lockable || row.elevated ? 0u : 1u);
         probed.slots().OnShutdown();
     }
 }
@@ -177,7 +173,6 @@ TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
 TEST(Raised, KeepsTheFilesLockedForItsWholeLife) {
     const TestFolder folder;
     const std::wstring path = folder.addFile(L"a file");
-    AnsweringDialog dialog;
     ProbedRun probed;
     probed.world.elevated = false;
     probed.world.lock = [&path](auto& files, auto&...) {

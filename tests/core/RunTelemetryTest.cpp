@@ -1,4 +1,4 @@
-// What each callback tells of the run, whom and in which order; and the life of telemetry around it.
+// What each callback reports of the run, to whom and in which order; and the life of telemetry around it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,7 +23,6 @@ using Texts = std::vector<std::string>;
 
 constexpr auto failed = static_cast<HRESULT>(0xa7ff0643);  // the system has no text for it
 constexpr auto install = BOOTSTRAPPER_ACTION_INSTALL;
-constexpr auto uninstall = BOOTSTRAPPER_ACTION_UNINSTALL;
 constexpr auto fetch = BOOTSTRAPPER_CACHE_OPERATION_DOWNLOAD;
 
 /// Attributes of every error: code, context, number of the callback, text.
@@ -34,106 +33,106 @@ std::string errorTail(const char* context, int operation, const char* text = "a7
 
 struct Row {
     const char* what;
-    BOOTSTRAPPER_ACTION action;
+    BOOTSTRAPPER_ACTION action = install;
+    std::vector<std::pair<const wchar_t*, const wchar_t*>> variables = {};
     std::function<void(App&)> call;
-    Texts told = {};  ///< behind what is told when the application is made
-    int extra = 0;    ///< the two below
+    bool ends = false;    ///< by OnShutdown, which reports the end of the session after all others
+    Texts reported = {};  ///< after what is reported when the application is made
 };
-constexpr int repair = 1;
-constexpr int ends = 2;  ///< by OnShutdown, which tells the end of the session behind all others
-
-template <typename... Text>
-Texts lines(const Text&... texts) {
-    return {texts...};
-}
-
-void setVariable(App& app, const wchar_t* name, const wchar_t* value) { app.engine()->SetVariableString(name, value); }
-
-void beginDownload(App& app) { app.OnCacheAcquireBegin(L"p", L"l", fetch, L"https://x/a"); }
 
 const Row rows[] = {
-    {"a copy is no download", install,
-     [](App& a) {
-         a.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
-         a.OnCacheAcquireProgress(L"p", L"l", 1, 2, 3);
-         a.OnCacheAcquireComplete(L"p", L"l", failed, 0);
-         a.OnCacheVerifyComplete(L"p", L"l", failed, 0);
-     }},
-    {"a download in a repair", install,
-     [](App& a) {
-         beginDownload(a);
-         a.OnCacheAcquireProgress(L"p", L"l", 4, 4, 3);
-         a.OnCacheAcquireComplete(L"p", L"l", S_OK, 0);
-     },
-     lines(
-         R"(tally download {"download_id":<id>,"item_platform":"pc","percent":0,"status":"start","status_code":"repair"})",
-         R"(brisk inst.dnld.strt {"byte":0,"link":"https://x/a","strt":<time>,"stst":"repair"})",
-         R"(tally download {"download_id":<id>,"item_platform":"pc","percent":100.0,"status":"finish","status_code":"success"})",
-         R"(brisk inst.dnld.succ {"byte":4,"endt":<time>,"enst":"success","link":"https://x/a","pct":"100.0000","strt":<time>,"stst":"repair"})"),
-     repair},
-    {"an error", install,
-     [](App& a) {
-         a.OnElevate();
-         a.OnError(PALISADE_ERROR_TYPE, L"p", 1603, L"lone \xD800", 0, 0, nullptr, 0);
-     },
-     lines(R"(tally install {"status":"error","status_code":"a7ff0643"})",
-           R"(brisk inst.inst.erro {)" + errorTail("{}", 27, "lone \xEF\xBF\xBD"))},
-    {"execution succeeds", install, [](App& a) { a.OnExecuteComplete(S_OK); }},
-    {"execution is cancelled", install, [](App& a) { a.OnExecuteComplete(hresultFromWin32(userExitCode)); }},
-    {"execution fails with another code after a cancel", install,
-     [](App& a) {
-         a.PromptCancel(nullptr, TRUE, nullptr, nullptr);
-         a.OnExecuteComplete(failed);
-     }},
-    {"an error with the machine's runtimes", install,
-     [](App& a) {
-         setVariable(a, L"VCRedist10X86InstalledVer", L"10.32");
-         setVariable(a, L"VCRedist11X86InstalledVer", L"11.32");
-         setVariable(a, L"VCRedist12X86InstalledVer", L"12.32");
-         setVariable(a, L"VCRedist14X86InstalledVer", L"14.32");
-         setVariable(a, L"VCRedist14X64InstalledVer", L"14.64");
-         a.OnExecuteComplete(failed);
-     },
-     lines(
-         R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
-         R"(brisk inst.inst.erro {"ecod":"a7ff0643","ectx":{"stat":"a7ff0643"},"einv":true,"emsg":"unknown","eopr":43,)"
-         R"("estr":"a7ff0643","vc10x86ver":"10.32","vc11x86ver":"11.32","vc12x86ver":"12.32","vc14x64ver":"14.64",)"
-         R"("vc14x86ver":"14.32"})")},
-    {"the older client goes in an uninstall", uninstall,
-     [](App& a) { a.OnExecuteMsiMessage(L"p", 0, 0, L"CA_MSG_BASTION_UNINSTALL_SUCCESS", 0, nullptr, 0); }},
-    {"a repair is cancelled", install, [](App& a) { a.UpdateInstallStatus(hresultFromWin32(userExitCode)); },
-     lines(R"(tally install {"installation_type":"kestrel_client","status":"cancel","status_code":"user_action"})",
-           R"(brisk inst.repr.canc {"cnst":"user_action"})"),
-     repair | ends},
-    {"a reload tells nothing and stops nothing", install,
-     [](App& a) {
-         a.requestRepairReload();
-         EXPECT_EQ(a.OnShutdown(), resultReloadBootstrapper);
-         SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
-     }},
+    {.what = "a copy is no download",
+     .call =
+         [](App& a) {
+             a.OnCacheAcquireBegin(L"p", L"l", BOOTSTRAPPER_CACHE_OPERATION_COPY, L"s");
+             a.OnCacheAcquireProgress(L"p", L"l", 1, 2, 3);
+             a.OnCacheAcquireComplete(L"p", L"l", failed, 0);
+             a.OnCacheVerifyComplete(L"p", L"l", failed, 0);
+         }},
+    {.what = "a download in a repair",
+     .variables = {{L"PDX_REPAIR", L"1"}},
+     .call =
+         [](App& a) {
+             a.OnCacheAcquireBegin(L"p", L"l", fetch, L"https://x/a");
+             a.OnCacheAcquireProgress(L"p", L"l", 4, 4, 3);
+             a.OnCacheAcquireComplete(L"p", L"l", S_OK, 0);
+         },
+     .reported =
+         {R"(tally download {"download_id":<id>,"item_platform":"pc","percent":0,"status":"start",)"
+          R"("status_code":"repair"})",
+          R"(brisk inst.dnld.strt {"byte":0,"link":"https://x/a","strt":<time>,"stst":"repair"})",
+          R"(tally download {"download_id":<id>,"item_platform":"pc","percent":100.0,"status":"finish",)"
+          R"("status_code":"success"})",
+          R"(brisk inst.dnld.succ {"byte":4,"endt":<time>,"enst":"success","link":"https://x/a","pct":"100.0000",)"
+          R"("strt":<time>,"stst":"repair"})"}},
+    {.what = "an error",
+     .call =
+         [](App& a) {
+             a.OnElevate();
+             a.OnError(PALISADE_ERROR_TYPE, L"p", 1603, L"lone \xD800", 0, 0, nullptr, 0);
+         },
+     .reported = {R"(tally install {"status":"error","status_code":"a7ff0643"})",
+                  R"(brisk inst.inst.erro {)" + errorTail("{}", 27, "lone \xEF\xBF\xBD")}},
+    {.what = "execution succeeds", .call = [](App& a) { a.OnExecuteComplete(S_OK); }},
+    {.what = "execution is cancelled", .call = [](App& a) { a.OnExecuteComplete(hresultFromWin32(userExitCode)); }},
+    {.what = "execution fails with another code after a cancel",
+     .call =
+         [](App& a) {
+             a.PromptCancel(nullptr, TRUE, nullptr, nullptr);
+             a.OnExecuteComplete(failed);
+         }},
+    {.what = "an error with the machine's runtimes",
+     .variables = {{L"VCRedist10X86InstalledVer", L"10.32"},
+                   {L"VCRedist11X86InstalledVer", L"11.32"},
+                   {L"VCRedist12X86InstalledVer", L"12.32"},
+                   {L"VCRedist14X86InstalledVer", L"14.32"},
+                   {L"VCRedist14X64InstalledVer", L"14.64"}},
+     .call = [](App& a) { a.OnExecuteComplete(failed); },
+     .reported =
+         {R"(tally install {"installation_type":"kestrel_client","status":"error","status_code":"a7ff0643"})",
+          R"(brisk inst.inst.erro {"ecod":"a7ff0643","ectx":{"stat":"a7ff0643"},"einv":true,"emsg":"unknown","eopr":43,)"
+          R"("estr":"a7ff0643","vc10x86ver":"10.32","vc11x86ver":"11.32","vc12x86ver":"12.32","vc14x64ver":"14.64",)"
+          R"("vc14x86ver":"14.32"})"}},
+    {.what = "the older client goes in an uninstall",
+     .action = BOOTSTRAPPER_ACTION_UNINSTALL,
+     .call = [](App& a) { a.OnExecuteMsiMessage(L"p", 0, 0, L"CA_MSG_BASTION_UNINSTALL_SUCCESS", 0, nullptr, 0); }},
+    {.what = "a repair is cancelled",
+     .variables = {{L"PDX_REPAIR", L"1"}},
+     .call = [](App& a) { a.UpdateInstallStatus(hresultFromWin32(userExitCode)); },
+     .ends = true,
+     .reported =
+         {R"(tally install {"installation_type":"kestrel_client","status":"cancel","status_code":"user_action"})",
+          R"(brisk inst.repr.canc {"cnst":"user_action"})"}},
+    {.what = "a reload reports nothing and stops nothing",
+     .call =
+         [](App& a) {
+             a.requestRepair();
+             EXPECT_EQ(a.OnShutdown(), resultReloadBootstrapper);
+             SetEnvironmentVariableW(L"PDX_REPAIR", nullptr);
+         }},
 };
 
-TEST(RunTelemetry, TellsWhatTheCatalogueHasForEachCallback) {
+TEST(RunTelemetry, ReportsWhatTheCatalogueHasForEachCallback) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
         ProbedRun probed(row.action);
-        if (row.extra & repair) probed.engine.variables.set(L"PDX_REPAIR", std::wstring(L"1"));
+        for (const auto& [name, value] : row.variables) probed.engine.variables.set(name, std::wstring(value));
         probed.engine.variables.set(L"InstallFolder", std::wstring(L"C:\\P"));
         probed.engine.variables.set(L"DefaultInstallFolder", std::wstring(L"C:\\P"));
-        const size_t before = probed.told().size();
+        const size_t before = probed.reported().size();
         row.call(probed.app());
-        Texts wanted = row.told;
-        if (row.extra & ends) {
+        Texts wanted = row.reported;
+        if (row.ends) {
             probed.app().OnShutdown();
             for (const char* last : {"brisk inst.sess.stop {}", "request stop", "stop"}) wanted.emplace_back(last);
         }
-        Texts told = probed.told();
-        told.erase(told.begin(), told.begin() + before);
-        EXPECT_THAT(told, ElementsAreArray(wanted));
+        Texts reported = probed.reported();
+        reported.erase(reported.begin(), reported.begin() + before);
+        EXPECT_THAT(reported, ElementsAreArray(wanted));
     }
 }
 
-TEST(RunTelemetry, WaitsForTheReportWhoseIdItTells) {
+TEST(RunTelemetry, WaitsForTheReportWhoseIdItSends) {
     const std::pair<HRESULT, const char*> cases[] = {{hresultFromWin32(userExitCode), "brisk inst.inst.canc"},
                                                      {failed, "brisk inst.inst.fail"}};
     for (const auto& [status, event] : cases) {
@@ -141,21 +140,21 @@ TEST(RunTelemetry, WaitsForTheReportWhoseIdItTells) {
         probed.engine.variables.set(L"PDX_SUBMIT_ERROR_REPORT", std::wstring(L"1"));
         Texts before;
         probed.world.report = [&](const ReportFiles&) {
-            before = probed.told();
+            before = probed.reported();
             return std::string("er-1");
         };
         probed.app().UpdateInstallStatus(status);
         probed.app().OnShutdown();
-        const Texts told = probed.told();
-        const auto ending = std::ranges::find_if(told, [&](auto& text) { return text.starts_with(event); });
-        ASSERT_NE(ending, told.end()) << event;
+        const Texts reported = probed.reported();
+        const auto ending = std::ranges::find_if(reported, [&](auto& text) { return text.starts_with(event); });
+        ASSERT_NE(ending, reported.end()) << event;
         EXPECT_NE(ending->find(R"("report_id":"er-1")"), std::string::npos) << *ending;
-        EXPECT_LT(before.size(), static_cast<size_t>(ending - told.begin())) << "the report goes out first";
+        EXPECT_LT(before.size(), static_cast<size_t>(ending - reported.begin())) << "the report goes out first";
     }
 }
 
 TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
-    // enabledAt: position among what is told by the end of OnStartup; 0: not enabled
+    // enabledAt: position among what is reported by the end of OnStartup; 0: not enabled
     const std::tuple<const wchar_t*, const wchar_t*, bool, size_t> cases[] = {
         {L"KESTREL_AUTHCODE", L"code", true, 2}, {L"KESTREL_AUTHCODE", L"code", false, 0},
         {L"KESTREL_AUTHCODE", L"", true, 0},     {L"PDX_REPAIR", L"1", false, 2},
@@ -165,13 +164,12 @@ TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
         SCOPED_TRACE(toUtf8(variable));
         if (olderClient)
             RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
-        AnsweringDialog dialog;
         ProbedRun probed;
         probed.engine.variables.set(variable, std::wstring(value));
         probed.app().OnStartup();
-        const Texts told = probed.told();
-        for (size_t i = 1; i < told.size(); ++i) EXPECT_EQ(told[i] == "enable", i == enabledAt) << i;
-        EXPECT_EQ(told.size() > 2, enabledAt != 0);
+        const Texts reported = probed.reported();
+        for (size_t i = 1; i < reported.size(); ++i) EXPECT_EQ(reported[i] == "enable", i == enabledAt) << i;
+        EXPECT_EQ(reported.size() > 2, enabledAt != 0);
         RegDeleteTreeW(RegistryKey::localMachine(view32).createSubKey(L"Software", true).get(), L"Bastion");
     }
 }
@@ -179,7 +177,7 @@ TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
 /// An object that asks for a reload, to its last reference.
 std::weak_ptr<RecordingTelemetry> reload() {
     ProbedRun probed;
-    probed.app().requestRepairReload();
+    probed.app().requestRepair();
     probed.app().OnShutdown();
     const auto telemetry = std::static_pointer_cast<RecordingTelemetry>(g_telemetry.get());
     probed.release();
@@ -231,7 +229,6 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
     };
     for (const UpdateCase& row : cases) {
         SCOPED_TRACE(row.what);
-        AnsweringDialog dialog;
         ProbedRun probed;
         probed.engine.variables.set(L"IsThickInstaller", std::wstring(row.thick));
         probed.engine.answers.setUpdate = row.accepted;
@@ -245,7 +242,7 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
         app.OnStartup();
         EXPECT_EQ(app.OnDetectUpdateBegin(L"feed", 7), row.cancelled ? IDCANCEL : 7);
         EXPECT_EQ(probed.world.updatesAsked, row.asks ? Texts{row.version} : Texts{});
-        EXPECT_EQ(dialog.numbers(), row.asks ? std::vector<UINT>{WM_BA_DETECT_UPDATE_BEGIN} : std::vector<UINT>{});
+        EXPECT_EQ(probed.ui.names(), row.asks ? Texts{"showUpdateCheck"} : Texts{});
         EXPECT_THAT(
             probed.engine.callTexts("SetUpdate"),
             ElementsAreArray(row.updates ? Texts{"SetUpdate(null, https://x/new.exe, 0, 0, null, 0)"} : Texts{}));

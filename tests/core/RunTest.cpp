@@ -1,9 +1,8 @@
-// Whole runs in process: the decisions of a start, what the dialog is told, and how a run is told at its end.
+// Whole runs in process: the decisions of a start, what is shown, and how the run ends.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 
 #include "config/Settings.h"
@@ -11,7 +10,6 @@
 #include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
-#include "ui/dialog/BootstrapperDialog.h"
 
 namespace pdx {
 namespace {
@@ -37,8 +35,8 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
         RegistryKey machine = RegistryKey::localMachine(view32), classes = RegistryKey::classesRoot(view64);
         if (clientPath) machine.setSubKeyValue(olderClientKey, L"ClientPath", std::wstring(L"C:\\B\\b.exe"));
         if (gatelink) classes.setSubKeyValue(L"gatelink\\shell\\open\\command", {}, std::wstring(L"g.exe"));
-        AnsweringDialog dialog(AnsweringDialog::driveOn);
         ProbedRun probed;
+        probed.ui.answer = UiScript::driveOn;
         probed.engine.variables.set(L"IGNORE_ALREADY_INSTALLED", std::wstring(ignore));
         const RunOutcome outcome = probed.run();
         EXPECT_EQ(outcome.failure, "");
@@ -48,95 +46,16 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
     }
 }
 
-struct Sender {
-    ProbedApplication& app;
-    HANDLE begun;
-};
-
-unsigned __stdcall sendOnThread(void* argument) {
-    auto& sender = *static_cast<Sender*>(argument);
-    SetEvent(sender.begun);
-    sender.app.sendAppMessage(WM_BA_CACHE_BEGIN);
-    return 0;
-}
-
-TEST(Run, HoldsASecondMessageBackWhileAPromptWaits) {
-    AnsweringDialog dialog;
-    ProbedRun probed;
-    ProbedApplication& app = probed.app();
-    Handle begun(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    bool held = false;
-    probed.run({}, [&](const SlotEvent& event) {
-        if (event.slot != "OnDetectComplete" || event.returned) return;
-        app.setDialogReady(false);
-        Sender sender = {app, begun.get()};
-        Thread other;
-        other.start(sendOnThread, &sender);
-        WaitForSingleObject(begun.get(), INFINITE);
-        // No time tells how long a thread may be kept from running: a thousand later messages get through meanwhile.
-        const HWND window = FindWindowExW(HWND_MESSAGE, nullptr, L"AnsweringDialog", nullptr);
-        for (int time = 0; time < 1000; ++time) SendMessageW(window, WM_NULL, 0, 0);
-        held = window && dialog.messages().empty();
-        app.setDialogReady(true);
-        other.join();
-        app.quit(0);
-    });
-    EXPECT_TRUE(held);
-    EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_CACHE_BEGIN});
-}
-
-TEST(Run, EndsItsDialogThoughAnotherLoopTakesTheFirstWord) {
-    // As a dialog that is being moved.
-    const auto moved = [](BootstrapperApplication& application) {
-        MSG message;
-        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
-        application.setDialogWindow(reinterpret_cast<HWND>(1));
-        application.setDialogReady(true);
-        for (int loop = 0; loop < 2; ++loop)
-            while (GetMessageW(&message, nullptr, 0, 0) > 0) continue;
-    };
-    ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, moved);
-    EXPECT_EQ(probed.slots().OnStartup(), S_OK);
-    EXPECT_EQ(probed.slots().OnShutdown(), 0);
-}
-
-TEST(Run, GoesOnWithoutADialogThatFailed) {
-    const auto fails = [](BootstrapperApplication&) { throw std::runtime_error("no memory for a dialog"); };
-    ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, fails);
-    EXPECT_EQ(probed.slots().OnStartup(), E_FAIL);
-    EXPECT_TRUE(probed.engine.findLog(L"The UI thread failed: no memory for a dialog"));
-    EXPECT_EQ(probed.slots().OnShutdown(), 0);
-}
-
-/// Fails at a line that is logged while the dialog is made.
-struct FailingLogger : Logger {
-    void write(int32_t level, const char* function, int32_t line, const char* message) override {
-        if (std::string_view(message).starts_with("variable=[InstallFolder]")) throw std::bad_alloc();
-        earlier->write(level, function, line, message);
-    }
-    std::shared_ptr<Logger> earlier = g_logger.get();
-};
-
-TEST(Run, EndsAtTheStartWithADialogThatIsNotComplete) {
-    ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_FULL, UIThreadFunc);
-    probed.app();
-    g_logger.set(std::make_shared<FailingLogger>());
-    EXPECT_EQ(probed.slots().OnStartup(), E_FAIL);
-    EXPECT_TRUE(probed.engine.findLog(L"The dialog is not complete"));
-    EXPECT_EQ(probed.slots().OnShutdown(), 0);
-    g_logger.clear();
-}
-
 TEST(Run, PlansNothingAfterAPromptInsideADetection) {
-    AnsweringDialog dialog(AnsweringDialog::driveOn);
     ProbedRun probed;
+    probed.ui.answer = UiScript::driveOn;
     EngineScript script;
     script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
     const RunOutcome outcome = probed.run(script);
     EXPECT_EQ(outcome.failure, "");
     EXPECT_TRUE(entered(outcome, "OnDetectComplete"));
     EXPECT_FALSE(entered(outcome, "OnPlanBegin"));
-    EXPECT_EQ(dialog.numbers(), std::vector<UINT>{WM_BA_PROMPT_ALREADY_INSTALLED});
+    EXPECT_EQ(probed.ui.names(), std::vector<std::string>{"askInstalled"});
 }
 
 /// The client is installed, and the older one too where it is there.
@@ -158,35 +77,32 @@ RunOutcome startBesideClients(ProbedRun& probed, bool olderThere, const char* mi
 }
 
 TEST(Run, OffersTheMoveOnlyWhereAllOfItIsWanted) {
-    const std::tuple<bool, const char*, const char*, const wchar_t*, UINT> rows[] = {
-        {true, "true", "true", L"1", WM_BA_PROMPT_BASTION_UNINSTALL},
-        {false, "true", "true", L"1", WM_BA_PROMPT_ALREADY_INSTALLED},
-        {true, "false", "true", L"1", WM_BA_PROMPT_ALREADY_INSTALLED},
-        {true, "true", "false", L"1", WM_BA_PROMPT_ALREADY_INSTALLED},
-        {true, "true", "true", L"", WM_BA_PROMPT_ALREADY_INSTALLED},
+    const std::tuple<bool, const char*, const char*, const wchar_t*, const char*> rows[] = {
+        {true, "true", "true", L"1", "askOlderClient"}, {false, "true", "true", L"1", "askInstalled"},
+        {true, "false", "true", L"1", "askInstalled"},  {true, "true", "false", L"1", "askInstalled"},
+        {true, "true", "true", L"", "askInstalled"},
     };
     for (const auto& [olderThere, migration, prompt, upgrade, offered] : rows) {
-        AnsweringDialog dialog;
         ProbedRun probed;
         startBesideClients(probed, olderThere, migration, prompt, upgrade);
-        EXPECT_EQ(dialog.numbers(), std::vector<UINT>{offered}) << olderThere << migration << prompt;
+        EXPECT_EQ(probed.ui.names(), std::vector<std::string>{offered}) << olderThere << migration << prompt;
     }
 }
 
 TEST(Run, FollowsNoAnswerOfACancelledPrompt) {
     for (const wchar_t* upgrade : {L"", L"1"})
         for (const int answer : {0, 1, 2}) {
-            AnsweringDialog dialog([answer](auto& application, const auto&) {
-                application.PromptCancel(nullptr, TRUE, nullptr, nullptr);
-                return answer;
-            });
             ProbedRun probed;
+            probed.ui.answer = [answer](RunControls& run, const auto&) {
+                run.cancel(nullptr);
+                return answer;
+            };
             const RunOutcome outcome = startBesideClients(probed, true, "true", "true", upgrade);
             EXPECT_EQ(outcome.shutdown, 0) << answer;
             EXPECT_EQ(probed.engine.callTexts("Quit"), std::vector<std::string>{"Quit(0)"});
             EXPECT_FALSE(probed.engine.findLog(L"variable=[PDX_UNINSTALL_BASTION]")) << "asked before a client's start";
             EXPECT_EQ(probed.engine.variables.text(L"PDX_UNINSTALL_BASTION"), L"1") << upgrade << answer;
-            EXPECT_EQ(dialog.messages().size(), 1u);
+            EXPECT_EQ(probed.ui.names().size(), 1u);
         }
 }
 
@@ -198,7 +114,8 @@ TEST(Run, EndsWhenTheEngineRefusesAStep) {
                                                                    {"Apply", L"0", 1}};
     for (const auto& [operation, repair, exitCode] : rows) {
         SCOPED_TRACE(operation);
-        ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, UIThreadFunc);
+        ProbedRun probed;
+        probed.ui.answer = UiScript::driveOn;
         probed.engine.answers.refused = operation;
         probed.engine.variables.set(L"PDX_REPAIR", std::wstring(repair));
         const RunOutcome outcome = probed.run();
@@ -226,8 +143,8 @@ TEST(Run, ReportsThePackagesOwnStatus) {
         {L"25000", S_OK, 0xA7FF61A8, Outcome::succeeded},
     };
     for (const auto& row : rows) {
-        AnsweringDialog dialog(AnsweringDialog::driveOn);
         ProbedRun probed;
+        probed.ui.answer = UiScript::driveOn;
         EngineScript script;
         script.actions = {std::wstring(L"PDX_SET_VARIABLE:PDX_MSI_STATUS=") + row.status};
         script.execute = row.engineStatus;

@@ -8,12 +8,12 @@
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
-BootstrapperDialog::BootstrapperDialog(BootstrapperApplication& application)
-    : Dialog(IDD_BOOTSTRAPPER), app(application) {}
+BootstrapperDialog::BootstrapperDialog(RunControls& controls, DialogGate& dialogGate)
+    : Dialog(IDD_BOOTSTRAPPER), run(controls), gate(dialogGate) {}
 
 BootstrapperDialog::~BootstrapperDialog() {
-    app.setDialogWindow(nullptr);
-    app.setDialogReady(true);
+    gate.setWindow(nullptr);
+    gate.setReady(true);
     const HWND window = std::exchange(hwnd, nullptr);
     if (!IsWindow(window)) return;
     SetWindowLongPtrW(window, DWLP_USER, 0);
@@ -28,12 +28,12 @@ std::wstring BootstrapperDialog::Translate(const wchar_t* key) {
 MessageResult BootstrapperDialog::OnInitDialog() {
     LoadPrivateFonts();
     SetWindowTextW(hwnd, Translate(L"INSTALLER_WINDOW_TITLE").c_str());
-    const bool shown = app.display() != BOOTSTRAPPER_DISPLAY_NONE;
+    const bool shown = run.display() != BOOTSTRAPPER_DISPLAY_NONE;
     if (shown) Pictures();
     CreateControls();
     if (shown) Show(SW_SHOW);
-    app.setDialogWindow(hwnd);
-    app.setDialogReady(true);
+    gate.setWindow(hwnd);
+    gate.setReady(true);
     return handled(FALSE);
 }
 
@@ -60,7 +60,7 @@ void BootstrapperDialog::CreateControls() {
     make(locationLabel, IDC_LOCATION_LABEL).SetFont(textFont(14, fontBold));
     make(locationValue, IDC_LOCATION_VALUE).SetFont(CreateFontByName(pathFace, 14, fontRegular));
     locationValue->SetTextColor(palette::Grey[8]);
-    locationValue->SetText(app.GetEngineVariable(variable::installFolder, true));
+    locationValue->SetText(run.installFolder());
     make(closeButton, IDC_CLOSE).SetAccessibleName(Translate(L"installer_close"));
     make(actionButton, IDC_ACTION1).SetFont(textFont(14, fontBold));
     make(actionButton2, IDC_ACTION2).SetFont(textFont(14, fontBold));
@@ -92,7 +92,7 @@ MessageResult BootstrapperDialog::OnEraseBackground(WPARAM) { return handled(1);
 MessageResult BootstrapperDialog::OnSetFocus(WPARAM) { return handled(); }
 
 MessageResult BootstrapperDialog::OnQueryEndSession() {
-    app.noteLogoutExit();
+    run.noteLogout();
     return unhandled();
 }
 
@@ -100,7 +100,7 @@ MessageResult BootstrapperDialog::OnDestroy() {
     // What the box said stands when the window goes with its question unanswered.
     if (questionCheck) questionChecked = questionCheck->IsChecked();
     PostQuitMessage(0);
-    app.quit(0);
+    run.quit(0);
     return handled();
 }
 

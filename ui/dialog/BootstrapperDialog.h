@@ -7,12 +7,14 @@
 #include <optional>
 #include <string>
 
-#include "core/BootstrapperApplication.h"
+#include "core/RunControls.h"
+#include "core/RunUi.h"
+#include "ui/dialog/DialogGate.h"
 #include "ui/dialog/PagePictures.h"
 #include "ui/dialog/rules/Closing.h"
 #include "ui/dialog/rules/PageLayout.h"
 #include "ui/dialog/rules/PageState.h"
-#include "ui/dialog/rules/Prompts.h"
+#include "ui/dialog/rules/PromptTexts.h"
 #include "ui/toolkit/Button.h"
 #include "ui/toolkit/Checkbox.h"
 #include "ui/toolkit/Dialog.h"
@@ -26,7 +28,7 @@ namespace pdx {
 /// All calls on the UI thread. Whoever makes it deletes it behind its message loop.
 class BootstrapperDialog : public Dialog {
   public:
-    explicit BootstrapperDialog(BootstrapperApplication& application);
+    BootstrapperDialog(RunControls& controls, DialogGate& dialogGate);
     /// Lets go of every thread that waits for the dialog, then destroys the window if it is still there.
     ~BootstrapperDialog() override;
 
@@ -106,8 +108,6 @@ class BootstrapperDialog : public Dialog {
     void AnswerPage(int32_t control) { Top().result = control; }
     void OnBrowse();
 
-    /// Ends a run whose next step the engine has refused.
-    void QuitOnFailure(const char* operation, HRESULT hr);
     void OnDetectComplete();
     void OnUninstallDetected();
     /// Asks whether the older client is to go; gives the prompt's answer.
@@ -123,7 +123,8 @@ class BootstrapperDialog : public Dialog {
 
     void OpenLegalDocument(std::wstring_view type);
 
-    BootstrapperApplication& app;
+    RunControls& run;
+    DialogGate& gate;
     bool plainBackground = false;
     Color backgroundColor = palette::plainBackground;
     std::shared_ptr<PagePictures> pictures;
@@ -151,12 +152,5 @@ class BootstrapperDialog : public Dialog {
     std::unique_ptr<Checkbox> shortcutCheck;
     std::unique_ptr<ProgressBar> progressBar;
 };
-
-/// Makes ready on the UI thread what the first page needs there, before there is a dialog: the drawing library, the
-/// faces, what the system sets up for a thread with windows. The pictures that were begun learn their size.
-void prepareUiThread();
-
-/// The routine of the UI thread: makes the dialog and runs its messages until WM_QUIT.
-void UIThreadFunc(BootstrapperApplication& application);
 
 }  // namespace pdx

@@ -1,8 +1,6 @@
 // What the buttons do.
 #include <algorithm>
 
-#include "state/OlderClientFate.h"
-#include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/PageFlow.h"
 
@@ -35,7 +33,7 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
             Perform(closeDeeds(GetClosingFacts()).escape);
             break;
         case IDC_OPTIONS:
-            app.telemetry().sendMeridianStartClick(startInstallOptions);
+            run.telemetry().sendMeridianStartClick(startInstallOptions);
             ReplacePage({.kind = pageOptions});
             break;
         case IDC_BROWSE:
@@ -48,25 +46,25 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
 }
 
 const wchar_t* BootstrapperDialog::InstallTitleKey() const {
-    return app.isThinInstaller() ? L"installer_download_progress_title" : L"installer_install_progress_title";
+    return run.isThinInstaller() ? L"installer_download_progress_title" : L"installer_install_progress_title";
 }
 
 void BootstrapperDialog::OnStartInstall() {
     const std::wstring folder = locationValue->GetText();
     if (!ValidateInstallFolder(folder)) return;
     const wchar_t* titleKey = InstallTitleKey();
-    enableTelemetry();
-    app.setInstallFolder(folder);
-    app.engine()->SetVariableString(variable::desktopShortcut, shortcutCheck->IsChecked() ? L"1" : L"");
-    app.telemetry().sendMeridianStartClick(startLetsGo);
-    if (isOlderClientTo(OlderClientFate::asks)) {
+    run.enableSending();
+    run.setInstallFolder(folder);
+    run.setDesktopShortcut(shortcutCheck->IsChecked());
+    run.telemetry().sendMeridianStartClick(startLetsGo);
+    if (run.asksAboutOlderClient()) {
         const int32_t answer = OfferBastionUninstall();
-        app.engine()->SetVariableNumeric(variable::uninstallBastion, answer == resultOk);
-        if (answer == resultOk) app.telemetry().sendBastionOverlayClick(overlayUninstall);
-        if (answer == resultCancel) app.telemetry().sendBastionOverlayClick(overlayNotNow);
+        run.setOlderClientRemoval(answer == resultOk);
+        if (answer == resultOk) run.telemetry().sendBastionOverlayClick(overlayUninstall);
+        if (answer == resultCancel) run.telemetry().sendBastionOverlayClick(overlayNotNow);
         if (!IsWindow(hwnd)) return;
     }
-    QuitOnFailure("Plan", app.engine()->Plan(app.action()));
+    run.plan();
     ShowProgressPage(titleKey);
 }
 
@@ -75,8 +73,8 @@ ClosingFacts BootstrapperDialog::GetClosingFacts() const {
     return {.page = TopPage().role,
             .oneButton = hasOneButton(TopPage()),
             .closePromptOpen = std::any_of(pages.begin(), pages.end(), asks),
-            .uninstalls = app.action() == BOOTSTRAPPER_ACTION_UNINSTALL,
-            .asksUser = isPromptShown(app.display())};
+            .uninstalls = run.action() == BOOTSTRAPPER_ACTION_UNINSTALL,
+            .asksUser = isPromptShown(run.display())};
 }
 
 void BootstrapperDialog::Perform(CloseDeed deed) {
@@ -99,15 +97,13 @@ void BootstrapperDialog::Perform(CloseDeed deed) {
 }
 
 bool BootstrapperDialog::AskToClose() {
-    if (Top().kind == pageOlderClient) app.telemetry().sendBastionOverlayClick(overlayClose);
-    if (Top().kind == pageWelcome) app.telemetry().sendMeridianStartClick(startClose);
+    if (Top().kind == pageOlderClient) run.telemetry().sendBastionOverlayClick(overlayClose);
+    if (Top().kind == pageWelcome) run.telemetry().sendMeridianStartClick(startClose);
     return ShowPrompt(closePrompt) == resultCancel;
 }
 
 void BootstrapperDialog::StopInstaller() {
-    // The flag makes every further callback answer a cancel: an apply that is under way ends in a rollback.
-    app.PromptCancel(hwnd, TRUE, nullptr, nullptr);
-    app.UpdateInstallStatus(hresultFromWin32(userExitCode));
+    run.cancel(hwnd);
     DestroyWindow(hwnd);
 }
 

@@ -11,8 +11,8 @@
 #include "platform/rules/Numbers.h"
 #include "platform/Text.h"
 #include "ui/dialog/BootstrapperDialog.h"
-#include "ui/dialog/rules/InstallFolder.h"
-#include "ui/dialog/rules/Prompts.h"
+#include "ui/dialog/rules/FolderCheck.h"
+#include "ui/dialog/rules/PromptTexts.h"
 
 namespace pdx {
 namespace {
@@ -96,7 +96,7 @@ void BootstrapperDialog::OnBrowse() {
         productFolderIn(chosen, PathFindFileNameW(chosen.c_str()), PathIsRootW(chosen.c_str()) != FALSE);
     if (folder.size() >= pathCapacity || !ValidateInstallFolder(folder)) return;
     locationValue->SetText(folder);
-    app.setInstallFolder(folder);
+    run.setInstallFolder(folder);
 }
 
 }  // namespace pdx

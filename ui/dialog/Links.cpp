@@ -10,8 +10,8 @@
 #include "platform/Text.h"
 #include "platform/Url.h"
 #include "ui/dialog/BootstrapperDialog.h"
-#include "ui/dialog/rules/Links.h"
-#include "ui/dialog/rules/Prompts.h"
+#include "ui/dialog/rules/LinkTargets.h"
+#include "ui/dialog/rules/PromptTexts.h"
 
 namespace pdx {
 namespace {
@@ -42,7 +42,7 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
             openWithShell(href);
             break;
         case LinkDeed::userAgreement:
-            app.telemetry().sendMeridianStartClick(startUserAgreement);
+            run.telemetry().sendMeridianStartClick(startUserAgreement);
             OpenLegalDocument(userAgreementDocument);
             break;
         case LinkDeed::privacyPolicy:
@@ -60,7 +60,7 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
 void BootstrapperDialog::OpenLegalDocument(std::wstring_view type) {
     const auto translator = g_translator.get();
     const std::wstring language = translator ? translator->siteLanguage({}) : L"en";
-    const bool online = app.isThinInstaller() || type == privacyDocument;
+    const bool online = run.isThinInstaller() || type == privacyDocument;
     const std::wstring target = online ? onlineLegalDocument(getConfigWideString("legal.url"), type, language)
                                        : besideProgram(localLegalDocument(type, language));
     if (target.empty())

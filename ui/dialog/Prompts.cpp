@@ -1,4 +1,5 @@
 // Questions to the user, each with a message loop of its own, so that the sender's callback waits for the answer.
+#include "ui/dialog/AppMessages.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/PageFlow.h"
 
@@ -15,7 +16,7 @@ struct AtEnd {
 }  // namespace
 
 int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
-    if (!isPromptShown(app.display())) return prompt.defaultResult;
+    if (!isPromptShown(run.display())) return prompt.defaultResult;
     // Hidden for a newer installer that then failed: nobody could answer.
     if (!IsVisible()) Show(SW_SHOW);
     const auto text = [](const wchar_t* key) { return *key ? Translate(key) : std::wstring(); };
@@ -29,7 +30,7 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
                      .button3Text = text(prompt.button3),
                      .role = prompt.role});
     ++openPrompts;
-    app.setDialogReady(false);
+    gate.setReady(false);
     // Without fail: a prompt that counted as open for ever would hold the engine's thread for ever.
     const AtEnd end([this] { RemovePrompt(); });
     ShowTopPage();
@@ -40,7 +41,7 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
 void BootstrapperDialog::RemovePrompt() noexcept {
     --openPrompts;
     // A prompt below this one still waits for its answer.
-    if (openPrompts == 0) app.setDialogReady(true);
+    if (openPrompts == 0) gate.setReady(true);
     if (pages.size() > 1)
         pages.pop_back();
     else

@@ -6,6 +6,7 @@
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/DialogUi.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
@@ -62,14 +63,14 @@ void prepareUiThread() {
     if (const auto pictures = g_pagePictures.get(); pictures && size != Size{}) pictures->setWindowSize(size);
 }
 
-void UIThreadFunc(BootstrapperApplication& application) {
+void UIThreadFunc(RunControls& run, DialogGate& gate) {
     PDX_LOG(logInfo, "UIThreadFunc", "Entering UIThreadFunc");
     // For the folder chooser and the shell.
     ComApartment apartment;
     apartment.start(COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE);
-    BootstrapperDialog dialog(application);
+    BootstrapperDialog dialog(run, gate);
     const HWND window = dialog.Create({});
-    if (window && application.dialogWindow()) {
+    if (window && gate.window()) {
         pumpMessages(window);
     } else if (window) {
         // It broke off while it was made, and nobody waits for it.

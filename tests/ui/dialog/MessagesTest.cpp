@@ -57,7 +57,7 @@ void play(ProbedDialog& probed, const std::vector<Row>& rows) {
             EXPECT_EQ(probed.text(), readable(row.title));
         }
         EXPECT_EQ(probed.newCalls(), row.calls);
-        EXPECT_EQ(probed.newlyTold(), row.told);
+        EXPECT_EQ(probed.newlyReported(), row.told);
     }
 }
 

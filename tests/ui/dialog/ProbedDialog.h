@@ -18,7 +18,9 @@
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
 #include "tests/ui/toolkit/TestWindows.h"
+#include "ui/dialog/AppMessages.h"
 #include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/DialogUi.h"
 #include "ui/toolkit/rules/GumboTree.h"
 #include "ui/toolkit/rules/Markup.h"
 
@@ -46,22 +48,29 @@ class ProbedDialog : public ProbedRun {
                           BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_FULL)
         : ProbedRun(action, display) {
         engine.variables.set(L"InstallFolder", std::wstring(L"C:\\Games\\Palisade Desktop"));
-        toldBefore = told().size();
-        dialog = std::make_unique<OpenDialog>(app());
+        reportedBefore = reported().size();
+        dialog = std::make_unique<OpenDialog>(app(), gate());
         dialog->Create({});
         settle();
         callsSeen = engine.calls().size();
     }
     ~ProbedDialog() {
         dialog.reset();
+        dialogUi.reset();
         settle();
         DestroyWindow(steps);
     }
 
+    /// It sends to the dialog as it does from the engine's thread.
+    DialogUi& sender() {
+        if (!dialogUi) dialogUi = std::make_unique<DialogUi>(app());
+        return *dialogUi;
+    }
+    DialogGate& gate() { return sender().gate(); }
     [[nodiscard]] HWND window() const { return dialog->GetHandle(); }
     [[nodiscard]] HWND item(int32_t id) const { return GetDlgItem(window(), id); }
     int send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
-        return app().sendAppMessage(message, wparam, lparam);
+        return sender().sendAppMessage(message, wparam, lparam);
     }
 
     /// Runs the step in whichever loop takes the thread's next message.
@@ -115,11 +124,11 @@ class ProbedDialog : public ProbedRun {
         return texts;
     }
 
-    /// What telemetry was told since the last time: "enable", "meridian_start_close click" and so on.
-    std::vector<std::string> newlyTold() {
+    /// What was reported since the last time: "enable", "meridian_start_close click" and so on.
+    std::vector<std::string> newlyReported() {
         const std::string message = "tally message ";
-        std::vector<std::string> texts = told();
-        const size_t before = std::exchange(toldBefore, texts.size());
+        std::vector<std::string> texts = reported();
+        const size_t before = std::exchange(reportedBefore, texts.size());
         texts.erase(texts.begin(), texts.begin() + static_cast<ptrdiff_t>(before));
         for (std::string& text : texts) {
             if (!text.starts_with(message)) continue;
@@ -130,6 +139,7 @@ class ProbedDialog : public ProbedRun {
     }
 
     NameListener names;
+    std::unique_ptr<DialogUi> dialogUi;
     std::unique_ptr<OpenDialog> dialog;
     std::optional<int> quitCode;
 
@@ -151,7 +161,7 @@ class ProbedDialog : public ProbedRun {
     HWND steps = makeStepWindow();
     std::deque<std::function<void()>> pending;
     size_t callsSeen = 0;
-    size_t toldBefore = 0;
+    size_t reportedBefore = 0;
 };
 
 }  // namespace pdx::testing_support

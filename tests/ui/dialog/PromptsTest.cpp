@@ -21,7 +21,7 @@ constexpr auto failed = static_cast<WPARAM>(E_FAIL);
 TEST(Prompts, StackAndHoldEachOtherCallbackBack) {
     ProbedDialog probed;
     probed.dialog->ReplacePage({.kind = pageWelcome});
-    EXPECT_TRUE(probed.app().isDialogReady());
+    EXPECT_TRUE(probed.gate().isReady());
     probed.later([&] {
         EXPECT_EQ(probed.text(), readable(offlineTitle));
         probed.later([&] {
@@ -34,7 +34,7 @@ TEST(Prompts, StackAndHoldEachOtherCallbackBack) {
         });
         // A sender that had passed the wait before the first prompt opened.
         EXPECT_EQ(SendMessageW(probed.window(), WM_BA_PROMPT_ALREADY_INSTALLED, 0, 0), 2);
-        EXPECT_FALSE(probed.app().isDialogReady()) << "the outer prompt is still open";
+        EXPECT_FALSE(probed.gate().isReady()) << "the outer prompt is still open";
         probed.later([&] {
             EXPECT_EQ(probed.text(), readable(offlineTitle)) << "comes to light again";
             EXPECT_EQ(probed.page(), pagePrompt);
@@ -42,7 +42,7 @@ TEST(Prompts, StackAndHoldEachOtherCallbackBack) {
         });
     });
     EXPECT_EQ(probed.send(WM_BA_CACHE_ACQUIRE_COMPLETE, failed), IDRETRY);
-    EXPECT_TRUE(probed.app().isDialogReady());
+    EXPECT_TRUE(probed.gate().isReady());
     EXPECT_EQ(probed.page(), pagePrompt);
     probed.settle();
     EXPECT_EQ(probed.page(), pageOptions) << "what was put below both prompts";
@@ -74,9 +74,9 @@ TEST(Prompts, GiveNoAnswerWhenTheirLoopOrWindowEnds) {
         probed.settle();
         EXPECT_EQ(probed.quitCode, code) << "the outermost loop sees the end too";
         EXPECT_EQ(probed.newCalls(), windowStands ? Texts{} : Texts{"Quit(0)"});
-        probed.app().setDialogReady(false);
+        probed.gate().setReady(false);
         probed.dialog.reset();
-        EXPECT_TRUE(probed.app().isDialogReady()) << "nobody waits for a dialog that is gone";
+        EXPECT_TRUE(probed.gate().isReady()) << "nobody waits for a dialog that is gone";
     }
 }
 
@@ -85,7 +85,7 @@ TEST(Prompts, ThatCannotBeShownHoldNobodyBack) {
     probed.dialog->ReplacePage({.kind = pageWelcome});
     probed.dialog->failsOnce = true;
     EXPECT_EQ(probed.send(WM_BA_PROMPT_ALREADY_INSTALLED), 0);
-    ASSERT_TRUE(probed.app().isDialogReady());
+    ASSERT_TRUE(probed.gate().isReady());
     probed.settle();
     EXPECT_EQ(probed.page(), pageWelcome);
 

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "ui/dialog/rules/Closing.h"
-#include "ui/dialog/rules/InstallFolder.h"
-#include "ui/dialog/rules/Links.h"
+#include "ui/dialog/rules/FolderCheck.h"
+#include "ui/dialog/rules/LinkTargets.h"
 #include "ui/dialog/rules/PageLayout.h"
-#include "ui/dialog/rules/Prompts.h"
+#include "ui/dialog/rules/PromptTexts.h"
 
 namespace pdx {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/dialog/rules/Links.h"
+#include "ui/dialog/rules/LinkTargets.h"
 
 namespace pdx {
 

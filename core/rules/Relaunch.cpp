@@ -1,4 +1,4 @@
-#include "core/rules/Handover.h"
+#include "core/rules/Relaunch.h"
 
 #include "core/rules/VariableNames.h"
 

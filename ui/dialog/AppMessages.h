@@ -1,6 +1,6 @@
-// The messages that the application object sends to its dialog. Each is sent synchronously, so that a callback can
-// wait for the user's answer. The numbers follow the engine's callbacks: slot p gives WM_APP + (p - 6), and those from
-// WM_APP + 51 on are the dialog's own.
+// The messages that the run sends to its dialog. Each is sent synchronously, so that a callback can wait for the user's
+// answer. The numbers follow the engine's callbacks: the one at position p of the engine's table gives WM_APP + (p - 6).
+// Those from WM_APP + 51 on are the dialog's own.
 #pragma once
 
 #include <windows.h>
@@ -38,13 +38,5 @@ constexpr bool mayAsk(UINT message) {
         if (one == message) return true;
     return false;
 }
-
-/// The error record of WM_BA_ERROR.
-struct ErrorInfo {
-    DWORD errorType;  ///< BOOTSTRAPPER_ERROR_TYPE, or PALISADE_ERROR_TYPE
-    DWORD code;       ///< the callback's code; at shutdown the status
-    DWORD uiHint;     ///< message box style word
-    int32_t defaultResult;
-};
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-#include "core/rules/Startup.h"
+#include "core/rules/StartupSteps.h"
 
 #include <gtest/gtest.h>
 

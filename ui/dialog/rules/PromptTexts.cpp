@@ -1,4 +1,4 @@
-#include "ui/dialog/rules/Prompts.h"
+#include "ui/dialog/rules/PromptTexts.h"
 
 #include "platform/rules/ProgramErrors.h"
 

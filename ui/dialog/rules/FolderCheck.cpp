@@ -1,4 +1,4 @@
-#include "ui/dialog/rules/InstallFolder.h"
+#include "ui/dialog/rules/FolderCheck.h"
 
 #include "platform/rules/Numbers.h"
 

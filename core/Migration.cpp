@@ -1,0 +1,67 @@
+#include "core/Migration.h"
+
+#include "core/Elevation.h"
+#include "core/rules/Relaunch.h"
+#include "platform/Log.h"
+#include "platform/Processes.h"
+#include "state/OlderClient.h"
+
+namespace pdx {
+
+void Migration::promptBastionUninstall() {
+    const bool asks = !run.isCancelled();
+    const OlderClientChoice choice = run.ui->askOlderClient();
+    const bool removes = choice == OlderClientChoice::uninstall;
+    // Every answer other than the first counts as this click, the closed window too, which cancels the run.
+    if (asks) run.telemetry.sendBastionOverlayClick(removes ? overlayUninstall : overlayNotNow);
+    if (!run.isCancelled()) {
+        if (removes) {
+            run.variables.setNumber(variable::uninstallBastion, 1);
+            run.requestReload(ReloadPurpose::migration);
+        }
+        if (choice == OlderClientChoice::notNow) {
+            run.variables.setNumber(variable::uninstallBastion, 0);
+            if (isBastionRunning()) {
+                PDX_LOG(logInfo, "BootstrapperApplication::promptBastionUninstall",
+                        "Bastion is running, attempting to close Bastion");
+                quitBastion();
+            }
+            launchClientToUpdate();
+        }
+    }
+    // Asked twice after the first answer, which is harmless.
+    run.quit(0);
+}
+
+HRESULT Migration::start() {
+    if (!run.hooks.isElevated()) return relaunchElevated(run, errors);
+    if (run.variables.get(variable::uninstallBastion) == L"1") removeOlderClient();
+    launchClientToUpdate();
+    run.quit(0);
+    return S_OK;
+}
+
+void Migration::launchInstalledClient() {
+    if (run.variables.get(variable::uninstallBastion) == L"1") {
+        removeOlderClient();
+        launchClientToUpdate();
+    } else {
+        launchClient(L"/checkForUpdate");
+    }
+}
+
+void Migration::removeOlderClient() {
+    run.ui->showOlderClientRemoval();
+    if (run.hasUserCancelled()) return;
+    waitForBastionTempUninstallers();
+    Sleep(1000);
+    // After a cancel too: the older client is gone.
+    run.telemetry.sendMeridianCompleted();
+}
+
+void Migration::launchClientToUpdate() {
+    if (run.hasUserCancelled()) return;
+    launchClient(L"/checkForUpdate " + authArgument(run.variables.get(variable::authCode)));
+}
+
+}  // namespace pdx

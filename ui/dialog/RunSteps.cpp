@@ -1,0 +1,122 @@
+// What the dialog does for each step of the run.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "platform/Handles.h"
+#include "platform/Log.h"
+#include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/rules/PageFlow.h"
+
+namespace pdx {
+namespace {
+
+/// Held by a running client.
+constexpr const wchar_t* clientMutexName = L"Global\\PalisadeDesktop.exe";
+
+/// A client of another user may not be looked at, and runs all the same.
+bool isClientRunning() {
+    return Handle(OpenMutexW(SYNCHRONIZE, FALSE, clientMutexName)) || GetLastError() == ERROR_ACCESS_DENIED;
+}
+
+}  // namespace
+
+void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey, PageRole role) {
+    ReplacePage({.kind = pageProgress, .title = Translate(titleKey), .role = role});
+}
+
+PageState& BootstrapperDialog::PageBelowPrompts() {
+    return openPrompts < pages.size() ? pages[pages.size() - 1 - openPrompts] : Top();
+}
+
+void BootstrapperDialog::SetOlderClientTitle() {
+    PageState& page = PageBelowPrompts();
+    page.title = Translate(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
+    if (openPrompts == 0) titleLabel->SetText(page.title);
+}
+
+void BootstrapperDialog::UpdateProgress(int32_t percent) {
+    // A message of another thread that was on its way when a prompt opened is none of the prompt's.
+    PageState& page = PageBelowPrompts();
+    if (page.progress == percent) return;
+    SendMessageW(progressBar->GetHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    page.progress = percent;
+}
+
+void BootstrapperDialog::OnDetectComplete() {
+    switch (afterDetection(run.action(), run.display(), !run.isRepair())) {
+        case DetectFlow::uninstall:
+            OnUninstallDetected();
+            break;
+        case DetectFlow::welcome:
+            ReplacePage({.kind = pageWelcome});
+            run.telemetry().sendMeridianStartImpressions();
+            break;
+        case DetectFlow::update:
+            ShowProgressPage(L"installer_download_progress_title");
+            run.enableSending();
+            run.plan();
+            break;
+        case DetectFlow::install:
+            run.enableSending();
+            run.plan();
+            break;
+        case DetectFlow::plan:
+            run.plan();
+            break;
+    }
+}
+
+void BootstrapperDialog::OnUninstallDetected() {
+    run.enableSending();
+    while (isClientRunning() && ShowPrompt(clientRunningPrompt) == resultRetry) {
+    }
+    if (isClientRunning()) {
+        PDX_LOG(logInfo, "BootstrapperDialog::OnDetectComplete",
+                "Palisade Desktop is still running.  Canceling uninstall");
+        run.quit(0);
+        return;
+    }
+    const int32_t answer = ShowPrompt(confirmUninstallPrompt);
+    if (answer == resultYes) {
+        ShowProgressPage(L"installer_uninstall_initial_progress_title");
+        run.plan();
+    } else if (answer == resultNo) {
+        run.requestRepair();
+    }
+}
+
+int32_t BootstrapperDialog::OfferBastionUninstall() {
+    run.telemetry().sendBastionOverlayImpressions();
+    return ShowPrompt(olderClientPrompt);
+}
+
+int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {
+    questionCheck->SetChecked(true);
+    questionChecked = true;
+    const int32_t answer = ShowPrompt(errorPrompt(error.errorType, error.code, error.uiHint, error.defaultResult));
+    if (IsWindow(hwnd)) questionChecked = questionCheck->IsChecked();
+    run.setReportConsent(questionChecked);
+    return answer;
+}
+
+int32_t BootstrapperDialog::OnCacheAcquireComplete(HRESULT status) {
+    if (SUCCEEDED(status)) return 0;
+    return connectionAnswer(ShowPrompt(connectionPrompt));
+}
+
+int32_t BootstrapperDialog::OnApplyComplete(HRESULT status, int32_t restart) {
+    int32_t answer = 0;
+    if (isRestartWanted(restart)) {
+        if (ShowPrompt(restartPrompt) == resultYes) answer = resultRestart;
+    } else if (FAILED(status) && codeOf(status) == ERROR_ACCESS_DISABLED_BY_POLICY) {
+        ShowPrompt(notAuthenticatedPrompt);
+    } else if (run.action() == BOOTSTRAPPER_ACTION_UNINSTALL) {
+        if (SUCCEEDED(status)) ShowPrompt(uninstallCompletePrompt);
+        DestroyWindow(hwnd);
+    }
+    run.quit(exitCodeOf(status));
+    return answer;
+}
+
+}  // namespace pdx
