@@ -4,7 +4,7 @@
 #include "bench/ProcessMemory.h"
 #include "bench/StartedLibrary.h"
 #include "bench/Welcome.h"
-#include "core/AppMessages.h"
+#include "ui/dialog/AppMessages.h"
 
 namespace pdx {
 
