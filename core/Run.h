@@ -35,7 +35,7 @@ class Run {
     void quit(DWORD code);
     [[nodiscard]] bool isQuitRequested() const { return quitRequested; }
     /// Ends the run with 1 if the engine refuses the operation of that name: it would call nothing more, and the run
-    /// would stand still. Logs it, and takes it into the status.
+    /// would hang. Logs it, and takes it into the status.
     void quitOnFailure(const char* operation, HRESULT hr);
     /// Asks the engine to end this run and then to load the library anew, in the mode that the reload is for.
     void requestReload(ReloadPurpose purpose);

@@ -19,7 +19,7 @@ class TelemetryLife {
     TelemetryLife(const TelemetryLife&) = delete;
     TelemetryLife& operator=(const TelemetryLife&) = delete;
 
-    /// Puts a manager in the place of the one that an object ahead of a reload left. That one, and those ahead of it,
+    /// Replaces the manager that an object before a reload left. That one, and those before it,
     /// send what they still have, and nobody waits for them before stop().
     void begin(TelemetryFactory make);
     /// Waits until all workers have ended, each after one last post.

@@ -1,4 +1,4 @@
-// The one value that decides at the end of a run whether it is told as a success, a cancel or a failure. It holds the
+// The one value that decides at the end of a run whether it counts as a success, a cancel or a failure. It holds the
 // most telling code of the run: a later generic code must not hide an earlier exact one.
 #pragma once
 
@@ -20,7 +20,7 @@ constexpr bool replacesStatus(Hresult current, Hresult next) {
     return code != userExitCode && code != genericFailureCode && code != 0xFFFF;
 }
 
-/// How a run is told.
+/// How a run counts.
 enum class Outcome { succeeded, cancelled, failed };
 
 constexpr Outcome outcomeOf(Hresult status) {

@@ -22,11 +22,11 @@ struct MsiCommand {
 };
 
 /// Recognises a command by its prefix at the text's start, whatever the message's kind. The name ends at the first "="
-/// behind the prefix, the value is all behind it: "PDX_SET_VARIABLE:A=B=C" sets A to "B=C". The value thus reaches to
+/// after the prefix, the value is all after it: "PDX_SET_VARIABLE:A=B=C" sets A to "B=C". The value thus reaches to
 /// the text's end, and where the text ends in a zero so does the value.
 MsiCommand parseMsiCommand(std::wstring_view text);
 
-/// Whole texts by which the package tells of the older client's removal.
+/// Whole texts by which the package reports the older client's removal.
 inline constexpr std::wstring_view bastionUninstallBegin = L"CA_MSG_BASTION_UNINSTALL_BEGIN";
 inline constexpr std::wstring_view bastionUninstallSuccess = L"CA_MSG_BASTION_UNINSTALL_SUCCESS";
 

@@ -74,7 +74,7 @@ EventPair downloadStarted(const RunKind& run, const DownloadFacts& download) {
 }
 
 EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, const std::string& now) {
-    // Of an empty payload this is no number, and is told as it stands.
+    // Not a number for an empty payload; sent as it is.
     const double percent = 100.0 * static_cast<double>(download.progress) / static_cast<double>(download.total);
     EventPair pair = {tallyDownload(download, "finish", "success"),
                       brisk("inst.dnld.succ", {{"strt", download.start},

@@ -1,6 +1,6 @@
-// What a run tells its maker: every event with its back end, its name and its attributes. Two styles stand side by
-// side: the Tally service's three plain names with a status that walks through a life, and the Brisk service's dotted
-// names with short keys.
+// What a run reports to its maker: every event with its back end, its name and its attributes. There are two styles:
+// the Tally service has three plain names with a status that changes over a life, the Brisk service dotted names with
+// short keys.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@
 
 namespace pdx {
 
-/// The run that an event tells of.
+/// The run that an event belongs to.
 struct RunKind {
     bool uninstall = false;
     bool repair = false;
@@ -24,7 +24,7 @@ struct RunKind {
 /// The name with its "{group}", if it has one, replaced by the run's: "uinst", "repr" or "inst".
 std::string eventName(std::string_view name, const RunKind& run);
 
-/// One occasion told to both services. The Tally event goes first.
+/// One occasion, reported to both services. The Tally event goes first.
 struct EventPair {
     TelemetryEvent tally;
     TelemetryEvent brisk;
@@ -58,11 +58,11 @@ EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, co
 EventPair downloadCancelled(const DownloadFacts& download, const char* word);
 /// The Tally event alone: its companion is an errorEvent.
 TelemetryEvent downloadFailed(const DownloadFacts& download, const std::string& code);
-/// The word for a cancelled download, by whether the machine is connected. The two stand this way round on purpose: the
-/// service has always been told so.
+/// The word for a cancelled download, by whether the machine is connected. The two words look exchanged
+/// and are meant: the service has always received them so.
 constexpr const char* downloadCancelWord(bool connected) { return connected ? "user_offline" : "user_action"; }
 
-/// The two halves of a pair. Told apart because the record takes long to collect, and the Tally event is not to wait.
+/// The two halves of a pair. Sent separately: the record is slow and must not delay Tally.
 TelemetryEvent installStarted(const RunKind& run);
 TelemetryEvent installRecorded(const InstallTelemetry& record);
 EventPair uninstallStarted(const std::string& now, const char* pathKind);

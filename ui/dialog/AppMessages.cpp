@@ -112,7 +112,7 @@ MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LP
             ShowProgressPage(InstallTitleKey());
             return handled();
         case WM_BA_CACHE_ACQUIRE_PROGRESS:
-            UpdateProgress(static_cast<int32_t>(wparam));
+            ShowProgress(static_cast<int32_t>(wparam));
             return handled();
         case WM_BA_CACHE_ACQUIRE_COMPLETE:
             return handled(OnCacheAcquireComplete(static_cast<HRESULT>(wparam)));
@@ -124,7 +124,7 @@ MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LP
                                                                            : L"installer_install_progress_title");
             return handled();
         case WM_BA_EXECUTE_PROGRESS:
-            UpdateProgress(static_cast<int32_t>(lparam));
+            ShowProgress(static_cast<int32_t>(lparam));
             return handled();
         case WM_BA_APPLY_COMPLETE:
             return handled(OnApplyComplete(static_cast<HRESULT>(wparam), static_cast<int32_t>(lparam)));
@@ -139,7 +139,7 @@ MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LP
         case WM_BA_PROMPT_BASTION_UNINSTALL:
             return handled(OfferBastionUninstall());
         case WM_BA_UNINSTALLING_BASTION_TITLE:
-            SetOlderClientTitle();
+            Retitle(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
             return handled();
         case WM_BA_UNINSTALLING_BASTION:
             ShowProgressPage(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");

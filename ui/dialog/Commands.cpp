@@ -8,7 +8,7 @@ namespace pdx {
 
 MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
     if (notification != BN_CLICKED) return unhandled();
-    const int32_t kind = Top().kind;
+    const PageKind kind = Top().kind;
     switch (id) {
         case IDC_ACTION1:
             if (kind == pageWelcome || kind == pageOptions)
@@ -26,11 +26,11 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
             AnswerPage(id);
             break;
         case IDC_CLOSE:
-            Perform(closeDeeds(GetClosingFacts()).cross);
+            Close(closeActions(GetClosingFacts()).cross);
             break;
         case IDCANCEL:
             // Escape, or the system's own close command.
-            Perform(closeDeeds(GetClosingFacts()).escape);
+            Close(closeActions(GetClosingFacts()).escape);
             break;
         case IDC_OPTIONS:
             run.telemetry().sendMeridianStartClick(startInstallOptions);
@@ -77,20 +77,20 @@ ClosingFacts BootstrapperDialog::GetClosingFacts() const {
             .asksUser = isPromptShown(run.display())};
 }
 
-void BootstrapperDialog::Perform(CloseDeed deed) {
-    switch (deed) {
-        case CloseDeed::nothing:
+void BootstrapperDialog::Close(CloseAction action) {
+    switch (action) {
+        case CloseAction::nothing:
             break;
-        case CloseDeed::firstButton:
+        case CloseAction::firstButton:
             AnswerPage(IDC_ACTION1);
             break;
-        case CloseDeed::ask:
+        case CloseAction::ask:
             if (AskToClose()) StopInstaller();
             break;
-        case CloseDeed::stop:
+        case CloseAction::stop:
             StopInstaller();
             break;
-        case CloseDeed::hide:
+        case CloseAction::hide:
             Show(SW_HIDE);
             break;
     }

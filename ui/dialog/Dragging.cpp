@@ -4,16 +4,16 @@
 // windowsx.h needs the types of windows.h.
 #include <windowsx.h>
 
-#include "ui/dialog/BootstrapperDialog.h"
+#include "ui/dialog/PageView.h"
 
 namespace pdx {
 
-MessageResult BootstrapperDialog::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+MessageResult PageView::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     const MessageResult drag = HandleDrag(message, wparam, lparam);
     return drag.handled ? drag : Dialog::HandleMessage(message, wparam, lparam);
 }
 
-MessageResult BootstrapperDialog::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
+MessageResult PageView::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_NCLBUTTONDOWN: {
             SetForegroundWindow(hwnd);
@@ -47,7 +47,7 @@ MessageResult BootstrapperDialog::HandleDrag(UINT message, WPARAM wparam, LPARAM
     return unhandled();
 }
 
-void BootstrapperDialog::FollowPointer() {
+void PageView::FollowPointer() {
     POINT pointer{};
     if (!grip || !GetCursorPos(&pointer)) return;
     SetWindowPos(hwnd, nullptr, pointer.x - grip->x, pointer.y - grip->y, 0, 0,

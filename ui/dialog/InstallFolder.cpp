@@ -30,7 +30,7 @@ bool isOlderClientsFolder(const std::wstring& folder) {
     return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
 }
 
-/// A volume whose free space cannot be told counts as roomy.
+/// A volume whose free space is not known counts as roomy.
 bool hasRoom(const std::wstring& folder) {
     wchar_t volume[pathCapacity];
     ULARGE_INTEGER free{};

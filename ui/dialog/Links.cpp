@@ -1,4 +1,4 @@
-// The links in marked-up text, and the legal documents behind them.
+// The links in marked-up text, and the legal documents that they open.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -37,21 +37,21 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
     if (link.code != linkActivated || (link.idFrom != IDC_TITLE && link.idFrom != IDC_BODY)) return unhandled();
     const std::wstring href = link.href;
     const HttpUrl url = parseUrl(toUtf8(href));
-    switch (linkDeed(href, url.scheme, url.path)) {
-        case LinkDeed::open:
+    switch (linkAction(href, url.scheme, url.path)) {
+        case LinkAction::open:
             openWithShell(href);
             break;
-        case LinkDeed::userAgreement:
+        case LinkAction::userAgreement:
             run.telemetry().sendMeridianStartClick(startUserAgreement);
             OpenLegalDocument(userAgreementDocument);
             break;
-        case LinkDeed::privacyPolicy:
+        case LinkAction::privacyPolicy:
             OpenLegalDocument(privacyDocument);
             break;
-        case LinkDeed::tellError:
+        case LinkAction::showError:
             ShowPrompt(unknownErrorPrompt);
             break;
-        case LinkDeed::nothing:
+        case LinkAction::nothing:
             break;
     }
     return unhandled();

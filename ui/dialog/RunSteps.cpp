@@ -1,8 +1,4 @@
 // What the dialog does for each step of the run.
-#include <windows.h>
-
-#include <commctrl.h>
-
 #include "platform/Handles.h"
 #include "platform/Log.h"
 #include "ui/dialog/BootstrapperDialog.h"
@@ -23,24 +19,6 @@ bool isClientRunning() {
 
 void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey, PageRole role) {
     ReplacePage({.kind = pageProgress, .title = Translate(titleKey), .role = role});
-}
-
-PageState& BootstrapperDialog::PageBelowPrompts() {
-    return openPrompts < pages.size() ? pages[pages.size() - 1 - openPrompts] : Top();
-}
-
-void BootstrapperDialog::SetOlderClientTitle() {
-    PageState& page = PageBelowPrompts();
-    page.title = Translate(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
-    if (openPrompts == 0) titleLabel->SetText(page.title);
-}
-
-void BootstrapperDialog::UpdateProgress(int32_t percent) {
-    // A message of another thread that was on its way when a prompt opened is none of the prompt's.
-    PageState& page = PageBelowPrompts();
-    if (page.progress == percent) return;
-    SendMessageW(progressBar->GetHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
-    page.progress = percent;
 }
 
 void BootstrapperDialog::OnDetectComplete() {

@@ -69,7 +69,7 @@ TEST(PagePictures, AreThoseOfTheirPage) {
         ASSERT_NE(picture, nullptr);
         EXPECT_EQ(picture->GetSize(), row.size);
         PageState page;
-        page.kind = row.kind;
+        page.kind = PageKind{row.kind};
         page.flags = row.flags;
         probed.dialog->ReplacePage(page);
         probed.settle();

@@ -98,8 +98,8 @@ class ProbedDialog : public ProbedRun {
     }
 
     [[nodiscard]] bool shows(int32_t id) const { return (GetWindowLongW(item(id), GWL_STYLE) & WS_VISIBLE) != 0; }
-    [[nodiscard]] int32_t page() const {
-        for (const int32_t kind : {pageBlank, pageWelcome, pageOptions, pageOlderClient, pageProgress}) {
+    [[nodiscard]] PageKind page() const {
+        for (const PageKind kind : {pageBlank, pageWelcome, pageOptions, pageOlderClient, pageProgress}) {
             bool same = true;
             for (const int32_t control : pageControls) same = same && shows(control) == isShownOnPage(kind, control);
             if (same) return kind;

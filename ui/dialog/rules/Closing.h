@@ -13,26 +13,26 @@ struct ClosingFacts {
     bool asksUser = true;  ///< the display shows prompts
 };
 
-enum class CloseDeed {
+enum class CloseAction {
     nothing,
     firstButton,  ///< the press of the first button of the page on top
     ask,          ///< whether the run is to be cancelled, and to stop if it is
     stop,         ///< the run, without a question
-    hide,         ///< the window, and what goes on behind it goes on
+    hide,         ///< the window; the work goes on
 };
 
-struct CloseDeeds {
-    CloseDeed cross;
-    CloseDeed escape;
+struct CloseActions {
+    CloseAction cross;
+    CloseAction escape;
 };
 
 /// Escape acts as the cross only where the cross asks first or ends nothing, so that no stray key ends a run.
-constexpr CloseDeeds closeDeeds(const ClosingFacts& facts) {
-    using enum CloseDeed;
+constexpr CloseActions closeActions(const ClosingFacts& facts) {
+    using enum CloseAction;
     using Facts = ClosingFacts;
     constexpr struct {
         bool (*holds)(const Facts&);
-        CloseDeeds deeds;
+        CloseActions actions;
     } rows[] = {
         {[](const Facts& f) { return f.page == PageRole::reportUnderWay; }, {hide, hide}},
         {[](const Facts& f) { return f.page == PageRole::closeQuestion; }, {stop, firstButton}},
@@ -42,7 +42,7 @@ constexpr CloseDeeds closeDeeds(const ClosingFacts& facts) {
         {[](const Facts& f) { return !f.asksUser; }, {stop, nothing}},
     };
     for (const auto& row : rows)
-        if (row.holds(facts)) return row.deeds;
+        if (row.holds(facts)) return row.actions;
     return {ask, ask};
 }
 

@@ -5,7 +5,7 @@
 namespace pdx {
 namespace {
 
-/// The room that is kept behind the path.
+/// The space that is kept after the path.
 constexpr size_t reserve = 12;
 
 }  // namespace

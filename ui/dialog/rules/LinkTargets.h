@@ -8,22 +8,22 @@
 
 namespace pdx {
 
-enum class LinkDeed {
+enum class LinkAction {
     nothing,
     open,  ///< the whole address, with the system's own program for it
     userAgreement,
     privacyPolicy,
-    tellError,  ///< a page of a site whose address the settings leave open
+    showError,  ///< a page of a site whose address the settings leave open
 };
 
 /// By the link's own text and its parts as a URL.
-constexpr LinkDeed linkDeed(std::wstring_view href, std::wstring_view scheme, std::wstring_view path) {
-    if (equalsAsciiCase(scheme, L"http") || equalsAsciiCase(scheme, L"https")) return LinkDeed::open;
+constexpr LinkAction linkAction(std::wstring_view href, std::wstring_view scheme, std::wstring_view path) {
+    if (equalsAsciiCase(scheme, L"http") || equalsAsciiCase(scheme, L"https")) return LinkAction::open;
     if (equalsAsciiCase(scheme, L"action")) {
-        if (path == L"openuseragreement") return LinkDeed::userAgreement;
-        return path == L"openprivacypolicy" ? LinkDeed::privacyPolicy : LinkDeed::nothing;
+        if (path == L"openuseragreement") return LinkAction::userAgreement;
+        return path == L"openprivacypolicy" ? LinkAction::privacyPolicy : LinkAction::nothing;
     }
-    return href.starts_with(L'/') ? LinkDeed::tellError : LinkDeed::nothing;
+    return href.starts_with(L'/') ? LinkAction::showError : LinkAction::nothing;
 }
 
 /// The address on the legal documents' host (without a slash at its end); empty without a host.

@@ -34,7 +34,7 @@ constexpr DetectFlow afterDetection(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DIS
     }
 }
 
-/// The dialog makes room for the newer installer's.
+/// Whether the dialog hides, for the newer installer's to show.
 constexpr bool hidesForUpdate(BOOTSTRAPPER_ACTION action) {
     return action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE || action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
 }

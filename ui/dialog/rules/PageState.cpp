@@ -7,7 +7,7 @@ namespace pdx {
 namespace {
 
 struct PageRow {
-    int32_t kind;
+    PageKind kind;
     std::span<const int32_t> controls;
 };
 
@@ -49,7 +49,7 @@ constexpr struct {
 
 }  // namespace
 
-bool isShownOnPage(int32_t kind, int32_t control) {
+bool isShownOnPage(PageKind kind, int32_t control) {
     for (const PageRow& row : pageRows)
         if (row.kind == kind) return std::find(row.controls.begin(), row.controls.end(), control) != row.controls.end();
     return false;

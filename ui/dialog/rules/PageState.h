@@ -47,7 +47,7 @@ inline constexpr uint32_t buttonsCancelTryContinue = 6;
 inline constexpr int32_t indeterminate = -1;
 
 struct PageState {
-    int32_t kind = pageBlank;
+    PageKind kind = pageBlank;
     std::wstring title = {};
     std::wstring body = {};
     std::wstring checkLabel = {};
@@ -68,7 +68,7 @@ inline constexpr int32_t pageControls[] = {
 };
 
 /// Whether a page of that kind shows the control whatever its content.
-bool isShownOnPage(int32_t kind, int32_t control);
+bool isShownOnPage(PageKind kind, int32_t control);
 
 /// What a press on a control answers in that button set; 0 for a control that the set does not have.
 int32_t ButtonResult(uint32_t flags, int32_t controlId);

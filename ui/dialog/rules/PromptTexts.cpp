@@ -27,7 +27,7 @@ constexpr ErrorText noRights = {L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_TITLE",
 constexpr ErrorText unknown = {unknownErrorPrompt.title, unknownErrorPrompt.body};
 
 constexpr ErrorText errorText(uint32_t errorType, uint32_t code) {
-    // A user exit of anything but the raising is no refusal of rights.
+    // 1602 means refused elevation only for ELEVATE errors.
     if (code == userExitCode && errorType == BOOTSTRAPPER_ERROR_TYPE_ELEVATE) return noRights;
     for (const ErrorRow& row : errorRows)
         if (row.code == code) return row.text;

@@ -16,7 +16,7 @@ struct Prompt {
     const wchar_t* button2 = L"";
     const wchar_t* button3 = L"";
     const wchar_t* checkLabel = L"";
-    int32_t kind = pagePrompt;
+    PageKind kind = pagePrompt;
     PageRole role = PageRole::ordinary;
 };
 

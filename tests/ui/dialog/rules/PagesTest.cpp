@@ -27,7 +27,7 @@ TEST(Pages, ShowTheirControls) {
     };
     for (const auto& [kind, controls] : rows)
         for (int32_t control = 1000; control < 1020; ++control)
-            EXPECT_EQ(isShownOnPage(kind, control), controls.contains(control)) << kind << " " << control;
+            EXPECT_EQ(isShownOnPage(PageKind{kind}, control), controls.contains(control)) << kind << " " << control;
     EXPECT_EQ(std::set<int32_t>(std::begin(pageControls), std::end(pageControls)).size(), 15u);
 }
 
@@ -74,11 +74,11 @@ TEST(Prompts, OfAnErrorGoByItsCode) {
 }
 
 TEST(Closing, GoesByItsTable) {
-    using enum CloseDeed;
+    using enum CloseAction;
     constexpr auto ordinary = PageRole::ordinary, question = PageRole::closeQuestion, report = PageRole::reportUnderWay;
     const struct {
         ClosingFacts facts;  // page, one button, close prompt open, uninstalls, asks the user
-        CloseDeed cross, escape;
+        CloseAction cross, escape;
     } rows[] = {
         {{ordinary, false, false, false, true}, ask, ask},
         {{ordinary, true, false, false, true}, ask, firstButton},
@@ -94,7 +94,7 @@ TEST(Closing, GoesByItsTable) {
         {{report, false, false, false, false}, hide, hide},
     };
     for (const auto& row : rows) {
-        const CloseDeeds found = closeDeeds(row.facts);
+        const CloseActions found = closeActions(row.facts);
         EXPECT_EQ(found.cross, row.cross) << &row - rows;
         EXPECT_EQ(found.escape, row.escape) << &row - rows;
     }
@@ -104,17 +104,17 @@ TEST(Closing, GoesByItsTable) {
 }
 
 TEST(Links, LeadSomewhereByTheirScheme) {
-    const std::tuple<std::wstring_view, std::wstring_view, std::wstring_view, LinkDeed> rows[] = {
-        {L"http://a/b", L"http", L"/b", LinkDeed::open},
-        {L"HTTPS://a/b", L"HTTPS", L"/b", LinkDeed::open},
-        {L"Action:openuseragreement", L"Action", L"openuseragreement", LinkDeed::userAgreement},
-        {L"action:openprivacypolicy", L"action", L"openprivacypolicy", LinkDeed::privacyPolicy},
-        {L"action:other", L"action", L"other", LinkDeed::nothing},
-        {L"ftp://a/b", L"ftp", L"/b", LinkDeed::nothing},
-        {L"calc.exe", L"", L"", LinkDeed::nothing},
-        {L"/en/support", L"", L"", LinkDeed::tellError},
+    const std::tuple<std::wstring_view, std::wstring_view, std::wstring_view, LinkAction> rows[] = {
+        {L"http://a/b", L"http", L"/b", LinkAction::open},
+        {L"HTTPS://a/b", L"HTTPS", L"/b", LinkAction::open},
+        {L"Action:openuseragreement", L"Action", L"openuseragreement", LinkAction::userAgreement},
+        {L"action:openprivacypolicy", L"action", L"openprivacypolicy", LinkAction::privacyPolicy},
+        {L"action:other", L"action", L"other", LinkAction::nothing},
+        {L"ftp://a/b", L"ftp", L"/b", LinkAction::nothing},
+        {L"calc.exe", L"", L"", LinkAction::nothing},
+        {L"/en/support", L"", L"", LinkAction::showError},
     };
-    for (const auto& [href, scheme, path, deed] : rows) EXPECT_EQ(linkDeed(href, scheme, path), deed);
+    for (const auto& [href, scheme, path, action] : rows) EXPECT_EQ(linkAction(href, scheme, path), action);
 }
 
 TEST(PageLayout, CentresTheButtons) {

@@ -1,9 +1,12 @@
-// How a page is laid out from its record. Fonts are set anew for each page, for pages differ.
+// The stack of pages, and how a page is laid out from its record. Fonts are set anew for each page, for pages differ.
 #include <windows.h>
 
 #include <commctrl.h>
 
-#include "ui/dialog/BootstrapperDialog.h"
+#include "config/rules/SupportAddress.h"
+#include "config/Settings.h"
+#include "config/Translator.h"
+#include "ui/dialog/PageView.h"
 
 namespace pdx {
 namespace {
@@ -17,7 +20,7 @@ constexpr LineHeight tallestBody = {LineHeight::pixels, 95};
 constexpr LineHeight noLimit = {};
 constexpr LPARAM marqueePeriodMs = 20;
 
-/// Where the next line begins behind a part that ends there.
+/// Where the next line begins below a part that ends there.
 int32_t below(const Box& box, int32_t gap) { return box.y + box.height + gap; }
 
 std::optional<Size> sizeOf(const Button& button) {
@@ -27,7 +30,40 @@ std::optional<Size> sizeOf(const Button& button) {
 
 }  // namespace
 
-void BootstrapperDialog::ReplacePage(PageState page) {
+PageView::PageView() : Dialog(IDD_BOOTSTRAPPER) {}
+
+std::wstring PageView::Translate(const wchar_t* key) {
+    const auto translator = g_translator.get();
+    return translator ? fillSupportAddress(translator->translate(key), getConfigWideString("support.url")) : key;
+}
+
+void PageView::CreateControls() {
+    const auto make = [this]<typename Widget>(std::unique_ptr<Widget>& widget, int32_t id) -> Widget& {
+        widget = std::make_unique<Widget>(GetItem(id));
+        return *widget;
+    };
+    make(titleLabel, IDC_TITLE).SetFont(textFont(20, fontBold));
+    titleLabel->SetDefaultLineHeight({LineHeight::pixels, 31});
+    make(subtitleLabel, IDC_SUBTITLE);
+    make(bodyLabel, IDC_BODY).SetFont(textFont(16, fontRegular));
+    bodyLabel->SetDefaultLineHeight({LineHeight::pixels, 26});
+    make(locationLabel, IDC_LOCATION_LABEL).SetFont(textFont(14, fontBold));
+    make(locationValue, IDC_LOCATION_VALUE).SetFont(CreateFontByName(pathFace, 14, fontRegular));
+    locationValue->SetTextColor(palette::Grey[8]);
+    make(closeButton, IDC_CLOSE).SetAccessibleName(Translate(L"installer_close"));
+    make(actionButton, IDC_ACTION1).SetFont(textFont(14, fontBold));
+    make(actionButton2, IDC_ACTION2).SetFont(textFont(14, fontBold));
+    make(actionButton3, IDC_ACTION3).SetFont(textFont(14, fontBold));
+    make(optionsLink, IDC_OPTIONS).SetFont(textFont(16, fontRegular));
+    make(browseLink, IDC_BROWSE).SetFont(textFont(14, fontBold));
+    make(shortcutCheck, IDC_SHORTCUT).SetFont(textFont(16, fontRegular));
+    shortcutCheck->SetChecked(true);
+    make(questionCheck, IDC_QUESTION).SetFont(textFont(16, fontRegular));
+    questionCheck->SetChecked(true);
+    make(progressBar, IDC_PROGRESS);
+}
+
+void PageView::ReplacePage(PageState page) {
     if (openPrompts == 0) {
         pages.clear();
         PushPage(std::move(page));
@@ -38,12 +74,30 @@ void BootstrapperDialog::ReplacePage(PageState page) {
     pages.push_front(std::move(page));
 }
 
-void BootstrapperDialog::PushPage(PageState page) {
+void PageView::PushPage(PageState page) {
     pages.push_back(std::move(page));
     ShowTopPage();
 }
 
-BootstrapperDialog::PageBoxes BootstrapperDialog::InitialBoxes() const {
+PageState& PageView::PageBelowPrompts() {
+    return openPrompts < pages.size() ? pages[pages.size() - 1 - openPrompts] : Top();
+}
+
+void PageView::Retitle(const wchar_t* key) {
+    PageState& page = PageBelowPrompts();
+    page.title = Translate(key);
+    if (openPrompts == 0) titleLabel->SetText(page.title);
+}
+
+void PageView::ShowProgress(int32_t percent) {
+    // A message of another thread that was on its way when a prompt opened is none of the prompt's.
+    PageState& page = PageBelowPrompts();
+    if (page.progress == percent) return;
+    SendMessageW(progressBar->GetHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    page.progress = percent;
+}
+
+PageView::PageBoxes PageView::InitialBoxes() const {
     const Box image = boxOf(GetInitialRect(IDC_PICTURE));
     return {.top = below(image, gapUnderPicture),
             .title = boxOf(GetInitialRect(IDC_TITLE)),
@@ -54,7 +108,7 @@ BootstrapperDialog::PageBoxes BootstrapperDialog::InitialBoxes() const {
                         boxOf(GetChildRectById(IDC_ACTION3))}};
 }
 
-void BootstrapperDialog::ShowTopPage() {
+void PageView::ShowTopPage() {
     const PageState page = Top();
     PageBoxes boxes = InitialBoxes();
     ClearPositions();
@@ -98,13 +152,13 @@ void BootstrapperDialog::ShowTopPage() {
     ::SetFocus(hwnd);
 }
 
-void BootstrapperDialog::QueueVisibility(int32_t kind) {
+void PageView::QueueVisibility(PageKind kind) {
     for (const int32_t control : pageControls)
         QueuePosition(control, nullptr, isShownOnPage(kind, control) ? shown : hidden);
 }
 
-void BootstrapperDialog::SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text,
-                                  Box& box, int32_t y) {
+void PageView::SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box,
+                        int32_t y) {
     // Room for any text while it is measured: one that is taller than its window is laid out narrower, beside a scroll
     // track, and may then take a line more than it needs.
     SetWindowPos(label.GetHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
@@ -115,15 +169,15 @@ void BootstrapperDialog::SetLabel(HtmlStatic& label, std::unique_ptr<Font> label
     box.height = label.GetPreferredSize().height;
 }
 
-void BootstrapperDialog::SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y) {
+void PageView::SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y) {
     SetLabel(*titleLabel, std::move(titleFont), text, box, y);
 }
 
-void BootstrapperDialog::SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y) {
+void PageView::SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y) {
     SetLabel(label, textFont(size, fontRegular), text, box, y);
 }
 
-void BootstrapperDialog::FillWelcome(PageBoxes& boxes) {
+void PageView::FillWelcome(PageBoxes& boxes) {
     SetTitle(textFont(20, fontBold), Translate(L"installer_welcome_body"), boxes.title, boxes.top);
     bodyLabel->SetMaxHeight(tallestBody);
     SetBody(*bodyLabel, 16, Translate(L"INSTALLER_AGREEMENT_BODY"), boxes.body, below(boxes.title, gapToBody));
@@ -134,7 +188,7 @@ void BootstrapperDialog::FillWelcome(PageBoxes& boxes) {
     QueuePosition(IDC_OPTIONS, link, placed);
 }
 
-void BootstrapperDialog::FillOptions() {
+void PageView::FillOptions() {
     locationLabel->SetText(Translate(L"INSTALLER_LOCATION"));
     shortcutCheck->SetText(Translate(L"INSTALLER_CREATE_SHORTCUT"));
     browseLink->SetText(Translate(L"INSTALLER_CHANGE"));
@@ -142,7 +196,7 @@ void BootstrapperDialog::FillOptions() {
     actionButton2->SetText(Translate(L"go_back_cta"));
 }
 
-void BootstrapperDialog::FillOlderClient(PageBoxes& boxes) {
+void PageView::FillOlderClient(PageBoxes& boxes) {
     SetTitle(textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"), boxes.title,
              boxes.top);
     const auto [subtitle, body] = cutAtLineFeed(Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_BODY"));
@@ -153,7 +207,7 @@ void BootstrapperDialog::FillOlderClient(PageBoxes& boxes) {
     actionButton2->SetText(Translate(L"NOT-NOW"));
 }
 
-void BootstrapperDialog::FillProgress(const PageState& page, PageBoxes& boxes) {
+void PageView::FillProgress(const PageState& page, PageBoxes& boxes) {
     SetTitle(textFont(27, fontBold), page.title, boxes.title, boxes.top);
     const HWND bar = progressBar->GetHandle();
     SendMessageW(bar, PBM_SETRANGE32, 0, 100);
@@ -163,7 +217,7 @@ void BootstrapperDialog::FillProgress(const PageState& page, PageBoxes& boxes) {
         SendMessageW(bar, PBM_SETPOS, static_cast<WPARAM>(page.progress), 0);
 }
 
-void BootstrapperDialog::FillPrompt(const PageState& page, PageBoxes& boxes) {
+void PageView::FillPrompt(const PageState& page, PageBoxes& boxes) {
     int32_t y = boxes.top;
     if (!page.title.empty()) {
         SetTitle(textFont(27, fontBold), page.title, boxes.title, y);
@@ -187,7 +241,7 @@ void BootstrapperDialog::FillPrompt(const PageState& page, PageBoxes& boxes) {
     if (page.flags & iconMask) QueuePosition(IDC_PICTURE, nullptr, shown);
 }
 
-void BootstrapperDialog::SetButtonTexts(const PageState& page) {
+void PageView::SetButtonTexts(const PageState& page) {
     const auto text = [&page](const std::wstring& own, int32_t control) {
         if (!own.empty()) return own;
         const std::wstring key = defaultButtonKey(ButtonResult(page.flags, control));
@@ -199,7 +253,7 @@ void BootstrapperDialog::SetButtonTexts(const PageState& page) {
     actionButton3->SetText(text(page.button3Text, IDC_ACTION3));
 }
 
-void BootstrapperDialog::PlaceButtons(PageBoxes& boxes) {
+void PageView::PlaceButtons(PageBoxes& boxes) {
     const ButtonSizes sizes = {sizeOf(*actionButton), sizeOf(*actionButton2), sizeOf(*actionButton3)};
     boxes.buttons = layoutButtons(GetClientSize(), sizes, boxes.buttons);
     if (sizes.second) QueuePosition(IDC_ACTION2, boxes.buttons.second, shown);

@@ -1,0 +1,80 @@
+// How the window and its picture are painted.
+#include "ui/dialog/PageView.h"
+#include "ui/toolkit/Painting.h"
+
+namespace pdx {
+
+PagePictures& PageView::Pictures() {
+    if (!pictures) {
+        pictures = g_pagePictures.get();
+        g_pagePictures.clear();
+        if (!pictures) pictures = std::make_shared<PagePictures>();
+        pictures->setWindowSize(GetClientSize());
+    }
+    return *pictures;
+}
+
+MessageResult PageView::OnNcHitTest(int32_t x, int32_t y) {
+    const Rect window = GetWindowRect();
+    const bool inside = x >= window.left && x < window.right && y >= window.top && y < window.bottom;
+    // The whole dialog drags.
+    return handled(inside ? HTCAPTION : HTNOWHERE);
+}
+
+MessageResult PageView::OnCtlColorStatic(HWND child, HDC context) {
+    const int32_t id = GetDlgCtrlID(child);
+    if ((id < IDC_TITLE || id > IDC_PICTURE) && id != IDC_SUBTITLE) return unhandled();
+    SetBkMode(context, TRANSPARENT);
+    return handled(reinterpret_cast<LRESULT>(GetStockObject(NULL_BRUSH)));
+}
+
+MessageResult PageView::OnEraseBackground(WPARAM) { return handled(1); }
+
+MessageResult PageView::OnSetFocus(WPARAM) { return handled(); }
+
+MessageResult PageView::Draw(Graphics& graphics) {
+    const Size client = GetClientSize();
+    const Bitmap* const background = plainBackground ? nullptr : Pictures().background();
+    if (!background) {
+        // From beyond the upper left to beyond the lower right corner: the whole client area.
+        graphics.FillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
+    } else {
+        // Nothing shines through it, and blending takes Wine twice the time.
+        graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+        if (background->GetSize() == client)
+            graphics.CopyImage(*background, graphics.Visible({0, 0, client.width, client.height}));
+        else
+            graphics.DrawImage(*background, {0, 0, client.width, client.height});
+    }
+    return handled(1);
+}
+
+MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
+    if (id != IDC_PICTURE) return unhandled();
+    const PageState& page = Top();
+    const Bitmap* picture = nullptr;
+    if (page.kind == pagePrompt && (page.flags & iconMask) == iconError)
+        picture = Pictures().picture(errorPictureNumber);
+    if (page.kind == pageOlderClient) picture = Pictures().picture(migrationPictureNumber);
+    if (!picture) picture = Pictures().picture(logoPictureNumber);
+    const Size size = {item->rcItem.right - item->rcItem.left, item->rcItem.bottom - item->rcItem.top};
+    // Off screen first, with the dialog's own background under it, so that nothing flickers.
+    const Bitmap buffer(size);
+    Graphics surface(buffer);
+    ApplyQuality(surface);
+    {
+        const BorrowedContext context(surface);
+        const Rect place = GetChildRect(item->hwndItem);
+        POINT before{};
+        OffsetViewportOrgEx(context.get(), -place.left, -place.top, &before);
+        SendMessageW(hwnd, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
+        SetViewportOrgEx(context.get(), before.x, before.y, nullptr);
+    }
+    if (picture) surface.DrawImage(*picture, fitPicture({0, 0, size.width, size.height}, picture->GetSize()));
+    Graphics screen(item->hDC);
+    screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    screen.CopyImage(buffer, {0, 0, size.width, size.height});
+    return handled(1);
+}
+
+}  // namespace pdx

@@ -1,0 +1,107 @@
+// What the installer's one window shows: a stack of pages, the last of which is on show, with all their controls.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ui/dialog/PagePictures.h"
+#include "ui/dialog/rules/PageLayout.h"
+#include "ui/dialog/rules/PageState.h"
+#include "ui/toolkit/Button.h"
+#include "ui/toolkit/Checkbox.h"
+#include "ui/toolkit/Dialog.h"
+#include "ui/toolkit/HtmlStatic.h"
+#include "ui/toolkit/LinkButton.h"
+#include "ui/toolkit/ProgressBar.h"
+#include "ui/toolkit/Static.h"
+
+namespace pdx {
+
+/// All calls on the UI thread.
+class PageView : public Dialog {
+  public:
+    PageView();
+
+    MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+    MessageResult OnNcHitTest(int32_t x, int32_t y) override;
+    MessageResult OnCtlColorStatic(HWND child, HDC context) override;
+    MessageResult OnEraseBackground(WPARAM context) override;
+    MessageResult OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) override;
+    MessageResult OnSetFocus(WPARAM previous) override;
+    MessageResult Draw(Graphics& graphics) override;
+
+    /// Puts a page in the place of what lies at the bottom: of all pages, or while prompts are open of those below
+    /// them.
+    void ReplacePage(PageState page);
+    void PushPage(PageState page);
+    /// Lays the last page out, and repaints the window.
+    void ShowTopPage();
+
+    /// The string for a key in the user's language.
+    static std::wstring Translate(const wchar_t* key);
+
+  protected:
+    /// Wraps the template's controls. Each page sets their texts.
+    void CreateControls();
+    PagePictures& Pictures();
+
+    [[nodiscard]] const PageState& TopPage() const { return pages.back(); }
+    PageState& Top() { return pages.back(); }
+    /// The page that comes to light when all open prompts are answered.
+    PageState& PageBelowPrompts();
+    /// Puts the position on the bar, and keeps it for the page below the prompts. Nothing if it is there already.
+    void ShowProgress(int32_t percent);
+    /// Gives the page below the prompts another title.
+    void Retitle(const wchar_t* key);
+
+    std::deque<PageState> pages{PageState{}};
+    size_t openPrompts = 0;
+
+    std::unique_ptr<HtmlStatic> titleLabel;
+    std::unique_ptr<HtmlStatic> subtitleLabel;
+    std::unique_ptr<HtmlStatic> bodyLabel;
+    std::unique_ptr<Checkbox> questionCheck;
+    std::unique_ptr<Static> locationLabel;
+    std::unique_ptr<Static> locationValue;
+    std::unique_ptr<CloseButton> closeButton;
+    std::unique_ptr<Button> actionButton;
+    std::unique_ptr<Button> actionButton2;
+    std::unique_ptr<Button> actionButton3;
+    std::unique_ptr<LinkButton> optionsLink;
+    std::unique_ptr<LinkButton> browseLink;
+    std::unique_ptr<Checkbox> shortcutCheck;
+    std::unique_ptr<ProgressBar> progressBar;
+
+  private:
+    MessageResult HandleDrag(UINT message, WPARAM wparam, LPARAM lparam);
+    /// Moves the window so that the pointer keeps its place in it, while it is dragged.
+    void FollowPointer();
+
+    /// The places of the movable parts of the page that is being laid out.
+    struct PageBoxes {
+        int32_t top;  ///< the first line under the picture
+        Box title, subtitle, body, check;
+        ButtonRow buttons;
+    };
+    PageBoxes InitialBoxes() const;
+    void QueueVisibility(PageKind kind);
+    void FillWelcome(PageBoxes& boxes);
+    void FillOptions();
+    void FillOlderClient(PageBoxes& boxes);
+    void FillProgress(const PageState& page, PageBoxes& boxes);
+    void FillPrompt(const PageState& page, PageBoxes& boxes);
+    void SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box, int32_t y);
+    void SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y);
+    void SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y);
+    void SetButtonTexts(const PageState& page);
+    void PlaceButtons(PageBoxes& boxes);
+
+    bool plainBackground = false;
+    Color backgroundColor = palette::plainBackground;
+    std::shared_ptr<PagePictures> pictures;
+    std::optional<Point> grip;  ///< from the window's corner to the pointer that drags the window
+};
+
+}  // namespace pdx
