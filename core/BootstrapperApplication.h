@@ -20,7 +20,7 @@
 #include "platform/Handles.h"
 #include "platform/Log.h"
 #include "platform/PreparedThread.h"
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/rules/ProgramErrors.h"
 #include "reporting/ExceptionHandler.h"
 

@@ -1,10 +1,10 @@
 // The runs that do not install: a repair or a migration with elevated rights, and a handover to the client.
-#include "core/rules/Handover.h"
 #include "core/BootstrapperApplication.h"
+#include "core/rules/Handover.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
-#include "platform/Processes.h"
+#include "platform/product/Client.h"
 #include "state/OlderClient.h"
 #include "state/RepairCleanup.h"
 

@@ -7,9 +7,8 @@
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/Paths.h"
-#include "platform/Processes.h"
+#include "platform/product/Client.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "state/DiscStart.h"
 #include "state/OlderClientFate.h"
 #include "telemetry/TelemetryManager.h"
@@ -54,7 +53,7 @@ HRESULT BootstrapperApplication::OnStartup() {
     const bool fromDisc =
         crashOnException([&] { return checkForITD(discParameters, bundleFolder, processArguments()); });
 
-    const std::wstring installLocation = machineText(view64, productKey, L"InstallLocation");
+    const std::wstring installLocation = clientText(L"InstallLocation");
     if (m_action == BOOTSTRAPPER_ACTION_UNINSTALL && !installLocation.empty()) setInstallFolder(installLocation);
     m_reporting.addFile(m_variables.get(variable::bundleLog));
     m_reporting.addFile(getLogFilePath(L"PalisadeBackgroundService.log"));
@@ -87,7 +86,7 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc
     facts.olderClientToPrompt = [this] {
         return m_variables.get(variable::meridianUpgrade) == L"1" && isOlderClientTo(OlderClientFate::asks);
     };
-    facts.olderClientRecorded = [] { return !machineText(view32, olderClientKey, L"ClientPath").empty(); };
+    facts.olderClientRecorded = [] { return !olderClientText(L"ClientPath").empty(); };
     facts.gatelinkRegistered = [] {
         return !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
     };

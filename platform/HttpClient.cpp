@@ -8,7 +8,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/Text.h"
 
 namespace pdx {

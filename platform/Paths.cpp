@@ -53,12 +53,6 @@ std::wstring getKnownFolderPath(REFKNOWNFOLDERID id) {
     return path.get();
 }
 
-std::wstring getLogFilePath(const std::wstring& name) {
-    const std::wstring programData = getKnownFolderPath(FOLDERID_ProgramData);
-    if (programData.empty()) return {};
-    return appendPath(appendPath(programData, L"Palisade Desktop\\Logs"), name);
-}
-
 std::wstring getEnvironmentText(const std::wstring& name) {
     wchar_t text[pathCapacity + 1];
     const DWORD length = GetEnvironmentVariableW(name.c_str(), text, static_cast<DWORD>(std::size(text)));

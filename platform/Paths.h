@@ -20,8 +20,6 @@ std::wstring getProcessFilePath();
 std::wstring getProcessFileName();
 /// A folder of the shell without a final separator, whether it exists or not.
 std::wstring getKnownFolderPath(REFKNOWNFOLDERID id);
-/// A file in the client's log folder below the common application data.
-std::wstring getLogFilePath(const std::wstring& name);
 /// A variable of this process's environment; empty if it is unset or has more than 4096 characters.
 std::wstring getEnvironmentText(const std::wstring& name);
 

@@ -7,8 +7,6 @@
 #include <vector>
 
 #include "platform/Log.h"
-#include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -49,13 +47,6 @@ Handle startProgram(const ProgramStart& program) {
     start.nShow = program.show;
     ShellExecuteExW(&start);
     return Handle(start.hProcess);
-}
-
-Handle launchClient(const std::wstring& parameters) {
-    const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
-    const std::wstring folder = toText(product.getValue(L"InstallLocation"));
-    const std::wstring program = toText(product.getValue(L"LauncherAppPath"));
-    return startProgram({.file = program, .parameters = parameters, .folder = folder});
 }
 
 bool waitForAll(std::span<const HANDLE> handles) {

@@ -40,11 +40,6 @@ struct ProgramStart {
 /// Starts a program. The handle is that of the new process, if the system gave one; nothing is logged.
 Handle startProgram(const ProgramStart& program);
 
-/// Starts the client with the parameters: the program LauncherAppPath in the folder InstallLocation, as the 64-bit
-/// registry's product key tells them. The handle is that of the new process, if the system gave one; without a recorded
-/// program nothing is started.
-Handle launchClient(const std::wstring& parameters);
-
 /// Ends every process whose program has one of the names, compared without regard to case, with exit code 9, and waits
 /// until all of them are gone, without a time limit. Logs "Terminating %ls" at INFO for each. A process that cannot be
 /// opened is left running.

@@ -30,6 +30,8 @@ struct RegistryKeyTraits {
 /// An open key, or none after a failed open: then every further call fails without a log line. Nothing throws.
 class RegistryKey {
   public:
+    /// No key.
+    RegistryKey() noexcept = default;
     /// The predefined roots.
     static RegistryKey classesRoot(RegistryView view);
     static RegistryKey currentUser(RegistryView view);
@@ -77,7 +79,7 @@ class RegistryKey {
     [[nodiscard]] REGSAM accessMask(bool writable) const noexcept;
 
     UniqueHandle<RegistryKeyTraits> handle;
-    RegistryView view;
+    RegistryView view = view32;
 };
 
 /// A text as it is, a number in decimal digits (so 0 is "0" and not empty), otherwise the empty text.

@@ -6,7 +6,7 @@
 
 #include "config/Translator.h"
 #include "platform/Paths.h"
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/SystemFunction.h"
 #include "platform/Text.h"
 #include "reporting/rules/CrashSignature.h"

@@ -11,7 +11,7 @@
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/ProcessValue.h"
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "reporting/GzipStream.h"
 #include "reporting/rules/LogLines.h"
 #include "telemetry/MachineIdentity.h"

@@ -2,12 +2,12 @@
 
 #include "platform/Files.h"
 #include "platform/Log.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* pendingJobKey = L"Software\\Corvane Works\\Palisade Desktop\\pendingITDjob";
 constexpr const wchar_t* setupConfig = L"/SetupConfig";
 constexpr const wchar_t* keys[] = {setupConfig, L"/contentIds", L"/contentLocation"};
 
@@ -37,7 +37,7 @@ bool addItdParameter(const std::wstring& argument, const std::wstring& key, std:
     const std::wstring name = key.substr(1);
     // The character behind the key is dropped unread; a bare key has none, and that throws.
     const std::wstring value = argument.substr(key.size() + 1);
-    RegistryKey::currentUser(view32).setSubKeyValue(pendingJobKey, name, value);
+    RegistryKey::currentUser(view32).setSubKeyValue(productKey + std::wstring(L"\\pendingITDjob"), name, value);
     itdParams += L" -" + name + L'=' + value;
     return true;
 }

@@ -8,8 +8,8 @@
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Processes.h"
-#include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
+#include "platform/product/Client.h"
+#include "platform/product/Programs.h"
 #include "platform/Text.h"
 #include "state/rules/MeridianMessages.h"
 #include "telemetry/TelemetryManager.h"
@@ -17,19 +17,16 @@
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* programName = L"Bastion.exe";
-constexpr const wchar_t* uninstallerName = L"BastionUninstall.exe";
 constexpr DWORD quitTimeMilliseconds = 30000;
 
-std::wstring bastionPath() { return machineText(view32, olderClientKey, L"BastionPath"); }
+std::wstring bastionPath() { return olderClientText(L"BastionPath"); }
 
 /// A handle to query and to wait for the process; one that only queries where waiting is refused. Null, and logged, if
 /// there is none.
 Handle openProcess(DWORD processId) {
     Handle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, processId));
     if (!process) process.reset(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
-    if (!process)
-        PDX_LOG(logWarning, "isBastionTempUninstallerRunning", "Failed to open process for querying");
+    if (!process) PDX_LOG(logWarning, "isBastionTempUninstallerRunning", "Failed to open process for querying");
     return process;
 }
 
@@ -70,13 +67,13 @@ void waitForQuiet() {
 
 bool isBastionInstalled() {
     // The spelling is the older client's own.
-    return !machineText(view32, olderClientKey, L"InstallSuccesfull").empty();
+    return !olderClientText(L"InstallSuccesfull").empty();
 }
 
 bool isBastionRunning() {
     ProcessSnapshot snapshot;
     for (PROCESSENTRY32W entry{}; snapshot.next(entry);) {
-        if (!equalsIgnoreCase(entry.szExeFile, programName)) continue;
+        if (!equalsIgnoreCase(entry.szExeFile, olderClientProgram)) continue;
         PDX_LOG(logInfo, "isBastionRunning", "Found process %ls", entry.szExeFile);
         return true;
     }
@@ -86,14 +83,15 @@ bool isBastionRunning() {
 void quitBastion() {
     const std::wstring program = bastionPath();
     if (program.empty()) return;
-    const Handle process = startProgram(ProgramStart{.file = program, .parameters = L"bastion://quit", .show = SW_SHOW});
+    const Handle process =
+        startProgram(ProgramStart{.file = program, .parameters = L"bastion://quit", .show = SW_SHOW});
     if (process) WaitForSingleObject(process.get(), quitTimeMilliseconds);
 }
 
 void waitForBastionTempUninstallers() {
     const std::wstring program = bastionPath();
     if (program.empty()) return;
-    const std::wstring uninstaller = appendPath(removeFileSpec(program), uninstallerName);
+    const std::wstring uninstaller = appendPath(removeFileSpec(program), olderClientUninstaller);
     const Handle process = startProgram(ProgramStart{.file = uninstaller, .parameters = L"/Silent", .show = SW_HIDE});
     if (process) WaitForSingleObject(process.get(), INFINITE);
     waitForQuiet();

@@ -9,9 +9,11 @@
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
+#include "platform/product/BundleEntry.h"
+#include "platform/product/InstallerVersion.h"
+#include "platform/product/Programs.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
-#include "platform/rules/InstallerVersion.h"
 #include "platform/rules/Version.h"
 #include "platform/Services.h"
 #include "platform/Text.h"
@@ -25,19 +27,9 @@
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* serviceName = L"PalisadeBackgroundService";
 constexpr uint64_t serviceTimeoutMilliseconds = 2000;
 constexpr int32_t fileTries = 50;
 constexpr uint32_t fileDelayMilliseconds = 100;
-
-constexpr std::wstring_view clientProcesses[] = {
-    L"PalisadeDesktop.exe",       L"PalisadeLauncher.exe",
-    L"PalisadeLaunchHelper.exe",  L"PalisadeErrorReporter.exe",
-    L"PalisadeCrashReporter.exe", L"PalisadeConnect_microsoft.exe",
-    L"PalisadeDestager.exe",      L"GateLink.exe",
-    L"PalisadeLocalHostSvc.exe",  L"PalisadeGlue.exe",
-    L"PalisadeSteamProxy.exe",    L"PalisadeUninstall.exe",
-};
 
 /// The programs whose versions are reported, each under its attribute.
 struct ProgramAttribute {
@@ -45,10 +37,10 @@ struct ProgramAttribute {
     const wchar_t* file;
 };
 constexpr ProgramAttribute toldPrograms[] = {
-    {"lnvr", L"PalisadeLauncher.exe"},
-    {"lhvr", L"PalisadeLaunchHelper.exe"},
-    {"apvr", L"PalisadeDesktop.exe"},
-    {"bgvr", L"PalisadeBackgroundService.exe"},
+    {"lnvr", launcherProgram},
+    {"lhvr", launchHelperProgram},
+    {"apvr", desktopProgram},
+    {"bgvr", serviceProgram},
 };
 
 /// What the client's package noted of the time before it.
@@ -68,20 +60,19 @@ void tellRepairStarted(const std::wstring& installLocation) {
 
 /// The package has put commands of its own in the bundle's entry; they go with the client.
 void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
-    if (!isEntryName(providerKey)) return;
-    RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
+    RegistryKey entry = openBundleEntry(providerKey);
     if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
     if (!earlier.quietUninstallCommand.empty()) entry.setValue(L"QuietUninstallString", earlier.quietUninstallCommand);
 }
 
 bool takeServiceDown(const RepairRun& run) {
     run.begin(RepairStep::stopService);
-    if (!stopService(serviceName, serviceTimeoutMilliseconds)) {
+    if (!stopService(clientService, serviceTimeoutMilliseconds)) {
         PDX_LOG(logInfo, "performRepairCleanup", "Failed to stop background service");
         return false;
     }
     run.begin(RepairStep::deleteService);
-    if (!deleteService(serviceName, serviceTimeoutMilliseconds)) {
+    if (!deleteService(clientService, serviceTimeoutMilliseconds)) {
         PDX_LOG(logInfo, "performRepairCleanup", "Failed to delete background service");
         return false;
     }

@@ -6,7 +6,7 @@
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/ProcessValue.h"
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "telemetry/Locale.h"
 #include "telemetry/rules/BriskEvent.h"
 #include "telemetry/rules/TimeFormat.h"

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 
 namespace pdx {
 namespace {

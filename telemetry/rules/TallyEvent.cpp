@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 
 namespace pdx {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "config/Settings.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
 #include "ui/dialog/BootstrapperDialog.h"

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "platform/Paths.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/Probe.h"
