@@ -3,13 +3,13 @@
 #include "config/Settings.h"
 #include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
-#include "platform/CommandLine.h"
+#include "platform/Processes.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/rules/CommandLine.h"
 #include "platform/Task.h"
-#include "state/OlderClientFate.h"
+#include "state/OlderClient.h"
 
 namespace pdx {
 namespace {
@@ -93,7 +93,7 @@ void BootstrapperApplication::setProductVariables() {
     m_variables.set(variable::shortcutName, L"Palisade");
     m_variables.setNumber(variable::allowWindows7, getConfigBool("qa.installer.allowWindows7", true));
     m_variables.setNumber(variable::meridianEnable, getConfigBool("app.meridian.enableMigration", false));
-    if (isOlderClientTo(OlderClientFate::goes)) m_variables.setNumber(variable::uninstallBastion, 1);
+    if (removesBastion()) m_variables.setNumber(variable::uninstallBastion, 1);
 }
 
 std::string BootstrapperApplication::GetCurrentVersion() const {

@@ -12,6 +12,7 @@
 #include "platform/Handles.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
+#include "platform/Clock.h"
 #include "platform/Processes.h"
 #include "reporting/ErrorReport.h"
 #include "state/ElevatedBinaries.h"
@@ -24,10 +25,7 @@ struct RunHooks {
     /// What the UI thread does beside the making of the application object, before there is a dialog; empty for nothing.
     std::function<void()> prepareUi;
     /// The clock of the wait before a download is retried, and the pauses of that wait.
-    std::function<std::chrono::milliseconds()> steadyTime = [] {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(
-            std::chrono::steady_clock::now().time_since_epoch());
-    };
+    std::function<std::chrono::milliseconds()> steadyTime = pdx::steadyTime;
     std::function<void(std::chrono::milliseconds)> pause = [](std::chrono::milliseconds time) {
         Sleep(static_cast<DWORD>(time.count()));
     };

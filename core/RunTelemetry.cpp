@@ -9,7 +9,7 @@
 #include "platform/rules/CommandLine.h"
 #include "state/OlderClient.h"
 #include "telemetry/InstallTelemetry.h"
-#include "telemetry/Locale.h"
+#include "platform/Clock.h"
 #include "telemetry/rules/TimeFormat.h"
 #include "telemetry/TelemetryManager.h"
 

@@ -1,8 +1,8 @@
 // What a start decides before anything is detected, and the UI thread's life.
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
-#include "platform/CommandLine.h"
-#include "platform/Crash.h"
+#include "platform/Processes.h"
+#include "platform/UncaughtExceptions.h"
 #include "platform/Errors.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
@@ -10,7 +10,7 @@
 #include "platform/product/Client.h"
 #include "platform/Registry.h"
 #include "state/DiscStart.h"
-#include "state/OlderClientFate.h"
+#include "state/OlderClient.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
@@ -84,9 +84,9 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc
     if (m_action != BOOTSTRAPPER_ACTION_INSTALL) return facts;
     facts.ignoreAlreadyInstalled = m_variables.get(variable::ignoreInstalled) == L"1";
     facts.olderClientToPrompt = [this] {
-        return m_variables.get(variable::meridianUpgrade) == L"1" && isOlderClientTo(OlderClientFate::asks);
+        return m_variables.get(variable::meridianUpgrade) == L"1" && asksToRemoveBastion();
     };
-    facts.olderClientRecorded = [] { return !olderClientText(L"ClientPath").empty(); };
+    facts.olderClientRecorded = [] { return !bastionText(L"ClientPath").empty(); };
     facts.gatelinkRegistered = [] {
         return !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
     };

@@ -53,32 +53,21 @@ class ComPtr {
     Interface* object = nullptr;
 };
 
-struct BstrTraits {
-    using Value = BSTR;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { SysFreeString(value); }
-};
-
 /// A text as COM passes it. Null counts as empty, as everywhere in COM.
-class Bstr : public UniqueHandle<BstrTraits> {
+class Bstr : public Owned<BSTR, SysFreeString> {
   public:
     // A pointer is never adopted: it could not be told from an ordinary text.
     Bstr() noexcept = default;
     /// A copy of the text; null if there is no memory for it.
     explicit Bstr(std::wstring_view text)
-        : UniqueHandle<BstrTraits>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+        : Owned<BSTR, SysFreeString>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
 
     [[nodiscard]] std::wstring_view view() const noexcept {
         return get() ? std::wstring_view(get(), SysStringLen(get())) : std::wstring_view();
     }
 };
 
-struct TaskMemoryTraits {
-    using Value = wchar_t*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CoTaskMemFree(value); }
-};
 /// A text that the shell hands out.
-using TaskText = UniqueHandle<TaskMemoryTraits>;
+using TaskText = Owned<wchar_t*, CoTaskMemFree>;
 
 }  // namespace pdx

@@ -41,36 +41,33 @@ class UniqueHandle {
     Value value = Traits::invalid();
 };
 
-struct HandleTraits {
-    using Value = HANDLE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CloseHandle(value); }
+/// The traits of a value whose null means none, by its closing function.
+template <typename Type, auto closeValue>
+struct NullTraits {
+    using Value = Type;
+    static Value invalid() noexcept { return Value{}; }
+    static void close(Value value) noexcept { closeValue(value); }
 };
-/// Events, threads, processes, tokens, mutexes: null means none.
-using Handle = UniqueHandle<HandleTraits>;
+template <typename Type, auto closeValue>
+using Owned = UniqueHandle<NullTraits<Type, closeValue>>;
 
-struct FileHandleTraits {
+/// Events, threads, processes, tokens, mutexes: null means none.
+using Handle = Owned<HANDLE, CloseHandle>;
+
+template <auto closeValue>
+struct FileTraits {
     using Value = HANDLE;
     static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Value value) noexcept { CloseHandle(value); }
+    static void close(Value value) noexcept { closeValue(value); }
 };
 /// Files and snapshots: INVALID_HANDLE_VALUE means none.
-using FileHandle = UniqueHandle<FileHandleTraits>;
+using FileHandle = UniqueHandle<FileTraits<CloseHandle>>;
 
-struct FindHandleTraits {
-    using Value = HANDLE;
-    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Value value) noexcept { FindClose(value); }
-};
 /// A search for files.
-using FindHandle = UniqueHandle<FindHandleTraits>;
+using FindHandle = UniqueHandle<FileTraits<FindClose>>;
 
 /// Memory of the system's local heap, by a pointer to what lies in it.
 template <typename Type>
-struct LocalMemoryTraits {
-    using Value = Type*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { LocalFree(value); }
-};
+using LocalMemoryTraits = NullTraits<Type*, LocalFree>;
 
 }  // namespace pdx

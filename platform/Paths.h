@@ -1,4 +1,4 @@
-// Folders, files' places and names, as the system tells them. All paths are wide; a failure gives the empty text.
+// Folders, the places of files, and names, as the system has them. All paths are wide; a failure gives the empty text.
 #pragma once
 
 #include <shtypes.h>
@@ -23,20 +23,12 @@ std::wstring getKnownFolderPath(REFKNOWNFOLDERID id);
 /// A variable of this process's environment; empty if it is unset or has more than 4096 characters.
 std::wstring getEnvironmentText(const std::wstring& name);
 
-/// The user's profile folder without a final separator; logs "There was a problem getting the current user's profile
-/// path" when the system does not tell it.
+// The logger needs these three, so they log nothing; it logs what is missing (platform/Log.cpp).
+/// The user's profile folder without a final separator.
 std::wstring getProfilePath();
-/// The user's name, 255 characters at most; logs "Unable to retrieve username!" when the system does not tell it.
+/// The user's name, 255 characters at most.
 std::wstring getUserName();
-/// The 8.3 form of an existing path, 260 characters at most; logs "Failed to get short path name for %ls".
+/// The 8.3 form of an existing path, 260 characters at most.
 std::wstring getShortPathName(const std::wstring& path);
-
-// The same three without a log line, and the lines alone, for the logger: it must not log while it looks these up.
-std::wstring queryProfilePath();
-std::wstring queryUserName();
-std::wstring queryShortPathName(const std::wstring& path);
-void logProfilePathMissing();
-void logUserNameMissing();
-void logShortPathNameMissing(const std::wstring& path);
 
 }  // namespace pdx

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <set>
-#include <vector>
 
 #include "platform/Log.h"
 #include "platform/Text.h"
@@ -23,6 +22,13 @@ bool isElevated() {
     DWORD size = 0;
     return GetTokenInformation(token.get(), TokenElevation, &elevation, sizeof elevation, &size) &&
            elevation.TokenIsElevated;
+}
+
+std::vector<std::wstring> processArguments() {
+    int count = 0;
+    const UniqueHandle<LocalMemoryTraits<LPWSTR>> all(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (!all || count < 1) return {};
+    return {all.get() + 1, all.get() + count};
 }
 
 ProcessSnapshot::ProcessSnapshot() : snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0)) {}

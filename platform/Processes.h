@@ -1,4 +1,4 @@
-// This process's rights, other processes, and the start of the client.
+// This process's rights and arguments, other processes, and the start of programs.
 #pragma once
 
 #include <windows.h>
@@ -8,13 +8,17 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Handles.h"
 
 namespace pdx {
 
-/// Whether this process runs with raised rights; false when its token cannot be asked.
+/// Whether this process runs elevated; false when its token cannot be read.
 bool isElevated();
+
+/// The arguments of this process after the program, as the system splits them.
+std::vector<std::wstring> processArguments();
 
 /// The processes that ran when it was made.
 class ProcessSnapshot {

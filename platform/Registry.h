@@ -21,12 +21,6 @@ enum RegistryView : int32_t {
 /// What a value holds: nothing, a REG_DWORD, or a REG_SZ.
 using RegistryValue = std::variant<std::monostate, uint32_t, std::wstring>;
 
-struct RegistryKeyTraits {
-    using Value = HKEY;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { RegCloseKey(value); }
-};
-
 /// An open key, or none after a failed open: then every further call fails without a log line. Nothing throws.
 class RegistryKey {
   public:
@@ -78,7 +72,7 @@ class RegistryKey {
     RegistryKey(HKEY key, RegistryView keyView) : handle(key), view(keyView) {}
     [[nodiscard]] REGSAM accessMask(bool writable) const noexcept;
 
-    UniqueHandle<RegistryKeyTraits> handle;
+    Owned<HKEY, RegCloseKey> handle;
     RegistryView view = view32;
 };
 

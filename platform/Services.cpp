@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <chrono>
 
+#include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Handles.h"
 #include "platform/Log.h"
@@ -12,12 +12,7 @@
 namespace pdx {
 namespace {
 
-struct ServiceHandleTraits {
-    using Value = SC_HANDLE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CloseServiceHandle(value); }
-};
-using ServiceHandle = UniqueHandle<ServiceHandleTraits>;
+using ServiceHandle = Owned<SC_HANDLE, CloseServiceHandle>;
 
 /// How often a wait looks, in parts of its time-out.
 constexpr int32_t looks = 10;
@@ -57,16 +52,11 @@ bool isGone(const std::wstring& name) {
 }  // namespace
 
 bool stopService(const std::wstring& name, uint64_t timeoutMilliseconds) {
-    using Clock = std::chrono::steady_clock;
     PDX_LOG(logInfo, "stopService", "Stopping service '%ls'...", name);
     const Service service(name, SERVICE_STOP | SERVICE_QUERY_STATUS);
     if (!service.handle) return service.isUnknown();
-    const Clock::time_point begin = Clock::now();
-    const auto elapsed = [&] {
-        return static_cast<uint64_t>(
-            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin).count());
-    };
-    while (elapsed() <= timeoutMilliseconds) {
+    const auto begin = steadyTime();
+    while (static_cast<uint64_t>((steadyTime() - begin).count()) <= timeoutMilliseconds) {
         SERVICE_STATUS status{};
         if (!QueryServiceStatus(service.handle.get(), &status)) return false;
         if (status.dwCurrentState == SERVICE_STOPPED) return true;

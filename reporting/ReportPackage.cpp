@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/Handles.h"
 #include "platform/Hash.h"
 #include "platform/Log.h"
@@ -20,15 +21,6 @@ namespace pdx {
 namespace {
 
 constexpr size_t blockSize = 0x40000;
-
-std::string millisecondsSince1601() {
-    FILETIME now{};
-    GetSystemTimeAsFileTime(&now);
-    ULARGE_INTEGER count{};
-    count.LowPart = now.dwLowDateTime;
-    count.HighPart = now.dwHighDateTime;
-    return std::to_string(static_cast<int64_t>(count.QuadPart / 10000));
-}
 
 /// The next bytes of a file; empty at its end or where it cannot be read.
 std::string_view readBlock(HANDLE file, std::vector<char>& block) {
@@ -85,7 +77,7 @@ ErrorReport newErrorReport() {
     report.machineHash = getMachineHash();
     report.bastionId = digestText(CALG_SHA1, report.machineHash, CRYPT_STRING_HEXRAW);
     report.clientVersion = installerVersion;
-    report.timestamp = millisecondsSince1601();
+    report.timestamp = std::to_string(currentFileTime() / fileTimePerMillisecond);
     report.fileName = packageName(report.timestamp);
     return report;
 }

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/Text.h"
-#include "reporting/rules/ReportText.h"
+#include "reporting/rules/ReportContent.h"
 
 namespace pdx {
 

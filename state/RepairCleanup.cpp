@@ -6,18 +6,16 @@
 
 #include "platform/FolderRemoval.h"
 #include "platform/Log.h"
-#include "platform/PathFunctions.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "platform/product/BundleEntry.h"
+#include "platform/product/Client.h"
 #include "platform/product/InstallerVersion.h"
 #include "platform/product/Programs.h"
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/rules/Version.h"
 #include "platform/Services.h"
 #include "platform/Text.h"
-#include "platform/VersionInfo.h"
 #include "state/InstallInfo.h"
 #include "state/ProductState.h"
 #include "state/ProtectedFolders.h"
@@ -124,19 +122,6 @@ void restoreProtocols(const EarlierState& earlier) {
 }
 
 }  // namespace
-
-std::string getFileVersion(const std::wstring& path) {
-    const auto fixed = VersionInfo(path, VersionInfo::Language::neutral).fixed();
-    if (!fixed) return {};
-    return versionText(uint64_t{fixed->dwFileVersionMS} << 32 | fixed->dwFileVersionLS);
-}
-
-std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file) {
-    // What is too long to be joined is empty, and joining to that would give a relative path.
-    std::wstring path = installLocation.empty() ? std::wstring() : appendPath(installLocation, L"Palisade Desktop");
-    if (!path.empty()) path = appendPath(path, file);
-    return path.empty() ? std::string() : getFileVersion(path);
-}
 
 RepairResult cleanUpForRepair(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);

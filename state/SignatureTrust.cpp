@@ -20,22 +20,13 @@ namespace {
 
 constexpr std::wstring_view makersName = L"Corvane Works, Inc.";
 
-struct StoreTraits {
-    using Value = HCERTSTORE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CertCloseStore(value, 0); }
-};
-struct MessageTraits {
-    using Value = HCRYPTMSG;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CryptMsgClose(value); }
-};
+using CertificateStore = Owned<HCERTSTORE, [](HCERTSTORE store) { CertCloseStore(store, 0); }>;
 
 /// The certificate of a file's first signer; null if there is none.
 CertificateContext signerOf(const std::wstring& path) {
     constexpr DWORD encoding = X509_ASN_ENCODING | PKCS_7_ASN_ENCODING;
-    UniqueHandle<StoreTraits> store;
-    UniqueHandle<MessageTraits> message;
+    CertificateStore store;
+    Owned<HCRYPTMSG, CryptMsgClose> message;
     if (!CryptQueryObject(CERT_QUERY_OBJECT_FILE, path.c_str(), CERT_QUERY_CONTENT_FLAG_PKCS7_SIGNED_EMBED,
                           CERT_QUERY_FORMAT_FLAG_BINARY, 0, nullptr, nullptr, nullptr, store.put(), message.put(),
                           nullptr))
@@ -103,9 +94,8 @@ bool verifyEmbeddedSignature(const std::wstring& path) {
     // Asked of a few runs only, so that no other start pays for the library.
     const auto verify = lookUp<decltype(&WinVerifyTrust)>(systemLibrary(L"wintrust.dll"), "WinVerifyTrust");
     const auto result = static_cast<uint32_t>(verify ? verify(nullptr, &action, &data) : TRUST_E_PROVIDER_UNKNOWN);
-    const DWORD lastError = GetLastError();
-    PDX_LOG(logInfo, "verifyEmbeddedSignature", signatureMessage(result, lastError), path,
-            signatureNumber(result, lastError));
+    const SignatureMessage message = signatureMessage(result, GetLastError());
+    PDX_LOG(logInfo, "verifyEmbeddedSignature", message.format, path, message.number);
     return result == 0;
 }
 

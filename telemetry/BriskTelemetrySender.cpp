@@ -3,11 +3,12 @@
 #include <utility>
 
 #include "config/Settings.h"
+#include "platform/Clock.h"
+#include "platform/Locale.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/ProcessValue.h"
 #include "platform/product/InstallerVersion.h"
-#include "telemetry/Locale.h"
 #include "telemetry/rules/BriskEvent.h"
 #include "telemetry/rules/TimeFormat.h"
 

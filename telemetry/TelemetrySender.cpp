@@ -10,6 +10,10 @@
 
 namespace pdx {
 
+std::string readableLine(const nlohmann::json& value) {
+    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
 TelemetrySender::TelemetrySender()
     : stopEvent(CreateEventW(nullptr, TRUE, FALSE, nullptr)), wakeEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 

@@ -17,6 +17,9 @@ namespace pdx {
 
 class TelemetryManager;
 
+/// JSON on one line for a log, in which bytes that are no UTF-8 become U+FFFD.
+std::string readableLine(const nlohmann::json& value);
+
 /// An urgent event waits so long for each lock on its way, and is then dropped: it may be that of a thread that crashed
 /// while it held the lock, and nothing may keep the crash from the user.
 inline constexpr std::chrono::milliseconds urgentBound{1000};

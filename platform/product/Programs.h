@@ -30,7 +30,7 @@ inline constexpr std::wstring_view clientProcesses[] = {
     L"PalisadeUninstall.exe",
 };
 
-inline constexpr const wchar_t* olderClientProgram = L"Bastion.exe";
-inline constexpr const wchar_t* olderClientUninstaller = L"BastionUninstall.exe";
+inline constexpr const wchar_t* bastionProgram = L"Bastion.exe";
+inline constexpr const wchar_t* bastionUninstaller = L"BastionUninstall.exe";
 
 }  // namespace pdx

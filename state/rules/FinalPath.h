@@ -7,10 +7,9 @@
 #include <string>
 #include <string_view>
 
-namespace pdx {
+#include "platform/rules/Numbers.h"
 
-/// What every final path begins with.
-inline constexpr std::wstring_view finalPathStart = L"\\\\?\\";
+namespace pdx {
 
 enum class ExpectedPathProblem {
     none,

@@ -1,4 +1,4 @@
-// What an install makes of the maker's older client.
+// What an install does with the maker's older client.
 #pragma once
 
 namespace pdx {
@@ -9,8 +9,7 @@ enum class OlderClientFate {
     asks,  ///< the user decides
 };
 
-/// What the settings have in store for an older client that is installed: whether the move to the new client is on, and
-/// whether the user is asked for it.
+/// By the settings: whether the migration to the new client is on, and whether the user is asked for it.
 constexpr OlderClientFate olderClientFate(bool migration, bool prompt) {
     if (!migration) return OlderClientFate::stays;
     return prompt ? OlderClientFate::asks : OlderClientFate::goes;

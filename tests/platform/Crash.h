@@ -6,7 +6,7 @@
 #include <exception>
 #include <functional>
 
-#include "platform/Crash.h"
+#include "platform/UncaughtExceptions.h"
 #include "platform/Thread.h"
 
 namespace pdx {

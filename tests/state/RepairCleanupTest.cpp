@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/Paths.h"
+#include "platform/product/Client.h"
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 #include "platform/Text.h"

@@ -1,7 +1,7 @@
 // What the buttons do.
 #include <algorithm>
 
-#include "state/OlderClientFate.h"
+#include "state/OlderClient.h"
 #include "telemetry/TelemetryManager.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/PageFlow.h"
@@ -59,7 +59,7 @@ void BootstrapperDialog::OnStartInstall() {
     app.setInstallFolder(folder);
     app.engine()->SetVariableString(variable::desktopShortcut, shortcutCheck->IsChecked() ? L"1" : L"");
     app.telemetry().sendMeridianStartClick(startLetsGo);
-    if (isOlderClientTo(OlderClientFate::asks)) {
+    if (asksToRemoveBastion()) {
         const int32_t answer = OfferBastionUninstall();
         app.engine()->SetVariableNumeric(variable::uninstallBastion, answer == resultOk);
         if (answer == resultOk) app.telemetry().sendBastionOverlayClick(overlayUninstall);

@@ -26,7 +26,7 @@ std::wstring parentOf(std::wstring path) {
 }
 
 bool isOlderClientsFolder(const std::wstring& folder) {
-    const std::wstring client = olderClientText(L"ClientPath");
+    const std::wstring client = bastionText(L"ClientPath");
     if (client.empty() || !PathFileExistsW(client.c_str())) return false;
     return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
 }

@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 
-#include "platform/Crash.h"
+#include "platform/UncaughtExceptions.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 #include "ui/toolkit/Painting.h"
