@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/Handles.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
-#include "platform/Clock.h"
 #include "platform/Processes.h"
 #include "reporting/ErrorReport.h"
 #include "state/ElevatedBinaries.h"

@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "core/rules/ErrorGroups.h"
+#include "platform/Clock.h"
 #include "platform/Errors.h"
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
 #include "platform/rules/CommandLine.h"
 #include "state/OlderClient.h"
 #include "telemetry/InstallTelemetry.h"
-#include "platform/Clock.h"
 #include "telemetry/rules/TimeFormat.h"
 #include "telemetry/TelemetryManager.h"
 

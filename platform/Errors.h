@@ -1,4 +1,4 @@
-// What the system says of an error.
+// The system's texts for errors.
 #pragma once
 
 #include <windows.h>

@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// Owns a value of the traits' type and gives it to the traits' close when it goes. Movable, not copyable.
+/// Owns a value of the traits' type and closes it by the traits in its destructor. Movable, not copyable.
 template <typename Traits>
 class UniqueHandle {
   public:
@@ -31,7 +31,7 @@ class UniqueHandle {
         if (value != Traits::invalid()) Traits::close(value);
         value = owned;
     }
-    /// The place for a function that hands out a new handle; what was owned goes first.
+    /// The output parameter of a function that returns a new handle; what was owned is closed first.
     [[nodiscard]] Value* put() noexcept {
         reset();
         return &value;
@@ -66,7 +66,7 @@ using FileHandle = UniqueHandle<FileTraits<CloseHandle>>;
 /// A search for files.
 using FindHandle = UniqueHandle<FileTraits<FindClose>>;
 
-/// Memory of the system's local heap, by a pointer to what lies in it.
+/// Memory of the system's local heap, by a typed pointer.
 template <typename Type>
 using LocalMemoryTraits = NullTraits<Type*, LocalFree>;
 

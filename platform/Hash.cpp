@@ -19,7 +19,7 @@ using Provider = Owned<HCRYPTPROV, [](HCRYPTPROV provider) { CryptReleaseContext
 
 bool succeeded(NTSTATUS status) { return status >= 0; }
 
-/// A size that the algorithm tells of itself, in bytes; 0 on failure.
+/// A size that is a property of the algorithm, in bytes; 0 on failure.
 DWORD sizeProperty(BCRYPT_ALG_HANDLE algorithm, const wchar_t* name) {
     DWORD value = 0;
     DWORD written = 0;

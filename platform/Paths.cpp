@@ -18,7 +18,7 @@ namespace {
 std::wstring moduleFile(HMODULE module) {
     wchar_t path[pathCapacity + 1];
     const DWORD length = GetModuleFileNameW(module, path, static_cast<DWORD>(std::size(path)));
-    // A path that does not fit comes cut and fills the buffer.
+    // A path that does not fit is cut and fills the buffer.
     return length < std::size(path) ? std::wstring(path, length) : std::wstring();
 }
 

@@ -8,12 +8,12 @@
 
 namespace pdx {
 
-/// The module that this code lies in: the library, or the program that it is linked into.
+/// The module that holds this code: the library, or the program that it is linked into.
 HMODULE libraryModule();
 
 /// The temporary folder with a backslash at its end; logs "Failed to retrieve temp path" at INFO on failure.
 std::wstring getTempPath();
-/// A file beside this library.
+/// A file in the folder of this library.
 std::wstring getModuleFilePath(const std::wstring& name);
 /// The running program, whole or its last component alone; 4096 characters at most.
 std::wstring getProcessFilePath();

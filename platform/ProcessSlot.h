@@ -1,4 +1,4 @@
-// The one place where a process-wide service stands.
+// The holder of a process-wide service.
 #pragma once
 
 #include <chrono>
@@ -10,9 +10,9 @@
 
 namespace pdx {
 
-/// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose: after a
-/// reload the library stays pinned, its statics are then destroyed at the end of the process, with all other threads
-/// gone wherever they were, and a lock or a service may be in any state. An ordinary unload calls clear() instead.
+/// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose: after a reload
+/// the library stays pinned, its statics are then destroyed at the end of the process, after all other threads were
+/// ended anywhere in their work, and a lock or a service may be in any state. An ordinary unload calls clear() instead.
 template <typename Service>
 class ProcessSlot {
   public:
@@ -32,7 +32,7 @@ class ProcessSlot {
         return guard && service ? *service : nullptr;
     }
 
-    /// Puts a service in; the earlier one goes when its last user lets go of it.
+    /// Puts a service in; the earlier one is destroyed when its last user releases it.
     void set(std::shared_ptr<Service> replacement) {
         auto* owner = replacement ? new std::shared_ptr<Service>(std::move(replacement)) : nullptr;
         {

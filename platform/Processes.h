@@ -24,7 +24,7 @@ std::vector<std::wstring> processArguments();
 class ProcessSnapshot {
   public:
     ProcessSnapshot();
-    /// Fills the entry with the next process; false behind the last one, or if there is no snapshot.
+    /// Fills the entry with the next process; false after the last one, or if there is no snapshot.
     bool next(PROCESSENTRY32W& entry);
 
   private:
@@ -34,7 +34,7 @@ class ProcessSnapshot {
 
 /// How a program is started through the shell.
 struct ProgramStart {
-    std::wstring verb = L"open";  ///< "runas" asks for raised rights
+    std::wstring verb = L"open";  ///< "runas" to elevate
     std::wstring file;
     std::wstring parameters = {};
     std::wstring folder = {};  ///< to work in; empty for this process's own

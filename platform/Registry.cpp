@@ -97,9 +97,9 @@ bool RegistryKey::deleteValue(const std::wstring& name) {
 
 bool RegistryKey::deleteTree(const std::wstring& path) {
     if (!handle || path.empty()) return false;
-    // The system's function knows no view: below a predefined root it would work in that of the process, whatever this
-    // key's is. A key that was opened in a view keeps to it, so the tree's own key is emptied and then deleted by the
-    // function that takes the view along.
+    // The system's function knows no view: below a predefined root it would work in that of the process, not in
+    // this key's. A key that was opened in a view keeps to it, so the tree's own key is emptied and then deleted by the
+    // function that takes a view.
     Owned<HKEY, RegCloseKey> tree;
     const LSTATUS opened = RegOpenKeyExW(get(), path.c_str(), 0, accessMask(true), tree.put());
     if (opened != ERROR_SUCCESS) return opened == ERROR_FILE_NOT_FOUND;

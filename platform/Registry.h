@@ -1,4 +1,4 @@
-// Registry keys, with the view travelling along and every value read as text or number.
+// Registry keys that keep their view, and their values as text or number.
 #pragma once
 
 #include <windows.h>
@@ -50,22 +50,22 @@ class RegistryKey {
     /// The same in a key below this one, which is made if it is not there.
     bool setSubKeyValue(const std::wstring& subKey, const std::wstring& name, const RegistryValue& value);
 
-    /// Takes a value of this key away; true also if there was none. Logs nothing.
+    /// Deletes a value of this key; true also if there was none. Logs nothing.
     bool deleteValue(const std::wstring& name);
-    /// Takes a key below this one away with all that is below it, in this key's view; true also if there was none. The
+    /// Deletes a key below this one with all that is below it, in this key's view; true also if there was none. The
     /// empty path is refused, for it would empty this key itself. Logs nothing.
     bool deleteTree(const std::wstring& path);
     /// Whether this key is there and has neither values nor subkeys.
     [[nodiscard]] bool isEmpty() const;
 
-    /// Calls the function with this key and the name of each subkey, until it returns false. The walk goes by index and
-    /// is not restarted: after the function has deleted the subkey it was given, that subkey's follower is not seen.
+    /// Calls the function with this key and the name of each subkey, until it returns false. The walk is by index and
+    /// is not restarted: after the function has deleted the subkey it was given, the next subkey is not seen.
     void enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function);
 
     /// For functions of the platform that have no counterpart here.
     [[nodiscard]] HKEY get() const noexcept { return handle.get(); }
     explicit operator bool() const noexcept { return static_cast<bool>(handle); }
-    /// The flag that an access mask takes along to stay in this key's view.
+    /// The flag of an access mask that stays in this key's view.
     [[nodiscard]] REGSAM viewFlag() const noexcept { return view == view64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY; }
 
   private:

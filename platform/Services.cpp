@@ -14,12 +14,12 @@ namespace {
 
 using ServiceHandle = Owned<SC_HANDLE, CloseServiceHandle>;
 
-/// How often a wait looks, in parts of its time-out.
-constexpr int32_t looks = 10;
+/// How many polls a wait makes, at equal parts of its time-out.
+constexpr int32_t polls = 10;
 
 uint32_t pauseOf(uint64_t timeoutMilliseconds) {
     // INFINITE would be no pause but the end of the thread.
-    return static_cast<uint32_t>(std::min<uint64_t>(timeoutMilliseconds / looks, INFINITE - 1));
+    return static_cast<uint32_t>(std::min<uint64_t>(timeoutMilliseconds / polls, INFINITE - 1));
 }
 
 /// A service and the manager it was opened through.
@@ -36,7 +36,8 @@ struct Service {
     DWORD error;
 };
 
-/// Stops and marks for deletion. The handles go before the caller waits: with one open the service would stay listed.
+/// Stops and marks for deletion. The handles are closed before the caller waits: with one open the service would stay
+/// listed.
 bool stopAndDelete(const Service& service, const std::wstring& name) {
     constexpr uint64_t stopMilliseconds = 2000;
     return service.handle && stopService(name, stopMilliseconds) && DeleteService(service.handle.get());
@@ -78,7 +79,7 @@ bool deleteService(const std::wstring& name, uint64_t timeoutMilliseconds) {
             return false;
         }
     }
-    return retryUntil([&] { return isGone(name); }, looks, pauseOf(timeoutMilliseconds));
+    return retryUntil([&] { return isGone(name); }, polls, pauseOf(timeoutMilliseconds));
 }
 
 }  // namespace pdx

@@ -6,7 +6,7 @@
 
 namespace pdx {
 
-/// Stops a service and waits until it is stopped, for at most the time-out; asks every tenth part of it. True if it is
+/// Stops a service and waits until it is stopped, for at most the time-out; polls every tenth part of it. True if it is
 /// stopped or does not exist; false at once if it refuses. Logs "Stopping service '%ls'..." at INFO.
 bool stopService(const std::wstring& name, uint64_t timeoutMilliseconds);
 

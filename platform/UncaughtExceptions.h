@@ -1,4 +1,4 @@
-// The way of a fault that nothing is to catch into the handling of crashes.
+// How an exception that nothing may catch reaches the handling of crashes.
 #pragma once
 
 #include <windows.h>
@@ -7,16 +7,15 @@
 
 namespace pdx {
 
-/// The structured exception that stands for a C++ exception which nobody catches: severity error, of the program's own.
+/// The structured exception for an uncaught C++ exception: severity error, customer code.
 inline constexpr DWORD uncaughtExceptionCode = 0xE0504458;
 
-/// Makes std::terminate raise uncaughtExceptionCode where it is called, for with this toolchain it would end the process
-/// past the filter of unhandled exceptions. Of no further effect when called again. Any thread.
+/// Installs a terminate handler that raises uncaughtExceptionCode: this toolchain's own would end the process past the
+/// filter of unhandled exceptions. Has no further effect when called again. Any thread.
 void raiseUncaughtExceptions();
 
-/// Runs a step in which an exception is to end in the handling of crashes: the guards of the engine's callbacks and of
-/// window messages, which keep every other exception from their callers, never see it. An access fault passes them by
-/// itself.
+/// Runs a step whose exceptions are crashes: the guards of the engine's callbacks and of window messages, which keep
+/// every other exception from their callers, do not see them. Access violations need no such step.
 template <typename Step>
 decltype(auto) crashOnException(Step&& step) noexcept {
     return std::forward<Step>(step)();

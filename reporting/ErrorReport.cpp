@@ -19,7 +19,7 @@ struct Element {
     std::string_view text;
 };
 
-/// A document that is put together element by element. Whatever fails leaves it without text.
+/// A document that is built element by element. Any failure leaves it without text.
 class RequestDocument {
   public:
     RequestDocument() : document(newXmlDocument()), whole(static_cast<bool>(document)) {}
@@ -105,7 +105,7 @@ void uploadData(const ErrorReport& report, const std::string& trackingId) {
 }  // namespace
 
 std::string sendErrorReport(const ReportFiles& files) noexcept {
-    // Known as soon as there is a place for the report, whatever comes of the upload.
+    // Known as soon as the service gave a place, also if the upload fails.
     std::string trackingId;
     try {
         ComApartment com;
@@ -114,7 +114,7 @@ std::string sendErrorReport(const ReportFiles& files) noexcept {
         buildPackage(report, files);
         if (requestUpload(report, trackingId)) uploadData(report, trackingId);
     } catch (const std::exception& problem) {
-        // The text of an exception serves as an argument, never as the format.
+        // The text of an exception is an argument, never the format.
         PDX_LOG(logError, "sendErrorReport", "The error report failed: %s", problem.what());
     }
     return trackingId;

@@ -7,9 +7,9 @@
 
 namespace pdx {
 
-/// Packs the files, asks the configured service (app.oer.url) for a place, and puts the package there. The report's
-/// tracking id; empty if the service gave no place. Blocks the thread until all is done: its requests wait as long as
-/// the platform does. Never throws; a failure is logged and otherwise silent.
+/// Packs the files, requests a place from the configured service (app.oer.url), and puts the package there. The
+/// report's tracking id; empty if the service gave no place. Blocks the thread until all is done: its requests wait as
+/// long as the platform does. Never throws; a failure is logged and otherwise silent.
 std::string sendErrorReport(const ReportFiles& files) noexcept;
 
 }  // namespace pdx

@@ -43,9 +43,10 @@ std::wstring programOf(HANDLE process) {
     return path.data();
 }
 
-/// A running temporary uninstaller: its name begins with "bui" and its file describes itself as "BastionUninstall", both
-/// without regard to case. What cannot be queried is skipped and logged at WARN; a find at INFO. The handle is the one
-/// by which it was recognised, to wait for it: once that is closed the id may be another process's. Null if none runs.
+/// A running temporary uninstaller: its name begins with "bui" and its file describes itself as "BastionUninstall",
+/// both without regard to case. What cannot be queried is skipped and logged at WARN; a find at INFO. The handle is the
+/// one by which it was recognised, to wait for it: once that is closed the id may be another process's. Null if none
+/// runs.
 Handle runningTempUninstaller() {
     ProcessSnapshot snapshot;
     for (PROCESSENTRY32W entry{}; snapshot.next(entry);) {

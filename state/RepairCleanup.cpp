@@ -112,8 +112,8 @@ bool takeFolderDown(const RepairRun& run, const std::wstring& location, const Fo
     return deleteDirectoryTree(folder, fileTries, fileDelayMilliseconds);
 }
 
-/// Uneven on purpose: the package notes one earlier command for both of the older client's protocols, its own goes
-/// without a trace, and an unnoted gatelink stays as it is.
+/// Asymmetric by design: one saved command serves both bastion protocols; ours is deleted; gatelink is restored only if
+/// saved.
 void restoreProtocols(const EarlierState& earlier) {
     restoreProtocolHandler(L"bastion", earlier.bastionProtocol);
     restoreProtocolHandler(L"bastion2", earlier.bastionProtocol);

@@ -21,7 +21,7 @@ struct Shared {
     nlohmann::json header;
 };
 constinit ProcessValue<Shared> shared;
-/// Apart from the rest, for it takes a tenth of a second and more.
+/// Apart from the rest, because it takes a tenth of a second and more.
 constinit ProcessValue<std::string> knownHash;
 
 nlohmann::json makeHeader(const std::string& session) {
@@ -67,7 +67,7 @@ void BriskTelemetrySender::identifyMachine(nlohmann::json& event, bool urgent) c
 void BriskTelemetrySender::send(nlohmann::json batch) {
     if (batch.empty()) return;
     for (nlohmann::json& event : batch) identifyMachine(event);
-    // The service is told the platform in place of the system's version, and it is to stay so.
+    // The service expects the platform in place of the system's version.
     static constexpr const char* platform = "pc";
     const HttpHeaders headers = {
         {"Content-Type", "application/json"},

@@ -5,15 +5,15 @@
 
 namespace pdx {
 
-/// Gives the 40 hexadecimal digits that identify the machine; it may take its time.
+/// Gives the 40 hexadecimal digits that identify the machine; may be slow.
 using MachineHash = std::string (*)();
 
 /// The current time as the service takes it: UTC with milliseconds and no mark of a zone, 23 characters.
 std::string briskTimestamp();
 
-/// A post is an array of flat objects. What identifies installer and machine is found out with the first event of the
-/// process, whichever sender it goes through, and stays as it was then; the machine's hash with the first post, on the
-/// worker, so that no start waits for it. An event whose name has not three tokens logs
+/// A post is an array of flat objects. What identifies installer and machine is looked up with the first event of the
+/// process and does not change after it; the machine's hash with the first post, on the worker, so that no start waits
+/// for it. An event whose name has not three tokens logs
 /// "Bad taxonomy %s" and is dropped; telemetry.brisk.log makes each event a log line.
 class BriskTelemetrySender : public TelemetrySender {
   public:
@@ -31,7 +31,7 @@ class BriskTelemetrySender : public TelemetrySender {
     MachineHash machineHash;
 };
 
-/// Forgets what was found out for the process.
+/// Frees what was looked up for the process.
 void releaseBriskIdentity();
 
 }  // namespace pdx

@@ -42,7 +42,7 @@ void TelemetrySender::enqueue(const TelemetryEvent& event) {
         first = queue.empty();
         queue.push_back(std::move(item));
     }
-    // Whoever came first wakes the worker for all that are there when it takes the queue.
+    // The first event wakes the worker for all that are queued when it takes them.
     if (first) SetEvent(wakeEvent.get());
 }
 

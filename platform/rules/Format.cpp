@@ -36,7 +36,7 @@ class Output {
     size_t used = 0;
 };
 
-/// One parsed directive: what stands between "%" and the conversion letter, "*" already replaced.
+/// One parsed directive: the part between "%" and the conversion letter, "*" already replaced.
 struct Directive {
     std::string flags;
     std::optional<int> width;

@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// The events to post now, as an array that may be empty: while sending is enabled all that was held back in pending,
+/// The events to post now, as an array that may be empty: while sending is enabled all that was held in pending,
 /// then all items; otherwise the urgent items alone, so that these may overtake older ones, and the others join
 /// pending. Both arrays keep the order of arrival. pending is an array before and after.
 nlohmann::json takeBatch(nlohmann::json& pending, std::vector<TelemetryQueueItem> items, bool sendingEnabled);

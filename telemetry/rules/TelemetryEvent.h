@@ -1,4 +1,4 @@
-// What telemetry is made of: the event as the system tells it, and as a sender keeps it.
+// An event of telemetry as the system sends it, and as a sender keeps it.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ struct TelemetryEvent {
     int32_t sender = briskSender;
     std::string name;
     nlohmann::json params;  ///< the attributes; counts only if it is an object
-    bool urgent = false;    ///< goes out even while sending is held back
+    bool urgent = false;    ///< is sent even while others are held
     bool reserved = false;
 };
 
