@@ -16,8 +16,6 @@
 namespace pdx {
 namespace {
 
-constexpr uint64_t unitsAMillisecond = 10000;
-
 void send(TelemetryEvent event) {
     sendTelemetry(event.sender, std::move(event.name), std::move(event.params), event.urgent);
 }
@@ -30,7 +28,7 @@ void send(EventPair pair) {
 std::string now() { return TelemetryManager::timestamp(briskSender); }
 
 /// When the machine was started.
-std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * unitsAMillisecond); }
+std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * fileTimePerMillisecond); }
 
 }  // namespace
 

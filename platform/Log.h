@@ -45,21 +45,10 @@ class BootstrapperLogger : public Logger {
 /// The logger, null until the application object has made it.
 extern ProcessSlot<Logger> g_logger;
 
-/// Sets the logger of an engine and clears it in the destructor, unless there is another one by then.
-/// Over a reload workers log on between two engines; those lines are lost.
-class LoggerLife {
-  public:
-    explicit LoggerLife(IBootstrapperEngine* engine) : logger(std::make_shared<BootstrapperLogger>(engine)) {
-        g_logger.set(logger);
-    }
-    ~LoggerLife() {
-        if (g_logger.get() == logger) g_logger.clear();
-    }
-    LoggerLife(const LoggerLife&) = delete;
-    LoggerLife& operator=(const LoggerLife&) = delete;
-
-  private:
-    std::shared_ptr<Logger> logger;
+/// The logger of an engine. Over a reload workers log on between two engines; those lines are lost.
+struct LoggerLife : ServiceLife<Logger> {
+    explicit LoggerLife(IBootstrapperEngine* engine)
+        : ServiceLife(g_logger, std::make_shared<BootstrapperLogger>(engine)) {}
 };
 
 /// What scrubbing searches for, and what replaces it: looked up once a process.

@@ -48,4 +48,23 @@ class ProcessSlot {
     std::shared_ptr<Service>* service = nullptr;
 };
 
+/// Puts a service into its slot and takes it out again in the destructor, unless there is another one by then.
+template <typename Service>
+class ServiceLife {
+  public:
+    ServiceLife(ProcessSlot<Service>& itsSlot, std::shared_ptr<Service> owned)
+        : slot(itsSlot), service(std::move(owned)) {
+        slot.set(service);
+    }
+    ~ServiceLife() {
+        if (slot.get() == service) slot.clear();
+    }
+    ServiceLife(const ServiceLife&) = delete;
+    ServiceLife& operator=(const ServiceLife&) = delete;
+
+  private:
+    ProcessSlot<Service>& slot;
+    std::shared_ptr<Service> service;
+};
+
 }  // namespace pdx

@@ -52,21 +52,16 @@ extern ProcessSlot<ExceptionHandler> g_exceptionHandler;
 
 /// Sets a handler for an object's life. The one of an object before a reload is destroyed first, so that the new
 /// handler finds the filter before it.
-class ExceptionHandlerLife {
+class ExceptionHandlerLife : public ServiceLife<ExceptionHandler> {
   public:
-    ExceptionHandlerLife() : preparation(loadStackWalker) {
-        g_exceptionHandler.clear();
-        handler = std::make_shared<ExceptionHandler>();
-        g_exceptionHandler.set(handler);
-    }
-    ~ExceptionHandlerLife() {
-        if (g_exceptionHandler.get() == handler) g_exceptionHandler.clear();
-    }
-    ExceptionHandlerLife(const ExceptionHandlerLife&) = delete;
-    ExceptionHandlerLife& operator=(const ExceptionHandlerLife&) = delete;
+    ExceptionHandlerLife() : ServiceLife(g_exceptionHandler, makeNext()), preparation(loadStackWalker) {}
 
   private:
-    std::shared_ptr<ExceptionHandler> handler;
+    static std::shared_ptr<ExceptionHandler> makeNext() {
+        g_exceptionHandler.clear();
+        return std::make_shared<ExceptionHandler>();
+    }
+
     Task preparation;  ///< for a crash; only the destructor waits for it
 };
 

@@ -13,7 +13,6 @@
 #include "platform/Text.h"
 #include "platform/VersionInfo.h"
 #include "state/rules/MeridianMessages.h"
-#include "state/rules/OlderClientFate.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
@@ -82,12 +81,8 @@ void waitForQuiet() {
     }
 }
 
-/// The registry is read only where the settings want that fate.
-bool isFateOfInstalled(OlderClientFate fate) {
-    const bool migration = getConfigBool("app.meridian.enableMigration", false);
-    const bool prompt = getConfigBool("app.meridian.promptBastionUninstall", false);
-    return olderClientFate(migration, prompt) == fate && isBastionInstalled();
-}
+bool isMigrationOn() { return getConfigBool("app.meridian.enableMigration", false); }
+bool isPromptOn() { return getConfigBool("app.meridian.promptBastionUninstall", false); }
 
 }  // namespace
 
@@ -96,8 +91,8 @@ bool isBastionInstalled() {
     return !bastionText(L"InstallSuccesfull").empty();
 }
 
-bool removesBastion() { return isFateOfInstalled(OlderClientFate::goes); }
-bool asksToRemoveBastion() { return isFateOfInstalled(OlderClientFate::asks); }
+bool removesBastion() { return isMigrationOn() && !isPromptOn() && isBastionInstalled(); }
+bool asksToRemoveBastion() { return isMigrationOn() && isPromptOn() && isBastionInstalled(); }
 
 bool isBastionRunning() {
     ProcessSnapshot snapshot;

@@ -16,8 +16,8 @@ class Output {
     explicit Output(std::span<char> target) : buffer(target) {}
 
     void append(std::string_view text) {
-        const size_t room = buffer.size() - 1 - used;
-        const size_t count = std::min(room, text.size());
+        const size_t space = buffer.size() - 1 - used;
+        const size_t count = std::min(space, text.size());
         std::memcpy(buffer.data() + used, text.data(), count);
         used += count;
     }

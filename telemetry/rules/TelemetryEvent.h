@@ -19,6 +19,20 @@ struct TelemetryEvent {
     bool reserved = false;
 };
 
+/// An attribute whose text never changes.
+struct ConstantText {
+    const char* key;
+    const char* text;
+};
+
+/// An object of such attributes.
+template <size_t Count>
+nlohmann::json objectOf(const ConstantText (&texts)[Count]) {
+    nlohmann::json object = nlohmann::json::object();
+    for (const auto& [key, text] : texts) object[key] = text;
+    return object;
+}
+
 /// An event as it will be posted. A value that is null or empty is one to drop.
 struct TelemetryQueueItem {
     nlohmann::json event;
