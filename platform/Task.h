@@ -13,9 +13,7 @@ namespace pdx {
 /// exception ends it. The object waits for its end, so the work has to have one.
 class Task {
   public:
-    explicit Task(std::function<void()> job) : work(std::move(job)) {
-        waiting = !thread.start(run, this);
-    }
+    explicit Task(std::function<void()> job) : work(std::move(job)) { waiting = !thread.start(run, this); }
     ~Task() { wait(); }
     Task(const Task&) = delete;
     Task& operator=(const Task&) = delete;

@@ -23,9 +23,8 @@ LONG CALLBACK filterOfProcess(EXCEPTION_POINTERS* pointers) {
 /// The file name of the module that holds the address, in the system's code page; empty if there is none.
 std::string moduleNameAt(DWORD64 address) {
     HMODULE module = nullptr;
-    if (!GetModuleHandleExW(
-            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-            reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(address)), &module))
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(address)), &module))
         return {};
     wchar_t path[260];
     const DWORD length = GetModuleFileNameW(module, path, ARRAYSIZE(path));

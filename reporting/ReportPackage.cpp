@@ -64,10 +64,8 @@ void addSection(GzipStream& stream, std::string_view name, std::string_view byte
 constinit ProcessValue<std::string> survey;
 
 const std::string& machineSurvey(const std::string& machineHash) {
-    return survey.get([&] {
-        return hardwareSurvey(getOsVersion(), systemVersion(), getProcessorArchitecture(),
-                              machineHash);
-    });
+    return survey.get(
+        [&] { return hardwareSurvey(getOsVersion(), systemVersion(), getProcessorArchitecture(), machineHash); });
 }
 
 }  // namespace
