@@ -137,8 +137,9 @@ class TreeRemoval {
     }
 
     static bool logFailure(const char* kind, const Place& place, DWORD error) {
+        constexpr std::wstring_view start = L"\\\\?\\";
         PDX_LOG(logInfo, "deleteDirectoryTree", "Failed to remove %s %ls: error=%08x", kind,
-                place.path.starts_with(finalPathStart) ? place.path.substr(finalPathStart.size()) : place.path, error);
+                place.path.starts_with(start) ? place.path.substr(start.size()) : place.path, error);
         return false;
     }
 

@@ -102,7 +102,7 @@ bool RegistryKey::deleteTree(const std::wstring& path) {
     // The system's function knows no view: below a predefined root it would work in that of the process, not in
     // this key's. A key that was opened in a view keeps to it, so the tree's own key is emptied and then deleted by the
     // function that takes a view.
-    Owned<HKEY, RegCloseKey> tree;
+    UniqueHandle<RegistryKeyTraits> tree;
     const LSTATUS opened = RegOpenKeyExW(get(), path.c_str(), 0, accessMask(true), tree.put());
     if (opened != ERROR_SUCCESS) return opened == ERROR_FILE_NOT_FOUND;
     if (RegDeleteTreeW(tree.get(), nullptr) != ERROR_SUCCESS) return false;

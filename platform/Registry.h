@@ -21,6 +21,8 @@ enum RegistryView : int32_t {
 /// What a value holds: nothing, a REG_DWORD, or a REG_SZ.
 using RegistryValue = std::variant<std::monostate, uint32_t, std::wstring>;
 
+using RegistryKeyTraits = NullTraits<HKEY, RegCloseKey>;
+
 /// An open key, or none after a failed open: then every further call fails without a log line. Nothing throws.
 class RegistryKey {
   public:
@@ -72,7 +74,7 @@ class RegistryKey {
     RegistryKey(HKEY key, RegistryView keyView) : handle(key), view(keyView) {}
     [[nodiscard]] REGSAM accessMask(bool writable) const noexcept;
 
-    Owned<HKEY, RegCloseKey> handle;
+    UniqueHandle<RegistryKeyTraits> handle;
     RegistryView view = view32;
 };
 

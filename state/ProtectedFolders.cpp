@@ -6,7 +6,6 @@
 
 #include "platform/FolderRemoval.h"
 #include "platform/Paths.h"
-#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 #include "platform/rules/Numbers.h"
 
@@ -38,6 +37,7 @@ const KnownFolder knownFolders[] = {
 
 /// A 32-bit process gets the folders of 32-bit programs as known folders. From the registry, for variables of the
 /// environment are the user's.
+constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows\\CurrentVersion";
 constexpr const wchar_t* foldersOf64BitPrograms[] = {L"ProgramFilesDir", L"CommonFilesDir"};
 
 constexpr const wchar_t* profilesKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList";

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/rules/AsciiCase.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
@@ -21,6 +20,11 @@ bool cursorIsOver(HWND window) {
 }
 
 int32_t rounded(float length) { return static_cast<int32_t>(length + 0.5f); }
+
+/// The C locale's capitals: only a to z change, so a label looks the same on every machine.
+wchar_t toCapital(wchar_t letter) {
+    return letter >= L'a' && letter <= L'z' ? static_cast<wchar_t>(letter - L'a' + L'A') : letter;
+}
 
 }  // namespace
 
@@ -54,7 +58,7 @@ MessageResult Button::OnMouseLeave() {
 MessageResult Button::OnSetText(LPARAM label) {
     Invalidate();
     text = label ? reinterpret_cast<const wchar_t*>(label) : L"";
-    std::transform(text.begin(), text.end(), text.begin(), upperAscii<wchar_t>);
+    std::transform(text.begin(), text.end(), text.begin(), toCapital);
     SetAccessibleName(text);
     return handled();
 }
