@@ -23,9 +23,8 @@ struct InternetHandleTraits {
 using InternetHandle = UniqueHandle<InternetHandleTraits>;
 
 /// Requests to one URL over one connection, always with TLS, whatever scheme the URL names. Used by one thread at a
-/// time, which waits in it as long as the platform does: retries, time-outs and redirects are the platform's, and
-/// nothing is logged. The status of a response is not read: a reply of 500 is a success with a body, which the caller
-/// parses.
+/// time, which waits as long as the platform does: retries, time-outs and redirects are the platform's. Nothing is
+/// logged. The status of a response is not read: a reply of 500 is a success with a body, which the caller parses.
 class HttpClient {
   public:
     /// Takes a copy of the URL; its query is sent as part of the path, a bare fragment not at all. Does not connect. A

@@ -10,8 +10,8 @@
 
 namespace pdx {
 
-/// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose: after a reload
-/// the library stays pinned, its statics are then destroyed at the end of the process, after all other threads were
+/// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose. After a reload
+/// the library stays pinned, and its statics are destroyed at the end of the process. By then all other threads were
 /// ended anywhere in their work, and a lock or a service may be in any state. An ordinary unload calls clear() instead.
 template <typename Service>
 class ProcessSlot {

@@ -44,9 +44,9 @@ struct ProgramStart {
 /// Starts a program. The handle is that of the new process, if the system gave one; nothing is logged.
 Handle startProgram(const ProgramStart& program);
 
-/// Ends every process whose program has one of the names, compared without regard to case, with exit code 9, and waits
-/// until all of them are gone, without a time limit. Logs "Terminating %ls" at INFO for each. A process that cannot be
-/// opened is left running.
+/// Ends every process whose program has one of the names, compared without regard to case, with exit code 9. Waits
+/// until all of them have ended, without a time limit. Logs "Terminating %ls" at INFO for each. A process that cannot
+/// be opened is left running.
 void terminateProcesses(std::span<const std::wstring_view> names);
 
 /// Waits until all of the handles are signalled, however many there are; false at once for one that cannot be waited

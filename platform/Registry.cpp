@@ -99,8 +99,8 @@ bool RegistryKey::deleteValue(const std::wstring& name) {
 
 bool RegistryKey::deleteTree(const std::wstring& path) {
     if (!handle || path.empty()) return false;
-    // The system's function knows no view: below a predefined root it would work in that of the process, not in
-    // this key's. A key that was opened in a view keeps to it, so the tree's own key is emptied and then deleted by the
+    // The system's function knows no view: below a predefined root it would work in that of the process, not in this
+    // key's. A key that was opened in a view keeps it. So the tree's own key is emptied and then deleted by the
     // function that takes a view.
     UniqueHandle<RegistryKeyTraits> tree;
     const LSTATUS opened = RegOpenKeyExW(get(), path.c_str(), 0, accessMask(true), tree.put());

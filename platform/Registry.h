@@ -38,9 +38,9 @@ class RegistryKey {
     [[nodiscard]] RegistryKey openSubKey(const std::wstring& path, bool writable) const;
     RegistryKey createSubKey(const std::wstring& path, bool writable) const;
 
-    /// A value of this key; the name "" is the key's default value. The given default if there is none, if it takes
-    /// more than 4094 bytes (a text of 2046 characters with its end mark), or if it is neither REG_SZ nor REG_DWORD,
-    /// which logs "Unsupported registry value type [%d]" at ERROR.
+    /// A value of this key; the name "" is the key's default value. The given default if there is none, or if it takes
+    /// more than 4094 bytes (a text of 2046 characters with its end mark). The default too if it is neither REG_SZ nor
+    /// REG_DWORD, which logs "Unsupported registry value type [%d]" at ERROR.
     [[nodiscard]] RegistryValue getValue(const std::wstring& name, RegistryValue defaultValue = {}) const;
     /// The same for a key below this one, which is opened for the one read.
     [[nodiscard]] RegistryValue getSubKeyValue(const std::wstring& subKey, const std::wstring& name,

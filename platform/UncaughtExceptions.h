@@ -14,8 +14,8 @@ inline constexpr DWORD uncaughtExceptionCode = 0xE0504458;
 /// filter of unhandled exceptions. Has no further effect when called again. Any thread.
 void raiseUncaughtExceptions();
 
-/// Runs a step whose exceptions are crashes: the guards of the engine's callbacks and of window messages, which keep
-/// every other exception from their callers, do not see them. Access violations need no such step.
+/// Runs a step whose exceptions are crashes. The guards of the engine's callbacks and of window messages keep every
+/// other exception from their callers, but do not see these. Access violations need no such step.
 template <typename Step>
 decltype(auto) crashOnException(Step&& step) noexcept {
     return std::forward<Step>(step)();

@@ -21,10 +21,10 @@ bool isBastionRunning();
 /// recorded or does not start.
 void quitBastion();
 
-/// Removes the older client: runs its uninstaller and waits until it and every temporary uninstaller that it leaves to
-/// finish the work have ended, and 3 seconds have passed without another. Has no limit of time on purpose: a client
-/// half removed would be worse than a wait. Nothing happens where its program is not recorded; an uninstaller that does
-/// not start is not reported.
+/// Removes the older client: runs its uninstaller and waits until it and every temporary uninstaller that it starts
+/// have ended, and 3 seconds have passed without another. Has no limit of time on purpose: a client half removed would
+/// be worse than a wait. Nothing happens where its program is not recorded; an uninstaller that does not start is not
+/// reported.
 void waitForBastionTempUninstallers();
 
 /// Sends to the Tally service that something of the migration was shown or pressed (state/rules/MeridianMessages.h has

@@ -16,8 +16,8 @@ namespace pdx {
 using AdapterQuery = unsigned long (*)(_IP_ADAPTER_INFO* list, unsigned long* size);
 unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size);
 
-/// The hardware address of the first network adapter as "00-11-22-33-44-55"; empty if there is none, or if the machine
-/// has more adapters than the system's list of 5184 bytes holds.
+/// The hardware address of the first network adapter as "00-11-22-33-44-55"; empty if there is none. Empty too if the
+/// machine has more adapters than the system's list of 5184 bytes holds.
 std::string getLocalMacAddress(AdapterQuery ask = askAdapters);
 
 /// This machine's bucket, from 1 to 100; a machine without an adapter has 62. Logs "Using bucket value: %u".

@@ -12,9 +12,9 @@ using MachineHash = std::string (*)();
 std::string briskTimestamp();
 
 /// A post is an array of flat objects. What identifies installer and machine is looked up with the first event of the
-/// process and does not change after it; the machine's hash with the first post, on the worker, so that no start waits
-/// for it. An event whose name has not three tokens logs
-/// "Bad taxonomy %s" and is dropped; telemetry.brisk.log makes each event a log line.
+/// process and does not change after it. The machine's hash follows with the first post, on the worker, so that no
+/// start waits for it. An event whose name has not three tokens logs "Bad taxonomy %s" and is dropped;
+/// telemetry.brisk.log makes each event a log line.
 class BriskTelemetrySender : public TelemetrySender {
   public:
     explicit BriskTelemetrySender(MachineHash hash) : machineHash(hash) {}

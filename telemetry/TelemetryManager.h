@@ -21,9 +21,9 @@ class TelemetryManager {
     TelemetryManager(const TelemetryManager&) = delete;
     TelemetryManager& operator=(const TelemetryManager&) = delete;
 
-    /// The identifier of this install, the same over all of its processes: that of the environment variable
-    /// PDX_INSTALLER_SESSION_ID, unchanged, else a new one, which is then set there for child processes. Logs
-    /// "Installer session: %s".
+    /// The identifier of this install, the same over all of its processes. It is that of the environment variable
+    /// PDX_INSTALLER_SESSION_ID, else a new one, which is then set there for child processes. Logs "Installer session:
+    /// %s".
     static std::string createSessionId();
 
     /// Makes and starts the senders on the addresses of telemetry.tally.url and telemetry.brisk.url. Until then events

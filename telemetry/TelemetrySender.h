@@ -20,7 +20,7 @@ class TelemetryManager;
 /// JSON on one line for a log, in which bytes that are no UTF-8 become U+FFFD.
 std::string readableLine(const nlohmann::json& value);
 
-/// An urgent event waits so long for each lock, and is then dropped: a thread that crashed may hold the lock, and
+/// An urgent event waits so long for each lock, and is then dropped. A thread that crashed may hold the lock, and
 /// nothing may keep the crash from the user.
 inline constexpr std::chrono::milliseconds urgentBound{1000};
 
@@ -30,8 +30,8 @@ inline constexpr std::chrono::milliseconds urgentBound{1000};
 class TelemetrySender {
   public:
     TelemetrySender();
-    /// The worker has to be stopped by then: a derived class calls stop() in its own destructor, for until the worker
-    /// has ended it calls operations of that class.
+    /// The worker has to be stopped by then: a derived class calls stop() in its own destructor. Until the worker has
+    /// ended it calls operations of that class.
     virtual ~TelemetrySender();
     TelemetrySender(const TelemetrySender&) = delete;
     TelemetrySender& operator=(const TelemetrySender&) = delete;

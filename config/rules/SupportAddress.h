@@ -11,7 +11,7 @@ inline constexpr std::wstring_view supportPlaceholder = L"{support}";
 
 /// The text with every placeholder replaced by the address, such as "https://support.example.com". A final "/" of the
 /// address is dropped, for the path begins with one. With an empty address the link keeps its path alone, from the "/"
-/// on: by that the dialog knows that the link leads nowhere, and shows a message.
+/// on. The dialog recognises that as a link that leads nowhere, and shows a message.
 std::wstring fillSupportAddress(std::wstring text, std::wstring_view address);
 
 }  // namespace pdx

@@ -15,7 +15,7 @@ std::wstring bastionText(const std::wstring& name);
 /// A file in the client's log folder below the common application data.
 std::wstring getLogFilePath(const std::wstring& name);
 
-/// The version of a program of the client that is installed at a location (getFileVersion); empty for the empty
+/// The version of a program of the client that is installed at a location (getFileVersion). Empty for the empty
 /// location, and for one that is too long for the system's paths.
 std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file);
 

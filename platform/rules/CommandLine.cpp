@@ -25,8 +25,8 @@ std::wstring switchOf(std::wstring_view argument) {
     return loweredAscii(argument.substr(1));
 }
 
-/// Reads one argument of a command line as the system splits it: a quote opens and closes anywhere in it, an odd number
-/// of backslashes before a quote makes it a character, and so does the third quote that counts together.
+/// Reads one argument of a command line as the system splits it. A quote opens and closes anywhere in it. An odd number
+/// of backslashes before a quote makes the quote a character. So is the third of three adjacent quotes.
 class ArgumentReader {
   public:
     /// False for the blank after the argument.

@@ -24,9 +24,9 @@ using NarrowScrubTexts = Replacements<char>;  ///< UTF-8
 
 using EqualNames = std::function<bool(std::wstring_view, std::wstring_view)>;
 
-/// Derives all texts. profileBack and profileShort may be empty when the system did not name them, userName too;
-/// equalNames compares a path component with the user's name, without regard to case. What replaces a path has "####"
-/// in the place of every component that is the user's name.
+/// Derives all texts. profileBack, profileShort and userName may be empty when the system did not give them. equalNames
+/// compares a path component with the user's name, without regard to case. What replaces a path has "####" in the place
+/// of every component that is the user's name.
 ScrubTexts makeScrubTexts(std::wstring profileBack, std::wstring profileShort, std::wstring_view userName,
                           const EqualNames& equalNames);
 NarrowScrubTexts narrowScrubTexts(const ScrubTexts& texts);

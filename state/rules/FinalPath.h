@@ -32,13 +32,14 @@ struct PathSystem {
 };
 
 /// The final path that a path ought to have if no component below the trusted folder is a link. finalPrefix is the
-/// trusted folder's own final path, which begins with "\\?\"; the path is followed component by component, split at
-/// "\" and "/", until the walked part has exactly that final path, and the rest is joined unchanged. With an empty
-/// prefix no folder is trusted and nothing is looked up: the path itself after "\\?\".
+/// trusted folder's own final path, which begins with "\\?\"; the path is walked component by component, split at "\"
+/// and "/", until the walked part has exactly that final path. The rest is joined unchanged. With an empty prefix no
+/// folder is trusted and nothing is looked up: the path itself after "\\?\".
 ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system);
 
-/// The system's error for a file that is open but may not be locked: 4395 (ERROR_REPARSE_POINT_ENCOUNTERED) for a link,
-/// 3 (ERROR_PATH_NOT_FOUND) without a final path, 0 for another place than the expected one. None for one that may.
+/// The system's error for a file that is open but may not be locked. It is 4395 (ERROR_REPARSE_POINT_ENCOUNTERED) for a
+/// link, 3 (ERROR_PATH_NOT_FOUND) without a final path, and 0 for another place than the expected one. None for one
+/// that may.
 std::optional<uint32_t> lockError(uint32_t attributes, std::wstring_view finalPath, bool isExpectedPath);
 
 /// A temporary folder without the folder of the terminal session at its end, which only that session has:

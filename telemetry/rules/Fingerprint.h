@@ -56,7 +56,7 @@ using CpuIdentification = std::function<CpuRegisters(uint32_t leaf)>;
 std::string processorText(const CpuIdentification& cpuid);
 
 /// The facts, each followed by ";", 1851 bytes at most. The first four fields are encoded unit by unit, so a surrogate
-/// pair in them takes two sequences of three bytes; the text is hashed and used nowhere else.
+/// pair in them takes two sequences of three bytes. The text is hashed and used nowhere else.
 std::string fingerprintText(const MachineFacts& facts);
 
 }  // namespace pdx
