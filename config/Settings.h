@@ -30,9 +30,6 @@ void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfig
 /// The settings of a TOML text. Each fault is logged as an error, and the result is what could be read: nothing if the
 /// text could not be parsed. An exception's text is the log's format, unchanged.
 ConfigMap LoadConfigStream(std::istream& stream);
-/// The settings of an embedded file (resource type PDX_CONFIG), parsed in place, without a copy; empty if it is
-/// missing.
-ConfigMap loadConfigResource(const char* name);
 /// The settings of a file, which others may read meanwhile; empty if it cannot be opened. The path is UTF-8.
 ConfigMap loadConfigFile(const char* path);
 

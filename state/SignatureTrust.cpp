@@ -45,6 +45,29 @@ CertificateContext signerOf(const std::wstring& path) {
         CertFindCertificateInStore(store.get(), encoding, 0, CERT_FIND_SUBJECT_CERT, &wanted, nullptr));
 }
 
+/// Whether the file's embedded signature is whole: its hash is that of the file. Neither its chain nor its revocation
+/// is checked. Each outcome is logged at INFO.
+bool verifyEmbeddedSignature(const std::wstring& path) {
+    WINTRUST_FILE_INFO file{};
+    file.cbStruct = sizeof file;
+    file.pcwszFilePath = path.c_str();
+    WINTRUST_DATA data{};
+    data.cbStruct = sizeof data;
+    data.dwUIChoice = WTD_UI_NONE;
+    data.fdwRevocationChecks = WTD_REVOKE_NONE;
+    data.dwUnionChoice = WTD_CHOICE_FILE;
+    data.pFile = &file;
+    data.dwStateAction = WTD_STATEACTION_IGNORE;
+    data.dwProvFlags = WTD_HASH_ONLY_FLAG;
+    GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
+    // Asked of a few runs only, so that no other start pays for the library.
+    const auto verify = lookUp<decltype(&WinVerifyTrust)>(systemLibrary(L"wintrust.dll"), "WinVerifyTrust");
+    const auto result = static_cast<uint32_t>(verify ? verify(nullptr, &action, &data) : TRUST_E_PROVIDER_UNKNOWN);
+    const SignatureMessage message = signatureMessage(result, GetLastError());
+    PDX_LOG(logInfo, "verifyEmbeddedSignature", message.format, path, message.number);
+    return result == 0;
+}
+
 }  // namespace
 
 bool isValidPalisadeCertificate(const std::wstring& path) {
@@ -76,27 +99,6 @@ bool isValidPalisadeCertificate(const std::wstring& path) {
     }
     PDX_LOG(logInfo, function, "The file has a valid Palisade certificate: %ls", path);
     return true;
-}
-
-bool verifyEmbeddedSignature(const std::wstring& path) {
-    WINTRUST_FILE_INFO file{};
-    file.cbStruct = sizeof file;
-    file.pcwszFilePath = path.c_str();
-    WINTRUST_DATA data{};
-    data.cbStruct = sizeof data;
-    data.dwUIChoice = WTD_UI_NONE;
-    data.fdwRevocationChecks = WTD_REVOKE_NONE;
-    data.dwUnionChoice = WTD_CHOICE_FILE;
-    data.pFile = &file;
-    data.dwStateAction = WTD_STATEACTION_IGNORE;
-    data.dwProvFlags = WTD_HASH_ONLY_FLAG;
-    GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
-    // Asked of a few runs only, so that no other start pays for the library.
-    const auto verify = lookUp<decltype(&WinVerifyTrust)>(systemLibrary(L"wintrust.dll"), "WinVerifyTrust");
-    const auto result = static_cast<uint32_t>(verify ? verify(nullptr, &action, &data) : TRUST_E_PROVIDER_UNKNOWN);
-    const SignatureMessage message = signatureMessage(result, GetLastError());
-    PDX_LOG(logInfo, "verifyEmbeddedSignature", message.format, path, message.number);
-    return result == 0;
 }
 
 }  // namespace pdx

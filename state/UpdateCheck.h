@@ -23,11 +23,6 @@ std::string getLocalMacAddress(AdapterQuery ask = askAdapters);
 /// This machine's bucket, from 1 to 100; a machine without an adapter has 62. Logs "Using bucket value: %u".
 uint32_t GetUpdateBucket(AdapterQuery ask = askAdapters);
 
-/// The version that the service at the address recommends, as "a.b.c.d"; empty on failure. One request, which blocks
-/// the thread until the system's own time-out; never throws. Logs "Error %d has occurred.\n" if no reply came; one
-/// above 64 KiB counts as none.
-std::string GetRecommendedVersion(const std::string& url);
-
 /// The address of the newer installer that the configured service names for this machine, if any. Every failure means
 /// no update.
 std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion);

@@ -6,9 +6,6 @@
 
 namespace pdx {
 
-/// The placeholder of the support site's address in the strings, before the path of its link.
-inline constexpr std::wstring_view supportPlaceholder = L"{support}";
-
 /// The text with every placeholder replaced by the address, such as "https://support.example.com". A final "/" of the
 /// address is dropped, for the path begins with one. With an empty address the link keeps its path alone, from the "/"
 /// on. The dialog recognises that as a link that leads nowhere, and shows a message.

@@ -36,7 +36,7 @@ std::string brandText(const CpuIdentification& cpuid) {
     constexpr uint32_t extendedLeaves = 0x80000000;
     constexpr uint32_t firstBrandLeaf = 0x80000002;
     constexpr uint32_t lastBrandLeaf = 0x80000004;
-    if (cpuid(extendedLeaves).a < lastBrandLeaf) return unknownFactNarrow;
+    if (cpuid(extendedLeaves).a < lastBrandLeaf) return toUtf8(unknownFact);
     std::string brand;
     for (uint32_t leaf = firstBrandLeaf; leaf <= lastBrandLeaf; ++leaf) {
         const CpuRegisters registers = cpuid(leaf);

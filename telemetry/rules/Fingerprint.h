@@ -13,7 +13,6 @@ namespace pdx {
 
 /// In place of a fact that is missing.
 inline constexpr const wchar_t* unknownFact = L"132241";
-inline constexpr const char* unknownFactNarrow = "132241";
 
 struct MachineFacts {
     std::wstring boardMaker = unknownFact;
