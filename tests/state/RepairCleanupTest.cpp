@@ -13,6 +13,7 @@
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 #include "platform/Text.h"
+#include "platform/VersionInfo.h"
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/Probe.h"
 #include "tests/platform/TestFolder.h"
