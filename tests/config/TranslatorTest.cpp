@@ -23,7 +23,7 @@ TEST(StringFile, ReadsKeysAndTextsInTheFilesOrder) {
          {{L"a", L"one"}, {L"b", L"two"}}},
         {R"(<locStrings><locString Key="Same">first</locString><locString Key="SAME">last</locString></locStrings>)",
          {{L"same", L"last"}}},
-        // Entities of text and attribute, markup kept as text, letters of three bytes; keys are lowered from A to Z alone.
+        // Entities of text and attribute, markup kept as text, letters of three bytes; keys lowered from A to Z.
         {"<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<locStrings locale=\"x\"><locString "
          "Key=\"q&amp;\xC3\x84\">&lt;a href=\"u\"&gt;\xE2\x80\xA6&lt;/a&gt;</locString></locStrings>",
          {{L"q&\u00C4", L"<a href=\"u\">\u2026</a>"}}},
