@@ -16,7 +16,7 @@ constexpr int linesARound = 20000;
 /// user's, a status.
 struct Lines {
     std::wstring package = L"PalisadeApp.msi";
-    std::wstring path = queryProfilePath() + L"\\AppData\\Local\\Temp\\Palisade_20240229120000_000_PalisadeApp.msi.log";
+    std::wstring path = getProfilePath() + L"\\AppData\\Local\\Temp\\Palisade_20240229120000_000_PalisadeApp.msi.log";
     std::string narrowPackage = toUtf8(package);
     std::string narrowPath = toUtf8(path);
 };

@@ -5,11 +5,11 @@
 #include "bench/Benchmarks.h"
 #include "platform/Handles.h"
 #include "platform/Paths.h"
+#include "platform/product/ClientPackage.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "state/InstallInfo.h"
 #include "state/RepairCleanup.h"
-#include "state/rules/InstallerRecords.h"
 
 namespace pdx {
 

@@ -27,7 +27,7 @@ constexpr double megabyte = 1 << 20;
 
 /// Lines as Windows Installer logs them, one in sixteen with a path of this user's.
 std::string logText() {
-    const std::wstring profile = L" " + queryProfilePath() + L"\\AppData\\Local\\Temp\\";
+    const std::wstring profile = L" " + getProfilePath() + L"\\AppData\\Local\\Temp\\";
     std::wstring text;
     size_t count = 0;
     for (const PackageLogLine& line : makePackageLog(logLines))

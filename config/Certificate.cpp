@@ -3,15 +3,6 @@
 #include "config/Resources.h"
 
 namespace pdx {
-namespace {
-
-struct CertificateChainTraits {
-    using Value = PCCERT_CHAIN_CONTEXT;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CertFreeCertificateChain(value); }
-};
-
-}  // namespace
 
 CertificateContext loadCertificateResource(uint16_t id) {
     const ResourceData data = loadResource({L"PDX_CERT", id});
@@ -24,7 +15,7 @@ bool chainsToTrustedRoot(PCCERT_CONTEXT certificate) {
     if (!certificate) return false;
     CERT_CHAIN_PARA anyUsage{};
     anyUsage.cbSize = sizeof anyUsage;
-    UniqueHandle<CertificateChainTraits> chain;
+    Owned<PCCERT_CHAIN_CONTEXT, CertFreeCertificateChain> chain;
     if (!CertGetCertificateChain(HCCE_LOCAL_MACHINE, certificate, nullptr, nullptr, &anyUsage,
                                  CERT_CHAIN_DISABLE_AUTH_ROOT_AUTO_UPDATE, nullptr, chain.put()))
         return false;

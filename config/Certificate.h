@@ -11,12 +11,7 @@
 
 namespace pdx {
 
-struct CertificateContextTraits {
-    using Value = PCCERT_CONTEXT;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CertFreeCertificateContext(value); }
-};
-using CertificateContext = UniqueHandle<CertificateContextTraits>;
+using CertificateContext = Owned<PCCERT_CONTEXT, CertFreeCertificateContext>;
 
 /// The number of the embedded certificate.
 inline constexpr uint16_t embeddedCertificateId = 109;

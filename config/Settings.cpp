@@ -14,6 +14,18 @@ namespace pdx {
 constinit ProcessSlot<ConfigMap> g_config;
 constinit std::atomic<bool> g_configurable = false;
 
+namespace {
+
+/// The settings of an embedded file (resource type PDX_CONFIG), parsed in place, without a copy; empty if it is
+/// missing.
+ConfigMap loadConfigResource(const char* name) {
+    ResourceStreamBuf buffer(loadResource({L"PDX_CONFIG", toWide(name)}));
+    std::istream stream(&buffer);
+    return LoadConfigStream(stream);
+}
+
+}  // namespace
+
 void determineConfigurable() {
     g_configurable = chainsToTrustedRoot(loadCertificateResource(embeddedCertificateId).get());
 }
@@ -26,12 +38,6 @@ void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfig
 
 ConfigMap LoadConfigStream(std::istream& stream) {
     return parseConfig(stream, [](const char* function, const char* text) { PDX_LOG(logError, function, text); });
-}
-
-ConfigMap loadConfigResource(const char* name) {
-    ResourceStreamBuf buffer(loadResource({L"PDX_CONFIG", toWide(name)}));
-    std::istream stream(&buffer);
-    return LoadConfigStream(stream);
 }
 
 ConfigMap loadConfigFile(const char* path) {

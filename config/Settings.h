@@ -27,11 +27,9 @@ void determineConfigurable();
 /// file it asks whether it may be read; without one that makes no difference and is not asked.
 void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfigurable);
 
-/// The settings of a TOML text. Whatever is wrong with it is logged as an error, and the result is what could be read:
-/// nothing if the text could not be parsed. An exception's text serves as the log's format, as it stands.
+/// The settings of a TOML text. Each fault is logged as an error, and the result is what could be read: nothing if the
+/// text could not be parsed. An exception's text is the log's format, unchanged.
 ConfigMap LoadConfigStream(std::istream& stream);
-/// The settings of an embedded file (resource type PDX_CONFIG), parsed where it lies; empty if it is missing.
-ConfigMap loadConfigResource(const char* name);
 /// The settings of a file, which others may read meanwhile; empty if it cannot be opened. The path is UTF-8.
 ConfigMap loadConfigFile(const char* path);
 

@@ -1,6 +1,6 @@
 #include "config/StringFile.h"
 
-#include "platform/Text.h"
+#include "platform/rules/AsciiCase.h"
 #include "platform/Xml.h"
 
 namespace pdx {
@@ -14,7 +14,7 @@ std::optional<StringTable> readStringFile(std::string_view xml) {
     for (const ComPtr<IXMLDOMNode>& node : *nodes) {
         auto key = attributeOf(*node.get(), L"Key");
         auto text = textOf(*node.get());
-        if (key && text) strings.insert_or_assign(toLower(std::move(*key)), std::move(*text));
+        if (key && text) strings.insert_or_assign(loweredAscii<wchar_t>(*key), std::move(*text));
     }
     return strings;
 }

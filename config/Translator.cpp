@@ -1,9 +1,8 @@
 #include "config/Translator.h"
 
-#include <windows.h>
-
 #include "config/Resources.h"
 #include "config/rules/Languages.h"
+#include "platform/Locale.h"
 #include "platform/Log.h"
 #include "platform/rules/AsciiCase.h"
 
@@ -11,11 +10,7 @@ namespace pdx {
 
 constinit ProcessSlot<Translator> g_translator;
 
-std::wstring detectLanguage() {
-    wchar_t locale[LOCALE_NAME_MAX_LENGTH];
-    if (GetUserDefaultLocaleName(locale, LOCALE_NAME_MAX_LENGTH) == 0) return L"en";
-    return std::wstring(languageForLocale(locale));
-}
+std::wstring detectLanguage() { return std::wstring(languageForLocale(userLocale())); }
 
 Translator::Translator() { Load(detectLanguage()); }
 

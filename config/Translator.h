@@ -9,10 +9,10 @@
 
 namespace pdx {
 
-/// The language of the user's locale, one of those that there are strings for; "en" when the system does not tell it.
+/// The language of the user's locale, one of those that there are strings for; "en" if the system gives none.
 std::wstring detectLanguage();
 
-/// All text that a person sees comes through here. Filled at the start, on a thread with COM, and only read afterwards;
+/// The source of all text that a person sees. Filled at the start, on a thread with COM, and only read afterwards;
 /// reading takes no lock, so nothing may call Load once other threads read.
 class Translator {
   public:
@@ -22,9 +22,9 @@ class Translator {
     Translator(const Translator&) = delete;
     Translator& operator=(const Translator&) = delete;
 
-    /// Lays a language's strings over those that are there: equal keys are replaced, keys that the new file lacks
-    /// stay. The name is that of the resource, without regard to case. False, and nothing changed, when there is no
-    /// such resource (logs "Failed to load localization resources for %ls") or it cannot be read (logs nothing).
+    /// Adds a language's strings to those that are there: equal keys are replaced, keys that the new file lacks stay.
+    /// The name is that of the resource, without regard to case. False, and nothing changed, when there is no such
+    /// resource (logs "Failed to load localization resources for %ls") or it cannot be read (logs nothing).
     bool Load(const std::wstring& name);
 
     /// The string of a key, in any case of its letters; the key as it was given when there is none.

@@ -3,13 +3,13 @@
 #include "config/Settings.h"
 #include "config/Translator.h"
 #include "core/BootstrapperApplication.h"
-#include "platform/CommandLine.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
+#include "platform/Processes.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/rules/CommandLine.h"
-#include "platform/rules/InstallerVersion.h"
 #include "platform/Task.h"
-#include "state/OlderClientFate.h"
+#include "state/OlderClient.h"
 
 namespace pdx {
 namespace {
@@ -90,7 +90,7 @@ void BootstrapperApplication::setProductVariables() {
     m_run.variables.set(variable::shortcutName, L"Palisade");
     m_run.variables.setNumber(variable::allowWindows7, getConfigBool("qa.installer.allowWindows7", true));
     m_run.variables.setNumber(variable::meridianEnable, getConfigBool("app.meridian.enableMigration", false));
-    if (isOlderClientTo(OlderClientFate::goes)) m_run.variables.setNumber(variable::uninstallBastion, 1);
+    if (removesBastion()) m_run.variables.setNumber(variable::uninstallBastion, 1);
 }
 
 std::string BootstrapperApplication::GetCurrentVersion() const {
@@ -102,7 +102,7 @@ std::string BootstrapperApplication::GetCurrentVersion() const {
     return reported.version;
 }
 
-bool BootstrapperApplication::asksAboutOlderClient() const { return isOlderClientTo(OlderClientFate::asks); }
+bool BootstrapperApplication::asksAboutOlderClient() const { return asksToRemoveBastion(); }
 
 void BootstrapperApplication::enableSending() { enableTelemetry(); }
 

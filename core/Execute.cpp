@@ -3,7 +3,7 @@
 #include "core/rules/MsiChannel.h"
 #include "core/rules/PackageLog.h"
 #include "platform/Log.h"
-#include "platform/rules/ClientPackage.h"
+#include "platform/product/ClientPackage.h"
 #include "platform/rules/Numbers.h"
 #include "state/FileLocks.h"
 

@@ -4,6 +4,7 @@
 #include "core/rules/Relaunch.h"
 #include "platform/Log.h"
 #include "platform/Processes.h"
+#include "platform/product/Client.h"
 #include "state/OlderClient.h"
 
 namespace pdx {

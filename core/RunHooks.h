@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/Handles.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
@@ -22,10 +23,7 @@ namespace pdx {
 /// Each is the real one unless another is put in its place.
 struct RunHooks {
     /// The clock of the wait before a download is retried, and the pauses of that wait.
-    std::function<std::chrono::milliseconds()> steadyTime = [] {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(
-            std::chrono::steady_clock::now().time_since_epoch());
-    };
+    std::function<std::chrono::milliseconds()> steadyTime = pdx::steadyTime;
     std::function<void(std::chrono::milliseconds)> pause = [](std::chrono::milliseconds time) {
         Sleep(static_cast<DWORD>(time.count()));
     };

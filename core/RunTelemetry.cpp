@@ -3,20 +3,18 @@
 #include <utility>
 
 #include "core/rules/ErrorGroups.h"
+#include "platform/Clock.h"
 #include "platform/Errors.h"
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
 #include "platform/rules/CommandLine.h"
 #include "state/OlderClient.h"
 #include "telemetry/InstallTelemetry.h"
-#include "telemetry/Locale.h"
 #include "telemetry/rules/TimeFormat.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 namespace {
-
-constexpr uint64_t unitsAMillisecond = 10000;
 
 void send(TelemetryEvent event) {
     sendTelemetry(event.sender, std::move(event.name), std::move(event.params), event.urgent);
@@ -30,7 +28,7 @@ void send(EventPair pair) {
 std::string now() { return TelemetryManager::timestamp(briskSender); }
 
 /// When the machine was started.
-std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * unitsAMillisecond); }
+std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * fileTimePerMillisecond); }
 
 }  // namespace
 

@@ -4,8 +4,8 @@
 #include "core/rules/RunValue.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
+#include "platform/product/Client.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 
 namespace pdx {
 namespace {
@@ -27,7 +27,7 @@ void removeRunValueOf(const std::wstring& installFolder) {
 }
 
 void writeRunValue() {
-    const std::wstring launcher = machineText(view64, productKey, L"LauncherAppPath");
+    const std::wstring launcher = clientText(L"LauncherAppPath");
     RegistryKey::currentUser(view64).setSubKeyValue(runKey, runValueName, runCommand(launcher));
 }
 

@@ -1,16 +1,15 @@
 // What a start decides before anything is detected.
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
-#include "platform/CommandLine.h"
-#include "platform/Crash.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
+#include "platform/product/Client.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
+#include "platform/UncaughtExceptions.h"
 #include "state/DiscStart.h"
-#include "state/OlderClientFate.h"
+#include "state/OlderClient.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
@@ -51,7 +50,7 @@ BootstrapperApplication::DiscFacts BootstrapperApplication::lookForDisc() const 
 }
 
 bool BootstrapperApplication::takeInstallLocation() {
-    const std::wstring location = machineText(view64, productKey, L"InstallLocation");
+    const std::wstring location = clientText(L"InstallLocation");
     if (action() == BOOTSTRAPPER_ACTION_UNINSTALL && !location.empty()) setInstallFolder(location);
     return !location.empty();
 }
@@ -113,7 +112,7 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc
     facts.olderClientToPrompt = [this] {
         return m_run.variables.get(variable::meridianUpgrade) == L"1" && asksAboutOlderClient();
     };
-    facts.olderClientRecorded = [] { return !machineText(view32, olderClientKey, L"ClientPath").empty(); };
+    facts.olderClientRecorded = [] { return !bastionText(L"ClientPath").empty(); };
     facts.gatelinkRegistered = [] {
         return !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
     };

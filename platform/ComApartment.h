@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// COM for the thread that starts it, until it goes; it stays on that thread.
+/// COM for the thread that starts it, until the destructor, which must run on that thread.
 class ComApartment {
   public:
     ComApartment() noexcept = default;

@@ -1,4 +1,4 @@
-// Owning types for what COM hands out: a reference on an object, and texts.
+// Owning types for what COM returns: a reference on an object, and texts.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@
 
 namespace pdx {
 
-/// Holds one reference and gives it back when it goes.
+/// Holds one reference and releases it in its destructor.
 template <typename Interface>
 class ComPtr {
   public:
@@ -42,7 +42,7 @@ class ComPtr {
     [[nodiscard]] Interface* get() const noexcept { return object; }
     Interface* operator->() const noexcept { return object; }
     explicit operator bool() const noexcept { return object != nullptr; }
-    /// The place for a function that hands out a reference; what was held goes first.
+    /// The output parameter of a function that returns a reference; what was held is released first.
     [[nodiscard]] Interface** put() noexcept {
         *this = nullptr;
         return &object;
@@ -53,32 +53,21 @@ class ComPtr {
     Interface* object = nullptr;
 };
 
-struct BstrTraits {
-    using Value = BSTR;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { SysFreeString(value); }
-};
-
 /// A text as COM passes it. Null counts as empty, as everywhere in COM.
-class Bstr : public UniqueHandle<BstrTraits> {
+class Bstr : public Owned<BSTR, SysFreeString> {
   public:
-    // A pointer is never adopted: it could not be told from an ordinary text.
+    // A pointer is never adopted: nothing distinguishes it from an ordinary text.
     Bstr() noexcept = default;
     /// A copy of the text; null if there is no memory for it.
     explicit Bstr(std::wstring_view text)
-        : UniqueHandle<BstrTraits>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+        : Owned<BSTR, SysFreeString>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
 
     [[nodiscard]] std::wstring_view view() const noexcept {
         return get() ? std::wstring_view(get(), SysStringLen(get())) : std::wstring_view();
     }
 };
 
-struct TaskMemoryTraits {
-    using Value = wchar_t*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CoTaskMemFree(value); }
-};
 /// A text that the shell hands out.
-using TaskText = UniqueHandle<TaskMemoryTraits>;
+using TaskText = Owned<wchar_t*, CoTaskMemFree>;
 
 }  // namespace pdx

@@ -4,8 +4,6 @@
 
 #include <shlwapi.h>
 
-#include "platform/VersionInfo.h"
-
 namespace pdx {
 
 bool fileExists(const std::wstring& path) { return PathFileExistsW(path.c_str()); }
@@ -13,8 +11,6 @@ bool fileExists(const std::wstring& path) { return PathFileExistsW(path.c_str())
 bool copyIfMissing(const std::wstring& source, const std::wstring& target) {
     return fileExists(target) || CopyFileW(source.c_str(), target.c_str(), TRUE);
 }
-
-std::wstring getFileDescription(const std::wstring& path) { return VersionInfo(path).text(L"FileDescription"); }
 
 bool retryUntil(const std::function<bool()>& function, int32_t tries, uint32_t delayMilliseconds) {
     for (int32_t attempt = 0; attempt < tries; ++attempt) {

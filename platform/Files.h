@@ -1,4 +1,4 @@
-// Files: whether they are there, what they say of themselves, and trying again.
+// Files: whether they are there, and trying again.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,6 @@ namespace pdx {
 bool fileExists(const std::wstring& path);
 /// True if the target is there already or could be copied; an existing target is never written over.
 bool copyIfMissing(const std::wstring& source, const std::wstring& target);
-/// The FileDescription of a program's version information, in the first of its languages that has one; empty otherwise.
-std::wstring getFileDescription(const std::wstring& path);
 
 /// Calls the function until it returns true, `tries` times at most, and sleeps the delay after each false result.
 /// Returns whether it did; no tries gives false.

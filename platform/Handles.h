@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// Owns a value of the traits' type and gives it to the traits' close when it goes. Movable, not copyable.
+/// Owns a value of the traits' type and closes it by the traits in its destructor. Movable, not copyable.
 template <typename Traits>
 class UniqueHandle {
   public:
@@ -31,7 +31,7 @@ class UniqueHandle {
         if (value != Traits::invalid()) Traits::close(value);
         value = owned;
     }
-    /// The place for a function that hands out a new handle; what was owned goes first.
+    /// The output parameter of a function that returns a new handle; what was owned is closed first.
     [[nodiscard]] Value* put() noexcept {
         reset();
         return &value;
@@ -41,36 +41,33 @@ class UniqueHandle {
     Value value = Traits::invalid();
 };
 
-struct HandleTraits {
-    using Value = HANDLE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CloseHandle(value); }
+/// The traits of a value whose null means none, by its closing function.
+template <typename Type, auto closeValue>
+struct NullTraits {
+    using Value = Type;
+    static Value invalid() noexcept { return Value{}; }
+    static void close(Value value) noexcept { closeValue(value); }
 };
-/// Events, threads, processes, tokens, mutexes: null means none.
-using Handle = UniqueHandle<HandleTraits>;
+template <typename Type, auto closeValue>
+using Owned = UniqueHandle<NullTraits<Type, closeValue>>;
 
-struct FileHandleTraits {
+/// Events, threads, processes, tokens, mutexes: null means none.
+using Handle = Owned<HANDLE, CloseHandle>;
+
+template <auto closeValue>
+struct FileTraits {
     using Value = HANDLE;
     static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Value value) noexcept { CloseHandle(value); }
+    static void close(Value value) noexcept { closeValue(value); }
 };
 /// Files and snapshots: INVALID_HANDLE_VALUE means none.
-using FileHandle = UniqueHandle<FileHandleTraits>;
+using FileHandle = UniqueHandle<FileTraits<CloseHandle>>;
 
-struct FindHandleTraits {
-    using Value = HANDLE;
-    static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Value value) noexcept { FindClose(value); }
-};
 /// A search for files.
-using FindHandle = UniqueHandle<FindHandleTraits>;
+using FindHandle = UniqueHandle<FileTraits<FindClose>>;
 
-/// Memory of the system's local heap, by a pointer to what lies in it.
+/// Memory of the system's local heap, by a typed pointer.
 template <typename Type>
-struct LocalMemoryTraits {
-    using Value = Type*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { LocalFree(value); }
-};
+using LocalMemoryTraits = NullTraits<Type*, LocalFree>;
 
 }  // namespace pdx

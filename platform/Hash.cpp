@@ -13,33 +13,13 @@
 namespace pdx {
 namespace {
 
-struct AlgorithmTraits {
-    using Value = BCRYPT_ALG_HANDLE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { BCryptCloseAlgorithmProvider(value, 0); }
-};
-
-struct HashTraits {
-    using Value = BCRYPT_HASH_HANDLE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { BCryptDestroyHash(value); }
-};
-
-struct ProviderTraits {
-    using Value = HCRYPTPROV;
-    static Value invalid() noexcept { return 0; }
-    static void close(Value value) noexcept { CryptReleaseContext(value, 0); }
-};
-
-struct DigestTraits {
-    using Value = HCRYPTHASH;
-    static Value invalid() noexcept { return 0; }
-    static void close(Value value) noexcept { CryptDestroyHash(value); }
-};
+using Algorithm =
+    Owned<BCRYPT_ALG_HANDLE, [](BCRYPT_ALG_HANDLE algorithm) { BCryptCloseAlgorithmProvider(algorithm, 0); }>;
+using Provider = Owned<HCRYPTPROV, [](HCRYPTPROV provider) { CryptReleaseContext(provider, 0); }>;
 
 bool succeeded(NTSTATUS status) { return status >= 0; }
 
-/// A size that the algorithm tells of itself, in bytes; 0 on failure.
+/// A size that is a property of the algorithm, in bytes; 0 on failure.
 DWORD sizeProperty(BCRYPT_ALG_HANDLE algorithm, const wchar_t* name) {
     DWORD value = 0;
     DWORD written = 0;
@@ -51,12 +31,12 @@ DWORD sizeProperty(BCRYPT_ALG_HANDLE algorithm, const wchar_t* name) {
 }  // namespace
 
 std::string hashString(const std::wstring& algorithm, const void* bytes, size_t length) {
-    UniqueHandle<AlgorithmTraits> provider;
+    Algorithm provider;
     if (!succeeded(BCryptOpenAlgorithmProvider(provider.put(), algorithm.c_str(), nullptr, 0))) return {};
     std::vector<BYTE> object(sizeProperty(provider.get(), BCRYPT_OBJECT_LENGTH));
     std::vector<BYTE> digest(sizeProperty(provider.get(), BCRYPT_HASH_LENGTH));
     if (object.empty() || digest.empty()) return {};
-    UniqueHandle<HashTraits> hash;
+    Owned<BCRYPT_HASH_HANDLE, BCryptDestroyHash> hash;
     // The function takes its input without const and only reads it.
     auto* input = static_cast<BYTE*>(const_cast<void*>(bytes));
     if (!succeeded(BCryptCreateHash(provider.get(), hash.put(), object.data(), static_cast<DWORD>(object.size()),
@@ -68,8 +48,8 @@ std::string hashString(const std::wstring& algorithm, const void* bytes, size_t 
 }
 
 std::string digestText(ALG_ID algorithm, std::string_view bytes, DWORD form) {
-    UniqueHandle<ProviderTraits> provider;
-    UniqueHandle<DigestTraits> hash;
+    Provider provider;
+    Owned<HCRYPTHASH, CryptDestroyHash> hash;
     std::array<BYTE, 64> digest{};
     auto size = static_cast<DWORD>(digest.size());
     if (!CryptAcquireContextW(provider.put(), nullptr, nullptr, PROV_RSA_FULL, CRYPT_VERIFYCONTEXT) ||

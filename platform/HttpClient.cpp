@@ -8,7 +8,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -34,7 +34,7 @@ bool grow(std::vector<uint8_t>& bytes, size_t more) {
     }
 }
 
-/// Appends what can be read now. False on failure; complete tells that there is nothing more.
+/// Appends what can be read now. False on failure; complete means that there is nothing more.
 bool readPiece(HINTERNET request, std::vector<uint8_t>& body, bool& complete) {
     DWORD available = 0;
     if (!InternetQueryDataAvailable(request, &available, 0, 0)) return false;
@@ -79,7 +79,7 @@ int32_t HttpClient::send(const wchar_t* method, const void* body, size_t length,
             return notStarted;
         }
     }
-    request.reset();  // ahead of the next one, which may then take over its connection
+    request.reset();  // before the next one, which may then reuse its connection
     request.reset(HttpOpenRequestW(connection.get(), method, url.path.c_str(), nullptr, nullptr, nullptr,
                                    INTERNET_FLAG_SECURE, 0));
     if (!request) return notStarted;

@@ -1,4 +1,4 @@
-// The one way to the network: a blocking client of one host and one path.
+// The only access to the network: a blocking client of one host and one path.
 #pragma once
 
 #include <cstddef>
@@ -23,12 +23,11 @@ struct InternetHandleTraits {
 using InternetHandle = UniqueHandle<InternetHandleTraits>;
 
 /// Requests to one URL over one connection, always with TLS, whatever scheme the URL names. Used by one thread at a
-/// time, which waits in it as long as the platform does: retries, time-outs and redirects are the platform's, and
-/// nothing is logged. The status of a response is not asked for: a reply of 500 is a success with a body, and whoever
-/// needs to know parses it.
+/// time, which waits as long as the platform does: retries, time-outs and redirects are the platform's. Nothing is
+/// logged. The status of a response is not read: a reply of 500 is a success with a body, which the caller parses.
 class HttpClient {
   public:
-    /// Takes a copy of the URL; its query goes out as part of the path, a bare fragment not at all. Does not connect. A
+    /// Takes a copy of the URL; its query is sent as part of the path, a bare fragment not at all. Does not connect. A
     /// URL that is none (parseUrl) makes a client whose requests give -1.
     explicit HttpClient(const HttpUrl& address);
     HttpClient(const HttpClient&) = delete;
@@ -56,7 +55,7 @@ class HttpClient {
     HttpUrl url;
 };
 
-/// Whether the system says that it is connected to a network.
+/// Whether the system reports a connection to a network.
 bool isNetworkConnected();
 
 }  // namespace pdx

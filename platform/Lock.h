@@ -1,5 +1,5 @@
-// A lock that owns nothing of the system, so that one may stand in a static of a library that is unloaded and
-// loaded again. (std::mutex of the MinGW runtime makes a kernel object on contention and never frees it.)
+// A lock that owns nothing of the system, so that it may be a static of a library that is unloaded and loaded again.
+// (std::mutex of the MinGW runtime makes a kernel object on contention and never frees it.)
 #pragma once
 
 #include <windows.h>
@@ -31,7 +31,7 @@ class Lock {
     SRWLOCK slim = SRWLOCK_INIT;
 };
 
-/// The same for a thread that may come back to it, as a thread does that shows a message box while it holds it.
+/// The same, but recursive: a thread that shows a message box while it holds the lock may take it again.
 class RecursiveLock {
   public:
     RecursiveLock() noexcept { InitializeCriticalSection(&section); }

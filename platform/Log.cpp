@@ -23,12 +23,12 @@ struct UserTexts {
 const UserTexts& userTexts() {
     static const UserTexts user = [] {
         UserTexts made;
-        const std::wstring profile = queryProfilePath();
-        const std::wstring name = queryUserName();
+        const std::wstring profile = getProfilePath();
+        const std::wstring name = getUserName();
         made.profileMissing = profile.empty();
         made.userNameMissing = name.empty();
         if (!profile.empty()) made.profileBack = profile + L'\\';
-        const std::wstring shortPath = profile.empty() ? profile : queryShortPathName(made.profileBack);
+        const std::wstring shortPath = profile.empty() ? profile : getShortPathName(made.profileBack);
         made.shortPathMissing = !profile.empty() && shortPath.empty();
         made.texts = makeScrubTexts(made.profileBack, shortPath, name, equalsIgnoreCase);
         return made;
@@ -36,13 +36,15 @@ const UserTexts& userTexts() {
     return user;
 }
 
-/// Tells once what could not be found out; only afterwards, for a line logged during the look-up would wait for it.
+/// Logs once what could not be looked up; only afterwards, for a line logged during the look-up would wait for it.
 void reportMissingTexts(const UserTexts& user) {
     static std::atomic<bool> reported = false;
     if (reported.exchange(true)) return;
-    if (user.userNameMissing) logUserNameMissing();
-    if (user.profileMissing) logProfilePathMissing();
-    if (user.shortPathMissing) logShortPathNameMissing(user.profileBack);
+    if (user.userNameMissing) PDX_LOG(logInfo, "getUserName", "Unable to retrieve username!");
+    if (user.profileMissing)
+        PDX_LOG(logInfo, "getProfilePath", "There was a problem getting the current user's profile path");
+    if (user.shortPathMissing)
+        PDX_LOG(logInfo, "getShortPathName", "Failed to get short path name for %ls", user.profileBack);
 }
 
 wchar_t elevationMarker() {

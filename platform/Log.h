@@ -29,40 +29,29 @@ class Logger {
 /// towards its caller; takes no lock of its own.
 class BootstrapperLogger : public Logger {
   public:
-    /// Holds a reference on the engine, so that a line that is being written finds it whoever else lets go of it. A
-    /// null one is allowed: lines are then made and thrown away.
+    /// Holds a reference on the engine, so that it outlives a line that is being written. A null one is allowed: lines
+    /// are then made and thrown away.
     explicit BootstrapperLogger(IBootstrapperEngine* bootstrapperEngine)
         : engine(ComPtr<IBootstrapperEngine>::share(bootstrapperEngine)) {}
     void write(int32_t level, const char* function, int32_t line, const char* message) override;
 
   private:
     ComPtr<IBootstrapperEngine> engine;
-    /// Every level in use passes: a run that went wrong is read from the log it left, so nothing is held back and the
-    /// configuration's logging.logLevel is not asked.
+    /// Every level in use passes: a failed run is read from its log, so nothing is left out and the configuration's
+    /// logging.logLevel is not read.
     int32_t maxLevel = logTrace;
 };
 
 /// The logger, null until the application object has made it.
 extern ProcessSlot<Logger> g_logger;
 
-/// Puts the logger of an engine in the place and takes it out again at its end, unless there is another one by then.
-/// Over a reload workers log on between two engines, and that goes nowhere.
-class LoggerLife {
-  public:
-    explicit LoggerLife(IBootstrapperEngine* engine) : logger(std::make_shared<BootstrapperLogger>(engine)) {
-        g_logger.set(logger);
-    }
-    ~LoggerLife() {
-        if (g_logger.get() == logger) g_logger.clear();
-    }
-    LoggerLife(const LoggerLife&) = delete;
-    LoggerLife& operator=(const LoggerLife&) = delete;
-
-  private:
-    std::shared_ptr<Logger> logger;
+/// The logger of an engine. Over a reload workers log on between two engines; those lines are lost.
+struct LoggerLife : ServiceLife<Logger> {
+    explicit LoggerLife(IBootstrapperEngine* engine)
+        : ServiceLife(g_logger, std::make_shared<BootstrapperLogger>(engine)) {}
 };
 
-/// What scrubbing searches for, and what it puts in its place: found out once a process.
+/// What scrubbing searches for, and what replaces it: looked up once a process.
 const ScrubTexts& userScrubTexts();
 
 /// The text without the user's profile path and name: "C:\Users\ann\x" becomes "C:\Users\####\x".

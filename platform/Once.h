@@ -1,4 +1,4 @@
-// What is done once a process.
+// Work that is done once a process.
 #pragma once
 
 #include <mutex>
@@ -7,12 +7,12 @@
 
 namespace pdx {
 
-/// Done by the first thread that comes, while others wait. Owns nothing of the system and has no destructor; what a
-/// guarded static of the language waits with, the toolchain never frees.
+/// Done by the first thread, while others wait. Owns nothing of the system and has no destructor; the toolchain never
+/// frees what a guarded static of the language waits with.
 class Once {
   public:
     constexpr Once() noexcept = default;
-    /// The work must not come back here; if it throws, the next who comes tries again.
+    /// The work must not call this again; if it throws, the next caller tries again.
     template <typename Work>
     void run(Work work) {
         const std::lock_guard guard(lock);

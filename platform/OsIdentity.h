@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-/// The system's name, "Win 10" or "Wine 8": a Wine tells its own version, a Windows that of its kernel32.dll, which no
+/// The system's name, "Win 10" or "Wine 8": the version of Wine itself, or of Windows' kernel32.dll, which no
 /// compatibility setting changes. A name that is not in the table logs "Invalid OS info enum value [%d]" at ERROR and
 /// gives the empty text.
 std::string getOsVersion();
@@ -17,10 +17,10 @@ std::string getOsVersion();
 /// processor architecture value [%d]" at ERROR and gives "Unknown".
 std::string getProcessorArchitecture();
 
-/// The version that the system says it is (RtlGetVersion), unlike GetVersionExW not changed by a missing manifest.
-/// Under Wine this follows the version set for the prefix, which kernel32.dll's own does not. All zero on failure.
+/// The version that the system reports (RtlGetVersion), unlike GetVersionExW not changed by a missing manifest.
+/// Under Wine this is the version set for the prefix, which kernel32.dll's own is not. All zero on failure.
 OsInfo systemVersion();
-/// Whether the system is a 64-bit one, whatever this process is.
+/// Whether the system is a 64-bit one; this process may be a 32-bit one.
 bool isSystem64Bit();
 
 /// The version in the fixed version information of kernel32.dll, and whether this is a workstation.

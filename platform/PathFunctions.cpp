@@ -30,8 +30,8 @@ HRESULT WINAPI addBackslashByHand(wchar_t* path, size_t size) {
     return S_OK;
 }
 
-/// Room for every path that the system can name, and the text to be worked on in it.
-std::wstring withRoom(std::wstring_view path, size_t more) {
+/// A buffer with the path in it and so many characters more.
+std::wstring withCapacity(std::wstring_view path, size_t more) {
     std::wstring buffer(path);
     buffer.resize(path.size() + more + 2);
     return buffer;
@@ -62,19 +62,19 @@ const PathFunctions& pathFunctions() {
 }
 
 std::wstring appendPath(std::wstring_view path, const std::wstring& more) {
-    std::wstring buffer = withRoom(path, more.size());
+    std::wstring buffer = withCapacity(path, more.size());
     return SUCCEEDED(pathFunctions().append(buffer.data(), buffer.size(), more.c_str())) ? cutAtEnd(buffer)
                                                                                          : std::wstring();
 }
 
 std::wstring removeFileSpec(std::wstring_view path) {
-    std::wstring buffer = withRoom(path, 0);
+    std::wstring buffer = withCapacity(path, 0);
     return SUCCEEDED(pathFunctions().removeFileSpec(buffer.data(), buffer.size())) ? cutAtEnd(buffer) : std::wstring();
 }
 
 std::wstring addBackslash(std::wstring_view path) {
     if (path.empty()) return {};
-    std::wstring buffer = withRoom(path, 0);
+    std::wstring buffer = withCapacity(path, 0);
     pathFunctions().addBackslash(buffer.data(), buffer.size());
     return cutAtEnd(buffer);
 }

@@ -1,4 +1,4 @@
-// Path functions that Windows 7 lacks: looked up when first used, with a way to do without each.
+// Path functions that Windows 7 lacks: looked up when first used, with a replacement for each.
 #pragma once
 
 #include <windows.h>
@@ -8,15 +8,15 @@
 
 namespace pdx {
 
-/// PathCchAppend, PathCchRemoveFileSpec and PathCchAddBackslash, or what stands in for them. Sizes are in characters
-/// with the end mark. A system without them joins paths of 260 characters at most and answers E_OUTOFMEMORY above.
+/// PathCchAppend, PathCchRemoveFileSpec and PathCchAddBackslash, or their replacements. Sizes are in characters with
+/// the end mark. A system without them joins paths of 260 characters at most and answers E_OUTOFMEMORY above.
 struct PathFunctions {
     HRESULT(WINAPI* append)(wchar_t* path, size_t size, const wchar_t* more);
     HRESULT(WINAPI* removeFileSpec)(wchar_t* path, size_t size);
     HRESULT(WINAPI* addBackslash)(wchar_t* path, size_t size);
 };
 
-/// The functions of the given library; each that it lacks, or all without a library, as the stand-in.
+/// The functions of the given library; the replacement of each that it lacks, of all without a library.
 PathFunctions bindPathFunctions(HMODULE library);
 /// The functions of this system, looked up once a process.
 const PathFunctions& pathFunctions();

@@ -18,7 +18,7 @@ namespace {
 std::wstring moduleFile(HMODULE module) {
     wchar_t path[pathCapacity + 1];
     const DWORD length = GetModuleFileNameW(module, path, static_cast<DWORD>(std::size(path)));
-    // A path that does not fit comes cut and fills the buffer.
+    // A path that does not fit is cut and fills the buffer.
     return length < std::size(path) ? std::wstring(path, length) : std::wstring();
 }
 
@@ -53,56 +53,24 @@ std::wstring getKnownFolderPath(REFKNOWNFOLDERID id) {
     return path.get();
 }
 
-std::wstring getLogFilePath(const std::wstring& name) {
-    const std::wstring programData = getKnownFolderPath(FOLDERID_ProgramData);
-    if (programData.empty()) return {};
-    return appendPath(appendPath(programData, L"Palisade Desktop\\Logs"), name);
-}
-
 std::wstring getEnvironmentText(const std::wstring& name) {
     wchar_t text[pathCapacity + 1];
     const DWORD length = GetEnvironmentVariableW(name.c_str(), text, static_cast<DWORD>(std::size(text)));
     return length < std::size(text) ? std::wstring(text, length) : std::wstring();
 }
 
-std::wstring queryProfilePath() { return getKnownFolderPath(FOLDERID_Profile); }
+std::wstring getProfilePath() { return getKnownFolderPath(FOLDERID_Profile); }
 
-std::wstring queryUserName() {
+std::wstring getUserName() {
     wchar_t name[256];
     DWORD size = 256;
     return GetUserNameW(name, &size) ? name : L"";
 }
 
-std::wstring queryShortPathName(const std::wstring& path) {
+std::wstring getShortPathName(const std::wstring& path) {
     wchar_t name[261];
     const DWORD length = GetShortPathNameW(path.c_str(), name, 261);
     return length > 0 && length < 261 ? std::wstring(name, length) : std::wstring();
-}
-
-void logProfilePathMissing() {
-    PDX_LOG(logInfo, "getProfilePath", "There was a problem getting the current user's profile path");
-}
-void logUserNameMissing() { PDX_LOG(logInfo, "getUserName", "Unable to retrieve username!"); }
-void logShortPathNameMissing(const std::wstring& path) {
-    PDX_LOG(logInfo, "getShortPathName", "Failed to get short path name for %ls", path);
-}
-
-std::wstring getProfilePath() {
-    std::wstring path = queryProfilePath();
-    if (path.empty()) logProfilePathMissing();
-    return path;
-}
-
-std::wstring getUserName() {
-    std::wstring name = queryUserName();
-    if (name.empty()) logUserNameMissing();
-    return name;
-}
-
-std::wstring getShortPathName(const std::wstring& path) {
-    std::wstring shortPath = queryShortPathName(path);
-    if (shortPath.empty()) logShortPathNameMissing(path);
-    return shortPath;
 }
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// Folders, files' places and names, as the system tells them. All paths are wide; a failure gives the empty text.
+// Folders, the places of files, and names, as the system has them. All paths are wide; a failure gives the empty text.
 #pragma once
 
 #include <shtypes.h>
@@ -8,37 +8,27 @@
 
 namespace pdx {
 
-/// The module that this code lies in: the library, or the program that it is linked into.
+/// The module that holds this code: the library, or the program that it is linked into.
 HMODULE libraryModule();
 
 /// The temporary folder with a backslash at its end; logs "Failed to retrieve temp path" at INFO on failure.
 std::wstring getTempPath();
-/// A file beside this library.
+/// A file in the folder of this library.
 std::wstring getModuleFilePath(const std::wstring& name);
 /// The running program, whole or its last component alone; 4096 characters at most.
 std::wstring getProcessFilePath();
 std::wstring getProcessFileName();
 /// A folder of the shell without a final separator, whether it exists or not.
 std::wstring getKnownFolderPath(REFKNOWNFOLDERID id);
-/// A file in the client's log folder below the common application data.
-std::wstring getLogFilePath(const std::wstring& name);
 /// A variable of this process's environment; empty if it is unset or has more than 4096 characters.
 std::wstring getEnvironmentText(const std::wstring& name);
 
-/// The user's profile folder without a final separator; logs "There was a problem getting the current user's profile
-/// path" when the system does not tell it.
+// The logger needs these three, so they log nothing; it logs what is missing (platform/Log.cpp).
+/// The user's profile folder without a final separator.
 std::wstring getProfilePath();
-/// The user's name, 255 characters at most; logs "Unable to retrieve username!" when the system does not tell it.
+/// The user's name, 255 characters at most.
 std::wstring getUserName();
-/// The 8.3 form of an existing path, 260 characters at most; logs "Failed to get short path name for %ls".
+/// The 8.3 form of an existing path, 260 characters at most.
 std::wstring getShortPathName(const std::wstring& path);
-
-// The same three without a log line, and the lines alone, for the logger: it must not log while it looks these up.
-std::wstring queryProfilePath();
-std::wstring queryUserName();
-std::wstring queryShortPathName(const std::wstring& path);
-void logProfilePathMissing();
-void logUserNameMissing();
-void logShortPathNameMissing(const std::wstring& path);
 
 }  // namespace pdx

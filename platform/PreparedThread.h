@@ -1,4 +1,4 @@
-// A thread that is there before there is work for it.
+// A thread that starts before there is work for it.
 #pragma once
 
 #include <exception>
@@ -8,12 +8,12 @@
 
 namespace pdx {
 
-/// A thread of the system that can get itself ready while others are busy: what the system sets up for each thread, and
-/// what has to be used on one thread only. All calls on the owner's thread.
+/// A thread that prepares itself while others are busy: what the system sets up for each thread, and what has to be
+/// used on one thread only. All calls on the owner's thread.
 class PreparedThread {
   public:
     PreparedThread() : routineGiven(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
-    /// Ends a thread for which there was no routine; one that has one is joined by whoever started it.
+    /// Ends a thread for which there was no routine; one that has one is joined by its starter.
     ~PreparedThread() {
         SetEvent(routineGiven.get());
         thread.join();
@@ -22,7 +22,7 @@ class PreparedThread {
     PreparedThread& operator=(const PreparedThread&) = delete;
 
     /// Starts the thread with a preparation, which has to have an end. What it throws ends it. Where the system gives
-    /// no thread, start() asks again.
+    /// no thread, start() tries again.
     void prepare(std::function<void()> work) {
         preparation = std::move(work);
         thread.start(run, this);

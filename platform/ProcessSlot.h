@@ -1,4 +1,4 @@
-// The one place where a process-wide service stands.
+// The holder of a process-wide service.
 #pragma once
 
 #include <chrono>
@@ -10,9 +10,9 @@
 
 namespace pdx {
 
-/// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose: after a
-/// reload the library stays pinned, its statics are then destroyed at the end of the process, with all other threads
-/// gone wherever they were, and a lock or a service may be in any state. An ordinary unload calls clear() instead.
+/// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose. After a reload
+/// the library stays pinned, and its statics are destroyed at the end of the process. By then all other threads were
+/// ended anywhere in their work, and a lock or a service may be in any state. An ordinary unload calls clear() instead.
 template <typename Service>
 class ProcessSlot {
   public:
@@ -32,7 +32,7 @@ class ProcessSlot {
         return guard && service ? *service : nullptr;
     }
 
-    /// Puts a service in; the earlier one goes when its last user lets go of it.
+    /// Puts a service in; the earlier one is destroyed when its last user releases it.
     void set(std::shared_ptr<Service> replacement) {
         auto* owner = replacement ? new std::shared_ptr<Service>(std::move(replacement)) : nullptr;
         {
@@ -46,6 +46,25 @@ class ProcessSlot {
   private:
     mutable Lock lock;
     std::shared_ptr<Service>* service = nullptr;
+};
+
+/// Puts a service into its slot and takes it out again in the destructor, unless there is another one by then.
+template <typename Service>
+class ServiceLife {
+  public:
+    ServiceLife(ProcessSlot<Service>& itsSlot, std::shared_ptr<Service> owned)
+        : slot(itsSlot), service(std::move(owned)) {
+        slot.set(service);
+    }
+    ~ServiceLife() {
+        if (slot.get() == service) slot.clear();
+    }
+    ServiceLife(const ServiceLife&) = delete;
+    ServiceLife& operator=(const ServiceLife&) = delete;
+
+  private:
+    ProcessSlot<Service>& slot;
+    std::shared_ptr<Service> service;
 };
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// A value that is found out once for the process.
+// A value that is looked up once for the process.
 #pragma once
 
 #include <chrono>
@@ -19,7 +19,7 @@ class ProcessValue {
     ProcessValue(const ProcessValue&) = delete;
     ProcessValue& operator=(const ProcessValue&) = delete;
 
-    /// The maker must not come back here.
+    /// The maker must not call this again.
     template <typename Maker>
     const Value& get(Maker&& make) {
         const std::lock_guard guard(lock);

@@ -4,11 +4,8 @@
 
 #include <algorithm>
 #include <set>
-#include <vector>
 
 #include "platform/Log.h"
-#include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -25,6 +22,13 @@ bool isElevated() {
     DWORD size = 0;
     return GetTokenInformation(token.get(), TokenElevation, &elevation, sizeof elevation, &size) &&
            elevation.TokenIsElevated;
+}
+
+std::vector<std::wstring> processArguments() {
+    int count = 0;
+    const UniqueHandle<LocalMemoryTraits<LPWSTR>> all(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (!all || count < 1) return {};
+    return {all.get() + 1, all.get() + count};
 }
 
 ProcessSnapshot::ProcessSnapshot() : snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0)) {}
@@ -49,13 +53,6 @@ Handle startProgram(const ProgramStart& program) {
     start.nShow = program.show;
     ShellExecuteExW(&start);
     return Handle(start.hProcess);
-}
-
-Handle launchClient(const std::wstring& parameters) {
-    const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
-    const std::wstring folder = toText(product.getValue(L"InstallLocation"));
-    const std::wstring program = toText(product.getValue(L"LauncherAppPath"));
-    return startProgram({.file = program, .parameters = parameters, .folder = folder});
 }
 
 bool waitForAll(std::span<const HANDLE> handles) {

@@ -1,4 +1,4 @@
-// This process's rights, other processes, and the start of the client.
+// This process's rights and arguments, other processes, and the start of programs.
 #pragma once
 
 #include <windows.h>
@@ -8,19 +8,23 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Handles.h"
 
 namespace pdx {
 
-/// Whether this process runs with raised rights; false when its token cannot be asked.
+/// Whether this process runs elevated; false when its token cannot be read.
 bool isElevated();
+
+/// The arguments of this process after the program, as the system splits them.
+std::vector<std::wstring> processArguments();
 
 /// The processes that ran when it was made.
 class ProcessSnapshot {
   public:
     ProcessSnapshot();
-    /// Fills the entry with the next process; false behind the last one, or if there is no snapshot.
+    /// Fills the entry with the next process; false after the last one, or if there is no snapshot.
     bool next(PROCESSENTRY32W& entry);
 
   private:
@@ -30,7 +34,7 @@ class ProcessSnapshot {
 
 /// How a program is started through the shell.
 struct ProgramStart {
-    std::wstring verb = L"open";  ///< "runas" asks for raised rights
+    std::wstring verb = L"open";  ///< "runas" to elevate
     std::wstring file;
     std::wstring parameters = {};
     std::wstring folder = {};  ///< to work in; empty for this process's own
@@ -40,14 +44,9 @@ struct ProgramStart {
 /// Starts a program. The handle is that of the new process, if the system gave one; nothing is logged.
 Handle startProgram(const ProgramStart& program);
 
-/// Starts the client with the parameters: the program LauncherAppPath in the folder InstallLocation, as the 64-bit
-/// registry's product key tells them. The handle is that of the new process, if the system gave one; without a recorded
-/// program nothing is started.
-Handle launchClient(const std::wstring& parameters);
-
-/// Ends every process whose program has one of the names, compared without regard to case, with exit code 9, and waits
-/// until all of them are gone, without a time limit. Logs "Terminating %ls" at INFO for each. A process that cannot be
-/// opened is left running.
+/// Ends every process whose program has one of the names, compared without regard to case, with exit code 9. Waits
+/// until all of them have ended, without a time limit. Logs "Terminating %ls" at INFO for each. A process that cannot
+/// be opened is left running.
 void terminateProcesses(std::span<const std::wstring_view> names);
 
 /// Waits until all of the handles are signalled, however many there are; false at once for one that cannot be waited

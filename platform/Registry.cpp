@@ -9,14 +9,16 @@
 namespace pdx {
 namespace {
 
-/// False once there cannot be a subkey at the index. Asked after an error, without which a key that was deleted
-/// meanwhile would be walked through all 32-bit numbers.
-bool hasSubKeyAt(HKEY key, DWORD index) {
-    DWORD count = 0;
-    return RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr, nullptr,
-                            nullptr, nullptr) == ERROR_SUCCESS &&
-           index < count;
-}
+/// Both 0 on failure.
+struct KeyContent {
+    explicit KeyContent(HKEY key) {
+        isKnown = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr,
+                                   nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+    }
+    bool isKnown;
+    DWORD subKeys = 0;
+    DWORD values = 0;
+};
 
 }  // namespace
 
@@ -97,9 +99,9 @@ bool RegistryKey::deleteValue(const std::wstring& name) {
 
 bool RegistryKey::deleteTree(const std::wstring& path) {
     if (!handle || path.empty()) return false;
-    // The system's function knows no view: below a predefined root it would work in that of the process, whatever this
-    // key's is. A key that was opened in a view keeps to it, so the tree's own key is emptied and then deleted by the
-    // function that takes the view along.
+    // The system's function knows no view: below a predefined root it would work in that of the process, not in this
+    // key's. A key that was opened in a view keeps it. So the tree's own key is emptied and then deleted by the
+    // function that takes a view.
     UniqueHandle<RegistryKeyTraits> tree;
     const LSTATUS opened = RegOpenKeyExW(get(), path.c_str(), 0, accessMask(true), tree.put());
     if (opened != ERROR_SUCCESS) return opened == ERROR_FILE_NOT_FOUND;
@@ -110,12 +112,9 @@ bool RegistryKey::deleteTree(const std::wstring& path) {
 }
 
 bool RegistryKey::isEmpty() const {
-    DWORD subKeys = 0;
-    DWORD values = 0;
-    return handle &&
-           RegQueryInfoKeyW(get(), nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr, nullptr,
-                            nullptr, nullptr) == ERROR_SUCCESS &&
-           subKeys == 0 && values == 0;
+    if (!handle) return false;
+    const KeyContent content(get());
+    return content.isKnown && content.subKeys == 0 && content.values == 0;
 }
 
 void RegistryKey::enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function) {
@@ -124,7 +123,9 @@ void RegistryKey::enumerateSubKeys(const std::function<bool(RegistryKey& key, co
             wchar_t name[260]{};
             DWORD size = static_cast<DWORD>(std::size(name));
             const LSTATUS error = RegEnumKeyExW(get(), index, name, &size, nullptr, nullptr, nullptr, nullptr);
-            if (error != ERROR_SUCCESS && !hasSubKeyAt(get(), index)) return SubKeyAnswer{ERROR_NO_MORE_ITEMS, {}};
+            // Without this a key that was deleted meanwhile would be walked through all 32-bit numbers.
+            if (error != ERROR_SUCCESS && index >= KeyContent(get()).subKeys)
+                return SubKeyAnswer{ERROR_NO_MORE_ITEMS, {}};
             return SubKeyAnswer{error, name};
         },
         [&](const std::wstring& name) { return function(*this, name); });

@@ -1,4 +1,4 @@
-// Registry keys, with the view travelling along and every value read as text or number.
+// Registry keys that keep their view, and their values as text or number.
 #pragma once
 
 #include <windows.h>
@@ -21,15 +21,13 @@ enum RegistryView : int32_t {
 /// What a value holds: nothing, a REG_DWORD, or a REG_SZ.
 using RegistryValue = std::variant<std::monostate, uint32_t, std::wstring>;
 
-struct RegistryKeyTraits {
-    using Value = HKEY;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { RegCloseKey(value); }
-};
+using RegistryKeyTraits = NullTraits<HKEY, RegCloseKey>;
 
 /// An open key, or none after a failed open: then every further call fails without a log line. Nothing throws.
 class RegistryKey {
   public:
+    /// No key.
+    RegistryKey() noexcept = default;
     /// The predefined roots.
     static RegistryKey classesRoot(RegistryView view);
     static RegistryKey currentUser(RegistryView view);
@@ -40,9 +38,9 @@ class RegistryKey {
     [[nodiscard]] RegistryKey openSubKey(const std::wstring& path, bool writable) const;
     RegistryKey createSubKey(const std::wstring& path, bool writable) const;
 
-    /// A value of this key; the name "" is the key's default value. The given default if there is none, if it takes
-    /// more than 4094 bytes (a text of 2046 characters with its end mark), or if it is neither REG_SZ nor REG_DWORD,
-    /// which logs "Unsupported registry value type [%d]" at ERROR.
+    /// A value of this key; the name "" is the key's default value. The given default if there is none, or if it takes
+    /// more than 4094 bytes (a text of 2046 characters with its end mark). The default too if it is neither REG_SZ nor
+    /// REG_DWORD, which logs "Unsupported registry value type [%d]" at ERROR.
     [[nodiscard]] RegistryValue getValue(const std::wstring& name, RegistryValue defaultValue = {}) const;
     /// The same for a key below this one, which is opened for the one read.
     [[nodiscard]] RegistryValue getSubKeyValue(const std::wstring& subKey, const std::wstring& name,
@@ -54,22 +52,22 @@ class RegistryKey {
     /// The same in a key below this one, which is made if it is not there.
     bool setSubKeyValue(const std::wstring& subKey, const std::wstring& name, const RegistryValue& value);
 
-    /// Takes a value of this key away; true also if there was none. Logs nothing.
+    /// Deletes a value of this key; true also if there was none. Logs nothing.
     bool deleteValue(const std::wstring& name);
-    /// Takes a key below this one away with all that is below it, in this key's view; true also if there was none. The
+    /// Deletes a key below this one with all that is below it, in this key's view; true also if there was none. The
     /// empty path is refused, for it would empty this key itself. Logs nothing.
     bool deleteTree(const std::wstring& path);
     /// Whether this key is there and has neither values nor subkeys.
     [[nodiscard]] bool isEmpty() const;
 
-    /// Calls the function with this key and the name of each subkey, until it returns false. The walk goes by index and
-    /// is not restarted: after the function has deleted the subkey it was given, that subkey's follower is not seen.
+    /// Calls the function with this key and the name of each subkey, until it returns false. The walk is by index and
+    /// is not restarted: after the function has deleted the subkey it was given, the next subkey is not seen.
     void enumerateSubKeys(const std::function<bool(RegistryKey& key, const std::wstring& name)>& function);
 
     /// For functions of the platform that have no counterpart here.
     [[nodiscard]] HKEY get() const noexcept { return handle.get(); }
     explicit operator bool() const noexcept { return static_cast<bool>(handle); }
-    /// The flag that an access mask takes along to stay in this key's view.
+    /// The flag of an access mask that stays in this key's view.
     [[nodiscard]] REGSAM viewFlag() const noexcept { return view == view64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY; }
 
   private:
@@ -77,7 +75,7 @@ class RegistryKey {
     [[nodiscard]] REGSAM accessMask(bool writable) const noexcept;
 
     UniqueHandle<RegistryKeyTraits> handle;
-    RegistryView view;
+    RegistryView view = view32;
 };
 
 /// A text as it is, a number in decimal digits (so 0 is "0" and not empty), otherwise the empty text.

@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <chrono>
 
+#include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Handles.h"
 #include "platform/Log.h"
@@ -12,19 +12,14 @@
 namespace pdx {
 namespace {
 
-struct ServiceHandleTraits {
-    using Value = SC_HANDLE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CloseServiceHandle(value); }
-};
-using ServiceHandle = UniqueHandle<ServiceHandleTraits>;
+using ServiceHandle = Owned<SC_HANDLE, CloseServiceHandle>;
 
-/// How often a wait looks, in parts of its time-out.
-constexpr int32_t looks = 10;
+/// How many polls a wait makes, at equal parts of its time-out.
+constexpr int32_t polls = 10;
 
 uint32_t pauseOf(uint64_t timeoutMilliseconds) {
     // INFINITE would be no pause but the end of the thread.
-    return static_cast<uint32_t>(std::min<uint64_t>(timeoutMilliseconds / looks, INFINITE - 1));
+    return static_cast<uint32_t>(std::min<uint64_t>(timeoutMilliseconds / polls, INFINITE - 1));
 }
 
 /// A service and the manager it was opened through.
@@ -41,7 +36,8 @@ struct Service {
     DWORD error;
 };
 
-/// Stops and marks for deletion. The handles go before the caller waits: with one open the service would stay listed.
+/// Stops and marks for deletion. The handles are closed before the caller waits: with one open the service would stay
+/// listed.
 bool stopAndDelete(const Service& service, const std::wstring& name) {
     constexpr uint64_t stopMilliseconds = 2000;
     return service.handle && stopService(name, stopMilliseconds) && DeleteService(service.handle.get());
@@ -57,16 +53,11 @@ bool isGone(const std::wstring& name) {
 }  // namespace
 
 bool stopService(const std::wstring& name, uint64_t timeoutMilliseconds) {
-    using Clock = std::chrono::steady_clock;
     PDX_LOG(logInfo, "stopService", "Stopping service '%ls'...", name);
     const Service service(name, SERVICE_STOP | SERVICE_QUERY_STATUS);
     if (!service.handle) return service.isUnknown();
-    const Clock::time_point begin = Clock::now();
-    const auto elapsed = [&] {
-        return static_cast<uint64_t>(
-            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin).count());
-    };
-    while (elapsed() <= timeoutMilliseconds) {
+    const auto begin = steadyTime();
+    while (static_cast<uint64_t>((steadyTime() - begin).count()) <= timeoutMilliseconds) {
         SERVICE_STATUS status{};
         if (!QueryServiceStatus(service.handle.get(), &status)) return false;
         if (status.dwCurrentState == SERVICE_STOPPED) return true;
@@ -88,7 +79,7 @@ bool deleteService(const std::wstring& name, uint64_t timeoutMilliseconds) {
             return false;
         }
     }
-    return retryUntil([&] { return isGone(name); }, looks, pauseOf(timeoutMilliseconds));
+    return retryUntil([&] { return isGone(name); }, polls, pauseOf(timeoutMilliseconds));
 }
 
 }  // namespace pdx

@@ -6,23 +6,14 @@
 namespace pdx {
 namespace {
 
+/// By WmiConnection::Step.
+constexpr const char* wmiSteps[] = {"create WbemLocator", "connect to server", "set proxy to server"};
+
 std::shared_ptr<WmiServices> setUpWmi(const ConnectWmi& connect, const std::wstring& nameSpace) {
     WmiConnection connection = connect(nameSpace);
     if (connection.services) return std::move(connection.services);
-    const auto log = [&](const char* format) {
-        PDX_LOG(logInfo, "`anonymous-namespace'::setUpWmi", format, nameSpace, connection.result);
-    };
-    switch (connection.lastStep) {
-        case WmiConnection::Step::createLocator:
-            log("Failed to create WbemLocator in namespace: %ls; hr=%08x");
-            break;
-        case WmiConnection::Step::connect:
-            log("Failed to connect to server in namespace: %ls; hr=%08x");
-            break;
-        case WmiConnection::Step::setProxy:
-            log("Failed to set proxy to server in namespace: %ls; hr=%08x");
-            break;
-    }
+    PDX_LOG(logInfo, "`anonymous-namespace'::setUpWmi", "Failed to %s in namespace: %ls; hr=%08x",
+            wmiSteps[static_cast<size_t>(connection.lastStep)], nameSpace, connection.result);
     return {};
 }
 

@@ -1,4 +1,4 @@
-// Disks and the operating system, as the system's management service knows them.
+// Disks and the operating system, from the system's management service.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace pdx {
 
-/// What is asked about the storage of this machine. Every failure comes out as an empty result.
+/// What is asked about the storage of this machine. Every failure gives an empty result.
 class SystemInfo {
   public:
     virtual ~SystemInfo() = default;
@@ -42,7 +42,7 @@ class SystemInfoProvider : public SystemInfo {
     PhysicalDiskInfo getPhysicalDiskInfo(const std::string& deviceId) override;
 
   private:
-    // Declared first, so that it goes last.
+    // Declared first, so that it is destroyed last.
     ComApartment apartment;
     ConnectWmi connect;
     std::shared_ptr<WmiServices> cimv2;

@@ -1,4 +1,4 @@
-// A piece of work beside the thread that needs its result.
+// Work in parallel to the thread that needs its result.
 #pragma once
 
 #include <exception>
@@ -9,13 +9,11 @@
 
 namespace pdx {
 
-/// Work on a thread of its own, from the making of the object on; where the system gives no thread it is done by whoever
-/// waits for it. What it throws ends it. The object waits for its end, so the work has to have one.
+/// Work on a thread of its own, which the constructor starts; where the system gives no thread, wait() does it. An
+/// exception ends it. The object waits for its end, so the work has to have one.
 class Task {
   public:
-    explicit Task(std::function<void()> job) : work(std::move(job)) {
-        waiting = !thread.start(run, this);
-    }
+    explicit Task(std::function<void()> job) : work(std::move(job)) { waiting = !thread.start(run, this); }
     ~Task() { wait(); }
     Task(const Task&) = delete;
     Task& operator=(const Task&) = delete;
@@ -31,7 +29,7 @@ class Task {
         try {
             static_cast<Task*>(task)->work();
         } catch (const std::exception&) {
-            // Out of memory: whoever needs the result finds none.
+            // Out of memory: there is no result.
         }
         return 0;
     }

@@ -10,7 +10,7 @@
 
 namespace pdx {
 
-/// Owns a thread that was started by it. Whoever starts one joins it: the destructor does not wait.
+/// Owns a thread that it started. The starter has to join it: the destructor does not wait.
 class Thread {
   public:
     using Routine = unsigned(__stdcall*)(void*);

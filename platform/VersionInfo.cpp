@@ -4,6 +4,7 @@
 
 #include <span>
 
+#include "platform/rules/Version.h"
 #include "platform/SystemFunction.h"
 #include "platform/Text.h"
 
@@ -63,6 +64,13 @@ std::wstring VersionInfo::text(const std::wstring& name) const {
         if (!found.empty()) return std::wstring(found.data(), wcsnlen(found.data(), found.size()));
     }
     return {};
+}
+
+std::wstring getFileDescription(const std::wstring& path) { return VersionInfo(path).text(L"FileDescription"); }
+
+std::string getFileVersion(const std::wstring& path) {
+    const auto fixed = VersionInfo(path, VersionInfo::Language::neutral).fixed();
+    return fixed ? versionText(uint64_t{fixed->dwFileVersionMS} << 32 | fixed->dwFileVersionLS) : std::string();
 }
 
 }  // namespace pdx

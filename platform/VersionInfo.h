@@ -26,4 +26,9 @@ class VersionInfo {
     std::vector<std::byte> record;
 };
 
+/// The FileDescription of a program, in the first of its languages that has one; empty without one.
+std::wstring getFileDescription(const std::wstring& path);
+/// The version of a program's file as "12.37.0.5294", of the file itself; empty without one. Logs nothing.
+std::string getFileVersion(const std::wstring& path);
+
 }  // namespace pdx

@@ -7,6 +7,7 @@
 #include <wbemidl.h>
 
 #include "platform/ComPtr.h"
+#include "platform/Text.h"
 
 namespace pdx {
 namespace {
@@ -27,33 +28,22 @@ class Variant {
 
 WmiValue readProperty(IWbemClassObject& row, const wchar_t* name) {
     Variant property;
-    WmiValue value;
-    if (FAILED(row.Get(name, 0, property.get(), nullptr, nullptr))) return value;
+    if (FAILED(row.Get(name, 0, property.get(), nullptr, nullptr))) return {};
     switch (property->vt) {
         case VT_NULL:
-            value.kind = WmiValue::Kind::null;
-            break;
+            return {WmiValue::Kind::null, {}, 0};
         case VT_BSTR:
-            value.kind = WmiValue::Kind::text;
-            if (property->bstrVal) value.text = property->bstrVal;
-            break;
+            return {WmiValue::Kind::text, textOrEmpty(property->bstrVal), 0};
         // The service passes every whole number of up to 32 bits in one of these.
         case VT_I4:
-            value.kind = WmiValue::Kind::number;
-            value.number = property->lVal;
-            break;
+            return {WmiValue::Kind::number, {}, property->lVal};
         case VT_I2:
-            value.kind = WmiValue::Kind::number;
-            value.number = property->iVal;
-            break;
+            return {WmiValue::Kind::number, {}, property->iVal};
         case VT_UI1:
-            value.kind = WmiValue::Kind::number;
-            value.number = property->bVal;
-            break;
+            return {WmiValue::Kind::number, {}, property->bVal};
         default:
-            break;
+            return {};
     }
-    return value;
 }
 
 class ConnectedServices : public WmiServices {

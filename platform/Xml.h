@@ -19,7 +19,7 @@ namespace pdx {
 ComPtr<IXMLDOMDocument2> newXmlDocument();
 
 /// The document element of a well-formed text, which keeps its document alive; null otherwise. The text is UTF-8,
-/// whatever its declaration says.
+/// whatever its declaration names.
 ComPtr<IXMLDOMElement> parseXml(std::string_view text);
 
 /// The nodes that an XPath finds below a node, in the document's order. Nothing if the search fails.

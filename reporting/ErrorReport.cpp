@@ -9,6 +9,7 @@
 #include "platform/OsIdentity.h"
 #include "platform/Xml.h"
 #include "reporting/rules/CheckValue.h"
+#include "reporting/UploadPlace.h"
 
 namespace pdx {
 namespace {
@@ -18,7 +19,7 @@ struct Element {
     std::string_view text;
 };
 
-/// A document that is put together element by element. Whatever fails leaves it without text.
+/// A document that is built element by element. Any failure leaves it without text.
 class RequestDocument {
   public:
     RequestDocument() : document(newXmlDocument()), whole(static_cast<bool>(document)) {}
@@ -42,11 +43,29 @@ class RequestDocument {
     bool whole;
 };
 
-/// The text of the first node that the path finds; empty if there is none.
-std::string textAt(IXMLDOMNode& root, std::wstring_view path) {
-    const auto nodes = selectNodes(root, path);
-    const auto text = nodes && !nodes->empty() ? textOf(*nodes->front().get()) : std::nullopt;
-    return text ? toUtf8(*text) : std::string();
+/// The request for a place as XML; empty if the system's XML writer cannot be had.
+std::string uploadRequest(const ErrorReport& report, const std::string& launchSource) {
+    const std::string size = std::to_string(report.package.size());
+    const Element elements[] = {
+        {L"bastionId", report.bastionId}, {L"note", report.note},
+        {L"category", report.category},   {L"cenumber", report.ceNumber},
+        {L"subscriber", {}},              {L"launchSource", launchSource},
+        {L"ejob", {}},                    {L"esys", {}},
+        {L"offerid", {}},
+    };
+    const Element fileElements[] = {
+        {L"name", report.fileName},
+        {L"size", size},
+        {L"contentType", report.contentType},
+        {L"b64Md5", report.b64Md5},
+    };
+    RequestDocument document;
+    const auto root = document.addRoot({L"reportRequest", {}});
+    for (const Element& element : elements) document.add(root.get(), element);
+    const auto files = document.add(root.get(), {L"files", {}});
+    const auto file = document.add(files.get(), {L"file", {}});
+    for (const Element& element : fileElements) document.add(file.get(), element);
+    return document.text();
 }
 
 /// Fills in trackingId and the report's signedUrl, both or neither.
@@ -79,47 +98,14 @@ void uploadData(const ErrorReport& report, const std::string& trackingId) {
                 {"x-amz-meta-size", size},
                 {"Content-MD5", report.b64Md5}});
     client.readResponse();
-    // Whatever the service answered: no status is known.
+    // Whatever the service answered: its status is not known.
     PDX_LOG(logInfo, "`anonymous-namespace'::uploadData", "Uploaded report with trackingId=%s", trackingId);
 }
 
 }  // namespace
 
-std::string uploadRequest(const ErrorReport& report, const std::string& launchSource) {
-    const std::string size = std::to_string(report.package.size());
-    const Element elements[] = {
-        {L"bastionId", report.bastionId}, {L"note", report.note},
-        {L"category", report.category},   {L"cenumber", report.ceNumber},
-        {L"subscriber", {}},              {L"launchSource", launchSource},
-        {L"ejob", {}},                    {L"esys", {}},
-        {L"offerid", {}},
-    };
-    const Element fileElements[] = {
-        {L"name", report.fileName},
-        {L"size", size},
-        {L"contentType", report.contentType},
-        {L"b64Md5", report.b64Md5},
-    };
-    RequestDocument document;
-    const auto root = document.addRoot({L"reportRequest", {}});
-    for (const Element& element : elements) document.add(root.get(), element);
-    const auto files = document.add(root.get(), {L"files", {}});
-    const auto file = document.add(files.get(), {L"file", {}});
-    for (const Element& element : fileElements) document.add(file.get(), element);
-    return document.text();
-}
-
-std::optional<UploadPlace> readUploadPlace(std::string_view response) {
-    const ComPtr<IXMLDOMElement> root = parseXml(response);
-    if (!root) return std::nullopt;
-    UploadPlace place = {textAt(*root.get(), L"//reportResponse/trackingId"),
-                         textAt(*root.get(), L"//reportResponse/puts/put/signedUrl")};
-    if (place.trackingId.empty() || place.signedUrl.empty()) return std::nullopt;
-    return place;
-}
-
 std::string sendErrorReport(const ReportFiles& files) noexcept {
-    // Known as soon as there is a place for the report, whatever comes of the upload.
+    // Known as soon as the service gave a place, also if the upload fails.
     std::string trackingId;
     try {
         ComApartment com;
@@ -128,7 +114,7 @@ std::string sendErrorReport(const ReportFiles& files) noexcept {
         buildPackage(report, files);
         if (requestUpload(report, trackingId)) uploadData(report, trackingId);
     } catch (const std::exception& problem) {
-        // The text of an exception serves as an argument, never as the format.
+        // The text of an exception is an argument, never the format.
         PDX_LOG(logError, "sendErrorReport", "The error report failed: %s", problem.what());
     }
     return trackingId;

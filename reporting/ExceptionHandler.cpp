@@ -6,7 +6,7 @@
 
 #include "config/Translator.h"
 #include "platform/Paths.h"
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/SystemFunction.h"
 #include "platform/Text.h"
 #include "reporting/rules/CrashSignature.h"
@@ -20,12 +20,11 @@ LONG CALLBACK filterOfProcess(EXCEPTION_POINTERS* pointers) {
     return handler ? handler->filter(pointers) : EXCEPTION_CONTINUE_SEARCH;
 }
 
-/// The file name of the module that the address lies in, in the system's code page; empty if there is none.
+/// The file name of the module that holds the address, in the system's code page; empty if there is none.
 std::string moduleNameAt(DWORD64 address) {
     HMODULE module = nullptr;
-    if (!GetModuleHandleExW(
-            GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-            reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(address)), &module))
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                            reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(address)), &module))
         return {};
     wchar_t path[260];
     const DWORD length = GetModuleFileNameW(module, path, ARRAYSIZE(path));
@@ -47,8 +46,8 @@ constinit ProcessSlot<ExceptionHandler> g_exceptionHandler;
 
 ExceptionHandler::ExceptionHandler(CrashBox showBox)
     : previousFilter(SetUnhandledExceptionFilter(filterOfProcess)), box(std::move(showBox)) {
-    // Of a handler that a thread still holds, and that was therefore not taken out: it would call itself without an
-    // end.
+    // The filter of a handler that a thread still holds, and that is therefore still set: it would call itself without
+    // an end.
     if (previousFilter == filterOfProcess) previousFilter = nullptr;
 }
 
@@ -58,12 +57,12 @@ LONG ExceptionHandler::filter(EXCEPTION_POINTERS* pointers) {
     const std::lock_guard guard(lock);
     if (!handled && isFatalException(pointers->ExceptionRecord->ExceptionCode)) {
         handled = true;
-        tell(*pointers);
+        report(*pointers);
     }
     return previousFilter ? previousFilter(pointers) : EXCEPTION_CONTINUE_SEARCH;
 }
 
-void ExceptionHandler::tell(const EXCEPTION_POINTERS& pointers) {
+void ExceptionHandler::report(const EXCEPTION_POINTERS& pointers) {
     sendTelemetry(briskSender, "erro.crit.cras",
                   {{"exe", toUtf8(getProcessFileName())},
                    {"shut", 0},
@@ -72,7 +71,7 @@ void ExceptionHandler::tell(const EXCEPTION_POINTERS& pointers) {
                   true);
     const auto translator = g_translator.get();
     if (!translator) return;
-    // While it waits, the worker posts the event.
+    // While the box waits, the worker posts the event.
     box(translator->translate(L"installer_error_unknown"), translator->translate(L"installer_error_unknown_title"));
 }
 
@@ -94,7 +93,7 @@ std::string signatureOf(const EXCEPTION_POINTERS& pointers) {
     const HANDLE thread = GetCurrentThread();
     static_assert(sizeof(void*) == 4, "the walk reads the registers of a 32-bit process");
     const auto walk = lookUp<decltype(&StackWalk64)>(stackWalker(), "StackWalk64");
-    // Each frame lies above the last one: a damaged chain that leads back ends the walk.
+    // Each frame is above the last one: a damaged chain that leads back ends the walk.
     for (DWORD64 below = 0;
          walk && walk(IMAGE_FILE_MACHINE_I386, process, thread, &frame, &context, nullptr, nullptr, nullptr, nullptr) &&
          frame.AddrStack.Offset >= below;

@@ -1,5 +1,4 @@
-// What catches what nothing else catches: tells the crash, shows the user one box, and lets it go on to whoever was
-// there before.
+// Last-chance filter: reports the crash, shows one box, chains to the earlier filter.
 #pragma once
 
 #include <windows.h>
@@ -17,11 +16,10 @@ namespace pdx {
 /// Shows a message and waits until the user has closed it.
 using CrashBox = std::function<void(const std::wstring& text, const std::wstring& caption)>;
 
-/// The process's filter of unhandled exceptions as long as it lives. One process tells one crash.
+/// The process's filter of unhandled exceptions as long as it lives. One process reports one crash.
 class ExceptionHandler {
   public:
-    /// Puts itself in the place of the filter that is there, if any. That of another handler of the library counts as
-    /// none.
+    /// Replaces the current filter, if any. That of another handler of the library counts as none.
     explicit ExceptionHandler(CrashBox showBox = showCrashBox);
     /// Puts the earlier filter back.
     ~ExceptionHandler();
@@ -29,7 +27,7 @@ class ExceptionHandler {
     ExceptionHandler& operator=(const ExceptionHandler&) = delete;
 
     /// Runs on the thread that faulted. The first fatal exception sends the event "erro.crit.cras" and shows the box;
-    /// what comes on other threads meanwhile waits for that and shows nothing. Returns what the earlier filter
+    /// one on another thread meanwhile waits for that and shows nothing. Returns what the earlier filter
     /// returns, EXCEPTION_CONTINUE_SEARCH without one.
     LONG filter(EXCEPTION_POINTERS* pointers);
 
@@ -37,10 +35,10 @@ class ExceptionHandler {
     static void showCrashBox(const std::wstring& text, const std::wstring& caption);
 
   private:
-    void tell(const EXCEPTION_POINTERS& pointers);
+    void report(const EXCEPTION_POINTERS& pointers);
 
     LPTOP_LEVEL_EXCEPTION_FILTER previousFilter = nullptr;
-    /// Recursive: a fault in the flow itself, on the same thread, comes back here and must find `handled` set.
+    /// Recursive: a fault in the flow itself calls the filter again on the same thread, and must find `handled` set.
     RecursiveLock lock;
     bool handled = false;
     CrashBox box;
@@ -52,24 +50,19 @@ void loadStackWalker();
 /// The handler, null until the application object has made it.
 extern ProcessSlot<ExceptionHandler> g_exceptionHandler;
 
-/// Puts a handler in the place for an object's life. The one of an object before a reload goes first, so that the
-/// filter that it found is the earlier one of the new handler.
-class ExceptionHandlerLife {
+/// Sets a handler for an object's life. The one of an object before a reload is destroyed first, so that the new
+/// handler finds the filter before it.
+class ExceptionHandlerLife : public ServiceLife<ExceptionHandler> {
   public:
-    ExceptionHandlerLife() : preparation(loadStackWalker) {
-        g_exceptionHandler.clear();
-        handler = std::make_shared<ExceptionHandler>();
-        g_exceptionHandler.set(handler);
-    }
-    ~ExceptionHandlerLife() {
-        if (g_exceptionHandler.get() == handler) g_exceptionHandler.clear();
-    }
-    ExceptionHandlerLife(const ExceptionHandlerLife&) = delete;
-    ExceptionHandlerLife& operator=(const ExceptionHandlerLife&) = delete;
+    ExceptionHandlerLife() : ServiceLife(g_exceptionHandler, makeNext()), preparation(loadStackWalker) {}
 
   private:
-    std::shared_ptr<ExceptionHandler> handler;
-    Task preparation;  ///< for a crash; nobody waits for it before the end
+    static std::shared_ptr<ExceptionHandler> makeNext() {
+        g_exceptionHandler.clear();
+        return std::make_shared<ExceptionHandler>();
+    }
+
+    Task preparation;  ///< for a crash; only the destructor waits for it
 };
 
 /// The signature of the crash (reporting/rules/CrashSignature.h), by a walk of the thread's frame pointers.

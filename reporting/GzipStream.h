@@ -10,8 +10,8 @@
 
 namespace pdx {
 
-/// One gzip stream at the highest level. What it holds of the unpacked bytes is zlib's window and a buffer, whatever
-/// their number.
+/// One gzip stream at the highest level. Of the unpacked bytes it holds zlib's window and a buffer alone, however many
+/// they are.
 class GzipStream {
   public:
     /// Throws std::bad_alloc if zlib cannot be set up.
@@ -21,7 +21,7 @@ class GzipStream {
     GzipStream& operator=(const GzipStream&) = delete;
 
     void write(std::string_view bytes) { pack(bytes, Z_NO_FLUSH); }
-    /// Ends the stream and gives it away.
+    /// Ends the stream and returns it.
     std::string finish();
 
   private:
@@ -30,7 +30,7 @@ class GzipStream {
 
     z_stream stream{};
     std::array<Bytef, 65536> buffer;
-    /// In pieces: one text that grew would have to be copied on the way, and be there twice.
+    /// In pieces: one growing text would be copied each time it moves, and be in memory twice.
     std::deque<std::string> packed;
 };
 

@@ -6,12 +6,13 @@
 
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/Handles.h"
 #include "platform/Hash.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/ProcessValue.h"
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 #include "reporting/GzipStream.h"
 #include "reporting/rules/LogLines.h"
 #include "telemetry/MachineIdentity.h"
@@ -20,15 +21,6 @@ namespace pdx {
 namespace {
 
 constexpr size_t blockSize = 0x40000;
-
-std::string millisecondsSince1601() {
-    FILETIME now{};
-    GetSystemTimeAsFileTime(&now);
-    ULARGE_INTEGER count{};
-    count.LowPart = now.dwLowDateTime;
-    count.HighPart = now.dwHighDateTime;
-    return std::to_string(static_cast<int64_t>(count.QuadPart / 10000));
-}
 
 /// The next bytes of a file; empty at its end or where it cannot be read.
 std::string_view readBlock(HANDLE file, std::vector<char>& block) {
@@ -72,10 +64,8 @@ void addSection(GzipStream& stream, std::string_view name, std::string_view byte
 constinit ProcessValue<std::string> survey;
 
 const std::string& machineSurvey(const std::string& machineHash) {
-    return survey.get([&] {
-        return hardwareSurvey(getOsVersion(), systemVersion(), getProcessorArchitecture(),
-                              machineHash);
-    });
+    return survey.get(
+        [&] { return hardwareSurvey(getOsVersion(), systemVersion(), getProcessorArchitecture(), machineHash); });
 }
 
 }  // namespace
@@ -85,7 +75,7 @@ ErrorReport newErrorReport() {
     report.machineHash = getMachineHash();
     report.bastionId = digestText(CALG_SHA1, report.machineHash, CRYPT_STRING_HEXRAW);
     report.clientVersion = installerVersion;
-    report.timestamp = millisecondsSince1601();
+    report.timestamp = std::to_string(currentFileTime() / fileTimePerMillisecond);
     report.fileName = packageName(report.timestamp);
     return report;
 }

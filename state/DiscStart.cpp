@@ -2,14 +2,25 @@
 
 #include "platform/Files.h"
 #include "platform/Log.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* pendingJobKey = L"Software\\Corvane Works\\Palisade Desktop\\pendingITDjob";
 constexpr const wchar_t* setupConfig = L"/SetupConfig";
 constexpr const wchar_t* keys[] = {setupConfig, L"/contentIds", L"/contentLocation"};
+
+/// Takes an argument that begins with the key and one separating character, whatever it is. False for any other.
+/// Throws for the bare key.
+bool addItdParameter(const std::wstring& argument, const std::wstring& key, std::wstring& itdParams) {
+    if (!argument.starts_with(key)) return false;
+    const std::wstring name = key.substr(1);
+    const std::wstring value = argument.substr(key.size() + 1);
+    RegistryKey::currentUser(view32).setSubKeyValue(productKey + std::wstring(L"\\pendingITDjob"), name, value);
+    itdParams += L" -" + name + L'=' + value;
+    return true;
+}
 
 bool addAnyParameter(const std::wstring& argument, std::wstring& itdParams) {
     for (const wchar_t* key : keys)
@@ -30,16 +41,6 @@ bool checkForITD(std::wstring& itdParams, const std::wstring& bundleFolder, std:
     for (const std::wstring& argument : arguments) found |= addAnyParameter(argument, itdParams);
     PDX_LOG(logInfo, "checkForITD", "Found ITD parameters: [%s] itdParams=[%ls]", found ? "yes" : "no", itdParams);
     return found;
-}
-
-bool addItdParameter(const std::wstring& argument, const std::wstring& key, std::wstring& itdParams) {
-    if (!argument.starts_with(key)) return false;
-    const std::wstring name = key.substr(1);
-    // The character behind the key is dropped unread; a bare key has none, and that throws.
-    const std::wstring value = argument.substr(key.size() + 1);
-    RegistryKey::currentUser(view32).setSubKeyValue(pendingJobKey, name, value);
-    itdParams += L" -" + name + L'=' + value;
-    return true;
 }
 
 }  // namespace pdx

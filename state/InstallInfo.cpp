@@ -1,9 +1,9 @@
 #include "state/InstallInfo.h"
 
 #include "platform/Log.h"
-#include "platform/RegistryPaths.h"
+#include "platform/product/ClientPackage.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Text.h"
-#include "state/rules/InstallerRecords.h"
 
 namespace pdx {
 namespace {
@@ -53,7 +53,7 @@ bool purgeInstallInfo(RegistryView view, const std::wstring& providerKey) {
     classes.deleteTree(std::wstring(L"Installer\\UpgradeCodes\\") + packedUpgradeCode);
     software.deleteTree(userData + L"Products\\" + product);
     deleteComponents(software);
-    software.deleteTree(L"Corvane Works\\Palisade Desktop");
+    RegistryKey::localMachine(view).deleteTree(productKey);
     return true;
 }
 

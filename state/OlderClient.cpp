@@ -1,35 +1,33 @@
 #include "state/OlderClient.h"
 
 #include <array>
-#include <chrono>
 
-#include "platform/Files.h"
+#include "config/Settings.h"
+#include "platform/Clock.h"
 #include "platform/Handles.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Processes.h"
-#include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
+#include "platform/product/Client.h"
+#include "platform/product/Programs.h"
 #include "platform/Text.h"
+#include "platform/VersionInfo.h"
 #include "state/rules/MeridianMessages.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* programName = L"Bastion.exe";
-constexpr const wchar_t* uninstallerName = L"BastionUninstall.exe";
 constexpr DWORD quitTimeMilliseconds = 30000;
 
-std::wstring bastionPath() { return machineText(view32, olderClientKey, L"BastionPath"); }
+std::wstring recordedProgram() { return bastionText(L"BastionPath"); }
 
 /// A handle to query and to wait for the process; one that only queries where waiting is refused. Null, and logged, if
 /// there is none.
 Handle openProcess(DWORD processId) {
     Handle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, processId));
     if (!process) process.reset(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
-    if (!process)
-        PDX_LOG(logWarning, "isBastionTempUninstallerRunning", "Failed to open process for querying");
+    if (!process) PDX_LOG(logWarning, "isBastionTempUninstallerRunning", "Failed to open process for querying");
     return process;
 }
 
@@ -44,39 +42,62 @@ std::wstring programOf(HANDLE process) {
     return path.data();
 }
 
+/// A running temporary uninstaller: its name begins with "bui" and its file describes itself as "BastionUninstall",
+/// both without regard to case. What cannot be queried is skipped and logged at WARN; a find at INFO. The handle is the
+/// one by which it was recognised, to wait for it: once that is closed the id may be another process's. Null if none
+/// runs.
+Handle runningTempUninstaller() {
+    ProcessSnapshot snapshot;
+    for (PROCESSENTRY32W entry{}; snapshot.next(entry);) {
+        const std::wstring_view file = entry.szExeFile;
+        const std::wstring name = toLower(std::wstring(file.substr(file.find_last_of(L"\\/") + 1)));
+        if (!name.starts_with(L"bui")) continue;
+        Handle process = openProcess(entry.th32ProcessID);
+        const std::wstring program = process ? programOf(process.get()) : std::wstring();
+        if (program.empty() || toLower(getFileDescription(program)) != L"bastionuninstall") continue;
+        PDX_LOG(logInfo, "isBastionTempUninstallerRunning", "Found Bastion uninstall process %ls", program);
+        return process;
+    }
+    return {};
+}
+
 constexpr DWORD pollMilliseconds = 1000;
 
-/// Returns when no temporary uninstaller has been seen for the time of quiet. The work is finished by processes of
-/// their own, with gaps between them.
+/// Returns once no temporary uninstaller has run for 3 seconds of the system clock. The work is finished by several
+/// processes, with gaps between them.
 void waitForQuiet() {
-    using Clock = std::chrono::system_clock;
-    constexpr std::chrono::seconds quiet(3);
-    for (auto deadline = Clock::now() + quiet; Clock::now() < deadline;) {
-        PROCESSENTRY32W entry{};
-        Handle process;
-        if (!isBastionTempUninstallerRunning(entry, process)) {
+    constexpr uint64_t quiet = 3000 * fileTimePerMillisecond;
+    for (uint64_t deadline = currentFileTime() + quiet; currentFileTime() < deadline;) {
+        const Handle process = runningTempUninstaller();
+        if (!process) {
             Sleep(pollMilliseconds);
             continue;
         }
         PDX_LOG(logInfo, "waitForBastionTempUninstallers",
                 "Found running Bastion Uninstaller, waiting for it to complete");
-        // Without limit. One that cannot be waited for is looked for again a while later, and not in a busy loop.
+        // Without limit. Where waiting is refused, a pause keeps this from being a busy loop.
         if (WaitForSingleObject(process.get(), INFINITE) == WAIT_FAILED) Sleep(pollMilliseconds);
-        deadline = Clock::now() + quiet;
+        deadline = currentFileTime() + quiet;
     }
 }
+
+bool isMigrationOn() { return getConfigBool("app.meridian.enableMigration", false); }
+bool isPromptOn() { return getConfigBool("app.meridian.promptBastionUninstall", false); }
 
 }  // namespace
 
 bool isBastionInstalled() {
     // The spelling is the older client's own.
-    return !machineText(view32, olderClientKey, L"InstallSuccesfull").empty();
+    return !bastionText(L"InstallSuccesfull").empty();
 }
+
+bool removesBastion() { return isMigrationOn() && !isPromptOn() && isBastionInstalled(); }
+bool asksToRemoveBastion() { return isMigrationOn() && isPromptOn() && isBastionInstalled(); }
 
 bool isBastionRunning() {
     ProcessSnapshot snapshot;
     for (PROCESSENTRY32W entry{}; snapshot.next(entry);) {
-        if (!equalsIgnoreCase(entry.szExeFile, programName)) continue;
+        if (!equalsIgnoreCase(entry.szExeFile, bastionProgram)) continue;
         PDX_LOG(logInfo, "isBastionRunning", "Found process %ls", entry.szExeFile);
         return true;
     }
@@ -84,37 +105,23 @@ bool isBastionRunning() {
 }
 
 void quitBastion() {
-    const std::wstring program = bastionPath();
+    const std::wstring program = recordedProgram();
     if (program.empty()) return;
-    const Handle process = startProgram(ProgramStart{.file = program, .parameters = L"bastion://quit", .show = SW_SHOW});
+    const Handle process =
+        startProgram(ProgramStart{.file = program, .parameters = L"bastion://quit", .show = SW_SHOW});
     if (process) WaitForSingleObject(process.get(), quitTimeMilliseconds);
 }
 
 void waitForBastionTempUninstallers() {
-    const std::wstring program = bastionPath();
+    const std::wstring program = recordedProgram();
     if (program.empty()) return;
-    const std::wstring uninstaller = appendPath(removeFileSpec(program), uninstallerName);
+    const std::wstring uninstaller = appendPath(removeFileSpec(program), bastionUninstaller);
     const Handle process = startProgram(ProgramStart{.file = uninstaller, .parameters = L"/Silent", .show = SW_HIDE});
     if (process) WaitForSingleObject(process.get(), INFINITE);
     waitForQuiet();
     PDX_LOG(logInfo, "waitForBastionTempUninstallers",
             "Enough time has passed since the last Bastion Uninstaller process completed, continuing with the rest of "
             "the install");
-}
-
-bool isBastionTempUninstallerRunning(PROCESSENTRY32W& entry, Handle& process) {
-    ProcessSnapshot snapshot;
-    while (snapshot.next(entry)) {
-        const std::wstring_view file = entry.szExeFile;
-        const std::wstring name = toLower(std::wstring(file.substr(file.find_last_of(L"\\/") + 1)));
-        if (!name.starts_with(L"bui")) continue;
-        process = openProcess(entry.th32ProcessID);
-        const std::wstring program = process ? programOf(process.get()) : std::wstring();
-        if (program.empty() || toLower(getFileDescription(program)) != L"bastionuninstall") continue;
-        PDX_LOG(logInfo, "isBastionTempUninstallerRunning", "Found Bastion uninstall process %ls", program);
-        return true;
-    }
-    return false;
 }
 
 void sendMeridianMessageEvent(const std::string& id, const std::string& destination, const std::string& page,

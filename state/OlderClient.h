@@ -1,19 +1,18 @@
 // The maker's older client, Bastion: whether it is there, how it is asked to end, and how it is removed.
 #pragma once
 
-#include <windows.h>
-// tlhelp32.h needs the types of windows.h.
-#include <tlhelp32.h>
-
 #include <string>
-
-#include "platform/Handles.h"
 
 namespace pdx {
 
 /// Whether the older client has finished installing. What its marker holds does not matter as long as it is not empty:
 /// a number counts as its digits, so 0 too means installed.
 bool isBastionInstalled();
+
+/// Whether an install removes the older client of this machine without a question, or asks the user whether to. The
+/// registry is read only where the settings leave it open.
+bool removesBastion();
+bool asksToRemoveBastion();
 
 /// Whether a process of its program runs; logs "Found process %ls" at INFO.
 bool isBastionRunning();
@@ -22,20 +21,14 @@ bool isBastionRunning();
 /// recorded or does not start.
 void quitBastion();
 
-/// Removes the older client: runs its uninstaller and waits until it and every temporary uninstaller that it leaves to
-/// finish the work have ended, and 3 seconds have passed without another. Has no limit of time on purpose: a client half
-/// removed would be worse than a wait. Nothing happens where its program is not recorded; an uninstaller that does not
-/// start is not reported.
+/// Removes the older client: runs its uninstaller and waits until it and every temporary uninstaller that it starts
+/// have ended, and 3 seconds have passed without another. Has no limit of time on purpose: a client half removed would
+/// be worse than a wait. Nothing happens where its program is not recorded; an uninstaller that does not start is not
+/// reported.
 void waitForBastionTempUninstallers();
 
-/// Finds a running temporary uninstaller and fills the entry with its process: its name begins with "bui" and its file
-/// describes itself as "BastionUninstall", both without regard to case. What cannot be asked is passed over and logged
-/// at WARN; a find at INFO. The handle is the one by which it was recognised, to wait for it: once that is closed the id
-/// may be another process's. It can only be queried where the system refuses more.
-bool isBastionTempUninstallerRunning(PROCESSENTRY32W& entry, Handle& process);
-
-/// Tells the Tally service that something of the move was shown or pressed (state/rules/MeridianMessages.h has the
-/// words); trackingTag is the migration's group. Any thread; does not wait.
+/// Sends to the Tally service that something of the migration was shown or pressed (state/rules/MeridianMessages.h has
+/// the words); trackingTag is the migration's group. Any thread; does not wait.
 void sendMeridianMessageEvent(const std::string& id, const std::string& destination, const std::string& page,
                               const std::string& status, const std::string& trackingTag);
 

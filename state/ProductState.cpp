@@ -3,11 +3,12 @@
 #include <windows.h>
 
 #include "platform/Processes.h"
+#include "platform/product/BundleEntry.h"
+#include "platform/product/Programs.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/rules/Version.h"
 #include "platform/Text.h"
-#include "state/rules/OwnFolder.h"
 
 namespace pdx {
 
@@ -16,7 +17,7 @@ void setUnavailable(bool available) {
     for (const RegistryView view : {view32, view64})
         RegistryKey::localMachine(view).setSubKeyValue(productKey, L"IsUnavailable", unavailable);
     Sleep(200);
-    constexpr std::wstring_view helpers[] = {L"PalisadeConnect_microsoft.exe"};
+    constexpr std::wstring_view helpers[] = {connectProgram};
     terminateProcesses(helpers);
 }
 
@@ -30,7 +31,7 @@ void restoreClientPath(const std::wstring& keyPath) {
     else
         product.setValue(L"ClientPath", earlier);
     product.deleteValue(L"PrevClientPath");
-    // Not as a tree: what appears in it from now on keeps it.
+    // Not as a tree: this deletes no key that has subkeys, also one that has just got some.
     if (product.isEmpty()) RegDeleteKeyExW(machine.get(), keyPath.c_str(), machine.viewFlag(), 0);
 }
 
@@ -44,8 +45,7 @@ void restoreProtocolHandler(const std::wstring& protocol, const std::wstring& co
 }
 
 void writeBundleVersion(const std::wstring& providerKey, const std::wstring& version) {
-    if (!isEntryName(providerKey)) return;  // it would be the list of all entries, or a key elsewhere
-    RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
+    RegistryKey entry = openBundleEntry(providerKey);
     const uint64_t numbers = parseVersion64(toUtf8(version));
     entry.setValue(L"BundleVersion", version);
     entry.setValue(L"DisplayVersion", version);

@@ -1,20 +1,20 @@
 // The registry state of the installed product, which the client's package writes on install, and how what it replaced
-// is put back. Needs raised rights; without them only the failed accesses are logged.
+// is restored. Needs elevated rights; without them only the failed accesses are logged.
 #pragma once
 
 #include <string>
 
 namespace pdx {
 
-/// Tells the client, in both views of the registry, that it is going away (IsUnavailable 1; 0 with available), gives it
-/// 200 milliseconds to hear of it, and ends its helper "PalisadeConnect_microsoft.exe". Nothing takes the value back.
+/// Marks the client as unavailable in both views of the registry (IsUnavailable 1; 0 with available), gives it 200
+/// milliseconds to react, and ends its helper "PalisadeConnect_microsoft.exe". Nothing removes the value again.
 void setUnavailable(bool available = false);
 
-/// Gives an older product its program back: PrevClientPath becomes ClientPath, or ClientPath goes where there is none.
-/// A key with nothing left in it goes too. Nothing happens without the key.
+/// Restores the program of an older product: PrevClientPath becomes ClientPath; ClientPath is deleted where there is
+/// none. Of the key only an empty one is deleted: one with values or subkeys stays. Nothing happens without the key.
 void restoreClientPath(const std::wstring& keyPath);
 
-/// Gives a URL protocol its earlier command back. Without one, or where it cannot be written, the protocol goes.
+/// Restores the earlier command of a URL protocol. Without one, or where it cannot be written, the protocol is deleted.
 void restoreProtocolHandler(const std::wstring& protocol, const std::wstring& command);
 
 /// Writes a version ("12.37.0.5294") to the bundle's entry among the installed programs; numbers that a shorter text

@@ -6,16 +6,16 @@
 
 #include "platform/FolderRemoval.h"
 #include "platform/Log.h"
-#include "platform/PathFunctions.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
+#include "platform/product/BundleEntry.h"
+#include "platform/product/Client.h"
+#include "platform/product/InstallerVersion.h"
+#include "platform/product/Programs.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
-#include "platform/rules/InstallerVersion.h"
-#include "platform/rules/Version.h"
 #include "platform/Services.h"
 #include "platform/Text.h"
-#include "platform/VersionInfo.h"
 #include "state/InstallInfo.h"
 #include "state/ProductState.h"
 #include "state/ProtectedFolders.h"
@@ -25,19 +25,9 @@
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* serviceName = L"PalisadeBackgroundService";
 constexpr uint64_t serviceTimeoutMilliseconds = 2000;
 constexpr int32_t fileTries = 50;
 constexpr uint32_t fileDelayMilliseconds = 100;
-
-constexpr std::wstring_view clientProcesses[] = {
-    L"PalisadeDesktop.exe",       L"PalisadeLauncher.exe",
-    L"PalisadeLaunchHelper.exe",  L"PalisadeErrorReporter.exe",
-    L"PalisadeCrashReporter.exe", L"PalisadeConnect_microsoft.exe",
-    L"PalisadeDestager.exe",      L"GateLink.exe",
-    L"PalisadeLocalHostSvc.exe",  L"PalisadeGlue.exe",
-    L"PalisadeSteamProxy.exe",    L"PalisadeUninstall.exe",
-};
 
 /// The programs whose versions are reported, each under its attribute.
 struct ProgramAttribute {
@@ -45,10 +35,10 @@ struct ProgramAttribute {
     const wchar_t* file;
 };
 constexpr ProgramAttribute toldPrograms[] = {
-    {"lnvr", L"PalisadeLauncher.exe"},
-    {"lhvr", L"PalisadeLaunchHelper.exe"},
-    {"apvr", L"PalisadeDesktop.exe"},
-    {"bgvr", L"PalisadeBackgroundService.exe"},
+    {"lnvr", launcherProgram},
+    {"lhvr", launchHelperProgram},
+    {"apvr", desktopProgram},
+    {"bgvr", serviceProgram},
 };
 
 /// What the client's package noted of the time before it.
@@ -68,20 +58,19 @@ void tellRepairStarted(const std::wstring& installLocation) {
 
 /// The package has put commands of its own in the bundle's entry; they go with the client.
 void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
-    if (!isEntryName(providerKey)) return;
-    RegistryKey entry = RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
+    RegistryKey entry = openBundleEntry(providerKey);
     if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
     if (!earlier.quietUninstallCommand.empty()) entry.setValue(L"QuietUninstallString", earlier.quietUninstallCommand);
 }
 
 bool takeServiceDown(const RepairRun& run) {
     run.begin(RepairStep::stopService);
-    if (!stopService(serviceName, serviceTimeoutMilliseconds)) {
+    if (!stopService(clientService, serviceTimeoutMilliseconds)) {
         PDX_LOG(logInfo, "performRepairCleanup", "Failed to stop background service");
         return false;
     }
     run.begin(RepairStep::deleteService);
-    if (!deleteService(serviceName, serviceTimeoutMilliseconds)) {
+    if (!deleteService(clientService, serviceTimeoutMilliseconds)) {
         PDX_LOG(logInfo, "performRepairCleanup", "Failed to delete background service");
         return false;
     }
@@ -123,8 +112,8 @@ bool takeFolderDown(const RepairRun& run, const std::wstring& location, const Fo
     return deleteDirectoryTree(folder, fileTries, fileDelayMilliseconds);
 }
 
-/// Uneven on purpose: the package notes one earlier command for both of the older client's protocols, its own goes
-/// without a trace, and an unnoted gatelink stays as it is.
+/// Asymmetric by design: one saved command serves both bastion protocols; ours is deleted; gatelink is restored only if
+/// saved.
 void restoreProtocols(const EarlierState& earlier) {
     restoreProtocolHandler(L"bastion", earlier.bastionProtocol);
     restoreProtocolHandler(L"bastion2", earlier.bastionProtocol);
@@ -133,19 +122,6 @@ void restoreProtocols(const EarlierState& earlier) {
 }
 
 }  // namespace
-
-std::string getFileVersion(const std::wstring& path) {
-    const auto fixed = VersionInfo(path, VersionInfo::Language::neutral).fixed();
-    if (!fixed) return {};
-    return versionText(uint64_t{fixed->dwFileVersionMS} << 32 | fixed->dwFileVersionLS);
-}
-
-std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file) {
-    // What is too long to be joined is empty, and joining to that would give a relative path.
-    std::wstring path = installLocation.empty() ? std::wstring() : appendPath(installLocation, L"Palisade Desktop");
-    if (!path.empty()) path = appendPath(path, file);
-    return path.empty() ? std::string() : getFileVersion(path);
-}
 
 RepairResult cleanUpForRepair(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);

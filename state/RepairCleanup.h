@@ -41,10 +41,4 @@ struct RepairRun {
 /// heard: a client without its service or its files has to be installed again.
 RepairResult cleanUpForRepair(const RepairRun& run);
 
-/// The version of a program's file as "12.37.0.5294"; empty, and not logged, without one.
-std::string getFileVersion(const std::wstring& path);
-/// The same for a program of the client that is installed at a location; empty for the empty location, and for one that
-/// is too long for the system's paths.
-std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file);
-
 }  // namespace pdx

@@ -20,22 +20,13 @@ namespace {
 
 constexpr std::wstring_view makersName = L"Corvane Works, Inc.";
 
-struct StoreTraits {
-    using Value = HCERTSTORE;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CertCloseStore(value, 0); }
-};
-struct MessageTraits {
-    using Value = HCRYPTMSG;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { CryptMsgClose(value); }
-};
+using CertificateStore = Owned<HCERTSTORE, [](HCERTSTORE store) { CertCloseStore(store, 0); }>;
 
 /// The certificate of a file's first signer; null if there is none.
 CertificateContext signerOf(const std::wstring& path) {
     constexpr DWORD encoding = X509_ASN_ENCODING | PKCS_7_ASN_ENCODING;
-    UniqueHandle<StoreTraits> store;
-    UniqueHandle<MessageTraits> message;
+    CertificateStore store;
+    Owned<HCRYPTMSG, CryptMsgClose> message;
     if (!CryptQueryObject(CERT_QUERY_OBJECT_FILE, path.c_str(), CERT_QUERY_CONTENT_FLAG_PKCS7_SIGNED_EMBED,
                           CERT_QUERY_FORMAT_FLAG_BINARY, 0, nullptr, nullptr, nullptr, store.put(), message.put(),
                           nullptr))
@@ -52,6 +43,29 @@ CertificateContext signerOf(const std::wstring& path) {
     wanted.SerialNumber = signer.SerialNumber;
     return CertificateContext(
         CertFindCertificateInStore(store.get(), encoding, 0, CERT_FIND_SUBJECT_CERT, &wanted, nullptr));
+}
+
+/// Whether the file's embedded signature is whole: its hash is that of the file. Neither its chain nor its revocation
+/// is checked. Each outcome is logged at INFO.
+bool verifyEmbeddedSignature(const std::wstring& path) {
+    WINTRUST_FILE_INFO file{};
+    file.cbStruct = sizeof file;
+    file.pcwszFilePath = path.c_str();
+    WINTRUST_DATA data{};
+    data.cbStruct = sizeof data;
+    data.dwUIChoice = WTD_UI_NONE;
+    data.fdwRevocationChecks = WTD_REVOKE_NONE;
+    data.dwUnionChoice = WTD_CHOICE_FILE;
+    data.pFile = &file;
+    data.dwStateAction = WTD_STATEACTION_IGNORE;
+    data.dwProvFlags = WTD_HASH_ONLY_FLAG;
+    GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
+    // Asked of a few runs only, so that no other start pays for the library.
+    const auto verify = lookUp<decltype(&WinVerifyTrust)>(systemLibrary(L"wintrust.dll"), "WinVerifyTrust");
+    const auto result = static_cast<uint32_t>(verify ? verify(nullptr, &action, &data) : TRUST_E_PROVIDER_UNKNOWN);
+    const SignatureMessage message = signatureMessage(result, GetLastError());
+    PDX_LOG(logInfo, "verifyEmbeddedSignature", message.format, path, message.number);
+    return result == 0;
 }
 
 }  // namespace
@@ -85,28 +99,6 @@ bool isValidPalisadeCertificate(const std::wstring& path) {
     }
     PDX_LOG(logInfo, function, "The file has a valid Palisade certificate: %ls", path);
     return true;
-}
-
-bool verifyEmbeddedSignature(const std::wstring& path) {
-    WINTRUST_FILE_INFO file{};
-    file.cbStruct = sizeof file;
-    file.pcwszFilePath = path.c_str();
-    WINTRUST_DATA data{};
-    data.cbStruct = sizeof data;
-    data.dwUIChoice = WTD_UI_NONE;
-    data.fdwRevocationChecks = WTD_REVOKE_NONE;
-    data.dwUnionChoice = WTD_CHOICE_FILE;
-    data.pFile = &file;
-    data.dwStateAction = WTD_STATEACTION_IGNORE;
-    data.dwProvFlags = WTD_HASH_ONLY_FLAG;
-    GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
-    // Asked of a few runs only, so that no other start pays for the library.
-    const auto verify = lookUp<decltype(&WinVerifyTrust)>(systemLibrary(L"wintrust.dll"), "WinVerifyTrust");
-    const auto result = static_cast<uint32_t>(verify ? verify(nullptr, &action, &data) : TRUST_E_PROVIDER_UNKNOWN);
-    const DWORD lastError = GetLastError();
-    PDX_LOG(logInfo, "verifyEmbeddedSignature", signatureMessage(result, lastError), path,
-            signatureNumber(result, lastError));
-    return result == 0;
 }
 
 }  // namespace pdx

@@ -9,8 +9,4 @@ namespace pdx {
 /// its subject. That is all: a certificate of anybody's own making in that name passes. Each outcome is logged at INFO.
 bool isValidPalisadeCertificate(const std::wstring& path);
 
-/// Whether the file's embedded signature is whole: its hash is that of the file. Neither its chain nor its revocation
-/// is asked. Each outcome is logged at INFO.
-bool verifyEmbeddedSignature(const std::wstring& path);
-
 }  // namespace pdx

@@ -14,6 +14,25 @@
 #include "platform/Text.h"
 
 namespace pdx {
+namespace {
+
+/// The version that the service at the address recommends, as "a.b.c.d"; empty on failure. One request, which blocks
+/// the thread until the system's own time-out; never throws. Logs "Error %d has occurred.\n" if no reply came; one
+/// above 64 KiB counts as none.
+std::string GetRecommendedVersion(const std::string& url) try {
+    HttpClient client(parseUrl(url));
+    const bool sent = client.get() == 0;
+    const std::vector<uint8_t> reply = sent ? client.readResponse(longestUpdateReply) : std::vector<uint8_t>();
+    if (reply.empty()) {
+        PDX_LOG(logInfo, "GetRecommendedVersion", "Error %d has occurred.\n", GetLastError());
+        return {};
+    }
+    return recommendedVersionOf({reinterpret_cast<const char*>(reply.data()), reply.size()});
+} catch (...) {
+    return {};
+}
+
+}  // namespace
 
 unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size) { return GetAdaptersInfo(list, size); }
 
@@ -31,19 +50,6 @@ uint32_t GetUpdateBucket(AdapterQuery ask) {
     const uint32_t bucket = updateBucketOf(getLocalMacAddress(ask));
     PDX_LOG(logInfo, "GetUpdateBucket", "Using bucket value: %u", bucket);
     return bucket;
-}
-
-std::string GetRecommendedVersion(const std::string& url) try {
-    HttpClient client(parseUrl(url));
-    const bool sent = client.get() == 0;
-    const std::vector<uint8_t> reply = sent ? client.readResponse(longestUpdateReply) : std::vector<uint8_t>();
-    if (reply.empty()) {
-        PDX_LOG(logInfo, "GetRecommendedVersion", "Error %d has occurred.\n", GetLastError());
-        return {};
-    }
-    return recommendedVersionOf({reinterpret_cast<const char*>(reply.data()), reply.size()});
-} catch (...) {
-    return {};
 }
 
 std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion) {

@@ -12,24 +12,19 @@ struct _IP_ADAPTER_INFO;
 
 namespace pdx {
 
-/// The system's list of adapters, in a buffer of the size that is given and given back; its error.
+/// The system's list of adapters, in a buffer of that size, which is in and out; its error.
 using AdapterQuery = unsigned long (*)(_IP_ADAPTER_INFO* list, unsigned long* size);
 unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size);
 
-/// The hardware address of the first network adapter as "00-11-22-33-44-55"; empty if there is none, or if the machine
-/// has more adapters than the system's list of 5184 bytes holds.
+/// The hardware address of the first network adapter as "00-11-22-33-44-55"; empty if there is none. Empty too if the
+/// machine has more adapters than the system's list of 5184 bytes holds.
 std::string getLocalMacAddress(AdapterQuery ask = askAdapters);
 
 /// This machine's bucket, from 1 to 100; a machine without an adapter has 62. Logs "Using bucket value: %u".
 uint32_t GetUpdateBucket(AdapterQuery ask = askAdapters);
 
-/// What the service at the address recommends as "a.b.c.d"; empty if it cannot be had. One request, which blocks the
-/// thread for as long as the system lets it; never throws. Logs "Error %d has occurred.\n" if no reply came; one above
-/// 64 KiB counts as none.
-std::string GetRecommendedVersion(const std::string& url);
-
-/// Asks the configured service, and gives the address of the newer installer, if there is one for this machine. Every
-/// failure means no update.
+/// The address of the newer installer that the configured service names for this machine, if any. Every failure means
+/// no update.
 std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion);
 
 }  // namespace pdx

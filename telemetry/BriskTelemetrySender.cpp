@@ -3,11 +3,12 @@
 #include <utility>
 
 #include "config/Settings.h"
+#include "platform/Clock.h"
+#include "platform/Locale.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
 #include "platform/ProcessValue.h"
-#include "platform/rules/InstallerVersion.h"
-#include "telemetry/Locale.h"
+#include "platform/product/InstallerVersion.h"
 #include "telemetry/rules/BriskEvent.h"
 #include "telemetry/rules/TimeFormat.h"
 
@@ -20,7 +21,7 @@ struct Shared {
     nlohmann::json header;
 };
 constinit ProcessValue<Shared> shared;
-/// Apart from the rest, for it takes a tenth of a second and more.
+/// Apart from the rest, because it takes a tenth of a second and more.
 constinit ProcessValue<std::string> knownHash;
 
 nlohmann::json makeHeader(const std::string& session) {
@@ -66,7 +67,7 @@ void BriskTelemetrySender::identifyMachine(nlohmann::json& event, bool urgent) c
 void BriskTelemetrySender::send(nlohmann::json batch) {
     if (batch.empty()) return;
     for (nlohmann::json& event : batch) identifyMachine(event);
-    // The service is told the platform in place of the system's version, and it is to stay so.
+    // The service expects the platform in place of the system's version.
     static constexpr const char* platform = "pc";
     const HttpHeaders headers = {
         {"Content-Type", "application/json"},

@@ -5,16 +5,16 @@
 
 namespace pdx {
 
-/// Gives the 40 hexadecimal digits that identify the machine; it may take its time.
+/// Gives the 40 hexadecimal digits that identify the machine; may be slow.
 using MachineHash = std::string (*)();
 
 /// The current time as the service takes it: UTC with milliseconds and no mark of a zone, 23 characters.
 std::string briskTimestamp();
 
-/// A post is an array of flat objects. What identifies installer and machine is found out with the first event of the
-/// process, whichever sender it goes through, and stays as it was then; the machine's hash with the first post, on the
-/// worker, so that no start waits for it. An event whose name has not three tokens logs
-/// "Bad taxonomy %s" and is dropped; telemetry.brisk.log makes each event a log line.
+/// A post is an array of flat objects. What identifies installer and machine is looked up with the first event of the
+/// process and does not change after it. The machine's hash follows with the first post, on the worker, so that no
+/// start waits for it. An event whose name has not three tokens logs "Bad taxonomy %s" and is dropped;
+/// telemetry.brisk.log makes each event a log line.
 class BriskTelemetrySender : public TelemetrySender {
   public:
     explicit BriskTelemetrySender(MachineHash hash) : machineHash(hash) {}
@@ -31,7 +31,7 @@ class BriskTelemetrySender : public TelemetrySender {
     MachineHash machineHash;
 };
 
-/// Forgets what was found out for the process.
+/// Frees what was looked up for the process.
 void releaseBriskIdentity();
 
 }  // namespace pdx

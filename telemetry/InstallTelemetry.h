@@ -1,4 +1,4 @@
-// Gathers what is told of an install when it begins.
+// Gathers what is reported of an install when it begins.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@ struct InstallFacts {
     std::wstring defaultFolder;
 };
 
-/// The record; whatever the system does not tell leaves its field empty and is logged at INFO. Waits for WMI on the
+/// The record; a fact that the system does not give leaves its field empty and is logged at INFO. Waits for WMI on the
 /// calling thread.
 InstallTelemetry installTelemetry(const InstallFacts& facts);
 /// The same with another source.

@@ -21,11 +21,11 @@ void askWmi(MachineFacts& facts, const ConnectWmi& connect) {
     if (!connection.services) return;
     for (const WmiFact& fact : wmiFacts)
         connection.services->forEachRow(std::wstring(L"Select * from ") + fact.className, [&](const WmiRow& row) {
-            return takeFact(facts.*fact.field, fact.room, row(fact.property));
+            return takeFact(facts.*fact.field, fact.capacity, row(fact.property));
         });
 }
 
-/// The serial of the volume that Windows lies on; left alone if the system does not tell it.
+/// The serial of the volume of Windows; unchanged if the system gives none.
 void askVolume(uint32_t& serial) {
     const auto getWindowsDirectory =
         systemFunction<decltype(&GetWindowsDirectoryW)>(L"kernel32.dll", "GetWindowsDirectoryW");

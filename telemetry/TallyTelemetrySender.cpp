@@ -3,9 +3,10 @@
 #include <utility>
 
 #include "config/Settings.h"
+#include "platform/Clock.h"
+#include "platform/Locale.h"
 #include "platform/Log.h"
 #include "platform/ProcessValue.h"
-#include "telemetry/Locale.h"
 #include "telemetry/rules/TallyEvent.h"
 #include "telemetry/rules/TimeFormat.h"
 

@@ -62,7 +62,7 @@ void TelemetryManager::requestStop() {
 }
 
 void TelemetryManager::stop() {
-    // Both last posts go out at the same time.
+    // Both last posts are sent at the same time.
     TelemetryManager::requestStop();
     for (TelemetrySender* const sender : {tally.get(), brisk.get()})
         if (sender) sender->stop();
@@ -79,7 +79,7 @@ void sendTelemetry(int32_t sender, std::string name, nlohmann::json params, bool
         const auto manager = urgent ? g_telemetry.get(urgentBound) : g_telemetry.get();
         if (manager) manager->send({sender, std::move(name), std::move(params), urgent, false});
     } catch (const std::exception&) {
-        // Out of memory: a run does without the event rather than fail for it.
+        // Out of memory: the run loses the event rather than fail.
     }
 }
 

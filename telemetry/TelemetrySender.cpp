@@ -10,6 +10,10 @@
 
 namespace pdx {
 
+std::string readableLine(const nlohmann::json& value) {
+    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
 TelemetrySender::TelemetrySender()
     : stopEvent(CreateEventW(nullptr, TRUE, FALSE, nullptr)), wakeEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
@@ -38,7 +42,7 @@ void TelemetrySender::enqueue(const TelemetryEvent& event) {
         first = queue.empty();
         queue.push_back(std::move(item));
     }
-    // Whoever came first wakes the worker for all that are there when it takes the queue.
+    // The first event wakes the worker for all that are queued when it takes them.
     if (first) SetEvent(wakeEvent.get());
 }
 

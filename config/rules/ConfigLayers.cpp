@@ -12,7 +12,7 @@ ConfigMap loadConfigLayers(const ConfigSources& sources, bool configurable, bool
     const std::string environment = config.getString("app.environment");
     config.merge(sources.resource(environment == "production" ? "production.cfg" : "integration.cfg"));
     if (configurable) config.merge(sources.file(overrideConfigPath));
-    // The environment that was chosen is the one that is told, whatever the later layers say.
+    // The environment that was chosen is the one that is reported, whatever the later layers hold.
     config.set("app.environment", cpptoml::make_value<std::string>(std::string(environment)));
     config.set("app.installertype", cpptoml::make_value<std::string>(thinInstaller ? "thin" : "thick"));
     return config;

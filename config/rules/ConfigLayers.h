@@ -1,4 +1,4 @@
-// The order in which the settings' layers are laid over each other, and what is derived from them.
+// The order in which the layers of settings replace each other, and what is derived from them.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@ namespace pdx {
 /// The override file: honoured only on a machine that trusts the embedded internal certificate.
 inline constexpr const char* overrideConfigPath = R"(C:\PalisadeDesktopDev\override.cfg)";
 
-/// Where layers come from: an embedded file by its name, a file on disk by its path. What is missing is an empty map.
+/// The sources of layers: an embedded file by its name, a file on disk by its path. What is missing is an empty map.
 struct ConfigSources {
     std::function<ConfigMap(const char* name)> resource;
     std::function<ConfigMap(const char* path)> file;

@@ -5,8 +5,8 @@
 
 namespace pdx {
 
-/// The language for a locale's name, such as "pt-BR" or "zh-Hans-HK": by the whole name, else by what stands ahead of
-/// the first "-", else "en". Case-sensitive, so "DE" gives "en". The bare "zh" is traditional Chinese, and every
+/// The language for a locale's name, such as "pt-BR" or "zh-Hans-HK": by the whole name, else by the part before the
+/// first "-", else "en". Case-sensitive, so "DE" gives "en". The bare "zh" is traditional Chinese, and every
 /// Chinese locale but "zh-CN" and "zh-SG" falls to it on purpose.
 std::wstring_view languageForLocale(std::wstring_view locale);
 

@@ -24,7 +24,7 @@ struct ResourceData {
     [[nodiscard]] std::span<const std::byte> asBytes() const { return std::as_bytes(std::span(bytes, size)); }
 };
 
-/// Reads a resource's bytes where they lie: no copy, no seeking, no refill, no writing.
+/// Reads a resource's bytes in place: no copy, no seeking, no refill, no writing.
 class ResourceStreamBuf : public std::streambuf {
   public:
     explicit ResourceStreamBuf(ResourceData data) {

@@ -6,12 +6,9 @@
 
 namespace pdx {
 
-/// What stands in the strings for the address of the support site, ahead of the path of its link.
-inline constexpr std::wstring_view supportPlaceholder = L"{support}";
-
 /// The text with every placeholder replaced by the address, such as "https://support.example.com". A final "/" of the
-/// address is dropped, for the path begins with one. With an empty address the link keeps its path alone, from the "/" on:
-/// the dialog knows by that to tell the user that it leads nowhere.
+/// address is dropped, for the path begins with one. With an empty address the link keeps its path alone, from the "/"
+/// on. The dialog recognises that as a link that leads nowhere, and shows a message.
 std::wstring fillSupportAddress(std::wstring text, std::wstring_view address);
 
 }  // namespace pdx

@@ -8,9 +8,9 @@
 namespace pdx {
 namespace {
 
-/// Reads through to another buffer without copying, and throws once the text is longer or may be nested deeper than any
-/// that is meant: the parser recurses at each level, and the end of the stack would take the engine's process with it.
-/// Each level of a text takes at least one of three characters, and up to 720 bytes of the megabyte of stack.
+/// Reads from another buffer without copying. Throws once the text is too long, or may be nested too deeply: the parser
+/// recurses at each level, and a stack overflow would end the engine's process. Each level of a text takes at least one
+/// of three characters, and up to 720 bytes of the megabyte of stack.
 class BoundedBuffer : public std::streambuf {
   public:
     /// The source is not owned; null reads as empty.

@@ -45,9 +45,9 @@ class TomlConfigVisitor {
     const ConfigErrorSink* sink;
 };
 
-/// The settings of a TOML text. Never throws for what the text holds: a syntax error, a text of more than a megabyte or
-/// with more than 500 brackets, braces and dots, or exhausted memory is reported as from LoadConfigStream, and the
-/// result is the map as it stood, which is empty for a text that could not be parsed.
+/// The settings of a TOML text. Does not throw for any text. A syntax error, a text of more than a megabyte or with
+/// more than 500 brackets, braces and dots, and exhausted memory are reported as from LoadConfigStream. The result is
+/// then the map so far, which is empty for a text that could not be parsed.
 ConfigMap parseConfig(std::istream& stream, const ConfigErrorSink& sink);
 
 }  // namespace pdx

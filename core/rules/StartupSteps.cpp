@@ -1,6 +1,6 @@
 #include "core/rules/StartupSteps.h"
 
-#include "platform/rules/ClientPackage.h"
+#include "platform/product/ClientPackage.h"
 
 namespace pdx {
 namespace {

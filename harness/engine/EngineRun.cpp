@@ -5,7 +5,7 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/rules/ClientPackage.h"
+#include "platform/product/ClientPackage.h"
 #include "platform/rules/ProgramErrors.h"
 #include "platform/Thread.h"
 

@@ -20,7 +20,6 @@
 #include <vector>
 
 #include "harness/client/Launches.h"
-#include "platform/CommandLine.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "platform/Registry.h"

@@ -1,4 +1,4 @@
-// Case of the letters A to Z, the same in every locale: what keys, switches, tags and schemes are made of. Names of
+// Case of the letters A to Z, the same in every locale: for keys, switches, tags, schemes and labels. Names of
 // files and people are compared by the system's rules (platform/Text.h).
 #pragma once
 

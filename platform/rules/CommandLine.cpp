@@ -1,5 +1,7 @@
 #include "platform/rules/CommandLine.h"
 
+#include <algorithm>
+
 #include "platform/rules/AsciiCase.h"
 
 namespace pdx {
@@ -23,11 +25,11 @@ std::wstring switchOf(std::wstring_view argument) {
     return loweredAscii(argument.substr(1));
 }
 
-/// Reads one argument of a command line as the system splits it: a quote opens and closes anywhere in it, an odd number
-/// of backslashes ahead of a quote makes it a character, and so does the third quote that counts together.
+/// Reads one argument of a command line as the system splits it. A quote opens and closes anywhere in it. An odd number
+/// of backslashes before a quote makes the quote a character. So is the third of three adjacent quotes.
 class ArgumentReader {
   public:
-    /// False for the blank behind the argument.
+    /// False for the blank after the argument.
     bool take(wchar_t c) {
         if (c == L'"') {
             const bool escaped = backslashes % 2 == 1;
@@ -43,7 +45,7 @@ class ArgumentReader {
         return true;
     }
 
-    /// What the program gets, but for the backslashes ahead of a quote, which all stay.
+    /// What the program gets, but for the backslashes before a quote, which all stay.
     [[nodiscard]] std::wstring_view text() const { return read; }
     [[nodiscard]] bool quoted() const { return quotes == 1; }
     /// What was taken last is a closing quote.
@@ -55,7 +57,32 @@ class ArgumentReader {
     int quotes = 0;
 };
 
-/// The program ahead of the arguments, in which only the next quote ends what a quote has begun.
+/// The first argument of some, and the login code in it.
+struct FoundArgument {
+    size_t end;            ///< after the blank that ended the argument
+    size_t codeBegin = 0;  ///< both 0 if there is no code
+    size_t codeEnd = 0;
+};
+
+FoundArgument findCode(std::wstring_view arguments) {
+    constexpr std::wstring_view name = L"KESTREL_AUTHCODE=";
+    ArgumentReader argument;
+    size_t end = 0;
+    size_t code = 0;
+    bool quotedWhole = false;
+    for (; end < arguments.size() && argument.take(arguments[end]); ++end) {
+        if (code != 0 || !argument.text().ends_with(name)) continue;
+        code = end + 1;
+        quotedWhole = argument.quoted();
+    }
+    // The quotes around the whole argument stay.
+    const size_t codeEnd = quotedWhole && argument.closed() ? end - 1 : end;
+    const size_t afterBlank = std::min(end + 1, arguments.size());
+    if (code == 0 || code >= codeEnd) return {afterBlank};
+    return {afterBlank, code, codeEnd};
+}
+
+/// The program before the arguments, in which only the next quote ends what a quote has begun.
 size_t programLength(std::wstring_view commandLine) {
     const bool quoted = commandLine.starts_with(L'"');
     const size_t last = quoted ? commandLine.find(L'"', 1) : commandLine.find_first_of(L" \t");
@@ -90,32 +117,19 @@ std::wstring hideAuthcode(std::wstring_view commandLine) {
 }
 
 std::wstring hideAuthcodeOfArguments(std::wstring_view arguments) {
-    constexpr std::wstring_view name = L"KESTREL_AUTHCODE=";
-    constexpr std::wstring_view hidden = L"####";
-    size_t begin = 0;
-    std::wstring told;
-    while (begin < arguments.size()) {
-        ArgumentReader argument;
-        size_t end = begin;
-        std::optional<size_t> value;
-        bool quotedWhole = false;
-        for (; end < arguments.size() && argument.take(arguments[end]); ++end) {
-            if (value || !argument.text().ends_with(name)) continue;
-            value = end + 1;
-            quotedWhole = argument.quoted();
+    std::wstring hidden;
+    while (!arguments.empty()) {
+        const FoundArgument argument = findCode(arguments);
+        if (argument.codeBegin == argument.codeEnd) {
+            hidden += arguments.substr(0, argument.end);
+        } else {
+            hidden += arguments.substr(0, argument.codeBegin);
+            hidden += L"####";
+            hidden += arguments.substr(argument.codeEnd, argument.end - argument.codeEnd);
         }
-        // The quotes around the whole argument stay.
-        const size_t valueEnd = quotedWhole && argument.closed() ? end - 1 : end;
-        if (value && *value < valueEnd) {
-            told += arguments.substr(begin, *value - begin);
-            told += hidden;
-            begin = valueEnd;
-        }
-        // With the blank that ended the argument.
-        told += arguments.substr(begin, end + 1 - begin);
-        begin = end + 1;
+        arguments.remove_prefix(argument.end);
     }
-    return told;
+    return hidden;
 }
 
 }  // namespace pdx

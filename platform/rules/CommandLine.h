@@ -1,4 +1,4 @@
-// What a command line says: bundle variables, the display, and the login code that nobody is told.
+// What a command line says: bundle variables, the display, and the login code that is shown nowhere.
 #pragma once
 
 #include <optional>
@@ -11,14 +11,13 @@
 
 namespace pdx {
 
-/// A command line argument as a bundle variable: nothing if it begins with "-" or "/" or holds no "=", else the text
-/// before and behind its first "=".
+/// A command line argument as a bundle variable: the text before and after its first "=". Nothing if it begins with "-"
+/// or "/" or holds no "=".
 std::optional<std::pair<std::wstring, std::wstring>> variableOfArgument(std::wstring_view argument);
 
-/// The display that a run has towards the user. A newer installer that takes the place of another is always given an
-/// embedded one, also when that was started quietly, and would wait for a user who is not there: of such a run the
-/// engine's own quiet and passive switches on the command line decide, the last of them. The arguments are those behind
-/// the program.
+/// The display that a run has towards the user. A newer installer that replaces another always gets an embedded one,
+/// also when the other was started quietly; it would wait for a user who is not there. For such a run the last of the
+/// engine's own quiet and passive switches on the command line decides. The arguments are those after the program.
 BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPPER_RELATION_TYPE relation,
                                         std::span<const std::wstring> arguments);
 

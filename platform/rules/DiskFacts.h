@@ -1,4 +1,4 @@
-// What the system tells of its drives and disks, and what its names and numbers mean.
+// The system's facts of its drives and disks, and what its names and numbers mean.
 #pragma once
 
 #include <array>

@@ -16,8 +16,8 @@ class Output {
     explicit Output(std::span<char> target) : buffer(target) {}
 
     void append(std::string_view text) {
-        const size_t room = buffer.size() - 1 - used;
-        const size_t count = std::min(room, text.size());
+        const size_t space = buffer.size() - 1 - used;
+        const size_t count = std::min(space, text.size());
         std::memcpy(buffer.data() + used, text.data(), count);
         used += count;
     }
@@ -36,7 +36,7 @@ class Output {
     size_t used = 0;
 };
 
-/// One parsed directive: what stands between "%" and the conversion letter, "*" already replaced.
+/// One parsed directive: the part between "%" and the conversion letter, "*" already replaced.
 struct Directive {
     std::string flags;
     std::optional<int> width;
@@ -136,10 +136,15 @@ class Formatter {
     void printText(const Directive& directive, std::string_view text) {
         if (directive.precision && *directive.precision >= 0)
             text = text.substr(0, static_cast<size_t>(*directive.precision));
-        const int width = directive.width.value_or(0);
+        appendPadded(directive, text, text.size());
+    }
+
+    /// Pads from the given length to the directive's width.
+    void appendPadded(const Directive& directive, std::string_view text, size_t length) {
+        const int64_t width = directive.width.value_or(0);
         const bool left = width < 0 || directive.flags.find('-') != std::string::npos;
-        const size_t wanted = static_cast<size_t>(width < 0 ? -static_cast<int64_t>(width) : width);
-        const size_t padding = wanted > text.size() ? wanted - text.size() : 0;
+        const auto wanted = static_cast<size_t>(width < 0 ? -width : width);
+        const size_t padding = wanted > length ? wanted - length : 0;
         if (!left) output.pad(padding);
         output.append(text);
         if (left) output.pad(padding);
@@ -158,12 +163,7 @@ class Formatter {
         char digits[widest + 400];
         const int count = std::snprintf(digits, sizeof digits, single.c_str(), number);
         if (count <= 0) return;
-        const bool left = width < 0 || directive.flags.find('-') != std::string::npos;
-        const int64_t wanted = width < 0 ? -static_cast<int64_t>(width) : width;
-        const size_t excess = wanted > widest ? static_cast<size_t>(wanted - widest) : 0;
-        if (!left) output.pad(excess);
-        output.append({digits, std::min<size_t>(static_cast<size_t>(count), sizeof digits - 1)});
-        if (left) output.pad(excess);
+        appendPadded(directive, {digits, std::min<size_t>(static_cast<size_t>(count), sizeof digits - 1)}, widest);
     }
 
     Output output;

@@ -1,5 +1,5 @@
-// The printf format of log messages over arguments that know their types, so that a format with more directives than
-// arguments, such as the text of an exception, reads nothing that is not there.
+// The printf format of log messages over arguments that know their types. A format with more directives than arguments,
+// such as the text of an exception, then reads no memory beyond them.
 #pragma once
 
 #include <concepts>
@@ -28,9 +28,9 @@ class FormatArgument {
 
 /// Formats with the semantics of C99 vsnprintf into the buffer, which always ends in a zero: a longer result is cut at
 /// buffer.size() - 1 bytes. Known conversions: d i u x X o c s f e g a %, with flags, width, precision ("*" too) and
-/// length modifiers; the type of an argument decides how it is read, so "%s" and "%ls" are the same here. A directive
-/// that has no argument left, or is none, stands in the result as it stands in the format. Returns the number of bytes
-/// in the buffer without the zero.
+/// length modifiers. The type of an argument decides how it is read, so "%s" and "%ls" are the same here. A directive
+/// that has no argument left, or is none, is copied to the result unchanged. Returns the number of bytes in the buffer
+/// without the zero.
 size_t formatPrintf(std::span<char> buffer, std::string_view format, std::span<const FormatArgument> arguments);
 
 }  // namespace pdx

@@ -17,7 +17,7 @@ enum LogLevel : int32_t {
     logTrace = 4,
 };
 
-/// The word printed for a level, always five characters wide, and the level handed to the engine.
+/// The word printed for a level, always five characters wide, and the level for the engine.
 struct LogLevelFacts {
     std::wstring_view word;
     BOOTSTRAPPER_LOG_LEVEL engineLevel;
@@ -26,7 +26,7 @@ struct LogLevelFacts {
 /// The facts of a level; every level outside 0 to 3 is printed as the trace level.
 LogLevelFacts logLevelFacts(int32_t level);
 
-/// "PDXBA{marker} {word} ({function}:{line}) {message}"; the marker is "*" in a process with raised rights.
+/// "PDXBA{marker} {word} ({function}:{line}) {message}"; the marker is "*" in an elevated process.
 std::wstring formatLogLine(wchar_t marker, std::wstring_view word, std::wstring_view function, int32_t line,
                            std::wstring_view message);
 

@@ -1,4 +1,4 @@
-// Whole numbers in texts, and the sizes that more than one room counts on.
+// Whole numbers in texts, and what more than one module knows of paths.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +9,8 @@ namespace pdx {
 
 /// The characters that a path or a text of the environment may have here; what is longer counts as not there.
 inline constexpr size_t pathCapacity = 4096;
+/// What every final path begins with.
+inline constexpr std::wstring_view finalPathStart = L"\\\\?\\";
 
 /// A text of decimal digits as a number; 0 for any other text and for a number of more than 32 bits.
 constexpr uint32_t parseDecimal(std::wstring_view text) {

@@ -38,12 +38,12 @@ enum class osInfoValue : int32_t {
     wine8 = 19,
 };
 
-/// The text of a value, as telemetry knows it; nothing for a number that is none of them.
+/// The text of a value, as telemetry sends it; nothing for a number that is none of them.
 std::optional<std::string_view> osName(osInfoValue value);
 
 /// The name of a Windows by its version and product type.
 osInfoValue windowsName(const OsInfo& system);
-/// The name of a Wine by what it says its version is.
+/// The name of a Wine by the version that it reports.
 osInfoValue wineName(const OsInfo& wine);
 /// The three numbers at the start of Wine's version text, as "7.1.3"; all zero if the text is null or has fewer than
 /// three, as "8.0" has.

@@ -1,4 +1,4 @@
-// How errors become one kind of number, and the codes that are the library's own.
+// How errors become one kind of number, and the library's own codes.
 #pragma once
 
 #include <cstdint>
@@ -10,13 +10,13 @@ namespace pdx {
 /// The platform's HRESULT, without its header.
 using Hresult = int32_t;
 
-/// Codes of the library's own errors, raised with PALISADE_ERROR_TYPE.
+/// Codes of the library's own errors, of the type PALISADE_ERROR_TYPE.
 enum ProgramError : uint32_t {
-    errorLogFileTaken = 32,     ///< somebody else has the client package's log
-    errorFilesNotLocked = 577,  ///< the files that are to run raised cannot be held against replacement
+    errorLogFileTaken = 32,     ///< another process has the client package's log
+    errorFilesNotLocked = 577,  ///< the files that are to run elevated cannot be locked
     errorSystemTooOld = 1150,
     errorSecondInstance = 1152,
-    errorRepairIncomplete = 3017,  ///< the installed client cannot be taken apart
+    errorRepairIncomplete = 3017,  ///< the installed client cannot be removed
 };
 
 /// An HRESULT from an error type (the engine's, or PALISADE_ERROR_TYPE) and a code: 0xA0000000 or'ed with the type's
@@ -33,7 +33,7 @@ constexpr Hresult hresultFromWin32(uint32_t code) { return static_cast<Hresult>(
 
 /// The user has cancelled: ERROR_INSTALL_USEREXIT, whatever the facility.
 constexpr uint32_t userExitCode = 1602;
-/// ERROR_INSTALL_FAILURE, what Windows Installer says when it says nothing.
+/// ERROR_INSTALL_FAILURE, which Windows Installer returns for every failure without a code of its own.
 constexpr uint32_t genericFailureCode = 1603;
 
 }  // namespace pdx

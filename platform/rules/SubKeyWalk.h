@@ -14,8 +14,8 @@ struct SubKeyAnswer {
 };
 
 /// Calls the function with the name at each index from 0 on, until it returns false, the handle turns out invalid or
-/// there are no more items. Any other error, such as that of a name without enough room, goes on with the next index;
-/// so does a call that deletes its subkey, whose follower takes the index just passed and is not seen.
+/// there are no more items. After any other error, such as that of a name too long for the buffer, the next index
+/// follows. So it does after a call that deleted its subkey: the subkey that moves to that index is not seen.
 void walkSubKeys(const std::function<SubKeyAnswer(uint32_t index)>& subKeyAt,
                  const std::function<bool(const std::wstring& name)>& function);
 

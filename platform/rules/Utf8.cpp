@@ -10,7 +10,7 @@ constexpr uint32_t replacement = 0xFFFD;
 bool isLead(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool isTrail(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-/// The code point at the place of a text of that many units, which moves behind it.
+/// The code point at the place of a text of that many units; the place moves after it.
 template <typename UnitAt>
 uint32_t takeUnits(UnitAt unitAt, size_t size, size_t& at) {
     const uint32_t unit = unitAt(at++);

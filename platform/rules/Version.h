@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// Reads "a.b.c.d". What cannot be read, and all behind it, is 0; a part keeps its low 16 bits.
+/// Reads "a.b.c.d". What cannot be read, and all after it, is 0; a part keeps its low 16 bits.
 uint64_t parseVersion64(std::string_view text);
 
 /// "12.37.0.5294".

@@ -1,4 +1,4 @@
-// The check value by which the error report service tells a request of ours from others.
+// The check value by which the error report service recognises a request of the installer.
 #pragma once
 
 #include <cstdint>
@@ -7,9 +7,9 @@
 namespace pdx {
 
 /// 16 bits over the bytes of a text, 0 for the empty one. A byte counts with its sign, as the service has it: "A" gives
-/// 65, and a byte above 127 takes away.
+/// 65, and a byte above 127 subtracts.
 constexpr uint16_t requestCheckValue(std::string_view text) {
-    constexpr uint16_t mask = 0x4B1D;  // over the value behind every second byte
+    constexpr uint16_t mask = 0x4B1D;  // over the value after every second byte
     uint16_t value = 0;
     for (size_t index = 0; index < text.size(); ++index) {
         const auto byte = static_cast<int8_t>(text[index]);

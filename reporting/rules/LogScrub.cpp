@@ -17,7 +17,7 @@ std::string hideIn(std::string_view commandLine) {
     return toUtf8(hide(toWide(commandLine)));
 }
 
-/// Moves a place before the character that it lies in.
+/// Moves a place to the beginning of its character.
 size_t betweenCharacters(std::string_view text, size_t at) {
     while (at > 0 && at < text.size() && (static_cast<uint8_t>(text[at]) & 0xC0) == 0x80) --at;
     return at;
@@ -29,7 +29,7 @@ size_t lineEnd(std::string_view text, size_t at) {
     return end - at < LogScrubber::lookAhead ? end : betweenCharacters(text, at + LogScrubber::lookAhead - 1);
 }
 
-/// The first place from there on that has one of the letters; the text's size if none has. All of a log goes through
+/// The first place from there on that has one of the letters; the text's size if none has. All of a log passes through
 /// this loop.
 size_t nextOf(const std::array<bool, 256>& letters, std::string_view text, size_t from) {
     const char* const end = text.data() + text.size();
@@ -48,14 +48,14 @@ bool beginsWith(std::string_view text, std::string_view beginning) {
 
 /// Where a log names the login code.
 struct CodePlace {
-    std::string_view before;  ///< what the rest of the line, which holds the code, stands after
+    std::string_view before;  ///< the rest of the line after it holds the code
     std::string_view after;   ///< what ends the line then
     std::string (*hide)(std::string_view rest);
 };
 
 namespace {
 
-/// The library's two lines, and those of the engine, which hides the code only where the bundle says so.
+/// The library's two lines, and those of the engine, which hides the code only where the bundle marks it.
 constexpr CodePlace codePlaces[] = {
     {"KESTREL_AUTHCODE]; result=[", "]", hideAll},
     {"Command line: [", "]", hideIn<hideAuthcode>},
@@ -87,7 +87,7 @@ void LogScrubber::scrub(std::string_view text, const TakeText& take) const {
         if (end > done) take(text.substr(done, end - done));
         done = end;
     };
-    // Nearly all lines go out as they are, and many at a time.
+    // Nearly all lines are passed on unchanged, and many at a time.
     for (Match match = find(text, 0); match.begin != text.npos; match = find(text, done)) {
         give(std::max(done, text.rfind('\n', match.begin) + 1));
         const size_t end = std::min(text.find('\n', match.begin), text.size() - 1) + 1;

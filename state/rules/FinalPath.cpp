@@ -22,7 +22,7 @@ std::vector<std::wstring> splitPath(std::wstring_view path) {
 ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system) {
     if (!finalPrefix.empty() && !finalPrefix.starts_with(finalPathStart)) return {{}, ExpectedPathProblem::badPrefix};
     bool found = finalPrefix.empty();
-    // Components are joined on behind the first four characters, which the system's function might read as a root.
+    // Components are joined without the first four characters, which the system's function might read as a root.
     std::wstring expected;
     std::wstring walked;
     for (const std::wstring& component : splitPath(path)) {

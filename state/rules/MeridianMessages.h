@@ -1,4 +1,5 @@
-// The messages by which the move from the maker's older client is measured: what a page offers, and what was pressed.
+// The messages by which the migration from the maker's older client is measured: what a page offers, and what was
+// pressed.
 #pragma once
 
 #include <array>
@@ -28,7 +29,7 @@ inline constexpr const char* overlayNotNow = "meridian_uninstall_overlay_not_now
 inline constexpr const char* overlayClose = "meridian_uninstall_overlay_close";
 inline constexpr const char* completedUninstall = "meridian_completed_uninstall";
 
-/// What each place offers, in the order in which its impressions are told.
+/// What each place offers, in the order in which its impressions are sent.
 inline constexpr std::array startOffers = {startLetsGo, startUserAgreement, startInstallOptions, startClose};
 inline constexpr std::array overlayOffers = {overlayUninstall, overlayNotNow, overlayClose};
 

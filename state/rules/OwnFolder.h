@@ -23,10 +23,4 @@ bool isOwnFolder(std::wstring_view folder, std::span<const SystemFolder> systemF
 /// drive letter have too. A folder of the network is nobody's own.
 bool isOwnVolumePath(std::wstring_view path, std::span<const SystemFolder> systemFolders);
 
-/// "{0B5A…}": whether a text can name the bundle's entry among the installed programs. The empty one would mean all of
-/// them, and one with a separator something else.
-constexpr bool isEntryName(std::wstring_view providerKey) {
-    return !providerKey.empty() && providerKey.find(L'\\') == std::wstring_view::npos;
-}
-
 }  // namespace pdx

@@ -5,9 +5,14 @@
 
 namespace pdx {
 
-/// The log format for a result of the system's check of a signature and the last error it left. Its arguments are the
-/// file, and then the number that is told: the last error for a missing signature, otherwise the result.
-constexpr const char* signatureMessage(uint32_t result, uint32_t lastError) {
+/// The line that is logged of a check.
+struct SignatureMessage {
+    const char* format;  ///< its arguments are the file and the number
+    uint32_t number;     ///< the last error for a missing signature, otherwise the result
+};
+
+/// The line for a result of the system's check of a signature and the last error it left.
+constexpr SignatureMessage signatureMessage(uint32_t result, uint32_t lastError) {
     constexpr uint32_t noSignature = 0x800B0100;
     struct Row {
         uint32_t result;
@@ -27,17 +32,14 @@ constexpr const char* signatureMessage(uint32_t result, uint32_t lastError) {
         // The file bears none, has no form that could bear one, or nobody here knows its form.
         for (const uint32_t unsignedError : {noSignature, 0x800B0003u, 0x800B0001u})
             if (lastError == unsignedError)
-                return "Failed to verify embedded signature for file [%ls]: File was not signed [last error: %u].";
-        return "Failed to verify embedded signature for file [%ls]: Unknown error occurred attempting to verify.";
+                return {"Failed to verify embedded signature for file [%ls]: File was not signed [last error: %u].",
+                        lastError};
+        return {"Failed to verify embedded signature for file [%ls]: Unknown error occurred attempting to verify.",
+                lastError};
     }
     for (const Row& row : rows)
-        if (result == row.result) return row.message;
-    return "Failed to verify embedded signature for file [%ls]: Error is: 0x%lx.\n";
-}
-
-/// Which of the two numbers the message tells.
-constexpr uint32_t signatureNumber(uint32_t result, uint32_t lastError) {
-    return result == 0x800B0100 ? lastError : result;
+        if (result == row.result) return {row.message, result};
+    return {"Failed to verify embedded signature for file [%ls]: Error is: 0x%lx.\n", result};
 }
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// By what a machine's share of a roll-out and the need of an update are decided.
+// How a machine's share of a roll-out and the need of an update are decided.
 #pragma once
 
 #include <cstddef>
@@ -26,7 +26,7 @@ constexpr bool isUpdateCheckDue(const UpdateCheckFacts& facts) {
            facts.thinInstaller && !facts.skip;
 }
 
-/// A hardware address as "00-11-22-33-44-55"; the bucket hangs on this form.
+/// A hardware address as "00-11-22-33-44-55"; the bucket depends on this form.
 std::string addressText(std::span<const uint8_t> address);
 
 inline constexpr uint32_t bucketCount = 100;
@@ -34,7 +34,7 @@ inline constexpr uint32_t bucketCount = 100;
 /// The bucket, from 1 on, of the first number that chooses among all buckets evenly; draw gives numbers of 32 bits.
 template <typename Draw>
 uint32_t chooseBucket(Draw&& draw) {
-    // What lies above the last whole multiple would make the low buckets likelier.
+    // Rejects the remainder to avoid modulo bias.
     constexpr uint32_t share = UINT32_MAX / bucketCount;
     uint32_t number = draw();
     while (number / bucketCount >= share) number = draw();
@@ -54,7 +54,7 @@ std::string recommendedVersionOf(std::string_view reply);
 /// The path under which the service answers for a bucket.
 std::string updatePathOf(uint32_t bucket);
 
-/// The address of a version's installer: the template with "{version}" filled in, or as it stands if it has none.
+/// The address of a version's installer: the template with "{version}" filled in, or unchanged if it has none.
 /// Nothing for a template that is empty or that cannot be filled.
 std::optional<std::string> fillVersion(const std::string& addressTemplate, std::string_view version);
 

@@ -4,16 +4,12 @@
 #include <optional>
 #include <utility>
 
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 
 namespace pdx {
 namespace {
 
-struct HeaderText {
-    const char* key;
-    const char* text;
-};
-constexpr HeaderText constantTexts[] = {
+constexpr ConstantText constantTexts[] = {
     {"app", "kestrel-installer"},
     {"build", "opt"},
     {"plat", "pc"},
@@ -50,8 +46,7 @@ std::optional<Taxonomy> splitTaxonomy(std::string_view name) {
 }  // namespace
 
 nlohmann::json briskHeader(const BriskIdentity& identity) {
-    nlohmann::json header = nlohmann::json::object();
-    for (const auto& [key, text] : constantTexts) header[key] = text;
+    nlohmann::json header = objectOf(constantTexts);
     for (const auto& [key, fact] : facts) header[key] = identity.*fact;
     return header;
 }

@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-/// What is found out once of the installer and its machine; all UTF-8.
+/// What is looked up once of the installer and its machine; all UTF-8.
 struct BriskIdentity {
     std::string architecture;   ///< "AMD64"
     std::string country;        ///< "US"
@@ -20,7 +20,7 @@ struct BriskIdentity {
     std::string session;
 };
 
-/// The keys that stand in every event.
+/// The keys of every event.
 nlohmann::json briskHeader(const BriskIdentity& identity);
 
 /// The event as it is posted. An empty object, which is one to drop, unless the name is a taxonomy of three tokens, as

@@ -10,17 +10,17 @@
 namespace pdx {
 namespace {
 
-constexpr size_t fingerprintRoom = 1851;
+constexpr size_t fingerprintCapacity = 1851;
 
 /// Each unit on its own, a half of a pair too.
 void appendUnits(std::string& text, std::wstring_view units) {
     for (const wchar_t unit : units) appendUtf8(text, static_cast<uint16_t>(unit));
 }
 
-/// Cuts at the room or up to three bytes before it, so that no sequence is torn.
-void cutSequences(std::string& text, size_t room) {
-    if (text.size() <= room) return;
-    size_t end = room;
+/// Cuts at the capacity or up to three bytes before it, so that no sequence is torn.
+void cutSequences(std::string& text, size_t capacity) {
+    if (text.size() <= capacity) return;
+    size_t end = capacity;
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     text.resize(end);
 }
@@ -29,14 +29,14 @@ void appendRegister(std::string& text, uint32_t value) {
     for (int shift = 0; shift < 32; shift += 8) text += static_cast<char>(value >> shift);
 }
 
-/// What stands before the first zero.
+/// The part before the first zero.
 std::string_view cutAtZero(std::string_view text) { return text.substr(0, text.find('\0')); }
 
 std::string brandText(const CpuIdentification& cpuid) {
     constexpr uint32_t extendedLeaves = 0x80000000;
     constexpr uint32_t firstBrandLeaf = 0x80000002;
     constexpr uint32_t lastBrandLeaf = 0x80000004;
-    if (cpuid(extendedLeaves).a < lastBrandLeaf) return unknownFactNarrow;
+    if (cpuid(extendedLeaves).a < lastBrandLeaf) return toUtf8(unknownFact);
     std::string brand;
     for (uint32_t leaf = firstBrandLeaf; leaf <= lastBrandLeaf; ++leaf) {
         const CpuRegisters registers = cpuid(leaf);
@@ -49,10 +49,10 @@ std::string brandText(const CpuIdentification& cpuid) {
 
 }  // namespace
 
-bool takeFact(std::wstring& field, size_t room, const WmiValue& value) {
+bool takeFact(std::wstring& field, size_t capacity, const WmiValue& value) {
     switch (value.kind) {
         case WmiValue::Kind::text:
-            field = value.text.substr(0, room);
+            field = value.text.substr(0, capacity);
             return false;
         case WmiValue::Kind::null:
             field.clear();
@@ -65,7 +65,7 @@ bool takeFact(std::wstring& field, size_t room, const WmiValue& value) {
 std::string processorText(const CpuIdentification& cpuid) {
     const CpuRegisters vendorLeaf = cpuid(0);
     std::string vendor;
-    // The vendor's text lies in the registers in this order.
+    // The vendor's text is in the registers in this order.
     for (const uint32_t value : {vendorLeaf.b, vendorLeaf.d, vendorLeaf.c}) appendRegister(vendor, value);
     const CpuRegisters features = cpuid(1);
     return fmt::format("{};{:08X}{:08X};{};", cutAtZero(vendor), features.d, features.a, brandText(cpuid));
@@ -82,7 +82,7 @@ std::string fingerprintText(const MachineFacts& facts) {
     text += toUtf8(facts.videoDevice);
     text += ';';
     text += facts.processor;
-    cutSequences(text, fingerprintRoom);
+    cutSequences(text, fingerprintCapacity);
     return text;
 }
 

@@ -1,4 +1,4 @@
-// The text of facts about the hardware by whose hash a machine is told apart.
+// The text of facts about the hardware whose hash identifies a machine.
 #pragma once
 
 #include <array>
@@ -11,9 +11,8 @@
 
 namespace pdx {
 
-/// Stands for a fact that could not be had.
+/// In place of a fact that is missing.
 inline constexpr const wchar_t* unknownFact = L"132241";
-inline constexpr const char* unknownFactNarrow = "132241";
 
 struct MachineFacts {
     std::wstring boardMaker = unknownFact;
@@ -30,7 +29,7 @@ struct WmiFact {
     const wchar_t* className;
     const wchar_t* property;
     std::wstring MachineFacts::*field;
-    size_t room;  ///< in UTF-16 units
+    size_t capacity;  ///< in UTF-16 units
 };
 
 /// In the order in which they are asked for, which is not the order of the text.
@@ -42,9 +41,9 @@ inline constexpr std::array<WmiFact, 5> wmiFacts = {{
     {L"Win32_VideoController", L"PNPDeviceId", &MachineFacts::videoDevice, 1024},
 }};
 
-/// Takes one row's property into the field: a text cut to the room, null as the empty text; anything else leaves the
-/// field alone. Returns whether the next row is to be asked.
-bool takeFact(std::wstring& field, size_t room, const WmiValue& value);
+/// Takes one row's property into the field: a text cut to the capacity, null as the empty text; anything else leaves
+/// the field alone. Returns whether the next row is to be asked.
+bool takeFact(std::wstring& field, size_t capacity, const WmiValue& value);
 
 /// The registers that the processor's identification instruction fills for a leaf.
 struct CpuRegisters {
@@ -52,11 +51,11 @@ struct CpuRegisters {
 };
 using CpuIdentification = std::function<CpuRegisters(uint32_t leaf)>;
 
-/// Vendor, features with signature, and brand without leading blanks, each with ";" behind it.
+/// Vendor, features with signature, and brand without leading blanks, each followed by ";".
 std::string processorText(const CpuIdentification& cpuid);
 
-/// The facts with ";" behind each, 1851 bytes at most. The first four fields are encoded unit by unit, so a surrogate
-/// pair in them takes two sequences of three bytes; it is a text to be hashed and to go nowhere else.
+/// The facts, each followed by ";", 1851 bytes at most. The first four fields are encoded unit by unit, so a surrogate
+/// pair in them takes two sequences of three bytes. The text is hashed and used nowhere else.
 std::string fingerprintText(const MachineFacts& facts);
 
 }  // namespace pdx

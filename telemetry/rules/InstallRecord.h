@@ -1,4 +1,4 @@
-// What is told of an install when it begins: the kind of storage the client goes to.
+// What is reported of an install when it begins: the kind of storage the client is installed to.
 #pragma once
 
 #include <array>
@@ -39,7 +39,7 @@ constexpr const char* pathKindOf(std::wstring_view folder, std::wstring_view def
     return folder == defaultFolder ? "default" : "custom";
 }
 
-/// "system" if the folder lies on the system's drive ("C:"), else "data". The comparison has case, and an unknown
+/// "system" if the folder is on the system's drive ("C:"), else "data". The comparison has case, and an unknown
 /// drive counts as the folder's.
 const char* driveTypeOf(std::string_view folder, std::string_view systemDrive);
 

@@ -2,20 +2,16 @@
 
 #include <utility>
 
-#include "platform/rules/InstallerVersion.h"
+#include "platform/product/InstallerVersion.h"
 
 namespace pdx {
 namespace {
 
-struct ProtocolText {
-    const char* key;
-    const char* text;
-};
-constexpr ProtocolText itemTexts[] = {
+constexpr ConstantText itemTexts[] = {
     {"item_id", "Bastion.OFR.50.0001234"},
     {"item_id_type", "offer_id"},
 };
-constexpr ProtocolText envelopeTexts[] = {
+constexpr ConstantText envelopeTexts[] = {
     {"entity_type", "player"}, {"et", "client_desktop"}, {"plat", "pc"},  {"rel", "prod"},
     {"subl", "unknown"},       {"subs", "unknown"},      {"taxv", "2.0"}, {"tid", "kestrel_tundra"},
     {"tidt", "service"},       {"v", installerVersion},
@@ -24,11 +20,7 @@ constexpr const char* sessionIdType = "uid";
 
 }  // namespace
 
-nlohmann::json tallyItem() {
-    nlohmann::json item = nlohmann::json::object();
-    for (const auto& [key, text] : itemTexts) item[key] = text;
-    return item;
-}
+nlohmann::json tallyItem() { return objectOf(itemTexts); }
 
 nlohmann::json tallyEvent(const TelemetryEvent& event, int64_t number, std::string time, const nlohmann::json& item) {
     nlohmann::json result = nlohmann::json::object();
@@ -39,8 +31,7 @@ nlohmann::json tallyEvent(const TelemetryEvent& event, int64_t number, std::stri
 }
 
 nlohmann::json tallyEnvelope(const std::string& session, const std::string& locale) {
-    nlohmann::json envelope = nlohmann::json::object();
-    for (const auto& [key, text] : envelopeTexts) envelope[key] = text;
+    nlohmann::json envelope = objectOf(envelopeTexts);
     envelope["loc"] = locale;
     envelope["sid"] = session;
     return envelope;

@@ -1,4 +1,4 @@
-// The events of the Tally service: an event carries itself alone, and the envelope of a post tells who sends.
+// The events of the Tally service: an event carries itself alone, and the envelope of a post identifies the sender.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace pdx {
 
-/// The keys that stand beside the core of every event.
+/// The keys beside the core of every event.
 nlohmann::json tallyItem();
 
 /// The event as it is posted. Its attributes come last: one that bears the name of another key takes its place, "core"

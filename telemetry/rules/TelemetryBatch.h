@@ -7,8 +7,8 @@
 
 namespace pdx {
 
-/// The events to post now, as an array that may be empty: while sending is enabled all that was held back in pending,
-/// then all items; otherwise the urgent items alone, so that these may overtake older ones, and the others join
+/// The events to post now, as an array that may be empty. While sending is enabled these are all events of pending,
+/// then all items. Otherwise they are the urgent items alone, which may thus overtake older ones; the others join
 /// pending. Both arrays keep the order of arrival. pending is an array before and after.
 nlohmann::json takeBatch(nlohmann::json& pending, std::vector<TelemetryQueueItem> items, bool sendingEnabled);
 

@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// A time in UTC by a pattern of the formatting library, whose named arguments are tm (a std::tm, for strftime's
+/// A time in UTC by a pattern of the formatting library. Its named arguments are tm (a std::tm, for strftime's
 /// directives), ms (0 to 999), sec, min, hour, day, month (from 1) and year. The time counts 100 nanoseconds since
 /// 1601, as the system's file times do. Empty for a time that the C library's calendar does not have: before 1970 or
 /// after the year 3000.

@@ -23,10 +23,10 @@ TEST(StringFile, ReadsKeysAndTextsInTheFilesOrder) {
          {{L"a", L"one"}, {L"b", L"two"}}},
         {R"(<locStrings><locString Key="Same">first</locString><locString Key="SAME">last</locString></locStrings>)",
          {{L"same", L"last"}}},
-        // Entities of text and attribute, markup kept as text, letters of three bytes.
+        // Entities of text and attribute, markup kept as text, letters of three bytes; keys lowered from A to Z.
         {"<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<locStrings locale=\"x\"><locString "
          "Key=\"q&amp;\xC3\x84\">&lt;a href=\"u\"&gt;\xE2\x80\xA6&lt;/a&gt;</locString></locStrings>",
-         {{L"q&\u00E4", L"<a href=\"u\">\u2026</a>"}}},
+         {{L"q&\u00C4", L"<a href=\"u\">\u2026</a>"}}},
         {"<locStrings><locString Key=\"k\">one\n\ntwo</locString></locStrings>", {{L"k", L"one\n\ntwo"}}},
         {R"(<locStrings><locString Key="k"/><locString Key="">t</locString></locStrings>)", {{L"k", {}}, {{}, L"t"}}},
         // Only direct children of locStrings count, wherever that stands; names and the attribute mind their case.

@@ -8,8 +8,8 @@
 #include "config/Settings.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
 

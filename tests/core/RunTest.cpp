@@ -6,8 +6,8 @@
 #include <string>
 
 #include "config/Settings.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
 

@@ -6,8 +6,8 @@
 #include <exception>
 #include <functional>
 
-#include "platform/Crash.h"
 #include "platform/Thread.h"
+#include "platform/UncaughtExceptions.h"
 
 namespace pdx {
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/VersionInfo.h"
 #include "tests/platform/Probe.h"
 #include "tests/platform/TestFolder.h"
 

@@ -24,15 +24,6 @@ TEST(Paths, ReadsTheEnvironmentUpToItsLimit) {
     EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), L"");
 }
 
-TEST(Paths, TellsWhenThereIsNoShortName) {
-    const TestFolder folder;
-    const CapturedLog log;
-    const std::wstring missing = folder.path(L"missing file.text");
-    EXPECT_EQ(getShortPathName(missing), L"");
-    EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "getShortPathName",
-                                                 toUtf8(L"Failed to get short path name for " + missing)}));
-}
-
 /// What a function makes of a path in a buffer of the given size.
 struct Outcome {
     HRESULT result;

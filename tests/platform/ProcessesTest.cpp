@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "platform/product/Client.h"
 #include "platform/Registry.h"
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/Probe.h"

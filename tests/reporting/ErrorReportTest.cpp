@@ -1,4 +1,4 @@
-#include "reporting/ErrorReport.h"
+#include "reporting/UploadPlace.h"
 
 #include <gtest/gtest.h>
 

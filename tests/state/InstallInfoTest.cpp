@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/RegistryPaths.h"
+#include "platform/product/ClientPackage.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Text.h"
-#include "state/rules/InstallerRecords.h"
 #include "tests/platform/CapturedLog.h"
 
 namespace pdx {

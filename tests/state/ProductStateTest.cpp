@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 
 namespace pdx {
 namespace {
@@ -83,6 +83,12 @@ TEST(WriteBundleVersion, WritesToAnEntryThatIsThere) {
         EXPECT_EQ(entry.getValue(L"VersionMinor"), RegistryValue(row.minor));
         machine.deleteTree(key);
     }
+    const RegistryKey below = machine.createSubKey(key + L"\\sub", true);
+    for (const wchar_t* none : {L"", L"\\", L"pdxtest\\sub"}) {
+        writeBundleVersion(none, L"1.2");
+        EXPECT_EQ(machine.getSubKeyValue(uninstallKey + (L'\\' + std::wstring(none)), L"VersionMajor"), RegistryValue());
+    }
+    machine.deleteTree(key);
 }
 
 }  // namespace

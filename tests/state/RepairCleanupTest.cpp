@@ -9,9 +9,11 @@
 #include <vector>
 
 #include "platform/Paths.h"
+#include "platform/product/Client.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/Text.h"
+#include "platform/VersionInfo.h"
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/Probe.h"
 #include "tests/platform/TestFolder.h"

@@ -6,8 +6,9 @@
 
 #include "platform/ComPtr.h"
 #include "platform/Log.h"
+#include "platform/product/Client.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "platform/rules/Numbers.h"
 #include "platform/Text.h"
 #include "ui/dialog/BootstrapperDialog.h"
@@ -25,7 +26,7 @@ std::wstring parentOf(std::wstring path) {
 }
 
 bool isOlderClientsFolder(const std::wstring& folder) {
-    const std::wstring client = machineText(view32, olderClientKey, L"ClientPath");
+    const std::wstring client = bastionText(L"ClientPath");
     if (client.empty() || !PathFileExistsW(client.c_str())) return false;
     return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
 }
@@ -49,7 +50,7 @@ ComPtr<IShellItem> itemOf(const std::wstring& path) {
 /// Where the chooser opens: the folder around the product's own, or where programs go.
 ComPtr<IShellItem> startingFolder(const std::wstring& shown) {
     if (auto item = itemOf(chooserFolder(shown, PathFindFileNameW(shown.c_str())))) return item;
-    return itemOf(machineText(view64, L"Software\\Microsoft\\Windows\\CurrentVersion", L"ProgramFilesDir"));
+    return itemOf(machineText(view64, windowsKey, L"ProgramFilesDir"));
 }
 
 /// The folder that the user picks; empty if none.

@@ -6,9 +6,9 @@
 #include <map>
 #include <optional>
 
-#include "platform/Crash.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
+#include "platform/UncaughtExceptions.h"
 #include "ui/toolkit/Painting.h"
 #include "ui/toolkit/rules/GumboTree.h"
 #include "ui/toolkit/rules/Markup.h"

@@ -4,24 +4,21 @@
 #include <iterator>
 #include <utility>
 
-#include "platform/rules/EngineTypes.h"
+#include "platform/rules/ProgramErrors.h"
 
 namespace pdx {
 namespace {
 
-constexpr int32_t status(uint32_t bits) { return static_cast<int32_t>(bits); }
-
 /// Failures of caching that another try cannot mend.
 constexpr int32_t finalCacheFailures[] = {
-    status(0x80070642),  // the user cancelled
-    status(0x80200010),  // the transfer service's own retries are used up
-    status(0x80070002),  // the file is not there
-    status(0x80072ee7),  // the host name is unknown
+    hresultFromWin32(userExitCode),
+    static_cast<int32_t>(0x80200010u),  // the transfer service's own retries are used up
+    hresultFromWin32(2),                // the file is not there
+    hresultFromWin32(12007),            // the host name is unknown
 };
 
 /// Failures of executing that may pass: the Windows Installer service is not to be had, or is busy.
-constexpr int32_t passingExecuteFailures[] = {status(0x80070641), status(0x80070652)};
-constexpr int32_t genericInstallFailure = status(0x80070643);
+constexpr int32_t passingExecuteFailures[] = {hresultFromWin32(1601), hresultFromWin32(1618)};
 
 /// Windows Installer errors behind a generic failure that may pass: files and keys in use, sources not reached.
 constexpr uint32_t passingInstallerErrors[] = {1303, 1304, 1306, 1307, 1309, 1310, 1311, 1312, 1316, 1317,
@@ -37,7 +34,7 @@ bool contains(const Range& range, Value value) {
 bool isRetriable(RetryKind kind, int32_t hr, uint32_t lastError) {
     if (kind == RetryKind::cache) return !contains(finalCacheFailures, hr);
     return contains(passingExecuteFailures, hr) ||
-           (hr == genericInstallFailure && contains(passingInstallerErrors, lastError));
+           (hr == hresultFromWin32(genericFailureCode) && contains(passingInstallerErrors, lastError));
 }
 
 RetrySupport::RetrySupport(uint32_t maximumRetries, uint32_t delayMilliseconds, Sleep sleepFunction)

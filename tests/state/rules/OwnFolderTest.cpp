@@ -60,10 +60,5 @@ TEST(OwnVolumePath, LiesBelowAVolumeThatNeedsNoLetter) {
     for (const auto& row : rows) EXPECT_EQ(isOwnVolumePath(row.path, system), row.own) << row.path;
 }
 
-TEST(EntryName, IsOneKeyBelowThatOfTheInstalledPrograms) {
-    EXPECT_TRUE(isEntryName(L"{0B5A0000-0000-0000-0000-000000000000}"));
-    for (const wchar_t* name : {L"", L"\\", L"{0B5A}\\Sub", L"..\\Run"}) EXPECT_FALSE(isEntryName(name)) << name;
-}
-
 }  // namespace
 }  // namespace pdx

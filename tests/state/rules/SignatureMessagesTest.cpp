@@ -31,8 +31,9 @@ TEST(SignatureMessages, NameTheResultOrTheLastError) {
     };
     for (const auto& row : rows) {
         const std::string failure = std::string("Failed to verify embedded signature for file [%ls]: ") + row.message;
-        EXPECT_EQ(signatureMessage(row.result, row.lastError), row.message == success ? success : failure);
-        EXPECT_EQ(signatureNumber(row.result, row.lastError), row.number) << row.message;
+        const SignatureMessage message = signatureMessage(row.result, row.lastError);
+        EXPECT_EQ(message.format, row.message == success ? success : failure);
+        EXPECT_EQ(message.number, row.number) << row.message;
     }
 }
 

@@ -2,8 +2,8 @@
 #include <sstream>
 
 #include "config/Settings.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
-#include "platform/RegistryPaths.h"
 #include "tests/ui/dialog/ProbedDialog.h"
 
 namespace pdx {

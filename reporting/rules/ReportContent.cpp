@@ -1,4 +1,4 @@
-#include "reporting/rules/ReportText.h"
+#include "reporting/rules/ReportContent.h"
 
 #include <fmt/format.h>
 

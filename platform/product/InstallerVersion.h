@@ -1,4 +1,4 @@
-// The installer's own version, as every service is told it.
+// The installer's own version, as it is sent to every service.
 #pragma once
 
 namespace pdx {

@@ -1,4 +1,4 @@
-// The texts of an error report: the sections of its package, and who and what machine it is from.
+// What an error report says: its fields, and the sections of its package.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace pdx {
 
-/// All that goes out about one failed run. What is not told stays empty.
+/// All that is sent about one failed run. A field that nothing fills stays empty.
 struct ErrorReport {
     std::string bastionId;  ///< the SHA-1 of the machine's hash
     std::string machineHash;

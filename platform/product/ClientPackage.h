@@ -1,15 +1,18 @@
-// Which of Windows Installer's records are the client's.
+// The client's package: its names and codes in the bundle and in Windows Installer's records.
 #pragma once
 
 #include <string_view>
 
 namespace pdx {
 
-/// The client's package under the packed form of its codes, in which Windows Installer names keys.
+/// In the bundle.
+inline constexpr const wchar_t* clientPackageId = L"PalisadeApp.msi";
+
+/// The packed form of its codes, in which Windows Installer names keys.
 inline constexpr const wchar_t* packedProductCode = L"A1B2C3D4E5F60718293A4B5C6D7E8F90";
 inline constexpr const wchar_t* packedUpgradeCode = L"0F1E2D3C4B5A69788796A5B4C3D2E1F0";
 
-/// Whether a record with that display name is this product's, or what it was called before; exactly so.
+/// Whether a record with that display name is this product's, or what it was called before. Compared with case.
 constexpr bool isProductName(std::wstring_view displayName) {
     for (const std::wstring_view name : {L"Bastion Beta", L"Palisade Desktop", L"Palisade app"})
         if (displayName == name) return true;

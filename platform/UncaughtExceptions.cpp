@@ -1,4 +1,4 @@
-#include "platform/Crash.h"
+#include "platform/UncaughtExceptions.h"
 
 #include <cstdlib>
 #include <exception>
