@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/rules/AsciiCase.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
@@ -20,11 +21,6 @@ bool cursorIsOver(HWND window) {
 }
 
 int32_t rounded(float length) { return static_cast<int32_t>(length + 0.5f); }
-
-/// The C locale's capitals: only a to z change, so a label looks the same on every machine.
-wchar_t toCapital(wchar_t letter) {
-    return letter >= L'a' && letter <= L'z' ? static_cast<wchar_t>(letter - L'a' + L'A') : letter;
-}
 
 }  // namespace
 
@@ -45,29 +41,17 @@ void Button::SetSecondary(bool outlined) {
     Invalidate();
 }
 
-MessageResult Button::OnMouseEnter(int32_t, int32_t) {
-    Invalidate();
-    return unhandled();
-}
-
-MessageResult Button::OnMouseLeave() {
-    Invalidate();
-    return unhandled();
-}
-
 MessageResult Button::OnSetText(LPARAM label) {
     Invalidate();
     text = label ? reinterpret_cast<const wchar_t*>(label) : L"";
-    std::transform(text.begin(), text.end(), text.begin(), toCapital);
+    // Only a to z change, whatever the locale: a label looks the same on every machine.
+    std::ranges::transform(text, text.begin(), upperAscii<wchar_t>);
     SetAccessibleName(text);
     return handled();
 }
 
 Size Button::GetPreferredSize() const {
-    Graphics graphics(hwnd);
-    ApplyQuality(graphics);
-    const StringFormat format = CreateTextFormat();
-    const RectF measured = graphics.MeasureString(text, font.get(), {}, &format);
+    const RectF measured = measureText(hwnd, text, font.get());
     return {rounded(measured.width) + margins.width, rounded(measured.height) + margins.height};
 }
 

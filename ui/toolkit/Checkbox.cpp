@@ -19,21 +19,8 @@ VisualState Checkbox::GetVisualState() const { return nativeButtonState(*this); 
 bool Checkbox::IsChecked() const { return SendMessageW(hwnd, BM_GETCHECK, 0, 0) == BST_CHECKED; }
 void Checkbox::SetChecked(bool checked) { SendMessageW(hwnd, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0); }
 
-MessageResult Checkbox::OnMouseEnter(int32_t, int32_t) {
-    Invalidate();
-    return unhandled();
-}
-
-MessageResult Checkbox::OnMouseLeave() {
-    Invalidate();
-    return unhandled();
-}
-
 Size Checkbox::GetPreferredSize() const {
-    Graphics graphics(hwnd);
-    ApplyQuality(graphics);
-    const StringFormat format = CreateTextFormat();
-    const RectF label = graphics.MeasureString(GetText(), font.get(), {}, &format);
+    const RectF label = measureText(hwnd, GetText(), font.get());
     const auto side = static_cast<float>(std::min(GetClientSize().height, largestCheckbox));
     return {static_cast<int32_t>(std::ceil(side + labelGap + label.width)),
             static_cast<int32_t>(std::ceil(std::max(side, label.height)))};

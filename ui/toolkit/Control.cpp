@@ -29,6 +29,11 @@ LRESULT CALLBACK Control::SubclassProc(HWND window, UINT message, WPARAM wparam,
     return control->ReceiveMessage(message, wparam, lparam).result;
 }
 
+MessageResult Control::showCursor(WORD number) {
+    SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(number)));
+    return handled(1);
+}
+
 MessageResult Control::DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) {
     return handled(DefSubclassProc(hwnd, message, wparam, lparam));
 }

@@ -13,8 +13,8 @@ static_assert(positionNoSize == SWP_NOSIZE && positionNoMove == SWP_NOMOVE && po
 
 namespace {
 
-/// Whether a dialog procedure returns the handler's result itself; for every other message it stores the result and
-/// returns "handled".
+/// Whether a dialog procedure returns the handler's result itself. For all other messages it stores the result and
+/// returns TRUE.
 bool returnsResult(UINT message) {
     switch (message) {
         case WM_VKEYTOITEM:
@@ -31,14 +31,14 @@ bool returnsResult(UINT message) {
 }  // namespace
 
 Dialog::~Dialog() {
-    // A dialog that still stands must not reach for this object.
+    // The window may still exist, and must not call this object.
     if (hwnd && reinterpret_cast<Dialog*>(GetWindowLongPtrW(hwnd, DWLP_USER)) == this)
         SetWindowLongPtrW(hwnd, DWLP_USER, 0);
 }
 
 HWND Dialog::Create(const CreateParams&) {
     if (hwnd) return hwnd;
-    InitCommonControls();  // the library that brings the classes of the template's controls is a delayed one
+    InitCommonControls();  // loads the delayed library that registers the classes of the template's controls
     hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, DialogProc,
                               reinterpret_cast<LPARAM>(this));
     return hwnd;
@@ -111,7 +111,7 @@ void Dialog::ClearPositions() { pendingPositions.clear(); }
 void Dialog::ApplyPositions() {
     HDWP moves = BeginDeferWindowPos(static_cast<int>(pendingPositions.entries().size()));
     for (const PendingPosition& position : pendingPositions.entries()) {
-        // One missing child would make the platform drop the moves of all others.
+        // The platform drops the moves of all children when one is missing.
         const HWND child = GetItem(position.id);
         if (!child || !moves) continue;
         moves = DeferWindowPos(moves, child, static_cast<HWND>(position.insertAfter), position.x, position.y,

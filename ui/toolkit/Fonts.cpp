@@ -16,8 +16,8 @@ namespace flat = Gdiplus::DllExports;
 
 namespace {
 
-/// The private faces, made at the first use. Never freed, as GDI+ is never shut down: at the end of the process the
-/// thread that may have held its locks is gone.
+/// The private faces, made at the first use and never freed: at the end of the process, a thread that held GDI+'s locks
+/// may be gone.
 Gdiplus::GpFontCollection* privateFonts() {
     static Gdiplus::GpFontCollection* collection = nullptr;
     static constinit Once made;
@@ -33,8 +33,8 @@ std::wstring nameOf(const Gdiplus::GpFontFamily* family) {
     return name;
 }
 
-/// A family of the collection by its name. GDI+ of Wine looks for the name among the full names of faces and so misses
-/// a family whose upright face is called "... Regular"; such a family is found in the list.
+/// A family of the collection by its name. Wine's GDI+ compares the name with full names of faces, so it misses a
+/// family whose upright face is called "... Regular"; the list of families has it.
 FontFamily findFamily(Gdiplus::GpFontCollection* collection, const std::wstring& name) {
     FontFamily found;
     if (flat::GdipCreateFontFamilyFromName(name.c_str(), collection, found.put()) == Gdiplus::Ok) return found;
@@ -47,7 +47,7 @@ FontFamily findFamily(Gdiplus::GpFontCollection* collection, const std::wstring&
     return found;
 }
 
-/// The face in which the system draws sans-serif text when it is left the choice.
+/// The system's default sans-serif face.
 std::wstring systemFace() {
     const MemoryContext context(CreateCompatibleDC(nullptr));
     const NativeFont any(CreateFontW(-16, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_TT_ONLY_PRECIS,
@@ -58,8 +58,8 @@ std::wstring systemFace() {
     return face;
 }
 
-/// The platform's generic family; on a system that lacks the faces which GDI+ takes for it (Wine without Microsoft's
-/// fonts), what the system itself draws with. Asked for once and never freed, as the private faces.
+/// The platform's generic family. Where GDI+ has no face for it (Wine without Microsoft's fonts), the system's default
+/// face. Read once and never freed, like the private faces.
 const Gdiplus::GpFontFamily* sansSerif() {
     static const Gdiplus::GpFontFamily* family = nullptr;
     static constinit Once found;
@@ -75,7 +75,7 @@ const Gdiplus::GpFontFamily* sansSerif() {
     return family;
 }
 
-/// Once a process: fonts are made for every paint.
+/// Logs once a process, because fonts are made for every paint.
 void logFailure(const std::wstring& family, Gdiplus::Status status) {
     static constinit Once logged;
     logged.run([&] {
@@ -97,37 +97,37 @@ Font::Font(const Gdiplus::GpFontFamily* family, float size, int32_t style, Gdipl
 
 float Font::GetSize() const {
     float size = 0;
-    collect(flat::GdipGetFontSize(native(), &size));
+    call(flat::GdipGetFontSize, &size);
     return size;
 }
 
 int32_t Font::GetStyle() const {
     INT style = 0;
-    collect(flat::GdipGetFontStyle(native(), &style));
+    call(flat::GdipGetFontStyle, &style);
     return style;
 }
 
 Gdiplus::Unit Font::GetUnit() const {
     Gdiplus::Unit unit = Gdiplus::UnitPixel;
-    collect(flat::GdipGetFontUnit(native(), &unit));
+    call(flat::GdipGetFontUnit, &unit);
     return unit;
 }
 
 std::wstring Font::GetFamilyName() const {
     FontFamily family;
-    collect(flat::GdipGetFamily(native(), family.put()));
+    call(flat::GdipGetFamily, family.put());
     return nameOf(family.get());
 }
 
 float Font::GetHeight(float dpi) const {
     float height = 0;
-    collect(flat::GdipGetFontHeightGivenDPI(native(), dpi, &height));
+    call(flat::GdipGetFontHeightGivenDPI, dpi, &height);
     return height;
 }
 
 float Font::GetAscent() const {
     FontFamily family;
-    collect(flat::GdipGetFamily(native(), family.put()));
+    call(flat::GdipGetFamily, family.put());
     UINT16 ascent = 0, size = 1;
     collect(flat::GdipGetCellAscent(family.get(), GetStyle(), &ascent));
     collect(flat::GdipGetEmHeight(family.get(), GetStyle(), &size));
@@ -137,7 +137,7 @@ float Font::GetAscent() const {
 std::optional<LOGFONTW> Font::GetLogFont() const {
     const Graphics screen(HWND{nullptr});
     LOGFONTW logFont{};
-    if (collect(flat::GdipGetLogFontW(native(), screen.native(), &logFont)) != Gdiplus::Ok) return std::nullopt;
+    if (call(flat::GdipGetLogFontW, screen.native(), &logFont)) != Gdiplus::Ok) return std::nullopt;
     return logFont;
 }
 
@@ -146,7 +146,7 @@ std::unique_ptr<Font> CreateFontByName(const std::wstring& family, float emSizeP
     if (const FontFamily named = findFamily(privateFonts(), family)) {
         auto font = std::make_unique<Font>(named.get(), size, style, Gdiplus::UnitPixel);
         if (font->native()) return font;
-        logFailure(family, font->lastStatus());
+        logFailure(family, font->lastStatus();
     } else if (family == textFace || family == pathFace) {
         logFailure(family, Gdiplus::FontFamilyNotFound);
     }
@@ -182,7 +182,7 @@ void loadFontResources() {
 }
 
 void LoadPrivateFonts() {
-    // A second dialog of the same process finds the faces of the first.
+    // The collection is process-wide: a second dialog uses the faces that the first one loaded.
     static constinit Once loaded;
     loaded.run(loadFontResources);
 }

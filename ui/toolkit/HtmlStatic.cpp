@@ -1,4 +1,4 @@
-// What a marked-up text shows.
+// Reading, layout and drawing of marked-up text.
 #include "ui/toolkit/HtmlStatic.h"
 
 #include <commctrl.h>
@@ -19,7 +19,7 @@ namespace {
 constexpr int32_t trackWidth = 8;
 constexpr int32_t trackLineSize = 20;
 
-/// The font of a window as a style can change it; nothing when it has none.
+/// The font of a window, as the start of a style; nothing when the window has none.
 std::optional<FontRecord> fontRecordOf(HWND window) {
     const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
     LOGFONTW native{};
@@ -50,7 +50,7 @@ LineAlignment alignmentOf(DWORD style) {
     return style & SS_RIGHT ? LineAlignment::right : LineAlignment::left;
 }
 
-/// Whether any of a text can show in a window of that height, with room for strokes that leave what was measured.
+/// Whether any of a text can show in a window of that height; strokes may exceed the measured height.
 bool isInView(const PlacedText& text, int32_t position, int32_t windowHeight) {
     const float top = text.y - static_cast<float>(position);
     return top + 2 * text.height >= 0 && top - text.height <= static_cast<float>(windowHeight);
@@ -72,11 +72,11 @@ HtmlStatic::HtmlStatic(HWND window) : Static(window) {
 MessageResult HtmlStatic::OnSetText(LPARAM markup) {
     StoreText(markup);
     ReplaceRuns({});
-    // Memory that runs out for the markup is meant to end in the handling of crashes, past the guard of messages.
+    // Running out of memory here is meant to end in the crash handling, so ReceiveMessage must not catch it.
     crashOnException([this] { ReadMarkup(); });
     const Size client = GetClientSize();
     Layout(client.width, client.height);
-    // The first link is the one that the keyboard shows first.
+    // The first link is the first that the keyboard reaches.
     const bool canHaveFocus = FocusNextLink() || scrollTrack->IsVisible();
     SetStyle(canHaveFocus ? GetStyle() | WS_TABSTOP : GetStyle() & ~static_cast<DWORD>(WS_TABSTOP));
     return handled(1);
@@ -95,7 +95,7 @@ void HtmlStatic::ReadMarkup() {
 
 void HtmlStatic::ReplaceRuns(std::vector<TextRun> newRuns) {
     runs = std::move(newRuns);
-    // The press would not end any more.
+    // The pressed run is gone, so its press must end here.
     if (pressedRun && GetCapture() == hwnd) ReleaseCapture();
     hoveredRun = nullptr;
     pressedRun = nullptr;
@@ -114,7 +114,7 @@ bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
     const float dpi = graphics.GetDpiY();
-    // A text of thousands of runs has a few fonts; one that has thousands must not hold them all.
+    // Even a text of thousands of runs has few fonts; the limit is for a text that has thousands.
     constexpr size_t mostFonts = 64;
     std::map<FontRecord, RunFont> fonts;
     const auto makeFont = [&](const FontRecord& record) {
@@ -143,7 +143,7 @@ void HtmlStatic::Layout(int32_t width, int32_t height) {
     const bool fits = PlaceRuns(width, static_cast<float>(height));
     if (!fits) PlaceRuns(width - scrollTrack->GetClientSize().width);
     scrollTrack->SetRange(0, fits ? 0 : scrollRange(boundsOf(runs).height, height));
-    // Or a text that fits would be a tab stop for the track of the one before it.
+    // A track left over from the previous text would make this one a tab stop.
     if (fits) scrollTrack->Show(SW_HIDE);
     if (fits) return;
     scrollTrack->SetLineSize(trackLineSize);
@@ -169,7 +169,7 @@ MessageResult HtmlStatic::Draw(Graphics& graphics) {
     const int32_t windowHeight = GetClientSize().height;
     const StringFormat format = CreateTextFormat();
     for (const TextRun& run : runs) {
-        // Fonts are dear, and most of a long text is out of view.
+        // Fonts are expensive, and most of a long text is out of view.
         std::unique_ptr<Font> face;
         std::optional<Brush> brush;
         for (const PlacedText& placed : run.placed) {

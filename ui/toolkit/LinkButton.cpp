@@ -27,8 +27,7 @@ MessageResult LinkButton::OnSetCursor(WPARAM window, int32_t, UINT) {
         Invalidate();
     }
     if (!over) return unhandled();
-    SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));  // the hand
-    return handled(1);
+    return showCursor(handCursor);
 }
 
 MessageResult LinkButton::OnMouseLeave() {
@@ -50,7 +49,7 @@ MessageResult LinkButton::OnSetText(LPARAM label) {
 }
 
 MessageResult LinkButton::OnSize(int32_t, int32_t) {
-    // Drawn where nobody sees it, to learn where the text lies.
+    // Drawing on a context that does not show updates the text's rectangle.
     const MemoryContext context(CreateCompatibleDC(nullptr));
     Graphics graphics(context.get());
     ApplyQuality(graphics);

@@ -1,11 +1,11 @@
-// A button that is only its text, in the colour of links.
+// A button that shows only its text, in the colour of links.
 #pragma once
 
 #include "ui/toolkit/Button.h"
 
 namespace pdx {
 
-/// Clicks beside the text pass through it.
+/// Clicks beside the text pass through the button.
 class LinkButton : public Button {
   public:
     explicit LinkButton(HWND window = nullptr);
@@ -19,7 +19,7 @@ class LinkButton : public Button {
     void DrawBackground(Graphics& graphics) override;
     void DrawContent(Graphics& graphics) override;
 
-    /// Where the text lies in the client area; up to date from SetText on, also before the first paint.
+    /// The rectangle of the text in the client area; valid from SetText on, before the first paint.
     [[nodiscard]] const RectF& GetTextBounds() const { return textBounds; }
 
   private:

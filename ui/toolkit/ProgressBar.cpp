@@ -31,7 +31,7 @@ void ProgressBar::SetMarquee(bool on) {
         StartTimer();
     else
         KillTimer(marqueeTimer);
-    // The native control repaints for a new position only, and the first may be the one that it holds.
+    // The native control repaints for a new position only, and the first position may equal the one it holds.
     Invalidate();
 }
 
@@ -40,12 +40,12 @@ MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lpa
     if (message != PBM_SETMARQUEE) return unhandled();
     marqueePeriodMs = lparam ? static_cast<UINT>(lparam) : defaultPeriodMs;
     SetMarquee(wparam != 0);
-    // Kept from the native control: Wine's starts a timer of its own for it, and each would paint.
+    // Not passed to the native control: Wine's would start a second timer, and each of the two would paint.
     return handled(TRUE);
 }
 
 MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
-    // Moved, or shown again: there may be another page behind it.
+    // The bar was moved or shown again, so another page may lie behind it.
     ground.reset();
     const UINT flags = reinterpret_cast<const WINDOWPOS*>(position)->flags;
     if (marquee && (flags & SWP_SHOWWINDOW)) SetTimer(marqueeTimer, marqueePeriodMs);
@@ -87,10 +87,10 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     const int32_t radius = client.height / 2;
     const Box whole = {0, 0, client.width, client.height};
     const Brush track(trackColor);
-    // Anchored to the whole bar: a chunk shows the part of the gradient that lies under it.
+    // Anchored to the whole bar: a chunk shows the part of the gradient at its place.
     const Brush gradient(whole, gradientStart, gradientEnd);
     const Path outline = CreateRoundedPath(whole, radius);
-    // Filled before it becomes the clip, whose edge is not smoothed.
+    // Filled before it becomes the clip: a clip's edge is not anti-aliased.
     graphics.FillPath(track, outline);
     if (marquee) {
         graphics.SetClip(outline);
@@ -103,7 +103,7 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     SendMessageW(hwnd, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
     const auto position = static_cast<int32_t>(SendMessageW(hwnd, PBM_GETPOS, 0, 0));
     const int32_t filled = filledWidth(range.iLow, range.iHigh, position, client.width);
-    // Only what is narrower than the ends are round reaches out of the outline.
+    // A filled part narrower than its round ends would exceed the outline.
     if (filled < client.height) graphics.SetClip(outline);
     if (filled > 0) graphics.FillPath(gradient, CreateRoundedPath({0, 0, filled, client.height}, radius));
     return handled(1);

@@ -4,9 +4,12 @@
 #include "ui/toolkit/rules/LabelStyle.h"
 
 namespace pdx {
+
+namespace flat = Gdiplus::DllExports;
+
 MessageResult Static::OnSetText(LPARAM newText) {
     StoreText(newText);
-    // The native window never gets the text, so this is the only way to it.
+    // The native window never gets the text, so a screen reader finds only this name.
     SetAccessibleName(text);
     return handled();
 }
@@ -19,10 +22,10 @@ void Static::StoreText(LPARAM newText) {
 MessageResult Static::Draw(Graphics& graphics) {
     const LabelFormat wanted = labelFormat(GetStyle());
     StringFormat format = CreateTextFormat();
-    format.SetAlignment(static_cast<Gdiplus::StringAlignment>(wanted.alignment));
+    format.call(flat::GdipSetStringFormatAlign, static_cast<Gdiplus::StringAlignment>(wanted.alignment));
     if (wanted.trimming) {
-        format.SetTrimming(static_cast<Gdiplus::StringTrimming>(wanted.trimming));
-        // What is to be cut is not to go on in a second line.
+        format.call(flat::GdipSetStringFormatTrimming, static_cast<Gdiplus::StringTrimming>(wanted.trimming));
+        // A text that is cut with an ellipsis must not wrap.
         format.AddFlags(Gdiplus::StringFormatFlagsNoWrap);
     }
     const Brush brush(textColor);

@@ -5,7 +5,7 @@
 
 namespace pdx {
 
-/// The window's style says how the text is aligned and where it is cut when it is too long.
+/// The window's style sets the alignment of the text, and where an ellipsis cuts a text that is too long.
 class Static : public Control {
   public:
     using Control::Control;
@@ -21,7 +21,7 @@ class Static : public Control {
     }
 
   protected:
-    /// Keeps the text and repaints.
+    /// Stores the text and repaints.
     void StoreText(LPARAM newText);
 
     std::wstring text;

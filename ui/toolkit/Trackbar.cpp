@@ -27,7 +27,7 @@ int32_t Trackbar::GetPosition() const { return ask(hwnd, TBM_GETPOS); }
 int32_t Trackbar::GetLineSize() const { return ask(hwnd, TBM_GETLINESIZE); }
 
 void Trackbar::SetRange(int32_t minimum, int32_t maximum) {
-    // The message for both ends at once takes only 16 bits of each.
+    // The message that sets both ends at once has only 16 bits for each.
     SendMessageW(hwnd, TBM_SETRANGEMIN, FALSE, minimum);
     SendMessageW(hwnd, TBM_SETRANGEMAX, TRUE, maximum);
 }
@@ -77,7 +77,7 @@ MessageResult Trackbar::OnLButtonDown(WPARAM, int32_t x, int32_t y) {
 }
 
 MessageResult Trackbar::OnMouseMove(int32_t x, int32_t y) {
-    // Another window may have taken the mouse in the middle of a drag.
+    // Another window may have taken the mouse capture during a drag.
     if (dragging && GetCapture() != hwnd) dragging = false;
     if (!dragging) return unhandled();
     const TrackState track = GetState();
@@ -100,7 +100,7 @@ MessageResult Trackbar::OnMouseWheel(int32_t delta, uint32_t, int32_t, int32_t) 
 }
 
 MessageResult Trackbar::OnUserMessage(UINT message, WPARAM, LPARAM lparam) {
-    // The native control of Wine does not know this message, and that of Windows tells the parent.
+    // Wine's native control does not know this message, and that of Windows notifies the parent.
     if (message == setPosNotify) {
         SetPosition(static_cast<int32_t>(lparam));
         return handled();

@@ -9,7 +9,7 @@ namespace {
 constexpr int textCapacity = 4096;
 constexpr UINT lastAppMessage = 0xBFFF;  // registered messages follow
 
-// The halves of a word; signed where a position may lie left of or above the origin.
+// The halves of a word; signed where a position may be left of or above the origin.
 int32_t low(uintptr_t word) { return LOWORD(word); }
 int32_t high(uintptr_t word) { return HIWORD(word); }
 int32_t signedLow(uintptr_t word) { return static_cast<int16_t>(LOWORD(word)); }
@@ -22,7 +22,7 @@ RECT toNative(const Rect& rect) { return {rect.left, rect.top, rect.right, rect.
 
 /// The client rectangle of one window in the client coordinates of another.
 Rect mappedClientRect(HWND from, HWND to) {
-    // To the platform no window is the screen.
+    // The platform takes a null window for the screen.
     if (!from) return {};
     RECT rect{};
     ::GetClientRect(from, &rect);
@@ -70,7 +70,7 @@ void Window::SetFont(std::unique_ptr<Font> newFont) {
     const std::optional<LOGFONTW> logFont = font->GetLogFont();
     NativeFont made(logFont ? CreateFontIndirectW(&*logFont) : nullptr);
     if (!hwnd || !made) return;
-    // Without the redraw flag: native controls would paint at once, in the middle of a change of pages.
+    // No redraw flag: native controls would paint at once, in the middle of a change of pages.
     SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(made.get()), FALSE);
     nativeFont = std::move(made);
     Invalidate();
@@ -116,7 +116,7 @@ void Window::SetTimer(UINT_PTR id, UINT periodMs) { ::SetTimer(hwnd, id, periodM
 void Window::KillTimer(UINT_PTR id) { ::KillTimer(hwnd, id); }
 
 void Window::Invalidate(const Rect* rect, bool erase) {
-    // A null handle would repaint every window of the screen.
+    // InvalidateRect with a null handle repaints every window of the screen.
     if (!hwnd) return;
     const RECT area = rect ? toNative(*rect) : RECT{};
     InvalidateRect(hwnd, rect ? &area : nullptr, erase);
@@ -215,38 +215,5 @@ MessageResult Window::OnSetFont(WPARAM newFont, bool redraw) {
     if (redraw) Invalidate();
     return unhandled();
 }
-
-MessageResult Window::OnInitDialog() { return unhandled(); }
-MessageResult Window::OnEraseBackground(WPARAM) { return unhandled(); }
-MessageResult Window::OnWindowPosChanging(LPARAM) { return unhandled(); }
-MessageResult Window::OnWindowPosChanged(LPARAM) { return unhandled(); }
-MessageResult Window::OnCtlColorStatic(HWND, HDC) { return unhandled(); }
-MessageResult Window::OnDrawItem(int32_t, const DRAWITEMSTRUCT*) { return unhandled(); }
-MessageResult Window::OnNcHitTest(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseEnter(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseMove(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseWheel(int32_t, uint32_t, int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseLeave() { return unhandled(); }
-MessageResult Window::OnLButtonDown(WPARAM, int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnLButtonUp(WPARAM, int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnCommand(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnClose() { return unhandled(); }
-MessageResult Window::OnDestroy() { return unhandled(); }
-MessageResult Window::OnUserMessage(UINT, WPARAM, LPARAM) { return unhandled(); }
-MessageResult Window::OnAppMessage(UINT, WPARAM, LPARAM) { return unhandled(); }
-MessageResult Window::OnSetCursor(WPARAM, int32_t, UINT) { return unhandled(); }
-MessageResult Window::OnNcPaint(WPARAM) { return unhandled(); }
-MessageResult Window::OnSetFocus(WPARAM) { return unhandled(); }
-MessageResult Window::OnSize(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMove(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnTimer(WPARAM) { return unhandled(); }
-MessageResult Window::OnQueryEndSession() { return unhandled(); }
-MessageResult Window::OnEndSession() { return unhandled(); }
-MessageResult Window::OnHScroll(int32_t, int32_t, LPARAM) { return unhandled(); }
-MessageResult Window::OnVScroll(int32_t, int32_t, LPARAM) { return unhandled(); }
-MessageResult Window::OnGetDlgCode(WPARAM) { return unhandled(); }
-MessageResult Window::OnKeyDown(WPARAM, int32_t, bool, bool) { return unhandled(); }
-MessageResult Window::OnNotify(LPARAM) { return unhandled(); }
-MessageResult Window::Draw(Graphics&) { return unhandled(); }
 
 }  // namespace pdx

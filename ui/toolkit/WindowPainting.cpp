@@ -1,16 +1,16 @@
-// How a window paints: through a buffer that begins as a copy of what lies behind it.
+// The painting of a window, through a buffer that begins as a copy of what lies behind it.
 #include "ui/toolkit/Painting.h"
 #include "ui/toolkit/Window.h"
 
 namespace pdx {
 namespace {
 
-/// The rectangle to paint, one pixel larger to the right and below: an empty one still copies a column.
+/// The rectangle to paint, one pixel wider and higher: an empty one still copies one column.
 Box paintedBox(const RECT& rect) {
     return {rect.left, rect.top, rect.right - rect.left + 1, rect.bottom - rect.top + 1};
 }
 
-/// BeginPaint and EndPaint.
+/// A pair of BeginPaint and EndPaint.
 class PaintSession {
   public:
     explicit PaintSession(HWND painted) : window(painted) { BeginPaint(window, &paint); }
@@ -27,7 +27,7 @@ class PaintSession {
 
 bool isChild(HWND window) { return (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0; }
 
-/// The first window on the way up that is not a child; null when the way ends before.
+/// The nearest window, from this one upwards, that is not a child; null for none.
 HWND topAncestor(HWND window) {
     while (window && isChild(window)) window = GetParent(window);
     return window;
@@ -52,9 +52,9 @@ MessageResult Window::OnPaint() {
     Draw(buffer);
     ApplyQuality(screen);
     screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    // Nothing shows beyond the client area, and a copy that reaches out of the picture is many times slower in Wine.
+    // Nothing shows outside the client area, and a copy beyond the picture's edge is many times slower in Wine.
     screen.CopyImage(picture, intersection(box, {0, 0, size.width, size.height}));
-    // Another window may have laid more of this one bare meanwhile.
+    // Another window may have uncovered more of this one meanwhile.
     if (intersection(box, ground) != box) Invalidate();
     return handled();
 }

@@ -1,4 +1,4 @@
-// Where the lines of an underlined or struck out text lie.
+// The lines under and through a text.
 #pragma once
 
 #include <algorithm>
@@ -11,10 +11,10 @@ namespace pdx {
 
 enum class FontLine { under, through };
 
-/// The line of a text in that rectangle, in whole pixels. The ascent is what lies between the rectangle's top and the
-/// line that the letters stand on; size is the font's.
+/// The box of a line for a text in that rectangle, in whole pixels. The ascent is the distance from the rectangle's top
+/// to the baseline; size is the font's.
 inline Box fontLineBox(FontLine line, const RectF& text, float ascent, float size) {
-    // Shares of the size, about as the faces of the interface have them.
+    // Shares of the size, close to those of the interface's faces.
     constexpr float thickness = 1.0f / 14, below = 0.1f, above = 0.3f;
     const float top = text.y + ascent + size * (line == FontLine::under ? below : -above);
     const auto whole = [](float length) { return wholePixels(std::floor(length + 0.5f)); };

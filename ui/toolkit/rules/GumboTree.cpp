@@ -14,13 +14,13 @@
 namespace pdx {
 namespace {
 
-// HTML lets a text ask for the square of its tags, or of one tag's attributes, in time and in memory. With these bounds
-// the worst takes some hundredths of a second; a label has some hundred bytes and a handful of tags.
+// Time and memory of the parser grow with the square of the number of tags, or of one tag's attributes. With these
+// bounds the worst text takes some hundredths of a second. A label has some hundred bytes and a few tags.
 constexpr size_t longestText = 16 << 10;  // bytes
 constexpr size_t mostTags = 500;
 
-/// Makes the parser take the text for the content of a body, where titles and styles stay in their place and no frame
-/// set is obeyed, for which it would throw the body away.
+/// Makes the text the content of a body. There, titles and styles stay in place, and a frame set, for which the parser
+/// would discard the body, is ignored.
 constexpr std::string_view opening = "<body>";
 
 /// Elements whose content a browser does not show.
@@ -44,17 +44,17 @@ struct GumboTree::Parsed {
     explicit Parsed(std::string_view utf8) : source(opening) {
         source += utf8;
         GumboOptions options = kGumboDefaultOptions;
-        options.max_errors = 0;  // each would keep a list of all open elements
+        options.max_errors = 0;  // each error would keep a list of all open elements
         options.userdata = &memory;
         options.allocator = [](void* from, size_t bytes) {
             return static_cast<std::pmr::memory_resource*>(from)->allocate(bytes, alignof(std::max_align_t));
         };
-        // The memory goes as a whole. Where there is none the allocator throws; the parser would write to null.
+        // The memory is freed as a whole. The allocator throws when there is none, as the parser would write to null.
         options.deallocator = [](void*, void*) {};
         output = gumbo_parse_with_options(&options, source.data(), source.size());
     }
 
-    std::string source;  // the names of unknown elements lie in it
+    std::string source;  // the tree points into it for the names of unknown elements
     std::pmr::monotonic_buffer_resource memory;
     const GumboOutput* output = nullptr;
 };

@@ -1,4 +1,4 @@
-// The tree of an HTML text, made by Gumbo.
+// A MarkupTree made by the HTML parser Gumbo.
 #pragma once
 
 #include <memory>
@@ -8,17 +8,17 @@
 
 namespace pdx {
 
-/// Parses any text as HTML5 does: fragments, unclosed and misplaced tags, whatever case. The text is the content of
-/// the body, so that titles and style sheets in it stand there too, but what a browser does not show has no children.
+/// Parses any text by the rules of HTML5, with fragments and unclosed or misplaced tags. The text is the content of the
+/// body, titles and style sheets included. Elements that a browser does not show have no children.
 class GumboTree : public MarkupTree {
   public:
-    /// Of a text with more than 500 tags or 16 KB, as far as that from its beginning.
+    /// Cuts the text after 500 tags and after 16 KB.
     explicit GumboTree(std::string_view utf8);
     ~GumboTree() override;
     GumboTree(const GumboTree&) = delete;
     GumboTree& operator=(const GumboTree&) = delete;
 
-    /// Whether the tree is of less than the whole text.
+    /// Whether the text was cut.
     [[nodiscard]] bool wasCut() const { return cut; }
     [[nodiscard]] Node body() const override;
     [[nodiscard]] NodeType type(Node node) const override;

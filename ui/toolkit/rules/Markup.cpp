@@ -20,14 +20,14 @@ constexpr size_t longestFace = 31;  // what the platform's font record holds
 
 bool isBlank(wchar_t character) { return std::iswspace(static_cast<wint_t>(character)) != 0; }
 
-/// For the number parsers, to which no other character means anything.
+/// The text for the number parsers, which know ASCII only.
 std::string asciiOf(std::wstring_view text) {
     std::string ascii;
     for (const wchar_t character : text) ascii += character < 128 ? static_cast<char>(character) : '?';
     return ascii;
 }
 
-/// The decimal number that a text begins with, 0 if it begins with none; blanks and a plus may stand in front.
+/// The decimal number at the start of a text, after blanks and a plus sign; 0 for none.
 float numberAtStart(std::wstring_view text) {
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
     if (!text.empty() && text.front() == L'+') text.remove_prefix(1);
@@ -37,7 +37,7 @@ float numberAtStart(std::wstring_view text) {
     return std::isfinite(number) ? number : 0;
 }
 
-/// "#" and that many hexadecimal digits; nothing for a text of another length. Digits end at the first that is none.
+/// The number of "#" and that many hexadecimal digits, up to the first other character. Nothing for another length.
 std::optional<uint32_t> hexadecimal(std::wstring_view text, size_t digits) {
     if (text.size() != digits + 1 || text.front() != L'#') return std::nullopt;
     const std::string ascii = asciiOf(text.substr(1));
@@ -59,7 +59,7 @@ void applyFont(const MarkupTree& tree, Node element, TextStyle& style) {
     }
     if (const std::wstring face = tree.attribute(element, "FACE"); !face.empty())
         style.logFont.face = face.substr(0, longestFace);
-    // Pixels, not the seven sizes of HTML.
+    // SIZE is in pixels here, not one of HTML's seven sizes.
     if (const std::wstring size = tree.attribute(element, "SIZE"); !size.empty())
         style.logFont.height = wholePixels(numberAtStart(size));
     if (const std::wstring height = tree.attribute(element, "LINE-HEIGHT"); !height.empty())
@@ -68,7 +68,7 @@ void applyFont(const MarkupTree& tree, Node element, TextStyle& style) {
 
 using Effect = void (*)(const MarkupTree&, Node, TextStyle&);
 
-/// The elements that change the style of what they hold.
+/// The elements that change the style of their content.
 constexpr struct {
     std::wstring_view name;
     Effect apply;
@@ -81,13 +81,13 @@ constexpr struct {
     {L"FONT", applyFont},
 };
 
-/// The elements that stand on lines of their own.
+/// The block elements: each begins and ends a line.
 constexpr std::wstring_view blocks[] = {L"P",  L"DIV", L"CENTER", L"BLOCKQUOTE", L"PRE",   L"UL", L"OL",
                                         L"LI", L"DL",  L"DT",     L"DD",         L"TABLE", L"TR", L"HR",
                                         L"H1", L"H2",  L"H3",     L"H4",         L"H5",    L"H6"};
 
-/// Calls enter for each node below root in the text's order, and leave when all below an element has been entered.
-/// Without recursion: the depth is the text's, and the stack of a thread ends.
+/// Calls enter for each node below root in the order of the text, and leave after all nodes below an element. Without
+/// recursion, because the text decides the depth and a thread's stack is limited.
 template <typename Enter, typename Leave>
 void traverse(const MarkupTree& tree, Node root, Enter enter, Leave leave) {
     struct Level {
@@ -128,7 +128,7 @@ class Walk {
         const std::wstring name = tree.name(node);
         for (const auto& row : effects)
             if (row.name == name) row.apply(tree, node, inner.style);
-        // A line break belongs to the run in front of it, and so ends it.
+        // A line break belongs to the run before it, and ends that run.
         if (name == L"BR") levels.back().pending.emplace_back(lineFeed);
         endRun();
         levels.push_back(std::move(inner));

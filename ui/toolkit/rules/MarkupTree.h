@@ -1,4 +1,4 @@
-// What marked-up text needs of an HTML parser.
+// The interface of an HTML parser for marked-up text.
 #pragma once
 
 #include <cstddef>
@@ -8,22 +8,22 @@ namespace pdx {
 
 enum class NodeType { element = 1, text = 3, other = 8 };
 
-/// A parsed text. Nodes belong to the tree and live as long as it does.
+/// A parsed text. The tree owns its nodes.
 class MarkupTree {
   public:
     using Node = const void*;
 
     virtual ~MarkupTree() = default;
-    /// Null when there is none.
+    /// The body element; null when there is none.
     [[nodiscard]] virtual Node body() const = 0;
     [[nodiscard]] virtual NodeType type(Node node) const = 0;
-    /// The name of an element, A to Z in capitals.
+    /// The name of an element, with a to z in capitals.
     [[nodiscard]] virtual std::wstring name(Node element) const = 0;
-    /// What a text node says, entities decoded.
+    /// The text of a text node, with entities decoded.
     [[nodiscard]] virtual std::wstring value(Node text) const = 0;
     [[nodiscard]] virtual size_t childCount(Node node) const = 0;
     [[nodiscard]] virtual Node child(Node node, size_t index) const = 0;
-    /// Empty when the element has no such attribute; case does not matter in the name.
+    /// The value of an attribute, in any case of the name; empty when the element has none.
     [[nodiscard]] virtual std::wstring attribute(Node element, const char* attributeName) const = 0;
 };
 

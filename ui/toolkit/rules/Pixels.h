@@ -1,4 +1,4 @@
-// From the floating numbers of text to whole pixels.
+// Conversion of lengths to whole pixels.
 #pragma once
 
 #include <algorithm>
@@ -6,8 +6,8 @@
 
 namespace pdx {
 
-/// The whole part of a length, cut towards zero. What no screen could show, and what a text may all the same ask for,
-/// ends at a distance that can still be calculated with.
+/// A length cut towards zero, 0 for a NaN. Lengths are limited to 2^28, so that sums of those that a text asks for do
+/// not overflow.
 constexpr int32_t wholePixels(double length) {
     constexpr double farthest = 1 << 28;
     return length == length ? static_cast<int32_t>(std::clamp(length, -farthest, farthest)) : 0;

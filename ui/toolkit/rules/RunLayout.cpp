@@ -11,12 +11,12 @@
 namespace pdx {
 namespace {
 
-constexpr float inset = 2.0f;  // between the lines and the edge of what the text covers
+constexpr float inset = 2.0f;  // from the edge of the control to the lines, and from the text to its bounds
 constexpr float firstLine = 2.0f;
 
 using Words = std::span<const std::wstring>;
 
-/// Adds the rectangle of a text to what others cover.
+/// Extends a covered rectangle by that of a text; empty rectangles count for nothing.
 void unite(RectF& covered, const PlacedText& text) {
     constexpr float nothing = std::numeric_limits<float>::epsilon();
     if (text.width <= nothing || text.height <= nothing) return;
