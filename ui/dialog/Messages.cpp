@@ -114,7 +114,7 @@ void BootstrapperDialog::UpdateProgress(int32_t percent) {
     // A message of another thread that was on its way when a prompt opened is none of the prompt's.
     PageState& page = PageBelowPrompts();
     if (page.progress == percent) return;
-    SendMessageW(progressBar->GetHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    SendMessageW(progressBar->getHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     page.progress = percent;
 }
 

@@ -84,9 +84,9 @@ void BootstrapperDialog::ShowTopPage() {
             break;
     }
     PlaceButtons(boxes);
-    actionButton->SetSecondary((secondary & firstSecondary) != 0);
-    actionButton2->SetSecondary((secondary & secondSecondary) != 0);
-    actionButton3->SetSecondary((secondary & thirdSecondary) != 0);
+    actionButton->setSecondary((secondary & firstSecondary) != 0);
+    actionButton2->setSecondary((secondary & secondSecondary) != 0);
+    actionButton3->setSecondary((secondary & thirdSecondary) != 0);
     QueuePosition(IDC_TITLE, boxes.title, placed);
     QueuePosition(IDC_SUBTITLE, boxes.subtitle, placed);
     QueuePosition(IDC_BODY, boxes.body, placed);
@@ -107,7 +107,7 @@ void BootstrapperDialog::SetLabel(HtmlStatic& label, std::unique_ptr<Font> label
                                   Box& box, int32_t y) {
     // Room for any text while it is measured: one that is taller than its window is laid out narrower, beside a scroll
     // track, and may then take a line more than it needs.
-    SetWindowPos(label.GetHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
+    SetWindowPos(label.getHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     label.SetFont(std::move(labelFont));
     label.SetText(text);
@@ -155,7 +155,7 @@ void BootstrapperDialog::FillOlderClient(PageBoxes& boxes) {
 
 void BootstrapperDialog::FillProgress(const PageState& page, PageBoxes& boxes) {
     SetTitle(textFont(27, fontBold), page.title, boxes.title, boxes.top);
-    const HWND bar = progressBar->GetHandle();
+    const HWND bar = progressBar->getHandle();
     SendMessageW(bar, PBM_SETRANGE32, 0, 100);
     if (page.progress == indeterminate)
         SendMessageW(bar, PBM_SETMARQUEE, TRUE, marqueePeriodMs);

@@ -25,12 +25,12 @@ class Button : public Control {
     virtual void DrawContent(Graphics& graphics);
 
     /// Chooses between the outlined and the filled style, and repaints.
-    void SetSecondary(bool outlined);
-    [[nodiscard]] bool IsSecondary() const { return secondary; }
+    void setSecondary(bool outlined);
+    [[nodiscard]] bool isSecondary() const { return secondary; }
 
   protected:
-    [[nodiscard]] bool IsUnderCursor() const;
-    [[nodiscard]] bool IsEnabled() const;
+    [[nodiscard]] bool isUnderCursor() const;
+    [[nodiscard]] bool isEnabled() const;
 
     std::wstring text;
     bool secondary = false;

@@ -33,8 +33,8 @@ MessageResult Checkbox::Draw(Graphics& graphics) {
     const Size client = GetClientSize();
     const Box box = checkboxBox(client.height);
     const Pen border(checkboxBorder(borders, state, HasFocus(), checked), lineWidth);
-    graphics.DrawPath(border, CreateRoundedPath(box, cornerRadius));
-    if (checked) graphics.DrawLines(Pen(color, lineWidth), checkMark(box));
+    graphics.drawPath(border, CreateRoundedPath(box, cornerRadius));
+    if (checked) graphics.drawLines(Pen(color, lineWidth), checkMark(box));
     const int32_t left = checkboxLabelLeft(box);
     const RectF label = {static_cast<float>(left), 0, static_cast<float>(client.width - left),
                          static_cast<float>(client.height)};

@@ -35,9 +35,9 @@ class Control : public Window {
     Color disabledTextColor = palette::disabledText;
 
   private:
-    static LRESULT CALLBACK SubclassProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR id,
+    static LRESULT CALLBACK subclassProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR id,
                                          DWORD_PTR reference) noexcept;
-    void Subclass();
+    void subclass();
 };
 
 }  // namespace pdx

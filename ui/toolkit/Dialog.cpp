@@ -39,12 +39,12 @@ Dialog::~Dialog() {
 HWND Dialog::Create(const CreateParams&) {
     if (hwnd) return hwnd;
     InitCommonControls();  // loads the delayed library that registers the classes of the template's controls
-    hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, DialogProc,
+    hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, dialogProc,
                               reinterpret_cast<LPARAM>(this));
     return hwnd;
 }
 
-INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+INT_PTR CALLBACK Dialog::dialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
     if (message == WM_INITDIALOG) {
         auto* created = reinterpret_cast<Dialog*>(lparam);
         created->hwnd = window;
@@ -52,7 +52,7 @@ INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LP
     }
     auto* dialog = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
     if (!dialog) return FALSE;
-    const MessageResult result = dialog->ReceiveMessage(message, wparam, lparam);
+    const MessageResult result = dialog->receiveMessage(message, wparam, lparam);
     if (!result.handled) return FALSE;
     if (returnsResult(message)) return result.result;
     SetWindowLongPtrW(window, DWLP_MSGRESULT, result.result);
@@ -60,13 +60,13 @@ INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LP
 }
 
 MessageResult Dialog::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_INITDIALOG) ReadLayout();
+    if (message == WM_INITDIALOG) readLayout();
     return Window::HandleMessage(message, wparam, lparam);
 }
 
 MessageResult Dialog::DefaultProc(UINT, WPARAM, LPARAM) { return unhandled(); }
 
-void Dialog::ReadLayout() {
+void Dialog::readLayout() {
     const std::vector<LayoutRecord> records =
         parseLayoutRecords(loadResource({L"AFX_DIALOG_LAYOUT", templateId}).asBytes());
     if (records.empty()) return;

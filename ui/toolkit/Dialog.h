@@ -55,8 +55,8 @@ class Dialog : public Window {
     PendingPositions pendingPositions;
 
   private:
-    static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
-    void ReadLayout();
+    static INT_PTR CALLBACK dialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+    void readLayout();
 };
 
 }  // namespace pdx

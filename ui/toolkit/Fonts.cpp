@@ -95,7 +95,7 @@ Font::Font(const Gdiplus::GpFontFamily* family, float size, int32_t style, Gdipl
     collect(flat::GdipCreateFont(family, size, style, unit, put()));
 }
 
-float Font::GetSize() const {
+float Font::getSize() const {
     float size = 0;
     call(flat::GdipGetFontSize, &size);
     return size;
@@ -107,34 +107,34 @@ int32_t Font::GetStyle() const {
     return style;
 }
 
-Gdiplus::Unit Font::GetUnit() const {
+Gdiplus::Unit Font::getUnit() const {
     Gdiplus::Unit unit = Gdiplus::UnitPixel;
     call(flat::GdipGetFontUnit, &unit);
     return unit;
 }
 
-std::wstring Font::GetFamilyName() const {
+std::wstring Font::getFamilyName() const {
     FontFamily family;
     call(flat::GdipGetFamily, family.put());
     return nameOf(family.get());
 }
 
-float Font::GetHeight(float dpi) const {
+float Font::getHeight(float dpi) const {
     float height = 0;
     call(flat::GdipGetFontHeightGivenDPI, dpi, &height);
     return height;
 }
 
-float Font::GetAscent() const {
+float Font::getAscent() const {
     FontFamily family;
     call(flat::GdipGetFamily, family.put());
     UINT16 ascent = 0, size = 1;
     collect(flat::GdipGetCellAscent(family.get(), GetStyle(), &ascent));
     collect(flat::GdipGetEmHeight(family.get(), GetStyle(), &size));
-    return GetSize() * static_cast<float>(ascent) / static_cast<float>(size);
+    return getSize() * static_cast<float>(ascent) / static_cast<float>(size);
 }
 
-std::optional<LOGFONTW> Font::GetLogFont() const {
+std::optional<LOGFONTW> Font::getLogFont() const {
     const Graphics screen(HWND{nullptr});
     LOGFONTW logFont{};
     if (call(flat::GdipGetLogFontW, screen.native(), &logFont)) != Gdiplus::Ok) return std::nullopt;
@@ -167,7 +167,7 @@ std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style) {
     if (!font) return nullptr;
     FontFamily family;
     flat::GdipGetFamily(font->native(), family.put());
-    return std::make_unique<Font>(family.get(), font->GetSize(), style, font->GetUnit());
+    return std::make_unique<Font>(family.get(), font->getSize(), style, font->getUnit());
 }
 
 bool addPrivateFont(std::span<const std::byte> file) {

@@ -35,16 +35,16 @@ class Font : public GdiPlusObject<Gdiplus::GpFont, Gdiplus::DllExports::GdipDele
   public:
     /// The family is not owned.
     Font(const Gdiplus::GpFontFamily* family, float size, int32_t style, Gdiplus::Unit unit);
-    [[nodiscard]] float GetSize() const;
+    [[nodiscard]] float getSize() const;
     [[nodiscard]] int32_t GetStyle() const;
-    [[nodiscard]] Gdiplus::Unit GetUnit() const;
-    [[nodiscard]] std::wstring GetFamilyName() const;
+    [[nodiscard]] Gdiplus::Unit getUnit() const;
+    [[nodiscard]] std::wstring getFamilyName() const;
     /// Line height in pixels at that many dots per inch.
-    [[nodiscard]] float GetHeight(float dpi) const;
+    [[nodiscard]] float getHeight(float dpi) const;
     /// The distance from the top of a line to its baseline, in the unit of the size.
-    [[nodiscard]] float GetAscent() const;
+    [[nodiscard]] float getAscent() const;
     /// The record from which a native font is made; nothing when there is no font.
-    [[nodiscard]] std::optional<LOGFONTW> GetLogFont() const;
+    [[nodiscard]] std::optional<LOGFONTW> getLogFont() const;
 };
 
 /// A font of a private face; the sign of the size is ignored. Without such a face, or such a style of it, the font has

@@ -21,14 +21,14 @@ Bitmap::Bitmap(Size size) {
 
 Bitmap::Bitmap(IStream& stream) { make<Gdiplus::GpBitmap>(flat::GdipCreateBitmapFromStream, &stream); }
 
-Size Bitmap::GetSize() const {
+Size Bitmap::getSize() const {
     UINT width = 0, height = 0;
     call(flat::GdipGetImageWidth, &width);
     call(flat::GdipGetImageHeight, &height);
     return {static_cast<int32_t>(width), static_cast<int32_t>(height)};
 }
 
-Color Bitmap::GetPixel(Point point) const {
+Color Bitmap::getPixel(Point point) const {
     Gdiplus::ARGB color = 0;
     collect(flat::GdipBitmapGetPixel(asBitmap(native()), point.x, point.y, &color));
     return color;
@@ -48,24 +48,24 @@ Pen::Pen(Color color, float width) { collect(flat::GdipCreatePen1(color, width, 
 
 Path::Path() { collect(flat::GdipCreatePath(Gdiplus::FillModeAlternate, put())); }
 
-void Path::AddLine(Point from, Point to) { call(flat::GdipAddPathLineI, from.x, from.y, to.x, to.y); }
+void Path::addLine(Point from, Point to) { call(flat::GdipAddPathLineI, from.x, from.y, to.x, to.y); }
 
-void Path::AddArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees) {
+void Path::addArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees) {
     call(flat::GdipAddPathArcI, box.x, box.y, box.width, box.height, static_cast<float>(startDegrees),
          static_cast<float>(sweepDegrees));
 }
 
-void Path::CloseFigure() { call(flat::GdipClosePathFigure); }
+void Path::closeFigure() { call(flat::GdipClosePathFigure); }
 
 StringFormat::StringFormat(const Gdiplus::GpStringFormat* original) {
     collect(flat::GdipCloneStringFormat(original, put()));
 }
 
-void StringFormat::AddFlags(uint32_t flags) {
-    call(flat::GdipSetStringFormatFlags, static_cast<INT>(GetFlags() | flags));
+void StringFormat::addFlags(uint32_t flags) {
+    call(flat::GdipSetStringFormatFlags, static_cast<INT>(getFlags() | flags));
 }
 
-uint32_t StringFormat::GetFlags() const {
+uint32_t StringFormat::getFlags() const {
     INT flags = 0;
     call(flat::GdipGetStringFormatFlags, &flags);
     return static_cast<uint32_t>(flags);
@@ -77,51 +77,51 @@ Graphics::Graphics(HWND window) { collect(flat::GdipCreateFromHWND(window, put()
 
 Graphics::Graphics(const Bitmap& picture) { collect(flat::GdipGetImageGraphicsContext(picture.native(), put())); }
 
-void Graphics::SetClip(const Box& box) {
-    LimitTo(box);
+void Graphics::setClip(const Box& box) {
+    limitTo(box);
     call(flat::GdipSetClipRectI, box.x, box.y, box.width, box.height, Gdiplus::CombineModeReplace);
 }
 
-void Graphics::SetClip(const Path& path) { call(flat::GdipSetClipPath, path.native(), Gdiplus::CombineModeReplace); }
+void Graphics::setClip(const Path& path) { call(flat::GdipSetClipPath, path.native(), Gdiplus::CombineModeReplace); }
 
-void Graphics::FillRectangle(const Brush& brush, const Box& box) {
+void Graphics::fillRectangle(const Brush& brush, const Box& box) {
     call(flat::GdipFillRectangleI, brush.native(), box.x, box.y, box.width, box.height);
 }
 
-void Graphics::FillPath(const Brush& brush, const Path& path) {
+void Graphics::fillPath(const Brush& brush, const Path& path) {
     call(flat::GdipFillPath, brush.native(), path.native());
 }
 
-void Graphics::DrawPath(const Pen& pen, const Path& path) { call(flat::GdipDrawPath, pen.native(), path.native()); }
+void Graphics::drawPath(const Pen& pen, const Path& path) { call(flat::GdipDrawPath, pen.native(), path.native()); }
 
-void Graphics::DrawLine(const Pen& pen, Point from, Point to) {
+void Graphics::drawLine(const Pen& pen, Point from, Point to) {
     call(flat::GdipDrawLineI, pen.native(), from.x, from.y, to.x, to.y);
 }
 
-void Graphics::DrawLines(const Pen& pen, std::span<const Point> points) {
+void Graphics::drawLines(const Pen& pen, std::span<const Point> points) {
     std::vector<Gdiplus::Point> natives;
     natives.reserve(points.size());
     for (const Point& point : points) natives.emplace_back(point.x, point.y);
     call(flat::GdipDrawLinesI, pen.native(), natives.data(), static_cast<INT>(natives.size()));
 }
 
-void Graphics::DrawImage(const Bitmap& picture, const Box& box) {
+void Graphics::drawImage(const Bitmap& picture, const Box& box) {
     call(flat::GdipDrawImageRectI, picture.native(), box.x, box.y, box.width, box.height);
 }
 
-void Graphics::CopyImage(const Bitmap& picture, const Box& box) {
+void Graphics::copyImage(const Bitmap& picture, const Box& box) {
     call(flat::GdipDrawImageRectRectI, picture.native(), box.x, box.y, box.width, box.height, box.x, box.y, box.width,
          box.height, Gdiplus::UnitPixel, nullptr, nullptr, nullptr);
 }
 
-void Graphics::DrawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
+void Graphics::drawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
                           const Brush* brush) {
     const Gdiplus::RectF rect = toNative(layout);
     call(flat::GdipDrawString, startOf(text), static_cast<INT>(text.size()), nativeOf(font), &rect, nativeOf(format),
          nativeOf(brush));
 }
 
-RectF Graphics::MeasureString(std::wstring_view text, const Font* font, const RectF& layout,
+RectF Graphics::measureString(std::wstring_view text, const Font* font, const RectF& layout,
                               const StringFormat* format) {
     const Gdiplus::RectF rect = toNative(layout);
     Gdiplus::RectF bounds(0, 0, 0, 0);
@@ -130,7 +130,7 @@ RectF Graphics::MeasureString(std::wstring_view text, const Font* font, const Re
     return {bounds.X, bounds.Y, bounds.Width, bounds.Height};
 }
 
-float Graphics::GetDpiY() const {
+float Graphics::getDpiY() const {
     float dpi = 0;
     return collect(flat::GdipGetDpiY(native(), &dpi)) == Gdiplus::Ok ? dpi : 96.0f;
 }

@@ -18,8 +18,8 @@ class Bitmap : public GdiPlusObject<Gdiplus::GpImage, Gdiplus::DllExports::GdipD
     explicit Bitmap(Size size);
     /// Decodes any format that GDI+ knows. The bitmap keeps the stream.
     explicit Bitmap(IStream& stream);
-    [[nodiscard]] Size GetSize() const;
-    [[nodiscard]] Color GetPixel(Point point) const;
+    [[nodiscard]] Size getSize() const;
+    [[nodiscard]] Color getPixel(Point point) const;
 };
 
 class Brush : public GdiPlusObject<Gdiplus::GpBrush, Gdiplus::DllExports::GdipDeleteBrush> {
@@ -38,17 +38,17 @@ class Pen : public GdiPlusObject<Gdiplus::GpPen, Gdiplus::DllExports::GdipDelete
 class Path : public GdiPlusObject<Gdiplus::GpPath, Gdiplus::DllExports::GdipDeletePath> {
   public:
     Path();
-    void AddLine(Point from, Point to);
-    void AddArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees);
-    void CloseFigure();
+    void addLine(Point from, Point to);
+    void addArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees);
+    void closeFigure();
 };
 
 class StringFormat : public GdiPlusObject<Gdiplus::GpStringFormat, Gdiplus::DllExports::GdipDeleteStringFormat> {
   public:
     /// Copies a format.
     explicit StringFormat(const Gdiplus::GpStringFormat* original);
-    void AddFlags(uint32_t flags);
-    [[nodiscard]] uint32_t GetFlags() const;
+    void addFlags(uint32_t flags);
+    [[nodiscard]] uint32_t getFlags() const;
 };
 
 /// A surface to draw on. The device context, window or picture under it must outlive it.
@@ -58,34 +58,34 @@ class Graphics : public GdiPlusObject<Gdiplus::GpGraphics, Gdiplus::DllExports::
     explicit Graphics(HWND window);
     explicit Graphics(const Bitmap& picture);
 
-    void SetCompositingMode(Gdiplus::CompositingMode mode) { call(Gdiplus::DllExports::GdipSetCompositingMode, mode); }
+    void setCompositingMode(Gdiplus::CompositingMode mode) { call(Gdiplus::DllExports::GdipSetCompositingMode, mode); }
     /// Both replace the earlier clip; a box also becomes the limit.
-    void SetClip(const Box& box);
-    void SetClip(const Path& path);
+    void setClip(const Box& box);
+    void setClip(const Path& path);
 
     /// Sets the limit: nothing outside of the box shows, so drawing there can be left out. It does not clip.
-    void LimitTo(const Box& box) { limit = box; }
+    void limitTo(const Box& box) { limit = box; }
     /// The part of a box within the limit.
-    [[nodiscard]] Box Visible(const Box& box) const { return limit ? intersection(box, *limit) : box; }
+    [[nodiscard]] Box visible(const Box& box) const { return limit ? intersection(box, *limit) : box; }
 
-    void FillRectangle(const Brush& brush, const Box& box);
-    void FillPath(const Brush& brush, const Path& path);
-    void DrawPath(const Pen& pen, const Path& path);
-    void DrawLine(const Pen& pen, Point from, Point to);
+    void fillRectangle(const Brush& brush, const Box& box);
+    void fillPath(const Brush& brush, const Path& path);
+    void drawPath(const Pen& pen, const Path& path);
+    void drawLine(const Pen& pen, Point from, Point to);
     /// A joined line through all points.
-    void DrawLines(const Pen& pen, std::span<const Point> points);
+    void drawLines(const Pen& pen, std::span<const Point> points);
     /// Draws the picture, stretched to the box.
-    void DrawImage(const Bitmap& picture, const Box& box);
+    void drawImage(const Bitmap& picture, const Box& box);
     /// Copies a box of the picture to the same place of the surface.
-    void CopyImage(const Bitmap& picture, const Box& box);
+    void copyImage(const Bitmap& picture, const Box& box);
 
     /// Draws nothing with a null font or brush. A null format is GDI+'s default.
-    void DrawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
+    void drawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
                     const Brush* brush);
     /// The rectangle that the text takes in the layout rectangle; all zero when GDI+ cannot measure it.
-    RectF MeasureString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format);
+    RectF measureString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format);
     /// Vertical dots per inch; 96 on failure.
-    [[nodiscard]] float GetDpiY() const;
+    [[nodiscard]] float getDpiY() const;
 
   private:
     std::optional<Box> limit;

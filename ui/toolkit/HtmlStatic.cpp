@@ -70,10 +70,10 @@ HtmlStatic::HtmlStatic(HWND window) : Static(window) {
 }
 
 MessageResult HtmlStatic::OnSetText(LPARAM markup) {
-    StoreText(markup);
-    ReplaceRuns({});
+    storeText(markup);
+    replaceRuns({});
     // Running out of memory here is meant to end in the crash handling, so ReceiveMessage must not catch it.
-    crashOnException([this] { ReadMarkup(); });
+    crashOnException([this] { readMarkup(); });
     const Size client = GetClientSize();
     Layout(client.width, client.height);
     // The first link is the first that the keyboard reaches.
@@ -82,7 +82,7 @@ MessageResult HtmlStatic::OnSetText(LPARAM markup) {
     return handled(1);
 }
 
-void HtmlStatic::ReadMarkup() {
+void HtmlStatic::readMarkup() {
     const GumboTree tree(toUtf8(text));
     if (tree.wasCut())
         PDX_LOG(logWarning, "HtmlStatic::OnSetText",
@@ -90,10 +90,10 @@ void HtmlStatic::ReadMarkup() {
                 static_cast<uint32_t>(text.size()));
     SetAccessibleName(plainText(tree));
     if (const auto record = fontRecordOf(hwnd))
-        ReplaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
+        replaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
 }
 
-void HtmlStatic::ReplaceRuns(std::vector<TextRun> newRuns) {
+void HtmlStatic::replaceRuns(std::vector<TextRun> newRuns) {
     runs = std::move(newRuns);
     // The pressed run is gone, so its press must end here.
     if (pressedRun && GetCapture() == hwnd) ReleaseCapture();
@@ -109,21 +109,21 @@ FontRecord HtmlStatic::GetRunFont(const TextRun& run) const {
     return record;
 }
 
-bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
+bool HtmlStatic::placeRuns(int32_t width, float highest) {
     Graphics graphics(hwnd);
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
-    const float dpi = graphics.GetDpiY();
+    const float dpi = graphics.getDpiY();
     // Even a text of thousands of runs has few fonts; the limit is for a text that has thousands.
     constexpr size_t mostFonts = 64;
     std::map<FontRecord, RunFont> fonts;
     const auto makeFont = [&](const FontRecord& record) {
         const std::shared_ptr<Font> face = createFont(record);
         const auto measure = [&graphics, &format, face](std::wstring_view words) {
-            const RectF measured = graphics.MeasureString(words, face.get(), {}, &format);
+            const RectF measured = graphics.measureString(words, face.get(), {}, &format);
             return Extent{measured.width, measured.height};
         };
-        return RunFont{measure, face->GetHeight(dpi), measure(L" ").width};
+        return RunFont{measure, face->getHeight(dpi), measure(L" ").width};
     };
     const auto fontOf = [&](const TextRun& run) {
         const FontRecord record = GetRunFont(run);
@@ -136,12 +136,12 @@ bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
 
 void HtmlStatic::Layout(int32_t width, int32_t height) {
     if (width != GetClientSize().width) {
-        PlaceRuns(width);
+        placeRuns(width);
         return;
     }
-    scrollTrack->Home();
-    const bool fits = PlaceRuns(width, static_cast<float>(height));
-    if (!fits) PlaceRuns(width - scrollTrack->GetClientSize().width);
+    scrollTrack->home();
+    const bool fits = placeRuns(width, static_cast<float>(height));
+    if (!fits) placeRuns(width - scrollTrack->GetClientSize().width);
     scrollTrack->SetRange(0, fits ? 0 : scrollRange(boundsOf(runs).height, height));
     // A track left over from the previous text would make this one a tab stop.
     if (fits) scrollTrack->Show(SW_HIDE);
@@ -164,7 +164,7 @@ MessageResult HtmlStatic::OnMove(int32_t, int32_t) {
 }
 
 MessageResult HtmlStatic::Draw(Graphics& graphics) {
-    const TrackState track = scrollTrack->GetState();
+    const TrackState track = scrollTrack->getState();
     scrollTrack->Show(track.maximum > track.minimum ? SW_SHOW : SW_HIDE);
     const int32_t windowHeight = GetClientSize().height;
     const StringFormat format = CreateTextFormat();
@@ -177,8 +177,8 @@ MessageResult HtmlStatic::Draw(Graphics& graphics) {
             if (!face) face = createFont(GetRunFont(run));
             if (!brush) brush.emplace(run.style.color);
             const float y = placed.y - static_cast<float>(track.position);
-            graphics.DrawString(placed.text, face.get(), {placed.x, y, 0, 0}, &format, &*brush);
-            DrawFontLines(graphics, *face, {placed.x, y, placed.width, placed.height}, *brush);
+            graphics.drawString(placed.text, face.get(), {placed.x, y, 0, 0}, &format, &*brush);
+            drawFontLines(graphics, *face, {placed.x, y, placed.width, placed.height}, *brush);
         }
     }
     return handled();

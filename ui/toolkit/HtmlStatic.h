@@ -53,17 +53,17 @@ class HtmlStatic : public Static {
     MessageResult OnKeyDown(WPARAM key, int32_t repeatCount, bool extended, bool wasDown) override;
     MessageResult OnSetFocus(WPARAM previous) override;
 
-    [[nodiscard]] const std::vector<TextRun>& GetRuns() const { return runs; }
-    [[nodiscard]] const Trackbar& GetScrollTrack() const { return *scrollTrack; }
+    [[nodiscard]] const std::vector<TextRun>& getRuns() const { return runs; }
+    [[nodiscard]] const Trackbar& getScrollTrack() const { return *scrollTrack; }
 
   private:
     /// Parses the stored text: publishes its words as the accessible name and makes its runs.
-    void ReadMarkup();
-    void ReplaceRuns(std::vector<TextRun> newRuns);
+    void readMarkup();
+    void replaceRuns(std::vector<TextRun> newRuns);
     /// Places the text. For the window's own width it also sets up or hides the scroll track.
     void Layout(int32_t width, int32_t height);
     /// Returns false, with the text only partly placed, when it is higher than the limit.
-    bool PlaceRuns(int32_t width, float highest = std::numeric_limits<float>::infinity());
+    bool placeRuns(int32_t width, float highest = std::numeric_limits<float>::infinity());
     /// The run's font, underlined for the link under the pointer or with the focus.
     [[nodiscard]] FontRecord GetRunFont(const TextRun& run) const;
 

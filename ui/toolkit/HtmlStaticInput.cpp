@@ -27,14 +27,14 @@ constexpr struct {
     WPARAM key;
     void (Trackbar::*scroll)();
 } scrollKeys[] = {
-    {VK_PRIOR, &Trackbar::PageUp}, {VK_NEXT, &Trackbar::PageDown}, {VK_HOME, &Trackbar::Home},
-    {VK_END, &Trackbar::End},      {VK_UP, &Trackbar::LineUp},     {VK_DOWN, &Trackbar::LineDown},
+    {VK_PRIOR, &Trackbar::pageUp}, {VK_NEXT, &Trackbar::pageDown}, {VK_HOME, &Trackbar::home},
+    {VK_END, &Trackbar::end},      {VK_UP, &Trackbar::lineUp},     {VK_DOWN, &Trackbar::lineDown},
 };
 
 }  // namespace
 
 const TextRun* HtmlStatic::HitTest(int32_t x, int32_t y) const {
-    return linkAt(runs, static_cast<float>(x), static_cast<float>(y) + static_cast<float>(scrollTrack->GetPosition()));
+    return linkAt(runs, static_cast<float>(x), static_cast<float>(y) + static_cast<float>(scrollTrack->getPosition()));
 }
 
 MessageResult HtmlStatic::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -75,10 +75,10 @@ MessageResult HtmlStatic::OnMouseLeave() {
 
 MessageResult HtmlStatic::OnMouseWheel(int32_t delta, uint32_t, int32_t, int32_t) {
     if (!scrollTrack->IsVisible()) return unhandled();
-    const TrackState track = scrollTrack->GetState();
-    const int32_t position = track.clamped(wheeledPosition(track.position, scrollTrack->GetLineSize(), delta));
+    const TrackState track = scrollTrack->getState();
+    const int32_t position = track.clamped(wheeledPosition(track.position, scrollTrack->getLineSize(), delta));
     if (position != track.position) {
-        SendMessageW(scrollTrack->GetHandle(), setPosNotify, 0, position);
+        SendMessageW(scrollTrack->getHandle(), setPosNotify, 0, position);
         scrollTrack->Invalidate();
         Invalidate();
     }
@@ -177,7 +177,7 @@ void HtmlStatic::FocusNextControl() {
 void HtmlStatic::ScrollIntoView() {
     if (!scrollTrack->IsVisible()) return;
     const auto position =
-        positionToShow(coveredBy(runs[focusedRun]), scrollTrack->GetPosition(), GetClientSize().height);
+        positionToShow(coveredBy(runs[focusedRun]), scrollTrack->getPosition(), GetClientSize().height);
     if (position) scrollTrack->SetPosition(*position);
 }
 

@@ -44,7 +44,7 @@ bool isOpaque(const Bitmap& picture) {
 
 /// Scales by area without GDI+, which takes several times as long; false when the two pictures do not allow it.
 bool makeSmaller(const Bitmap& picture, const Bitmap& smaller) {
-    if (!isOpaque(picture) || !canScaleByArea(picture.GetSize(), smaller.GetSize())) return false;
+    if (!isOpaque(picture) || !canScaleByArea(picture.getSize(), smaller.getSize())) return false;
     const LockedPixels from(picture, Gdiplus::ImageLockModeRead, PixelFormat24bppRGB);
     const LockedPixels to(smaller, Gdiplus::ImageLockModeWrite, PixelFormat32bppARGB);
     if (!from || !to) return false;
@@ -72,13 +72,13 @@ std::unique_ptr<Bitmap> loadImageResource(uint16_t id) {
 
 std::unique_ptr<Bitmap> LoadPicture(uint16_t resourceNumber) { return loadImageResource(resourceNumber); }
 
-std::unique_ptr<Bitmap> ScalePicture(const Bitmap& picture, Size size) {
+std::unique_ptr<Bitmap> scalePicture(const Bitmap& picture, Size size) {
     auto scaled = std::make_unique<Bitmap>(size);
     if (scaled->native() && makeSmaller(picture, *scaled)) return scaled;
     Graphics graphics(*scaled);
     ApplyQuality(graphics);
-    graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    graphics.DrawImage(picture, {0, 0, size.width, size.height});
+    graphics.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    graphics.drawImage(picture, {0, 0, size.width, size.height});
     return graphics.lastStatus() == Gdiplus::Ok ? std::move(scaled) : nullptr;
 }
 

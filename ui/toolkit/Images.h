@@ -27,6 +27,6 @@ std::unique_ptr<Bitmap> LoadPicture(uint16_t resourceNumber);
 
 /// A copy of that size, for a picture that is painted often: stretching takes many times longer than copying. Null when
 /// GDI+ cannot make it.
-std::unique_ptr<Bitmap> ScalePicture(const Bitmap& picture, Size size);
+std::unique_ptr<Bitmap> scalePicture(const Bitmap& picture, Size size);
 
 }  // namespace pdx

@@ -9,19 +9,19 @@ LinkButton::LinkButton(HWND window) : Button(window) {
     hoverTextColor = palette::Blue[7];
 }
 
-bool LinkButton::IsOverText(POINT screenPoint) const {
+bool LinkButton::isOverText(POINT screenPoint) const {
     ScreenToClient(hwnd, &screenPoint);
     return contains(textBounds, static_cast<float>(screenPoint.x), static_cast<float>(screenPoint.y));
 }
 
 MessageResult LinkButton::OnNcHitTest(int32_t x, int32_t y) {
-    return handled(IsOverText({x, y}) ? HTCLIENT : HTNOWHERE);
+    return handled(isOverText({x, y}) ? HTCLIENT : HTNOWHERE);
 }
 
 MessageResult LinkButton::OnSetCursor(WPARAM window, int32_t, UINT) {
     POINT cursor{};
     if (reinterpret_cast<HWND>(window) != hwnd || !GetCursorPos(&cursor)) return unhandled();
-    const bool over = IsOverText(cursor);
+    const bool over = isOverText(cursor);
     if (over != overLink) {
         overLink = over;
         Invalidate();
@@ -61,9 +61,9 @@ void LinkButton::DrawBackground(Graphics&) {}
 
 void LinkButton::DrawContent(Graphics& graphics) {
     const bool hot = overLink || HasFocus();
-    const Color color = !IsEnabled() ? disabledTextColor : hot ? hoverTextColor : textColor;
+    const Color color = !isEnabled() ? disabledTextColor : hot ? hoverTextColor : textColor;
     const Brush brush(color);
-    const Font* face = IsEnabled() && hot && underlinedFont ? underlinedFont.get() : font.get();
+    const Font* face = isEnabled() && hot && underlinedFont ? underlinedFont.get() : font.get();
     textBounds = DrawTextInRect(graphics, text, face, GetClientRectF(), &brush, Gdiplus::StringAlignmentCenter);
 }
 

@@ -20,10 +20,10 @@ class LinkButton : public Button {
     void DrawContent(Graphics& graphics) override;
 
     /// The rectangle of the text in the client area; valid from SetText on, before the first paint.
-    [[nodiscard]] const RectF& GetTextBounds() const { return textBounds; }
+    [[nodiscard]] const RectF& getTextBounds() const { return textBounds; }
 
   private:
-    [[nodiscard]] bool IsOverText(POINT screenPoint) const;
+    [[nodiscard]] bool isOverText(POINT screenPoint) const;
 
     RectF textBounds;
     std::unique_ptr<Font> underlinedFont;

@@ -22,7 +22,7 @@ StringFormat CreateTextFormat();
 RectF measureText(HWND window, std::wstring_view text, const Font* font);
 
 /// Draws the lines under and through a text, as its font asks, where the platform does not draw them itself (Wine).
-void DrawFontLines(Graphics& graphics, const Font& font, const RectF& text, const Brush& brush);
+void drawFontLines(Graphics& graphics, const Font& font, const RectF& text, const Brush& brush);
 
 /// Draws the text with that horizontal alignment, vertically centred, and returns the rectangle that the text takes.
 /// A null font or brush draws nothing.

@@ -18,14 +18,14 @@ class ProgressBar : public Control {
     MessageResult OnTimer(WPARAM id) override;
     MessageResult Draw(Graphics& graphics) override;
 
-    [[nodiscard]] bool IsMarquee() const { return marquee; }
+    [[nodiscard]] bool isMarquee() const { return marquee; }
 
   protected:
-    void PaintGround(Graphics& buffer, const Box& part) override;
+    void paintGround(Graphics& buffer, const Box& part) override;
 
   private:
-    void SetMarquee(bool on);
-    void StartTimer();
+    void setMarquee(bool on);
+    void startTimer();
 
     Color gradientStart = palette::Coral[5];
     Color gradientEnd = palette::Crimson[5];

@@ -8,13 +8,13 @@ namespace pdx {
 namespace flat = Gdiplus::DllExports;
 
 MessageResult Static::OnSetText(LPARAM newText) {
-    StoreText(newText);
+    storeText(newText);
     // The native window never gets the text, so a screen reader finds only this name.
     SetAccessibleName(text);
     return handled();
 }
 
-void Static::StoreText(LPARAM newText) {
+void Static::storeText(LPARAM newText) {
     Invalidate();
     text = newText ? reinterpret_cast<const wchar_t*>(newText) : L"";
 }
@@ -26,10 +26,10 @@ MessageResult Static::Draw(Graphics& graphics) {
     if (wanted.trimming) {
         format.call(flat::GdipSetStringFormatTrimming, static_cast<Gdiplus::StringTrimming>(wanted.trimming));
         // A text that is cut with an ellipsis must not wrap.
-        format.AddFlags(Gdiplus::StringFormatFlagsNoWrap);
+        format.addFlags(Gdiplus::StringFormatFlagsNoWrap);
     }
     const Brush brush(textColor);
-    graphics.DrawString(text, font.get(), GetClientRectF(), &format, &brush);
+    graphics.drawString(text, font.get(), GetClientRectF(), &format, &brush);
     return handled(1);
 }
 

@@ -15,14 +15,14 @@ class Static : public Control {
     MessageResult OnSetText(LPARAM newText) override;
     MessageResult Draw(Graphics& graphics) override;
 
-    void SetTextColor(Color color) {
+    void setTextColor(Color color) {
         textColor = color;
         Invalidate();
     }
 
   protected:
     /// Stores the text and repaints.
-    void StoreText(LPARAM newText);
+    void storeText(LPARAM newText);
 
     std::wstring text;
 };

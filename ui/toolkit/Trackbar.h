@@ -24,12 +24,12 @@ class Trackbar : public Control {
     /// Clamps the position to the range. A change is set, painted, and posted to the parent as WM_VSCROLL or WM_HSCROLL
     /// with that code (TB_...).
     void SetPositionAndNotify(int64_t position, int32_t code);
-    void Home();
-    void End();
-    void LineUp();
-    void LineDown();
-    void PageUp();
-    void PageDown();
+    void home();
+    void end();
+    void lineUp();
+    void lineDown();
+    void pageUp();
+    void pageDown();
 
     using Window::SetPosition;
     // These send no notification to the parent.
@@ -37,13 +37,13 @@ class Trackbar : public Control {
     void SetPosition(int32_t position);
     void SetLineSize(int32_t size);
     void SetPageSize(int32_t size);
-    [[nodiscard]] int32_t GetPosition() const;
-    [[nodiscard]] int32_t GetLineSize() const;
+    [[nodiscard]] int32_t getPosition() const;
+    [[nodiscard]] int32_t getLineSize() const;
     /// The values of the native control now.
-    [[nodiscard]] TrackState GetState() const;
+    [[nodiscard]] TrackState getState() const;
 
   private:
-    void Notify(int32_t code);
+    void notify(int32_t code);
 
     bool dragging = false;
     int32_t dragAnchor = 0;

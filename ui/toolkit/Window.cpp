@@ -67,7 +67,7 @@ void Window::SetText(const std::wstring& text) { SetWindowTextW(hwnd, text.c_str
 void Window::SetFont(std::unique_ptr<Font> newFont) {
     if (!newFont) return;
     font = std::move(newFont);
-    const std::optional<LOGFONTW> logFont = font->GetLogFont();
+    const std::optional<LOGFONTW> logFont = font->getLogFont();
     NativeFont made(logFont ? CreateFontIndirectW(&*logFont) : nullptr);
     if (!hwnd || !made) return;
     // No redraw flag: native controls would paint at once, in the middle of a change of pages.
@@ -131,13 +131,13 @@ bool Window::IsVisible() const { return IsWindowVisible(hwnd); }
 bool Window::HasFocus() const { return hwnd && GetFocus() == hwnd; }
 
 MessageResult Window::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_MOUSEMOVE && !mouseTracked) BeginVisit(lparam);
+    if (message == WM_MOUSEMOVE && !mouseTracked) beginVisit(lparam);
     if (message == WM_MOUSELEAVE) mouseTracked = false;
-    const MessageResult result = CallHandler(message, wparam, lparam);
+    const MessageResult result = callHandler(message, wparam, lparam);
     return result.handled ? result : DefaultProc(message, wparam, lparam);
 }
 
-MessageResult Window::CallHandler(UINT message, WPARAM wparam, LPARAM lparam) {
+MessageResult Window::callHandler(UINT message, WPARAM wparam, LPARAM lparam) {
     const auto second = static_cast<uintptr_t>(lparam);
     // clang-format off
     switch (message) {
@@ -180,7 +180,7 @@ MessageResult Window::CallHandler(UINT message, WPARAM wparam, LPARAM lparam) {
     return unhandled();
 }
 
-void Window::BeginVisit(LPARAM place) {
+void Window::beginVisit(LPARAM place) {
     mouseTracked = true;
     OnMouseEnter(signedLow(static_cast<uintptr_t>(place)), signedHigh(static_cast<uintptr_t>(place)));
     TRACKMOUSEEVENT request{.cbSize = sizeof(TRACKMOUSEEVENT),
@@ -194,7 +194,7 @@ MessageResult Window::DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) {
     return handled(DefWindowProcW(hwnd, message, wparam, lparam));
 }
 
-MessageResult Window::ReceiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+MessageResult Window::receiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
     try {
         return HandleMessage(message, wparam, lparam);
     } catch (const std::exception& problem) {

@@ -131,14 +131,14 @@ class Window {
     /// Paints the client area over what lies behind the window.
     virtual MessageResult Draw(Graphics& /*graphics*/) { return unhandled(); }
 
-    [[nodiscard]] HWND GetHandle() const noexcept { return hwnd; }
-    [[nodiscard]] const Font* GetFont() const noexcept { return font.get(); }
+    [[nodiscard]] HWND getHandle() const noexcept { return hwnd; }
+    [[nodiscard]] const Font* getFont() const noexcept { return font.get(); }
 
   protected:
     /// HandleMessage for the platform's procedures. It logs an exception and passes the message to DefaultProc.
-    MessageResult ReceiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+    MessageResult receiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
     /// Draws what lies behind a part of the window into the paint buffer: what the topmost parent shows there.
-    virtual void PaintGround(Graphics& buffer, const Box& part);
+    virtual void paintGround(Graphics& buffer, const Box& part);
 
     HWND hwnd = nullptr;
     bool mouseTracked = false;
@@ -146,9 +146,9 @@ class Window {
 
   private:
     /// Unhandled for a message that has no handler.
-    MessageResult CallHandler(UINT message, WPARAM wparam, LPARAM lparam);
+    MessageResult callHandler(UINT message, WPARAM wparam, LPARAM lparam);
     /// Calls OnMouseEnter and requests the WM_MOUSELEAVE of the visit.
-    void BeginVisit(LPARAM place);
+    void beginVisit(LPARAM place);
 
     NativeFont nativeFont;
 };

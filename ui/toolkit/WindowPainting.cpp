@@ -17,8 +17,8 @@ class PaintSession {
     ~PaintSession() { EndPaint(window, &paint); }
     PaintSession(const PaintSession&) = delete;
     PaintSession& operator=(const PaintSession&) = delete;
-    [[nodiscard]] HDC GetContext() const { return paint.hdc; }
-    [[nodiscard]] Box GetBox() const { return paintedBox(paint.rcPaint); }
+    [[nodiscard]] HDC getContext() const { return paint.hdc; }
+    [[nodiscard]] Box getBox() const { return paintedBox(paint.rcPaint); }
 
   private:
     HWND window;
@@ -43,23 +43,23 @@ MessageResult Window::OnPaint() {
     RECT update{};
     GetUpdateRect(hwnd, &update, FALSE);
     const Box ground = paintedBox(update);
-    PaintGround(buffer, ground);
+    paintGround(buffer, ground);
 
     const PaintSession session(hwnd);
-    Graphics screen(session.GetContext());
-    const Box box = session.GetBox();
-    buffer.SetClip(box);
+    Graphics screen(session.getContext());
+    const Box box = session.getBox();
+    buffer.setClip(box);
     Draw(buffer);
     ApplyQuality(screen);
-    screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    screen.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
     // Nothing shows outside the client area, and a copy beyond the picture's edge is many times slower in Wine.
-    screen.CopyImage(picture, intersection(box, {0, 0, size.width, size.height}));
+    screen.copyImage(picture, intersection(box, {0, 0, size.width, size.height}));
     // Another window may have uncovered more of this one meanwhile.
     if (intersection(box, ground) != box) Invalidate();
     return handled();
 }
 
-void Window::PaintGround(Graphics& buffer, const Box& part) {
+void Window::paintGround(Graphics& buffer, const Box& part) {
     const HWND ancestor = topAncestor(hwnd);
     if (!ancestor || ancestor == hwnd) return;
     const Rect place = GetRectIn(ancestor);
@@ -77,7 +77,7 @@ MessageResult Window::OnPrintClient(WPARAM context, LPARAM) {
     ApplyQuality(graphics);
     RECT shown{};
     if (GetClipBox(reinterpret_cast<HDC>(context), &shown) > NULLREGION)
-        graphics.LimitTo({shown.left, shown.top, shown.right - shown.left, shown.bottom - shown.top});
+        graphics.limitTo({shown.left, shown.top, shown.right - shown.left, shown.bottom - shown.top});
     Draw(graphics);
     return handled();
 }

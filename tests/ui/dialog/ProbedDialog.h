@@ -58,7 +58,7 @@ class ProbedDialog : public ProbedRun {
         DestroyWindow(steps);
     }
 
-    [[nodiscard]] HWND window() const { return dialog->GetHandle(); }
+    [[nodiscard]] HWND window() const { return dialog->getHandle(); }
     [[nodiscard]] HWND item(int32_t id) const { return GetDlgItem(window(), id); }
     int send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
         return app().sendAppMessage(message, wparam, lparam);

@@ -19,15 +19,15 @@ namespace pdx::testing_support {
 
 class HtmlProbe : public HtmlStatic {
   public:
-    using HtmlStatic::GetRuns;
-    using HtmlStatic::GetScrollTrack;
+    using HtmlStatic::getRuns;
+    using HtmlStatic::getScrollTrack;
     using HtmlStatic::HtmlStatic;
-    void SetMarkup(const char* markup) { SetText(std::wstring(markup, markup + strlen(markup))); }
-    [[nodiscard]] std::vector<Place> places() const { return placesOf(GetRuns()); }
+    void setMarkup(const char* markup) { SetText(std::wstring(markup, markup + strlen(markup))); }
+    [[nodiscard]] std::vector<Place> places() const { return placesOf(getRuns()); }
     /// How far below the top of a run is the first row that is drawn on from end to end; 0 for none.
     [[nodiscard]] int32_t lineIn(size_t run) {
         const Drawn picture(*this);
-        const RectF place = coveredBy(GetRuns().at(run));
+        const RectF place = coveredBy(getRuns().at(run));
         const auto left = static_cast<int32_t>(place.x) + 1, right = static_cast<int32_t>(place.x + place.width) - 1;
         const auto top = static_cast<int32_t>(place.y);
         for (int32_t y = top + 1; y < static_cast<int32_t>(place.y + place.height); ++y) {
@@ -67,7 +67,7 @@ class HtmlStaticTest : public ::testing::Test {
     HtmlProbe& makeLabel(const Rect& place = {0, 0, 200, 100}, DWORD style = 0) {
         const HWND window =
             CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | style, place.left, place.top, place.width(),
-                            place.height(), dialog.GetHandle(), nullptr, nullptr, nullptr);
+                            place.height(), dialog.getHandle(), nullptr, nullptr, nullptr);
         labels.push_back(std::make_unique<HtmlProbe>(window));
         labels.back()->SetFont(CreateFontByName(textFace, 16, fontRegular));
         labels.back()->SetDefaultLineHeight({LineHeight::pixels, 26});
@@ -75,11 +75,11 @@ class HtmlStaticTest : public ::testing::Test {
     }
     HtmlProbe& makeLabel(const char* markup, const Rect& place) {
         HtmlProbe& label = makeLabel(place);
-        label.SetMarkup(markup);
+        label.setMarkup(markup);
         return label;
     }
     HWND makeButton(DWORD style = WS_TABSTOP) {
-        return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE | style, 300, 0, 50, 20, dialog.GetHandle(),
+        return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE | style, 300, 0, 50, 20, dialog.getHandle(),
                                nullptr, nullptr, nullptr);
     }
     static bool isTabStop(const Window& window) { return (window.GetStyle() & WS_TABSTOP) != 0; }

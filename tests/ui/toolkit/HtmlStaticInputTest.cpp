@@ -20,21 +20,21 @@ class HtmlStaticInputTest : public HtmlStaticTest {
   protected:
     /// A point in the middle of a run.
     static Point middleOf(const HtmlProbe& label, size_t run) {
-        const RectF place = coveredBy(label.GetRuns().at(run));
+        const RectF place = coveredBy(label.getRuns().at(run));
         return {static_cast<int32_t>(place.x + place.width / 2),
-                static_cast<int32_t>(place.y + place.height / 2) - label.GetScrollTrack().GetPosition()};
+                static_cast<int32_t>(place.y + place.height / 2) - label.getScrollTrack().getPosition()};
     }
     static void send(const HtmlProbe& label, UINT message, Point at) {
-        SendMessageW(label.GetHandle(), message, 0, MAKELPARAM(at.x, at.y));
+        SendMessageW(label.getHandle(), message, 0, MAKELPARAM(at.x, at.y));
     }
     static void press(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONDOWN, middleOf(label, run)); }
     static void letGo(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONUP, middleOf(label, run)); }
-    static void key(const HtmlProbe& label, WPARAM key) { SendMessageW(label.GetHandle(), WM_KEYDOWN, key, 1); }
+    static void key(const HtmlProbe& label, WPARAM key) { SendMessageW(label.getHandle(), WM_KEYDOWN, key, 1); }
     static bool isUnderlined(HtmlProbe& label, size_t run) { return label.lineIn(run) > 0; }
     /// Whether it waits for a paint, which it then gets.
     static bool repaints(const HtmlProbe& label) {
-        const bool dirty = GetUpdateRect(label.GetHandle(), nullptr, FALSE);
-        UpdateWindow(label.GetHandle());
+        const bool dirty = GetUpdateRect(label.getHandle(), nullptr, FALSE);
+        UpdateWindow(label.getHandle());
         return dirty;
     }
 };
@@ -92,7 +92,7 @@ TEST_F(HtmlStaticInputTest, TheParentMaySetAnotherTextBeforeItReadsTheLink) {
 
 TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
-    UpdateWindow(label.GetHandle());
+    UpdateWindow(label.getHandle());
     repaints(label);
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
     EXPECT_TRUE(repaints(label));
@@ -105,7 +105,7 @@ TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     EXPECT_TRUE(repaints(label));
     EXPECT_FALSE(isUnderlined(label, 1));
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
-    SendMessageW(label.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    SendMessageW(label.getHandle(), WM_MOUSELEAVE, 0, 0);
     EXPECT_TRUE(repaints(label));
     EXPECT_FALSE(isUnderlined(label, 3)) << "the pointer has left the label";
     // While one is pressed the others stay as they are.
@@ -115,7 +115,7 @@ TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
     EXPECT_TRUE(isUnderlined(label, 1));
     letGo(label, 1);
-    label.SetMarkup(twoLinks);
+    label.setMarkup(twoLinks);
     EXPECT_FALSE(isUnderlined(label, 1)) << "a new text";
 }
 
@@ -126,9 +126,9 @@ TEST_F(HtmlStaticInputTest, TheCursorIsAHandOnALink) {
     const auto cursorOver = [&](size_t run) {
         const Point middle = middleOf(label, run);
         POINT screen = {middle.x, middle.y};
-        ClientToScreen(label.GetHandle(), &screen);
+        ClientToScreen(label.getHandle(), &screen);
         SetCursorPos(screen.x, screen.y);
-        SendMessageW(label.GetHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(label.GetHandle()),
+        SendMessageW(label.getHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(label.getHandle()),
                      MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
         return GetCursor();
     };
@@ -141,7 +141,7 @@ TEST_F(HtmlStaticInputTest, TheCursorIsAHandOnALink) {
 
 TEST_F(HtmlStaticInputTest, ALinkIsWhereItIsScrolledTo) {
     HtmlProbe& label = makeLabel("<a href=first>first</a><br>b<br>c<br>d<br><a href=last>last</a>", {20, 20, 220, 80});
-    const size_t last = label.GetRuns().size() - 1;
+    const size_t last = label.getRuns().size() - 1;
     const Point place = middleOf(label, last);
     press(label, last);
     letGo(label, last);
@@ -160,14 +160,14 @@ TEST_F(HtmlStaticInputTest, ALinkIsWhereItIsScrolledTo) {
 
 TEST_F(HtmlStaticInputTest, ScrollsByKeyboard) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5<br>6<br>7<br>8<br>9<br>10", {0, 0, 200, 50});
-    const Trackbar& track = label.GetScrollTrack();
-    const int32_t end = track.GetState().maximum;
+    const Trackbar& track = label.getScrollTrack();
+    const int32_t end = track.getState().maximum;
     ASSERT_GT(end, 150);
     const std::pair<WPARAM, int32_t> steps[] = {{VK_DOWN, 20}, {VK_NEXT, 70},     {VK_UP, 50}, {VK_PRIOR, 0},
                                                 {VK_END, end}, {VK_UP, end - 20}, {VK_HOME, 0}};
     for (const auto& [pressed, position] : steps) {
         EXPECT_TRUE(label.OnKeyDown(pressed, 1, false, false).handled);
-        EXPECT_EQ(track.GetPosition(), position) << pressed;
+        EXPECT_EQ(track.getPosition(), position) << pressed;
     }
     EXPECT_FALSE(label.OnKeyDown(VK_SPACE, 1, false, false).handled);
 }
@@ -175,43 +175,43 @@ TEST_F(HtmlStaticInputTest, ScrollsByKeyboard) {
 TEST_F(HtmlStaticInputTest, ScrollsByWheelWhenTheTrackShows) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5<br>6", {0, 0, 200, 50});
     for (const auto& [delta, position] : {std::pair{-120, 20}, {30, 15}, {12000, 0}}) {
-        UpdateWindow(label.GetHandle());
-        SendMessageW(label.GetHandle(), WM_MOUSEWHEEL, static_cast<WPARAM>(delta) << 16, MAKELPARAM(60, 60));
-        EXPECT_EQ(label.GetScrollTrack().GetPosition(), position);
+        UpdateWindow(label.getHandle());
+        SendMessageW(label.getHandle(), WM_MOUSEWHEEL, static_cast<WPARAM>(delta) << 16, MAKELPARAM(60, 60));
+        EXPECT_EQ(label.getScrollTrack().getPosition(), position);
     }
 }
 
 TEST_F(HtmlStaticInputTest, AMoveOfTheTrackRepaintsTheText) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5", {0, 0, 200, 50});
-    UpdateWindow(label.GetHandle());
+    UpdateWindow(label.getHandle());
     key(label, VK_DOWN);
-    EXPECT_FALSE(GetUpdateRect(label.GetHandle(), nullptr, FALSE)) << "the track tells of it by a posted message";
-    EXPECT_TRUE(pumpUntil([&] { return GetUpdateRect(label.GetHandle(), nullptr, FALSE) != FALSE; }));
+    EXPECT_FALSE(GetUpdateRect(label.getHandle(), nullptr, FALSE)) << "the track tells of it by a posted message";
+    EXPECT_TRUE(pumpUntil([&] { return GetUpdateRect(label.getHandle(), nullptr, FALSE) != FALSE; }));
 }
 
 TEST_F(HtmlStaticInputTest, FocusScrollsTheLinkIntoView) {
     HtmlProbe& label = makeLabel("<a href=x>a</a><br>b<br>c<br>d<br>e<br><a href=y>f</a>", {0, 0, 200, 60});
     makeButton();
-    UpdateWindow(label.GetHandle());
-    const Trackbar& track = label.GetScrollTrack();
+    UpdateWindow(label.getHandle());
+    const Trackbar& track = label.getScrollTrack();
     ASSERT_TRUE(track.IsVisible());
-    ::SetFocus(label.GetHandle());
-    EXPECT_EQ(track.GetPosition(), 0);
+    ::SetFocus(label.getHandle());
+    EXPECT_EQ(track.getPosition(), 0);
     key(label, VK_TAB);
-    const RectF last = coveredBy(label.GetRuns().back());
-    EXPECT_EQ(track.GetPosition(), static_cast<int32_t>(last.y + last.height - 60));
+    const RectF last = coveredBy(label.getRuns().back());
+    EXPECT_EQ(track.getPosition(), static_cast<int32_t>(last.y + last.height - 60));
 }
 
 TEST_F(HtmlStaticInputTest, WithoutLinksItKeepsTheFocusOnlyToScroll) {
     HtmlProbe& label = makeLabel({0, 0, 200, 60});
     const HWND button = makeButton();
     label.SetText(L"words");
-    ::SetFocus(label.GetHandle());
+    ::SetFocus(label.getHandle());
     EXPECT_EQ(GetFocus(), button);
     label.SetText(L"one<br>two<br>three");
-    UpdateWindow(label.GetHandle());
-    ::SetFocus(label.GetHandle());
-    EXPECT_EQ(GetFocus(), label.GetHandle());
+    UpdateWindow(label.getHandle());
+    ::SetFocus(label.getHandle());
+    EXPECT_EQ(GetFocus(), label.getHandle());
     key(label, VK_TAB);
     EXPECT_EQ(GetFocus(), button);
 }
@@ -219,7 +219,7 @@ TEST_F(HtmlStaticInputTest, WithoutLinksItKeepsTheFocusOnlyToScroll) {
 TEST_F(HtmlStaticInputTest, LabelsThatHandTheFocusOnDoNotDoSoForEver) {
     HtmlProbe &one = makeLabel({0, 0, 100, 60}, WS_TABSTOP), &two = makeLabel({0, 60, 100, 120}, WS_TABSTOP);
     ASSERT_TRUE(isTabStop(one) && isTabStop(two));
-    ::SetFocus(one.GetHandle());
+    ::SetFocus(one.getHandle());
     EXPECT_TRUE(one.HasFocus() || two.HasFocus());
 }
 
@@ -227,7 +227,7 @@ TEST_F(HtmlStaticInputTest, EnterFollowsThePressedLinkOnly) {
     HtmlProbe& label = makeLabel("words", {0, 0, 280, 80});
     EXPECT_TRUE(label.OnKeyDown(VK_RETURN, 1, false, false).handled);
     EXPECT_THAT(dialog.links, IsEmpty());
-    label.SetMarkup(twoLinks);
+    label.setMarkup(twoLinks);
     press(label, 3);
     key(label, VK_RETURN);
     EXPECT_THAT(dialog.links, ElementsAre(L"action:two")) << "though the first has the focus";

@@ -21,9 +21,9 @@ constexpr unsigned char twoPixels[] = {
 TEST(Pictures, AreDecodedFromTheirFile) {
     const auto picture = decodePicture(asFile(twoPixels));
     ASSERT_NE(picture, nullptr);
-    EXPECT_EQ(picture->GetSize(), (Size{2, 1}));
-    EXPECT_EQ(picture->GetPixel({0, 0}), 0x80FF0000u);
-    EXPECT_EQ(picture->GetPixel({1, 0}), 0xFF0000FFu);
+    EXPECT_EQ(picture->getSize(), (Size{2, 1}));
+    EXPECT_EQ(picture->getPixel({0, 0}), 0x80FF0000u);
+    EXPECT_EQ(picture->getPixel({1, 0}), 0xFF0000FFu);
 }
 
 TEST(Pictures, AreNullWhenTheyAreMissingOrBroken) {
@@ -39,24 +39,24 @@ TEST(Pictures, LookInAnotherSizeAsWhenTheyAreStretched) {
     const auto background = LoadPicture(backgroundPictureNumber);
     ASSERT_NE(background, nullptr);
     const Size size = {480, 450};
-    const auto scaled = ScalePicture(*background, size);
+    const auto scaled = scalePicture(*background, size);
     ASSERT_NE(scaled, nullptr);
-    ASSERT_EQ(scaled->GetSize(), size);
+    ASSERT_EQ(scaled->getSize(), size);
     const Bitmap stretched(size);
     Graphics graphics(stretched);
     ApplyQuality(graphics);
-    graphics.DrawImage(*background, {0, 0, size.width, size.height});
+    graphics.drawImage(*background, {0, 0, size.width, size.height});
     // Wine's stretching looks at four of the five pixels and more under each one, two thirds of a pixel off their
     // middle, and so has the edges of the picture otherwise: 14 levels at most.
     for (int32_t y = 0; y < size.height; ++y)
         for (int32_t x = 0; x < size.width; ++x) {
-            const Color one = scaled->GetPixel({x, y}), other = stretched.GetPixel({x, y});
+            const Color one = scaled->getPixel({x, y}), other = stretched.getPixel({x, y});
             ASSERT_EQ(one >> 24, 0xFFu) << "nothing shines through";
             for (const int shift : {0, 8, 16})
                 ASSERT_NEAR(static_cast<int>(one >> shift & 0xFF), static_cast<int>(other >> shift & 0xFF), 16);
         }
-    EXPECT_EQ(ScalePicture(*background, {0, 5}), nullptr);
-    EXPECT_EQ(ScalePicture(*background, {1200, 5})->GetSize(), (Size{1200, 5})) << "larger";
+    EXPECT_EQ(scalePicture(*background, {0, 5}), nullptr);
+    EXPECT_EQ(scalePicture(*background, {1200, 5})->getSize(), (Size{1200, 5})) << "larger";
 }
 
 }  // namespace

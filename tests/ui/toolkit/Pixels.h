@@ -26,7 +26,7 @@ inline RectF measured(std::wstring_view text, float size, int32_t style) {
     Graphics graphics(GetDesktopWindow());
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
-    return graphics.MeasureString(text, font.get(), {}, &format);
+    return graphics.measureString(text, font.get(), {}, &format);
 }
 
 /// What a window draws on a clear ground.
@@ -38,7 +38,7 @@ struct Drawn {
         EXPECT_TRUE(result.handled);
         EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
     }
-    [[nodiscard]] Color at(int32_t x, int32_t y) const { return bitmap.GetPixel({x, y}); }
+    [[nodiscard]] Color at(int32_t x, int32_t y) const { return bitmap.getPixel({x, y}); }
     /// The pixel that covers most in a part of it.
     [[nodiscard]] Color strongest(const RectF& part) const {
         Color found = 0;

@@ -68,7 +68,7 @@ class Widgets : public ::testing::Test {
     void TearDown() override { ReleaseCapture(); }
     HWND make(const wchar_t* windowClass, DWORD style, const Box& box = {20, 20, 100, 40}, bool visible = true) {
         return CreateWindowExW(0, windowClass, L"", WS_CHILD | (visible ? WS_VISIBLE : 0) | style, box.x, box.y,
-                               box.width, box.height, dialog.GetHandle(), nullptr, nullptr, nullptr);
+                               box.width, box.height, dialog.getHandle(), nullptr, nullptr, nullptr);
     }
     static void moveCursor(POINT screen) {
         SetCursorPos(screen.x, screen.y);
@@ -78,7 +78,7 @@ class Widgets : public ::testing::Test {
     }
     void moveCursorTo(const Window& widget, int32_t x, int32_t y) {
         POINT place = {x, y};
-        ClientToScreen(widget.GetHandle(), &place);
+        ClientToScreen(widget.getHandle(), &place);
         moveCursor(place);
     }
     static Size measured(std::wstring_view text, float size) {
@@ -103,7 +103,7 @@ std::vector<Color> onScreen(HWND window) {
 
 template <typename Widget>
 void expectStatesOf(Widget& widget, const std::function<void(int32_t, int32_t)>& moveCursor) {
-    const HWND window = widget.GetHandle();
+    const HWND window = widget.getHandle();
     EXPECT_EQ(widget.GetVisualState(), normal);
     SetFocus(window);
     EXPECT_EQ(widget.GetVisualState(), focused);
@@ -125,11 +125,11 @@ void expectStatesOf(Widget& widget, const std::function<void(int32_t, int32_t)>&
 TEST_F(Widgets, ButtonsAndBoxesTakeTheirStateFromTheNativeControl) {
     Button button(make(L"BUTTON", BS_PUSHBUTTON));
     expectStatesOf(button, [&](int32_t x, int32_t y) { moveCursorTo(button, x, y); });
-    SetFocus(dialog.GetHandle());
+    SetFocus(dialog.getHandle());
     Checkbox box(make(L"BUTTON", BS_AUTOCHECKBOX, {150, 20, 100, 40}));
     expectStatesOf(box, [&](int32_t x, int32_t y) { moveCursorTo(box, x, y); });
     EXPECT_FALSE(box.IsChecked()) << "it was taken away under the press";
-    SendMessageW(box.GetHandle(), BM_CLICK, 0, 0);
+    SendMessageW(box.getHandle(), BM_CLICK, 0, 0);
     EXPECT_TRUE(box.IsChecked());
     box.SetChecked(false);
     EXPECT_FALSE(box.IsChecked());
@@ -138,9 +138,9 @@ TEST_F(Widgets, ButtonsAndBoxesTakeTheirStateFromTheNativeControl) {
 TEST_F(Widgets, AButtonRepaintsWhenThePointerComesAndGoes) {
     Button button(make(L"BUTTON", BS_PUSHBUTTON));
     for (const UINT message : {WM_MOUSEMOVE, WM_MOUSELEAVE}) {
-        UpdateWindow(button.GetHandle());
-        SendMessageW(button.GetHandle(), message, 0, MAKELPARAM(5, 5));
-        EXPECT_TRUE(GetUpdateRect(button.GetHandle(), nullptr, FALSE)) << message;
+        UpdateWindow(button.getHandle());
+        SendMessageW(button.getHandle(), message, 0, MAKELPARAM(5, 5));
+        EXPECT_TRUE(GetUpdateRect(button.getHandle(), nullptr, FALSE)) << message;
     }
 }
 
@@ -152,7 +152,7 @@ TEST_F(Widgets, AButtonShowsAndNamesItsLabelInCapitals) {
          {std::pair<std::wstring, std::wstring>{L"Let's go", L"LET'S GO"}, {L"zur\u00fcck az", L"ZUR\u00fcCK AZ"}}) {
         button.SetText(label);
         EXPECT_EQ(button.GetText(), shown);
-        EXPECT_EQ(names.names().back(), std::pair(button.GetHandle(), shown));
+        EXPECT_EQ(names.names().back(), std::pair(button.getHandle(), shown));
         const Size text = measured(shown, 14);
         EXPECT_EQ(button.GetPreferredSize(), (Size{text.width + 32, text.height + 18}));
     }
@@ -175,7 +175,7 @@ TEST_F(Widgets, ALinkIsHitOnItsTextAlone) {
     LinkButton link(make(L"BUTTON", BS_PUSHBUTTON, {20, 20, 300, 40}, false));
     link.SetFont(CreateFontByName(textFace, 16, fontRegular));
     link.SetText(L"Customize setup");
-    const RectF text = link.GetTextBounds();
+    const RectF text = link.getTextBounds();
     EXPECT_GT(text.width, 50) << "before it was ever painted";
     EXPECT_NEAR(text.x + text.width / 2, 150, 1);
     EXPECT_NEAR(text.y + text.height / 2, 20, 1);
@@ -184,15 +184,15 @@ TEST_F(Widgets, ALinkIsHitOnItsTextAlone) {
     const auto bottom = static_cast<int32_t>(std::ceil(text.y + text.height));
     const auto hit = [&](int32_t x, int32_t y) {
         POINT place = {x, y};
-        ClientToScreen(link.GetHandle(), &place);
-        return SendMessageW(link.GetHandle(), WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y));
+        ClientToScreen(link.getHandle(), &place);
+        return SendMessageW(link.getHandle(), WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y));
     };
     EXPECT_EQ(hit(left, top), HTCLIENT);
     EXPECT_EQ(hit(right - 1, bottom - 1), HTCLIENT);
     for (const Point outside : {Point{left - 1, top}, {left, top - 1}, {right, top}, {left, bottom}})
         EXPECT_EQ(hit(outside.x, outside.y), HTNOWHERE) << outside.x << " " << outside.y;
     link.SetPosition({20, 20, 220, 60}, SWP_NOZORDER);
-    EXPECT_NEAR(link.GetTextBounds().x + text.width / 2, 100, 1) << "follows the size";
+    EXPECT_NEAR(link.getTextBounds().x + text.width / 2, 100, 1) << "follows the size";
 }
 
 TEST_F(Widgets, ALinkLightsUpUnderThePointerOrWithTheFocus) {
@@ -200,21 +200,21 @@ TEST_F(Widgets, ALinkLightsUpUnderThePointerOrWithTheFocus) {
     link.SetFont(CreateFontByName(textFace, 16, fontRegular));
     link.SetText(L"Customize setup");
     const auto setCursor = [&](HWND over) {
-        return SendMessageW(link.GetHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(over),
+        return SendMessageW(link.getHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(over),
                             MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
     };
     constexpr Color cold = 0xFF6897FD, hot = 0xFF5288FD, greyed = palette::disabledText;
     moveCursorTo(link, 150, 20);
-    setCursor(dialog.GetHandle());
+    setCursor(dialog.getHandle());
     EXPECT_TRUE(alike(Drawn(link).strongest(), cold)) << "another window's cursor";
-    EXPECT_EQ(setCursor(link.GetHandle()), 1);
+    EXPECT_EQ(setCursor(link.getHandle()), 1);
     EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));
     EXPECT_TRUE(alike(Drawn(link).strongest(), hot));
-    SendMessageW(link.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    SendMessageW(link.getHandle(), WM_MOUSELEAVE, 0, 0);
     EXPECT_TRUE(alike(Drawn(link).strongest(), cold));
-    SetFocus(link.GetHandle());
+    SetFocus(link.getHandle());
     EXPECT_TRUE(alike(Drawn(link).strongest(), hot));
-    EnableWindow(link.GetHandle(), FALSE);
+    EnableWindow(link.getHandle(), FALSE);
     EXPECT_TRUE(alike(Drawn(link).strongest(), greyed));
 }
 
@@ -224,7 +224,7 @@ TEST_F(Widgets, ABarsTimerRunsWhileItMovesAndShows) {
     // A timer that is there can be killed; it is put back.
     const auto ticks = [&] { return KillTimer(window, 100) && SetTimer(window, 100, 20, nullptr) != 0; };
     const auto place = [&](UINT flag) { SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | flag); };
-    EXPECT_TRUE(bar.IsMarquee()) << "by its style";
+    EXPECT_TRUE(bar.isMarquee()) << "by its style";
     EXPECT_FALSE(ticks()) << "hidden";
     place(SWP_SHOWWINDOW);
     EXPECT_TRUE(ticks());
@@ -232,43 +232,43 @@ TEST_F(Widgets, ABarsTimerRunsWhileItMovesAndShows) {
     EXPECT_FALSE(ticks());
     place(SWP_SHOWWINDOW);
     SendMessageW(window, PBM_SETPOS, 40, 0);
-    EXPECT_FALSE(bar.IsMarquee() || ticks()) << "the first position ends it";
+    EXPECT_FALSE(bar.isMarquee() || ticks()) << "the first position ends it";
     place(SWP_HIDEWINDOW);
     place(SWP_SHOWWINDOW);
     EXPECT_FALSE(ticks());
     SendMessageW(window, PBM_SETMARQUEE, TRUE, 20);
-    EXPECT_TRUE(bar.IsMarquee() && ticks());
+    EXPECT_TRUE(bar.isMarquee() && ticks());
     EXPECT_FALSE(KillTimer(window, 1)) << "no second one of the native control's";
     SendMessageW(window, PBM_SETMARQUEE, FALSE, 0);
-    EXPECT_FALSE(bar.IsMarquee() || ticks());
+    EXPECT_FALSE(bar.isMarquee() || ticks());
 }
 
 TEST_F(Widgets, ABarShowsTheGroundOfThePageThatItAppearsOn) {
     Color color = coral;
-    dialog.painter = [&](Graphics& graphics) { graphics.FillRectangle(Brush(color), {0, 0, 500, 500}); };
+    dialog.painter = [&](Graphics& graphics) { graphics.fillRectangle(Brush(color), {0, 0, 500, 500}); };
     ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
-    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), coral));
+    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({0, 0}), coral));
     color = buttonBlue;
     bar.Show(SW_HIDE);
     bar.Show(SW_SHOW);
-    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), buttonBlue));
-    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({160, 4}), grey));
+    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({0, 0}), buttonBlue));
+    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({160, 4}), grey));
 }
 
 TEST_F(Widgets, AStepOfABarLeavesWhatAWholePaintShows) {
-    dialog.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(coral), {0, 0, 500, 500}); };
+    dialog.painter = [](Graphics& graphics) { graphics.fillRectangle(Brush(coral), {0, 0, 500, 500}); };
     ProgressBar bar(make(PROGRESS_CLASSW, PBS_MARQUEE, {20, 20, 320, 8}));
-    UpdateWindow(bar.GetHandle());
-    const std::vector<Color> first = onScreen(bar.GetHandle());
+    UpdateWindow(bar.getHandle());
+    const std::vector<Color> first = onScreen(bar.getHandle());
     bool moved = false;
     for (int step = 0; step < 25; ++step) {
         Sleep(40);  // the chunks go by the system's clock
-        SendMessageW(bar.GetHandle(), WM_TIMER, 100, 0);
-        UpdateWindow(bar.GetHandle());
-        const std::vector<Color> left = onScreen(bar.GetHandle());
+        SendMessageW(bar.getHandle(), WM_TIMER, 100, 0);
+        UpdateWindow(bar.getHandle());
+        const std::vector<Color> left = onScreen(bar.getHandle());
         bar.Invalidate();
-        UpdateWindow(bar.GetHandle());
-        ASSERT_EQ(left, onScreen(bar.GetHandle())) << step;
+        UpdateWindow(bar.getHandle());
+        ASSERT_EQ(left, onScreen(bar.getHandle())) << step;
         moved = moved || left != first;
     }
     EXPECT_TRUE(moved);
@@ -281,15 +281,15 @@ TEST_F(Widgets, ATrackbarTellsItsParentWhereItWasTaken) {
     track.SetPageSize(100);
     track.SetLineSize(20);
     const auto mouse = [&](UINT message, int32_t along) {
-        SendMessageW(track.GetHandle(), message, MK_LBUTTON, MAKELPARAM(4, along));
+        SendMessageW(track.getHandle(), message, MK_LBUTTON, MAKELPARAM(4, along));
     };
-    const auto wheel = [&](int32_t delta) { SendMessageW(track.GetHandle(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0); };
+    const auto wheel = [&](int32_t delta) { SendMessageW(track.getHandle(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0); };
     using Told = std::vector<Scroll>;
     dialog.take();
     mouse(WM_MOUSEMOVE, 40);
     EXPECT_EQ(dialog.take(), Told{}) << "nothing is dragged";
     mouse(WM_LBUTTONDOWN, 10);
-    EXPECT_EQ(GetCapture(), track.GetHandle());
+    EXPECT_EQ(GetCapture(), track.getHandle());
     mouse(WM_MOUSEMOVE, 30);
     EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 40}}));
     mouse(WM_MOUSEMOVE, 500);
@@ -305,14 +305,14 @@ TEST_F(Widgets, ATrackbarTellsItsParentWhereItWasTaken) {
     wheel(120);
     wheel(-60);
     EXPECT_EQ(dialog.take(), (Told{{vertical, TB_LINEUP, 80}, {vertical, TB_LINEDOWN, 90}}));
-    track.Home();
-    track.Home();
-    track.LineDown();
-    track.End();
+    track.home();
+    track.home();
+    track.lineDown();
+    track.end();
     EXPECT_EQ(dialog.take(), (Told{{vertical, TB_TOP, 0}, {vertical, TB_LINEDOWN, 20}, {vertical, TB_BOTTOM, 100}}));
     track.SetPosition(50);
     EXPECT_EQ(dialog.take(), Told{}) << "without a word";
-    EXPECT_TRUE(GetUpdateRect(track.GetHandle(), nullptr, FALSE));
+    EXPECT_TRUE(GetUpdateRect(track.getHandle(), nullptr, FALSE));
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ class WindowTest : public ::testing::Test {
   protected:
     void SetUp() override {
         ASSERT_NE(dialog.Create({}), nullptr);
-        SetWindowPos(dialog.GetHandle(), nullptr, 100, 100, 400, 300, SWP_NOZORDER | SWP_NOACTIVATE);
+        SetWindowPos(dialog.getHandle(), nullptr, 100, 100, 400, 300, SWP_NOZORDER | SWP_NOACTIVATE);
     }
     CreateParams childParams() {
         return {.windowName = "child",
@@ -60,7 +60,7 @@ class WindowTest : public ::testing::Test {
                 .y = 20,
                 .width = 30,
                 .height = 40,
-                .parent = dialog.GetHandle()};
+                .parent = dialog.getHandle()};
     }
 
     TestDialog dialog;
@@ -86,16 +86,16 @@ TEST_F(WindowTest, AFailedCreateIsLoggedAndLeavesNoHandle) {
     NotingControl control;
     control.className = "no such class";
     EXPECT_EQ(
-        control.Create({.windowName = "name", .style = 0x50000000, .exStyle = 0x20, .parent = dialog.GetHandle()}),
+        control.Create({.windowName = "name", .style = 0x50000000, .exStyle = 0x20, .parent = dialog.getHandle()}),
         nullptr);
-    EXPECT_EQ(control.GetHandle(), nullptr);
+    EXPECT_EQ(control.getHandle(), nullptr);
     CreateWindowExA(0, control.className, "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     const auto error = static_cast<unsigned>(GetLastError());
     char expected[300];
     snprintf(expected, sizeof expected,
              "2 Window::Create Failed to create window: error=%08x; exStyle=00000020; className=no such class; "
              "windowName=name; style=50000000; parent=%08x; instance=00000000",
-             error, static_cast<unsigned>(reinterpret_cast<uintptr_t>(dialog.GetHandle())));
+             error, static_cast<unsigned>(reinterpret_cast<uintptr_t>(dialog.getHandle())));
     EXPECT_THAT(log.takeTexts(), ElementsAre(expected));
 }
 
@@ -110,28 +110,28 @@ TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
     {
         const NotingControl outlives(button);
         DestroyWindow(button);
-        EXPECT_EQ(outlives.GetHandle(), button) << "the object outlives its window";
+        EXPECT_EQ(outlives.getHandle(), button) << "the object outlives its window";
     }
 }
 
 TEST_F(WindowTest, AVisitOfThePointerBeginsBeforeItsFirstMove) {
     NotingControl control(dialog.GetItem(12));
-    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(3, -4));
+    SendMessageW(control.getHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(3, -4));
     EXPECT_THAT(control.notes, ElementsAre("enter 3 -4", "move 3 -4"));
     control.notes.clear();
-    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
-    SendMessageW(control.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    SendMessageW(control.getHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
+    SendMessageW(control.getHandle(), WM_MOUSELEAVE, 0, 0);
     EXPECT_THAT(control.notes, ElementsAre("move 5 6", "leave 0 0"));
     control.notes.clear();
-    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(7, 8));
+    SendMessageW(control.getHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(7, 8));
     EXPECT_THAT(control.notes, ElementsAre("enter 7 8", "move 7 8"));
 }
 
 TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
     const CapturedLog log;
     NotingControl control(dialog.GetItem(12));
-    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F1, 1), 0);
-    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F2, 1), 0);
+    EXPECT_EQ(SendMessageW(control.getHandle(), WM_KEYDOWN, VK_F1, 1), 0);
+    EXPECT_EQ(SendMessageW(control.getHandle(), WM_KEYDOWN, VK_F2, 1), 0);
     EXPECT_THAT(log.takeTexts(),
                 ElementsAre("0 Window::ReceiveMessage Message failed: message=0100; error=no such page",
                             "0 Window::ReceiveMessage Message failed: message=0100"));
@@ -139,14 +139,14 @@ TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
 
 TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
     NotingControl control(dialog.GetItem(12));
-    EXPECT_NE(control.GetFont(), nullptr) << "of the template";
+    EXPECT_NE(control.getFont(), nullptr) << "of the template";
     control.SetFont(CreateFontByName(L"no such face", 20, fontBold | fontItalic));
     EXPECT_THAT(control.notes, ElementsAre("font 0 0"));
-    ASSERT_NE(control.GetFont(), nullptr);
-    EXPECT_EQ(control.GetFont()->GetSize(), 20);
-    EXPECT_EQ(control.GetFont()->GetStyle(), fontBold | fontItalic);
+    ASSERT_NE(control.getFont(), nullptr);
+    EXPECT_EQ(control.getFont()->getSize(), 20);
+    EXPECT_EQ(control.getFont()->GetStyle(), fontBold | fontItalic);
 
-    const auto native = reinterpret_cast<HFONT>(SendMessageW(control.GetHandle(), WM_GETFONT, 0, 0));
+    const auto native = reinterpret_cast<HFONT>(SendMessageW(control.getHandle(), WM_GETFONT, 0, 0));
     LOGFONTW record{};
     ASSERT_EQ(GetObjectW(native, sizeof record, &record), static_cast<int>(sizeof record));
     EXPECT_EQ(record.lfHeight, -20);
@@ -154,7 +154,7 @@ TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
     EXPECT_TRUE(record.lfItalic);
 
     control.SetFont(nullptr);
-    ASSERT_NE(control.GetFont(), nullptr) << "null changes nothing";
+    ASSERT_NE(control.getFont(), nullptr) << "null changes nothing";
     control.SetFont(CreateFontByName(L"no such face", 14, fontRegular));
     EXPECT_EQ(GetObjectType(native), 0u) << "the earlier native font is freed";
 }
