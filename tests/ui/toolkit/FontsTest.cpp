@@ -9,7 +9,7 @@ namespace {
 
 std::wstring fallbackName() { return CreateFontByName(L"no such face", 10, fontRegular)->getFamilyName(); }
 
-TEST(Fonts, AnUnknownFaceGivesASansSerifOneWithoutAFailure) {
+TEST(Fonts, AnUnknownFaceBecomesSansSerifWithoutAFailure) {
     for (const float size : {20.0f, -20.0f}) {
         const auto font = CreateFontByName(L"no such face", size, fontBold | fontStrikeout);
         ASSERT_NE(font->native(), nullptr);
@@ -21,7 +21,7 @@ TEST(Fonts, AnUnknownFaceGivesASansSerifOneWithoutAFailure) {
     EXPECT_FALSE(fallbackName().empty());
 }
 
-TEST(Fonts, FollowTheNativeRecord) {
+TEST(Fonts, TakeSizeAndStyleFromTheNativeRecord) {
     for (const LONG weight : {400, 401}) {
         LOGFONTW record{};
         record.lfHeight = -16;
@@ -34,14 +34,14 @@ TEST(Fonts, FollowTheNativeRecord) {
     }
 }
 
-TEST(Fonts, AreNullForWhatIsNoFont) {
+TEST(Fonts, AreNullForAHandleThatIsNotAFont) {
     EXPECT_EQ(CreateFontFromHandle(nullptr), nullptr);
     EXPECT_EQ(CreateFontFromHandle(static_cast<HFONT>(GetStockObject(WHITE_BRUSH))), nullptr);
     EXPECT_NE(CreateFontFromHandle(static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT))), nullptr);
     EXPECT_EQ(CloneFontWithStyle(nullptr, fontBold), nullptr);
 }
 
-TEST(Fonts, TheLibraryCarriesItsTwoFaces) {
+TEST(Fonts, BothPrivateFacesAreLoaded) {
     LoadPrivateFonts();
     LoadPrivateFonts();
     for (const wchar_t* face : {textFace, pathFace})
@@ -55,9 +55,10 @@ TEST(Fonts, TheLibraryCarriesItsTwoFaces) {
             const NativeFont native(CreateFontIndirectW(&*record));
             EXPECT_EQ(CreateFontFromHandle(native.get())->getFamilyName(), face) << "through a native font";
         }
-    // These are installed everywhere, and one of them at the most is what stands in for an unknown face.
+    // Both are installed everywhere, and at most one of them is the sans-serif face.
     for (const wchar_t* installed : {L"Marlett", L"Symbol"})
-        EXPECT_EQ(CreateFontByName(installed, 16, fontRegular)->getFamilyName(), fallbackName()) << "is not looked at";
+        EXPECT_EQ(CreateFontByName(installed, 16, fontRegular)->getFamilyName(), fallbackName())
+            << "installed faces are ignored";
 }
 
 }  // namespace

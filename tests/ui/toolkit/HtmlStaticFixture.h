@@ -1,4 +1,4 @@
-// A dialog with labels of marked-up text for the tests.
+// A dialog with labels of marked-up text.
 #pragma once
 
 #include <windows.h>
@@ -19,12 +19,10 @@ namespace pdx::testing_support {
 
 class HtmlProbe : public HtmlStatic {
   public:
-    using HtmlStatic::getRuns;
-    using HtmlStatic::getScrollTrack;
     using HtmlStatic::HtmlStatic;
     void setMarkup(const char* markup) { SetText(std::wstring(markup, markup + strlen(markup))); }
     [[nodiscard]] std::vector<Place> places() const { return placesOf(getRuns()); }
-    /// How far below the top of a run is the first row that is drawn on from end to end; 0 for none.
+    /// The first row of a run, from its top, with ink from end to end; 0 for none.
     [[nodiscard]] int32_t lineIn(size_t run) {
         const Drawn picture(*this);
         const RectF place = coveredBy(getRuns().at(run));
@@ -39,7 +37,7 @@ class HtmlProbe : public HtmlStatic {
     }
 };
 
-/// A dialog that notes the links that are followed in it.
+/// A dialog that records the links that are followed in it.
 class LinkedDialog : public TestDialog {
   public:
     MessageResult OnNotify(LPARAM notification) override {
@@ -57,18 +55,14 @@ class HtmlStaticTest : public ::testing::Test {
   protected:
     void SetUp() override {
         LoadPrivateFonts();
-        ASSERT_NE(dialog.Create({}), nullptr);
-        for (const int32_t id : {11, 12, 13}) DestroyWindow(dialog.GetItem(id));
-        dialog.SetPosition({50, 50, 450, 350}, SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+        dialog.openEmpty();
     }
     void TearDown() override { holdShift(false); }
 
-    /// A visible label with a font of 16 pixels and lines of 26, which lives as long as the test.
+    /// A visible label with a font of 16 pixels and lines of 26; the fixture owns it.
     HtmlProbe& makeLabel(const Rect& place = {0, 0, 200, 100}, DWORD style = 0) {
-        const HWND window =
-            CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | style, place.left, place.top, place.width(),
-                            place.height(), dialog.getHandle(), nullptr, nullptr, nullptr);
-        labels.push_back(std::make_unique<HtmlProbe>(window));
+        labels.push_back(
+            std::make_unique<HtmlProbe>(makeChild(dialog.getHandle(), L"STATIC", WS_VISIBLE | style, boxOf(place))));
         labels.back()->SetFont(CreateFontByName(textFace, 16, fontRegular));
         labels.back()->SetDefaultLineHeight({LineHeight::pixels, 26});
         return *labels.back();
@@ -79,11 +73,10 @@ class HtmlStaticTest : public ::testing::Test {
         return label;
     }
     HWND makeButton(DWORD style = WS_TABSTOP) {
-        return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE | style, 300, 0, 50, 20, dialog.getHandle(),
-                               nullptr, nullptr, nullptr);
+        return makeChild(dialog.getHandle(), L"BUTTON", WS_VISIBLE | style, {300, 0, 50, 20});
     }
     static bool isTabStop(const Window& window) { return (window.GetStyle() & WS_TABSTOP) != 0; }
-    /// What GetKeyState tells this thread.
+    /// Sets what GetKeyState returns on this thread.
     static void holdShift(bool down) {
         BYTE keys[256] = {};
         GetKeyboardState(keys);

@@ -31,10 +31,10 @@ class HtmlStaticInputTest : public HtmlStaticTest {
     static void letGo(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONUP, middleOf(label, run)); }
     static void key(const HtmlProbe& label, WPARAM key) { SendMessageW(label.getHandle(), WM_KEYDOWN, key, 1); }
     static bool isUnderlined(HtmlProbe& label, size_t run) { return label.lineIn(run) > 0; }
-    /// Whether it waits for a paint, which it then gets.
+    /// Whether the label was dirty; paints it.
     static bool repaints(const HtmlProbe& label) {
-        const bool dirty = GetUpdateRect(label.getHandle(), nullptr, FALSE);
-        UpdateWindow(label.getHandle());
+        const bool dirty = isDirty(label);
+        paint(label);
         return dirty;
     }
 };
@@ -73,7 +73,7 @@ TEST_F(HtmlStaticInputTest, APressEndsWithItsCapture) {
     press(label, 1);
     ::SetCapture(makeButton());
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
-    EXPECT_TRUE(isUnderlined(label, 3)) << "no press keeps it quiet";
+    EXPECT_TRUE(isUnderlined(label, 3)) << "no link is pressed";
     letGo(label, 1);
     EXPECT_THAT(dialog.links, IsEmpty());
     ReleaseCapture();
@@ -92,7 +92,6 @@ TEST_F(HtmlStaticInputTest, TheParentMaySetAnotherTextBeforeItReadsTheLink) {
 
 TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
-    UpdateWindow(label.getHandle());
     repaints(label);
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
     EXPECT_TRUE(repaints(label));
@@ -100,7 +99,7 @@ TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     EXPECT_FALSE(isUnderlined(label, 3));
     EXPECT_FALSE(isUnderlined(label, 0));
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
-    EXPECT_FALSE(repaints(label)) << "nothing new";
+    EXPECT_FALSE(repaints(label)) << "the same link";
     send(label, WM_MOUSEMOVE, middleOf(label, 0));
     EXPECT_TRUE(repaints(label));
     EXPECT_FALSE(isUnderlined(label, 1));
@@ -108,7 +107,7 @@ TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     SendMessageW(label.getHandle(), WM_MOUSELEAVE, 0, 0);
     EXPECT_TRUE(repaints(label));
     EXPECT_FALSE(isUnderlined(label, 3)) << "the pointer has left the label";
-    // While one is pressed the others stay as they are.
+    // While one link is pressed, no other is underlined.
     press(label, 1);
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
     EXPECT_FALSE(isUnderlined(label, 3));
@@ -133,24 +132,24 @@ TEST_F(HtmlStaticInputTest, TheCursorIsAHandOnALink) {
         return GetCursor();
     };
     SetCursor(hand);
-    EXPECT_EQ(cursorOver(0), arrow) << "a hand from elsewhere";
+    EXPECT_EQ(cursorOver(0), arrow) << "after another window's hand";
     EXPECT_EQ(cursorOver(1), hand);
     EXPECT_EQ(cursorOver(0), arrow);
     SetCursorPos(0, 0);
 }
 
-TEST_F(HtmlStaticInputTest, ALinkIsWhereItIsScrolledTo) {
+TEST_F(HtmlStaticInputTest, ALinkIsHitWhereItIsScrolledTo) {
     HtmlProbe& label = makeLabel("<a href=first>first</a><br>b<br>c<br>d<br><a href=last>last</a>", {20, 20, 220, 80});
     const size_t last = label.getRuns().size() - 1;
     const Point place = middleOf(label, last);
     press(label, last);
     letGo(label, last);
-    EXPECT_THAT(dialog.links, ElementsAre(L"last")) << "the window's height does not matter to a message";
+    EXPECT_THAT(dialog.links, ElementsAre(L"last")) << "below the window's edge";
     key(label, VK_END);
     dialog.links.clear();
     send(label, WM_LBUTTONDOWN, place);
     send(label, WM_LBUTTONUP, place);
-    EXPECT_THAT(dialog.links, IsEmpty()) << "where it would lie unscrolled";
+    EXPECT_THAT(dialog.links, IsEmpty()) << "at its unscrolled place";
     press(label, last);
     letGo(label, last);
     EXPECT_THAT(dialog.links, ElementsAre(L"last"));
@@ -175,7 +174,7 @@ TEST_F(HtmlStaticInputTest, ScrollsByKeyboard) {
 TEST_F(HtmlStaticInputTest, ScrollsByWheelWhenTheTrackShows) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5<br>6", {0, 0, 200, 50});
     for (const auto& [delta, position] : {std::pair{-120, 20}, {30, 15}, {12000, 0}}) {
-        UpdateWindow(label.getHandle());
+        paint(label);
         SendMessageW(label.getHandle(), WM_MOUSEWHEEL, static_cast<WPARAM>(delta) << 16, MAKELPARAM(60, 60));
         EXPECT_EQ(label.getScrollTrack().getPosition(), position);
     }
@@ -183,16 +182,16 @@ TEST_F(HtmlStaticInputTest, ScrollsByWheelWhenTheTrackShows) {
 
 TEST_F(HtmlStaticInputTest, AMoveOfTheTrackRepaintsTheText) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5", {0, 0, 200, 50});
-    UpdateWindow(label.getHandle());
+    paint(label);
     key(label, VK_DOWN);
-    EXPECT_FALSE(GetUpdateRect(label.getHandle(), nullptr, FALSE)) << "the track tells of it by a posted message";
-    EXPECT_TRUE(pumpUntil([&] { return GetUpdateRect(label.getHandle(), nullptr, FALSE) != FALSE; }));
+    EXPECT_FALSE(isDirty(label)) << "the track posts its notification";
+    EXPECT_TRUE(pumpUntil([&] { return isDirty(label); }));
 }
 
 TEST_F(HtmlStaticInputTest, FocusScrollsTheLinkIntoView) {
     HtmlProbe& label = makeLabel("<a href=x>a</a><br>b<br>c<br>d<br>e<br><a href=y>f</a>", {0, 0, 200, 60});
     makeButton();
-    UpdateWindow(label.getHandle());
+    paint(label);
     const Trackbar& track = label.getScrollTrack();
     ASSERT_TRUE(track.IsVisible());
     ::SetFocus(label.getHandle());
@@ -202,21 +201,21 @@ TEST_F(HtmlStaticInputTest, FocusScrollsTheLinkIntoView) {
     EXPECT_EQ(track.getPosition(), static_cast<int32_t>(last.y + last.height - 60));
 }
 
-TEST_F(HtmlStaticInputTest, WithoutLinksItKeepsTheFocusOnlyToScroll) {
+TEST_F(HtmlStaticInputTest, ALabelWithoutLinksKeepsTheFocusOnlyWhenItScrolls) {
     HtmlProbe& label = makeLabel({0, 0, 200, 60});
     const HWND button = makeButton();
     label.SetText(L"words");
     ::SetFocus(label.getHandle());
     EXPECT_EQ(GetFocus(), button);
     label.SetText(L"one<br>two<br>three");
-    UpdateWindow(label.getHandle());
+    paint(label);
     ::SetFocus(label.getHandle());
     EXPECT_EQ(GetFocus(), label.getHandle());
     key(label, VK_TAB);
     EXPECT_EQ(GetFocus(), button);
 }
 
-TEST_F(HtmlStaticInputTest, LabelsThatHandTheFocusOnDoNotDoSoForEver) {
+TEST_F(HtmlStaticInputTest, TwoLabelsWithoutLinksPassTheFocusOnOnlyOnce) {
     HtmlProbe &one = makeLabel({0, 0, 100, 60}, WS_TABSTOP), &two = makeLabel({0, 60, 100, 120}, WS_TABSTOP);
     ASSERT_TRUE(isTabStop(one) && isTabStop(two));
     ::SetFocus(one.getHandle());

@@ -14,7 +14,7 @@
 
 namespace {
 
-/// A thread that gets no memory: of its allocations of a thousand bytes and more the one at which the count ends fails.
+/// The thread whose count-th allocation of a thousand bytes or more fails.
 struct {
     DWORD thread = 0;
     int count = 0;
@@ -54,12 +54,12 @@ TEST_F(HtmlStaticTest, StartsFromTheWindowsFontAndTheDefaultLineHeight) {
     EXPECT_EQ(label.getRuns()[0].style, (TextStyle{font, 0xFFFFFFFF, L"", {LineHeight::pixels, 31}}));
 
     label.SetDefaultLineHeight({});
-    EXPECT_EQ(label.getRuns()[0].style.lineHeight, (LineHeight{LineHeight::pixels, 31})) << "with the next text";
+    EXPECT_EQ(label.getRuns()[0].style.lineHeight, (LineHeight{LineHeight::pixels, 31})) << "until the next text";
     label.SetText(L"x");
     EXPECT_EQ(label.getRuns()[0].style.lineHeight, LineHeight{});
 }
 
-TEST_F(HtmlStaticTest, StaysEmptyWithoutAFont) {
+TEST_F(HtmlStaticTest, ShowsNothingWithoutAFont) {
     HtmlProbe& label = makeLabel();
     label.SetText(L"<a href=x>words</a>");
     EXPECT_EQ(label.getRuns().size(), 1u);
@@ -84,7 +84,7 @@ TEST_F(HtmlStaticTest, AlignsItsLinesByTheWindowsStyle) {
     }
 }
 
-TEST_F(HtmlStaticTest, ATallTextGetsATrackBesideIt) {
+TEST_F(HtmlStaticTest, ATallTextGetsAScrollTrack) {
     HtmlProbe& label = makeLabel({0, 0, 200, 60}, SS_RIGHT);
     label.setMarkup(fourLines);
     const RectF bounds = boundsOf(label.getRuns());
@@ -93,29 +93,24 @@ TEST_F(HtmlStaticTest, ATallTextGetsATrackBesideIt) {
     EXPECT_EQ(label.getScrollTrack().getLineSize(), 20);
     EXPECT_EQ(track.maximum, static_cast<int32_t>(std::ceil(bounds.height - 60)) + 1);
     const PlacedText& word = label.getRuns().at(0).placed.at(0);
-    EXPECT_FLOAT_EQ(word.x + word.width, 192) << "ahead of the track";
-    EXPECT_FALSE(label.getScrollTrack().IsVisible()) << "shown when painting";
-    UpdateWindow(label.getHandle());
+    EXPECT_FLOAT_EQ(word.x + word.width, 192) << "left of the track";
+    EXPECT_FALSE(label.getScrollTrack().IsVisible()) << "shown by the paint";
+    paint(label);
     EXPECT_TRUE(label.getScrollTrack().IsVisible());
-
-    // In a larger window the same text needs none; in a smaller one again.
-    label.SetPosition({0, 0, 150, 200}, SWP_NOZORDER);
-    EXPECT_EQ(label.GetChildRect(label.getScrollTrack().getHandle()), (Rect{142, 0, 150, 200}));
-    UpdateWindow(label.getHandle());
-    EXPECT_FALSE(label.getScrollTrack().IsVisible());
-    label.SetPosition({0, 0, 150, 50}, SWP_NOZORDER);
-    EXPECT_EQ(label.getScrollTrack().getState().pageSize, 50);
-    UpdateWindow(label.getHandle());
-    EXPECT_TRUE(label.getScrollTrack().IsVisible());
-}
-
-TEST_F(HtmlStaticTest, ANewTextBeginsAtItsTop) {
-    HtmlProbe& label = makeLabel(fourLines, {0, 0, 200, 60});
-    UpdateWindow(label.getHandle());
     label.OnKeyDown(VK_END, 1, false, false);
     EXPECT_GT(label.getScrollTrack().getPosition(), 0);
     label.setMarkup(fourLines);
-    EXPECT_EQ(label.getScrollTrack().getPosition(), 0);
+    EXPECT_EQ(label.getScrollTrack().getPosition(), 0) << "a new text begins at its top";
+
+    // The same text needs no track in a larger window, and one again in a smaller window.
+    label.SetPosition({0, 0, 150, 200}, SWP_NOZORDER);
+    EXPECT_EQ(label.GetChildRect(label.getScrollTrack().getHandle()), (Rect{142, 0, 150, 200}));
+    paint(label);
+    EXPECT_FALSE(label.getScrollTrack().IsVisible());
+    label.SetPosition({0, 0, 150, 50}, SWP_NOZORDER);
+    EXPECT_EQ(label.getScrollTrack().getState().pageSize, 50);
+    paint(label);
+    EXPECT_TRUE(label.getScrollTrack().IsVisible());
 }
 
 TEST_F(HtmlStaticTest, DrawsEachRunInItsColour) {
@@ -130,7 +125,7 @@ TEST_F(HtmlStaticTest, DrawsEachRunInItsColour) {
     }
 }
 
-TEST_F(HtmlStaticTest, DrawsWhatItIsScrolledTo) {
+TEST_F(HtmlStaticTest, DrawsTheTextAtItsScrollPosition) {
     HtmlProbe& label = makeLabel({0, 0, 200, 40});
     label.SetDefaultLineHeight({LineHeight::pixels, 40});
     label.SetText(
@@ -140,27 +135,26 @@ TEST_F(HtmlStaticTest, DrawsWhatItIsScrolledTo) {
     SendMessageW(label.getScrollTrack().getHandle(), TBM_SETPOS, TRUE, 40);
     EXPECT_EQ(shown(), 0x00FF00u);
     SendMessageW(label.getScrollTrack().getHandle(), TBM_SETPOS, TRUE, 80);
-    EXPECT_EQ(label.getScrollTrack().getPosition(), label.getScrollTrack().getState().maximum) << "not as far";
+    EXPECT_EQ(label.getScrollTrack().getPosition(), label.getScrollTrack().getState().maximum) << "clamped";
     EXPECT_EQ(shown(), 0x0000FFu);
 }
 
-TEST_F(HtmlStaticTest, LaysOutAnewInAnotherWidth) {
+TEST_F(HtmlStaticTest, LaysOutAgainAfterAResize) {
     HtmlProbe& label = makeLabel();
     label.SetText(L"some words that need more than a line of this width");
     const size_t lines = label.places().size();
     EXPECT_GT(lines, 1u);
-    UpdateWindow(label.getHandle());
-    ValidateRect(label.getHandle(), nullptr);
+    paint(label);
     label.SetPosition({0, 0, 1000, 100}, SWP_NOZORDER);
     EXPECT_EQ(label.places().size(), 1u);
-    EXPECT_TRUE(GetUpdateRect(label.getHandle(), nullptr, FALSE));
-    UpdateWindow(label.getHandle());
+    EXPECT_TRUE(isDirty(label));
+    paint(label);
     label.SetPosition({5, 5, 1005, 105}, SWP_NOZORDER | SWP_NOSIZE);
-    EXPECT_TRUE(GetUpdateRect(label.getHandle(), nullptr, FALSE)) << "another part of the picture lies behind it";
+    EXPECT_TRUE(isDirty(label)) << "the background behind it is another";
 }
 
-TEST(HtmlStaticWithoutMemory, EndsInTheHandlingOfCrashes) {
-    // The first holds the markup; then it is converted, parsed, and read for its words.
+TEST(HtmlStaticWithoutMemory, CrashesTheThread) {
+    // The first allocation stores the markup; the next ones convert it, parse it and collect its words.
     for (const int count : {2, 3, 4, 5})
         EXPECT_EQ(CrashingThread::run([count] {
                       HtmlStatic label(

@@ -18,7 +18,7 @@ constexpr unsigned char twoPixels[] = {
     0x44, 0x41, 0x54, 0x78, 0xda, 0x63, 0xf8, 0xcf, 0xc0, 0xd0, 0xc0, 0xc0, 0xf0, 0xff, 0x3f, 0x00, 0x0d, 0x7e, 0x03,
     0x7e, 0x97, 0xf1, 0x88, 0x3f, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
 
-TEST(Pictures, AreDecodedFromTheirFile) {
+TEST(Pictures, AreDecodedWithTheirAlpha) {
     const auto picture = decodePicture(asFile(twoPixels));
     ASSERT_NE(picture, nullptr);
     EXPECT_EQ(picture->getSize(), (Size{2, 1}));
@@ -35,7 +35,7 @@ TEST(Pictures, AreNullWhenTheyAreMissingOrBroken) {
     EXPECT_EQ(decodePicture(asFile(twoPixels).first(20)), nullptr) << "cut off";
 }
 
-TEST(Pictures, LookInAnotherSizeAsWhenTheyAreStretched) {
+TEST(Pictures, ScaledOnesLookLikeStretchedOnes) {
     const auto background = LoadPicture(backgroundPictureNumber);
     ASSERT_NE(background, nullptr);
     const Size size = {480, 450};
@@ -46,12 +46,12 @@ TEST(Pictures, LookInAnotherSizeAsWhenTheyAreStretched) {
     Graphics graphics(stretched);
     ApplyQuality(graphics);
     graphics.drawImage(*background, {0, 0, size.width, size.height});
-    // Wine's stretching looks at four of the five pixels and more under each one, two thirds of a pixel off their
-    // middle, and so has the edges of the picture otherwise: 14 levels at most.
+    // Wine's stretching samples four of the five or more pixels under each target pixel, two thirds of a pixel off
+    // their middle. It differs by up to 14 levels, at the edges in the picture.
     for (int32_t y = 0; y < size.height; ++y)
         for (int32_t x = 0; x < size.width; ++x) {
             const Color one = scaled->getPixel({x, y}), other = stretched.getPixel({x, y});
-            ASSERT_EQ(one >> 24, 0xFFu) << "nothing shines through";
+            ASSERT_EQ(one >> 24, 0xFFu) << "opaque";
             for (const int shift : {0, 8, 16})
                 ASSERT_NEAR(static_cast<int>(one >> shift & 0xFF), static_cast<int>(other >> shift & 0xFF), 16);
         }

@@ -16,7 +16,7 @@ using namespace testing_support;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Notes which handlers run; leaves all messages unhandled but one.
+/// Records which handlers run, and leaves their messages unhandled.
 class NotingControl : public Control {
   public:
     using Control::Control;
@@ -49,27 +49,15 @@ class NotingControl : public Control {
 /// A dialog whose children the test wraps.
 class WindowTest : public ::testing::Test {
   protected:
-    void SetUp() override {
-        ASSERT_NE(dialog.Create({}), nullptr);
-        SetWindowPos(dialog.getHandle(), nullptr, 100, 100, 400, 300, SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-    CreateParams childParams() {
-        return {.windowName = "child",
-                .style = WS_CHILD,
-                .x = 10,
-                .y = 20,
-                .width = 30,
-                .height = 40,
-                .parent = dialog.getHandle()};
-    }
-
+    void SetUp() override { ASSERT_NE(dialog.Create({}), nullptr); }
     TestDialog dialog;
 };
 
 TEST_F(WindowTest, CreateMakesOneWindowAndSubclassesIt) {
     const CapturedLog log;
     NotingControl control;
-    const HWND made = control.Create(childParams());
+    const HWND made =
+        control.Create({.style = WS_CHILD, .x = 10, .y = 20, .width = 30, .height = 40, .parent = dialog.getHandle()});
     ASSERT_NE(made, nullptr);
     EXPECT_EQ(dialog.GetChildRect(made), (Rect{10, 20, 40, 60}));
     SendMessageW(made, WM_USER + 1, 0, 0);
@@ -99,7 +87,7 @@ TEST_F(WindowTest, AFailedCreateIsLoggedAndLeavesNoHandle) {
     EXPECT_THAT(log.takeTexts(), ElementsAre(expected));
 }
 
-TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
+TEST_F(WindowTest, TheDestructorRestoresTheNativeProcedure) {
     const HWND button = dialog.GetItem(12);
     {
         NotingControl control(button);
@@ -114,7 +102,7 @@ TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
     }
 }
 
-TEST_F(WindowTest, AVisitOfThePointerBeginsBeforeItsFirstMove) {
+TEST_F(WindowTest, OnMouseEnterRunsOnceAVisitBeforeOnMouseMove) {
     NotingControl control(dialog.GetItem(12));
     SendMessageW(control.getHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(3, -4));
     EXPECT_THAT(control.notes, ElementsAre("enter 3 -4", "move 3 -4"));
@@ -127,7 +115,7 @@ TEST_F(WindowTest, AVisitOfThePointerBeginsBeforeItsFirstMove) {
     EXPECT_THAT(control.notes, ElementsAre("enter 7 8", "move 7 8"));
 }
 
-TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
+TEST_F(WindowTest, AnExceptionOfAHandlerIsLoggedAndContained) {
     const CapturedLog log;
     NotingControl control(dialog.GetItem(12));
     EXPECT_EQ(SendMessageW(control.getHandle(), WM_KEYDOWN, VK_F1, 1), 0);
@@ -137,9 +125,9 @@ TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
                             "0 Window::ReceiveMessage Message failed: message=0100"));
 }
 
-TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
+TEST_F(WindowTest, SetFontKeepsTheFontAndSetsANativeCopy) {
     NotingControl control(dialog.GetItem(12));
-    EXPECT_NE(control.getFont(), nullptr) << "of the template";
+    EXPECT_NE(control.getFont(), nullptr) << "the template's";
     control.SetFont(CreateFontByName(L"no such face", 20, fontBold | fontItalic));
     EXPECT_THAT(control.notes, ElementsAre("font 0 0"));
     ASSERT_NE(control.getFont(), nullptr);

@@ -1,4 +1,4 @@
-// Where texts lie in their window.
+// The places of texts in their window.
 #pragma once
 
 #include <ostream>
