@@ -12,8 +12,8 @@ namespace {
 constexpr int loggingRounds = 9;
 constexpr int linesARound = 20000;
 
-/// The texts of lines as an installation logs them: a callback with its arguments, a variable that holds a path of the
-/// user's, a status.
+/// Texts like those of an installation's log: a callback with its arguments, a variable with a path in the user's
+/// profile, a status.
 struct Lines {
     std::wstring package = L"PalisadeApp.msi";
     std::wstring path = queryProfilePath() + L"\\AppData\\Local\\Temp\\Palisade_20240229120000_000_PalisadeApp.msi.log";
