@@ -84,11 +84,6 @@ void logFailure(const std::wstring& family, Gdiplus::Status status) {
     });
 }
 
-int32_t styleOf(const LOGFONTW& logFont) {
-    return (logFont.lfWeight > FW_NORMAL ? fontBold : 0) | (logFont.lfItalic ? fontItalic : 0) |
-           (logFont.lfUnderline ? fontUnderline : 0) | (logFont.lfStrikeOut ? fontStrikeout : 0);
-}
-
 }  // namespace
 
 Font::Font(const Gdiplus::GpFontFamily* family, float size, int32_t style, Gdiplus::Unit unit) {
@@ -160,7 +155,9 @@ std::unique_ptr<Font> CreateFontFromHandle(HFONT nativeFont) {
 }
 
 std::unique_ptr<Font> CreateFontFromLogFont(const LOGFONTW& logFont) {
-    return CreateFontByName(logFont.lfFaceName, static_cast<float>(logFont.lfHeight), styleOf(logFont));
+    return CreateFontByName(
+        logFont.lfFaceName, static_cast<float>(logFont.lfHeight),
+        fontStyle(logFont.lfWeight, logFont.lfItalic != 0, logFont.lfUnderline != 0, logFont.lfStrikeOut != 0));
 }
 
 std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style) {
@@ -170,14 +167,10 @@ std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style) {
     return std::make_unique<Font>(family.get(), font->getSize(), style, font->getUnit());
 }
 
-bool addPrivateFont(std::span<const std::byte> file) {
-    return flat::GdipPrivateAddMemoryFont(privateFonts(), file.data(), static_cast<INT>(file.size())) == Gdiplus::Ok;
-}
-
 void loadFontResources() {
     for (const uint16_t number : fontNumbers) {
-        const std::span<const std::byte> file = loadResource({L"PDX_FONT", number}).asBytes();
-        if (!file.empty()) addPrivateFont(file);
+        const auto file = loadResource({L"PDX_FONT", number}).asBytes();
+        if (!file.empty()) flat::GdipPrivateAddMemoryFont(privateFonts(), file.data(), static_cast<INT>(file.size()));
     }
 }
 

@@ -4,11 +4,9 @@
 
 #include <windows.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 
 #include "ui/toolkit/GdiPlus.h"
@@ -30,6 +28,12 @@ enum FontStyle : int32_t {
     fontUnderline = 4,
     fontStrikeout = 8,
 };
+
+/// The style bits of a font record; a weight above 400 is bold.
+constexpr int32_t fontStyle(int32_t weight, bool italic, bool underline, bool strikeout) {
+    return (weight > 400 ? fontBold : 0) | (italic ? fontItalic : 0) | (underline ? fontUnderline : 0) |
+           (strikeout ? fontStrikeout : 0);
+}
 
 class Font : public GdiPlusObject<Gdiplus::GpFont, Gdiplus::DllExports::GdipDeleteFont> {
   public:
@@ -55,14 +59,11 @@ inline std::unique_ptr<Font> textFont(float emSizePixels, int32_t style) {
 }
 /// Null when the handle is not a font.
 std::unique_ptr<Font> CreateFontFromHandle(HFONT nativeFont);
-/// A font of the record's height, face and style; a weight above 400 is bold.
+/// A font of the record's height, face and style.
 std::unique_ptr<Font> CreateFontFromLogFont(const LOGFONTW& logFont);
 /// The same family, size and unit in another style; null for null.
 std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style);
 
-/// Adds a TrueType or OpenType font to the private faces and returns whether it could. The caller owns the memory,
-/// which must stay in place.
-bool addPrivateFont(std::span<const std::byte> file);
 /// Adds the font resources to the private faces; a missing one is left out.
 void loadFontResources();
 /// Does the same once a process.

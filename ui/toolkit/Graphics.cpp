@@ -61,14 +61,10 @@ StringFormat::StringFormat(const Gdiplus::GpStringFormat* original) {
     collect(flat::GdipCloneStringFormat(original, put()));
 }
 
-void StringFormat::addFlags(uint32_t flags) {
-    call(flat::GdipSetStringFormatFlags, static_cast<INT>(getFlags() | flags));
-}
-
-uint32_t StringFormat::getFlags() const {
+void StringFormat::addFlags(uint32_t added) {
     INT flags = 0;
     call(flat::GdipGetStringFormatFlags, &flags);
-    return static_cast<uint32_t>(flags);
+    call(flat::GdipSetStringFormatFlags, static_cast<INT>(static_cast<uint32_t>(flags) | added));
 }
 
 Graphics::Graphics(HDC context) { collect(flat::GdipCreateFromHDC(context, put())); }

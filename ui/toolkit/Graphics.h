@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "ui/toolkit/Fonts.h"
@@ -47,8 +48,7 @@ class StringFormat : public GdiPlusObject<Gdiplus::GpStringFormat, Gdiplus::DllE
   public:
     /// Copies a format.
     explicit StringFormat(const Gdiplus::GpStringFormat* original);
-    void addFlags(uint32_t flags);
-    [[nodiscard]] uint32_t getFlags() const;
+    void addFlags(uint32_t added);
 };
 
 /// A surface to draw on. The device context, window or picture under it must outlive it.

@@ -34,15 +34,8 @@ std::optional<FontRecord> fontRecordOf(HWND window) {
 }
 
 std::unique_ptr<Font> createFont(const FontRecord& record) {
-    LOGFONTW native{};
-    native.lfHeight = record.height;
-    native.lfWeight = record.weight;
-    native.lfItalic = record.italic;
-    native.lfUnderline = record.underline;
-    native.lfStrikeOut = record.strikeout;
-    native.lfQuality = record.quality;
-    record.face.copy(native.lfFaceName, LF_FACESIZE - 1);
-    return CreateFontFromLogFont(native);
+    return CreateFontByName(record.face, static_cast<float>(record.height),
+                            fontStyle(record.weight, record.italic, record.underline, record.strikeout));
 }
 
 LineAlignment alignmentOf(DWORD style) {

@@ -2,7 +2,6 @@
 
 #include "platform/Log.h"
 #include "platform/Once.h"
-#include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/RoundedPath.h"
 #include "ui/toolkit/rules/TextBounds.h"
 

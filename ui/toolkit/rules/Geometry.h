@@ -62,4 +62,11 @@ constexpr bool contains(const RectF& rect, float x, float y) {
     return x >= rect.x && x < rect.x + rect.width && y >= rect.y && y < rect.y + rect.height;
 }
 
+/// A length cut towards zero, 0 for a NaN. Lengths are limited to 2^28, so that sums of those that a text asks for do
+/// not overflow.
+constexpr int32_t wholePixels(double length) {
+    constexpr double farthest = 1 << 28;
+    return length == length ? static_cast<int32_t>(std::clamp(length, -farthest, farthest)) : 0;
+}
+
 }  // namespace pdx

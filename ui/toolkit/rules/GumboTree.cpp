@@ -26,8 +26,6 @@ constexpr std::string_view opening = "<body>";
 /// Elements whose content a browser does not show.
 constexpr GumboTag hiddenTags[] = {GUMBO_TAG_SCRIPT, GUMBO_TAG_STYLE, GUMBO_TAG_TITLE, GUMBO_TAG_TEMPLATE};
 
-const GumboNode* nodeOf(MarkupTree::Node node) { return static_cast<const GumboNode*>(node); }
-
 bool isElement(const GumboNode* node) { return node->type == GUMBO_NODE_ELEMENT || node->type == GUMBO_NODE_TEMPLATE; }
 
 std::string_view viewOf(const GumboStringPiece& piece) { return {piece.data, piece.length}; }
@@ -67,20 +65,18 @@ GumboTree::GumboTree(std::string_view utf8) {
 
 GumboTree::~GumboTree() = default;
 
-MarkupTree::Node GumboTree::body() const {
+GumboTree::Node GumboTree::body() const {
     const GumboNode* root = parsed->output->root;
     for (size_t i = 0; root && i < childCount(root); ++i) {
-        const GumboNode* node = nodeOf(child(root, i));
+        const GumboNode* node = child(root, i);
         if (isElement(node) && node->v.element.tag == GUMBO_TAG_BODY) return node;
     }
     return nullptr;
 }
 
 NodeType GumboTree::type(Node node) const {
-    switch (nodeOf(node)->type) {
-        case GUMBO_NODE_ELEMENT:
-        case GUMBO_NODE_TEMPLATE:
-            return NodeType::element;
+    if (isElement(node)) return NodeType::element;
+    switch (node->type) {
         case GUMBO_NODE_TEXT:
         case GUMBO_NODE_CDATA:
         case GUMBO_NODE_WHITESPACE:
@@ -91,7 +87,7 @@ NodeType GumboTree::type(Node node) const {
 }
 
 std::wstring GumboTree::name(Node element) const {
-    const GumboElement& native = nodeOf(element)->v.element;
+    const GumboElement& native = element->v.element;
     GumboStringPiece original = native.original_tag;
     gumbo_tag_from_original_text(&original);
     std::wstring capitals =
@@ -100,20 +96,17 @@ std::wstring GumboTree::name(Node element) const {
     return capitals;
 }
 
-std::wstring GumboTree::value(Node text) const { return toWide(nodeOf(text)->v.text.text); }
+std::wstring GumboTree::value(Node text) const { return toWide(text->v.text.text); }
 
 size_t GumboTree::childCount(Node node) const {
-    const GumboNode* native = nodeOf(node);
-    if (!isElement(native) || std::ranges::find(hiddenTags, native->v.element.tag) != std::end(hiddenTags)) return 0;
-    return native->v.element.children.length;
+    if (!isElement(node) || std::ranges::find(hiddenTags, node->v.element.tag) != std::end(hiddenTags)) return 0;
+    return node->v.element.children.length;
 }
 
-MarkupTree::Node GumboTree::child(Node node, size_t index) const {
-    return nodeOf(node)->v.element.children.data[index];
-}
+GumboTree::Node GumboTree::child(Node node, size_t index) const { return node->v.element.children.data[index]; }
 
 std::wstring GumboTree::attribute(Node element, const char* attributeName) const {
-    const GumboAttribute* found = gumbo_get_attribute(&nodeOf(element)->v.element.attributes, attributeName);
+    const GumboAttribute* found = gumbo_get_attribute(&element->v.element.attributes, attributeName);
     return found ? toWide(found->value) : std::wstring();
 }
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "ui/toolkit/rules/Pixels.h"
+#include "ui/toolkit/rules/Geometry.h"
 
 namespace pdx {
 

@@ -8,12 +8,11 @@
 #include <utility>
 
 #include "platform/rules/AsciiCase.h"
-#include "ui/toolkit/rules/Pixels.h"
 
 namespace pdx {
 namespace {
 
-using Node = MarkupTree::Node;
+using Node = GumboTree::Node;
 
 constexpr int32_t boldWeight = 700;
 constexpr size_t longestFace = 31;  // what the platform's font record holds
@@ -46,12 +45,12 @@ std::optional<uint32_t> hexadecimal(std::wstring_view text, size_t digits) {
     return number;
 }
 
-void applyLink(const MarkupTree& tree, Node element, TextStyle& style) {
+void applyLink(const GumboTree& tree, Node element, TextStyle& style) {
     style.href = tree.attribute(element, "HREF");
     style.color = palette::link;
 }
 
-void applyFont(const MarkupTree& tree, Node element, TextStyle& style) {
+void applyFont(const GumboTree& tree, Node element, TextStyle& style) {
     if (const auto color = hexadecimal(tree.attribute(element, "COLOR"), 6)) {
         style.color = WithAlpha(*color, 0xFF);
     } else if (const auto argb = hexadecimal(tree.attribute(element, "ARGB"), 8)) {
@@ -66,7 +65,7 @@ void applyFont(const MarkupTree& tree, Node element, TextStyle& style) {
         style.lineHeight = parseLineHeight(height);
 }
 
-using Effect = void (*)(const MarkupTree&, Node, TextStyle&);
+using Effect = void (*)(const GumboTree&, Node, TextStyle&);
 
 /// The elements that change the style of their content.
 constexpr struct {
@@ -74,10 +73,10 @@ constexpr struct {
     Effect apply;
 } effects[] = {
     {L"A", applyLink},
-    {L"B", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.weight = boldWeight; }},
-    {L"I", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.italic = true; }},
-    {L"STRIKE", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.strikeout = true; }},
-    {L"U", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.underline = true; }},
+    {L"B", [](const GumboTree&, Node, TextStyle& style) { style.logFont.weight = boldWeight; }},
+    {L"I", [](const GumboTree&, Node, TextStyle& style) { style.logFont.italic = true; }},
+    {L"STRIKE", [](const GumboTree&, Node, TextStyle& style) { style.logFont.strikeout = true; }},
+    {L"U", [](const GumboTree&, Node, TextStyle& style) { style.logFont.underline = true; }},
     {L"FONT", applyFont},
 };
 
@@ -89,7 +88,7 @@ constexpr std::wstring_view blocks[] = {L"P",  L"DIV", L"CENTER", L"BLOCKQUOTE",
 /// Calls enter for each node below root in the order of the text, and leave after all nodes below an element. Without
 /// recursion, because the text decides the depth and a thread's stack is limited.
 template <typename Enter, typename Leave>
-void traverse(const MarkupTree& tree, Node root, Enter enter, Leave leave) {
+void traverse(const GumboTree& tree, Node root, Enter enter, Leave leave) {
     struct Level {
         Node node;
         size_t next;
@@ -119,7 +118,7 @@ void splitAtBlanks(const std::wstring& text, std::vector<std::wstring>& words) {
 
 class Walk {
   public:
-    Walk(const MarkupTree& walked, const TextStyle& rootStyle) : tree(walked), levels{{rootStyle, {}}} {}
+    Walk(const GumboTree& walked, const TextStyle& rootStyle) : tree(walked), levels{{rootStyle, {}}} {}
 
     void enter(Node node) {
         if (tree.type(node) == NodeType::text) splitAtBlanks(tree.value(node), levels.back().pending);
@@ -153,7 +152,7 @@ class Walk {
         if (!level.pending.empty()) runs.push_back({std::exchange(level.pending, {}), level.style});
     }
 
-    const MarkupTree& tree;
+    const GumboTree& tree;
     std::vector<Level> levels;
     std::vector<TextRun> runs;
 };
@@ -201,7 +200,7 @@ LineHeight parseLineHeight(std::wstring_view value) {
     }
 }
 
-std::vector<TextRun> walkMarkup(const MarkupTree& tree, const TextStyle& rootStyle) {
+std::vector<TextRun> walkMarkup(const GumboTree& tree, const TextStyle& rootStyle) {
     Walk walk(tree, rootStyle);
     if (const Node body = tree.body())
         traverse(
@@ -209,7 +208,7 @@ std::vector<TextRun> walkMarkup(const MarkupTree& tree, const TextStyle& rootSty
     return walk.finish();
 }
 
-std::wstring plainText(const MarkupTree& tree) {
+std::wstring plainText(const GumboTree& tree) {
     PlainWords words;
     const auto startBlock = [&](Node element) {
         if (std::ranges::find(blocks, tree.name(element)) != std::end(blocks)) words.startBlock();

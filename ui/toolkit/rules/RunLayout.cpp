@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-#include "ui/toolkit/rules/Pixels.h"
+#include "ui/toolkit/rules/Geometry.h"
 
 namespace pdx {
 namespace {

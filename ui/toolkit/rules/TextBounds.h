@@ -1,5 +1,8 @@
-// The place of a measured text in its layout rectangle.
+// The place of a measured text in its layout rectangle, and the lines under and through it.
 #pragma once
+
+#include <algorithm>
+#include <cmath>
 
 #include "ui/toolkit/rules/Geometry.h"
 
@@ -11,6 +14,19 @@ constexpr RectF alignedBounds(RectF measured, const RectF& layout, int32_t align
     if (measured.x == layout.x) measured.x += (layout.width - measured.width) * static_cast<float>(alignX) / 2;
     if (measured.y == layout.y) measured.y += (layout.height - measured.height) * static_cast<float>(alignY) / 2;
     return measured;
+}
+
+enum class FontLine { under, through };
+
+/// The box of a line for a text in that rectangle, in whole pixels. The ascent is the distance from the rectangle's top
+/// to the baseline; size is the font's.
+inline Box fontLineBox(FontLine line, const RectF& text, float ascent, float size) {
+    // Shares of the size, close to those of the interface's faces.
+    constexpr float thickness = 1.0f / 14, below = 0.1f, above = 0.3f;
+    const float top = text.y + ascent + size * (line == FontLine::under ? below : -above);
+    const auto whole = [](float length) { return wholePixels(std::floor(length + 0.5f)); };
+    const int32_t left = whole(text.x);
+    return {left, whole(top), whole(text.x + text.width) - left, std::max(whole(size * thickness), 1)};
 }
 
 }  // namespace pdx

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "ui/toolkit/rules/AreaScale.h"
-#include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/Palette.h"
 #include "ui/toolkit/rules/RoundedPath.h"
 #include "ui/toolkit/rules/TextBounds.h"

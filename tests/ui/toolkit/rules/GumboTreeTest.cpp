@@ -14,7 +14,7 @@ std::string repeated(std::string_view part, size_t count) {
 }
 
 /// Names, words in quotes, and the children of a node in parentheses.
-std::wstring outline(const MarkupTree& tree, MarkupTree::Node node) {
+std::wstring outline(const GumboTree& tree, GumboTree::Node node) {
     if (tree.type(node) == NodeType::text) return L"'" + tree.value(node) + L"'";
     if (tree.type(node) == NodeType::other) return L"-";
     std::wstring text = tree.name(node) + L"(";
