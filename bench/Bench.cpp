@@ -1,7 +1,7 @@
 // Measures the shipped library: bench.exe path\to\PalisadeBootstrapper.dll path\to\bench.json https://test.host
-// path\to\signed files.
-// With "cold", a library and a file (and "log" or "roots") it makes one cold start and writes its moments.
-// Prints a table and writes the same as JSON. Ends with code 1 when it could not measure; a missed aim is only shown.
+// path\to\signed files. Prints a table and writes it as JSON too. Exits with 1 when it cannot measure; a missed aim is
+// only shown.
+// bench.exe cold LIBRARY FILE [log|roots] makes one cold start and writes its moments to the file.
 #include <windows.h>
 
 #include <objbase.h>
@@ -75,8 +75,9 @@ pdx::Measurements measureAll(const std::filesystem::path& library, const std::st
 int wmain(int argc, wchar_t** argv) {
     const bool coldStart = argc >= 4 && std::wstring_view(argv[1]) == L"cold";
     if (argc != 5 && !coldStart) {
-        std::printf("usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json https://test.host "
-                    "path\\to\\signed files\n");
+        std::printf(
+            "usage: bench.exe path\\to\\PalisadeBootstrapper.dll path\\to\\bench.json https://test.host "
+            "path\\to\\signed files\n");
         return 1;
     }
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);

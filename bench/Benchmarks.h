@@ -1,4 +1,4 @@
-// The measurements. Each takes what it needs, prints nothing and throws std::runtime_error when it cannot measure.
+// The measurements. Each prints nothing, and throws std::runtime_error when it cannot measure.
 #pragma once
 
 #include <filesystem>
@@ -9,36 +9,37 @@
 
 namespace pdx {
 
-/// A timeline from the load of the library to the first full paint of its welcome page, each start in a new process of
-/// this program that leaves its result in the scratch file; medians.
+/// The times of a start, from the load of the library to the first full paint of its welcome page. They are medians of
+/// starts in new processes of this program, which write their results to the scratch file.
 Measurements measureColdStart(const std::filesystem::path& library, const std::filesystem::path& scratch);
-/// What such a process does: one cold start, its moments written to the file; with "log" after all log lines with their
-/// time, with "roots" of a process that has imported the root certificates before.
+/// Makes one cold start and writes its moments to the file. With "log" the file also has all log lines with their time.
+/// With "roots" the process imports the root certificates before.
 void writeColdStart(const std::filesystem::path& library, const std::filesystem::path& result, std::wstring_view how);
-/// From BootstrapperApplicationCreate to the return of OnStartup, of the first load in the process and of the median.
+/// From BootstrapperApplicationCreate to the return of OnStartup: the first load in the process, and the median.
 Measurements measureStartup(const std::filesystem::path& library);
-/// The dialog of the shipped library: its welcome page from OnStartup on, a repaint, what it takes of memory, and what
-/// of a core while a bar of unknown progress moves.
+/// The dialog of the shipped library: from OnStartup to its welcome page, a repaint, its memory, and the processor load
+/// of the moving bar.
 Measurements measureWindow(const std::filesystem::path& library);
-/// Marked-up text: parsed, measured and placed, without a paint.
+/// Marked-up text: parsing, measuring and placing, without a paint.
 Measurements measureLayout();
-/// Windows Installer's messages through OnExecuteMsiMessage of the shipped library, and what of memory stays taken.
+/// Windows Installer's messages through OnExecuteMsiMessage of the shipped library, and the memory that they leave in
+/// use.
 Measurements measureMessages(const std::filesystem::path& library);
 /// A log line and the scrubbing of its text, each also as a ratio to formatting the line alone.
 Measurements measureLogging();
-/// What telling an event costs its caller while a service is silent, how fast events reach a service and what they take
-/// of memory before; what is found out of the machine for them. The host is one that answers as the query tells it
-/// (harness/services/testhost.py), "https://host.name".
+/// Events: their cost for the sender while a service does not answer, the rate of delivery, and the memory of queued
+/// ones. Also the time to collect the facts of the machine. The host, "https://host.name", is
+/// harness/services/testhost.py, which answers as the query says.
 Measurements measureTelemetry(const std::string& host);
-/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys, each also as
-/// a ratio to the platform's calls alone.
+/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys. Each is
+/// also a ratio to the platform's calls alone.
 Measurements measureRepair();
-/// The lock and the check of the files of a raised start: those of that folder, which the maker has signed.
+/// Locking and checking the files of an elevated start, which are copied from that folder of signed files.
 Measurements measureElevatedFiles(const std::filesystem::path& signedFiles);
-/// The package of an error report: how fast logs go into it, also as a ratio to packing alone, and what it takes of
-/// memory. The logs lie in the scratch file meanwhile.
+/// The package of an error report: the rate at which it takes logs, also as a ratio to packing alone, and its memory.
+/// The scratch file holds the logs.
 Measurements measureReport(const std::filesystem::path& scratch);
-/// The library's file by its sections.
+/// The size of the library's file and of its sections.
 Measurements measureSize(const std::filesystem::path& library);
 
 }  // namespace pdx

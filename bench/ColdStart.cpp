@@ -1,4 +1,4 @@
-// A start as the engine's process sees it: each round in a process of its own, in which nothing is warm.
+// Cold starts: each round in a process of its own, like the engine's.
 #include <windows.h>
 
 #include <wincrypt.h>
@@ -11,9 +11,7 @@
 
 #include "bench/Benchmarks.h"
 #include "bench/ProcessMemory.h"
-#include "bench/Welcome.h"
-#include "harness/engine/LoadedLibrary.h"
-#include "harness/engine/SmallEngine.h"
+#include "bench/StartedLibrary.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -25,7 +23,7 @@ constexpr DWORD roundLimitMs = 60000;
 constexpr double paintAim = 350;
 constexpr double memoryAim = 60;
 
-/// The moments of a start, in ms behind the one before; the working set at its end in MiB.
+/// The moments of a start, in ms after the previous one, and the working set at the end in MiB.
 enum Moment { loaded, constructed, uiEntered, dialogMade, laidOut, painted, workingSet, momentCount };
 using Moments = std::array<double, momentCount>;
 
@@ -43,7 +41,7 @@ constexpr struct {
 };
 static_assert(std::size(momentTexts) == momentCount);
 
-/// Milliseconds since its making.
+/// Milliseconds since its construction.
 class Watch {
   public:
     [[nodiscard]] double now() const {
@@ -54,7 +52,7 @@ class Watch {
     std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 };
 
-/// Notes when each line reaches the log.
+/// Records when a line reaches the log.
 class WatchedEngine : public SmallEngine {
   public:
     explicit WatchedEngine(const Watch& clock, std::ostream* trace) : watch(clock), lines(trace) {}
@@ -74,12 +72,12 @@ class WatchedEngine : public SmallEngine {
     double entered = 0;
 };
 
-/// What the engine's process has before it loads the library: a window, and with it the graphics driver.
+/// Makes a window, as the engine's process does before it loads the library; that loads the graphics driver.
 void makeEngineWindow() {
     CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
 }
 
-/// What Wine does once in each process that looks for a trusted root: it imports those of the host.
+/// Has Wine import the root certificates of the host, as it does once in a process that looks for a trusted root.
 void importRoots() { CertCloseStore(CertOpenSystemStoreW(0, L"ROOT"), 0); }
 
 Moments moments(const std::filesystem::path& file, std::ostream* trace, bool rootsBefore) {
@@ -87,31 +85,22 @@ Moments moments(const std::filesystem::path& file, std::ostream* trace, bool roo
     if (rootsBefore) importRoots();
     const Watch watch;
     std::array<double, painted + 1> at{};
-    const LoadedLibrary library(file);
-    if (!library) throw std::runtime_error("the library cannot be loaded");
+    auto watched = std::make_unique<WatchedEngine>(watch, trace);
+    const WatchedEngine& engine = *watched;
+    StartedLibrary started(file, BOOTSTRAPPER_DISPLAY_FULL, std::move(watched));
     at[loaded] = watch.now();
-    WatchedEngine engine(watch, trace);
-    for (const auto* mode : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(mode, L"0");
-    BOOTSTRAPPER_COMMAND command{};
-    command.action = BOOTSTRAPPER_ACTION_INSTALL;
-    command.display = BOOTSTRAPPER_DISPLAY_FULL;
-    IBootstrapperApplication* application = nullptr;
-    if (FAILED(library.create(&engine, &command, &application)))
-        throw std::runtime_error("the library makes no application object");
+    started.create();
     at[constructed] = watch.now();
-    if (FAILED(application->OnStartup())) throw std::runtime_error("the library does not start");
+    started.startUp();
     at[uiEntered] = engine.uiThreadEntered();
     at[dialogMade] = watch.now();
-    application->OnDetectComplete(S_OK);
+    started.application().OnDetectComplete(S_OK);
     at[laidOut] = watch.now();
     paint(findDialog());
     at[painted] = watch.now();
     Moments found{};
     for (size_t i = 0; i <= painted; ++i) found[i] = at[i] - (i ? at[i - 1] : 0);
     found[workingSet] = mebibytes(processMemory().workingSet);
-    application->OnShutdown();
-    application->Release();
-    library.destroy();
     return found;
 }
 
@@ -164,12 +153,11 @@ Measurements measureColdStart(const std::filesystem::path& library, const std::f
     Measurements all;
     for (size_t i = 0; i <= painted; ++i)
         all.push_back({momentTexts[i].name, median(rounds[i]), "ms", momentTexts[i].meaning});
-    all.push_back(
-        {"cold_start", median(whole), "ms", "cold start: all behind the load", Measurement::Aim{paintAim, false}});
+    all.push_back({"cold_start", median(whole), "ms", "cold start: all after the load", atMost(paintAim)});
     all.push_back({"cold_roots", median(whole) - median(withRoots), "ms",
                    "cold start: of that, Wine's import of the host's root certificates"});
     all.push_back({momentTexts[workingSet].name, median(rounds[workingSet]), "MiB", momentTexts[workingSet].meaning,
-                   Measurement::Aim{memoryAim, false}});
+                   atMost(memoryAim)});
     return all;
 }
 

@@ -16,10 +16,9 @@ namespace {
 constexpr int rounds = 21;
 constexpr const wchar_t* names[] = {L"PalisadeSetup.exe", L"version.dll"};
 
-/// What no check of a signed file can do without: it is opened, asked where it lies, its signature verified and read.
+/// The system's calls that every check of a signed file needs: open it, get its path, verify and read its signature.
 void checkBare(const std::filesystem::path& path) {
-    const FileHandle file(
-        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     wchar_t finalPath[MAX_PATH];
     GetFinalPathNameByHandleW(file.get(), finalPath, MAX_PATH, 0);
     WINTRUST_FILE_INFO info{};
@@ -35,10 +34,10 @@ void checkBare(const std::filesystem::path& path) {
     HCERTSTORE store = nullptr;
     HCRYPTMSG message = nullptr;
     static const auto verify = lookUp<decltype(&WinVerifyTrust)>(systemLibrary(L"wintrust.dll"), "WinVerifyTrust");
-    const bool good = verify(nullptr, &action, &data) == 0 &&
-                      CryptQueryObject(CERT_QUERY_OBJECT_FILE, path.c_str(),
-                                       CERT_QUERY_CONTENT_FLAG_PKCS7_SIGNED_EMBED, CERT_QUERY_FORMAT_FLAG_BINARY, 0,
-                                       nullptr, nullptr, nullptr, &store, &message, nullptr);
+    const bool good =
+        verify(nullptr, &action, &data) == 0 &&
+        CryptQueryObject(CERT_QUERY_OBJECT_FILE, path.c_str(), CERT_QUERY_CONTENT_FLAG_PKCS7_SIGNED_EMBED,
+                         CERT_QUERY_FORMAT_FLAG_BINARY, 0, nullptr, nullptr, nullptr, &store, &message, nullptr);
     if (message) CryptMsgClose(message);
     if (store) CertCloseStore(store, 0);
     if (!good) throw std::runtime_error("a file's signature cannot be checked");
@@ -47,7 +46,7 @@ void checkBare(const std::filesystem::path& path) {
 }  // namespace
 
 Measurements measureElevatedFiles(const std::filesystem::path& signedFiles) {
-    const std::filesystem::path folder = std::filesystem::path(getTempPath()) / L"raised";
+    const std::filesystem::path folder = std::filesystem::path(getTempPath()) / L"elevated";
     std::filesystem::create_directories(folder);
     for (const wchar_t* name : names)
         std::filesystem::copy_file(signedFiles / name, folder / name,
@@ -55,15 +54,14 @@ Measurements measureElevatedFiles(const std::filesystem::path& signedFiles) {
     const auto lock = [&] {
         std::vector<FileHandle> files;
         if (!ensureElevatedBinaries(files, folder.wstring(), names[0]))
-            throw std::runtime_error("the raised files cannot be locked");
+            throw std::runtime_error("the elevated files cannot be locked");
     };
     const auto check = [&] {
         for (const wchar_t* name : names) checkBare(folder / name);
     };
     lock();
-    // By turns, so that what else the machine does meanwhile falls on both.
-    std::vector<double> locks;
-    std::vector<double> checks;
+    // In turn, so that other load of the machine affects both alike.
+    std::vector<double> locks, checks;
     for (int round = 0; round < rounds; ++round) {
         checks.push_back(secondsOf(check));
         locks.push_back(secondsOf(lock));
@@ -72,8 +70,8 @@ Measurements measureElevatedFiles(const std::filesystem::path& signedFiles) {
     const double locking = median(std::move(locks));
     const double bare = median(std::move(checks));
     return {
-        {"raised_files", locking * 1e3, "ms", "both files of a raised start locked and their signatures checked"},
-        {"raised_files_ratio", locking / bare, "x", "that to the system's own calls alone"},
+        {"elevated_files", locking * 1e3, "ms", "both files of an elevated start locked and their signatures checked"},
+        {"elevated_files_ratio", locking / bare, "x", "that to the system's own calls alone"},
     };
 }
 

@@ -45,8 +45,7 @@ Measurements measureLayout() {
     const HWND window =
         CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, bodyWidth, 80, nullptr, nullptr, nullptr, nullptr);
     if (!window) throw std::runtime_error("there is no window for a text");
-    double longest = 0;
-    double many = 0;
+    double longest = 0, many = 0;
     const std::wstring text = longestText();
     {
         HtmlStatic label(window);

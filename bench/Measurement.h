@@ -1,4 +1,4 @@
-// What a measurement is, and the clock and statistics that all of them share.
+// A measurement, and the clock and statistics of all measurements.
 #pragma once
 
 #include <algorithm>
@@ -13,8 +13,8 @@ struct Measurement {
     std::string name;  ///< also the key in the JSON file, "log_line"
     double value;
     std::string unit;
-    std::string meaning;  ///< for people
-    /// A bound that the value is meant to keep. Not an assertion: machines differ.
+    std::string meaning;  ///< for the printed table
+    /// A bound for the value. Not an assertion, because machines differ.
     struct Aim {
         double bound;
         bool atLeast;
@@ -25,7 +25,10 @@ struct Measurement {
 };
 using Measurements = std::vector<Measurement>;
 
-/// Seconds that the work takes.
+inline Measurement::Aim atMost(double bound) { return {bound, false}; }
+inline Measurement::Aim atLeast(double bound) { return {bound, true}; }
+
+/// The duration of the work in seconds.
 template <typename Work>
 double secondsOf(Work work) {
     const auto start = std::chrono::steady_clock::now();
@@ -33,7 +36,7 @@ double secondsOf(Work work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// The value that has this share of all values, which is below 1, below it.
+/// The value that a share of all values, below 1, is below.
 inline double quantile(std::vector<double> values, double share) {
     const auto at = values.begin() + static_cast<std::ptrdiff_t>(static_cast<double>(values.size()) * share);
     std::nth_element(values.begin(), at, values.end());
@@ -42,13 +45,19 @@ inline double quantile(std::vector<double> values, double share) {
 
 inline double median(std::vector<double> values) { return quantile(std::move(values), 0.5); }
 
-/// The median of so many rounds, in seconds; one more round goes before and does not count.
+/// The median of the values that so many rounds give.
+template <typename Measure>
+double medianOf(int rounds, Measure measure) {
+    std::vector<double> values;
+    for (int round = 0; round < rounds; ++round) values.push_back(measure());
+    return median(std::move(values));
+}
+
+/// The median duration of the work in seconds, after one round that does not count.
 template <typename Work>
 double medianSeconds(int rounds, Work work) {
     work();
-    std::vector<double> seconds;
-    for (int round = 0; round < rounds; ++round) seconds.push_back(secondsOf(work));
-    return median(std::move(seconds));
+    return medianOf(rounds, [&] { return secondsOf(work); });
 }
 
 }  // namespace pdx

@@ -16,7 +16,8 @@ constexpr int32_t progress = 0x0A000000;
 constexpr int32_t commonData = 0x0B000000;
 constexpr int32_t errorStyle = 0x10;  // MB_OK | MB_ICONERROR
 
-/// Numbers that are the same with every library (Knuth's MMIX constants; the high half is what is random).
+/// Pseudo-random numbers that do not depend on the standard library (Knuth's MMIX constants; only the high half is
+/// random).
 class Sequence {
   public:
     uint32_t below(uint32_t bound) {
@@ -76,7 +77,7 @@ PackageLogLine actionLine(Sequence& sequence) {
             {action, L"Running " + action, L"[1]"}};
 }
 
-/// What the engine of Windows Installer tells of itself: now and then a whole list of properties.
+/// A line of Windows Installer about its own work; one in forty has a list of properties.
 PackageLogLine infoLine(Sequence& sequence) {
     std::wstring text = L"MSI (s) (" + number(sequence, 255) + L":" + number(sequence, 255) +
                         L") [12:00:00:000]: Executing op: ComponentRegister(ComponentId={4D3C2B1A-6F5E-8170-92A3-"

@@ -1,4 +1,4 @@
-// A log such as Windows Installer's messages of a long installation make, the same on every run.
+// A log like that of a long installation by Windows Installer, the same on every run.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@ struct PackageLogLine {
     std::vector<std::wstring> data;
 };
 
-/// Lines of all kinds that reach the library, 20 to some 2,000 characters long, most of them action data and progress;
-/// among them the library's own commands by which custom actions set variables and add to the context.
+/// Lines of all kinds that reach the library, 20 to some 2,000 characters long, mostly action data and progress. Some
+/// are the commands of custom actions, which set variables and add to the context.
 std::vector<PackageLogLine> makePackageLog(size_t lines);
 
 }  // namespace pdx

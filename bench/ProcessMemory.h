@@ -1,4 +1,4 @@
-// What of memory this process has taken.
+// The memory that this process uses.
 #pragma once
 
 #include <cstddef>
@@ -6,13 +6,13 @@
 namespace pdx {
 
 struct ProcessMemory {
-    size_t heapInUse;  ///< bytes of all blocks that are taken, in all heaps of the process
-    size_t workingSet;
+    size_t heapInUse;   ///< bytes of all allocated blocks in all heaps
+    size_t workingSet;  ///< bytes
 };
 
 ProcessMemory processMemory();
 
-/// The second of them alone, which is cheap.
+/// The working set alone, which is cheap to read; 0 on failure.
 size_t workingSetNow();
 
 inline double mebibytes(size_t bytes) { return static_cast<double>(bytes) / (1024 * 1024); }

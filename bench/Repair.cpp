@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 constexpr int folders = 100;
 constexpr int filesEach = 200;
 constexpr int componentKeys = 50000;
-constexpr int ownEach = 20;  // so many keys of others to one of the package
+constexpr int ownEach = 20;  // one key in so many has a component of the package
 
 constexpr wchar_t components[] =
     L"Software\\Microsoft\\Windows\\CurrentVersion\\Installer\\UserData\\S-1-5-18\\Components";
@@ -70,11 +70,12 @@ void removeComponents() {
     }
 }
 
-/// How many of the package's are left, which has to be none: between two of them there are others.
+/// Whether a component key of the package is left.
 bool anyLeft() {
     bool left = false;
-    RegistryKey::localMachine(view64).openSubKey(components, true).enumerateSubKeys(
-        [&](RegistryKey& key, const std::wstring& name) {
+    RegistryKey::localMachine(view64)
+        .openSubKey(components, true)
+        .enumerateSubKeys([&](RegistryKey& key, const std::wstring& name) {
             left = left || key.getSubKeyValue(name, packedProductCode) != RegistryValue();
             return true;
         });
@@ -89,8 +90,7 @@ Measurements measureRepair() {
     const double bareFiles = secondsOf([&] { removeFiles(root.wstring()); });
     layOutFiles(root);
     RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", root.wstring());
-    const RepairRun run{L"{none}", [] { return false; }, [](RepairStep) {}, [] {},
-                        [](const std::wstring&) {}};
+    const RepairRun run{L"{none}", [] { return false; }, [](RepairStep) {}, [] {}, [](const std::wstring&) {}};
     bool done = false;
     const double cleanUp = secondsOf([&] { done = cleanUpForRepair(run) == RepairResult::done; });
     if (!done || fs::exists(root)) throw std::runtime_error("the clean-up left something");

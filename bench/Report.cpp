@@ -20,12 +20,11 @@ namespace pdx {
 namespace {
 
 constexpr int reportRounds = 5;
-constexpr size_t usualSize = 16 << 20;    // bytes of UTF-8
+constexpr size_t usualSize = 16 << 20;  // bytes of UTF-8
 constexpr size_t largeSize = 500 << 20;
 constexpr size_t logLines = 40000;
-constexpr double megabyte = 1 << 20;
 
-/// Lines as Windows Installer logs them, one in sixteen with a path of this user's.
+/// Lines like those of a Windows Installer log; one in sixteen has a path in this user's profile.
 std::string logText() {
     const std::wstring profile = L" " + getProfilePath() + L"\\AppData\\Local\\Temp\\";
     std::wstring text;
@@ -35,7 +34,7 @@ std::string logText() {
     return toUtf8(text);
 }
 
-/// A log file of that size, gone at the end.
+/// A log file of that size; the destructor deletes it.
 class LogFile {
   public:
     LogFile(const std::filesystem::path& place, const std::string& text, size_t size) : path(place) {
@@ -65,7 +64,7 @@ class LogFile {
     std::filesystem::path path;
 };
 
-/// Seconds that zlib takes for what a report of this text holds, the text again and again up to that size.
+/// Seconds that zlib alone takes to pack the text, repeated up to that size.
 double packingAlone(const std::string& scrubbed, size_t size) {
     std::string packed(size / 2, '\0');
     return secondsOf([&] {
@@ -83,7 +82,7 @@ double packingAlone(const std::string& scrubbed, size_t size) {
     });
 }
 
-/// How far the process's working set rises above what it is now, in bytes.
+/// The growth of the process's working set, in bytes, at its highest during the work.
 template <typename Work>
 size_t peakOf(Work work) {
     const size_t before = workingSetNow();
@@ -102,9 +101,8 @@ size_t peakOf(Work work) {
 
 Measurements measureReport(const std::filesystem::path& scratch) {
     const std::string text = logText();
-    // Ahead of the others, which leave memory behind that it could use.
-    size_t package = 0;
-    size_t peak = 0;
+    // Before the other measurements, whose freed memory it could reuse.
+    size_t package = 0, peak = 0;
     {
         const LogFile large(scratch, text, largeSize);
         peak = peakOf([&] { package = large.packed().package.size(); });
@@ -112,26 +110,26 @@ Measurements measureReport(const std::filesystem::path& scratch) {
     const std::string scrubbed = toUtf8(scrubProfilePath(toWide(text)));
     const std::wstring wide = toWide(text);
     const std::string wideBytes = "\xFF\xFE" + std::string(reinterpret_cast<const char*>(wide.data()), wide.size() * 2);
-    const auto wideSize = static_cast<size_t>(1.0 * usualSize / static_cast<double>(text.size()) *
-                                              static_cast<double>(wideBytes.size()));
+    const auto wideSize =
+        static_cast<size_t>(1.0 * usualSize / static_cast<double>(text.size()) * static_cast<double>(wideBytes.size()));
     const std::filesystem::path widePlace = scratch.wstring() + L".utf16";
     const LogFile log(scratch, text, usualSize);
     const LogFile wideLog(widePlace, wideBytes, wideSize);
     std::vector<double> speeds, ratios, wideRatios;
-    for (int round = 0; round < reportRounds; ++round) {  // side by side, for a machine has other work too
+    for (int round = 0; round < reportRounds; ++round) {  // in turn, so that other load affects both alike
         const double alone = packingAlone(scrubbed, usualSize);
         const double seconds = secondsOf([&] { log.packed(); });
-        speeds.push_back(usualSize / megabyte / seconds);
+        speeds.push_back(mebibytes(usualSize) / seconds);
         ratios.push_back(alone / seconds);
         wideRatios.push_back(alone / secondsOf([&] { wideLog.packed(); }));
     }
     return {
         {"report_package", median(speeds), "MB/s", "logs into an error report's package"},
-        {"report_package_ratio", median(ratios), "x", "that to zlib's level 9 alone", {{0.9, true}}},
+        {"report_package_ratio", median(ratios), "x", "that to zlib's level 9 alone", atLeast(0.9)},
         {"report_package_utf16_ratio", median(wideRatios), "x", "the same of UTF-16 logs, counted as UTF-8"},
-        {"report_memory", (static_cast<double>(peak) - static_cast<double>(package)) / megabyte, "MB",
-         "memory for one log of 500 MB beyond the package", {{8, false}}},
-        {"report_size", static_cast<double>(package) / megabyte, "MB", "that package"},
+        {"report_memory", mebibytes(peak) - mebibytes(package), "MB", "memory for one log of 500 MB beyond the package",
+         atMost(8)},
+        {"report_size", mebibytes(package), "MB", "that package"},
     };
 }
 

@@ -1,4 +1,4 @@
-// The library with an application object that has started, for measurements of single slots.
+// The library with an application object and its dialog, for measurements.
 #pragma once
 
 #include <memory>
@@ -9,15 +9,16 @@
 
 namespace pdx {
 
-/// An install before detection, silent unless told otherwise. The slots are called by whoever measures; the end of the
-/// life comes with the destructor.
+/// An installation before detection, whose callbacks the measurement calls. The constructor loads the library; create
+/// and startUp make and start the application object; end, or the destructor, ends its life.
 class StartedLibrary {
   public:
-    explicit StartedLibrary(const std::filesystem::path& file, BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE)
-        : library(file) {
+    explicit StartedLibrary(const std::filesystem::path& file, BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE,
+                            std::unique_ptr<SmallEngine> itsEngine = std::make_unique<SmallEngine>())
+        : engine(std::move(itsEngine)), library(file) {
         if (!library) throw std::runtime_error("the library cannot be loaded");
-        engine.keepRecords(false);
-        for (const auto* mode : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine.variables.set(mode, L"0");
+        engine->keepRecords(false);
+        for (const auto* mode : {L"PDX_REPAIR", L"PDX_MERIDIAN_MODE"}) engine->variables.set(mode, L"0");
         command.action = BOOTSTRAPPER_ACTION_INSTALL;
         command.display = display;
     }
@@ -26,7 +27,7 @@ class StartedLibrary {
     ~StartedLibrary() { end(); }
 
     void create() {
-        if (FAILED(library.create(&engine, &command, &instance)))
+        if (FAILED(library.create(engine.get(), &command, &instance)))
             throw std::runtime_error("the library makes no application object");
     }
     void startUp() {
@@ -47,10 +48,26 @@ class StartedLibrary {
     IBootstrapperApplication& application() { return *instance; }
 
   private:
-    SmallEngine engine;
+    std::unique_ptr<SmallEngine> engine;
     BOOTSTRAPPER_COMMAND command{};
     LoadedLibrary library;
     IBootstrapperApplication* instance = nullptr;
 };
+
+/// This process's dialog; throws when there is none.
+inline HWND findDialog() {
+    HWND found = nullptr;
+    while ((found = FindWindowExW(nullptr, found, L"#32770", nullptr)) != nullptr) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(found, &process);
+        if (process == GetCurrentProcessId()) return found;
+    }
+    throw std::runtime_error("there is no window");
+}
+
+/// Paints the window and all its children now.
+inline void paint(HWND dialog, UINT invalidation = 0) {
+    RedrawWindow(dialog, nullptr, nullptr, invalidation | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
 
 }  // namespace pdx

@@ -16,11 +16,10 @@ double startSeconds(const std::filesystem::path& library) {
 
 Measurements measureStartup(const std::filesystem::path& library) {
     const double first = startSeconds(library);
-    std::vector<double> seconds;
-    for (int round = 0; round < startupRounds; ++round) seconds.push_back(startSeconds(library));
+    const double later = medianOf(startupRounds, [&] { return startSeconds(library); });
     return {
         {"startup_first", first * 1000, "ms", "creation to the return of OnStartup, first load"},
-        {"startup", median(seconds) * 1000, "ms", "creation to the return of OnStartup, median"},
+        {"startup", later * 1000, "ms", "creation to the return of OnStartup, median"},
     };
 }
 

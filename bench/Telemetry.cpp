@@ -18,7 +18,7 @@ namespace {
 using nlohmann::json;
 
 constexpr int stalledEvents = 20000;
-/// Seconds in which the host stays silent: longer than those events take.
+/// Seconds in which the host does not answer; longer than those events take.
 constexpr int silence = 5;
 constexpr int rateEvents = 10000;
 constexpr int rateRounds = 3;
@@ -31,7 +31,7 @@ const json attributes = {{"action", "install"},
                          {"package", "PalisadeApp.msi"},
                          {"size", 104857600}};
 
-/// This process's telemetry for as long as it lives, its Brisk service at a path of the host.
+/// Telemetry of this process during its lifetime, with the Brisk service at a path of the host.
 class HostedTelemetry {
   public:
     HostedTelemetry(std::string serviceHost, std::string servicePath, const std::string& query = {})
@@ -49,7 +49,7 @@ class HostedTelemetry {
         g_config.clear();
     }
 
-    /// The posts so far, once there are so many.
+    /// All posts, after waiting for that many.
     [[nodiscard]] json posts(size_t count) const {
         HttpClient client(parseUrl(host + "/requests?path=" + path + "&count=" + std::to_string(count)));
         client.get();
@@ -58,9 +58,9 @@ class HostedTelemetry {
         if (!found.is_array() || found.size() < count) throw std::runtime_error("the service gets no telemetry");
         return found;
     }
-    /// Tells an event that nothing holds back and waits until there are so many posts. Whatever was told before has
-    /// gone through the worker by then.
-    void tellUrgently(size_t posted) const {
+    /// Sends an event that is posted at once and waits for that many posts. By then the worker has handled all earlier
+    /// events.
+    void sendUrgently(size_t posted) const {
         sendTelemetry(briskSender, eventName, attributes, true);
         (void)posts(posted);
     }
@@ -79,7 +79,7 @@ struct CallCosts {
 CallCosts callCostsWhileStalled(const std::string& host) {
     const HostedTelemetry telemetry(host, "/bench/stalled", "&delay=" + std::to_string(silence));
     enableTelemetry();
-    telemetry.tellUrgently(1);
+    telemetry.sendUrgently(1);
     const json header = briskHeader({"AMD64", "US", "production", {}, "en", getMachineHash(), "Win 10", "a-session"});
     CallCosts costs;
     std::vector<json> built;
@@ -87,22 +87,22 @@ CallCosts callCostsWhileStalled(const std::string& host) {
     for (int i = 0; i < stalledEvents; ++i) {
         json params = attributes;
         const TelemetryEvent event{briskSender, eventName, attributes};
-        // By turns, so that both see the same of what else the machine does.
+        // In turn, so that other load of the machine affects both alike.
         costs.building.push_back(
             secondsOf([&] { built.push_back(briskEvent(event, briskTimestamp(), false, header)); }));
         costs.sending.push_back(secondsOf([&] { sendTelemetry(briskSender, eventName, std::move(params), false); }));
     }
     if (telemetry.posts(1).size() != 1) throw std::runtime_error("the service answered too early");
-    // What has gathered is not of interest.
+    // The queued events are not needed.
     g_telemetry.get()->setSendingEnabled(false);
     return costs;
 }
 
-/// From the first call to the answer to the last post.
+/// Seconds from the first call to the answer to the last post.
 double secondsToDeliver(const std::string& host, int round) {
     const HostedTelemetry telemetry(host, "/bench/rate/" + std::to_string(round));
     enableTelemetry();
-    telemetry.tellUrgently(1);  // the connection stands
+    telemetry.sendUrgently(1);  // the connection is open
     const double seconds = secondsOf([] {
         for (int i = 0; i < rateEvents; ++i) sendTelemetry(briskSender, eventName, attributes, false);
         g_telemetry.get()->stop();
@@ -113,20 +113,20 @@ double secondsToDeliver(const std::string& host, int round) {
     return seconds;
 }
 
-/// Bytes of heap that the events take while they are held back.
+/// Bytes of heap that the events take in the queue.
 double heldHeap(const std::string& host) {
     const HostedTelemetry telemetry(host, "/bench/held");
-    telemetry.tellUrgently(1);
+    telemetry.sendUrgently(1);
     const size_t before = processMemory().heapInUse;
     for (int i = 0; i < heldEvents; ++i) sendTelemetry(briskSender, eventName, attributes, false);
-    telemetry.tellUrgently(2);
+    telemetry.sendUrgently(2);
     return static_cast<double>(processMemory().heapInUse) - static_cast<double>(before);
 }
 
 void gatherInstallTelemetry() {
     static constexpr const wchar_t* folder = L"C:\\Program Files\\Palisade";
     if (installTelemetry({briskTimestamp(), false, folder, folder}).driveType.empty())
-        throw std::runtime_error("the system tells nothing of its disks");
+        throw std::runtime_error("the system reports no disks");
 }
 
 }  // namespace
@@ -135,8 +135,8 @@ Measurements measureTelemetry(const std::string& host) {
     const double hash = medianSeconds(identityRounds, getMachineHash);
     const double install = medianSeconds(identityRounds, gatherInstallTelemetry);
     const CallCosts costs = callCostsWhileStalled(host);
-    std::vector<double> deliveries;
-    for (int round = 0; round < rateRounds; ++round) deliveries.push_back(secondsToDeliver(host, round));
+    int round = 0;
+    const double delivery = medianOf(rateRounds, [&] { return secondsToDeliver(host, round++); });
     const double heap = heldHeap(host);
     constexpr double rare = 0.999;
     const double send = median(costs.sending);
@@ -149,7 +149,7 @@ Measurements measureTelemetry(const std::string& host) {
         {"build_event", build * 1e9, "ns", "its event's JSON alone, median"},
         {"build_event_rare", rareBuild * 1e9, "ns", "its event's JSON alone, 99.9th percentile"},
         {"send_telemetry_ratio", send / build, "x", "sendTelemetry to its event's JSON alone, median"},
-        {"events_per_second", rateEvents / median(deliveries), "1/s", "events through a sender to a local service"},
+        {"events_per_second", rateEvents / delivery, "1/s", "events through a sender to a local service"},
         {"held_heap", heap, "bytes", "heap taken by " + std::to_string(heldEvents) + " events held back"},
         {"held_heap_event", heap / heldEvents, "bytes", "one event held back"},
         {"machine_hash", hash * 1000, "ms", "getMachineHash, median"},

@@ -52,10 +52,10 @@ int32_t focused() {
 }
 
 int32_t differingPixels(const Snapshot& one, const Snapshot& other) {
-    const Size size = one.GetSize();
+    const Size size = one.getSize();
     int32_t count = 0;
     for (int32_t y = 0; y < size.height; ++y)
-        for (int32_t x = 0; x < size.width; ++x) count += one.GetPixel({x, y}) != other.GetPixel({x, y});
+        for (int32_t x = 0; x < size.width; ++x) count += one.getPixel({x, y}) != other.getPixel({x, y});
     return count;
 }
 
@@ -64,7 +64,7 @@ Json walk(const GalleryDialog& dialog, bool backward, const std::function<void(i
     Json stops = Json::array();
     if (backward) stops.push_back(focused());
     while (stops.size() < mostStops) {
-        press(dialog.GetHandle(), VK_TAB, backward);
+        press(dialog.getHandle(), VK_TAB, backward);
         const int32_t control = focused();
         const bool known = std::find(stops.begin(), stops.end(), control) != stops.end();
         stops.push_back(control);
@@ -76,7 +76,7 @@ Json walk(const GalleryDialog& dialog, bool backward, const std::function<void(i
 
 /// How much of a control looks otherwise without the focus than in a picture with it; the focus comes back.
 int32_t changedBy(const GalleryDialog& dialog, HWND control, const Snapshot& with) {
-    ::SetFocus(dialog.GetHandle());
+    ::SetFocus(dialog.getHandle());
     const Snapshot without(control);
     ::SetFocus(control);
     return differingPixels(without, with);
@@ -84,17 +84,17 @@ int32_t changedBy(const GalleryDialog& dialog, HWND control, const Snapshot& wit
 
 /// The same for a check box, which is unchecked for it.
 int32_t changedWhenUnchecked(const GalleryDialog& dialog, HWND control) {
-    press(dialog.GetHandle(), VK_SPACE);
+    press(dialog.getHandle(), VK_SPACE);
     const int32_t pixels = changedBy(dialog, control, Snapshot(control));
-    press(dialog.GetHandle(), VK_SPACE);
+    press(dialog.getHandle(), VK_SPACE);
     return pixels;
 }
 
 }  // namespace
 
 Json walkFocus(const GalleryDialog& dialog, const FocusVisitor& visitor) {
-    SetForegroundWindow(dialog.GetHandle());
-    ::SetFocus(dialog.GetHandle());
+    SetForegroundWindow(dialog.getHandle());
+    ::SetFocus(dialog.getHandle());
     Json changed = Json::object(), toggled = Json::array();
     Json forward = walk(dialog, false, [&](int32_t id) {
         const HWND control = dialog.GetItem(id);

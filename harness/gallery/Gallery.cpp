@@ -47,7 +47,7 @@ void showPage(Gallery& gallery, const pdx::GalleryDialog& dialog, const fs::path
             save(picture, named("-" + std::to_string(control) + ".png"));
         });
     else
-        save(pdx::Snapshot(dialog.GetHandle()), named(".png"));
+        save(pdx::Snapshot(dialog.getHandle()), named(".png"));
     save(facts, named(".json"));
 }
 

@@ -30,11 +30,11 @@ GlyphCheck::Pixels GlyphCheck::drawn(wchar_t character, const Face& face) {
         const StringFormat format = CreateTextFormat();
         const Brush brush(palette::defaultText);
         // Room on the left for marks that stand over the letter ahead of them.
-        graphics.DrawString({&character, 1}, font.get(), {16, 2, 0, 0}, &format, &brush);
+        graphics.drawString({&character, 1}, font.get(), {16, 2, 0, 0}, &format, &brush);
     }
     Pixels pixels;
     for (int32_t y = 0; y < canvas.height; ++y)
-        for (int32_t x = 0; x < canvas.width; ++x) pixels.push_back(bitmap.GetPixel({x, y}));
+        for (int32_t x = 0; x < canvas.width; ++x) pixels.push_back(bitmap.getPixel({x, y}));
     return pixels;
 }
 
@@ -46,7 +46,7 @@ const GlyphCheck::Pixels& GlyphCheck::boxOfFace(const Face& face) {
 }
 
 std::wstring GlyphCheck::missing(std::wstring_view text, const Font& font) {
-    const Face face = {font.GetFamilyName(), font.GetStyle() & (fontBold | fontItalic)};
+    const Face face = {font.getFamilyName(), font.GetStyle() & (fontBold | fontItalic)};
     std::wstring found;
     for (const wchar_t character : text) {
         if (std::iswspace(character) || character == L'\u00A0' || found.find(character) != std::wstring::npos) continue;

@@ -24,10 +24,10 @@ Json lineJson(const std::wstring& text, float x, float y, float width, float hei
 }
 
 RectF measured(const Window& widget, const std::wstring& text) {
-    Graphics graphics(widget.GetHandle());
+    Graphics graphics(widget.getHandle());
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
-    return graphics.MeasureString(text, widget.GetFont(), {}, &format);
+    return graphics.measureString(text, widget.getFont(), {}, &format);
 }
 
 Size roundedUp(const RectF& text) {
@@ -45,9 +45,9 @@ struct Shown {
 
 Shown shownBy(const HtmlStatic& label, GlyphCheck& glyphs) {
     Shown shown = {.text = label.GetText(), .preferred = sizeJson(label.GetPreferredSize())};
-    const TrackState track = label.GetScrollTrack().GetState();
+    const TrackState track = label.getScrollTrack().getState();
     shown.scrolls = track.maximum > track.minimum;
-    for (const TextRun& run : label.GetRuns()) {
+    for (const TextRun& run : label.getRuns()) {
         const FontRecord& record = run.style.logFont;
         const auto font = CreateFontByName(record.face, 24, record.weight > FW_NORMAL ? fontBold : fontRegular);
         for (const PlacedText& placed : run.placed) {
@@ -68,7 +68,7 @@ Shown shownLine(const Window& widget, std::optional<float> left, bool middle, Gl
     const float y = middle ? (static_cast<float>(client.height) - text.height) / 2 : 0;
     shown.preferred = sizeJson(roundedUp(text));
     shown.lines.push_back(lineJson(shown.text, x, y, text.width, text.height));
-    shown.missing = glyphs.missing(shown.text, *widget.GetFont());
+    shown.missing = glyphs.missing(shown.text, *widget.getFont());
     return shown;
 }
 
@@ -107,7 +107,7 @@ Json controlFacts(const GalleryDialog& dialog, int32_t id, const PublishedNames&
             {"enabled", IsWindowEnabled(window) != FALSE},
             {"text", toUtf8(shown.text)},
             {"preferred", shown.preferred},
-            {"secondary", button && button->IsSecondary()},
+            {"secondary", button && button->isSecondary()},
             {"tabstop", (GetWindowLongW(window, GWL_STYLE) & WS_TABSTOP) != 0},
             {"name", toUtf8(names.nameOf(window))},
             {"checked", check && check->IsChecked()},

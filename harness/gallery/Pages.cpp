@@ -34,12 +34,12 @@ struct Stage {
         if (!g_translator.get()->Load(language)) throw std::runtime_error("there is no such language");
         dialog = std::make_unique<GalleryDialog>(*application, gate);
         if (!dialog->Create({})) throw std::runtime_error("the dialog cannot be made");
-        SetForegroundWindow(dialog->GetHandle());
-        handlePosted(dialog->GetHandle());
+        SetForegroundWindow(dialog->getHandle());
+        handlePosted(dialog->getHandle());
     }
 
     LRESULT send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
-        return SendMessageW(dialog->GetHandle(), message, wparam, lparam);
+        return SendMessageW(dialog->getHandle(), message, wparam, lparam);
     }
     void fail(DWORD type, DWORD code, DWORD style) const {
         const ErrorInfo error = {.errorType = type, .code = code, .uiHint = style, .defaultResult = IDCANCEL};
@@ -198,7 +198,7 @@ void visit(Stage& stage, std::span<const Stop> stops, const PageVisitor& visitor
             stop.ask(stage);
             visitor(*stage.dialog, stop.page);
         }
-        handlePosted(stage.dialog->GetHandle());
+        handlePosted(stage.dialog->getHandle());
     }
 }
 

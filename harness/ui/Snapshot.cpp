@@ -31,7 +31,7 @@ Snapshot::Snapshot(HWND window) {
     ReleaseDC(window, shown);
 }
 
-Color Snapshot::GetPixel(Point point) const {
+Color Snapshot::getPixel(Point point) const {
     Gdiplus::ARGB color = 0;
     collect(
         Gdiplus::DllExports::GdipBitmapGetPixel(static_cast<Gdiplus::GpBitmap*>(native()), point.x, point.y, &color));

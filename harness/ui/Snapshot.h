@@ -12,9 +12,9 @@ namespace pdx {
 class Snapshot : public GdiPlusObject<Gdiplus::GpImage, Gdiplus::DllExports::GdipDisposeImage> {
   public:
     explicit Snapshot(HWND window);
-    [[nodiscard]] Size GetSize() const { return size; }
+    [[nodiscard]] Size getSize() const { return size; }
     /// Opaque; 0 outside of the picture.
-    [[nodiscard]] Color GetPixel(Point point) const;
+    [[nodiscard]] Color getPixel(Point point) const;
     /// Whether the file could be written.
     bool SavePng(const std::wstring& path) const;
 

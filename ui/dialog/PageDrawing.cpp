@@ -37,14 +37,14 @@ MessageResult PageView::Draw(Graphics& graphics) {
     const Bitmap* const background = plainBackground ? nullptr : Pictures().background();
     if (!background) {
         // From beyond the upper left to beyond the lower right corner: the whole client area.
-        graphics.FillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
+        graphics.fillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
     } else {
         // Nothing shines through it, and blending takes Wine twice the time.
-        graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-        if (background->GetSize() == client)
-            graphics.CopyImage(*background, graphics.Visible({0, 0, client.width, client.height}));
+        graphics.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
+        if (background->getSize() == client)
+            graphics.copyImage(*background, graphics.visible({0, 0, client.width, client.height}));
         else
-            graphics.DrawImage(*background, {0, 0, client.width, client.height});
+            graphics.drawImage(*background, {0, 0, client.width, client.height});
     }
     return handled(1);
 }
@@ -70,10 +70,10 @@ MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
         SendMessageW(hwnd, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
         SetViewportOrgEx(context.get(), before.x, before.y, nullptr);
     }
-    if (picture) surface.DrawImage(*picture, fitPicture({0, 0, size.width, size.height}, picture->GetSize()));
+    if (picture) surface.drawImage(*picture, fitPicture({0, 0, size.width, size.height}, picture->getSize()));
     Graphics screen(item->hDC);
-    screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    screen.CopyImage(buffer, {0, 0, size.width, size.height});
+    screen.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    screen.copyImage(buffer, {0, 0, size.width, size.height});
     return handled(1);
 }
 

@@ -23,7 +23,7 @@ void PagePictures::prepare() {
     const std::unique_ptr<Bitmap> background = LoadPicture(backgroundPictureNumber);
     pictures[logoPictureNumber] = LoadPicture(logoPictureNumber);
     // The picture at its own size goes: it is five times as large, and the window never changes its size.
-    if (background) scaledBackground = ScalePicture(*background, windowSize);
+    if (background) scaledBackground = scalePicture(*background, windowSize);
 }
 
 void PagePictures::setWindowSize(Size size) {

@@ -49,7 +49,7 @@ void PageView::CreateControls() {
     bodyLabel->SetDefaultLineHeight({LineHeight::pixels, 26});
     make(locationLabel, IDC_LOCATION_LABEL).SetFont(textFont(14, fontBold));
     make(locationValue, IDC_LOCATION_VALUE).SetFont(CreateFontByName(pathFace, 14, fontRegular));
-    locationValue->SetTextColor(palette::Grey[8]);
+    locationValue->setTextColor(palette::Grey[8]);
     make(closeButton, IDC_CLOSE).SetAccessibleName(Translate(L"installer_close"));
     make(actionButton, IDC_ACTION1).SetFont(textFont(14, fontBold));
     make(actionButton2, IDC_ACTION2).SetFont(textFont(14, fontBold));
@@ -93,7 +93,7 @@ void PageView::ShowProgress(int32_t percent) {
     // A message of another thread that was on its way when a prompt opened is none of the prompt's.
     PageState& page = PageBelowPrompts();
     if (page.progress == percent) return;
-    SendMessageW(progressBar->GetHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    SendMessageW(progressBar->getHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     page.progress = percent;
 }
 
@@ -138,9 +138,9 @@ void PageView::ShowTopPage() {
             break;
     }
     PlaceButtons(boxes);
-    actionButton->SetSecondary((secondary & firstSecondary) != 0);
-    actionButton2->SetSecondary((secondary & secondSecondary) != 0);
-    actionButton3->SetSecondary((secondary & thirdSecondary) != 0);
+    actionButton->setSecondary((secondary & firstSecondary) != 0);
+    actionButton2->setSecondary((secondary & secondSecondary) != 0);
+    actionButton3->setSecondary((secondary & thirdSecondary) != 0);
     QueuePosition(IDC_TITLE, boxes.title, placed);
     QueuePosition(IDC_SUBTITLE, boxes.subtitle, placed);
     QueuePosition(IDC_BODY, boxes.body, placed);
@@ -161,7 +161,7 @@ void PageView::SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, cons
                         int32_t y) {
     // Room for any text while it is measured: one that is taller than its window is laid out narrower, beside a scroll
     // track, and may then take a line more than it needs.
-    SetWindowPos(label.GetHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
+    SetWindowPos(label.getHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     label.SetFont(std::move(labelFont));
     label.SetText(text);
@@ -209,7 +209,7 @@ void PageView::FillOlderClient(PageBoxes& boxes) {
 
 void PageView::FillProgress(const PageState& page, PageBoxes& boxes) {
     SetTitle(textFont(27, fontBold), page.title, boxes.title, boxes.top);
-    const HWND bar = progressBar->GetHandle();
+    const HWND bar = progressBar->getHandle();
     SendMessageW(bar, PBM_SETRANGE32, 0, 100);
     if (page.progress == indeterminate)
         SendMessageW(bar, PBM_SETMARQUEE, TRUE, marqueePeriodMs);

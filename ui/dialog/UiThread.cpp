@@ -50,7 +50,7 @@ void useFaces() {
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
     for (const auto& [family, size, style] : faces)
-        graphics.MeasureString(L"Palisade", CreateFontByName(family, size, style).get(), {}, &format);
+        graphics.measureString(L"Palisade", CreateFontByName(family, size, style).get(), {}, &format);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// The name under which a screen reader finds a window. Custom-drawn widgets depend on it: their windows hold no text
-// that it could read.
+// The name of a window for screen readers. Widgets that draw themselves need it: their windows hold no text.
 #pragma once
 
 #include <windows.h>
@@ -10,15 +9,14 @@
 
 namespace pdx {
 
-/// Where accessible names go.
+/// A receiver of accessible names.
 class AccessibleNames {
   public:
     virtual ~AccessibleNames() = default;
     virtual void publish(HWND window, const std::wstring& name) = 0;
 };
 
-/// What takes the names in place of the platform's accessibility service, for those who have to see what was
-/// published; null in the product.
+/// Receives the names in place of the platform's accessibility service. Null in the product; tests set it.
 extern ProcessSlot<AccessibleNames> g_accessibleNames;
 
 /// Publishes the name of a window's client area. The thread must have initialised COM; a failure is silent.

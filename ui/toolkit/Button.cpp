@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/rules/AsciiCase.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
@@ -21,53 +22,35 @@ bool cursorIsOver(HWND window) {
 
 int32_t rounded(float length) { return static_cast<int32_t>(length + 0.5f); }
 
-/// The C locale's capitals: only a to z change, so a label looks the same on every machine.
-wchar_t toCapital(wchar_t letter) {
-    return letter >= L'a' && letter <= L'z' ? static_cast<wchar_t>(letter - L'a' + L'A') : letter;
-}
-
 }  // namespace
 
 VisualState nativeButtonState(const Window& window) {
-    const HWND handle = window.GetHandle();
+    const HWND handle = window.getHandle();
     return visualState({.enabled = IsWindowEnabled(handle) != FALSE,
                         .pushed = (SendMessageW(handle, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0,
                         .underCursor = cursorIsOver(handle),
                         .focused = window.HasFocus()});
 }
 
-bool Button::IsUnderCursor() const { return cursorIsOver(hwnd); }
-bool Button::IsEnabled() const { return IsWindowEnabled(hwnd) != FALSE; }
+bool Button::isEnabled() const { return IsWindowEnabled(hwnd) != FALSE; }
 VisualState Button::GetVisualState() const { return nativeButtonState(*this); }
 
-void Button::SetSecondary(bool outlined) {
+void Button::setSecondary(bool outlined) {
     secondary = outlined;
     Invalidate();
-}
-
-MessageResult Button::OnMouseEnter(int32_t, int32_t) {
-    Invalidate();
-    return unhandled();
-}
-
-MessageResult Button::OnMouseLeave() {
-    Invalidate();
-    return unhandled();
 }
 
 MessageResult Button::OnSetText(LPARAM label) {
     Invalidate();
     text = label ? reinterpret_cast<const wchar_t*>(label) : L"";
-    std::transform(text.begin(), text.end(), text.begin(), toCapital);
+    // Only a to z change, whatever the locale: a label looks the same on every machine.
+    std::ranges::transform(text, text.begin(), upperAscii<wchar_t>);
     SetAccessibleName(text);
     return handled();
 }
 
 Size Button::GetPreferredSize() const {
-    Graphics graphics(hwnd);
-    ApplyQuality(graphics);
-    const StringFormat format = CreateTextFormat();
-    const RectF measured = graphics.MeasureString(text, font.get(), {}, &format);
+    const RectF measured = measureText(hwnd, text, font.get());
     return {rounded(measured.width) + margins.width, rounded(measured.height) + margins.height};
 }
 
@@ -81,12 +64,12 @@ void Button::DrawBackground(Graphics& graphics) {
     const Size client = GetClientSize();
     const Path path = CreateRoundedPath({1, 1, client.width - 2, client.height - 2}, cornerRadius);
     const ButtonLook look = buttonLook(colors, secondary, GetVisualState(), HasFocus(), textColor);
-    graphics.FillPath(Brush(look.fill), path);
-    if (!isClear(look.border)) graphics.DrawPath(Pen(look.border, lineWidth), path);
+    graphics.fillPath(Brush(look.fill), path);
+    if (!isClear(look.border)) graphics.drawPath(Pen(look.border, lineWidth), path);
 }
 
 void Button::DrawContent(Graphics& graphics) {
-    const Color color = !IsEnabled() ? disabledTextColor : IsUnderCursor() ? hoverTextColor : textColor;
+    const Color color = !isEnabled() ? disabledTextColor : cursorIsOver(hwnd) ? hoverTextColor : textColor;
     const Brush brush(color);
     DrawTextInRect(graphics, text, font.get(), GetClientRectF(), &brush, Gdiplus::StringAlignmentCenter);
 }
@@ -95,9 +78,9 @@ CloseButton::CloseButton(HWND window) : Button(window) { colors.primary = closeB
 
 void CloseButton::DrawContent(Graphics& graphics) {
     const auto [w, h] = GetClientSize();
-    const Pen pen(IsEnabled() ? textColor : disabledTextColor, lineWidth);
-    graphics.DrawLine(pen, {3 * w / 8, 3 * h / 8}, {5 * w / 8, 5 * h / 8});
-    graphics.DrawLine(pen, {5 * w / 8, 3 * h / 8}, {3 * w / 8, 5 * h / 8});
+    const Pen pen(isEnabled() ? textColor : disabledTextColor, lineWidth);
+    graphics.drawLine(pen, {3 * w / 8, 3 * h / 8}, {5 * w / 8, 5 * h / 8});
+    graphics.drawLine(pen, {5 * w / 8, 3 * h / 8}, {3 * w / 8, 5 * h / 8});
 }
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// A push button with a filled or outlined rounded shape and its label in capitals.
+// A push button with a filled or outlined rounded shape and a label in capitals.
 #pragma once
 
 #include "ui/toolkit/Control.h"
@@ -11,40 +11,39 @@ class Button : public Control {
     using Control::Control;
 
     const char* GetWindowClassName() const override { return "BUTTON"; }
-    /// The label as it is shown: the letters a to z in capitals, all others as they were given.
+    /// The label as shown: the letters a to z in capitals, all others as they were set.
     std::wstring GetText() const override { return text; }
-    MessageResult OnMouseEnter(int32_t x, int32_t y) override;
-    MessageResult OnMouseLeave() override;
+    MessageResult OnMouseEnter(int32_t, int32_t) override { return repaint(unhandled()); }
+    MessageResult OnMouseLeave() override { return repaint(unhandled()); }
     MessageResult OnSetText(LPARAM label) override;
     MessageResult Draw(Graphics& graphics) override;
 
-    /// Room for the label with its margins, in pixels.
+    /// The size of the label with its margins, in pixels.
     virtual Size GetPreferredSize() const;
     virtual VisualState GetVisualState() const;
     virtual void DrawBackground(Graphics& graphics);
     virtual void DrawContent(Graphics& graphics);
 
-    /// Draws the outlined style.
-    void SetSecondary(bool outlined);
-    [[nodiscard]] bool IsSecondary() const { return secondary; }
+    /// Chooses between the outlined and the filled style, and repaints.
+    void setSecondary(bool outlined);
+    [[nodiscard]] bool isSecondary() const { return secondary; }
 
   protected:
-    [[nodiscard]] bool IsUnderCursor() const;
-    [[nodiscard]] bool IsEnabled() const;
+    [[nodiscard]] bool isEnabled() const;
 
     std::wstring text;
     bool secondary = false;
     ButtonColors colors;
 };
 
-/// The cross in the corner.
+/// The dialog's close button: a cross on a chip.
 class CloseButton : public Button {
   public:
     explicit CloseButton(HWND window = nullptr);
     void DrawContent(Graphics& graphics) override;
 };
 
-/// The state of a native button, by the rule that buttons and check boxes share.
+/// The visual state of a native button or check box.
 VisualState nativeButtonState(const Window& window);
 
 }  // namespace pdx

@@ -19,21 +19,8 @@ VisualState Checkbox::GetVisualState() const { return nativeButtonState(*this); 
 bool Checkbox::IsChecked() const { return SendMessageW(hwnd, BM_GETCHECK, 0, 0) == BST_CHECKED; }
 void Checkbox::SetChecked(bool checked) { SendMessageW(hwnd, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0); }
 
-MessageResult Checkbox::OnMouseEnter(int32_t, int32_t) {
-    Invalidate();
-    return unhandled();
-}
-
-MessageResult Checkbox::OnMouseLeave() {
-    Invalidate();
-    return unhandled();
-}
-
 Size Checkbox::GetPreferredSize() const {
-    Graphics graphics(hwnd);
-    ApplyQuality(graphics);
-    const StringFormat format = CreateTextFormat();
-    const RectF label = graphics.MeasureString(GetText(), font.get(), {}, &format);
+    const RectF label = measureText(hwnd, GetText(), font.get());
     const auto side = static_cast<float>(std::min(GetClientSize().height, largestCheckbox));
     return {static_cast<int32_t>(std::ceil(side + labelGap + label.width)),
             static_cast<int32_t>(std::ceil(std::max(side, label.height)))};
@@ -46,8 +33,8 @@ MessageResult Checkbox::Draw(Graphics& graphics) {
     const Size client = GetClientSize();
     const Box box = checkboxBox(client.height);
     const Pen border(checkboxBorder(borders, state, HasFocus(), checked), lineWidth);
-    graphics.DrawPath(border, CreateRoundedPath(box, cornerRadius));
-    if (checked) graphics.DrawLines(Pen(color, lineWidth), checkMark(box));
+    graphics.drawPath(border, CreateRoundedPath(box, cornerRadius));
+    if (checked) graphics.drawLines(Pen(color, lineWidth), checkMark(box));
     const int32_t left = checkboxLabelLeft(box);
     const RectF label = {static_cast<float>(left), 0, static_cast<float>(client.width - left),
                          static_cast<float>(client.height)};

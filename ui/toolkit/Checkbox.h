@@ -1,4 +1,4 @@
-// A check box with its label behind it.
+// A check box with its label to the right.
 #pragma once
 
 #include "ui/toolkit/Control.h"
@@ -11,12 +11,12 @@ class Checkbox : public Control {
     using Control::Control;
 
     const char* GetWindowClassName() const override { return "BUTTON"; }
-    MessageResult OnMouseEnter(int32_t x, int32_t y) override;
-    MessageResult OnMouseLeave() override;
+    MessageResult OnMouseEnter(int32_t, int32_t) override { return repaint(unhandled()); }
+    MessageResult OnMouseLeave() override { return repaint(unhandled()); }
     MessageResult Draw(Graphics& graphics) override;
     virtual VisualState GetVisualState() const;
 
-    /// Room for box and label, in pixels.
+    /// The size of box and label, in pixels.
     [[nodiscard]] Size GetPreferredSize() const;
     [[nodiscard]] bool IsChecked() const;
     void SetChecked(bool checked);

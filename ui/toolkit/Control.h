@@ -7,25 +7,32 @@
 
 namespace pdx {
 
+/// Numbers of the platform's cursors.
+inline constexpr WORD arrowCursor = 32512;
+inline constexpr WORD handCursor = 32649;
+
 class Control : public Window {
   public:
-    /// Around a child of a template, subclassed at once; around none for a control that Create makes.
+    /// Wraps and subclasses a child of a template; null is for a control that Create makes.
     explicit Control(HWND window = nullptr);
     ~Control() override;
 
-    /// Makes the control, unless there is one already, and subclasses it.
+    /// Makes the control, unless the object has one, and subclasses it. Returns null on failure, which is logged.
     HWND Create(const CreateParams& params) override;
     MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   protected:
+    /// Sets one of the platform's cursors; returns "handled" with the result 1, as WM_SETCURSOR expects.
+    static MessageResult showCursor(WORD number);
+
     Color textColor = palette::defaultText;
     Color hoverTextColor = palette::defaultText;
     Color disabledTextColor = palette::disabledText;
 
   private:
-    static LRESULT CALLBACK SubclassProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR id,
+    static LRESULT CALLBACK subclassProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR id,
                                          DWORD_PTR reference) noexcept;
-    void Subclass();
+    void subclass();
 };
 
 }  // namespace pdx

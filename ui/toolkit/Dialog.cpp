@@ -13,38 +13,31 @@ static_assert(positionNoSize == SWP_NOSIZE && positionNoMove == SWP_NOMOVE && po
 
 namespace {
 
-/// Whether a dialog procedure returns the handler's result itself; for every other message it stores the result and
-/// returns "handled".
+/// Whether a dialog procedure returns the handler's result itself. For all other messages it stores the result and
+/// returns TRUE.
 bool returnsResult(UINT message) {
-    switch (message) {
-        case WM_VKEYTOITEM:
-        case WM_CHARTOITEM:
-        case WM_QUERYDRAGICON:
-        case WM_COMPAREITEM:
-        case WM_INITDIALOG:
-            return true;
-        default:
-            return message >= WM_CTLCOLOREDIT && message <= WM_CTLCOLORSTATIC;
-    }
+    return message == WM_VKEYTOITEM || message == WM_CHARTOITEM || message == WM_QUERYDRAGICON ||
+           message == WM_COMPAREITEM || message == WM_INITDIALOG ||
+           (message >= WM_CTLCOLOREDIT && message <= WM_CTLCOLORSTATIC);
 }
 
 }  // namespace
 
 Dialog::~Dialog() {
-    // A dialog that still stands must not reach for this object.
+    // The window may still exist, and must not call this object.
     if (hwnd && reinterpret_cast<Dialog*>(GetWindowLongPtrW(hwnd, DWLP_USER)) == this)
         SetWindowLongPtrW(hwnd, DWLP_USER, 0);
 }
 
 HWND Dialog::Create(const CreateParams&) {
     if (hwnd) return hwnd;
-    InitCommonControls();  // the library that brings the classes of the template's controls is a delayed one
-    hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, DialogProc,
+    InitCommonControls();  // loads the delayed library that registers the classes of the template's controls
+    hwnd = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(templateId), nullptr, dialogProc,
                               reinterpret_cast<LPARAM>(this));
     return hwnd;
 }
 
-INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+INT_PTR CALLBACK Dialog::dialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
     if (message == WM_INITDIALOG) {
         auto* created = reinterpret_cast<Dialog*>(lparam);
         created->hwnd = window;
@@ -52,7 +45,7 @@ INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LP
     }
     auto* dialog = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
     if (!dialog) return FALSE;
-    const MessageResult result = dialog->ReceiveMessage(message, wparam, lparam);
+    const MessageResult result = dialog->receiveMessage(message, wparam, lparam);
     if (!result.handled) return FALSE;
     if (returnsResult(message)) return result.result;
     SetWindowLongPtrW(window, DWLP_MSGRESULT, result.result);
@@ -60,13 +53,11 @@ INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wparam, LP
 }
 
 MessageResult Dialog::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_INITDIALOG) ReadLayout();
+    if (message == WM_INITDIALOG) readLayout();
     return Window::HandleMessage(message, wparam, lparam);
 }
 
-MessageResult Dialog::DefaultProc(UINT, WPARAM, LPARAM) { return unhandled(); }
-
-void Dialog::ReadLayout() {
+void Dialog::readLayout() {
     const std::vector<LayoutRecord> records =
         parseLayoutRecords(loadResource({L"AFX_DIALOG_LAYOUT", templateId}).asBytes());
     if (records.empty()) return;
@@ -86,16 +77,12 @@ void Dialog::ReadLayout() {
     }
 }
 
-HWND Dialog::GetItem(int32_t id) const { return GetDlgItem(hwnd, id); }
-
 Rect Dialog::GetInitialRect(int32_t id) const {
     const HWND child = GetItem(id);
     for (const LayoutItem& item : layoutItems)
         if (child && item.hwnd == child) return item.rect;
     return {};
 }
-
-Rect Dialog::GetChildRectById(int32_t id) const { return GetChildRect(GetItem(id)); }
 
 void Dialog::QueuePosition(int32_t id, const Rect* rect, UINT flags, HWND insertAfter) {
     const Box box = rect ? boxOf(*rect) : Box{};
@@ -106,12 +93,10 @@ void Dialog::QueuePosition(int32_t id, const Box& box, UINT flags, HWND insertAf
     pendingPositions.queue(id, &box, flags, insertAfter);
 }
 
-void Dialog::ClearPositions() { pendingPositions.clear(); }
-
 void Dialog::ApplyPositions() {
     HDWP moves = BeginDeferWindowPos(static_cast<int>(pendingPositions.entries().size()));
     for (const PendingPosition& position : pendingPositions.entries()) {
-        // One missing child would make the platform drop the moves of all others.
+        // The platform drops the moves of all children when one is missing.
         const HWND child = GetItem(position.id);
         if (!child || !moves) continue;
         moves = DeferWindowPos(moves, child, static_cast<HWND>(position.insertAfter), position.x, position.y,

@@ -1,4 +1,4 @@
-// A window that is made from a dialog template.
+// A window made from a dialog template.
 #pragma once
 
 #include <vector>
@@ -9,8 +9,8 @@
 
 namespace pdx {
 
-/// A child as it stood when the template's layout record was read. The percentages are kept and not applied: the
-/// dialog cannot be resized, pages start from the rectangles.
+/// A child as the template placed it, with its layout record. The percentages are kept but not applied: the dialog
+/// cannot be resized, and pages start from the rectangles.
 struct LayoutItem {
     HWND hwnd = nullptr;
     Rect rect;  ///< in the dialog's client coordinates
@@ -25,25 +25,26 @@ class Dialog : public Window {
     explicit Dialog(uint16_t templateNumber) : templateId(templateNumber) {}
     ~Dialog() override;
 
-    /// Makes the dialog from its template, unless there is one already; the parameters are not looked at.
+    /// Makes the dialog from its template, unless the object has one, and returns its handle, or null on failure. The
+    /// parameters are ignored.
     HWND Create(const CreateParams& params) override;
     MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-    /// Leaves the message unhandled: the platform's dialog manager does the rest.
-    MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+    /// Leaves the message unhandled, for the platform's dialog manager.
+    MessageResult DefaultProc(UINT, WPARAM, LPARAM) override { return unhandled(); }
 
-    /// The child window with that identifier; null when there is none.
-    [[nodiscard]] HWND GetItem(int32_t id) const;
-    /// Where the child stood in the template; all zero when the layout record does not cover it.
+    /// The child window with the identifier; null for none.
+    [[nodiscard]] HWND GetItem(int32_t id) const { return GetDlgItem(hwnd, id); }
+    /// The child's rectangle in the template, in client coordinates; all zero when the child has no layout record.
     [[nodiscard]] Rect GetInitialRect(int32_t id) const;
-    /// Where the child stands now.
-    [[nodiscard]] Rect GetChildRectById(int32_t id) const;
+    /// The child's rectangle now, in client coordinates.
+    [[nodiscard]] Rect GetChildRectById(int32_t id) const { return GetChildRect(GetItem(id)); }
 
-    /// Asks for a position (SetWindowPos flags) that ApplyPositions will give to the child; requests for the same child
-    /// are merged. A null rectangle leaves position and size alone.
+    /// Queues a position (SetWindowPos flags) for ApplyPositions; requests for the same child are merged. A null
+    /// rectangle leaves position and size unchanged.
     void QueuePosition(int32_t id, const Rect* rect, UINT flags, HWND insertAfter = nullptr);
     void QueuePosition(int32_t id, const Box& box, UINT flags, HWND insertAfter = nullptr);
-    void ClearPositions();
-    /// Moves all children at once and forgets the requests.
+    void ClearPositions() { pendingPositions.clear(); }
+    /// Moves all children at once and clears the queue.
     void ApplyPositions();
 
   protected:
@@ -54,8 +55,8 @@ class Dialog : public Window {
     PendingPositions pendingPositions;
 
   private:
-    static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
-    void ReadLayout();
+    static INT_PTR CALLBACK dialogProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+    void readLayout();
 };
 
 }  // namespace pdx

@@ -16,8 +16,8 @@ namespace flat = Gdiplus::DllExports;
 
 namespace {
 
-/// The private faces, made at the first use. Never freed, as GDI+ is never shut down: at the end of the process the
-/// thread that may have held its locks is gone.
+/// The private faces, made at the first use. They are never freed, because a thread that held GDI+'s locks may be gone
+/// at the end of the process.
 Gdiplus::GpFontCollection* privateFonts() {
     static Gdiplus::GpFontCollection* collection = nullptr;
     static constinit Once made;
@@ -33,8 +33,8 @@ std::wstring nameOf(const Gdiplus::GpFontFamily* family) {
     return name;
 }
 
-/// A family of the collection by its name. GDI+ of Wine looks for the name among the full names of faces and so misses
-/// a family whose upright face is called "... Regular"; such a family is found in the list.
+/// A family of the collection by its name. Wine's GDI+ compares the name with full names of faces, so it misses a
+/// family whose upright face is called "... Regular"; the list of families has it.
 FontFamily findFamily(Gdiplus::GpFontCollection* collection, const std::wstring& name) {
     FontFamily found;
     if (flat::GdipCreateFontFamilyFromName(name.c_str(), collection, found.put()) == Gdiplus::Ok) return found;
@@ -47,7 +47,7 @@ FontFamily findFamily(Gdiplus::GpFontCollection* collection, const std::wstring&
     return found;
 }
 
-/// The face in which the system draws sans-serif text when it is left the choice.
+/// The system's default sans-serif face.
 std::wstring systemFace() {
     const MemoryContext context(CreateCompatibleDC(nullptr));
     const NativeFont any(CreateFontW(-16, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_TT_ONLY_PRECIS,
@@ -58,8 +58,8 @@ std::wstring systemFace() {
     return face;
 }
 
-/// The platform's generic family; on a system that lacks the faces which GDI+ takes for it (Wine without Microsoft's
-/// fonts), what the system itself draws with. Asked for once and never freed, as the private faces.
+/// The platform's generic family. Where GDI+ has no face for it (Wine without Microsoft's fonts), the system's default
+/// face. Read once and never freed, like the private faces.
 const Gdiplus::GpFontFamily* sansSerif() {
     static const Gdiplus::GpFontFamily* family = nullptr;
     static constinit Once found;
@@ -75,7 +75,7 @@ const Gdiplus::GpFontFamily* sansSerif() {
     return family;
 }
 
-/// Once a process: fonts are made for every paint.
+/// Logs once a process, because fonts are made for every paint.
 void logFailure(const std::wstring& family, Gdiplus::Status status) {
     static constinit Once logged;
     logged.run([&] {
@@ -84,60 +84,55 @@ void logFailure(const std::wstring& family, Gdiplus::Status status) {
     });
 }
 
-int32_t styleOf(const LOGFONTW& logFont) {
-    return (logFont.lfWeight > FW_NORMAL ? fontBold : 0) | (logFont.lfItalic ? fontItalic : 0) |
-           (logFont.lfUnderline ? fontUnderline : 0) | (logFont.lfStrikeOut ? fontStrikeout : 0);
-}
-
 }  // namespace
 
 Font::Font(const Gdiplus::GpFontFamily* family, float size, int32_t style, Gdiplus::Unit unit) {
     collect(flat::GdipCreateFont(family, size, style, unit, put()));
 }
 
-float Font::GetSize() const {
+float Font::getSize() const {
     float size = 0;
-    collect(flat::GdipGetFontSize(native(), &size));
+    call(flat::GdipGetFontSize, &size);
     return size;
 }
 
 int32_t Font::GetStyle() const {
     INT style = 0;
-    collect(flat::GdipGetFontStyle(native(), &style));
+    call(flat::GdipGetFontStyle, &style);
     return style;
 }
 
-Gdiplus::Unit Font::GetUnit() const {
+Gdiplus::Unit Font::getUnit() const {
     Gdiplus::Unit unit = Gdiplus::UnitPixel;
-    collect(flat::GdipGetFontUnit(native(), &unit));
+    call(flat::GdipGetFontUnit, &unit);
     return unit;
 }
 
-std::wstring Font::GetFamilyName() const {
+std::wstring Font::getFamilyName() const {
     FontFamily family;
-    collect(flat::GdipGetFamily(native(), family.put()));
+    call(flat::GdipGetFamily, family.put());
     return nameOf(family.get());
 }
 
-float Font::GetHeight(float dpi) const {
+float Font::getHeight(float dpi) const {
     float height = 0;
-    collect(flat::GdipGetFontHeightGivenDPI(native(), dpi, &height));
+    call(flat::GdipGetFontHeightGivenDPI, dpi, &height);
     return height;
 }
 
-float Font::GetAscent() const {
+float Font::getAscent() const {
     FontFamily family;
-    collect(flat::GdipGetFamily(native(), family.put()));
+    call(flat::GdipGetFamily, family.put());
     UINT16 ascent = 0, size = 1;
     collect(flat::GdipGetCellAscent(family.get(), GetStyle(), &ascent));
     collect(flat::GdipGetEmHeight(family.get(), GetStyle(), &size));
-    return GetSize() * static_cast<float>(ascent) / static_cast<float>(size);
+    return getSize() * static_cast<float>(ascent) / static_cast<float>(size);
 }
 
-std::optional<LOGFONTW> Font::GetLogFont() const {
+std::optional<LOGFONTW> Font::getLogFont() const {
     const Graphics screen(HWND{nullptr});
     LOGFONTW logFont{};
-    if (collect(flat::GdipGetLogFontW(native(), screen.native(), &logFont)) != Gdiplus::Ok) return std::nullopt;
+    if (call(flat::GdipGetLogFontW, screen.native(), &logFont) != Gdiplus::Ok) return std::nullopt;
     return logFont;
 }
 
@@ -160,29 +155,27 @@ std::unique_ptr<Font> CreateFontFromHandle(HFONT nativeFont) {
 }
 
 std::unique_ptr<Font> CreateFontFromLogFont(const LOGFONTW& logFont) {
-    return CreateFontByName(logFont.lfFaceName, static_cast<float>(logFont.lfHeight), styleOf(logFont));
+    return CreateFontByName(
+        logFont.lfFaceName, static_cast<float>(logFont.lfHeight),
+        fontStyle(logFont.lfWeight, logFont.lfItalic != 0, logFont.lfUnderline != 0, logFont.lfStrikeOut != 0));
 }
 
 std::unique_ptr<Font> CloneFontWithStyle(const Font* font, int32_t style) {
     if (!font) return nullptr;
     FontFamily family;
     flat::GdipGetFamily(font->native(), family.put());
-    return std::make_unique<Font>(family.get(), font->GetSize(), style, font->GetUnit());
-}
-
-bool addPrivateFont(std::span<const std::byte> file) {
-    return flat::GdipPrivateAddMemoryFont(privateFonts(), file.data(), static_cast<INT>(file.size())) == Gdiplus::Ok;
+    return std::make_unique<Font>(family.get(), font->getSize(), style, font->getUnit());
 }
 
 void loadFontResources() {
     for (const uint16_t number : fontNumbers) {
-        const std::span<const std::byte> file = loadResource({L"PDX_FONT", number}).asBytes();
-        if (!file.empty()) addPrivateFont(file);
+        const auto file = loadResource({L"PDX_FONT", number}).asBytes();
+        if (!file.empty()) flat::GdipPrivateAddMemoryFont(privateFonts(), file.data(), static_cast<INT>(file.size()));
     }
 }
 
 void LoadPrivateFonts() {
-    // A second dialog of the same process finds the faces of the first.
+    // The collection is process-wide: a second dialog uses the faces that the first one loaded.
     static constinit Once loaded;
     loaded.run(loadFontResources);
 }

@@ -1,4 +1,4 @@
-// GDI+ of the platform by its flat functions, and the base of the objects that own a part of it.
+// The platform's GDI+ through its flat functions, and the base class of the objects that own a part of it.
 #pragma once
 
 #include <windows.h>
@@ -6,7 +6,7 @@
 #include <objidl.h>
 #include <algorithm>
 
-// The platform's header takes these two from wherever it finds them, and NOMINMAX took away the macros.
+// gdiplus.h uses min and max unqualified, and NOMINMAX removes the macros.
 namespace Gdiplus {
 using std::max;
 using std::min;
@@ -17,9 +17,8 @@ using std::min;
 
 namespace pdx {
 
-/// Starts GDI+ for this process; called for each application object, does it once. Any thread. There is no
-/// counterpart: what is drawn with may be used up to the last moment of the process, and the platform's own module is
-/// held for as long. Returns false when GDI+ cannot be started; drawing then does nothing.
+/// Starts GDI+ once for the process; any thread may call it. GDI+ is never shut down, because its objects may be used
+/// until the process ends. Returns false and logs when GDI+ cannot be started; drawing then does nothing.
 bool startGraphics();
 
 template <typename Native, auto Delete>
@@ -30,19 +29,31 @@ struct GdiPlusTraits {
 };
 
 /// Owns a GDI+ object. A failure is kept and does not stop the painting: operations on an object that could not be
-/// made fail in their turn and draw nothing.
+/// made fail too, and draw nothing.
 template <typename Native, auto Delete>
 class GdiPlusObject {
   public:
-    /// The object for the flat functions, null when it could not be made.
+    /// The object for the flat functions; null when it could not be made.
     [[nodiscard]] Native* native() const noexcept { return object.get(); }
     /// The first failure of this object's operations.
     [[nodiscard]] Gdiplus::Status lastStatus() const noexcept { return status; }
+    /// Calls a flat function with this object and the arguments; returns its status and keeps a failure.
+    template <typename Function, typename... Arguments>
+    Gdiplus::Status call(Function function, Arguments... arguments) const noexcept {
+        return collect(function(native(), arguments...));
+    }
 
   protected:
     GdiPlusObject() noexcept = default;
     explicit GdiPlusObject(Native* owned) noexcept : object(owned) {}
     Native** put() noexcept { return object.put(); }
+    /// Owns the object that a flat function makes, of a type that GDI+ derives from Native.
+    template <typename Derived, typename Function, typename... Arguments>
+    void make(Function function, Arguments... arguments) noexcept {
+        Derived* made = nullptr;
+        collect(function(arguments..., &made));
+        *put() = made;
+    }
     Gdiplus::Status collect(Gdiplus::Status result) const noexcept {
         if (status == Gdiplus::Ok) status = result;
         return result;
@@ -53,7 +64,7 @@ class GdiPlusObject {
     mutable Gdiplus::Status status = Gdiplus::Ok;
 };
 
-/// The native object of a wrapper that may be absent.
+/// The native object of a wrapper; null for a null wrapper.
 template <typename Object>
 auto nativeOf(const Object* object) noexcept {
     return object ? object->native() : nullptr;

@@ -16,82 +16,55 @@ const wchar_t* startOf(std::wstring_view text) { return text.empty() ? L"" : tex
 }  // namespace
 
 Bitmap::Bitmap(Size size) {
-    Gdiplus::GpBitmap* made = nullptr;
-    collect(flat::GdipCreateBitmapFromScan0(size.width, size.height, 0, PixelFormat32bppARGB, nullptr, &made));
-    *put() = made;
+    make<Gdiplus::GpBitmap>(flat::GdipCreateBitmapFromScan0, size.width, size.height, 0, PixelFormat32bppARGB, nullptr);
 }
 
-Bitmap::Bitmap(IStream& stream) {
-    Gdiplus::GpBitmap* made = nullptr;
-    collect(flat::GdipCreateBitmapFromStream(&stream, &made));
-    *put() = made;
-}
+Bitmap::Bitmap(IStream& stream) { make<Gdiplus::GpBitmap>(flat::GdipCreateBitmapFromStream, &stream); }
 
-Size Bitmap::GetSize() const {
+Size Bitmap::getSize() const {
     UINT width = 0, height = 0;
-    collect(flat::GdipGetImageWidth(native(), &width));
-    collect(flat::GdipGetImageHeight(native(), &height));
+    call(flat::GdipGetImageWidth, &width);
+    call(flat::GdipGetImageHeight, &height);
     return {static_cast<int32_t>(width), static_cast<int32_t>(height)};
 }
 
-Color Bitmap::GetPixel(Point point) const {
+Color Bitmap::getPixel(Point point) const {
     Gdiplus::ARGB color = 0;
     collect(flat::GdipBitmapGetPixel(asBitmap(native()), point.x, point.y, &color));
     return color;
 }
 
-Brush::Brush(Color color) {
-    Gdiplus::GpSolidFill* made = nullptr;
-    collect(flat::GdipCreateSolidFill(color, &made));
-    *put() = made;
-}
+Brush::Brush(Color color) { make<Gdiplus::GpSolidFill>(flat::GdipCreateSolidFill, color); }
 
 Brush::Brush(const Box& box, Color left, Color right) {
-    // The variant for whole numbers gives half the slope under Wine.
+    // The variant for integers gives half the slope under Wine.
     const Gdiplus::RectF rect(static_cast<float>(box.x), static_cast<float>(box.y), static_cast<float>(box.width),
                               static_cast<float>(box.height));
-    Gdiplus::GpLineGradient* made = nullptr;
-    collect(flat::GdipCreateLineBrushFromRectWithAngle(&rect, left, right, 0.0f, FALSE, Gdiplus::WrapModeTile, &made));
-    *put() = made;
+    make<Gdiplus::GpLineGradient>(flat::GdipCreateLineBrushFromRectWithAngle, &rect, left, right, 0.0f, FALSE,
+                                  Gdiplus::WrapModeTile);
 }
 
 Pen::Pen(Color color, float width) { collect(flat::GdipCreatePen1(color, width, Gdiplus::UnitWorld, put())); }
 
 Path::Path() { collect(flat::GdipCreatePath(Gdiplus::FillModeAlternate, put())); }
 
-void Path::AddLine(Point from, Point to) { collect(flat::GdipAddPathLineI(native(), from.x, from.y, to.x, to.y)); }
+void Path::addLine(Point from, Point to) { call(flat::GdipAddPathLineI, from.x, from.y, to.x, to.y); }
 
-void Path::AddArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees) {
-    collect(flat::GdipAddPathArcI(native(), box.x, box.y, box.width, box.height, static_cast<float>(startDegrees),
-                                  static_cast<float>(sweepDegrees)));
+void Path::addArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees) {
+    call(flat::GdipAddPathArcI, box.x, box.y, box.width, box.height, static_cast<float>(startDegrees),
+         static_cast<float>(sweepDegrees));
 }
 
-void Path::CloseFigure() { collect(flat::GdipClosePathFigure(native())); }
+void Path::closeFigure() { call(flat::GdipClosePathFigure); }
 
 StringFormat::StringFormat(const Gdiplus::GpStringFormat* original) {
     collect(flat::GdipCloneStringFormat(original, put()));
 }
 
-void StringFormat::AddFlags(uint32_t flags) {
-    collect(flat::GdipSetStringFormatFlags(native(), static_cast<INT>(GetFlags() | flags)));
-}
-
-void StringFormat::SetAlignment(Gdiplus::StringAlignment alignment) {
-    collect(flat::GdipSetStringFormatAlign(native(), alignment));
-}
-
-void StringFormat::SetLineAlignment(Gdiplus::StringAlignment alignment) {
-    collect(flat::GdipSetStringFormatLineAlign(native(), alignment));
-}
-
-void StringFormat::SetTrimming(Gdiplus::StringTrimming trimming) {
-    collect(flat::GdipSetStringFormatTrimming(native(), trimming));
-}
-
-uint32_t StringFormat::GetFlags() const {
+void StringFormat::addFlags(uint32_t added) {
     INT flags = 0;
-    collect(flat::GdipGetStringFormatFlags(native(), &flags));
-    return static_cast<uint32_t>(flags);
+    call(flat::GdipGetStringFormatFlags, &flags);
+    call(flat::GdipSetStringFormatFlags, static_cast<INT>(static_cast<uint32_t>(flags) | added));
 }
 
 Graphics::Graphics(HDC context) { collect(flat::GdipCreateFromHDC(context, put())); }
@@ -100,88 +73,60 @@ Graphics::Graphics(HWND window) { collect(flat::GdipCreateFromHWND(window, put()
 
 Graphics::Graphics(const Bitmap& picture) { collect(flat::GdipGetImageGraphicsContext(picture.native(), put())); }
 
-void Graphics::SetCompositingMode(Gdiplus::CompositingMode mode) {
-    collect(flat::GdipSetCompositingMode(native(), mode));
+void Graphics::setClip(const Box& box) {
+    limitTo(box);
+    call(flat::GdipSetClipRectI, box.x, box.y, box.width, box.height, Gdiplus::CombineModeReplace);
 }
 
-void Graphics::SetCompositingQuality(Gdiplus::CompositingQuality quality) {
-    collect(flat::GdipSetCompositingQuality(native(), quality));
+void Graphics::setClip(const Path& path) { call(flat::GdipSetClipPath, path.native(), Gdiplus::CombineModeReplace); }
+
+void Graphics::fillRectangle(const Brush& brush, const Box& box) {
+    call(flat::GdipFillRectangleI, brush.native(), box.x, box.y, box.width, box.height);
 }
 
-void Graphics::SetInterpolationMode(Gdiplus::InterpolationMode mode) {
-    collect(flat::GdipSetInterpolationMode(native(), mode));
+void Graphics::fillPath(const Brush& brush, const Path& path) {
+    call(flat::GdipFillPath, brush.native(), path.native());
 }
 
-void Graphics::SetPixelOffsetMode(Gdiplus::PixelOffsetMode mode) {
-    collect(flat::GdipSetPixelOffsetMode(native(), mode));
+void Graphics::drawPath(const Pen& pen, const Path& path) { call(flat::GdipDrawPath, pen.native(), path.native()); }
+
+void Graphics::drawLine(const Pen& pen, Point from, Point to) {
+    call(flat::GdipDrawLineI, pen.native(), from.x, from.y, to.x, to.y);
 }
 
-void Graphics::SetSmoothingMode(Gdiplus::SmoothingMode mode) { collect(flat::GdipSetSmoothingMode(native(), mode)); }
-
-void Graphics::SetTextContrast(uint32_t contrast) { collect(flat::GdipSetTextContrast(native(), contrast)); }
-
-void Graphics::SetTextRenderingHint(Gdiplus::TextRenderingHint hint) {
-    collect(flat::GdipSetTextRenderingHint(native(), hint));
-}
-
-void Graphics::SetClip(const Box& box) {
-    LimitTo(box);
-    collect(flat::GdipSetClipRectI(native(), box.x, box.y, box.width, box.height, Gdiplus::CombineModeReplace));
-}
-
-void Graphics::SetClip(const Path& path) {
-    collect(flat::GdipSetClipPath(native(), path.native(), Gdiplus::CombineModeReplace));
-}
-
-void Graphics::FillRectangle(const Brush& brush, const Box& box) {
-    collect(flat::GdipFillRectangleI(native(), brush.native(), box.x, box.y, box.width, box.height));
-}
-
-void Graphics::FillPath(const Brush& brush, const Path& path) {
-    collect(flat::GdipFillPath(native(), brush.native(), path.native()));
-}
-
-void Graphics::DrawPath(const Pen& pen, const Path& path) {
-    collect(flat::GdipDrawPath(native(), pen.native(), path.native()));
-}
-
-void Graphics::DrawLine(const Pen& pen, Point from, Point to) {
-    collect(flat::GdipDrawLineI(native(), pen.native(), from.x, from.y, to.x, to.y));
-}
-
-void Graphics::DrawLines(const Pen& pen, std::span<const Point> points) {
+void Graphics::drawLines(const Pen& pen, std::span<const Point> points) {
     std::vector<Gdiplus::Point> natives;
     natives.reserve(points.size());
     for (const Point& point : points) natives.emplace_back(point.x, point.y);
-    collect(flat::GdipDrawLinesI(native(), pen.native(), natives.data(), static_cast<INT>(natives.size())));
+    call(flat::GdipDrawLinesI, pen.native(), natives.data(), static_cast<INT>(natives.size()));
 }
 
-void Graphics::DrawImage(const Bitmap& picture, const Box& box) {
-    collect(flat::GdipDrawImageRectI(native(), picture.native(), box.x, box.y, box.width, box.height));
+void Graphics::drawImage(const Bitmap& picture, const Box& box) {
+    call(flat::GdipDrawImageRectI, picture.native(), box.x, box.y, box.width, box.height);
 }
 
-void Graphics::CopyImage(const Bitmap& picture, const Box& box) {
-    collect(flat::GdipDrawImageRectRectI(native(), picture.native(), box.x, box.y, box.width, box.height, box.x, box.y,
-                                         box.width, box.height, Gdiplus::UnitPixel, nullptr, nullptr, nullptr));
+void Graphics::copyImage(const Bitmap& picture, const Box& box) {
+    call(flat::GdipDrawImageRectRectI, picture.native(), box.x, box.y, box.width, box.height, box.x, box.y, box.width,
+         box.height, Gdiplus::UnitPixel, nullptr, nullptr, nullptr);
 }
 
-void Graphics::DrawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
+void Graphics::drawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
                           const Brush* brush) {
     const Gdiplus::RectF rect = toNative(layout);
-    collect(flat::GdipDrawString(native(), startOf(text), static_cast<INT>(text.size()), nativeOf(font), &rect,
-                                 nativeOf(format), nativeOf(brush)));
+    call(flat::GdipDrawString, startOf(text), static_cast<INT>(text.size()), nativeOf(font), &rect, nativeOf(format),
+         nativeOf(brush));
 }
 
-RectF Graphics::MeasureString(std::wstring_view text, const Font* font, const RectF& layout,
+RectF Graphics::measureString(std::wstring_view text, const Font* font, const RectF& layout,
                               const StringFormat* format) {
     const Gdiplus::RectF rect = toNative(layout);
     Gdiplus::RectF bounds(0, 0, 0, 0);
-    collect(flat::GdipMeasureString(native(), startOf(text), static_cast<INT>(text.size()), nativeOf(font), &rect,
-                                    nativeOf(format), &bounds, nullptr, nullptr));
+    call(flat::GdipMeasureString, startOf(text), static_cast<INT>(text.size()), nativeOf(font), &rect, nativeOf(format),
+         &bounds, nullptr, nullptr);
     return {bounds.X, bounds.Y, bounds.Width, bounds.Height};
 }
 
-float Graphics::GetDpiY() const {
+float Graphics::getDpiY() const {
     float dpi = 0;
     return collect(flat::GdipGetDpiY(native(), &dpi)) == Gdiplus::Ok ? dpi : 96.0f;
 }

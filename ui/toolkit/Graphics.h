@@ -1,7 +1,8 @@
-// What is drawn with: surfaces, brushes, pens, paths, text formats, pictures.
+// The GDI+ objects of the toolkit: surfaces, brushes, pens, paths, text formats, pictures. Lengths are pixels.
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "ui/toolkit/Fonts.h"
@@ -11,22 +12,22 @@
 
 namespace pdx {
 
-/// A picture in memory: decoded from a stream, or an empty one to draw on.
+/// A picture in memory, decoded from a stream or empty to draw on.
 class Bitmap : public GdiPlusObject<Gdiplus::GpImage, Gdiplus::DllExports::GdipDisposeImage> {
   public:
-    /// 32 bits a pixel with alpha, clear at first. An empty size makes no bitmap.
+    /// 32 bits a pixel with alpha, initially clear. An empty size makes no bitmap.
     explicit Bitmap(Size size);
-    /// Decodes any format that GDI+ knows; it keeps the stream for as long as it lives.
+    /// Decodes any format that GDI+ knows. The bitmap keeps the stream.
     explicit Bitmap(IStream& stream);
-    [[nodiscard]] Size GetSize() const;
-    [[nodiscard]] Color GetPixel(Point point) const;
+    [[nodiscard]] Size getSize() const;
+    [[nodiscard]] Color getPixel(Point point) const;
 };
 
 class Brush : public GdiPlusObject<Gdiplus::GpBrush, Gdiplus::DllExports::GdipDeleteBrush> {
   public:
     /// One colour.
     explicit Brush(Color color);
-    /// From left to right over the box, and repeated outside of it.
+    /// A gradient from left to right over the box, repeated outside of it.
     Brush(const Box& box, Color left, Color right);
 };
 
@@ -38,69 +39,60 @@ class Pen : public GdiPlusObject<Gdiplus::GpPen, Gdiplus::DllExports::GdipDelete
 class Path : public GdiPlusObject<Gdiplus::GpPath, Gdiplus::DllExports::GdipDeletePath> {
   public:
     Path();
-    void AddLine(Point from, Point to);
-    void AddArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees);
-    void CloseFigure();
+    void addLine(Point from, Point to);
+    void addArc(const Box& box, int32_t startDegrees, int32_t sweepDegrees);
+    void closeFigure();
 };
 
 class StringFormat : public GdiPlusObject<Gdiplus::GpStringFormat, Gdiplus::DllExports::GdipDeleteStringFormat> {
   public:
-    /// A copy of another format, which is not owned.
+    /// Copies a format.
     explicit StringFormat(const Gdiplus::GpStringFormat* original);
-    void AddFlags(uint32_t flags);
-    void SetAlignment(Gdiplus::StringAlignment alignment);
-    void SetLineAlignment(Gdiplus::StringAlignment alignment);
-    void SetTrimming(Gdiplus::StringTrimming trimming);
-    [[nodiscard]] uint32_t GetFlags() const;
+    void addFlags(uint32_t added);
 };
 
-/// A surface to draw on. It does not own what it draws on, which has to live longer.
+/// A surface to draw on. The device context, window or picture under it must outlive it.
 class Graphics : public GdiPlusObject<Gdiplus::GpGraphics, Gdiplus::DllExports::GdipDeleteGraphics> {
   public:
     explicit Graphics(HDC context);
     explicit Graphics(HWND window);
     explicit Graphics(const Bitmap& picture);
 
-    void SetCompositingMode(Gdiplus::CompositingMode mode);
-    void SetCompositingQuality(Gdiplus::CompositingQuality quality);
-    void SetInterpolationMode(Gdiplus::InterpolationMode mode);
-    void SetPixelOffsetMode(Gdiplus::PixelOffsetMode mode);
-    void SetSmoothingMode(Gdiplus::SmoothingMode mode);
-    void SetTextContrast(uint32_t contrast);
-    void SetTextRenderingHint(Gdiplus::TextRenderingHint hint);
-    /// Both replace the clip that was set before; a box is also what LimitTo notes.
-    void SetClip(const Box& box);
-    void SetClip(const Path& path);
+    void setCompositingMode(Gdiplus::CompositingMode mode) { call(Gdiplus::DllExports::GdipSetCompositingMode, mode); }
+    /// Both replace the earlier clip; a box also becomes the limit.
+    void setClip(const Box& box);
+    void setClip(const Path& path);
 
-    /// Notes that nothing shows outside of the box, which whoever draws may use; it clips nothing.
-    void LimitTo(const Box& box) { limit = box; }
-    /// The part of a box that can show.
-    [[nodiscard]] Box Visible(const Box& box) const { return limit ? intersection(box, *limit) : box; }
+    /// Sets the limit: nothing outside of the box shows, so drawing there can be left out. It does not clip.
+    void limitTo(const Box& box) { limit = box; }
+    /// The part of a box within the limit.
+    [[nodiscard]] Box visible(const Box& box) const { return limit ? intersection(box, *limit) : box; }
 
-    void FillRectangle(const Brush& brush, const Box& box);
-    void FillPath(const Brush& brush, const Path& path);
-    void DrawPath(const Pen& pen, const Path& path);
-    void DrawLine(const Pen& pen, Point from, Point to);
-    /// Through all points, in order, joined.
-    void DrawLines(const Pen& pen, std::span<const Point> points);
-    /// Stretched to the box.
-    void DrawImage(const Bitmap& picture, const Box& box);
-    /// The same box of the picture to the same place.
-    void CopyImage(const Bitmap& picture, const Box& box);
+    void fillRectangle(const Brush& brush, const Box& box);
+    void fillPath(const Brush& brush, const Path& path);
+    void drawPath(const Pen& pen, const Path& path);
+    void drawLine(const Pen& pen, Point from, Point to);
+    /// A joined line through all points.
+    void drawLines(const Pen& pen, std::span<const Point> points);
+    /// Draws the picture, stretched to the box.
+    void drawImage(const Bitmap& picture, const Box& box);
+    /// Copies a box of the picture to the same place of the surface.
+    void copyImage(const Bitmap& picture, const Box& box);
 
-    /// A null font, brush or format is passed on as null: nothing is drawn, or measured without a format.
-    void DrawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
+    /// Draws nothing with a null font or brush. A null format is GDI+'s default.
+    void drawString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format,
                     const Brush* brush);
-    /// The rectangle that the text takes in the layout rectangle; all zero when it cannot be measured.
-    RectF MeasureString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format);
-    /// Vertical dots per inch, 96 when they cannot be had.
-    [[nodiscard]] float GetDpiY() const;
+    /// The rectangle that the text takes in the layout rectangle; all zero when GDI+ cannot measure it.
+    RectF measureString(std::wstring_view text, const Font* font, const RectF& layout, const StringFormat* format);
+    /// Vertical dots per inch; 96 on failure.
+    [[nodiscard]] float getDpiY() const;
 
   private:
     std::optional<Box> limit;
 };
 
-/// The device context of a surface, given back at the end; nothing may be drawn on the surface meanwhile.
+/// The device context of a surface, released by the destructor; null on failure. The surface must not be drawn on
+/// meanwhile.
 class BorrowedContext {
   public:
     explicit BorrowedContext(Graphics& lender);

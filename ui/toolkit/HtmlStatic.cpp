@@ -1,4 +1,4 @@
-// What a marked-up text shows.
+// Reading, layout and drawing of marked-up text.
 #include "ui/toolkit/HtmlStatic.h"
 
 #include <commctrl.h>
@@ -19,7 +19,7 @@ namespace {
 constexpr int32_t trackWidth = 8;
 constexpr int32_t trackLineSize = 20;
 
-/// The font of a window as a style can change it; nothing when it has none.
+/// The font of a window, as the start of a style; nothing when the window has none.
 std::optional<FontRecord> fontRecordOf(HWND window) {
     const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
     LOGFONTW native{};
@@ -34,15 +34,8 @@ std::optional<FontRecord> fontRecordOf(HWND window) {
 }
 
 std::unique_ptr<Font> createFont(const FontRecord& record) {
-    LOGFONTW native{};
-    native.lfHeight = record.height;
-    native.lfWeight = record.weight;
-    native.lfItalic = record.italic;
-    native.lfUnderline = record.underline;
-    native.lfStrikeOut = record.strikeout;
-    native.lfQuality = record.quality;
-    record.face.copy(native.lfFaceName, LF_FACESIZE - 1);
-    return CreateFontFromLogFont(native);
+    return CreateFontByName(record.face, static_cast<float>(record.height),
+                            fontStyle(record.weight, record.italic, record.underline, record.strikeout));
 }
 
 LineAlignment alignmentOf(DWORD style) {
@@ -50,7 +43,7 @@ LineAlignment alignmentOf(DWORD style) {
     return style & SS_RIGHT ? LineAlignment::right : LineAlignment::left;
 }
 
-/// Whether any of a text can show in a window of that height, with room for strokes that leave what was measured.
+/// Whether any of a text can show in a window of that height; strokes may exceed the measured height.
 bool isInView(const PlacedText& text, int32_t position, int32_t windowHeight) {
     const float top = text.y - static_cast<float>(position);
     return top + 2 * text.height >= 0 && top - text.height <= static_cast<float>(windowHeight);
@@ -70,19 +63,19 @@ HtmlStatic::HtmlStatic(HWND window) : Static(window) {
 }
 
 MessageResult HtmlStatic::OnSetText(LPARAM markup) {
-    StoreText(markup);
-    ReplaceRuns({});
-    // Memory that runs out for the markup is meant to end in the handling of crashes, past the guard of messages.
-    crashOnException([this] { ReadMarkup(); });
+    storeText(markup);
+    replaceRuns({});
+    // Running out of memory here is meant to end in the crash handling, so receiveMessage must not catch it.
+    crashOnException([this] { readMarkup(); });
     const Size client = GetClientSize();
     Layout(client.width, client.height);
-    // The first link is the one that the keyboard shows first.
+    // The first link is the first that the keyboard reaches.
     const bool canHaveFocus = FocusNextLink() || scrollTrack->IsVisible();
     SetStyle(canHaveFocus ? GetStyle() | WS_TABSTOP : GetStyle() & ~static_cast<DWORD>(WS_TABSTOP));
     return handled(1);
 }
 
-void HtmlStatic::ReadMarkup() {
+void HtmlStatic::readMarkup() {
     const GumboTree tree(toUtf8(text));
     if (tree.wasCut())
         PDX_LOG(logWarning, "HtmlStatic::OnSetText",
@@ -90,12 +83,12 @@ void HtmlStatic::ReadMarkup() {
                 static_cast<uint32_t>(text.size()));
     SetAccessibleName(plainText(tree));
     if (const auto record = fontRecordOf(hwnd))
-        ReplaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
+        replaceRuns(walkMarkup(tree, {.logFont = *record, .lineHeight = defaultLineHeight}));
 }
 
-void HtmlStatic::ReplaceRuns(std::vector<TextRun> newRuns) {
+void HtmlStatic::replaceRuns(std::vector<TextRun> newRuns) {
     runs = std::move(newRuns);
-    // The press would not end any more.
+    // The pressed run is gone, so its press must end here.
     if (pressedRun && GetCapture() == hwnd) ReleaseCapture();
     hoveredRun = nullptr;
     pressedRun = nullptr;
@@ -109,21 +102,21 @@ FontRecord HtmlStatic::GetRunFont(const TextRun& run) const {
     return record;
 }
 
-bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
+bool HtmlStatic::placeText(int32_t width, float highest) {
     Graphics graphics(hwnd);
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
-    const float dpi = graphics.GetDpiY();
-    // A text of thousands of runs has a few fonts; one that has thousands must not hold them all.
+    const float dpi = graphics.getDpiY();
+    // Even a text of thousands of runs has few fonts; the limit is for a text that has thousands.
     constexpr size_t mostFonts = 64;
     std::map<FontRecord, RunFont> fonts;
     const auto makeFont = [&](const FontRecord& record) {
         const std::shared_ptr<Font> face = createFont(record);
         const auto measure = [&graphics, &format, face](std::wstring_view words) {
-            const RectF measured = graphics.MeasureString(words, face.get(), {}, &format);
+            const RectF measured = graphics.measureString(words, face.get(), {}, &format);
             return Extent{measured.width, measured.height};
         };
-        return RunFont{measure, face->GetHeight(dpi), measure(L" ").width};
+        return RunFont{measure, face->getHeight(dpi), measure(L" ").width};
     };
     const auto fontOf = [&](const TextRun& run) {
         const FontRecord record = GetRunFont(run);
@@ -136,14 +129,14 @@ bool HtmlStatic::PlaceRuns(int32_t width, float highest) {
 
 void HtmlStatic::Layout(int32_t width, int32_t height) {
     if (width != GetClientSize().width) {
-        PlaceRuns(width);
+        placeText(width);
         return;
     }
-    scrollTrack->Home();
-    const bool fits = PlaceRuns(width, static_cast<float>(height));
-    if (!fits) PlaceRuns(width - scrollTrack->GetClientSize().width);
+    scrollTrack->home();
+    const bool fits = placeText(width, static_cast<float>(height));
+    if (!fits) placeText(width - scrollTrack->GetClientSize().width);
     scrollTrack->SetRange(0, fits ? 0 : scrollRange(boundsOf(runs).height, height));
-    // Or a text that fits would be a tab stop for the track of the one before it.
+    // A track left over from the previous text would make this one a tab stop.
     if (fits) scrollTrack->Show(SW_HIDE);
     if (fits) return;
     scrollTrack->SetLineSize(trackLineSize);
@@ -154,22 +147,16 @@ MessageResult HtmlStatic::OnSize(int32_t width, int32_t height) {
     const int32_t ownWidth = scrollTrack->GetClientSize().width;
     scrollTrack->SetPosition({width - ownWidth, 0, width, height}, SWP_NOOWNERZORDER | SWP_NOACTIVATE | SWP_NOZORDER);
     Layout(width, height);
-    Invalidate();
-    return handled();
-}
-
-MessageResult HtmlStatic::OnMove(int32_t, int32_t) {
-    Invalidate();
-    return handled();
+    return repaint(handled());
 }
 
 MessageResult HtmlStatic::Draw(Graphics& graphics) {
-    const TrackState track = scrollTrack->GetState();
+    const TrackState track = scrollTrack->getState();
     scrollTrack->Show(track.maximum > track.minimum ? SW_SHOW : SW_HIDE);
     const int32_t windowHeight = GetClientSize().height;
     const StringFormat format = CreateTextFormat();
     for (const TextRun& run : runs) {
-        // Fonts are dear, and most of a long text is out of view.
+        // Fonts are expensive, and most of a long text is out of view.
         std::unique_ptr<Font> face;
         std::optional<Brush> brush;
         for (const PlacedText& placed : run.placed) {
@@ -177,8 +164,8 @@ MessageResult HtmlStatic::Draw(Graphics& graphics) {
             if (!face) face = createFont(GetRunFont(run));
             if (!brush) brush.emplace(run.style.color);
             const float y = placed.y - static_cast<float>(track.position);
-            graphics.DrawString(placed.text, face.get(), {placed.x, y, 0, 0}, &format, &*brush);
-            DrawFontLines(graphics, *face, {placed.x, y, placed.width, placed.height}, *brush);
+            graphics.drawString(placed.text, face.get(), {placed.x, y, 0, 0}, &format, &*brush);
+            drawFontLines(graphics, *face, {placed.x, y, placed.width, placed.height}, *brush);
         }
     }
     return handled();

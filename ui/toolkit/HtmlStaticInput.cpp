@@ -15,7 +15,7 @@ bool isTabStop(HWND window) {
     return (GetWindowLongW(window, GWL_STYLE) & wanted) == wanted;
 }
 
-/// The nearest (or the farthest) sibling that Tab stops at, in one direction; null for none.
+/// The nearest (or farthest) sibling in one direction that is a tab stop; null for none.
 HWND tabStopFrom(HWND window, UINT direction, bool farthest) {
     HWND found = nullptr;
     while ((farthest || !found) && (window = GetWindow(window, direction)) != nullptr)
@@ -23,39 +23,43 @@ HWND tabStopFrom(HWND window, UINT direction, bool farthest) {
     return found;
 }
 
+constexpr struct {
+    WPARAM key;
+    void (Trackbar::*scroll)();
+} scrollKeys[] = {
+    {VK_PRIOR, &Trackbar::pageUp}, {VK_NEXT, &Trackbar::pageDown}, {VK_HOME, &Trackbar::home},
+    {VK_END, &Trackbar::end},      {VK_UP, &Trackbar::lineUp},     {VK_DOWN, &Trackbar::lineDown},
+};
+
 }  // namespace
 
 const TextRun* HtmlStatic::HitTest(int32_t x, int32_t y) const {
-    return linkAt(runs, static_cast<float>(x), static_cast<float>(y) + static_cast<float>(scrollTrack->GetPosition()));
+    return linkAt(runs, static_cast<float>(x), static_cast<float>(y) + static_cast<float>(scrollTrack->getPosition()));
 }
 
 MessageResult HtmlStatic::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    // Two messages that no other widget asks for. A press does not outlive its capture, nor the focus line the focus.
+    // Window has no handlers for these two. A press ends with its capture, and the underline with the focus.
     if (message == WM_CAPTURECHANGED) pressedRun = nullptr;
     if (message == WM_KILLFOCUS) Invalidate();
     return Static::HandleMessage(message, wparam, lparam);
 }
-
-MessageResult HtmlStatic::OnNcHitTest(int32_t, int32_t) { return handled(HTCLIENT); }
 
 MessageResult HtmlStatic::OnSetCursor(WPARAM window, int32_t, UINT) {
     POINT cursor{};
     if (reinterpret_cast<HWND>(window) != hwnd || !GetCursorPos(&cursor)) return unhandled();
     ScreenToClient(hwnd, &cursor);
     OnMouseMove(cursor.x, cursor.y);
-    // Without a link the native control sets its arrow, whatever the cursor was outside.
-    if (!hoveredRun) return unhandled();
-    SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));  // the hand
-    return handled(1);
+    // Beside a link the native control sets the arrow, whatever cursor another window has set.
+    return hoveredRun ? showCursor(handCursor) : unhandled();
 }
 
 MessageResult HtmlStatic::OnMouseMove(int32_t x, int32_t y) {
     const TextRun* hit = HitTest(x, y);
-    // A pressed link keeps the others quiet until it is let go.
+    // While a link is pressed no other one is highlighted.
     if (pressedRun && hit != pressedRun) hit = nullptr;
     if (hit != hoveredRun) {
         hoveredRun = hit;
-        SetCursor(LoadCursorW(nullptr, hit ? MAKEINTRESOURCEW(32649) : MAKEINTRESOURCEW(32512)));  // hand or arrow
+        showCursor(hit ? handCursor : arrowCursor);
         Invalidate();
     }
     return handled();
@@ -69,10 +73,10 @@ MessageResult HtmlStatic::OnMouseLeave() {
 
 MessageResult HtmlStatic::OnMouseWheel(int32_t delta, uint32_t, int32_t, int32_t) {
     if (!scrollTrack->IsVisible()) return unhandled();
-    const TrackState track = scrollTrack->GetState();
-    const int32_t position = track.clamped(wheeledPosition(track.position, scrollTrack->GetLineSize(), delta));
+    const TrackState track = scrollTrack->getState();
+    const int32_t position = track.clamped(wheeledPosition(track.position, scrollTrack->getLineSize(), delta));
     if (position != track.position) {
-        SendMessageW(scrollTrack->GetHandle(), setPosNotify, 0, position);
+        SendMessageW(scrollTrack->getHandle(), setPosNotify, 0, position);
         scrollTrack->Invalidate();
         Invalidate();
     }
@@ -88,7 +92,7 @@ MessageResult HtmlStatic::OnLButtonDown(WPARAM, int32_t x, int32_t y) {
 MessageResult HtmlStatic::OnLButtonUp(WPARAM, int32_t x, int32_t y) {
     if (const TextRun* pressed = pressedRun) {
         ReleaseCapture();
-        // Which has ended the press; it lasts until its link is told.
+        // WM_CAPTURECHANGED cleared pressedRun; restore it until the link is reported.
         pressedRun = pressed;
         if (HitTest(x, y) == pressedRun) ActivateLink();
     }
@@ -97,20 +101,13 @@ MessageResult HtmlStatic::OnLButtonUp(WPARAM, int32_t x, int32_t y) {
 }
 
 void HtmlStatic::ActivateLink() {
-    // A copy, for the parent may set another text before it has read the link. Enter comes here with no press under
-    // way, hence no link: the fault that follows is meant to be, see OnKeyDown.
+    // A copy, because the parent may set another text before it reads the link. Without a press, after Enter, this line
+    // faults by design: see OnKeyDown.
     const std::wstring href = pressedRun->style.href;
     const auto id = static_cast<UINT_PTR>(GetDlgCtrlID(hwnd));
     const LinkNotification notification{.hwndFrom = hwnd, .idFrom = id, .code = linkActivated, .href = href.c_str()};
     SendMessageW(GetParent(hwnd), WM_NOTIFY, id, reinterpret_cast<LPARAM>(&notification));
 }
-
-MessageResult HtmlStatic::OnVScroll(int32_t, int32_t, LPARAM) {
-    Invalidate();
-    return handled();
-}
-
-MessageResult HtmlStatic::OnGetDlgCode(WPARAM) { return handled(DLGC_STATIC | DLGC_WANTALLKEYS); }
 
 MessageResult HtmlStatic::OnKeyDown(WPARAM key, int32_t, bool, bool) {
     switch (key) {
@@ -119,48 +116,31 @@ MessageResult HtmlStatic::OnKeyDown(WPARAM key, int32_t, bool, bool) {
                 ScrollIntoView();
             else
                 FocusNextControl();
-            Invalidate();
-            return handled();
+            return repaint(handled());
         case VK_RETURN:
-            // Looks like a mistake and is settled: the link that is followed is the pressed one and no other, so Enter
-            // on a link that has the focus finds none and faults, which the crash report tells of. Tab shows a link,
-            // the mouse follows it.
+            // Looks like a mistake, but is settled: only a pressed link is followed. Enter on a focused link finds no
+            // pressed one and faults, which becomes a crash report. Tab shows a link; the mouse follows it.
             if (focusedRun < runs.size()) ActivateLink();
             return handled();
-        case VK_PRIOR:
-            scrollTrack->PageUp();
-            return handled();
-        case VK_NEXT:
-            scrollTrack->PageDown();
-            return handled();
-        case VK_END:
-            scrollTrack->End();
-            return handled();
-        case VK_HOME:
-            scrollTrack->Home();
-            return handled();
-        case VK_UP:
-            scrollTrack->LineUp();
-            return handled();
-        case VK_DOWN:
-            scrollTrack->LineDown();
-            return handled();
-        default:
-            return unhandled();
     }
+    for (const auto& row : scrollKeys)
+        if (row.key == key) {
+            (*scrollTrack.*row.scroll)();
+            return handled();
+        }
+    return unhandled();
 }
 
 MessageResult HtmlStatic::OnSetFocus(WPARAM) {
     if (focusedRun < runs.size() || FocusNextLink()) {
         ScrollIntoView();
     } else if (!scrollTrack->IsVisible() && !passingFocus) {
-        // Two labels with nothing to show the focus on would pass it to each other for ever.
+        // Two labels without links would pass the focus to each other for ever.
         passingFocus = true;
         FocusNextControl();
         passingFocus = false;
     }
-    Invalidate();
-    return handled();
+    return repaint(handled());
 }
 
 bool HtmlStatic::FocusNextLink() {
@@ -178,7 +158,7 @@ void HtmlStatic::FocusNextControl() {
         FocusNextLink();
         return;
     }
-    // The dialog manager's way makes a button that gets the focus the one that Enter presses.
+    // Through the dialog manager, so that a button with the focus is also the one that Enter presses.
     SendMessageW(GetParent(hwnd), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
     if (GetFocus() != next) SetFocus(next);
 }
@@ -186,7 +166,7 @@ void HtmlStatic::FocusNextControl() {
 void HtmlStatic::ScrollIntoView() {
     if (!scrollTrack->IsVisible()) return;
     const auto position =
-        positionToShow(coveredBy(runs[focusedRun]), scrollTrack->GetPosition(), GetClientSize().height);
+        positionToShow(coveredBy(runs[focusedRun]), scrollTrack->getPosition(), GetClientSize().height);
     if (position) scrollTrack->SetPosition(*position);
 }
 

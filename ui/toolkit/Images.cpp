@@ -11,7 +11,7 @@ namespace flat = Gdiplus::DllExports;
 
 namespace {
 
-/// The pixels of a picture where they lie, or a copy in another format; the picture must not be used meanwhile.
+/// The pixels of a picture in place, or a copy in another format. The picture must not be used meanwhile.
 class LockedPixels {
   public:
     LockedPixels(const Bitmap& picture, Gdiplus::ImageLockMode mode, Gdiplus::PixelFormat format)
@@ -42,9 +42,9 @@ bool isOpaque(const Bitmap& picture) {
     return (format & PixelFormatAlpha) == 0;
 }
 
-/// Without GDI+, which takes several times as long; false when this is no way for these two.
+/// Scales by area without GDI+, which takes several times as long; false when the two pictures do not allow it.
 bool makeSmaller(const Bitmap& picture, const Bitmap& smaller) {
-    if (!isOpaque(picture) || !canScaleByArea(picture.GetSize(), smaller.GetSize())) return false;
+    if (!isOpaque(picture) || !canScaleByArea(picture.getSize(), smaller.getSize())) return false;
     const LockedPixels from(picture, Gdiplus::ImageLockModeRead, PixelFormat24bppRGB);
     const LockedPixels to(smaller, Gdiplus::ImageLockModeWrite, PixelFormat32bppARGB);
     if (!from || !to) return false;
@@ -56,7 +56,7 @@ bool makeSmaller(const Bitmap& picture, const Bitmap& smaller) {
 
 std::unique_ptr<Bitmap> decodePicture(std::span<const std::byte> file) {
     if (file.empty()) return nullptr;
-    // GDI+ reads pictures from streams only.
+    // GDI+ decodes pictures from streams only.
     ComPtr<IStream> stream;
     if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, stream.put()))) return nullptr;
     ULONG written = 0;
@@ -72,13 +72,13 @@ std::unique_ptr<Bitmap> loadImageResource(uint16_t id) {
 
 std::unique_ptr<Bitmap> LoadPicture(uint16_t resourceNumber) { return loadImageResource(resourceNumber); }
 
-std::unique_ptr<Bitmap> ScalePicture(const Bitmap& picture, Size size) {
+std::unique_ptr<Bitmap> scalePicture(const Bitmap& picture, Size size) {
     auto scaled = std::make_unique<Bitmap>(size);
     if (scaled->native() && makeSmaller(picture, *scaled)) return scaled;
     Graphics graphics(*scaled);
     ApplyQuality(graphics);
-    graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    graphics.DrawImage(picture, {0, 0, size.width, size.height});
+    graphics.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    graphics.drawImage(picture, {0, 0, size.width, size.height});
     return graphics.lastStatus() == Gdiplus::Ok ? std::move(scaled) : nullptr;
 }
 

@@ -9,26 +9,25 @@ LinkButton::LinkButton(HWND window) : Button(window) {
     hoverTextColor = palette::Blue[7];
 }
 
-bool LinkButton::IsOverText(POINT screenPoint) const {
+bool LinkButton::isOverText(POINT screenPoint) const {
     ScreenToClient(hwnd, &screenPoint);
     return contains(textBounds, static_cast<float>(screenPoint.x), static_cast<float>(screenPoint.y));
 }
 
 MessageResult LinkButton::OnNcHitTest(int32_t x, int32_t y) {
-    return handled(IsOverText({x, y}) ? HTCLIENT : HTNOWHERE);
+    return handled(isOverText({x, y}) ? HTCLIENT : HTNOWHERE);
 }
 
 MessageResult LinkButton::OnSetCursor(WPARAM window, int32_t, UINT) {
     POINT cursor{};
     if (reinterpret_cast<HWND>(window) != hwnd || !GetCursorPos(&cursor)) return unhandled();
-    const bool over = IsOverText(cursor);
+    const bool over = isOverText(cursor);
     if (over != overLink) {
         overLink = over;
         Invalidate();
     }
     if (!over) return unhandled();
-    SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));  // the hand
-    return handled(1);
+    return showCursor(handCursor);
 }
 
 MessageResult LinkButton::OnMouseLeave() {
@@ -50,7 +49,7 @@ MessageResult LinkButton::OnSetText(LPARAM label) {
 }
 
 MessageResult LinkButton::OnSize(int32_t, int32_t) {
-    // Drawn where nobody sees it, to learn where the text lies.
+    // Drawing on a context that does not show updates the text's rectangle.
     const MemoryContext context(CreateCompatibleDC(nullptr));
     Graphics graphics(context.get());
     ApplyQuality(graphics);
@@ -58,13 +57,11 @@ MessageResult LinkButton::OnSize(int32_t, int32_t) {
     return unhandled();
 }
 
-void LinkButton::DrawBackground(Graphics&) {}
-
 void LinkButton::DrawContent(Graphics& graphics) {
     const bool hot = overLink || HasFocus();
-    const Color color = !IsEnabled() ? disabledTextColor : hot ? hoverTextColor : textColor;
+    const Color color = !isEnabled() ? disabledTextColor : hot ? hoverTextColor : textColor;
     const Brush brush(color);
-    const Font* face = IsEnabled() && hot && underlinedFont ? underlinedFont.get() : font.get();
+    const Font* face = isEnabled() && hot && underlinedFont ? underlinedFont.get() : font.get();
     textBounds = DrawTextInRect(graphics, text, face, GetClientRectF(), &brush, Gdiplus::StringAlignmentCenter);
 }
 

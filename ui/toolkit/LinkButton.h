@@ -1,11 +1,11 @@
-// A button that is only its text, in the colour of links.
+// A button that shows only its text, in the colour of links.
 #pragma once
 
 #include "ui/toolkit/Button.h"
 
 namespace pdx {
 
-/// Clicks beside the text pass through it.
+/// Clicks beside the text pass through the button.
 class LinkButton : public Button {
   public:
     explicit LinkButton(HWND window = nullptr);
@@ -16,14 +16,14 @@ class LinkButton : public Button {
     MessageResult OnSetFont(WPARAM handle, bool redraw) override;
     MessageResult OnSetText(LPARAM label) override;
     MessageResult OnSize(int32_t width, int32_t height) override;
-    void DrawBackground(Graphics& graphics) override;
+    void DrawBackground(Graphics&) override {}
     void DrawContent(Graphics& graphics) override;
 
-    /// Where the text lies in the client area; up to date from SetText on, also before the first paint.
-    [[nodiscard]] const RectF& GetTextBounds() const { return textBounds; }
+    /// The rectangle of the text in the client area; valid from SetText on, before the first paint.
+    [[nodiscard]] const RectF& getTextBounds() const { return textBounds; }
 
   private:
-    [[nodiscard]] bool IsOverText(POINT screenPoint) const;
+    [[nodiscard]] bool isOverText(POINT screenPoint) const;
 
     RectF textBounds;
     std::unique_ptr<Font> underlinedFont;

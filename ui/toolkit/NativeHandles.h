@@ -1,4 +1,4 @@
-// Owning wrappers of the native drawing objects.
+// Owning wrappers of native drawing objects.
 #pragma once
 
 #include <windows.h>
@@ -21,10 +21,10 @@ struct MemoryContextTraits {
     static Value invalid() noexcept { return nullptr; }
     static void close(Value value) noexcept { DeleteDC(value); }
 };
-/// A device context that shows nowhere.
+/// A device context in memory, which does not show.
 using MemoryContext = UniqueHandle<MemoryContextTraits>;
 
-/// An object in use by a context, which gets its earlier one back at the end.
+/// Selects an object into a context; the destructor selects the earlier one again.
 class SelectedObject {
   public:
     SelectedObject(const MemoryContext& owner, HGDIOBJ object)

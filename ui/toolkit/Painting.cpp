@@ -2,28 +2,30 @@
 
 #include "platform/Log.h"
 #include "platform/Once.h"
-#include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/RoundedPath.h"
 #include "ui/toolkit/rules/TextBounds.h"
 
 namespace pdx {
+
+namespace flat = Gdiplus::DllExports;
+
 namespace {
 
 constexpr uint32_t textContrast = 4;
 constexpr uint32_t bypassGdi = 0x80000000;
 
-/// The platform's own format, got once; it is not ours to free.
+/// The platform's generic format, read once; the platform owns it.
 const Gdiplus::GpStringFormat* typographicFormat() {
     static Gdiplus::GpStringFormat* format = nullptr;
-    static constinit Once got;
-    got.run([] { Gdiplus::DllExports::GdipStringFormatGetGenericTypographic(&format); });
+    static constinit Once read;
+    read.run([] { flat::GdipStringFormatGetGenericTypographic(&format); });
     return format;
 }
 
-void addPart(Path& path, const PathLine& line) { path.AddLine(line.from, line.to); }
-void addPart(Path& path, const PathArc& arc) { path.AddArc(arc.box, arc.start, arc.sweep); }
+void addPart(Path& path, const PathLine& line) { path.addLine(line.from, line.to); }
+void addPart(Path& path, const PathArc& arc) { path.addArc(arc.box, arc.start, arc.sweep); }
 
-/// Whether GDI+ draws the line under a text: that of Wine draws no such line on pictures.
+/// Whether GDI+ draws the line under a text. Wine's does not on pictures.
 bool drawsFontLines() {
     static const bool draws = [] {
         constexpr float size = 24;
@@ -35,10 +37,10 @@ bool drawsFontLines() {
         if (!font->native()) return true;
         const StringFormat format = CreateTextFormat();
         const Brush brush(palette::defaultText);
-        graphics.DrawString(L"H", font.get(), {}, &format, &brush);
-        // The letter itself has nothing below what it stands on.
-        for (auto y = static_cast<int32_t>(font->GetAscent()) + 2; y < side; ++y)
-            if (picture.GetPixel({inLetter, y}) >> 24 != 0) return true;
+        graphics.drawString(L"H", font.get(), {}, &format, &brush);
+        // The letter itself has no pixel below its baseline.
+        for (auto y = static_cast<int32_t>(font->getAscent()) + 2; y < side; ++y)
+            if (picture.getPixel({inLetter, y}) >> 24 != 0) return true;
         return false;
     }();
     return draws;
@@ -47,20 +49,20 @@ bool drawsFontLines() {
 }  // namespace
 
 void ApplyQuality(Graphics& graphics) {
-    graphics.SetCompositingMode(Gdiplus::CompositingModeSourceOver);
-    graphics.SetCompositingQuality(Gdiplus::CompositingQualityHighQuality);
-    graphics.SetInterpolationMode(Gdiplus::InterpolationModeHighQuality);
-    graphics.SetPixelOffsetMode(Gdiplus::PixelOffsetModeHighQuality);
-    graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-    graphics.SetTextContrast(textContrast);
-    graphics.SetTextRenderingHint(Gdiplus::TextRenderingHintAntiAlias);
+    graphics.setCompositingMode(Gdiplus::CompositingModeSourceOver);
+    graphics.call(flat::GdipSetCompositingQuality, Gdiplus::CompositingQualityHighQuality);
+    graphics.call(flat::GdipSetInterpolationMode, Gdiplus::InterpolationModeHighQuality);
+    graphics.call(flat::GdipSetPixelOffsetMode, Gdiplus::PixelOffsetModeHighQuality);
+    graphics.call(flat::GdipSetSmoothingMode, Gdiplus::SmoothingModeAntiAlias);
+    graphics.call(flat::GdipSetTextContrast, textContrast);
+    graphics.call(flat::GdipSetTextRenderingHint, Gdiplus::TextRenderingHintAntiAlias);
 }
 
 Path CreateRoundedPath(const Box& box, int32_t radius) {
     Path path;
     for (const PathPart& part : roundedPathParts(box, radius))
         std::visit([&path](const auto& piece) { addPart(path, piece); }, part);
-    path.CloseFigure();
+    path.closeFigure();
     return path;
 }
 
@@ -70,26 +72,33 @@ StringFormat CreateTextFormat() {
     if (!format.native())
         logged.run(
             [&] { PDX_LOG(logWarning, "CreateTextFormat", "No text format: status=%d", int{format.lastStatus()}); });
-    format.AddFlags(Gdiplus::StringFormatFlagsMeasureTrailingSpaces | bypassGdi);
+    format.addFlags(Gdiplus::StringFormatFlagsMeasureTrailingSpaces | bypassGdi);
     return format;
 }
 
-void DrawFontLines(Graphics& graphics, const Font& font, const RectF& text, const Brush& brush) {
+RectF measureText(HWND window, std::wstring_view text, const Font* font) {
+    Graphics graphics(window);
+    ApplyQuality(graphics);
+    const StringFormat format = CreateTextFormat();
+    return graphics.measureString(text, font, {}, &format);
+}
+
+void drawFontLines(Graphics& graphics, const Font& font, const RectF& text, const Brush& brush) {
     const int32_t style = font.GetStyle();
     if ((style & (fontUnderline | fontStrikeout)) == 0 || drawsFontLines()) return;
     for (const auto& [bit, line] : {std::pair(fontUnderline, FontLine::under), {fontStrikeout, FontLine::through}})
-        if (style & bit) graphics.FillRectangle(brush, fontLineBox(line, text, font.GetAscent(), font.GetSize()));
+        if (style & bit) graphics.fillRectangle(brush, fontLineBox(line, text, font.getAscent(), font.getSize()));
 }
 
 RectF DrawTextInRect(Graphics& graphics, std::wstring_view text, const Font* font, const RectF& layout,
                      const Brush* brush, Gdiplus::StringAlignment horizontalAlign) {
     StringFormat format = CreateTextFormat();
-    format.SetAlignment(horizontalAlign);
-    format.SetLineAlignment(Gdiplus::StringAlignmentCenter);
-    const RectF measured = graphics.MeasureString(text, font, layout, &format);
-    graphics.DrawString(text, font, layout, &format, brush);
+    format.call(flat::GdipSetStringFormatAlign, horizontalAlign);
+    format.call(flat::GdipSetStringFormatLineAlign, Gdiplus::StringAlignmentCenter);
+    const RectF measured = graphics.measureString(text, font, layout, &format);
+    graphics.drawString(text, font, layout, &format, brush);
     const RectF drawn = alignedBounds(measured, layout, horizontalAlign, Gdiplus::StringAlignmentCenter);
-    if (font && brush) DrawFontLines(graphics, *font, drawn, *brush);
+    if (font && brush) drawFontLines(graphics, *font, drawn, *brush);
     return drawn;
 }
 

@@ -17,35 +17,35 @@ constexpr UINT defaultPeriodMs = 30;
 
 ProgressBar::ProgressBar(HWND window) : Control(window), marqueePeriodMs(defaultPeriodMs) {
     marquee = window && (GetStyle() & PBS_MARQUEE);
-    if (marquee) StartTimer();
+    if (marquee) startTimer();
 }
 
-void ProgressBar::StartTimer() {
+void ProgressBar::startTimer() {
     if (IsVisible()) SetTimer(marqueeTimer, marqueePeriodMs);
 }
 
-void ProgressBar::SetMarquee(bool on) {
+void ProgressBar::setMarquee(bool on) {
     marquee = on;
     chunks = {};
     if (on)
-        StartTimer();
+        startTimer();
     else
         KillTimer(marqueeTimer);
-    // The native control repaints for a new position only, and the first may be the one that it holds.
+    // The native control repaints for a new position only, and the first position may equal the one it holds.
     Invalidate();
 }
 
 MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == PBM_SETPOS && marquee) SetMarquee(false);
+    if (message == PBM_SETPOS && marquee) setMarquee(false);
     if (message != PBM_SETMARQUEE) return unhandled();
     marqueePeriodMs = lparam ? static_cast<UINT>(lparam) : defaultPeriodMs;
-    SetMarquee(wparam != 0);
-    // Kept from the native control: Wine's starts a timer of its own for it, and each would paint.
+    setMarquee(wparam != 0);
+    // Not passed to the native control: Wine's would start a second timer, and each of the two would paint.
     return handled(TRUE);
 }
 
 MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
-    // Moved, or shown again: there may be another page behind it.
+    // The bar was moved or shown again, so another page may lie behind it.
     ground.reset();
     const UINT flags = reinterpret_cast<const WINDOWPOS*>(position)->flags;
     if (marquee && (flags & SWP_SHOWWINDOW)) SetTimer(marqueeTimer, marqueePeriodMs);
@@ -68,18 +68,18 @@ MessageResult ProgressBar::OnTimer(WPARAM) {
     return handled();
 }
 
-void ProgressBar::PaintGround(Graphics& buffer, const Box& part) {
+void ProgressBar::paintGround(Graphics& buffer, const Box& part) {
     const Size client = GetClientSize();
     const Box whole = {0, 0, client.width, client.height};
     if (!ground) {
         ground = std::make_unique<Bitmap>(client);
         Graphics surface(*ground);
         ApplyQuality(surface);
-        Control::PaintGround(surface, whole);
+        Control::paintGround(surface, whole);
     }
-    buffer.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    buffer.CopyImage(*ground, intersection(whole, part));
-    buffer.SetCompositingMode(Gdiplus::CompositingModeSourceOver);
+    buffer.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    buffer.copyImage(*ground, intersection(whole, part));
+    buffer.setCompositingMode(Gdiplus::CompositingModeSourceOver);
 }
 
 MessageResult ProgressBar::Draw(Graphics& graphics) {
@@ -87,25 +87,25 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     const int32_t radius = client.height / 2;
     const Box whole = {0, 0, client.width, client.height};
     const Brush track(trackColor);
-    // Anchored to the whole bar: a chunk shows the part of the gradient that lies under it.
+    // Anchored to the whole bar: a chunk shows the part of the gradient at its place.
     const Brush gradient(whole, gradientStart, gradientEnd);
     const Path outline = CreateRoundedPath(whole, radius);
-    // Filled before it becomes the clip, whose edge is not smoothed.
-    graphics.FillPath(track, outline);
+    // Filled before it becomes the clip: a clip's edge is not anti-aliased.
+    graphics.fillPath(track, outline);
     if (marquee) {
-        graphics.SetClip(outline);
+        graphics.setClip(outline);
         if (chunks[0].width == 0) chunks = marqueeChunks(client, GetTickCount64());
         for (const Box& chunk : chunks)
-            if (isInView(chunk, client)) graphics.FillPath(gradient, CreateRoundedPath(chunk, radius));
+            if (isInView(chunk, client)) graphics.fillPath(gradient, CreateRoundedPath(chunk, radius));
         return handled(1);
     }
     PBRANGE range{};
     SendMessageW(hwnd, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
     const auto position = static_cast<int32_t>(SendMessageW(hwnd, PBM_GETPOS, 0, 0));
     const int32_t filled = filledWidth(range.iLow, range.iHigh, position, client.width);
-    // Only what is narrower than the ends are round reaches out of the outline.
-    if (filled < client.height) graphics.SetClip(outline);
-    if (filled > 0) graphics.FillPath(gradient, CreateRoundedPath({0, 0, filled, client.height}, radius));
+    // A filled part narrower than its round ends would exceed the outline.
+    if (filled < client.height) graphics.setClip(outline);
+    if (filled > 0) graphics.fillPath(gradient, CreateRoundedPath({0, 0, filled, client.height}, radius));
     return handled(1);
 }
 

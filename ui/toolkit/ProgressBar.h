@@ -1,4 +1,4 @@
-// A progress bar with a two-colour gradient; the native control keeps range and position.
+// A progress bar with a gradient of two colours. The native control keeps range and position.
 #pragma once
 
 #include <array>
@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// While it is indeterminate two chunks chase each other; the first position ends that.
+/// In its marquee mode (indeterminate) two chunks follow each other; the first position ends the mode.
 class ProgressBar : public Control {
   public:
     explicit ProgressBar(HWND window = nullptr);
@@ -18,22 +18,21 @@ class ProgressBar : public Control {
     MessageResult OnTimer(WPARAM id) override;
     MessageResult Draw(Graphics& graphics) override;
 
-    [[nodiscard]] bool IsMarquee() const { return marquee; }
+    [[nodiscard]] bool isMarquee() const { return marquee; }
 
   protected:
-    void PaintGround(Graphics& buffer, const Box& part) override;
+    void paintGround(Graphics& buffer, const Box& part) override;
 
   private:
-    void SetMarquee(bool on);
-    void StartTimer();
+    void setMarquee(bool on);
+    void startTimer();
 
     Color gradientStart = palette::Coral[5];
     Color gradientEnd = palette::Crimson[5];
     Color trackColor = palette::Grey[6];
     bool marquee = false;
-    std::array<Box, 2> chunks{};  ///< of the last step
-    std::unique_ptr<Bitmap>
-        ground;  ///< kept for the next of fifty paints a second, until the bar moves or is shown again
+    std::array<Box, 2> chunks{};     ///< of the last step
+    std::unique_ptr<Bitmap> ground;  ///< kept between the paints of a marquee, until the bar moves or is shown again
     UINT marqueePeriodMs;
 };
 

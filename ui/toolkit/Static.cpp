@@ -4,14 +4,17 @@
 #include "ui/toolkit/rules/LabelStyle.h"
 
 namespace pdx {
+
+namespace flat = Gdiplus::DllExports;
+
 MessageResult Static::OnSetText(LPARAM newText) {
-    StoreText(newText);
-    // The native window never gets the text, so this is the only way to it.
+    storeText(newText);
+    // The native window never gets the text, so a screen reader finds only this name.
     SetAccessibleName(text);
     return handled();
 }
 
-void Static::StoreText(LPARAM newText) {
+void Static::storeText(LPARAM newText) {
     Invalidate();
     text = newText ? reinterpret_cast<const wchar_t*>(newText) : L"";
 }
@@ -19,14 +22,14 @@ void Static::StoreText(LPARAM newText) {
 MessageResult Static::Draw(Graphics& graphics) {
     const LabelFormat wanted = labelFormat(GetStyle());
     StringFormat format = CreateTextFormat();
-    format.SetAlignment(static_cast<Gdiplus::StringAlignment>(wanted.alignment));
+    format.call(flat::GdipSetStringFormatAlign, static_cast<Gdiplus::StringAlignment>(wanted.alignment));
     if (wanted.trimming) {
-        format.SetTrimming(static_cast<Gdiplus::StringTrimming>(wanted.trimming));
-        // What is to be cut is not to go on in a second line.
-        format.AddFlags(Gdiplus::StringFormatFlagsNoWrap);
+        format.call(flat::GdipSetStringFormatTrimming, static_cast<Gdiplus::StringTrimming>(wanted.trimming));
+        // A text that is cut with an ellipsis must not wrap.
+        format.addFlags(Gdiplus::StringFormatFlagsNoWrap);
     }
     const Brush brush(textColor);
-    graphics.DrawString(text, font.get(), GetClientRectF(), &format, &brush);
+    graphics.drawString(text, font.get(), GetClientRectF(), &format, &brush);
     return handled(1);
 }
 

@@ -5,7 +5,7 @@
 
 namespace pdx {
 
-/// The window's style says how the text is aligned and where it is cut when it is too long.
+/// The window's style sets the alignment of the text, and where an ellipsis cuts a text that is too long.
 class Static : public Control {
   public:
     using Control::Control;
@@ -15,14 +15,14 @@ class Static : public Control {
     MessageResult OnSetText(LPARAM newText) override;
     MessageResult Draw(Graphics& graphics) override;
 
-    void SetTextColor(Color color) {
+    void setTextColor(Color color) {
         textColor = color;
         Invalidate();
     }
 
   protected:
-    /// Keeps the text and repaints.
-    void StoreText(LPARAM newText);
+    /// Stores the text and repaints.
+    void storeText(LPARAM newText);
 
     std::wstring text;
 };

@@ -1,4 +1,4 @@
-// The thin scroll bar of marked-up text: the native trackbar keeps range and position, this paints the thumb.
+// The thin scroll bar of marked-up text. The native trackbar keeps range and position; this class paints the thumb.
 #pragma once
 
 #include "ui/toolkit/Control.h"
@@ -6,7 +6,7 @@
 
 namespace pdx {
 
-/// TBM_SETPOSNOTIFY, which not every platform header has. Sets the position and, here, tells nobody.
+/// TBM_SETPOSNOTIFY, which not every platform header defines. Here it sets the position without a notification.
 inline constexpr UINT setPosNotify = WM_USER + 34;
 
 class Trackbar : public Control {
@@ -21,29 +21,29 @@ class Trackbar : public Control {
     MessageResult OnUserMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
     MessageResult Draw(Graphics& graphics) override;
 
-    /// Clamps the position to the range; a change is set, painted, and posted to the parent as WM_VSCROLL or
-    /// WM_HSCROLL with that code.
+    /// Clamps the position to the range. A change is set, painted, and posted to the parent as WM_VSCROLL or WM_HSCROLL
+    /// with that code (TB_...).
     void SetPositionAndNotify(int64_t position, int32_t code);
-    void Home();
-    void End();
-    void LineUp();
-    void LineDown();
-    void PageUp();
-    void PageDown();
+    void home();
+    void end();
+    void lineUp();
+    void lineDown();
+    void pageUp();
+    void pageDown();
 
     using Window::SetPosition;
-    // Without a word to the parent.
+    // These send no notification to the parent.
     void SetRange(int32_t minimum, int32_t maximum);
     void SetPosition(int32_t position);
     void SetLineSize(int32_t size);
     void SetPageSize(int32_t size);
-    [[nodiscard]] int32_t GetPosition() const;
-    [[nodiscard]] int32_t GetLineSize() const;
-    /// What the native control holds at the moment.
-    [[nodiscard]] TrackState GetState() const;
+    [[nodiscard]] int32_t getPosition() const;
+    [[nodiscard]] int32_t getLineSize() const;
+    /// The values of the native control now.
+    [[nodiscard]] TrackState getState() const;
 
   private:
-    void Notify(int32_t code);
+    void notify(int32_t code);
 
     bool dragging = false;
     int32_t dragAnchor = 0;

@@ -9,7 +9,7 @@ namespace {
 constexpr int textCapacity = 4096;
 constexpr UINT lastAppMessage = 0xBFFF;  // registered messages follow
 
-// The halves of a word; signed where a position may lie left of or above the origin.
+// The halves of a word; signed where a position may be left of or above the origin.
 int32_t low(uintptr_t word) { return LOWORD(word); }
 int32_t high(uintptr_t word) { return HIWORD(word); }
 int32_t signedLow(uintptr_t word) { return static_cast<int16_t>(LOWORD(word)); }
@@ -22,7 +22,7 @@ RECT toNative(const Rect& rect) { return {rect.left, rect.top, rect.right, rect.
 
 /// The client rectangle of one window in the client coordinates of another.
 Rect mappedClientRect(HWND from, HWND to) {
-    // To the platform no window is the screen.
+    // The platform takes a null window for the screen.
     if (!from) return {};
     RECT rect{};
     ::GetClientRect(from, &rect);
@@ -37,8 +37,6 @@ Window::Window(HWND window) : hwnd(window) {
 }
 
 Window::~Window() = default;
-
-const char* Window::GetWindowClassName() const { return nullptr; }
 
 HWND Window::Create(const CreateParams& params) {
     if (hwnd) return hwnd;
@@ -62,15 +60,13 @@ std::wstring Window::GetText() const {
     return text;
 }
 
-void Window::SetText(const std::wstring& text) { SetWindowTextW(hwnd, text.c_str()); }
-
 void Window::SetFont(std::unique_ptr<Font> newFont) {
     if (!newFont) return;
     font = std::move(newFont);
-    const std::optional<LOGFONTW> logFont = font->GetLogFont();
+    const std::optional<LOGFONTW> logFont = font->getLogFont();
     NativeFont made(logFont ? CreateFontIndirectW(&*logFont) : nullptr);
     if (!hwnd || !made) return;
-    // Without the redraw flag: native controls would paint at once, in the middle of a change of pages.
+    // No redraw flag: native controls would paint at once, in the middle of a change of pages.
     SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(made.get()), FALSE);
     nativeFont = std::move(made);
     Invalidate();
@@ -105,39 +101,25 @@ Size Window::GetClientSize() const {
     return {rect.width(), rect.height()};
 }
 
-void Window::Show(int32_t command) { ShowWindow(hwnd, command); }
-
 void Window::SetPosition(const Rect& rect, UINT flags, HWND insertAfter) {
     SetWindowPos(hwnd, insertAfter, rect.left, rect.top, rect.width(), rect.height(), flags);
 }
 
-void Window::SetTimer(UINT_PTR id, UINT periodMs) { ::SetTimer(hwnd, id, periodMs, nullptr); }
-
-void Window::KillTimer(UINT_PTR id) { ::KillTimer(hwnd, id); }
-
 void Window::Invalidate(const Rect* rect, bool erase) {
-    // A null handle would repaint every window of the screen.
+    // InvalidateRect with a null handle repaints every window of the screen.
     if (!hwnd) return;
     const RECT area = rect ? toNative(*rect) : RECT{};
     InvalidateRect(hwnd, rect ? &area : nullptr, erase);
 }
 
-DWORD Window::GetStyle() const { return static_cast<DWORD>(GetWindowLongW(hwnd, GWL_STYLE)); }
-
-void Window::SetStyle(DWORD style) { SetWindowLongW(hwnd, GWL_STYLE, static_cast<LONG>(style)); }
-
-bool Window::IsVisible() const { return IsWindowVisible(hwnd); }
-
-bool Window::HasFocus() const { return hwnd && GetFocus() == hwnd; }
-
 MessageResult Window::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_MOUSEMOVE && !mouseTracked) BeginVisit(lparam);
+    if (message == WM_MOUSEMOVE && !mouseTracked) beginVisit(lparam);
     if (message == WM_MOUSELEAVE) mouseTracked = false;
-    const MessageResult result = CallHandler(message, wparam, lparam);
+    const MessageResult result = callHandler(message, wparam, lparam);
     return result.handled ? result : DefaultProc(message, wparam, lparam);
 }
 
-MessageResult Window::CallHandler(UINT message, WPARAM wparam, LPARAM lparam) {
+MessageResult Window::callHandler(UINT message, WPARAM wparam, LPARAM lparam) {
     const auto second = static_cast<uintptr_t>(lparam);
     // clang-format off
     switch (message) {
@@ -180,7 +162,7 @@ MessageResult Window::CallHandler(UINT message, WPARAM wparam, LPARAM lparam) {
     return unhandled();
 }
 
-void Window::BeginVisit(LPARAM place) {
+void Window::beginVisit(LPARAM place) {
     mouseTracked = true;
     OnMouseEnter(signedLow(static_cast<uintptr_t>(place)), signedHigh(static_cast<uintptr_t>(place)));
     TRACKMOUSEEVENT request{.cbSize = sizeof(TRACKMOUSEEVENT),
@@ -194,7 +176,7 @@ MessageResult Window::DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) {
     return handled(DefWindowProcW(hwnd, message, wparam, lparam));
 }
 
-MessageResult Window::ReceiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+MessageResult Window::receiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
     try {
         return HandleMessage(message, wparam, lparam);
     } catch (const std::exception& problem) {
@@ -205,48 +187,10 @@ MessageResult Window::ReceiveMessage(UINT message, WPARAM wparam, LPARAM lparam)
     return DefaultProc(message, wparam, lparam);
 }
 
-MessageResult Window::OnSetText(LPARAM) {
-    Invalidate();
-    return unhandled();
-}
-
 MessageResult Window::OnSetFont(WPARAM newFont, bool redraw) {
     font = CreateFontFromHandle(reinterpret_cast<HFONT>(newFont));
     if (redraw) Invalidate();
     return unhandled();
 }
-
-MessageResult Window::OnInitDialog() { return unhandled(); }
-MessageResult Window::OnEraseBackground(WPARAM) { return unhandled(); }
-MessageResult Window::OnWindowPosChanging(LPARAM) { return unhandled(); }
-MessageResult Window::OnWindowPosChanged(LPARAM) { return unhandled(); }
-MessageResult Window::OnCtlColorStatic(HWND, HDC) { return unhandled(); }
-MessageResult Window::OnDrawItem(int32_t, const DRAWITEMSTRUCT*) { return unhandled(); }
-MessageResult Window::OnNcHitTest(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseEnter(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseMove(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseWheel(int32_t, uint32_t, int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMouseLeave() { return unhandled(); }
-MessageResult Window::OnLButtonDown(WPARAM, int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnLButtonUp(WPARAM, int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnCommand(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnClose() { return unhandled(); }
-MessageResult Window::OnDestroy() { return unhandled(); }
-MessageResult Window::OnUserMessage(UINT, WPARAM, LPARAM) { return unhandled(); }
-MessageResult Window::OnAppMessage(UINT, WPARAM, LPARAM) { return unhandled(); }
-MessageResult Window::OnSetCursor(WPARAM, int32_t, UINT) { return unhandled(); }
-MessageResult Window::OnNcPaint(WPARAM) { return unhandled(); }
-MessageResult Window::OnSetFocus(WPARAM) { return unhandled(); }
-MessageResult Window::OnSize(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnMove(int32_t, int32_t) { return unhandled(); }
-MessageResult Window::OnTimer(WPARAM) { return unhandled(); }
-MessageResult Window::OnQueryEndSession() { return unhandled(); }
-MessageResult Window::OnEndSession() { return unhandled(); }
-MessageResult Window::OnHScroll(int32_t, int32_t, LPARAM) { return unhandled(); }
-MessageResult Window::OnVScroll(int32_t, int32_t, LPARAM) { return unhandled(); }
-MessageResult Window::OnGetDlgCode(WPARAM) { return unhandled(); }
-MessageResult Window::OnKeyDown(WPARAM, int32_t, bool, bool) { return unhandled(); }
-MessageResult Window::OnNotify(LPARAM) { return unhandled(); }
-MessageResult Window::Draw(Graphics&) { return unhandled(); }
 
 }  // namespace pdx

@@ -1,24 +1,24 @@
-// How a window paints: through a buffer that begins as a copy of what lies behind it.
+// The painting of a window, through a buffer that begins as a copy of what lies behind it.
 #include "ui/toolkit/Painting.h"
 #include "ui/toolkit/Window.h"
 
 namespace pdx {
 namespace {
 
-/// The rectangle to paint, one pixel larger to the right and below: an empty one still copies a column.
+/// The rectangle to paint, one pixel wider and higher: an empty one still copies one column.
 Box paintedBox(const RECT& rect) {
     return {rect.left, rect.top, rect.right - rect.left + 1, rect.bottom - rect.top + 1};
 }
 
-/// BeginPaint and EndPaint.
+/// A pair of BeginPaint and EndPaint.
 class PaintSession {
   public:
     explicit PaintSession(HWND painted) : window(painted) { BeginPaint(window, &paint); }
     ~PaintSession() { EndPaint(window, &paint); }
     PaintSession(const PaintSession&) = delete;
     PaintSession& operator=(const PaintSession&) = delete;
-    [[nodiscard]] HDC GetContext() const { return paint.hdc; }
-    [[nodiscard]] Box GetBox() const { return paintedBox(paint.rcPaint); }
+    [[nodiscard]] HDC getContext() const { return paint.hdc; }
+    [[nodiscard]] Box getBox() const { return paintedBox(paint.rcPaint); }
 
   private:
     HWND window;
@@ -27,7 +27,7 @@ class PaintSession {
 
 bool isChild(HWND window) { return (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0; }
 
-/// The first window on the way up that is not a child; null when the way ends before.
+/// The nearest window, from this one upwards, that is not a child; null for none.
 HWND topAncestor(HWND window) {
     while (window && isChild(window)) window = GetParent(window);
     return window;
@@ -43,23 +43,23 @@ MessageResult Window::OnPaint() {
     RECT update{};
     GetUpdateRect(hwnd, &update, FALSE);
     const Box ground = paintedBox(update);
-    PaintGround(buffer, ground);
+    paintGround(buffer, ground);
 
     const PaintSession session(hwnd);
-    Graphics screen(session.GetContext());
-    const Box box = session.GetBox();
-    buffer.SetClip(box);
+    Graphics screen(session.getContext());
+    const Box box = session.getBox();
+    buffer.setClip(box);
     Draw(buffer);
     ApplyQuality(screen);
-    screen.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    // Nothing shows beyond the client area, and a copy that reaches out of the picture is many times slower in Wine.
-    screen.CopyImage(picture, intersection(box, {0, 0, size.width, size.height}));
-    // Another window may have laid more of this one bare meanwhile.
+    screen.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
+    // Nothing shows outside the client area, and a copy beyond the picture's edge is many times slower in Wine.
+    screen.copyImage(picture, intersection(box, {0, 0, size.width, size.height}));
+    // Another window may have uncovered more of this one meanwhile.
     if (intersection(box, ground) != box) Invalidate();
     return handled();
 }
 
-void Window::PaintGround(Graphics& buffer, const Box& part) {
+void Window::paintGround(Graphics& buffer, const Box& part) {
     const HWND ancestor = topAncestor(hwnd);
     if (!ancestor || ancestor == hwnd) return;
     const Rect place = GetRectIn(ancestor);
@@ -77,7 +77,7 @@ MessageResult Window::OnPrintClient(WPARAM context, LPARAM) {
     ApplyQuality(graphics);
     RECT shown{};
     if (GetClipBox(reinterpret_cast<HDC>(context), &shown) > NULLREGION)
-        graphics.LimitTo({shown.left, shown.top, shown.right - shown.left, shown.bottom - shown.top});
+        graphics.limitTo({shown.left, shown.top, shown.right - shown.left, shown.bottom - shown.top});
     Draw(graphics);
     return handled();
 }

@@ -49,9 +49,9 @@ void play(ProbedDialog& probed, const std::vector<Row>& rows) {
             EXPECT_EQ(probed.page(), row.page);
         }
         if (row.page == pageProgress) {
-            EXPECT_TRUE(probed.dialog->progressBar->IsMarquee());
+            EXPECT_TRUE(probed.dialog->progressBar->isMarquee());
             probed.send(WM_BA_EXECUTE_PROGRESS, 0, 40);
-            EXPECT_FALSE(probed.dialog->progressBar->IsMarquee());
+            EXPECT_FALSE(probed.dialog->progressBar->isMarquee());
         }
         if (row.title) {
             EXPECT_EQ(probed.text(), readable(row.title));

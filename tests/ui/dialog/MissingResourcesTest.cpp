@@ -47,7 +47,7 @@ constexpr int32_t beside = 3;  // pixels from the left edge: ground and nothing 
 /// What the welcome page shows, as in "background name".
 std::string lookOf(HWND dialog) {
     const Snapshot picture(dialog);
-    const bool plain = picture.GetPixel({beside, picture.GetSize().height / 2}) == palette::plainBackground;
+    const bool plain = picture.getPixel({beside, picture.getSize().height / 2}) == palette::plainBackground;
     wchar_t name[64] = L"";
     GetWindowTextW(dialog, name, 64);
     std::string look = plain ? "" : "background ";

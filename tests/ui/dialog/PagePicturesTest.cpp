@@ -35,14 +35,14 @@ Ink inkOf(uint16_t picture, const Snapshot& snapshot, const Box& place) {
     const Bitmap expected({place.width, place.height});
     Graphics graphics(expected);
     ApplyQuality(graphics);
-    graphics.DrawImage(*decoded, fitPicture({0, 0, place.width, place.height}, decoded->GetSize()));
+    graphics.drawImage(*decoded, fitPicture({0, 0, place.width, place.height}, decoded->getSize()));
     Ink ink;
     for (int32_t y = 0; y < place.height; ++y)
         for (int32_t x = 0; x < place.width; ++x) {
-            const Color color = expected.GetPixel({x, y});
+            const Color color = expected.getPixel({x, y});
             if ((color & alphaMask) != alphaMask) continue;
             ++ink.pixels;
-            ink.differing += differ(snapshot.GetPixel({place.x + x, place.y + y}), color);
+            ink.differing += differ(snapshot.getPixel({place.x + x, place.y + y}), color);
         }
     return ink;
 }
@@ -67,7 +67,7 @@ TEST(PagePictures, AreThoseOfTheirPage) {
         SCOPED_TRACE(row.what);
         const auto picture = LoadPicture(row.picture);
         ASSERT_NE(picture, nullptr);
-        EXPECT_EQ(picture->GetSize(), row.size);
+        EXPECT_EQ(picture->getSize(), row.size);
         PageState page;
         page.kind = PageKind{row.kind};
         page.flags = row.flags;
@@ -96,7 +96,7 @@ TEST(PagePictures, HaveTheBackgroundAtTheSizeOfTheWindow) {
     PagePictures pictures;
     pictures.setWindowSize({480, 450});
     ASSERT_NE(pictures.background(), nullptr);
-    EXPECT_EQ(pictures.background()->GetSize(), (Size{480, 450}));
+    EXPECT_EQ(pictures.background()->getSize(), (Size{480, 450}));
     EXPECT_EQ(pictures.picture(105), nullptr);
 }
 

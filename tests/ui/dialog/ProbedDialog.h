@@ -67,7 +67,7 @@ class ProbedDialog : public ProbedRun {
         return *dialogUi;
     }
     DialogGate& gate() { return sender().gate(); }
-    [[nodiscard]] HWND window() const { return dialog->GetHandle(); }
+    [[nodiscard]] HWND window() const { return dialog->getHandle(); }
     [[nodiscard]] HWND item(int32_t id) const { return GetDlgItem(window(), id); }
     int send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
         return sender().sendAppMessage(message, wparam, lparam);

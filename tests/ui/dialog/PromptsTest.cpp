@@ -132,7 +132,7 @@ TEST(Prompts, GiveThePageBelowItsTitleAndProgressBack) {
     probed.press(IDC_CLOSE);
     probed.settle();
     EXPECT_EQ(probed.text(), readable(removingTitle)) << "behind the close prompt";
-    EXPECT_FALSE(probed.dialog->progressBar->IsMarquee()) << "the percentage stands";
+    EXPECT_FALSE(probed.dialog->progressBar->isMarquee()) << "the percentage stands";
 }
 
 TEST(Closing, GoesByThePageOnTop) {

@@ -11,7 +11,7 @@ namespace {
 using namespace testing_support;
 using ::testing::ElementsAre;
 
-/// Shows what a dialog has read, and answers as the test says.
+/// A dialog with its layout in reach, and with some results for the platform.
 class OpenDialog : public TestDialog {
   public:
     using Dialog::initialClientHeight;
@@ -36,9 +36,9 @@ class OpenDialog : public TestDialog {
     HWND handleAtStart = nullptr;
 };
 
-TEST(Dialog, IsMadeFromItsTemplateOnce) {
+TEST(Dialog, MakesOneWindowFromItsTemplate) {
     OpenDialog dialog;
-    const HWND made = dialog.Create({.windowName = "not looked at", .parent = HWND_MESSAGE});
+    const HWND made = dialog.Create({.windowName = "ignored", .parent = HWND_MESSAGE});
     ASSERT_NE(made, nullptr);
     EXPECT_EQ(dialog.handleAtStart, made) << "the object has its handle before OnInitDialog";
     EXPECT_EQ(GetParent(made), nullptr);
@@ -49,7 +49,7 @@ TEST(Dialog, IsMadeFromItsTemplateOnce) {
     EXPECT_EQ(missing.Create({}), nullptr);
 }
 
-TEST(Dialog, ReadsItsLayoutBeforeItIsInitialised) {
+TEST(Dialog, ReadsItsLayoutBeforeOnInitDialog) {
     OpenDialog dialog;
     dialog.Create({});
     EXPECT_EQ(dialog.itemsAtStart, 2u) << "a child beyond the last record has no item";
@@ -69,27 +69,24 @@ TEST(Dialog, ReadsItsLayoutBeforeItIsInitialised) {
     EXPECT_EQ(dialog.GetChildRectById(12), (Rect{1, 2, 31, 42}));
 }
 
-TEST(Dialog, AnswersThroughItsProcedure) {
+TEST(Dialog, ReturnsHandledResultsAsThePlatformExpectsThem) {
     OpenDialog dialog;
     const HWND window = dialog.Create({});
-    EXPECT_EQ(SendMessageW(window, WM_APP, 102, 0), 102) << "stored in the window for the platform";
+    EXPECT_EQ(SendMessageW(window, WM_APP, 102, 0), 102) << "through DWLP_MSGRESULT";
     EXPECT_EQ(SendMessageW(window, WM_APP, 0, 0), 0) << "the result of an unhandled message is not used";
     EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(-5, 0)), HTCAPTION);
-    EXPECT_NE(SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(5, 0)), HTBORDER) << "the platform's answer";
+    EXPECT_NE(SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(5, 0)), HTBORDER) << "the platform's result";
     const auto color = [&](int32_t id) {
         return SendMessageW(window, WM_CTLCOLORSTATIC, 0, reinterpret_cast<LPARAM>(dialog.GetItem(id)));
     };
-    EXPECT_EQ(color(11), 0x77) << "returned itself";
+    EXPECT_EQ(color(11), 0x77) << "returned directly";
     EXPECT_NE(color(13), 0x55);
 }
 
-TEST(Dialog, AWindowThatOutlivesItsObjectIsLeftAlone) {
+TEST(Dialog, AWindowThatOutlivesItsObjectHandlesNoMessages) {
     HWND window = nullptr;
     {
-        class LeavingDialog : public Dialog {
-          public:
-            using Dialog::Dialog;
-        } dialog(threeChildrenTwoRecords);
+        Dialog dialog(threeChildrenTwoRecords);
         window = dialog.Create({});
     }
     ASSERT_TRUE(IsWindow(window));

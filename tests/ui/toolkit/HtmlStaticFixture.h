@@ -1,4 +1,4 @@
-// A dialog with labels of marked-up text for the tests.
+// A dialog with labels of marked-up text.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "tests/ui/toolkit/Pixels.h"
-#include "tests/ui/toolkit/rules/Places.h"
 #include "tests/ui/toolkit/TestWindows.h"
 #include "ui/toolkit/HtmlStatic.h"
 
@@ -19,15 +18,12 @@ namespace pdx::testing_support {
 
 class HtmlProbe : public HtmlStatic {
   public:
-    using HtmlStatic::GetRuns;
-    using HtmlStatic::GetScrollTrack;
     using HtmlStatic::HtmlStatic;
-    void SetMarkup(const char* markup) { SetText(std::wstring(markup, markup + strlen(markup))); }
-    [[nodiscard]] std::vector<Place> places() const { return placesOf(GetRuns()); }
-    /// How far below the top of a run is the first row that is drawn on from end to end; 0 for none.
+    void setMarkup(const char* markup) { SetText(std::wstring(markup, markup + strlen(markup))); }
+    /// The first row of a run, from its top, with ink from end to end; 0 for none.
     [[nodiscard]] int32_t lineIn(size_t run) {
         const Drawn picture(*this);
-        const RectF place = coveredBy(GetRuns().at(run));
+        const RectF place = coveredBy(getRuns().at(run));
         const auto left = static_cast<int32_t>(place.x) + 1, right = static_cast<int32_t>(place.x + place.width) - 1;
         const auto top = static_cast<int32_t>(place.y);
         for (int32_t y = top + 1; y < static_cast<int32_t>(place.y + place.height); ++y) {
@@ -39,7 +35,7 @@ class HtmlProbe : public HtmlStatic {
     }
 };
 
-/// A dialog that notes the links that are followed in it.
+/// A dialog that records the links that are followed in it.
 class LinkedDialog : public TestDialog {
   public:
     MessageResult OnNotify(LPARAM notification) override {
@@ -49,7 +45,11 @@ class LinkedDialog : public TestDialog {
         links.emplace_back(reinterpret_cast<const LinkNotification*>(notification)->href);
         return handled();
     }
+    /// The links since the last call.
+    std::vector<std::wstring> take() { return std::exchange(links, {}); }
     std::function<void()> onLink;
+
+  private:
     std::vector<std::wstring> links;
 };
 
@@ -57,33 +57,28 @@ class HtmlStaticTest : public ::testing::Test {
   protected:
     void SetUp() override {
         LoadPrivateFonts();
-        ASSERT_NE(dialog.Create({}), nullptr);
-        for (const int32_t id : {11, 12, 13}) DestroyWindow(dialog.GetItem(id));
-        dialog.SetPosition({50, 50, 450, 350}, SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+        dialog.openEmpty();
     }
     void TearDown() override { holdShift(false); }
 
-    /// A visible label with a font of 16 pixels and lines of 26, which lives as long as the test.
+    /// A visible label with a font of 16 pixels and lines of 26; the fixture owns it.
     HtmlProbe& makeLabel(const Rect& place = {0, 0, 200, 100}, DWORD style = 0) {
-        const HWND window =
-            CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | style, place.left, place.top, place.width(),
-                            place.height(), dialog.GetHandle(), nullptr, nullptr, nullptr);
-        labels.push_back(std::make_unique<HtmlProbe>(window));
+        labels.push_back(
+            std::make_unique<HtmlProbe>(makeChild(dialog.getHandle(), L"STATIC", WS_VISIBLE | style, boxOf(place))));
         labels.back()->SetFont(CreateFontByName(textFace, 16, fontRegular));
         labels.back()->SetDefaultLineHeight({LineHeight::pixels, 26});
         return *labels.back();
     }
     HtmlProbe& makeLabel(const char* markup, const Rect& place) {
         HtmlProbe& label = makeLabel(place);
-        label.SetMarkup(markup);
+        label.setMarkup(markup);
         return label;
     }
     HWND makeButton(DWORD style = WS_TABSTOP) {
-        return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE | style, 300, 0, 50, 20, dialog.GetHandle(),
-                               nullptr, nullptr, nullptr);
+        return makeChild(dialog.getHandle(), L"BUTTON", WS_VISIBLE | style, {300, 0, 50, 20});
     }
     static bool isTabStop(const Window& window) { return (window.GetStyle() & WS_TABSTOP) != 0; }
-    /// What GetKeyState tells this thread.
+    /// Sets what GetKeyState returns on this thread.
     static void holdShift(bool down) {
         BYTE keys[256] = {};
         GetKeyboardState(keys);

@@ -20,21 +20,25 @@ class HtmlStaticInputTest : public HtmlStaticTest {
   protected:
     /// A point in the middle of a run.
     static Point middleOf(const HtmlProbe& label, size_t run) {
-        const RectF place = coveredBy(label.GetRuns().at(run));
+        const RectF place = coveredBy(label.getRuns().at(run));
         return {static_cast<int32_t>(place.x + place.width / 2),
-                static_cast<int32_t>(place.y + place.height / 2) - label.GetScrollTrack().GetPosition()};
+                static_cast<int32_t>(place.y + place.height / 2) - label.getScrollTrack().getPosition()};
     }
     static void send(const HtmlProbe& label, UINT message, Point at) {
-        SendMessageW(label.GetHandle(), message, 0, MAKELPARAM(at.x, at.y));
+        SendMessageW(label.getHandle(), message, 0, MAKELPARAM(at.x, at.y));
     }
     static void press(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONDOWN, middleOf(label, run)); }
     static void letGo(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONUP, middleOf(label, run)); }
-    static void key(const HtmlProbe& label, WPARAM key) { SendMessageW(label.GetHandle(), WM_KEYDOWN, key, 1); }
+    static void click(const HtmlProbe& label, size_t run) {
+        press(label, run);
+        letGo(label, run);
+    }
+    static void key(const HtmlProbe& label, WPARAM key) { SendMessageW(label.getHandle(), WM_KEYDOWN, key, 1); }
     static bool isUnderlined(HtmlProbe& label, size_t run) { return label.lineIn(run) > 0; }
-    /// Whether it waits for a paint, which it then gets.
+    /// Whether the label was dirty; paints it.
     static bool repaints(const HtmlProbe& label) {
-        const bool dirty = GetUpdateRect(label.GetHandle(), nullptr, FALSE);
-        UpdateWindow(label.GetHandle());
+        const bool dirty = isDirty(label);
+        paint(label);
         return dirty;
     }
 };
@@ -56,16 +60,14 @@ TEST_F(HtmlStaticInputTest, OnlyAClickThatBeginsAndEndsOnALinkFollowsIt) {
         {"off and back", one, {text, one}, one, 1},
     };
     for (const auto& row : cases) {
-        dialog.links.clear();
         press(label, row.pressed);
         for (const size_t run : row.moves) send(label, WM_MOUSEMOVE, middleOf(label, run));
         letGo(label, row.letGo);
-        EXPECT_EQ(dialog.links.size(), row.links) << row.what;
+        EXPECT_EQ(dialog.take().size(), row.links) << row.what;
         EXPECT_EQ(GetCapture(), nullptr) << row.what;
     }
-    dialog.links.clear();
     letGo(label, one);
-    EXPECT_THAT(dialog.links, IsEmpty()) << "without a press";
+    EXPECT_THAT(dialog.take(), IsEmpty()) << "without a press";
 }
 
 TEST_F(HtmlStaticInputTest, APressEndsWithItsCapture) {
@@ -73,26 +75,23 @@ TEST_F(HtmlStaticInputTest, APressEndsWithItsCapture) {
     press(label, 1);
     ::SetCapture(makeButton());
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
-    EXPECT_TRUE(isUnderlined(label, 3)) << "no press keeps it quiet";
+    EXPECT_TRUE(isUnderlined(label, 3)) << "no link is pressed";
     letGo(label, 1);
-    EXPECT_THAT(dialog.links, IsEmpty());
+    EXPECT_THAT(dialog.take(), IsEmpty());
     ReleaseCapture();
 }
 
 TEST_F(HtmlStaticInputTest, TheParentMaySetAnotherTextBeforeItReadsTheLink) {
     HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
     dialog.onLink = [&] { label.SetText(L"<a href=other>another</a>"); };
-    press(label, 1);
-    letGo(label, 1);
-    EXPECT_THAT(dialog.links, ElementsAre(L"action:one"));
-    dialog.links.clear();
+    click(label, 1);
+    EXPECT_THAT(dialog.take(), ElementsAre(L"action:one"));
     letGo(label, 0);
-    EXPECT_THAT(dialog.links, IsEmpty()) << "the press has ended";
+    EXPECT_THAT(dialog.take(), IsEmpty()) << "the press has ended";
 }
 
 TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
-    UpdateWindow(label.GetHandle());
     repaints(label);
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
     EXPECT_TRUE(repaints(label));
@@ -100,22 +99,22 @@ TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
     EXPECT_FALSE(isUnderlined(label, 3));
     EXPECT_FALSE(isUnderlined(label, 0));
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
-    EXPECT_FALSE(repaints(label)) << "nothing new";
+    EXPECT_FALSE(repaints(label)) << "the same link";
     send(label, WM_MOUSEMOVE, middleOf(label, 0));
     EXPECT_TRUE(repaints(label));
     EXPECT_FALSE(isUnderlined(label, 1));
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
-    SendMessageW(label.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    SendMessageW(label.getHandle(), WM_MOUSELEAVE, 0, 0);
     EXPECT_TRUE(repaints(label));
     EXPECT_FALSE(isUnderlined(label, 3)) << "the pointer has left the label";
-    // While one is pressed the others stay as they are.
+    // While one link is pressed, no other is underlined.
     press(label, 1);
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
     EXPECT_FALSE(isUnderlined(label, 3));
     send(label, WM_MOUSEMOVE, middleOf(label, 1));
     EXPECT_TRUE(isUnderlined(label, 1));
     letGo(label, 1);
-    label.SetMarkup(twoLinks);
+    label.setMarkup(twoLinks);
     EXPECT_FALSE(isUnderlined(label, 1)) << "a new text";
 }
 
@@ -126,48 +125,45 @@ TEST_F(HtmlStaticInputTest, TheCursorIsAHandOnALink) {
     const auto cursorOver = [&](size_t run) {
         const Point middle = middleOf(label, run);
         POINT screen = {middle.x, middle.y};
-        ClientToScreen(label.GetHandle(), &screen);
+        ClientToScreen(label.getHandle(), &screen);
         SetCursorPos(screen.x, screen.y);
-        SendMessageW(label.GetHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(label.GetHandle()),
+        SendMessageW(label.getHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(label.getHandle()),
                      MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
         return GetCursor();
     };
     SetCursor(hand);
-    EXPECT_EQ(cursorOver(0), arrow) << "a hand from elsewhere";
+    EXPECT_EQ(cursorOver(0), arrow) << "after another window's hand";
     EXPECT_EQ(cursorOver(1), hand);
     EXPECT_EQ(cursorOver(0), arrow);
     SetCursorPos(0, 0);
 }
 
-TEST_F(HtmlStaticInputTest, ALinkIsWhereItIsScrolledTo) {
+TEST_F(HtmlStaticInputTest, ALinkIsHitWhereItIsScrolledTo) {
     HtmlProbe& label = makeLabel("<a href=first>first</a><br>b<br>c<br>d<br><a href=last>last</a>", {20, 20, 220, 80});
-    const size_t last = label.GetRuns().size() - 1;
+    const size_t last = label.getRuns().size() - 1;
     const Point place = middleOf(label, last);
-    press(label, last);
-    letGo(label, last);
-    EXPECT_THAT(dialog.links, ElementsAre(L"last")) << "the window's height does not matter to a message";
+    click(label, last);
+    EXPECT_THAT(dialog.take(), ElementsAre(L"last")) << "below the window's edge";
     key(label, VK_END);
-    dialog.links.clear();
     send(label, WM_LBUTTONDOWN, place);
     send(label, WM_LBUTTONUP, place);
-    EXPECT_THAT(dialog.links, IsEmpty()) << "where it would lie unscrolled";
-    press(label, last);
-    letGo(label, last);
-    EXPECT_THAT(dialog.links, ElementsAre(L"last"));
+    EXPECT_THAT(dialog.take(), IsEmpty()) << "at its unscrolled place";
+    click(label, last);
+    EXPECT_THAT(dialog.take(), ElementsAre(L"last"));
     EXPECT_LT(middleOf(label, last).y, 60);
     EXPECT_LT(middleOf(label, 0).y, 0);
 }
 
 TEST_F(HtmlStaticInputTest, ScrollsByKeyboard) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5<br>6<br>7<br>8<br>9<br>10", {0, 0, 200, 50});
-    const Trackbar& track = label.GetScrollTrack();
-    const int32_t end = track.GetState().maximum;
+    const Trackbar& track = label.getScrollTrack();
+    const int32_t end = track.getState().maximum;
     ASSERT_GT(end, 150);
     const std::pair<WPARAM, int32_t> steps[] = {{VK_DOWN, 20}, {VK_NEXT, 70},     {VK_UP, 50}, {VK_PRIOR, 0},
                                                 {VK_END, end}, {VK_UP, end - 20}, {VK_HOME, 0}};
     for (const auto& [pressed, position] : steps) {
         EXPECT_TRUE(label.OnKeyDown(pressed, 1, false, false).handled);
-        EXPECT_EQ(track.GetPosition(), position) << pressed;
+        EXPECT_EQ(track.getPosition(), position) << pressed;
     }
     EXPECT_FALSE(label.OnKeyDown(VK_SPACE, 1, false, false).handled);
 }
@@ -175,62 +171,62 @@ TEST_F(HtmlStaticInputTest, ScrollsByKeyboard) {
 TEST_F(HtmlStaticInputTest, ScrollsByWheelWhenTheTrackShows) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5<br>6", {0, 0, 200, 50});
     for (const auto& [delta, position] : {std::pair{-120, 20}, {30, 15}, {12000, 0}}) {
-        UpdateWindow(label.GetHandle());
-        SendMessageW(label.GetHandle(), WM_MOUSEWHEEL, static_cast<WPARAM>(delta) << 16, MAKELPARAM(60, 60));
-        EXPECT_EQ(label.GetScrollTrack().GetPosition(), position);
+        paint(label);
+        SendMessageW(label.getHandle(), WM_MOUSEWHEEL, static_cast<WPARAM>(delta) << 16, MAKELPARAM(60, 60));
+        EXPECT_EQ(label.getScrollTrack().getPosition(), position);
     }
 }
 
 TEST_F(HtmlStaticInputTest, AMoveOfTheTrackRepaintsTheText) {
     HtmlProbe& label = makeLabel("1<br>2<br>3<br>4<br>5", {0, 0, 200, 50});
-    UpdateWindow(label.GetHandle());
+    paint(label);
     key(label, VK_DOWN);
-    EXPECT_FALSE(GetUpdateRect(label.GetHandle(), nullptr, FALSE)) << "the track tells of it by a posted message";
-    EXPECT_TRUE(pumpUntil([&] { return GetUpdateRect(label.GetHandle(), nullptr, FALSE) != FALSE; }));
+    EXPECT_FALSE(isDirty(label)) << "the track posts its notification";
+    EXPECT_TRUE(pumpUntil([&] { return isDirty(label); }));
 }
 
 TEST_F(HtmlStaticInputTest, FocusScrollsTheLinkIntoView) {
     HtmlProbe& label = makeLabel("<a href=x>a</a><br>b<br>c<br>d<br>e<br><a href=y>f</a>", {0, 0, 200, 60});
     makeButton();
-    UpdateWindow(label.GetHandle());
-    const Trackbar& track = label.GetScrollTrack();
+    paint(label);
+    const Trackbar& track = label.getScrollTrack();
     ASSERT_TRUE(track.IsVisible());
-    ::SetFocus(label.GetHandle());
-    EXPECT_EQ(track.GetPosition(), 0);
+    ::SetFocus(label.getHandle());
+    EXPECT_EQ(track.getPosition(), 0);
     key(label, VK_TAB);
-    const RectF last = coveredBy(label.GetRuns().back());
-    EXPECT_EQ(track.GetPosition(), static_cast<int32_t>(last.y + last.height - 60));
+    const RectF last = coveredBy(label.getRuns().back());
+    EXPECT_EQ(track.getPosition(), static_cast<int32_t>(last.y + last.height - 60));
 }
 
-TEST_F(HtmlStaticInputTest, WithoutLinksItKeepsTheFocusOnlyToScroll) {
+TEST_F(HtmlStaticInputTest, ALabelWithoutLinksKeepsTheFocusOnlyWhenItScrolls) {
     HtmlProbe& label = makeLabel({0, 0, 200, 60});
     const HWND button = makeButton();
     label.SetText(L"words");
-    ::SetFocus(label.GetHandle());
+    ::SetFocus(label.getHandle());
     EXPECT_EQ(GetFocus(), button);
     label.SetText(L"one<br>two<br>three");
-    UpdateWindow(label.GetHandle());
-    ::SetFocus(label.GetHandle());
-    EXPECT_EQ(GetFocus(), label.GetHandle());
+    paint(label);
+    ::SetFocus(label.getHandle());
+    EXPECT_EQ(GetFocus(), label.getHandle());
     key(label, VK_TAB);
     EXPECT_EQ(GetFocus(), button);
 }
 
-TEST_F(HtmlStaticInputTest, LabelsThatHandTheFocusOnDoNotDoSoForEver) {
+TEST_F(HtmlStaticInputTest, TwoLabelsWithoutLinksPassTheFocusOnOnlyOnce) {
     HtmlProbe &one = makeLabel({0, 0, 100, 60}, WS_TABSTOP), &two = makeLabel({0, 60, 100, 120}, WS_TABSTOP);
     ASSERT_TRUE(isTabStop(one) && isTabStop(two));
-    ::SetFocus(one.GetHandle());
+    ::SetFocus(one.getHandle());
     EXPECT_TRUE(one.HasFocus() || two.HasFocus());
 }
 
 TEST_F(HtmlStaticInputTest, EnterFollowsThePressedLinkOnly) {
     HtmlProbe& label = makeLabel("words", {0, 0, 280, 80});
     EXPECT_TRUE(label.OnKeyDown(VK_RETURN, 1, false, false).handled);
-    EXPECT_THAT(dialog.links, IsEmpty());
-    label.SetMarkup(twoLinks);
+    EXPECT_THAT(dialog.take(), IsEmpty());
+    label.setMarkup(twoLinks);
     press(label, 3);
     key(label, VK_RETURN);
-    EXPECT_THAT(dialog.links, ElementsAre(L"action:two")) << "though the first has the focus";
+    EXPECT_THAT(dialog.take(), ElementsAre(L"action:two")) << "though the first has the focus";
     letGo(label, 0);
 }
 

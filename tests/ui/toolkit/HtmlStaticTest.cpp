@@ -14,7 +14,7 @@
 
 namespace {
 
-/// A thread that gets no memory: of its allocations of a thousand bytes and more the one at which the count ends fails.
+/// The thread whose count-th allocation of a thousand bytes or more fails.
 struct {
     DWORD thread = 0;
     int count = 0;
@@ -40,7 +40,7 @@ constexpr char fourLines[] = "one<br>two<br>three<br><a href=\"action:four\">fou
 TEST_F(HtmlStaticTest, StartsFromTheWindowsFontAndTheDefaultLineHeight) {
     HtmlProbe& label = makeLabel();
     label.SetFont(CreateFontByName(L"no such face", 18, fontBold | fontItalic | fontUnderline | fontStrikeout));
-    const std::wstring face = label.GetFont()->GetFamilyName();
+    const std::wstring face = label.getFont()->getFamilyName();
     label.SetDefaultLineHeight({LineHeight::pixels, 31});
     label.SetText(L"x");
     const FontRecord font = {.height = 18,
@@ -50,24 +50,24 @@ TEST_F(HtmlStaticTest, StartsFromTheWindowsFontAndTheDefaultLineHeight) {
                              .strikeout = true,
                              .quality = ANTIALIASED_QUALITY,
                              .face = face};
-    ASSERT_EQ(label.GetRuns().size(), 1u);
-    EXPECT_EQ(label.GetRuns()[0].style, (TextStyle{font, 0xFFFFFFFF, L"", {LineHeight::pixels, 31}}));
+    ASSERT_EQ(label.getRuns().size(), 1u);
+    EXPECT_EQ(label.getRuns()[0].style, (TextStyle{font, 0xFFFFFFFF, L"", {LineHeight::pixels, 31}}));
 
     label.SetDefaultLineHeight({});
-    EXPECT_EQ(label.GetRuns()[0].style.lineHeight, (LineHeight{LineHeight::pixels, 31})) << "with the next text";
+    EXPECT_EQ(label.getRuns()[0].style.lineHeight, (LineHeight{LineHeight::pixels, 31})) << "until the next text";
     label.SetText(L"x");
-    EXPECT_EQ(label.GetRuns()[0].style.lineHeight, LineHeight{});
+    EXPECT_EQ(label.getRuns()[0].style.lineHeight, LineHeight{});
 }
 
-TEST_F(HtmlStaticTest, StaysEmptyWithoutAFont) {
+TEST_F(HtmlStaticTest, ShowsNothingWithoutAFont) {
     HtmlProbe& label = makeLabel();
     label.SetText(L"<a href=x>words</a>");
-    EXPECT_EQ(label.GetRuns().size(), 1u);
-    SendMessageW(label.GetHandle(), WM_SETFONT, 0, 0);
+    EXPECT_EQ(label.getRuns().size(), 1u);
+    SendMessageW(label.getHandle(), WM_SETFONT, 0, 0);
     const NameListener listener;
     label.SetText(L"<a href=x>words</a>");
-    EXPECT_THAT(label.GetRuns(), IsEmpty());
-    EXPECT_THAT(listener.names(), ElementsAre(std::pair(label.GetHandle(), std::wstring(L"words"))));
+    EXPECT_THAT(label.getRuns(), IsEmpty());
+    EXPECT_THAT(listener.names(), ElementsAre(std::pair(label.getHandle(), std::wstring(L"words"))));
     EXPECT_EQ(label.GetPreferredSize(), Size{});
     EXPECT_FALSE(isTabStop(label));
 }
@@ -76,7 +76,7 @@ TEST_F(HtmlStaticTest, AlignsItsLinesByTheWindowsStyle) {
     for (const DWORD style : {DWORD{SS_LEFT}, DWORD{SS_CENTER}, DWORD{SS_RIGHT}}) {
         HtmlProbe& label = makeLabel({0, 0, 200, 100}, style);
         label.SetText(L"some <b>words</b>");
-        const PlacedText &first = label.GetRuns().at(0).placed.at(0), &last = label.GetRuns().at(1).placed.at(0);
+        const PlacedText &first = label.getRuns().at(0).placed.at(0), &last = label.getRuns().at(1).placed.at(0);
         const float right = 200 - last.x - last.width;
         EXPECT_EQ(first.x == 2, style == SS_LEFT);
         EXPECT_EQ(std::fabs(first.x - right) < 3, style == SS_CENTER);
@@ -84,38 +84,36 @@ TEST_F(HtmlStaticTest, AlignsItsLinesByTheWindowsStyle) {
     }
 }
 
-TEST_F(HtmlStaticTest, ATallTextGetsATrackBesideIt) {
+TEST_F(HtmlStaticTest, ATallTextHasAScrollTrackAtEverySize) {
     HtmlProbe& label = makeLabel({0, 0, 200, 60}, SS_RIGHT);
-    label.SetMarkup(fourLines);
-    const RectF bounds = boundsOf(label.GetRuns());
+    label.setMarkup(fourLines);
+    const RectF bounds = boundsOf(label.getRuns());
     EXPECT_GT(bounds.height, 60);
-    const TrackState track = label.GetScrollTrack().GetState();
-    EXPECT_EQ(label.GetScrollTrack().GetLineSize(), 20);
+    const TrackState track = label.getScrollTrack().getState();
+    EXPECT_EQ(label.getScrollTrack().getLineSize(), 20);
     EXPECT_EQ(track.maximum, static_cast<int32_t>(std::ceil(bounds.height - 60)) + 1);
-    const PlacedText& word = label.GetRuns().at(0).placed.at(0);
-    EXPECT_FLOAT_EQ(word.x + word.width, 192) << "ahead of the track";
-    EXPECT_FALSE(label.GetScrollTrack().IsVisible()) << "shown when painting";
-    UpdateWindow(label.GetHandle());
-    EXPECT_TRUE(label.GetScrollTrack().IsVisible());
-
-    // In a larger window the same text needs none; in a smaller one again.
-    label.SetPosition({0, 0, 150, 200}, SWP_NOZORDER);
-    EXPECT_EQ(label.GetChildRect(label.GetScrollTrack().GetHandle()), (Rect{142, 0, 150, 200}));
-    UpdateWindow(label.GetHandle());
-    EXPECT_FALSE(label.GetScrollTrack().IsVisible());
-    label.SetPosition({0, 0, 150, 50}, SWP_NOZORDER);
-    EXPECT_EQ(label.GetScrollTrack().GetState().pageSize, 50);
-    UpdateWindow(label.GetHandle());
-    EXPECT_TRUE(label.GetScrollTrack().IsVisible());
-}
-
-TEST_F(HtmlStaticTest, ANewTextBeginsAtItsTop) {
-    HtmlProbe& label = makeLabel(fourLines, {0, 0, 200, 60});
-    UpdateWindow(label.GetHandle());
+    const PlacedText& word = label.getRuns().at(0).placed.at(0);
+    EXPECT_FLOAT_EQ(word.x + word.width, 192) << "left of the track";
+    EXPECT_FALSE(label.getScrollTrack().IsVisible()) << "shown by the paint";
+    paint(label);
+    EXPECT_TRUE(label.getScrollTrack().IsVisible());
     label.OnKeyDown(VK_END, 1, false, false);
-    EXPECT_GT(label.GetScrollTrack().GetPosition(), 0);
-    label.SetMarkup(fourLines);
-    EXPECT_EQ(label.GetScrollTrack().GetPosition(), 0);
+    EXPECT_GT(label.getScrollTrack().getPosition(), 0);
+    label.setMarkup(fourLines);
+    EXPECT_EQ(label.getScrollTrack().getPosition(), 0) << "a new text begins at its top";
+
+    // The same text needs no track in a larger window, and one again in a smaller window.
+    label.SetPosition({0, 0, 150, 200}, SWP_NOZORDER);
+    EXPECT_EQ(label.GetChildRect(label.getScrollTrack().getHandle()), (Rect{142, 0, 150, 200}));
+    EXPECT_TRUE(isDirty(label));
+    paint(label);
+    EXPECT_FALSE(label.getScrollTrack().IsVisible());
+    label.SetPosition({5, 5, 155, 205}, SWP_NOZORDER | SWP_NOSIZE);
+    EXPECT_TRUE(isDirty(label)) << "the background behind it is another";
+    label.SetPosition({0, 0, 150, 50}, SWP_NOZORDER);
+    EXPECT_EQ(label.getScrollTrack().getState().pageSize, 50);
+    paint(label);
+    EXPECT_TRUE(label.getScrollTrack().IsVisible());
 }
 
 TEST_F(HtmlStaticTest, DrawsEachRunInItsColour) {
@@ -123,51 +121,36 @@ TEST_F(HtmlStaticTest, DrawsEachRunInItsColour) {
     label.SetText(L"<font color=\"#FF0000\">HEH</font> <a href=x>HEH</a> <font argb=\"#8000FF00\">HEH</font> HEH");
     const Color expected[] = {0xFFFF0000, palette::Blue[8], 0x8000FF00, 0xFFFFFFFF};
     const Drawn picture(label);
-    ASSERT_EQ(label.GetRuns().size(), 4u);
+    ASSERT_EQ(label.getRuns().size(), 4u);
     for (size_t i = 0; i < 4; ++i) {
-        const RectF place = coveredBy(label.GetRuns()[i]);
+        const RectF place = coveredBy(label.getRuns()[i]);
         EXPECT_TRUE(alike(picture.strongest(place), expected[i])) << i;
     }
 }
 
-TEST_F(HtmlStaticTest, DrawsWhatItIsScrolledTo) {
+TEST_F(HtmlStaticTest, DrawsTheTextAtItsScrollPosition) {
     HtmlProbe& label = makeLabel({0, 0, 200, 40});
     label.SetDefaultLineHeight({LineHeight::pixels, 40});
     label.SetText(
         L"<font color=\"#FF0000\">HEH<br></font><font color=\"#00FF00\">HEH<br></font><font color=\"#0000FF\">HEH");
     const auto shown = [&] { return Drawn(label).strongest({0, 0, 190, 24}) & 0xFFFFFF; };
     EXPECT_EQ(shown(), 0xFF0000u);
-    SendMessageW(label.GetScrollTrack().GetHandle(), TBM_SETPOS, TRUE, 40);
+    SendMessageW(label.getScrollTrack().getHandle(), TBM_SETPOS, TRUE, 40);
     EXPECT_EQ(shown(), 0x00FF00u);
-    SendMessageW(label.GetScrollTrack().GetHandle(), TBM_SETPOS, TRUE, 80);
-    EXPECT_EQ(label.GetScrollTrack().GetPosition(), label.GetScrollTrack().GetState().maximum) << "not as far";
+    SendMessageW(label.getScrollTrack().getHandle(), TBM_SETPOS, TRUE, 80);
+    EXPECT_EQ(label.getScrollTrack().getPosition(), label.getScrollTrack().getState().maximum) << "clamped";
     EXPECT_EQ(shown(), 0x0000FFu);
 }
 
-TEST_F(HtmlStaticTest, LaysOutAnewInAnotherWidth) {
-    HtmlProbe& label = makeLabel();
-    label.SetText(L"some words that need more than a line of this width");
-    const size_t lines = label.places().size();
-    EXPECT_GT(lines, 1u);
-    UpdateWindow(label.GetHandle());
-    ValidateRect(label.GetHandle(), nullptr);
-    label.SetPosition({0, 0, 1000, 100}, SWP_NOZORDER);
-    EXPECT_EQ(label.places().size(), 1u);
-    EXPECT_TRUE(GetUpdateRect(label.GetHandle(), nullptr, FALSE));
-    UpdateWindow(label.GetHandle());
-    label.SetPosition({5, 5, 1005, 105}, SWP_NOZORDER | SWP_NOSIZE);
-    EXPECT_TRUE(GetUpdateRect(label.GetHandle(), nullptr, FALSE)) << "another part of the picture lies behind it";
-}
-
-TEST(HtmlStaticWithoutMemory, EndsInTheHandlingOfCrashes) {
-    // The first holds the markup; then it is converted, parsed, and read for its words.
+TEST(HtmlStaticWithoutMemory, CrashesTheThread) {
+    // The first allocation stores the markup; the next ones convert it, parse it and collect its words.
     for (const int count : {2, 3, 4, 5})
         EXPECT_EQ(CrashingThread::run([count] {
                       HtmlStatic label(
                           CreateWindowW(L"STATIC", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
                       const std::wstring markup(2000, L'w');
                       shortage = {GetCurrentThreadId(), count};
-                      SendMessageW(label.GetHandle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(markup.c_str()));
+                      SendMessageW(label.getHandle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(markup.c_str()));
                       shortage = {};
                   }),
                   uncaughtExceptionCode)

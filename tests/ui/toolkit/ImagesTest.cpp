@@ -18,12 +18,12 @@ constexpr unsigned char twoPixels[] = {
     0x44, 0x41, 0x54, 0x78, 0xda, 0x63, 0xf8, 0xcf, 0xc0, 0xd0, 0xc0, 0xc0, 0xf0, 0xff, 0x3f, 0x00, 0x0d, 0x7e, 0x03,
     0x7e, 0x97, 0xf1, 0x88, 0x3f, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
 
-TEST(Pictures, AreDecodedFromTheirFile) {
+TEST(Pictures, AreDecodedWithTheirAlpha) {
     const auto picture = decodePicture(asFile(twoPixels));
     ASSERT_NE(picture, nullptr);
-    EXPECT_EQ(picture->GetSize(), (Size{2, 1}));
-    EXPECT_EQ(picture->GetPixel({0, 0}), 0x80FF0000u);
-    EXPECT_EQ(picture->GetPixel({1, 0}), 0xFF0000FFu);
+    EXPECT_EQ(picture->getSize(), (Size{2, 1}));
+    EXPECT_EQ(picture->getPixel({0, 0}), 0x80FF0000u);
+    EXPECT_EQ(picture->getPixel({1, 0}), 0xFF0000FFu);
 }
 
 TEST(Pictures, AreNullWhenTheyAreMissingOrBroken) {
@@ -35,28 +35,28 @@ TEST(Pictures, AreNullWhenTheyAreMissingOrBroken) {
     EXPECT_EQ(decodePicture(asFile(twoPixels).first(20)), nullptr) << "cut off";
 }
 
-TEST(Pictures, LookInAnotherSizeAsWhenTheyAreStretched) {
+TEST(Pictures, ScaledOnesLookLikeStretchedOnes) {
     const auto background = LoadPicture(backgroundPictureNumber);
     ASSERT_NE(background, nullptr);
     const Size size = {480, 450};
-    const auto scaled = ScalePicture(*background, size);
+    const auto scaled = scalePicture(*background, size);
     ASSERT_NE(scaled, nullptr);
-    ASSERT_EQ(scaled->GetSize(), size);
+    ASSERT_EQ(scaled->getSize(), size);
     const Bitmap stretched(size);
     Graphics graphics(stretched);
     ApplyQuality(graphics);
-    graphics.DrawImage(*background, {0, 0, size.width, size.height});
-    // Wine's stretching looks at four of the five pixels and more under each one, two thirds of a pixel off their
-    // middle, and so has the edges of the picture otherwise: 14 levels at most.
+    graphics.drawImage(*background, {0, 0, size.width, size.height});
+    // Wine's stretching samples four of the five or more pixels under each target pixel, two thirds of a pixel off
+    // their middle. It differs by up to 14 levels, at the edges in the picture.
     for (int32_t y = 0; y < size.height; ++y)
         for (int32_t x = 0; x < size.width; ++x) {
-            const Color one = scaled->GetPixel({x, y}), other = stretched.GetPixel({x, y});
-            ASSERT_EQ(one >> 24, 0xFFu) << "nothing shines through";
+            const Color one = scaled->getPixel({x, y}), other = stretched.getPixel({x, y});
+            ASSERT_EQ(one >> 24, 0xFFu) << "opaque";
             for (const int shift : {0, 8, 16})
                 ASSERT_NEAR(static_cast<int>(one >> shift & 0xFF), static_cast<int>(other >> shift & 0xFF), 16);
         }
-    EXPECT_EQ(ScalePicture(*background, {0, 5}), nullptr);
-    EXPECT_EQ(ScalePicture(*background, {1200, 5})->GetSize(), (Size{1200, 5})) << "larger";
+    EXPECT_EQ(scalePicture(*background, {0, 5}), nullptr);
+    EXPECT_EQ(scalePicture(*background, {1200, 5})->getSize(), (Size{1200, 5})) << "larger";
 }
 
 }  // namespace

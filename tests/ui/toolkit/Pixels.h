@@ -1,4 +1,4 @@
-// What a window draws, and what a test looks for in it.
+// The pixels that a window draws.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 
 namespace pdx::testing_support {
 
-/// Every channel within three steps: rounding of blended colours differs between makers of GDI+.
+/// Whether every channel differs by at most three: implementations of GDI+ round blended colours differently.
 inline ::testing::AssertionResult alike(Color actual, Color expected) {
     for (int shift = 0; shift < 32; shift += 8) {
         const int difference = static_cast<int>(actual >> shift & 0xFF) - static_cast<int>(expected >> shift & 0xFF);
@@ -22,14 +22,10 @@ inline ::testing::AssertionResult alike(Color actual, Color expected) {
 }
 
 inline RectF measured(std::wstring_view text, float size, int32_t style) {
-    const auto font = CreateFontByName(textFace, size, style);
-    Graphics graphics(GetDesktopWindow());
-    ApplyQuality(graphics);
-    const StringFormat format = CreateTextFormat();
-    return graphics.MeasureString(text, font.get(), {}, &format);
+    return measureText(GetDesktopWindow(), text, CreateFontByName(textFace, size, style).get());
 }
 
-/// What a window draws on a clear ground.
+/// The picture that a window draws on a clear ground.
 struct Drawn {
     explicit Drawn(Window& window) : size(window.GetClientSize()), bitmap(size) {
         Graphics graphics(bitmap);
@@ -38,8 +34,8 @@ struct Drawn {
         EXPECT_TRUE(result.handled);
         EXPECT_EQ(graphics.lastStatus(), Gdiplus::Ok);
     }
-    [[nodiscard]] Color at(int32_t x, int32_t y) const { return bitmap.GetPixel({x, y}); }
-    /// The pixel that covers most in a part of it.
+    [[nodiscard]] Color at(int32_t x, int32_t y) const { return bitmap.getPixel({x, y}); }
+    /// The most opaque pixel of a part.
     [[nodiscard]] Color strongest(const RectF& part) const {
         Color found = 0;
         const int32_t right = std::min(size.width, static_cast<int32_t>(part.x + part.width));

@@ -1,4 +1,4 @@
-// Windows and listeners that the toolkit's tests share.
+// Windows, and a receiver of accessible names, for the tests of the toolkit.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace pdx::testing_support {
 
-/// Keeps the accessible names that are published while it lives.
+/// Records the accessible names that are published during its lifetime.
 class NameListener {
   public:
     NameListener() { g_accessibleNames.set(sink); }
@@ -33,7 +33,7 @@ class NameListener {
 /// The number of the template in tests.rc.
 inline constexpr uint16_t threeChildrenTwoRecords = 201;
 
-/// Gives messages out until the condition holds; whether it did within some seconds.
+/// Dispatches messages until the condition holds; false when it does not within ten seconds.
 inline bool pumpUntil(const std::function<bool()>& holds) {
     const ULONGLONG end = GetTickCount64() + 10'000;
     for (ULONGLONG now = 0; !holds() && (now = GetTickCount64()) < end;) {
@@ -46,35 +46,43 @@ inline bool pumpUntil(const std::function<bool()>& holds) {
     return holds();
 }
 
-using Painter = std::function<void(Graphics&)>;
+/// Whether the window has something to paint.
+inline bool isDirty(const Window& window) { return GetUpdateRect(window.getHandle(), nullptr, FALSE) != FALSE; }
+inline void paint(const Window& window) { UpdateWindow(window.getHandle()); }
 
-/// A dialog that is painted by the test and goes with the object.
-class TestDialog : public Dialog {
+inline HWND makeChild(HWND parent, const wchar_t* windowClass, DWORD style, const Box& box) {
+    return CreateWindowExW(0, windowClass, L"", WS_CHILD | style, box.x, box.y, box.width, box.height, parent, nullptr,
+                           nullptr, nullptr);
+}
+
+/// A window that the test draws.
+template <typename Base>
+class Painted : public Base {
   public:
-    explicit TestDialog(uint16_t templateNumber = threeChildrenTwoRecords) : Dialog(templateNumber) {}
+    using Base::Base;
+    MessageResult Draw(Graphics& graphics) override {
+        if (!painter) return unhandled();
+        painter(graphics);
+        return handled(1);
+    }
+    std::function<void(Graphics&)> painter;
+};
+using TestControl = Painted<Control>;
+
+/// A dialog that the test draws. The destructor destroys its window too.
+class TestDialog : public Painted<Dialog> {
+  public:
+    explicit TestDialog(uint16_t templateNumber = threeChildrenTwoRecords) : Painted(templateNumber) {}
     ~TestDialog() override {
         if (hwnd) DestroyWindow(hwnd);
     }
     MessageResult OnEraseBackground(WPARAM) override { return handled(1); }
-    MessageResult Draw(Graphics& graphics) override {
-        if (!painter) return unhandled();
-        painter(graphics);
-        return handled(1);
+    /// Makes and shows the dialog without the children of its template.
+    void openEmpty() {
+        Create({});
+        for (const int32_t id : {11, 12, 13}) DestroyWindow(GetItem(id));
+        SetPosition({50, 50, 450, 350}, SWP_NOZORDER | SWP_SHOWWINDOW);
     }
-    Painter painter;
-};
-
-/// A control of a dialog that is painted by the test.
-class TestControl : public Control {
-  public:
-    using Control::Control;
-    const char* GetWindowClassName() const override { return "STATIC"; }
-    MessageResult Draw(Graphics& graphics) override {
-        if (!painter) return unhandled();
-        painter(graphics);
-        return handled(1);
-    }
-    Painter painter;
 };
 
 }  // namespace pdx::testing_support

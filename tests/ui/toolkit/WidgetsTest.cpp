@@ -1,5 +1,5 @@
-// The widgets around their native controls: states by real messages, sizes, texts, timers, what the parent is told,
-// and a few pixels of each.
+// The widgets around their native controls: states after real messages, sizes, texts, timers, notifications of the
+// parent, and a few pixels of each.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -25,7 +25,7 @@ using enum VisualState;
 
 constexpr Color buttonBlue = 0xFF276AFC, grey = 0xFF343647, coral = 0xFFFF6D4D;
 
-/// What a trackbar tells its parent.
+/// A scroll notification of a trackbar.
 struct Scroll {
     bool vertical;
     int32_t code;
@@ -48,9 +48,8 @@ class ScrolledDialog : public TestDialog {
 
   private:
     MessageResult note(bool vertical, int32_t code, int32_t position) {
-        // The native control's own word when the mouse is let go.
-        if (code == TB_ENDTRACK) return handled();
-        scrolls.push_back({vertical, code, position});
+        // TB_ENDTRACK is the native control's own, after a release of the mouse.
+        if (code != TB_ENDTRACK) scrolls.push_back({vertical, code, position});
         return handled();
     }
     std::vector<Scroll> scrolls;
@@ -60,15 +59,12 @@ class Widgets : public ::testing::Test {
   protected:
     void SetUp() override {
         LoadPrivateFonts();
-        ASSERT_NE(dialog.Create({}), nullptr);
-        for (const int32_t id : {11, 12, 13}) ShowWindow(dialog.GetItem(id), SW_HIDE);
-        dialog.SetPosition({50, 50, 450, 350}, SWP_NOZORDER | SWP_SHOWWINDOW);
+        dialog.openEmpty();
         moveCursor({0, 0});
     }
     void TearDown() override { ReleaseCapture(); }
     HWND make(const wchar_t* windowClass, DWORD style, const Box& box = {20, 20, 100, 40}, bool visible = true) {
-        return CreateWindowExW(0, windowClass, L"", WS_CHILD | (visible ? WS_VISIBLE : 0) | style, box.x, box.y,
-                               box.width, box.height, dialog.GetHandle(), nullptr, nullptr, nullptr);
+        return makeChild(dialog.getHandle(), windowClass, (visible ? WS_VISIBLE : 0) | style, box);
     }
     static void moveCursor(POINT screen) {
         SetCursorPos(screen.x, screen.y);
@@ -78,7 +74,7 @@ class Widgets : public ::testing::Test {
     }
     void moveCursorTo(const Window& widget, int32_t x, int32_t y) {
         POINT place = {x, y};
-        ClientToScreen(widget.GetHandle(), &place);
+        ClientToScreen(widget.getHandle(), &place);
         moveCursor(place);
     }
     static Size measured(std::wstring_view text, float size) {
@@ -89,7 +85,7 @@ class Widgets : public ::testing::Test {
     ScrolledDialog dialog;
 };
 
-/// What the screen holds of a window's client area, painted by nobody for this.
+/// The pixels of a window's client area on the screen, without a paint.
 std::vector<Color> onScreen(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
@@ -103,7 +99,7 @@ std::vector<Color> onScreen(HWND window) {
 
 template <typename Widget>
 void expectStatesOf(Widget& widget, const std::function<void(int32_t, int32_t)>& moveCursor) {
-    const HWND window = widget.GetHandle();
+    const HWND window = widget.getHandle();
     EXPECT_EQ(widget.GetVisualState(), normal);
     SetFocus(window);
     EXPECT_EQ(widget.GetVisualState(), focused);
@@ -112,39 +108,39 @@ void expectStatesOf(Widget& widget, const std::function<void(int32_t, int32_t)>&
     SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
     EXPECT_EQ(widget.GetVisualState(), pressed);
     EnableWindow(window, FALSE);
-    EXPECT_EQ(widget.GetVisualState(), disabled) << "before all others";
+    EXPECT_EQ(widget.GetVisualState(), disabled) << "wins over all others";
     EnableWindow(window, TRUE);
     SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
     EXPECT_EQ(widget.GetVisualState(), hover);
     moveCursor(-10, -10);
     SendMessageW(window, BM_SETSTATE, TRUE, 0);
-    EXPECT_EQ(widget.GetVisualState(), pressed) << "beside it, while it is pushed";
+    EXPECT_EQ(widget.GetVisualState(), pressed) << "pushed, with the pointer beside it";
     SendMessageW(window, BM_SETSTATE, FALSE, 0);
 }
 
-TEST_F(Widgets, ButtonsAndBoxesTakeTheirStateFromTheNativeControl) {
+TEST_F(Widgets, ButtonsAndBoxesShowTheStateOfTheNativeControl) {
     Button button(make(L"BUTTON", BS_PUSHBUTTON));
     expectStatesOf(button, [&](int32_t x, int32_t y) { moveCursorTo(button, x, y); });
-    SetFocus(dialog.GetHandle());
+    SetFocus(dialog.getHandle());
     Checkbox box(make(L"BUTTON", BS_AUTOCHECKBOX, {150, 20, 100, 40}));
     expectStatesOf(box, [&](int32_t x, int32_t y) { moveCursorTo(box, x, y); });
-    EXPECT_FALSE(box.IsChecked()) << "it was taken away under the press";
-    SendMessageW(box.GetHandle(), BM_CLICK, 0, 0);
+    EXPECT_FALSE(box.IsChecked()) << "the press was not released on it";
+    SendMessageW(box.getHandle(), BM_CLICK, 0, 0);
     EXPECT_TRUE(box.IsChecked());
     box.SetChecked(false);
     EXPECT_FALSE(box.IsChecked());
 }
 
-TEST_F(Widgets, AButtonRepaintsWhenThePointerComesAndGoes) {
+TEST_F(Widgets, AButtonRepaintsWhenThePointerEntersOrLeaves) {
     Button button(make(L"BUTTON", BS_PUSHBUTTON));
     for (const UINT message : {WM_MOUSEMOVE, WM_MOUSELEAVE}) {
-        UpdateWindow(button.GetHandle());
-        SendMessageW(button.GetHandle(), message, 0, MAKELPARAM(5, 5));
-        EXPECT_TRUE(GetUpdateRect(button.GetHandle(), nullptr, FALSE)) << message;
+        paint(button);
+        SendMessageW(button.getHandle(), message, 0, MAKELPARAM(5, 5));
+        EXPECT_TRUE(isDirty(button)) << message;
     }
 }
 
-TEST_F(Widgets, AButtonShowsAndNamesItsLabelInCapitals) {
+TEST_F(Widgets, AButtonShowsAndPublishesItsLabelInCapitals) {
     const NameListener names;
     Button button(make(L"BUTTON", BS_PUSHBUTTON));
     button.SetFont(CreateFontByName(textFace, 14, fontBold));
@@ -152,13 +148,13 @@ TEST_F(Widgets, AButtonShowsAndNamesItsLabelInCapitals) {
          {std::pair<std::wstring, std::wstring>{L"Let's go", L"LET'S GO"}, {L"zur\u00fcck az", L"ZUR\u00fcCK AZ"}}) {
         button.SetText(label);
         EXPECT_EQ(button.GetText(), shown);
-        EXPECT_EQ(names.names().back(), std::pair(button.GetHandle(), shown));
+        EXPECT_EQ(names.names().back(), std::pair(button.getHandle(), shown));
         const Size text = measured(shown, 14);
         EXPECT_EQ(button.GetPreferredSize(), (Size{text.width + 32, text.height + 18}));
     }
 }
 
-TEST_F(Widgets, ABoxIsDrawnWithItsMarkAndAsWideAsItsText) {
+TEST_F(Widgets, ABoxDrawsItsMarkAndPrefersTheWidthOfItsText) {
     Checkbox box(make(L"BUTTON", BS_AUTOCHECKBOX, {20, 20, 200, 22}));
     box.SetFont(CreateFontByName(textFace, 14, fontBold));
     const RectF inside = {5, 5, 12, 12};
@@ -175,8 +171,8 @@ TEST_F(Widgets, ALinkIsHitOnItsTextAlone) {
     LinkButton link(make(L"BUTTON", BS_PUSHBUTTON, {20, 20, 300, 40}, false));
     link.SetFont(CreateFontByName(textFace, 16, fontRegular));
     link.SetText(L"Customize setup");
-    const RectF text = link.GetTextBounds();
-    EXPECT_GT(text.width, 50) << "before it was ever painted";
+    const RectF text = link.getTextBounds();
+    EXPECT_GT(text.width, 50) << "before the first paint";
     EXPECT_NEAR(text.x + text.width / 2, 150, 1);
     EXPECT_NEAR(text.y + text.height / 2, 20, 1);
     const auto left = static_cast<int32_t>(std::ceil(text.x)), top = static_cast<int32_t>(std::ceil(text.y));
@@ -184,47 +180,48 @@ TEST_F(Widgets, ALinkIsHitOnItsTextAlone) {
     const auto bottom = static_cast<int32_t>(std::ceil(text.y + text.height));
     const auto hit = [&](int32_t x, int32_t y) {
         POINT place = {x, y};
-        ClientToScreen(link.GetHandle(), &place);
-        return SendMessageW(link.GetHandle(), WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y));
+        ClientToScreen(link.getHandle(), &place);
+        return SendMessageW(link.getHandle(), WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y));
     };
     EXPECT_EQ(hit(left, top), HTCLIENT);
     EXPECT_EQ(hit(right - 1, bottom - 1), HTCLIENT);
     for (const Point outside : {Point{left - 1, top}, {left, top - 1}, {right, top}, {left, bottom}})
         EXPECT_EQ(hit(outside.x, outside.y), HTNOWHERE) << outside.x << " " << outside.y;
     link.SetPosition({20, 20, 220, 60}, SWP_NOZORDER);
-    EXPECT_NEAR(link.GetTextBounds().x + text.width / 2, 100, 1) << "follows the size";
+    EXPECT_NEAR(link.getTextBounds().x + text.width / 2, 100, 1) << "follows the size";
 }
 
-TEST_F(Widgets, ALinkLightsUpUnderThePointerOrWithTheFocus) {
+TEST_F(Widgets, ALinkIsHighlightedUnderThePointerAndWithTheFocus) {
     LinkButton link(make(L"BUTTON", BS_PUSHBUTTON, {20, 20, 300, 40}));
     link.SetFont(CreateFontByName(textFace, 16, fontRegular));
     link.SetText(L"Customize setup");
     const auto setCursor = [&](HWND over) {
-        return SendMessageW(link.GetHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(over),
+        return SendMessageW(link.getHandle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(over),
                             MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
     };
+    const auto color = [&link] { return Drawn(link).strongest(); };
     constexpr Color cold = 0xFF6897FD, hot = 0xFF5288FD, greyed = palette::disabledText;
     moveCursorTo(link, 150, 20);
-    setCursor(dialog.GetHandle());
-    EXPECT_TRUE(alike(Drawn(link).strongest(), cold)) << "another window's cursor";
-    EXPECT_EQ(setCursor(link.GetHandle()), 1);
+    setCursor(dialog.getHandle());
+    EXPECT_TRUE(alike(color(), cold)) << "another window's cursor";
+    EXPECT_EQ(setCursor(link.getHandle()), 1);
     EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));
-    EXPECT_TRUE(alike(Drawn(link).strongest(), hot));
-    SendMessageW(link.GetHandle(), WM_MOUSELEAVE, 0, 0);
-    EXPECT_TRUE(alike(Drawn(link).strongest(), cold));
-    SetFocus(link.GetHandle());
-    EXPECT_TRUE(alike(Drawn(link).strongest(), hot));
-    EnableWindow(link.GetHandle(), FALSE);
-    EXPECT_TRUE(alike(Drawn(link).strongest(), greyed));
+    EXPECT_TRUE(alike(color(), hot));
+    SendMessageW(link.getHandle(), WM_MOUSELEAVE, 0, 0);
+    EXPECT_TRUE(alike(color(), cold));
+    SetFocus(link.getHandle());
+    EXPECT_TRUE(alike(color(), hot));
+    EnableWindow(link.getHandle(), FALSE);
+    EXPECT_TRUE(alike(color(), greyed));
 }
 
-TEST_F(Widgets, ABarsTimerRunsWhileItMovesAndShows) {
+TEST_F(Widgets, ABarsTimerRunsOnlyInAVisibleMarquee) {
     const HWND window = make(PROGRESS_CLASSW, PBS_MARQUEE, {20, 20, 320, 8}, false);
     ProgressBar bar(window);
-    // A timer that is there can be killed; it is put back.
+    // KillTimer succeeds only for a running timer, which is then started again.
     const auto ticks = [&] { return KillTimer(window, 100) && SetTimer(window, 100, 20, nullptr) != 0; };
     const auto place = [&](UINT flag) { SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | flag); };
-    EXPECT_TRUE(bar.IsMarquee()) << "by its style";
+    EXPECT_TRUE(bar.isMarquee()) << "from its style";
     EXPECT_FALSE(ticks()) << "hidden";
     place(SWP_SHOWWINDOW);
     EXPECT_TRUE(ticks());
@@ -232,87 +229,93 @@ TEST_F(Widgets, ABarsTimerRunsWhileItMovesAndShows) {
     EXPECT_FALSE(ticks());
     place(SWP_SHOWWINDOW);
     SendMessageW(window, PBM_SETPOS, 40, 0);
-    EXPECT_FALSE(bar.IsMarquee() || ticks()) << "the first position ends it";
+    EXPECT_FALSE(bar.isMarquee() || ticks()) << "the first position ends it";
     place(SWP_HIDEWINDOW);
     place(SWP_SHOWWINDOW);
     EXPECT_FALSE(ticks());
     SendMessageW(window, PBM_SETMARQUEE, TRUE, 20);
-    EXPECT_TRUE(bar.IsMarquee() && ticks());
-    EXPECT_FALSE(KillTimer(window, 1)) << "no second one of the native control's";
+    EXPECT_TRUE(bar.isMarquee() && ticks());
+    EXPECT_FALSE(KillTimer(window, 1)) << "no timer of the native control";
     SendMessageW(window, PBM_SETMARQUEE, FALSE, 0);
-    EXPECT_FALSE(bar.IsMarquee() || ticks());
+    EXPECT_FALSE(bar.isMarquee() || ticks());
 }
 
-TEST_F(Widgets, ABarShowsTheGroundOfThePageThatItAppearsOn) {
+TEST_F(Widgets, ABarShownAgainHasTheGroundOfTheNewPage) {
     Color color = coral;
-    dialog.painter = [&](Graphics& graphics) { graphics.FillRectangle(Brush(color), {0, 0, 500, 500}); };
+    dialog.painter = [&](Graphics& graphics) { graphics.fillRectangle(Brush(color), {0, 0, 500, 500}); };
     ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
-    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), coral));
+    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({0, 0}), coral));
     color = buttonBlue;
     bar.Show(SW_HIDE);
     bar.Show(SW_SHOW);
-    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({0, 0}), buttonBlue));
-    EXPECT_TRUE(alike(Snapshot(bar.GetHandle()).GetPixel({160, 4}), grey));
+    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({0, 0}), buttonBlue));
+    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({160, 4}), grey));
 }
 
-TEST_F(Widgets, AStepOfABarLeavesWhatAWholePaintShows) {
-    dialog.painter = [](Graphics& graphics) { graphics.FillRectangle(Brush(coral), {0, 0, 500, 500}); };
+TEST_F(Widgets, AStepOfABarRepaintsOnlyWhatMovedAndShowsWhatAWholePaintDoes) {
+    dialog.painter = [](Graphics& graphics) { graphics.fillRectangle(Brush(coral), {0, 0, 500, 500}); };
     ProgressBar bar(make(PROGRESS_CLASSW, PBS_MARQUEE, {20, 20, 320, 8}));
-    UpdateWindow(bar.GetHandle());
-    const std::vector<Color> first = onScreen(bar.GetHandle());
+    paint(bar);
+    const std::vector<Color> first = onScreen(bar.getHandle());
     bool moved = false;
+    LONG narrowest = 320;
     for (int step = 0; step < 25; ++step) {
-        Sleep(40);  // the chunks go by the system's clock
-        SendMessageW(bar.GetHandle(), WM_TIMER, 100, 0);
-        UpdateWindow(bar.GetHandle());
-        const std::vector<Color> left = onScreen(bar.GetHandle());
+        MSG tick;
+        GetMessageW(&tick, bar.getHandle(), WM_TIMER, WM_TIMER);
+        DispatchMessageW(&tick);
+        RECT dirty{};
+        GetUpdateRect(bar.getHandle(), &dirty, FALSE);
+        narrowest = std::min(narrowest, dirty.right - dirty.left);
+        paint(bar);
+        const std::vector<Color> left = onScreen(bar.getHandle());
         bar.Invalidate();
-        UpdateWindow(bar.GetHandle());
-        ASSERT_EQ(left, onScreen(bar.GetHandle())) << step;
+        paint(bar);
+        ASSERT_EQ(left, onScreen(bar.getHandle())) << step;
         moved = moved || left != first;
     }
     EXPECT_TRUE(moved);
+    EXPECT_LT(narrowest, 320);
 }
 
-TEST_F(Widgets, ATrackbarTellsItsParentWhereItWasTaken) {
+TEST_F(Widgets, ATrackbarNotifiesItsParentOfEachChangeByTheUser) {
     constexpr bool vertical = true;
     Trackbar track(make(TRACKBAR_CLASSW, TBS_VERT, {20, 20, 8, 100}));
     track.SetRange(0, 100);
     track.SetPageSize(100);
     track.SetLineSize(20);
     const auto mouse = [&](UINT message, int32_t along) {
-        SendMessageW(track.GetHandle(), message, MK_LBUTTON, MAKELPARAM(4, along));
+        SendMessageW(track.getHandle(), message, MK_LBUTTON, MAKELPARAM(4, along));
     };
-    const auto wheel = [&](int32_t delta) { SendMessageW(track.GetHandle(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0); };
-    using Told = std::vector<Scroll>;
+    const auto wheel = [&](int32_t delta) { SendMessageW(track.getHandle(), WM_MOUSEWHEEL, MAKEWPARAM(0, delta), 0); };
+    using Scrolls = std::vector<Scroll>;
     dialog.take();
     mouse(WM_MOUSEMOVE, 40);
-    EXPECT_EQ(dialog.take(), Told{}) << "nothing is dragged";
+    EXPECT_EQ(dialog.take(), Scrolls{}) << "nothing is dragged";
     mouse(WM_LBUTTONDOWN, 10);
-    EXPECT_EQ(GetCapture(), track.GetHandle());
+    EXPECT_EQ(GetCapture(), track.getHandle());
     mouse(WM_MOUSEMOVE, 30);
-    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 40}}));
+    EXPECT_EQ(dialog.take(), (Scrolls{{vertical, TB_THUMBTRACK, 40}}));
     mouse(WM_MOUSEMOVE, 500);
     mouse(WM_MOUSEMOVE, 600);
-    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBTRACK, 100}})) << "once";
+    EXPECT_EQ(dialog.take(), (Scrolls{{vertical, TB_THUMBTRACK, 100}})) << "once";
     mouse(WM_LBUTTONUP, 600);
-    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_THUMBPOSITION, 100}}));
+    EXPECT_EQ(dialog.take(), (Scrolls{{vertical, TB_THUMBPOSITION, 100}}));
     EXPECT_EQ(GetCapture(), nullptr);
     mouse(WM_LBUTTONDOWN, 5);
-    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEUP, 0}}));
+    EXPECT_EQ(dialog.take(), (Scrolls{{vertical, TB_PAGEUP, 0}}));
     mouse(WM_LBUTTONDOWN, 80);
-    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_PAGEDOWN, 100}}));
+    EXPECT_EQ(dialog.take(), (Scrolls{{vertical, TB_PAGEDOWN, 100}}));
     wheel(120);
     wheel(-60);
-    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_LINEUP, 80}, {vertical, TB_LINEDOWN, 90}}));
-    track.Home();
-    track.Home();
-    track.LineDown();
-    track.End();
-    EXPECT_EQ(dialog.take(), (Told{{vertical, TB_TOP, 0}, {vertical, TB_LINEDOWN, 20}, {vertical, TB_BOTTOM, 100}}));
+    EXPECT_EQ(dialog.take(), (Scrolls{{vertical, TB_LINEUP, 80}, {vertical, TB_LINEDOWN, 90}}));
+    track.home();
+    track.home();
+    track.lineDown();
+    track.end();
+    EXPECT_EQ(dialog.take(), (Scrolls{{vertical, TB_TOP, 0}, {vertical, TB_LINEDOWN, 20}, {vertical, TB_BOTTOM, 100}}));
     track.SetPosition(50);
-    EXPECT_EQ(dialog.take(), Told{}) << "without a word";
-    EXPECT_TRUE(GetUpdateRect(track.GetHandle(), nullptr, FALSE));
+    EXPECT_EQ(dialog.take(), Scrolls{}) << "no notification";
+    EXPECT_TRUE(isDirty(track));
 }
 
 }  // namespace

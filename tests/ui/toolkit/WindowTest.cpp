@@ -16,7 +16,7 @@ using namespace testing_support;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Notes which handlers run; leaves all messages unhandled but one.
+/// Records which handlers run, and leaves their messages unhandled.
 class NotingControl : public Control {
   public:
     using Control::Control;
@@ -49,27 +49,15 @@ class NotingControl : public Control {
 /// A dialog whose children the test wraps.
 class WindowTest : public ::testing::Test {
   protected:
-    void SetUp() override {
-        ASSERT_NE(dialog.Create({}), nullptr);
-        SetWindowPos(dialog.GetHandle(), nullptr, 100, 100, 400, 300, SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-    CreateParams childParams() {
-        return {.windowName = "child",
-                .style = WS_CHILD,
-                .x = 10,
-                .y = 20,
-                .width = 30,
-                .height = 40,
-                .parent = dialog.GetHandle()};
-    }
-
+    void SetUp() override { ASSERT_NE(dialog.Create({}), nullptr); }
     TestDialog dialog;
 };
 
 TEST_F(WindowTest, CreateMakesOneWindowAndSubclassesIt) {
     const CapturedLog log;
     NotingControl control;
-    const HWND made = control.Create(childParams());
+    const HWND made =
+        control.Create({.style = WS_CHILD, .x = 10, .y = 20, .width = 30, .height = 40, .parent = dialog.getHandle()});
     ASSERT_NE(made, nullptr);
     EXPECT_EQ(dialog.GetChildRect(made), (Rect{10, 20, 40, 60}));
     SendMessageW(made, WM_USER + 1, 0, 0);
@@ -86,20 +74,20 @@ TEST_F(WindowTest, AFailedCreateIsLoggedAndLeavesNoHandle) {
     NotingControl control;
     control.className = "no such class";
     EXPECT_EQ(
-        control.Create({.windowName = "name", .style = 0x50000000, .exStyle = 0x20, .parent = dialog.GetHandle()}),
+        control.Create({.windowName = "name", .style = 0x50000000, .exStyle = 0x20, .parent = dialog.getHandle()}),
         nullptr);
-    EXPECT_EQ(control.GetHandle(), nullptr);
+    EXPECT_EQ(control.getHandle(), nullptr);
     CreateWindowExA(0, control.className, "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     const auto error = static_cast<unsigned>(GetLastError());
     char expected[300];
     snprintf(expected, sizeof expected,
              "2 Window::Create Failed to create window: error=%08x; exStyle=00000020; className=no such class; "
              "windowName=name; style=50000000; parent=%08x; instance=00000000",
-             error, static_cast<unsigned>(reinterpret_cast<uintptr_t>(dialog.GetHandle())));
+             error, static_cast<unsigned>(reinterpret_cast<uintptr_t>(dialog.getHandle())));
     EXPECT_THAT(log.takeTexts(), ElementsAre(expected));
 }
 
-TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
+TEST_F(WindowTest, TheDestructorRestoresTheNativeProcedure) {
     const HWND button = dialog.GetItem(12);
     {
         NotingControl control(button);
@@ -110,43 +98,43 @@ TEST_F(WindowTest, TheNativeProcedureIsBackWhenTheControlGoes) {
     {
         const NotingControl outlives(button);
         DestroyWindow(button);
-        EXPECT_EQ(outlives.GetHandle(), button) << "the object outlives its window";
+        EXPECT_EQ(outlives.getHandle(), button) << "the object outlives its window";
     }
 }
 
-TEST_F(WindowTest, AVisitOfThePointerBeginsBeforeItsFirstMove) {
+TEST_F(WindowTest, OnMouseEnterRunsOnceAVisitBeforeOnMouseMove) {
     NotingControl control(dialog.GetItem(12));
-    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(3, -4));
+    SendMessageW(control.getHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(3, -4));
     EXPECT_THAT(control.notes, ElementsAre("enter 3 -4", "move 3 -4"));
     control.notes.clear();
-    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
-    SendMessageW(control.GetHandle(), WM_MOUSELEAVE, 0, 0);
+    SendMessageW(control.getHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
+    SendMessageW(control.getHandle(), WM_MOUSELEAVE, 0, 0);
     EXPECT_THAT(control.notes, ElementsAre("move 5 6", "leave 0 0"));
     control.notes.clear();
-    SendMessageW(control.GetHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(7, 8));
+    SendMessageW(control.getHandle(), WM_MOUSEMOVE, 0, MAKELPARAM(7, 8));
     EXPECT_THAT(control.notes, ElementsAre("enter 7 8", "move 7 8"));
 }
 
-TEST_F(WindowTest, NothingThrownLeavesAMessageHandler) {
+TEST_F(WindowTest, AnExceptionOfAHandlerIsLoggedAndContained) {
     const CapturedLog log;
     NotingControl control(dialog.GetItem(12));
-    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F1, 1), 0);
-    EXPECT_EQ(SendMessageW(control.GetHandle(), WM_KEYDOWN, VK_F2, 1), 0);
+    EXPECT_EQ(SendMessageW(control.getHandle(), WM_KEYDOWN, VK_F1, 1), 0);
+    EXPECT_EQ(SendMessageW(control.getHandle(), WM_KEYDOWN, VK_F2, 1), 0);
     EXPECT_THAT(log.takeTexts(),
                 ElementsAre("0 Window::ReceiveMessage Message failed: message=0100; error=no such page",
                             "0 Window::ReceiveMessage Message failed: message=0100"));
 }
 
-TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
+TEST_F(WindowTest, SetFontKeepsTheFontAndSetsANativeCopy) {
     NotingControl control(dialog.GetItem(12));
-    EXPECT_NE(control.GetFont(), nullptr) << "of the template";
+    EXPECT_NE(control.getFont(), nullptr) << "the template's";
     control.SetFont(CreateFontByName(L"no such face", 20, fontBold | fontItalic));
     EXPECT_THAT(control.notes, ElementsAre("font 0 0"));
-    ASSERT_NE(control.GetFont(), nullptr);
-    EXPECT_EQ(control.GetFont()->GetSize(), 20);
-    EXPECT_EQ(control.GetFont()->GetStyle(), fontBold | fontItalic);
+    ASSERT_NE(control.getFont(), nullptr);
+    EXPECT_EQ(control.getFont()->getSize(), 20);
+    EXPECT_EQ(control.getFont()->GetStyle(), fontBold | fontItalic);
 
-    const auto native = reinterpret_cast<HFONT>(SendMessageW(control.GetHandle(), WM_GETFONT, 0, 0));
+    const auto native = reinterpret_cast<HFONT>(SendMessageW(control.getHandle(), WM_GETFONT, 0, 0));
     LOGFONTW record{};
     ASSERT_EQ(GetObjectW(native, sizeof record, &record), static_cast<int>(sizeof record));
     EXPECT_EQ(record.lfHeight, -20);
@@ -154,7 +142,7 @@ TEST_F(WindowTest, AFontIsTakenOverAndGivenToTheNativeWindow) {
     EXPECT_TRUE(record.lfItalic);
 
     control.SetFont(nullptr);
-    ASSERT_NE(control.GetFont(), nullptr) << "null changes nothing";
+    ASSERT_NE(control.getFont(), nullptr) << "null changes nothing";
     control.SetFont(CreateFontByName(L"no such face", 14, fontRegular));
     EXPECT_EQ(GetObjectType(native), 0u) << "the earlier native font is freed";
 }

@@ -9,14 +9,14 @@ namespace {
 constexpr int32_t sourceBytes = 3;
 constexpr int32_t targetBytes = 4;
 
-/// The part of the source under one pixel of the target, in one direction. A pixel of the source is as long as the
-/// target has pixels, one of the target as long as the source has: no share is a fraction.
+/// The part of the source under one pixel of the target, in one direction. Lengths are integers: a source pixel is as
+/// long as the target's number of pixels, and a target pixel as long as the source's.
 struct Cover {
     int32_t begin;
     int32_t end;
     uint32_t first;  ///< share of the first pixel
-    uint32_t inner;  ///< of each pixel between
-    uint32_t last;   ///< of the last one, if it is another than the first
+    uint32_t inner;  ///< share of each pixel between
+    uint32_t last;   ///< share of the last one, unless it is also the first
 
     [[nodiscard]] uint32_t share(int32_t at) const { return at == begin ? first : at + 1 == end ? last : inner; }
 };
@@ -28,7 +28,7 @@ Cover coverOf(int32_t at, int32_t source, int32_t target) {
     return {begin, end, first, static_cast<uint32_t>(target), static_cast<uint32_t>(to - (end - 1) * target)};
 }
 
-/// Adds a row's bytes, each so many times.
+/// Adds a row's bytes, weighted by the share.
 void addRow(std::vector<uint32_t>& sums, const uint8_t* row, uint32_t share) {
     for (size_t i = 0; i < sums.size(); ++i) sums[i] += row[i] * share;
 }

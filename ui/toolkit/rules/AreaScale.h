@@ -1,4 +1,4 @@
-// A picture made smaller so that nothing of it is lost.
+// Scaling a picture down so that every source pixel counts.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-/// Rows of pixels in memory, the first one on top. Three bytes a pixel: blue, green, red; four: alpha behind them.
+/// Rows of pixels in memory, from top to bottom. A pixel is blue, green and red, with a fourth byte for alpha.
 template <typename Byte>
 struct PixelRows {
     Byte* first;
@@ -17,13 +17,13 @@ struct PixelRows {
     [[nodiscard]] Byte* row(int32_t y) const { return first + stride * y; }
 };
 
-/// Longest side of a picture that can be made smaller: sums of 32 bits hold its whole area.
+/// The longest side of a source picture: its whole area fits sums of 32 bits.
 inline constexpr int32_t longestSide = 4096;
 
-/// Whether the target is a smaller picture, in neither direction larger, and both are ones that scaleByArea takes.
+/// Whether scaleByArea can make the target: it is not empty and nowhere larger than the source, which is not too long.
 [[nodiscard]] bool canScaleByArea(Size source, Size target);
 
-/// Each pixel of the target (four bytes, opaque) becomes the mean of the source (three bytes) under its area, rounded.
+/// Sets each pixel of the target (four bytes, opaque) to the rounded mean of the source (three bytes) under its area.
 void scaleByArea(const PixelRows<const uint8_t>& source, const PixelRows<uint8_t>& target);
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// How a button looks in each of its states.
+// The colours of a button and a check box in each state.
 #pragma once
 
 #include "ui/toolkit/rules/Palette.h"
@@ -7,7 +7,7 @@ namespace pdx {
 
 enum class VisualState { disabled, normal, hover, focused, pressed };
 
-/// The facts by which a state is chosen.
+/// The facts that decide a state.
 struct ButtonFacts {
     bool enabled;
     bool pushed;
@@ -15,7 +15,7 @@ struct ButtonFacts {
     bool focused;
 };
 
-/// Tested in this order: disabled, pressed, hover, focused.
+/// The first that applies of: disabled, pressed, hover, focused.
 constexpr VisualState visualState(const ButtonFacts& facts) {
     if (!facts.enabled) return VisualState::disabled;
     if (facts.pushed) return VisualState::pressed;
@@ -51,7 +51,7 @@ struct ButtonColors {
                           .pressed = WithAlpha(palette::Grey[10], 12)};
 };
 
-/// The chip behind the close button's cross.
+/// The chip under the close button's cross.
 inline constexpr StateColors closeButtonFills{.disabled = WithAlpha(palette::Grey[6], 76),
                                               .normal = WithAlpha(palette::Grey[6], 127),
                                               .hover = WithAlpha(palette::Grey[0], 51),
@@ -60,13 +60,13 @@ inline constexpr StateColors closeButtonFills{.disabled = WithAlpha(palette::Gre
 
 struct ButtonLook {
     Color fill;
-    Color border;  ///< clear: none is drawn
+    Color border;  ///< clear for none
 };
 
-/// The look in a state; a focused button under the cursor keeps the border by which the focus is seen.
+/// The look in a state. A focused button keeps its focus border under the cursor.
 ButtonLook buttonLook(const ButtonColors& colors, bool secondary, VisualState state, bool focused, Color textColor);
 
-/// The border of a check box; the accent shows focus and check alike.
+/// The border colours of a check box; focus and check share one.
 struct CheckboxColors {
     Color normal = palette::Grey[7];
     Color hover = palette::Grey[8];

@@ -1,4 +1,4 @@
-// Where the box and the mark of a check box lie.
+// The geometry of a check box, in pixels.
 #pragma once
 
 #include <algorithm>
@@ -16,7 +16,7 @@ constexpr Box checkboxBox(int32_t height) {
     return {1, (height - side) / 2, side, side};
 }
 
-/// The mark's three points.
+/// The three points of the check mark.
 constexpr std::array<Point, 3> checkMark(const Box& box) {
     const int32_t side = box.width;
     return {{{box.x + side / 5, box.y + side / 2},
@@ -24,7 +24,7 @@ constexpr std::array<Point, 3> checkMark(const Box& box) {
              {box.x + 4 * side / 5, box.y + side / 4}}};
 }
 
-/// Where the label begins: ten pixels behind the square.
+/// The left edge of the label, ten pixels right of the square.
 constexpr int32_t checkboxLabelLeft(const Box& box) { return box.x + box.width + 10; }
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// The layout record that lies beside a dialog template: how much each child would move and grow with the dialog.
+// The layout resource of a dialog template: how much each child would move and grow with the dialog.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-/// Percentages, 0 to 100, of the dialog's growth that one child takes part in.
+/// One child's shares of the dialog's growth, in percent, 0 to 100.
 struct LayoutRecord {
     uint16_t moveX = 0;
     uint16_t moveY = 0;
@@ -17,8 +17,8 @@ struct LayoutRecord {
     bool operator==(const LayoutRecord&) const = default;
 };
 
-/// The records in the order of the children: behind a version word of 0 four little-endian words each. Empty when the
-/// version is another, when there is no record, or when the last one is cut off.
+/// The records in the order of the children. The resource is a version word of 0, then four little-endian words a
+/// record. Empty for another version, for no record, and when the last record is cut off.
 std::vector<LayoutRecord> parseLayoutRecords(std::span<const std::byte> resource);
 
 }  // namespace pdx

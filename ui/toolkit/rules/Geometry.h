@@ -1,4 +1,4 @@
-// Points, sizes and rectangles in pixels, as plain values: the same in a rule and in a window.
+// Points, sizes and rectangles in pixels, as plain values for rules and windows.
 #pragma once
 
 #include <algorithm>
@@ -18,7 +18,7 @@ struct Size {
     bool operator==(const Size&) const = default;
 };
 
-/// A rectangle by its edges, as the platform's windows give it; right and bottom lie outside.
+/// A rectangle by its edges, as windows have it; right and bottom are outside.
 struct Rect {
     int32_t left = 0;
     int32_t top = 0;
@@ -29,7 +29,7 @@ struct Rect {
     bool operator==(const Rect&) const = default;
 };
 
-/// A rectangle by its corner and size, as drawing and page layout use it.
+/// A rectangle by its corner and size, as drawing and page layout have it.
 struct Box {
     int32_t x = 0;
     int32_t y = 0;
@@ -38,7 +38,7 @@ struct Box {
     bool operator==(const Box&) const = default;
 };
 
-/// The same in floating numbers, for text.
+/// A rectangle by its corner and size for text.
 struct RectF {
     float x = 0;
     float y = 0;
@@ -49,7 +49,7 @@ struct RectF {
 
 constexpr Box boxOf(const Rect& rect) { return {rect.left, rect.top, rect.width(), rect.height()}; }
 
-/// What two boxes have in common; a size of 0 when that is nothing.
+/// The common part of two boxes; width or height is 0 when there is none.
 constexpr Box intersection(const Box& one, const Box& other) {
     const int32_t left = std::max(one.x, other.x), top = std::max(one.y, other.y);
     const int32_t right = std::min(one.x + one.width, other.x + other.width);
@@ -57,9 +57,16 @@ constexpr Box intersection(const Box& one, const Box& other) {
     return {left, top, std::max(right - left, 0), std::max(bottom - top, 0)};
 }
 
-/// A point on the left or top edge is inside, on the right or bottom edge outside.
+/// Whether the point is inside: the left and top edges are inside, the right and bottom edges outside.
 constexpr bool contains(const RectF& rect, float x, float y) {
     return x >= rect.x && x < rect.x + rect.width && y >= rect.y && y < rect.y + rect.height;
+}
+
+/// A length cut towards zero, 0 for a NaN. Lengths are limited to 2^28, so that sums of those that a text asks for do
+/// not overflow.
+constexpr int32_t wholePixels(double length) {
+    constexpr double farthest = 1 << 28;
+    return length == length ? static_cast<int32_t>(std::clamp(length, -farthest, farthest)) : 0;
 }
 
 }  // namespace pdx

@@ -14,19 +14,17 @@
 namespace pdx {
 namespace {
 
-// HTML lets a text ask for the square of its tags, or of one tag's attributes, in time and in memory. With these bounds
-// the worst takes some hundredths of a second; a label has some hundred bytes and a handful of tags.
+// Time and memory of the parser grow with the square of the number of tags, or of one tag's attributes. With these
+// bounds the worst text takes some hundredths of a second. A label has some hundred bytes and a few tags.
 constexpr size_t longestText = 16 << 10;  // bytes
 constexpr size_t mostTags = 500;
 
-/// Makes the parser take the text for the content of a body, where titles and styles stay in their place and no frame
-/// set is obeyed, for which it would throw the body away.
+/// Makes the text the content of a body. There, titles and styles stay in place, and a frame set, for which the parser
+/// would discard the body, is ignored.
 constexpr std::string_view opening = "<body>";
 
 /// Elements whose content a browser does not show.
 constexpr GumboTag hiddenTags[] = {GUMBO_TAG_SCRIPT, GUMBO_TAG_STYLE, GUMBO_TAG_TITLE, GUMBO_TAG_TEMPLATE};
-
-const GumboNode* nodeOf(MarkupTree::Node node) { return static_cast<const GumboNode*>(node); }
 
 bool isElement(const GumboNode* node) { return node->type == GUMBO_NODE_ELEMENT || node->type == GUMBO_NODE_TEMPLATE; }
 
@@ -44,17 +42,17 @@ struct GumboTree::Parsed {
     explicit Parsed(std::string_view utf8) : source(opening) {
         source += utf8;
         GumboOptions options = kGumboDefaultOptions;
-        options.max_errors = 0;  // each would keep a list of all open elements
+        options.max_errors = 0;  // each error would keep a list of all open elements
         options.userdata = &memory;
         options.allocator = [](void* from, size_t bytes) {
             return static_cast<std::pmr::memory_resource*>(from)->allocate(bytes, alignof(std::max_align_t));
         };
-        // The memory goes as a whole. Where there is none the allocator throws; the parser would write to null.
+        // The memory is freed as a whole. The allocator throws when there is none, as the parser would write to null.
         options.deallocator = [](void*, void*) {};
         output = gumbo_parse_with_options(&options, source.data(), source.size());
     }
 
-    std::string source;  // the names of unknown elements lie in it
+    std::string source;  // the tree points into it for the names of unknown elements
     std::pmr::monotonic_buffer_resource memory;
     const GumboOutput* output = nullptr;
 };
@@ -67,20 +65,18 @@ GumboTree::GumboTree(std::string_view utf8) {
 
 GumboTree::~GumboTree() = default;
 
-MarkupTree::Node GumboTree::body() const {
+GumboTree::Node GumboTree::body() const {
     const GumboNode* root = parsed->output->root;
     for (size_t i = 0; root && i < childCount(root); ++i) {
-        const GumboNode* node = nodeOf(child(root, i));
+        const GumboNode* node = child(root, i);
         if (isElement(node) && node->v.element.tag == GUMBO_TAG_BODY) return node;
     }
     return nullptr;
 }
 
 NodeType GumboTree::type(Node node) const {
-    switch (nodeOf(node)->type) {
-        case GUMBO_NODE_ELEMENT:
-        case GUMBO_NODE_TEMPLATE:
-            return NodeType::element;
+    if (isElement(node)) return NodeType::element;
+    switch (node->type) {
         case GUMBO_NODE_TEXT:
         case GUMBO_NODE_CDATA:
         case GUMBO_NODE_WHITESPACE:
@@ -91,7 +87,7 @@ NodeType GumboTree::type(Node node) const {
 }
 
 std::wstring GumboTree::name(Node element) const {
-    const GumboElement& native = nodeOf(element)->v.element;
+    const GumboElement& native = element->v.element;
     GumboStringPiece original = native.original_tag;
     gumbo_tag_from_original_text(&original);
     std::wstring capitals =
@@ -100,20 +96,19 @@ std::wstring GumboTree::name(Node element) const {
     return capitals;
 }
 
-std::wstring GumboTree::value(Node text) const { return toWide(nodeOf(text)->v.text.text); }
+std::wstring GumboTree::value(Node text) const { return toWide(text->v.text.text); }
 
 size_t GumboTree::childCount(Node node) const {
-    const GumboNode* native = nodeOf(node);
-    if (!isElement(native) || std::ranges::find(hiddenTags, native->v.element.tag) != std::end(hiddenTags)) return 0;
-    return native->v.element.children.length;
+    if (!isElement(node) || std::ranges::find(hiddenTags, node->v.element.tag) != std::end(hiddenTags)) return 0;
+    return node->v.element.children.length;
 }
 
-MarkupTree::Node GumboTree::child(Node node, size_t index) const {
-    return nodeOf(node)->v.element.children.data[index];
+GumboTree::Node GumboTree::child(Node node, size_t index) const {
+    return static_cast<Node>(node->v.element.children.data[index]);
 }
 
 std::wstring GumboTree::attribute(Node element, const char* attributeName) const {
-    const GumboAttribute* found = gumbo_get_attribute(&nodeOf(element)->v.element.attributes, attributeName);
+    const GumboAttribute* found = gumbo_get_attribute(&element->v.element.attributes, attributeName);
     return found ? toWide(found->value) : std::wstring();
 }
 

@@ -1,32 +1,43 @@
-// The tree of an HTML text, made by Gumbo.
+// The tree of a marked-up text, made by the HTML parser Gumbo.
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <string_view>
 
-#include "ui/toolkit/rules/MarkupTree.h"
+struct GumboInternalNode;
 
 namespace pdx {
 
-/// Parses any text as HTML5 does: fragments, unclosed and misplaced tags, whatever case. The text is the content of
-/// the body, so that titles and style sheets in it stand there too, but what a browser does not show has no children.
-class GumboTree : public MarkupTree {
+enum class NodeType { element, text, other };
+
+/// Parses any text by the rules of HTML5, with fragments and unclosed or misplaced tags. The text is the content of the
+/// body, titles and style sheets included. Elements that a browser does not show have no children. The tree owns its
+/// nodes.
+class GumboTree {
   public:
-    /// Of a text with more than 500 tags or 16 KB, as far as that from its beginning.
+    using Node = const GumboInternalNode*;
+
+    /// Cuts the text after 500 tags and after 16 KB.
     explicit GumboTree(std::string_view utf8);
-    ~GumboTree() override;
+    ~GumboTree();
     GumboTree(const GumboTree&) = delete;
     GumboTree& operator=(const GumboTree&) = delete;
 
-    /// Whether the tree is of less than the whole text.
+    /// Whether the text was cut.
     [[nodiscard]] bool wasCut() const { return cut; }
-    [[nodiscard]] Node body() const override;
-    [[nodiscard]] NodeType type(Node node) const override;
-    [[nodiscard]] std::wstring name(Node element) const override;
-    [[nodiscard]] std::wstring value(Node text) const override;
-    [[nodiscard]] size_t childCount(Node node) const override;
-    [[nodiscard]] Node child(Node node, size_t index) const override;
-    [[nodiscard]] std::wstring attribute(Node element, const char* attributeName) const override;
+    /// The body element; null when there is none.
+    [[nodiscard]] Node body() const;
+    [[nodiscard]] NodeType type(Node node) const;
+    /// The name of an element, with a to z in capitals.
+    [[nodiscard]] std::wstring name(Node element) const;
+    /// The text of a text node, with entities decoded.
+    [[nodiscard]] std::wstring value(Node text) const;
+    [[nodiscard]] size_t childCount(Node node) const;
+    [[nodiscard]] Node child(Node node, size_t index) const;
+    /// The value of an attribute, in any case of the name; empty when the element has none.
+    [[nodiscard]] std::wstring attribute(Node element, const char* attributeName) const;
 
   private:
     struct Parsed;

@@ -1,10 +1,10 @@
-// How far the lines of a marked-up text lie apart.
+// The distance between the lines of a marked-up text.
 #pragma once
 
 #include <cmath>
 #include <cstdint>
 
-#include "ui/toolkit/rules/Pixels.h"
+#include "ui/toolkit/rules/Geometry.h"
 
 namespace pdx {
 
@@ -19,7 +19,7 @@ struct LineHeight {
     bool operator==(const LineHeight&) const = default;
 };
 
-/// Whole pixels, for a font of that height.
+/// The line height in whole pixels, for a font of that height in pixels.
 inline float lineHeightInPixels(const LineHeight& lineHeight, float fontHeight) {
     constexpr float automaticFactor = 1.2f;
     const float factor = lineHeight.kind == LineHeight::factor ? lineHeight.value : automaticFactor;

@@ -8,26 +8,25 @@
 #include <utility>
 
 #include "platform/rules/AsciiCase.h"
-#include "ui/toolkit/rules/Pixels.h"
 
 namespace pdx {
 namespace {
 
-using Node = MarkupTree::Node;
+using Node = GumboTree::Node;
 
 constexpr int32_t boldWeight = 700;
 constexpr size_t longestFace = 31;  // what the platform's font record holds
 
 bool isBlank(wchar_t character) { return std::iswspace(static_cast<wint_t>(character)) != 0; }
 
-/// For the number parsers, to which no other character means anything.
+/// The text for the number parsers, which know ASCII only.
 std::string asciiOf(std::wstring_view text) {
     std::string ascii;
     for (const wchar_t character : text) ascii += character < 128 ? static_cast<char>(character) : '?';
     return ascii;
 }
 
-/// The decimal number that a text begins with, 0 if it begins with none; blanks and a plus may stand in front.
+/// The decimal number at the start of a text, after blanks and a plus sign; 0 for none.
 float numberAtStart(std::wstring_view text) {
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
     if (!text.empty() && text.front() == L'+') text.remove_prefix(1);
@@ -37,7 +36,7 @@ float numberAtStart(std::wstring_view text) {
     return std::isfinite(number) ? number : 0;
 }
 
-/// "#" and that many hexadecimal digits; nothing for a text of another length. Digits end at the first that is none.
+/// The number of "#" and that many hexadecimal digits, up to the first other character. Nothing for another length.
 std::optional<uint32_t> hexadecimal(std::wstring_view text, size_t digits) {
     if (text.size() != digits + 1 || text.front() != L'#') return std::nullopt;
     const std::string ascii = asciiOf(text.substr(1));
@@ -46,12 +45,12 @@ std::optional<uint32_t> hexadecimal(std::wstring_view text, size_t digits) {
     return number;
 }
 
-void applyLink(const MarkupTree& tree, Node element, TextStyle& style) {
+void applyLink(const GumboTree& tree, Node element, TextStyle& style) {
     style.href = tree.attribute(element, "HREF");
     style.color = palette::link;
 }
 
-void applyFont(const MarkupTree& tree, Node element, TextStyle& style) {
+void applyFont(const GumboTree& tree, Node element, TextStyle& style) {
     if (const auto color = hexadecimal(tree.attribute(element, "COLOR"), 6)) {
         style.color = WithAlpha(*color, 0xFF);
     } else if (const auto argb = hexadecimal(tree.attribute(element, "ARGB"), 8)) {
@@ -59,37 +58,37 @@ void applyFont(const MarkupTree& tree, Node element, TextStyle& style) {
     }
     if (const std::wstring face = tree.attribute(element, "FACE"); !face.empty())
         style.logFont.face = face.substr(0, longestFace);
-    // Pixels, not the seven sizes of HTML.
+    // SIZE is in pixels here, not one of HTML's seven sizes.
     if (const std::wstring size = tree.attribute(element, "SIZE"); !size.empty())
         style.logFont.height = wholePixels(numberAtStart(size));
     if (const std::wstring height = tree.attribute(element, "LINE-HEIGHT"); !height.empty())
         style.lineHeight = parseLineHeight(height);
 }
 
-using Effect = void (*)(const MarkupTree&, Node, TextStyle&);
+using Effect = void (*)(const GumboTree&, Node, TextStyle&);
 
-/// The elements that change the style of what they hold.
+/// The elements that change the style of their content.
 constexpr struct {
     std::wstring_view name;
     Effect apply;
 } effects[] = {
     {L"A", applyLink},
-    {L"B", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.weight = boldWeight; }},
-    {L"I", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.italic = true; }},
-    {L"STRIKE", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.strikeout = true; }},
-    {L"U", [](const MarkupTree&, Node, TextStyle& style) { style.logFont.underline = true; }},
+    {L"B", [](const GumboTree&, Node, TextStyle& style) { style.logFont.weight = boldWeight; }},
+    {L"I", [](const GumboTree&, Node, TextStyle& style) { style.logFont.italic = true; }},
+    {L"STRIKE", [](const GumboTree&, Node, TextStyle& style) { style.logFont.strikeout = true; }},
+    {L"U", [](const GumboTree&, Node, TextStyle& style) { style.logFont.underline = true; }},
     {L"FONT", applyFont},
 };
 
-/// The elements that stand on lines of their own.
+/// The block elements: each begins and ends a line.
 constexpr std::wstring_view blocks[] = {L"P",  L"DIV", L"CENTER", L"BLOCKQUOTE", L"PRE",   L"UL", L"OL",
                                         L"LI", L"DL",  L"DT",     L"DD",         L"TABLE", L"TR", L"HR",
                                         L"H1", L"H2",  L"H3",     L"H4",         L"H5",    L"H6"};
 
-/// Calls enter for each node below root in the text's order, and leave when all below an element has been entered.
-/// Without recursion: the depth is the text's, and the stack of a thread ends.
+/// Calls enter for each node below root in the order of the text, and leave after all nodes below an element. Without
+/// recursion, because the text decides the depth and a thread's stack is limited.
 template <typename Enter, typename Leave>
-void traverse(const MarkupTree& tree, Node root, Enter enter, Leave leave) {
+void traverse(const GumboTree& tree, Node root, Enter enter, Leave leave) {
     struct Level {
         Node node;
         size_t next;
@@ -119,7 +118,7 @@ void splitAtBlanks(const std::wstring& text, std::vector<std::wstring>& words) {
 
 class Walk {
   public:
-    Walk(const MarkupTree& walked, const TextStyle& rootStyle) : tree(walked), levels{{rootStyle, {}}} {}
+    Walk(const GumboTree& walked, const TextStyle& rootStyle) : tree(walked), levels{{rootStyle, {}}} {}
 
     void enter(Node node) {
         if (tree.type(node) == NodeType::text) splitAtBlanks(tree.value(node), levels.back().pending);
@@ -128,7 +127,7 @@ class Walk {
         const std::wstring name = tree.name(node);
         for (const auto& row : effects)
             if (row.name == name) row.apply(tree, node, inner.style);
-        // A line break belongs to the run in front of it, and so ends it.
+        // A line break belongs to the run before it, and ends that run.
         if (name == L"BR") levels.back().pending.emplace_back(lineFeed);
         endRun();
         levels.push_back(std::move(inner));
@@ -153,7 +152,7 @@ class Walk {
         if (!level.pending.empty()) runs.push_back({std::exchange(level.pending, {}), level.style});
     }
 
-    const MarkupTree& tree;
+    const GumboTree& tree;
     std::vector<Level> levels;
     std::vector<TextRun> runs;
 };
@@ -201,7 +200,7 @@ LineHeight parseLineHeight(std::wstring_view value) {
     }
 }
 
-std::vector<TextRun> walkMarkup(const MarkupTree& tree, const TextStyle& rootStyle) {
+std::vector<TextRun> walkMarkup(const GumboTree& tree, const TextStyle& rootStyle) {
     Walk walk(tree, rootStyle);
     if (const Node body = tree.body())
         traverse(
@@ -209,7 +208,7 @@ std::vector<TextRun> walkMarkup(const MarkupTree& tree, const TextStyle& rootSty
     return walk.finish();
 }
 
-std::wstring plainText(const MarkupTree& tree) {
+std::wstring plainText(const GumboTree& tree) {
     PlainWords words;
     const auto startBlock = [&](Node element) {
         if (std::ranges::find(blocks, tree.name(element)) != std::end(blocks)) words.startBlock();

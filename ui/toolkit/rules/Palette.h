@@ -1,5 +1,5 @@
-// The design palette: ten ramps of opaque colours and greys, from the darkest (0) over the base (5) to the lightest
-// (10). Colours are ARGB words, alpha in the top byte.
+// The design palette: ten ramps of opaque colours, from the darkest (0) through the base (5) to the lightest (10).
+// Colours are ARGB words, with alpha in the top byte.
 #pragma once
 
 #include <array>
@@ -9,14 +9,14 @@ namespace pdx {
 
 using Color = uint32_t;
 
-/// The colour's red, green and blue under another alpha, 0 (clear) to 255 (opaque).
+/// The colour with another alpha, 0 (clear) to 255 (opaque).
 constexpr Color WithAlpha(Color color, uint8_t alpha) { return (color & 0x00FFFFFFu) | (uint32_t{alpha} << 24); }
 
 namespace palette {
 
 using Ramp = std::array<Color, 11>;
 
-/// A ramp from its RGB values.
+/// A ramp of RGB values as opaque colours.
 constexpr Ramp opaque(Ramp ramp) {
     for (Color& color : ramp) color = WithAlpha(color, 0xFF);
     return ramp;

@@ -1,4 +1,4 @@
-// Positions of a dialog's children that are gathered first and applied together.
+// Positions of a dialog's children, queued to be applied together.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ enum PositionFlags : uint32_t {
     positionNoOwnerZOrder = 0x200,
 };
 
-/// What is asked for one child; a new entry asks for nothing.
+/// The queued position of one child; a new entry changes nothing.
 struct PendingPosition {
     int32_t id = 0;
     int32_t x = 0;
@@ -33,11 +33,11 @@ struct PendingPosition {
     void* insertAfter = nullptr;  ///< window handle
 };
 
-/// At most one entry for each control identifier, in the order in which they were first asked for.
+/// At most one entry for each control identifier, in the order of their first requests.
 class PendingPositions {
   public:
-    /// Merges a request into the entry of the identifier. A null box leaves position and size alone; showing and
-    /// hiding take each other back; a null insertAfter leaves the z order alone.
+    /// Merges a request into the entry of the identifier. A null box keeps position and size, and a null insertAfter
+    /// keeps the z order. Show replaces hide and hide replaces show.
     void queue(int32_t id, const Box* box, uint32_t flags, void* insertAfter = nullptr);
     void clear();
     [[nodiscard]] std::span<const PendingPosition> entries() const { return positions; }

@@ -25,8 +25,8 @@ struct PathArc {
 
 using PathPart = std::variant<PathLine, PathArc>;
 
-/// Clockwise from the top side, four arcs and the sides that have a length; the figure is still to be closed. A radius
-/// of more than half a side gives a capsule: those two sides vanish and their arcs meet in the middle.
+/// Four arcs and the sides that have a length, clockwise from the top side; the caller closes the figure. A radius of
+/// more than half a side gives a capsule: two sides vanish, and their arcs meet in the middle.
 std::vector<PathPart> roundedPathParts(const Box& box, int32_t radius);
 
 }  // namespace pdx

@@ -3,18 +3,20 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
+#include <utility>
 
-#include "ui/toolkit/rules/Pixels.h"
+#include "ui/toolkit/rules/Geometry.h"
 
 namespace pdx {
 namespace {
 
-constexpr float inset = 2.0f;  // between the lines and the edge of what the text covers
+constexpr float inset = 2.0f;  // from the edge of the control to the lines, and from the text to its bounds
 constexpr float firstLine = 2.0f;
 
 using Words = std::span<const std::wstring>;
 
-/// Adds the rectangle of a text to what others cover.
+/// Extends a covered rectangle by that of a text; empty rectangles count for nothing.
 void unite(RectF& covered, const PlacedText& text) {
     constexpr float nothing = std::numeric_limits<float>::epsilon();
     if (text.width <= nothing || text.height <= nothing) return;
@@ -35,8 +37,8 @@ RectF withInset(const RectF& covered) {
     return {covered.x - inset, covered.y - inset, covered.width + 2 * inset, covered.height + 2 * inset};
 }
 
-/// Words joined by single blanks, behind what is on the line already.
-std::wstring joined(std::wstring text, Words words) {
+std::wstring joined(Words words) {
+    std::wstring text;
     for (const std::wstring& word : words) {
         if (!text.empty()) text += L' ';
         text += word;
@@ -44,111 +46,92 @@ std::wstring joined(std::wstring text, Words words) {
     return text;
 }
 
-class Placer {
-  public:
-    Placer(float width, float limit) : available(width - 2 * inset), highest(limit) {}
-
-    [[nodiscard]] bool isTooHigh() const { return withInset(covered).height > highest; }
-
-    void place(TextRun& target, const RunFont& runFont) {
-        run = &target;
-        font = &runFont;
-        run->placed.clear();
-        lineHeight = lineHeightInPixels(run->style.lineHeight, font->height);
-        lineMax = std::max(lineMax, lineHeight);
-        widthPerCharacter = 2 * font->blankWidth;
-        for (Words rest = run->words; !rest.empty() && !isTooHigh();) {
-            const auto lineEnd = std::ranges::find(rest, lineFeed);
-            placeParagraph({rest.begin(), lineEnd});
-            rest = {lineEnd, rest.end()};
-            if (rest.empty()) break;
-            emit();
-            x = 0;
-            startLine();
-            rest = rest.subspan(1);
-        }
-        if (emit()) x = run->placed.back().width + run->placed.back().x + font->blankWidth;
-        if (x == 0) lineMax = 0;
-    }
-
-  private:
-    /// Words without a line feed; the last of them are not emitted yet.
-    void placeParagraph(Words words) {
-        words = words.subspan(takeWhatFits(words));
-        while (!words.empty() && !isTooHigh()) {
-            if (emit() || x != 0) startLine();
-            takeAlone(words.front());
-            words = words.subspan(1);
-            words = words.subspan(takeWhatFits(words));
-        }
-    }
-
-    /// Adds to the text as many words as fit behind it, and returns their number. In place of measuring each candidate,
-    /// the next to measure is guessed from the width of the last: lines of a long text are found with two or three.
-    size_t takeWhatFits(Words words) {
-        const std::wstring before = text;
-        size_t fitting = 0, tooMany = words.size() + 1;
-        while (fitting + 1 < tooMany) {
-            const size_t guess = std::clamp(guessCount(before, words), fitting + 1, tooMany - 1);
-            std::wstring candidate = joined(before, words.first(guess));
-            const Extent measured = font->measure(candidate);
-            widthPerCharacter = measured.width / static_cast<float>(candidate.size());
-            if (available <= x + measured.width + 1.0f) {
-                tooMany = guess;
-            } else {
-                fitting = guess;
-                text = std::move(candidate);
-                extent = measured;
-            }
-        }
-        return fitting;
-    }
-
-    /// How many words may fit behind a text if all characters are as wide as the last ones were.
-    size_t guessCount(const std::wstring& before, Words words) const {
-        float width = x + widthPerCharacter * static_cast<float>(before.size());
-        size_t count = 0;
-        for (; count < words.size(); ++count) {
-            width += widthPerCharacter * static_cast<float>(words[count].size() + 1);
-            if (width > available) break;
-        }
-        return count;
-    }
-
-    /// Begins the line with a word that goes there whether it fits or not.
-    void takeAlone(const std::wstring& word) {
-        text = word;
-        extent = font->measure(word);
-        x = std::min((available - extent.width) * 0.5f, 0.0f);
-    }
-
-    bool emit() {
-        if (text.empty()) return false;
-        run->placed.push_back({std::move(text), x + inset, y + inset, extent.width, extent.height});
-        unite(covered, run->placed.back());
-        text.clear();
-        return true;
-    }
-
-    void startLine() {
-        y += lineMax;
-        lineMax = lineHeight;
-    }
-
-    const float available;
-    const float highest;
-    RectF covered;
-    float x = 0;
+/// The line that is being filled, and what the lines down to it cover.
+struct Line {
+    float width;  ///< between the insets
+    float x = 0;  ///< where the next text begins
     float y = firstLine;
-    float lineMax = 0;  // the tallest of what is on the line
-
-    TextRun* run = nullptr;
-    const RunFont* font = nullptr;
-    float lineHeight = 0;
-    std::wstring text;  // what goes on the line next, and its extent
-    Extent extent;
-    float widthPerCharacter = 0;  // of what was measured last
+    float height = 0;  ///< of the tallest run on the line
+    RectF covered{};
 };
+
+bool isTooHigh(const Line& line, float highest) { return withInset(line.covered).height > highest; }
+
+/// The first words of a run that share a line.
+struct Piece {
+    std::wstring text;
+    Extent extent;
+    size_t words = 0;
+};
+
+/// How many words fit if all characters are as wide as the measured ones are on average.
+size_t guessCount(Words words, const Line& line, float characterWidth) {
+    float end = line.x;
+    size_t count = 0;
+    for (; count < words.size(); ++count) {
+        end += characterWidth * static_cast<float>(words[count].size() + 1);
+        if (end > line.width) break;
+    }
+    return count;
+}
+
+/// As many words as fit on the line; none when the first one does not fit. Measuring every candidate would take too
+/// long. The width of each candidate gives the guess for the next, so that two or three measures find a line.
+Piece fittingWords(Words words, const Line& line, const RunFont& font, float characterWidth) {
+    Piece fitting;
+    for (size_t tooMany = words.size() + 1; fitting.words + 1 < tooMany;) {
+        const size_t count = std::clamp(guessCount(words, line, characterWidth), fitting.words + 1, tooMany - 1);
+        std::wstring text = joined(words.first(count));
+        const Extent extent = font.measure(text);
+        characterWidth = extent.width / static_cast<float>(text.size());
+        if (line.width <= line.x + extent.width + 1.0f)
+            tooMany = count;
+        else
+            fitting = {std::move(text), extent, count};
+    }
+    return fitting;
+}
+
+/// The placed text of a run that begins at the end of a line, and the line that the run ends on.
+std::pair<std::vector<PlacedText>, Line> placeRun(const TextRun& run, const RunFont& font, Line line, float highest) {
+    std::vector<PlacedText> placed;
+    const float lineHeight = lineHeightInPixels(run.style.lineHeight, font.height);
+    const auto startLine = [&line, lineHeight] {
+        line.x = 0;
+        line.y += line.height;
+        line.height = lineHeight;
+    };
+    line.height = std::max(line.height, lineHeight);
+    float characterWidth = 2 * font.blankWidth;
+    for (Words rest = run.words; !rest.empty();) {
+        const auto lineEnd = std::ranges::find(rest, lineFeed);
+        for (Words words(rest.begin(), lineEnd); !words.empty();) {
+            if (isTooHigh(line, highest)) return {std::move(placed), line};
+            Piece piece = fittingWords(words, line, font, characterWidth);
+            if (piece.words == 0 && line.x != 0) {
+                startLine();
+                continue;
+            }
+            if (piece.words == 0) {  // a word that is wider than a line hangs out on both sides
+                piece = {words.front(), font.measure(words.front()), 1};
+                line.x = std::min((line.width - piece.extent.width) * 0.5f, 0.0f);
+            }
+            characterWidth = piece.extent.width / static_cast<float>(piece.text.size());
+            placed.push_back(
+                {std::move(piece.text), line.x + inset, line.y + inset, piece.extent.width, piece.extent.height});
+            const PlacedText& text = placed.back();
+            unite(line.covered, text);
+            line.x = text.width + text.x + font.blankWidth;
+            words = words.subspan(piece.words);
+            if (!words.empty()) startLine();
+        }
+        if (lineEnd == rest.end()) break;
+        startLine();
+        rest = {lineEnd + 1, rest.end()};
+    }
+    if (line.x == 0) line.height = 0;
+    return {std::move(placed), line};
+}
 
 void alignLines(std::vector<TextRun>& runs, float width, float share) {
     std::vector<PlacedText*> texts;
@@ -166,10 +149,10 @@ void alignLines(std::vector<TextRun>& runs, float width, float share) {
 
 bool placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
                const std::function<RunFont(const TextRun&)>& fontOf, float highest) {
-    Placer placer(width, highest);
+    Line line{.width = width - 2 * inset};
     for (TextRun& run : runs) {
-        placer.place(run, fontOf(run));
-        if (placer.isTooHigh()) return false;
+        std::tie(run.placed, line) = placeRun(run, fontOf(run), line, highest);
+        if (isTooHigh(line, highest)) return false;
     }
     if (alignment != LineAlignment::left) alignLines(runs, width, alignment == LineAlignment::right ? 1.0f : 0.5f);
     return true;

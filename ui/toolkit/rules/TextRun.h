@@ -1,4 +1,4 @@
-// A marked-up text as layout and drawing see it: runs of words of one style.
+// A marked-up text for layout and drawing: runs of words of one style.
 #pragma once
 
 #include <compare>
@@ -11,7 +11,7 @@
 
 namespace pdx {
 
-/// Of the platform's font record what a style can change.
+/// The fields of the platform's font record that a style can change.
 struct FontRecord {
     int32_t height = 0;  ///< pixels
     int32_t weight = 400;
@@ -26,7 +26,7 @@ struct FontRecord {
 struct TextStyle {
     FontRecord logFont{};
     Color color = palette::defaultText;
-    std::wstring href{};  ///< empty when the run is no link
+    std::wstring href{};  ///< empty when the run is not a link
     LineHeight lineHeight{};
     bool operator==(const TextStyle&) const = default;
 };
@@ -41,13 +41,13 @@ struct PlacedText {
     bool operator==(const PlacedText&) const = default;
 };
 
-/// The word that stands for a line break.
+/// The word that means a line break.
 inline constexpr wchar_t lineFeed[] = L"\n";
 
 struct TextRun {
     std::vector<std::wstring> words;
     TextStyle style;
-    std::vector<PlacedText> placed{};  ///< what layout made of it
+    std::vector<PlacedText> placed{};  ///< the result of layout
     [[nodiscard]] bool isLink() const { return !style.href.empty(); }
 };
 

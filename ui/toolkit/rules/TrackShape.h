@@ -1,4 +1,4 @@
-// The thumb of a scroll track and what the mouse makes of its position.
+// The thumb of a scroll track, and the positions that dragging and the wheel give.
 #pragma once
 
 #include <algorithm>
@@ -16,7 +16,7 @@ struct TrackState {
     int32_t maximum = 0;
     int32_t pageSize = 0;
 
-    /// What the track's length stands for; at least 1, so that there is something to divide by.
+    /// The range that the track's length covers; at least 1, because it is a divisor.
     [[nodiscard]] constexpr int32_t range() const { return std::max(pageSize + maximum - minimum, 1); }
     [[nodiscard]] constexpr int32_t length() const { return vertical ? client.height : client.width; }
     [[nodiscard]] constexpr int32_t clamped(int64_t wanted) const {
@@ -27,7 +27,7 @@ struct TrackState {
 inline constexpr int32_t thumbWidth = 4;
 inline constexpr int32_t shortestThumb = 10;
 
-/// In the middle of the track's width; never shorter than ten pixels.
+/// The thumb in pixels, in the middle of the track's width.
 constexpr Box thumbBox(const TrackState& track) {
     const int32_t start = static_cast<int32_t>(int64_t{track.position} * track.length() / track.range());
     const int32_t size =
@@ -36,12 +36,12 @@ constexpr Box thumbBox(const TrackState& track) {
     return {start, (track.client.height - thumbWidth) / 2, size, thumbWidth};
 }
 
-/// Where a drag has brought the position, unclamped: moved by the pixels between the press and now.
+/// The position, unclamped, after a drag by that many pixels.
 constexpr int64_t draggedPosition(const TrackState& track, int32_t startPosition, int32_t pixels) {
     return track.length() <= 0 ? startPosition : startPosition + int64_t{pixels} * track.range() / track.length();
 }
 
-/// Where a turn of the wheel brings a position; 120 is one notch, and the division cuts towards zero.
+/// The position, unclamped, after a turn of the wheel; 120 is one notch, and the division cuts towards zero.
 constexpr int64_t wheeledPosition(int32_t position, int32_t lineSize, int32_t delta) {
     return position - int64_t{lineSize} * delta / 120;
 }

@@ -1,4 +1,4 @@
-// Where a dialog puts its children, as values.
+// The rules for the places of a dialog's children.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -19,7 +19,7 @@ std::vector<std::byte> bytesOf(const std::vector<uint16_t>& words, size_t cutOff
     return bytes;
 }
 
-TEST(LayoutRecords, AreEmptyForAResourceOfAnotherForm) {
+TEST(LayoutRecords, AreEmptyForAMalformedResource) {
     EXPECT_TRUE(parseLayoutRecords({}).empty());
     EXPECT_TRUE(parseLayoutRecords(bytesOf({0})).empty()) << "a version and nothing else";
     EXPECT_TRUE(parseLayoutRecords(bytesOf({0}, 1)).empty());
@@ -49,7 +49,7 @@ TEST(PendingPositions, MergeTheRequestsForOneControl) {
     int window = 0;
     const Box first = {1, 2, 30, 40}, second = {5, 6, 70, 80};
     const MergeCase cases[] = {
-        {"nothing asked", {{}}, newEntry, {}},
+        {"nothing", {{}}, newEntry, {}},
         {"a rectangle", {{first, 0}}, 0x204, first},
         {"a second rectangle replaces the first", {{first, 0}, {second, 0}}, 0x204, second},
         {"a null rectangle keeps the one before", {{first, 0}, {std::nullopt, positionShow}}, 0x244, first},

@@ -1,10 +1,9 @@
-// What is drawn, as values: colours, places of texts and their lines, outlines.
+// The rules of drawing: places of texts and their lines, outlines, scaling.
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "ui/toolkit/rules/AreaScale.h"
-#include "ui/toolkit/rules/FontLines.h"
 #include "ui/toolkit/rules/Palette.h"
 #include "ui/toolkit/rules/RoundedPath.h"
 #include "ui/toolkit/rules/TextBounds.h"
@@ -14,20 +13,20 @@ namespace {
 
 using Parts = std::vector<PathPart>;
 
-TEST(TextBounds, LieWhereTheTextIsAligned) {
+TEST(TextBounds, MoveToTheAlignedPlaceOnce) {
     const RectF layout = {10, 20, 100, 50};
     const std::tuple<RectF, int32_t, int32_t, RectF> cases[] = {
         {{10, 20, 40, 10}, 0, 0, {10, 20, 40, 10}},
         {{10, 20, 40, 10}, 1, 1, {40, 40, 40, 10}},
         {{10, 20, 40, 10}, 2, 2, {70, 60, 40, 10}},
         {{10, 20, 120, 60}, 1, 1, {0, 15, 120, 60}},  // hangs out on both sides
-        {{40, 40, 40, 10}, 1, 1, {40, 40, 40, 10}},   // told its place by the platform
+        {{40, 40, 40, 10}, 1, 1, {40, 40, 40, 10}},   // the platform has aligned it
     };
     for (const auto& [measured, alignX, alignY, bounds] : cases)
         EXPECT_EQ(alignedBounds(measured, layout, alignX, alignY), bounds) << bounds.x;
 }
 
-TEST(FontLines, LieInWholePixels) {
+TEST(FontLines, AreWholePixels) {
     struct Case {
         const char* what;
         FontLine line;
@@ -36,18 +35,18 @@ TEST(FontLines, LieInWholePixels) {
         Box expected;
     };
     const std::vector<Case> cases = {
-        {"a tenth of the size below the letters' foot", FontLine::under, {10, 20, 50, 16}, 12, 14, {10, 33, 50, 1}},
-        {"three tenths above it", FontLine::through, {10, 20, 50, 16}, 12, 14, {10, 28, 50, 1}},
+        {"a tenth of the size below the baseline", FontLine::under, {10, 20, 50, 16}, 12, 14, {10, 33, 50, 1}},
+        {"three tenths above the baseline", FontLine::through, {10, 20, 50, 16}, 12, 14, {10, 28, 50, 1}},
         {"never thinner than a pixel", FontLine::under, {0, 0, 9, 7}, 4, 5, {0, 5, 9, 1}},
         {"a pixel and more than a half", FontLine::under, {0, 0, 9, 25}, 16, 22, {0, 18, 9, 2}},
-        {"each end goes to its nearest pixel", FontLine::under, {10.4f, 0, 20.2f, 12}, 8, 10, {10, 9, 21, 1}},
+        {"each end at its nearest pixel", FontLine::under, {10.4f, 0, 20.2f, 12}, 8, 10, {10, 9, 21, 1}},
         {"and the width with them", FontLine::under, {10.5f, 0, 20.2f, 12}, 8, 10, {11, 9, 20, 1}},
         {"left of the origin", FontLine::through, {-0.75f, -20, 3.25f, 12}, 8, 10, {-1, -15, 4, 1}},
     };
     for (const Case& c : cases) EXPECT_EQ(fontLineBox(c.line, c.text, c.ascent, c.size), c.expected) << c.what;
 }
 
-TEST(RoundedPath, GoesClockwiseFromTheTopSide) {
+TEST(RoundedPath, ListsItsPartsClockwiseFromTheTopSide) {
     EXPECT_EQ(roundedPathParts({10, 20, 100, 50}, 8), (Parts{
                                                           PathLine{{18, 20}, {102, 20}},
                                                           PathArc{{94, 20, 16, 16}, 270, 90},
@@ -60,7 +59,7 @@ TEST(RoundedPath, GoesClockwiseFromTheTopSide) {
                                                       }));
 }
 
-TEST(RoundedPath, LetsTheArcsOfALargerRadiusMeetInTheMiddle) {
+TEST(RoundedPath, JoinsTheArcsOfALargeRadiusInTheMiddle) {
     // The middle of a height of 9 is 4 below the top, and the lower arcs hang from it.
     EXPECT_EQ(roundedPathParts({0, 10, 100, 9}, 6), (Parts{
                                                         PathLine{{6, 10}, {94, 10}},
@@ -72,7 +71,7 @@ TEST(RoundedPath, LetsTheArcsOfALargerRadiusMeetInTheMiddle) {
                                                     }));
 }
 
-TEST(AreaScale, MakesMeansOfWhatLiesUnderAPixel) {
+TEST(AreaScale, AveragesTheSourceUnderEachPixel) {
     const struct {
         const char* what;
         Size source;

@@ -14,7 +14,7 @@ std::string repeated(std::string_view part, size_t count) {
 }
 
 /// Names, words in quotes, and the children of a node in parentheses.
-std::wstring outline(const MarkupTree& tree, MarkupTree::Node node) {
+std::wstring outline(const GumboTree& tree, GumboTree::Node node) {
     if (tree.type(node) == NodeType::text) return L"'" + tree.value(node) + L"'";
     if (tree.type(node) == NodeType::other) return L"-";
     std::wstring text = tree.name(node) + L"(";
@@ -22,7 +22,7 @@ std::wstring outline(const MarkupTree& tree, MarkupTree::Node node) {
     return text + L")";
 }
 
-TEST(GumboTree, IsThatOfABrowser) {
+TEST(GumboTree, IsTheTreeOfABrowser) {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"", L"BODY()"},
         {"words <B>in</b> fragments", L"BODY('words 'B('in')' fragments')"},
@@ -54,8 +54,8 @@ TEST(GumboTree, FindsAttributesInAnyCase) {
     EXPECT_EQ(tree.attribute(font, "HREF"), L"");
 }
 
-/// More would take the square of its length in time: 140 KB of the last row once took 50 seconds.
-TEST(GumboTree, IsOfFiveHundredTagsAndSixteenKilobytes) {
+/// The time grows with the square of the length: 140 KB of the last row took 50 seconds without the bounds.
+TEST(GumboTree, CutsTheTextAfter500TagsAnd16Kilobytes) {
     constexpr size_t longest = 16'384;
     const std::tuple<std::string, bool, std::wstring> rows[] = {
         {std::string(longest, 'a'), false, std::wstring(longest, L'a')},

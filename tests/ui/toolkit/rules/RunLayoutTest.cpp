@@ -4,8 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-
-#include "tests/ui/toolkit/rules/Places.h"
+#include <ostream>
 
 namespace pdx {
 namespace {
@@ -14,7 +13,24 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-/// Every character is a tenth of the font's height wide, blanks too; texts and fonts are as high as the run's height.
+struct Place {
+    std::wstring text;
+    float x;
+    float y;
+    bool operator==(const Place&) const = default;
+    friend void PrintTo(const Place& place, std::ostream* out) {
+        *out << std::string(place.text.begin(), place.text.end()) << " at " << place.x << " " << place.y;
+    }
+};
+
+std::vector<Place> placesOf(const std::vector<TextRun>& runs) {
+    std::vector<Place> places;
+    for (const TextRun& run : runs)
+        for (const PlacedText& placed : run.placed) places.push_back({placed.text, placed.x, placed.y});
+    return places;
+}
+
+/// A font in which every character, blanks too, is a tenth of the run's font height wide, and every text as high.
 RunFont evenFont(const TextRun& run) {
     const auto size = static_cast<float>(run.style.logFont.height);
     return {[size](std::wstring_view text) {
@@ -52,43 +68,43 @@ TEST(RunLayout, BreaksLines) {
         {"an empty line", {run({L"a", L"\n"}), run({L"\n"}), run({L"b"})}, {{L"a", 2, 4}, {L"b", 2, 64}}},
         {"a break first", {run({L"\n"}), run({L"b"})}, {{L"b", 2, 34}}},
         {"a break within", {run({L"a", L"\n", L"b", L"\n", L"c"})}, {{L"a", 2, 4}, {L"b", 2, 34}, {L"c", 2, 64}}},
-        // A blank and two pixels: the next run starts where the one in front ends as it was placed.
+        // The next run starts a blank and two pixels after the previous one.
         {"two runs", {run({L"ab"}), run({L"c"})}, {{L"ab", 2, 4}, {L"c", 34, 4}}},
         {"three runs", {run({L"ab"}), run({L"c"}), run({L"d"})}, {{L"ab", 2, 4}, {L"c", 34, 4}, {L"d", 56, 4}}},
         {"a second run in two lines",
          {run({L"abcd"}), run({L"ef", L"gh"})},
          {{L"abcd", 2, 4}, {L"ef", 54, 4}, {L"gh", 2, 34}}},
         {"a second run that does not fit", {run({L"abcd"}), run({L"efghi"})}, {{L"abcd", 2, 4}, {L"efghi", 2, 34}}},
-        {"a break behind a full line", {run({L"abcdefgh", L"\n"}), run({L"b"})}, {{L"abcdefgh", 2, 4}, {L"b", 2, 34}}},
+        {"a break after a full line", {run({L"abcdefgh", L"\n"}), run({L"b"})}, {{L"abcdefgh", 2, 4}, {L"b", 2, 34}}},
         // 9 characters and one pixel are the limit: 95 < 96.
         {"a full line", {run({L"abcdefghi"})}, {{L"abcdefghi", 2, 4}}},
-        // A word of 100 in 96 begins two to the left, and two pixels in.
+        // A word of 100 in 96 begins 2 to the left of the inset.
         {"a wide word", {run({L"abcdefghij"})}, {{L"abcdefghij", 0, 4}}},
         {"a very wide word", {run({L"abcdefghijklmnopqrst"})}, {{L"abcdefghijklmnopqrst", -50, 4}}},
         {"a wide word in between",
          {run({L"a", L"abcdefghijklmnopqrst", L"b"})},
          {{L"a", 2, 4}, {L"abcdefghijklmnopqrst", -50, 34}, {L"b", 2, 64}}},
-        {"a wide word behind a run",
+        {"a wide word after a run",
          {run({L"a"}), run({L"abcdefghijklmnopqrst"}), run({L"b"})},
          {{L"a", 2, 4}, {L"abcdefghijklmnopqrst", -50, 34}, {L"b", 2, 64}}},
     };
     for (const auto& [what, runs, expected] : cases) EXPECT_THAT(places(runs, 100), ElementsAreArray(expected)) << what;
 }
 
-TEST(RunLayout, AWordThatFitsByLessThanAPixelBeginsALine) {
-    // 90 and 1 are not below 91: the word stands alone, and where all words stand.
+TEST(RunLayout, AWordWithLessThanAPixelToSpareBeginsALine) {
+    // 90 and 1 are not below 91: the word has a line of its own, at the usual place.
     EXPECT_THAT(places({run({L"abcdefghi", L"x"})}, 95), ElementsAre(Place{L"abcdefghi", 2, 4}, Place{L"x", 2, 34}));
     EXPECT_THAT(places({run({L"a"}), run({L"bcdefg"})}, 98), ElementsAre(Place{L"a", 2, 4}, Place{L"bcdefg", 24, 4}));
     EXPECT_THAT(places({run({L"a"}), run({L"bcdefg"})}, 87), ElementsAre(Place{L"a", 2, 4}, Place{L"bcdefg", 2, 34}));
 }
 
-TEST(RunLayout, PlacesAnewEachTimeAndKeepsWhatItMeasured) {
+TEST(RunLayout, PlacingAgainReplacesTheEarlierPlaces) {
     auto runs = placed({run({L"abcd", L"efgh", L"ij"})}, 100);
     placeRuns(runs, 300, LineAlignment::left, evenFont);
     EXPECT_THAT(runs[0].placed, ElementsAre(PlacedText{L"abcd efgh ij", 2, 4, 120, 100}));
 }
 
-TEST(RunLayout, ALineIsAsTallAsTheTallestOnIt) {
+TEST(RunLayout, ALineIsAsHighAsItsTallestRun) {
     const LineHeight small = {LineHeight::pixels, 20}, tall = {LineHeight::pixels, 50};
     const std::tuple<const char*, std::vector<TextRun>, std::vector<Place>> cases[] = {
         {"tall first",
@@ -97,11 +113,11 @@ TEST(RunLayout, ALineIsAsTallAsTheTallestOnIt) {
         {"tall second",
          {run({L"a"}, small), run({L"b", L"\n"}, tall), run({L"c"}, small)},
          {{L"a", 2, 4}, {L"b", 24, 4}, {L"c", 2, 54}}},
-        // What has ended its line leaves nothing to the next.
+        // A run that ends its line does not affect the next line.
         {"tall above",
          {run({L"a", L"\n"}, tall), run({L"b", L"\n"}, small), run({L"c"}, small)},
          {{L"a", 2, 4}, {L"b", 2, 54}, {L"c", 2, 74}}},
-        // A run that goes on to a second line takes its own height along.
+        // A run that continues on a second line keeps its height there.
         {"tall wraps",
          {run({L"abcdefg", L"hi"}, tall), run({L"j", L"\n"}, small), run({L"k"}, small)},
          {{L"abcdefg", 2, 4}, {L"hi", 2, 54}, {L"j", 34, 54}, {L"k", 2, 104}}},
@@ -128,7 +144,7 @@ TEST(RunLayout, LineHeightsAreWholePixels) {
             << row.lineHeight.kind << " " << row.lineHeight.value << " " << row.fontHeight;
 }
 
-TEST(RunLayout, AlignsLines) {
+TEST(RunLayout, AlignsEachLineToTheRightOrTheCentre) {
     const std::vector<TextRun> runs = {run({L"ab"}), run({L"c", L"abcdef"}), run({L"\n"}), run({L"abcdefghijkl"})};
     ASSERT_THAT(places(runs, 100), ElementsAre(Place{L"ab", 2, 4}, Place{L"c", 34, 4}, Place{L"abcdef", 2, 34},
                                                Place{L"abcdefghijkl", -10, 64}));
@@ -141,8 +157,7 @@ TEST(RunLayout, AlignsLines) {
     EXPECT_THAT(places({}, 100, LineAlignment::centre), IsEmpty());
 }
 
-TEST(RunLayout, FindsTheSameLinesForWordsOfAnyLength) {
-    // Against the plain way of measuring every candidate.
+TEST(RunLayout, GuessingFindsTheLinesThatMeasuringEveryCandidateDoes) {
     std::vector<std::wstring> words;
     for (uint32_t seed = 7; words.size() < 3000; seed = seed * 1664525 + 1013904223)
         words.emplace_back(1 + (seed >> 24) % ((seed >> 12) % 30 + 1), L'a');
@@ -164,7 +179,7 @@ TEST(RunLayout, FindsTheSameLinesForWordsOfAnyLength) {
     EXPECT_EQ(lines, expected);
 }
 
-TEST(RunLayout, GivesUpAboveTheHighestBounds) {
+TEST(RunLayout, StopsWhenTheBoundsExceedTheLimit) {
     std::vector<TextRun> runs{run({L"a", L"\n"}), run({L"b"})};
     EXPECT_TRUE(placeRuns(runs, 100, LineAlignment::left, evenFont, 134));
     EXPECT_EQ(boundsOf(runs).height, 134);
@@ -173,7 +188,7 @@ TEST(RunLayout, GivesUpAboveTheHighestBounds) {
     EXPECT_TRUE(placeRuns(blank, 100, LineAlignment::left, evenFont, 0)) << "no bounds at all";
 }
 
-TEST(RunLayout, BoundsAreWhatTheTextCoversAndTwoPixels) {
+TEST(RunLayout, BoundsExceedTheTextByTwoPixels) {
     EXPECT_EQ(boundsOf({}), RectF{});
     EXPECT_EQ(boundsOf(placed({run({L"\n"})}, 100)), RectF{});
     EXPECT_EQ(boundsOf(placed({run({L"ab"}, {}, 20)}, 100)), (RectF{0, 2, 8, 24}));
@@ -181,13 +196,13 @@ TEST(RunLayout, BoundsAreWhatTheTextCoversAndTwoPixels) {
     EXPECT_EQ(boundsOf(runs), (RectF{-12, 2, 124, 164}));
     EXPECT_EQ(coveredBy(runs[1]), (RectF{2, 64, 10, 100}));
     EXPECT_EQ(coveredBy(run({L"a"})), RectF{}) << "not placed";
-    // What has no width or no height counts for nothing, wherever it lies.
+    // A text without width or height counts for nothing.
     TextRun odd = run({});
     odd.placed = {{L"", 5, 500, 0, 20}, {L"a", 10, 10, 10, 10}, {L"b", 500, 5, 20, 0}};
     EXPECT_EQ(coveredBy(odd), (RectF{10, 10, 10, 10}));
 }
 
-TEST(RunLayout, PrefersItsBoundsUpToTheLargestHeight) {
+TEST(RunLayout, PrefersItsBoundsWithALimitedHeight) {
     const RectF bounds = {0, 2, 100.2f, 80.5f};
     const std::pair<LineHeight, Size> cases[] = {
         {{}, {101, 81}},
@@ -201,7 +216,7 @@ TEST(RunLayout, PrefersItsBoundsUpToTheLargestHeight) {
     EXPECT_EQ(preferredSize({}, {}), Size{});
 }
 
-TEST(RunLayout, ScrollsByWhatIsHiddenAndOne) {
+TEST(RunLayout, ScrollsByTheHiddenHeightAndOne) {
     EXPECT_EQ(scrollRange(150, 100), 51);
     EXPECT_EQ(scrollRange(150.1f, 100), 52);
     EXPECT_EQ(scrollRange(100.5f, 100), 2);
@@ -221,7 +236,7 @@ TEST(RunLayout, FindsTheLinkAtAPoint) {
     EXPECT_EQ(linkAt(runs, 34, 4), &runs[1]);
 }
 
-TEST(RunLayout, StepsFromLinkToLinkAndPastTheEnd) {
+TEST(RunLayout, StepsThroughTheLinksAndNone) {
     const std::vector<TextRun> runs = {run({L"a"}), link({L"b"}), run({L"c"}), link({L"d"})};
     const std::tuple<size_t, bool, size_t> cases[] = {{4, false, 1}, {1, false, 3}, {3, false, 4}, {0, false, 1},
                                                       {4, true, 3},  {3, true, 1},  {1, true, 4}};
@@ -234,7 +249,7 @@ TEST(RunLayout, StepsFromLinkToLinkAndPastTheEnd) {
     EXPECT_EQ(nextLink({}, 0, true), 0u);
 }
 
-TEST(RunLayout, MovesATextIntoView) {
+TEST(RunLayout, ScrollsOnlyToATextOutOfView) {
     const std::tuple<RectF, int32_t, std::optional<int32_t>> cases[] = {
         // A window of 50, scrolled to 100.
         {{0, 100, 10, 20}, 100, std::nullopt},

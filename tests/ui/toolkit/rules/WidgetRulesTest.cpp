@@ -1,4 +1,4 @@
-// How the widgets look and move, as values.
+// The rules for the widgets' colours, geometry and movement.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 
 using enum VisualState;
 
-TEST(Button, LooksByItsStateAndStyle) {
+TEST(Button, HasTheColoursOfItsStateAndStyle) {
     constexpr Color text = 0xFFABCDEF, none = 0;
     const struct {
         VisualState state;
@@ -40,7 +40,7 @@ TEST(Button, LooksByItsStateAndStyle) {
     }
 }
 
-TEST(Label, IsAlignedAndCutByItsStyle) {
+TEST(Label, TakesAlignmentAndEllipsisFromItsStyle) {
     const std::pair<uint32_t, LabelFormat> rows[] = {
         {0, {0, 0}},      {1, {1, 0}},      {2, {2, 0}},      {3, {1, 0}},
         {0x4000, {0, 3}}, {0x8000, {0, 5}}, {0xC000, {0, 4}}, {0x8002, {2, 5}},
@@ -48,7 +48,7 @@ TEST(Label, IsAlignedAndCutByItsStyle) {
     for (const auto& [style, format] : rows) EXPECT_EQ(labelFormat(0x50000000 | style), format) << style;
 }
 
-TEST(Checkbox, ShowsFocusAndCheckByItsBorder) {
+TEST(Checkbox, ShowsFocusAndCheckWithItsBorder) {
     const CheckboxColors colors;
     const std::tuple<VisualState, bool, bool, Color> rows[] = {
         {disabled, true, true, 0xFF343647}, {hover, false, false, 0xFF908E97},  {hover, true, false, 0xFF276AFC},
@@ -65,13 +65,13 @@ TEST(Checkbox, ShowsFocusAndCheckByItsBorder) {
     EXPECT_EQ(checkboxLabelLeft({1, 1, 20, 20}), 31);
 }
 
-TEST(Progress, FillsAndChases) {
+TEST(Progress, FillsByPositionAndSweepsFromLeftToRight) {
     EXPECT_EQ(filledWidth(0, 100, 0, 320), 0);
     EXPECT_EQ(filledWidth(0, 100, 33, 320), 105);
     EXPECT_EQ(filledWidth(0, 100, 100, 320), 320);
     EXPECT_EQ(filledWidth(5, 5, 5, 320), 0);
     const Size bar = {320, 8};
-    // At the start of a sweep both chunks lie outside, on the left; at its end both have gone by.
+    // At the start of a sweep both chunks are left of the bar, at its end right of it.
     EXPECT_EQ(marqueeChunks(bar, 0)[0], (Box{-256, 0, 256, 8}));
     EXPECT_EQ(marqueeChunks(bar, 2500)[0], (Box{-256, 0, 256, 8}));
     EXPECT_EQ(marqueeChunks(bar, 0)[1], (Box{-256 - 256 - 96, 0, 256, 8}));
@@ -82,9 +82,9 @@ TEST(Progress, FillsAndChases) {
     EXPECT_DOUBLE_EQ(marqueeEasing(1), 1);
 }
 
-TEST(Progress, RepaintsWhatAStepOfTheChunksChanges) {
+TEST(Progress, RepaintsAllColumnsThatAStepChangesAndFewOthers) {
     constexpr Size bar = {320, 8};
-    // What a column shows of a chunk: nothing, a part of its round end, or all.
+    // How much of a chunk a column shows: nothing, a part of a round end, or all.
     const auto shown = [](const Box& chunk, int32_t x) {
         return std::clamp(std::min(x - chunk.x, chunk.x + chunk.width - 1 - x), -1, bar.height / 2);
     };
@@ -93,7 +93,7 @@ TEST(Progress, RepaintsWhatAStepOfTheChunksChanges) {
         const auto parts = movedParts(before, after, bar);
         int32_t repainted = 0;
         for (const Box& part : parts) repainted += part.width;
-        // But where the next sweep starts over.
+        // Except at the start of the next sweep.
         if (time + 20 < marqueeSweepMs) {
             EXPECT_LT(repainted, 80) << time;
         }
@@ -107,14 +107,14 @@ TEST(Progress, RepaintsWhatAStepOfTheChunksChanges) {
     }
 }
 
-TEST(Track, PlacesItsThumb) {
+TEST(Track, ThumbFollowsPositionAndRange) {
     TrackState track{
         .vertical = true, .client = {8, 100}, .position = 0, .minimum = 0, .maximum = 100, .pageSize = 100};
     EXPECT_EQ(thumbBox(track), (Box{2, 0, 4, 50}));
     track.position = 100;
     EXPECT_EQ(thumbBox(track), (Box{2, 50, 4, 50}));
     track.maximum = 1000000;
-    EXPECT_EQ(thumbBox(track).height, 10) << "never shorter";
+    EXPECT_EQ(thumbBox(track).height, 10) << "the shortest";
     track = {.vertical = false, .client = {100, 8}, .position = 50, .minimum = 0, .maximum = 100, .pageSize = 100};
     EXPECT_EQ(thumbBox(track), (Box{25, 2, 50, 4}));
     EXPECT_EQ(draggedPosition(track, 10, 20), 50);
@@ -123,7 +123,7 @@ TEST(Track, PlacesItsThumb) {
     EXPECT_EQ(wheeledPosition(50, 20, 120), 30);
     EXPECT_EQ(wheeledPosition(50, 20, -120), 70);
     EXPECT_EQ(wheeledPosition(50, 1, -119), 50) << "the division cuts towards zero";
-    EXPECT_GT(TrackState{}.range(), 0) << "something to divide by";
+    EXPECT_GT(TrackState{}.range(), 0) << "a divisor";
 }
 
 }  // namespace
