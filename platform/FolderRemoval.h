@@ -1,42 +1,35 @@
-// Deleting a folder with all that is in it, by handles, so that no link can lead the way elsewhere.
+// Deleting a folder with all that is in it, by handles, each of which is compared with where it has to lie.
 #pragma once
 
-#include <windows.h>
-
 #include <cstdint>
-#include <string>
+
+#include "platform/FoundFolder.h"
 
 namespace pdx {
 
-/// A folder as a path led to it at one moment. What is judged and what is deleted is this one, whatever the path leads
-/// to later.
-struct FoundFolder {
-    bool exists = false;
-    bool isOpen = false;     ///< false if it is there and cannot be looked at
-    bool isLink = false;     ///< the path itself is a link to the folder
-    bool isTrusted = true;   ///< false if the link may be somebody's who has no right to the folder (mayFollow)
-    std::wstring path;       ///< opens the folder
-    std::wstring finalPath;  ///< in the form below; empty if the system gives none
-    DWORD form = VOLUME_NAME_DOS;
-    std::wstring volumePath;  ///< its final path in the form VOLUME_NAME_NT; empty if the system gives none
+/// How much one removal does before it gives up: whoever may write to the folder could let it grow, or hold one entry
+/// after the other, for ever.
+struct RemovalBounds {
+    /// Ten times what a large client with its products has; some minutes of work.
+    int32_t entries = 1'000'000;
+    /// Tries that fail, of all entries together: at 100 ms each, two minutes of nothing but waiting. Later each entry
+    /// is tried once.
+    int32_t failedTries = 1'200;
+    /// Each level of folders takes some of the thread's stack, and paths can be made that are 16,000 levels deep.
+    int32_t levels = 500;
 };
 
-/// Follows a path once. A path that leads nowhere gives a folder that does not exist. A link above the last component
-/// is followed unasked, but not trusted if the folder it leads to has another name.
-FoundFolder findFolder(const std::wstring& path);
-/// The folder's final path in the form VOLUME_NAME_NT, links followed; empty on failure.
-std::wstring volumePathOf(const std::wstring& path);
-
-/// Whether elevated rights may go where a link leads: if its owner owns what it leads to, or everybody does. A link of
-/// the system or its administrators proves nothing: whoever may write to a folder of theirs can make a link of it.
-bool mayFollow(PSID linkOwner, PSID targetOwner);
-
-/// Deletes a folder and all that is in it, each file and folder with so many tries. True if it is gone, also if it was
+/// Deletes a trusted folder and all that is in it, each entry with so many tries. True if it is gone, also if it was
 /// never there. A folder that was found by a link is emptied and stays, as does the link. Links inside are removed,
-/// what they lead to is left alone. Each entry is deleted by a handle whose final path was compared with the folder's.
+/// what they lead to is left alone. Each entry is opened with no link followed at its end, its final path is compared
+/// with the folder's and the names below it, and it is deleted by that handle. On a volume that gives no final paths
+/// nothing is compared, and a folder that becomes a link meanwhile can lead elsewhere.
+///
 /// The first entry that stays ends the walk and is logged at INFO as "Failed to remove file %ls: error=%08x" or
-/// "Failed to remove directory %ls: error=%08x"; the error is 0000112b (4395) for an entry that a link led to. What
-/// went before stays deleted.
-bool deleteDirectoryTree(const FoundFolder& folder, int32_t tries, uint32_t delayMilliseconds);
+/// "Failed to remove directory %ls: error=%08x". The error is 0000112b (4395) for an entry that a link led to and for a
+/// folder that is not trusted, 000000ce (206) below the bound of levels, 00000091 (145) beyond the bound of entries,
+/// which is logged before as "Gave up after %d entries". What was deleted before stays deleted.
+bool deleteDirectoryTree(const FoundFolder& folder, int32_t tries, uint32_t delayMilliseconds,
+                         const RemovalBounds& bounds = {});
 
 }  // namespace pdx

@@ -15,7 +15,11 @@ inline constexpr DWORD linkEncountered = 4395;
 inline constexpr DWORD noImpersonation = SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION;
 inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// Opens what is there: a file, a folder, or a link itself. None on failure, with the last error.
+/// Whether an open failed because nothing is there.
+inline bool isMissing(DWORD error) { return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND; }
+
+/// Opens what is there: a file, a folder, or a link itself; links above it are followed, so that the caller compares
+/// where the entry lies (finalPathOf). None on failure, with the last error.
 FileHandle openEntry(const std::wstring& path, DWORD access, DWORD share);
 /// The same with the rights that deleteByHandle needs, shared with everybody.
 FileHandle openToDelete(const std::wstring& path);
@@ -25,8 +29,9 @@ FileHandle openToDelete(const std::wstring& path);
 /// error. Wine gives none of more than 260 characters.
 std::wstring finalPathOf(HANDLE file, DWORD form = VOLUME_NAME_DOS);
 
-/// Deletes a file, an empty folder or a link itself, read-only or not; where others hold it open, on some systems only
-/// once they let go. False on failure, with the last error.
+/// Deletes a file under this one of its names, an empty folder or a link itself, read-only or not. Others who hold it
+/// open keep what they hold: Windows 10 frees the name at once, older systems and other file systems once they let go,
+/// and until then the folder that it lies in cannot be deleted. False on failure, with the last error.
 bool deleteByHandle(HANDLE entry);
 
 }  // namespace pdx

@@ -4,13 +4,17 @@
 // shlobj.h needs the types of windows.h.
 #include <shlobj.h>
 
-#include "platform/FolderRemoval.h"
+#include <iterator>
+
+#include "platform/FoundFolder.h"
 #include "platform/Paths.h"
 #include "platform/Registry.h"
 #include "platform/rules/Numbers.h"
 
 namespace pdx {
 namespace {
+
+// What is above a protected folder is protected with it: ProgramData and a profile need no row.
 
 struct KnownFolder {
     const KNOWNFOLDERID* id;
@@ -21,10 +25,10 @@ const KnownFolder knownFolders[] = {
     {&FOLDERID_Windows, L"", allBelow},
     {&FOLDERID_UserProfiles, L"", 1},
     {&FOLDERID_ProgramFiles, L"", 0},
-    {&FOLDERID_ProgramFilesCommon, L"", 0},
-    {&FOLDERID_ProgramData, L"", 0},
+    {&FOLDERID_ProgramFilesCommon, L"", allBelow},
+    {&FOLDERID_ProgramData, L"\\Microsoft", allBelow},
     {&FOLDERID_ProgramData, L"\\Package Cache", allBelow},
-    // Of this account, wherever they were moved.
+    // Of this account, wherever they were moved and with whatever variables.
     {&FOLDERID_Desktop, L"", 0},
     {&FOLDERID_Documents, L"", 0},
     {&FOLDERID_Downloads, L"", 0},
@@ -38,7 +42,11 @@ const KnownFolder knownFolders[] = {
 /// A 32-bit process gets the folders of 32-bit programs as known folders. From the registry, for variables of the
 /// environment are the user's.
 constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows\\CurrentVersion";
-constexpr const wchar_t* foldersOf64BitPrograms[] = {L"ProgramFilesDir", L"CommonFilesDir"};
+struct RecordedFolder {
+    const wchar_t* name;
+    size_t depth;
+};
+constexpr RecordedFolder foldersOf64BitPrograms[] = {{L"ProgramFilesDir", 0}, {L"CommonFilesDir", allBelow}};
 
 constexpr const wchar_t* profilesKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList";
 
@@ -48,27 +56,21 @@ struct ProfileFolder {
     size_t depth;
 };
 constexpr ProfileFolder profileFolders[] = {
-    {L"", 0},
-    {L"\\3D Objects", 0},
-    {L"\\AppData", 1},
-    {L"\\AppData\\Local\\Programs", 0},
-    {L"\\Contacts", 0},
-    {L"\\Desktop", 0},
-    {L"\\Documents", 0},
-    {L"\\Downloads", 0},
-    {L"\\Favorites", 0},
-    {L"\\Links", 0},
-    {L"\\Music", 0},
-    {L"\\OneDrive", 0},
-    {L"\\Pictures", 0},
-    {L"\\Saved Games", 0},
-    {L"\\Searches", 0},
-    {L"\\Videos", 0},
+    {L"\\3D Objects", 0},  {L"\\AppData", 1},   {L"\\AppData\\Local\\Programs", 0},
+    {L"\\Contacts", 0},    {L"\\Desktop", 0},   {L"\\Documents", 0},
+    {L"\\Downloads", 0},   {L"\\Favorites", 0}, {L"\\Links", 0},
+    {L"\\Music", 0},       {L"\\OneDrive", 0},  {L"\\Pictures", 0},
+    {L"\\Saved Games", 0}, {L"\\Searches", 0},  {L"\\Videos", 0},
+};
+
+struct Profile {
+    std::wstring account;  ///< its security identifier as text; empty for the profile that all share
+    std::wstring path;
 };
 
 /// Of all accounts, and the one that they share.
-std::vector<std::wstring> profiles() {
-    std::vector<std::wstring> found = {getKnownFolderPath(FOLDERID_Public), getKnownFolderPath(FOLDERID_Profile)};
+std::vector<Profile> profiles() {
+    std::vector<Profile> found = {{{}, getKnownFolderPath(FOLDERID_Public)}};
     RegistryKey::localMachine(view64)
         .openSubKey(profilesKey, false)
         .enumerateSubKeys([&](RegistryKey& key, const std::wstring& account) {
@@ -77,9 +79,34 @@ std::vector<std::wstring> profiles() {
             // Takes a REG_EXPAND_SZ too and expands it.
             if (RegGetValueW(key.get(), account.c_str(), L"ProfileImagePath", RRF_RT_REG_SZ, nullptr, path, &size) ==
                 ERROR_SUCCESS)
-                found.emplace_back(path);
+                found.push_back({account, path});
             return true;
         });
+    return found;
+}
+
+/// What the loaded registry of an account names as its folders, wherever it has moved them.
+std::vector<std::wstring> shellFoldersOf(const Profile& profile) {
+    constexpr const wchar_t* shellFoldersKey =
+        L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
+    constexpr DWORD mostValues = 200;  // the system makes some 25, and the account may write any number
+    std::vector<std::wstring> found;
+    UniqueHandle<RegistryKeyTraits> key;
+    if (profile.account.empty() || RegOpenKeyExW(HKEY_USERS, (profile.account + shellFoldersKey).c_str(), 0,
+                                                 KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS)
+        return found;
+    LSTATUS status = ERROR_SUCCESS;
+    for (DWORD index = 0; index < mostValues && status != ERROR_NO_MORE_ITEMS; ++index) {
+        wchar_t name[256];
+        DWORD nameLength = std::size(name);
+        wchar_t text[pathCapacity + 1] = {};  // the last stays zero, for a text can come without its end mark
+        DWORD size = pathCapacity * sizeof text[0];
+        DWORD type = REG_NONE;
+        status =
+            RegEnumValueW(key.get(), index, name, &nameLength, nullptr, &type, reinterpret_cast<BYTE*>(text), &size);
+        if (status == ERROR_SUCCESS && (type == REG_SZ || type == REG_EXPAND_SZ))
+            found.push_back(inProfile(text, profile.path));
+    }
     return found;
 }
 
@@ -91,14 +118,18 @@ std::vector<SystemFolder> protectedFolders() {
         if (!path.empty()) folders.push_back({path + below, depth});
     };
     for (const KnownFolder& folder : knownFolders) add(getKnownFolderPath(*folder.id), folder.below, folder.depth);
-    for (const wchar_t* name : foldersOf64BitPrograms) add(machineText(view64, windowsKey, name), L"", 0);
-    for (const std::wstring& profile : profiles())
-        for (const ProfileFolder& folder : profileFolders) add(profile, folder.below, folder.depth);
+    for (const RecordedFolder& folder : foldersOf64BitPrograms)
+        add(machineText(view64, windowsKey, folder.name), L"", folder.depth);
+    for (const Profile& profile : profiles()) {
+        for (const ProfileFolder& folder : profileFolders) add(profile.path, folder.below, folder.depth);
+        for (const std::wstring& folder : shellFoldersOf(profile)) add(folder, L"", 0);
+    }
     return folders;
 }
 
 std::vector<SystemFolder> byVolume(std::vector<SystemFolder> folders) {
-    for (SystemFolder& folder : folders) folder.path = volumePathOf(folder.path);
+    for (SystemFolder& folder : folders)
+        folder.path = isDrivePath(folder.path) ? volumePathOf(folder.path) : std::wstring();
     return folders;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/FolderRemoval.h"
+#include "platform/FoundFolder.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
@@ -34,7 +35,7 @@ struct ProgramAttribute {
     const char* attribute;
     const wchar_t* file;
 };
-constexpr ProgramAttribute toldPrograms[] = {
+constexpr ProgramAttribute reportedPrograms[] = {
     {"lnvr", launcherProgram},
     {"lhvr", launchHelperProgram},
     {"apvr", desktopProgram},
@@ -49,21 +50,21 @@ struct EarlierState {
     std::wstring quietUninstallCommand;
 };
 
-void tellRepairStarted(const std::wstring& installLocation) {
+void sendRepairStarted(const std::wstring& installLocation) {
     nlohmann::json versions = nlohmann::json::object();
-    for (const ProgramAttribute& program : toldPrograms)
+    for (const ProgramAttribute& program : reportedPrograms)
         versions[program.attribute] = getProgramVersion(installLocation, program.file);
     sendTelemetry(briskSender, "inst.repr.strt", std::move(versions), false);
 }
 
-/// The package has put commands of its own in the bundle's entry; they go with the client.
+/// The package has put commands of its own in the bundle's entry; they are removed with the client.
 void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
     RegistryKey entry = openBundleEntry(providerKey);
     if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
     if (!earlier.quietUninstallCommand.empty()) entry.setValue(L"QuietUninstallString", earlier.quietUninstallCommand);
 }
 
-bool takeServiceDown(const RepairRun& run) {
+bool removeService(const RepairRun& run) {
     run.begin(RepairStep::stopService);
     if (!stopService(clientService, serviceTimeoutMilliseconds)) {
         PDX_LOG(logInfo, "performRepairCleanup", "Failed to stop background service");
@@ -77,7 +78,8 @@ bool takeServiceDown(const RepairRun& run) {
     return true;
 }
 
-/// By its spelling, and by where that leads: a short name or a drive that stands for a folder is still what it is.
+/// By its spelling, and by where that leads: a short name, or a drive that stands for a folder, is judged as the folder
+/// that it leads to.
 bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     const std::vector<SystemFolder> systemFolders = protectedFolders();
     if (!isOwnFolder(location, systemFolders)) return false;
@@ -104,7 +106,7 @@ void leaveCurrentFolder() {
     if (length > 0 && length < MAX_PATH) SetCurrentDirectoryW(folder);
 }
 
-bool takeFolderDown(const RepairRun& run, const std::wstring& location, const FoundFolder& folder) {
+bool removeFolder(const RepairRun& run, const std::wstring& location, const FoundFolder& folder) {
     if (location.empty()) return true;
     run.begin(RepairStep::deleteFolder);
     run.keepInstallFolder(location);
@@ -127,7 +129,7 @@ RepairResult cleanUpForRepair(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const auto recorded = [&](const wchar_t* name) { return toText(product.getValue(name)); };
     const std::wstring installLocation = recorded(L"InstallLocation");
-    tellRepairStarted(installLocation);
+    sendRepairStarted(installLocation);
     run.omitDesktopShortcut();
     const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
                                   recorded(L"OriginalUninstallString"), recorded(L"OriginalQuietUninstallString")};
@@ -139,7 +141,7 @@ RepairResult cleanUpForRepair(const RepairRun& run) {
     restoreUninstallCommands(run.providerKey, earlier);
     terminateProcesses(clientProcesses);
     if (run.isCancelled()) return RepairResult::cancelled;
-    if (!takeServiceDown(run) || !takeFolderDown(run, installLocation, folder)) return RepairResult::failed;
+    if (!removeService(run) || !removeFolder(run, installLocation, folder)) return RepairResult::failed;
 
     restoreClientPath(olderClientKey);
     restoreClientPath(fenwickKey);

@@ -1,4 +1,4 @@
-// Taking the installed client apart, so that the engine detects a machine without it and installs it anew.
+// Removing the installed client piece by piece, so that the engine detects a machine without it and installs it anew.
 #pragma once
 
 #include <functional>
@@ -30,15 +30,22 @@ struct RepairRun {
 };
 
 /// Sends the repair's begin with the versions of the client's programs, then removes its processes, its service, its
-/// folder, its protocols and all records of it. Needs elevated rights; blocks the thread, for a locked file for 5
-/// seconds. Steps that cannot fail the repair are only logged.
+/// folder, its protocols and all records of it. Needs elevated rights. Steps that cannot fail the repair are only
+/// logged.
 ///
-/// The recorded folder is judged first (isOwnFolder, FoundFolder): a refused one fails the step deleteFolder with the
-/// machine as it was. One that is a link is emptied and stays, so that the new install lands where the user put it. If
-/// the service or the folder stays, nothing after that step was touched. A cancel that is heard before the first change
-/// leaves the machine as it was. One that is heard at the service step leaves the client whole, with its programs
-/// ended, its uninstall commands restored and marked unavailable, as a failed service step does. A later cancel is not
-/// heard: a client without its service or its files has to be installed again.
+/// Blocks the thread: without a bound until the client's programs have ended; up to 2 seconds to stop the service and
+/// some 4 to delete it; for each file or folder that stays 50 tries with 100 ms after each, and two minutes of such
+/// tries for all of them together (RemovalBounds). The deleting itself takes as long as the disk needs.
+///
+/// The recorded folder is judged before files, processes, the service or the registry are touched (isOwnFolder,
+/// FoundFolder). A refused one is logged at ERROR as "The recorded install folder is not deleted: "%ls"" and fails the
+/// step deleteFolder; by then the begin was sent and the desktop shortcut omitted, and nothing else has changed. A
+/// folder that is a link is emptied and stays, so that the new install lands where the user put it. If the service or
+/// the folder stays, nothing after that step was touched; a folder that stays can have lost any part of what was in it.
+/// A cancel that is heard before the first change leaves the machine like a refused folder does. One that is heard at
+/// the service step leaves the client whole, with its programs ended, its uninstall commands restored and marked
+/// unavailable, as a failed service step does. A later cancel is not heard: a client without its service or its files
+/// has to be installed again.
 RepairResult cleanUpForRepair(const RepairRun& run);
 
 }  // namespace pdx

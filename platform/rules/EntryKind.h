@@ -8,13 +8,13 @@ namespace pdx {
 
 enum class EntryKind {
     elsewhere,  ///< a link was on the way to it: it is not what the path names, and is left alone
-    link,       ///< leads to something else: goes by itself, and what it leads to stays
-    folder,     ///< goes once it is empty
+    link,       ///< is removed itself, and what it leads to stays
+    folder,     ///< is removed once it is empty
     file,
 };
 
-/// Whether a reparse tag stands for another name, as those of junctions and symbolic links do. Other tags mark files
-/// whose content lies in a cloud or is compressed. Wine gives a link of the system below it no tag, so 0 counts too.
+/// Whether a reparse tag is a name surrogate, as those of junctions and symbolic links are. Other tags mark files whose
+/// content lies in a cloud or is compressed. Wine gives a link of the system below it no tag, so 0 counts too.
 constexpr bool isLinkTag(uint32_t reparseTag) { return reparseTag == 0 || (reparseTag & 0x20000000) != 0; }
 
 /// The attributes and the tag are those of the open entry (FileAttributeTagInfo). Its final path is compared exactly

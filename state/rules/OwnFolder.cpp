@@ -12,6 +12,7 @@ using Parts = std::vector<std::wstring>;
 
 bool isSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
 bool leadsElsewhere(const std::wstring& part) { return part.find_first_not_of(L'.') == std::wstring::npos; }
+bool namesStream(const std::wstring& part) { return part.find(L':') != std::wstring::npos; }
 
 /// The parts of a path in lower case, without empty ones.
 Parts partsOf(std::wstring_view path) {
@@ -42,14 +43,16 @@ bool isOf(const Parts& folder, const SystemFolder& systemFolder) {
 
 bool isOwn(const Parts& folder, size_t volumeParts, std::span<const SystemFolder> systemFolders) {
     return folder.size() > volumeParts && std::ranges::none_of(folder, leadsElsewhere) &&
+           std::ranges::none_of(std::span(folder).subspan(volumeParts), namesStream) &&
            std::ranges::none_of(systemFolders, [&](const SystemFolder& system) { return isOf(folder, system); });
 }
 
 }  // namespace
 
+bool isDrivePath(std::wstring_view path) { return path.size() >= 3 && path[1] == L':' && isSeparator(path[2]); }
+
 bool isOwnFolder(std::wstring_view folder, std::span<const SystemFolder> systemFolders) {
-    const bool isFull = folder.size() >= 3 && folder[1] == L':' && isSeparator(folder[2]);
-    return isFull && isOwn(partsOf(folder), 1, systemFolders);
+    return isDrivePath(folder) && isOwn(partsOf(folder), 1, systemFolders);
 }
 
 bool isOwnVolumePath(std::wstring_view path, std::span<const SystemFolder> systemFolders) {
@@ -58,6 +61,12 @@ bool isOwnVolumePath(std::wstring_view path, std::span<const SystemFolder> syste
     // are of one device.
     return parts.size() > 2 && path.front() == L'\\' && path.back() != L'\\' && parts[0] == L"device" &&
            parts[1] != L"mup" && isOwn(parts, 2, systemFolders);
+}
+
+std::wstring inProfile(std::wstring_view folder, const std::wstring& profile) {
+    constexpr std::wstring_view variable = L"%USERPROFILE%";
+    if (!equalsAsciiCase(folder.substr(0, variable.size()), variable)) return std::wstring(folder);
+    return profile + std::wstring(folder.substr(variable.size()));
 }
 
 }  // namespace pdx

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <sddl.h>
 
+#include <thread>
+
 #include "platform/Files.h"
 #include "platform/Handles.h"
 #include "tests/platform/CapturedLog.h"
@@ -66,6 +68,54 @@ TEST_F(FolderRemovalTest, EmptiesWhatALinkLeadsToAndKeepsTheLink) {
     EXPECT_TRUE(std::filesystem::is_empty(folder.path(L"target")));
 }
 
+TEST_F(FolderRemovalTest, ReachesByALinkAboveTheFolderThatLiesThere) {
+    folder.addFile(L"target\\deep\\client\\a.txt");
+    const Link outer(folder.path(), L"outer", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    const Link inner(folder.path(L"target"), L"inner", folder.path(L"target\\deep"), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    ASSERT_TRUE(outer && inner);
+    const FoundFolder found = findFolder(folder.path(L"outer\\inner\\client"));
+    EXPECT_TRUE(found.isTrusted && !found.isLink);
+    EXPECT_EQ(found.path, L"\\\\?\\" + folder.path(L"target\\deep\\client"));
+    EXPECT_TRUE(deleteDirectoryTree(found, 1, 0));
+    EXPECT_TRUE(outer && inner);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path(L"target\\deep")));
+}
+
+TEST_F(FolderRemovalTest, DeletesNoFolderThatIsNotTrusted) {
+    const std::wstring kept = folder.addFile(L"tree\\kept");
+    FoundFolder found = findFolder(folder.path(L"tree"));
+    found.isTrusted = false;
+    EXPECT_FALSE(deleteDirectoryTree(found, 1, 0));
+    EXPECT_EQ(readFile(kept), "x");
+    EXPECT_THAT(log.take(), ElementsAre(stays("directory", folder.path(L"tree"), "0000112b")));
+}
+
+TEST_F(FolderRemovalTest, GivesUpOnWhatGrowsIsDeepOrIsHeldForEver) {
+    for (const wchar_t* name : {L"tree\\a", L"tree\\b", L"tree\\c", L"tree\\d"}) folder.addFile(name);
+    const FoundFolder found = findFolder(folder.path(L"tree"));
+    EXPECT_FALSE(deleteDirectoryTree(found, 1, 0, {.entries = 3}));
+    EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "deleteDirectoryTree", "Gave up after 3 entries"},
+                                        stays("directory", folder.path(L"tree"), "00000091")));
+    folder.addFile(L"tree\\sub\\deeper\\file");
+    EXPECT_FALSE(deleteDirectoryTree(found, 1, 0, {.levels = 2}));
+    EXPECT_THAT(log.take(), ElementsAre(stays("directory", folder.path(L"tree\\sub\\deeper"), "000000ce")));
+    EXPECT_TRUE(remove(folder.path(L"tree\\sub")));
+    folder.addFile(L"tree\\d");
+    FileHandle held(CreateFileW(folder.path(L"tree\\d").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                0, nullptr));
+    ASSERT_TRUE(held);
+    const Handle ended(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    // Lets go only if the removal would wait for it.
+    std::thread holder([&] {
+        WaitForSingleObject(ended.get(), 5'000);
+        held.reset();
+    });
+    EXPECT_FALSE(deleteDirectoryTree(found, INT32_MAX, 1, {.failedTries = 2}));
+    SetEvent(ended.get());
+    holder.join();
+    EXPECT_THAT(log.take(), ElementsAre(stays("file", folder.path(L"tree\\d"), "00000020")));
+}
+
 TEST_F(FolderRemovalTest, LeavesAloneWhatALinkInsideLeadsTo) {
     const std::wstring kept = folder.addFile(L"target\\kept");
     std::filesystem::create_directories(folder.path(L"tree"));
@@ -74,6 +124,14 @@ TEST_F(FolderRemovalTest, LeavesAloneWhatALinkInsideLeadsTo) {
     // Wine cannot remove a link of the system below it, and so the walk ends there.
     remove(folder.path(L"tree"));
     EXPECT_EQ(readFile(kept), "x");
+    // Wine opens what a link to a file leads to, as an open by way of an exchanged folder would.
+    std::filesystem::create_directories(folder.path(L"other"));
+    const Link toFile(folder.path(L"other"), L"link", kept, 0);
+    ASSERT_TRUE(toFile);
+    std::ignore = log.take();
+    EXPECT_FALSE(remove(folder.path(L"other")));
+    EXPECT_EQ(readFile(kept), "x");
+    EXPECT_THAT(log.take(), ElementsAre(stays("file", folder.path(L"other\\link"), "0000112b")));
 }
 
 TEST_F(FolderRemovalTest, DeletesOnlyTheFolderThatWasFound) {

@@ -1,4 +1,6 @@
 """What a repair cannot take down ends it with error 3017, and nothing after that is touched; later it ends well."""
+import os
+
 from harness.checking.records import changes, listing, run_service
 from harness.checking import telemetry
 from harness.client import facts
@@ -9,6 +11,7 @@ PROGRAMS = f"{facts.INSTALL_FOLDER}\\Palisade Desktop"
 HELD = f"{PROGRAMS}\\held.log"
 FAILED = "a7ff0bc9"
 NOT_OURS = "C:\\Program Files"
+LURED = "C:\\lured\\Palisade"  # below a link of somebody who does not own what it leads to
 STOPPING = "Failed to stop background service"
 ROWS = [  # what is in the way, the service's behaviour, what is held, the operation told, the last line
     ("refuses", "refuses", "", 49, STOPPING),
@@ -67,10 +70,17 @@ def play(scene):
         (32, entry, "QuietUninstallString"): (installed[32, entry, "QuietUninstallString"], own[1])}
     client = scene.prefix.start(facts.client_file("PalisadeDesktop.exe"), "--stay")
     scene.wait_for(lambda: "--stay" in scene.read(facts.LAUNCHES), "the client's start")
-    scene.prefix.set_registry(product, "InstallLocation", NOT_OURS)
-    scene.check_equal("a folder that is not the client's is refused with the registry as it was",
-                      blocked(scene, "refused", "", "", 51,
-                              f'The recorded install folder is not deleted: "{NOT_OURS}"'), {})
+    kept = scene.path("C:\\elsewhere\\Palisade\\save.dat")
+    kept.parent.mkdir(parents=True)
+    kept.touch()
+    os.chown(kept.parent.parent, 1, 1)
+    scene.path("C:\\lured").symlink_to(kept.parent.parent)
+    for what, location in (("refused", NOT_OURS), ("lured", LURED)):
+        scene.prefix.set_registry(product, "InstallLocation", location)
+        scene.check_equal(f"{what}: the registry is as it was",
+                          blocked(scene, what, "", "", 51,
+                                  f'The recorded install folder is not deleted: "{location}"'), {})
+    scene.check("what the link leads to is whole", kept.exists())
     scene.check("and with the client running", client.poll() is None)
     scene.prefix.set_registry(product, "InstallLocation", facts.INSTALL_FOLDER + "\\")
     for row in ROWS:

@@ -8,13 +8,16 @@
 #include <thread>
 #include <vector>
 
+#include "platform/FoundFolder.h"
 #include "platform/Paths.h"
 #include "platform/product/Client.h"
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 #include "platform/Text.h"
 #include "platform/VersionInfo.h"
+#include "state/ProtectedFolders.h"
 #include "tests/platform/CapturedLog.h"
+#include "tests/platform/Link.h"
 #include "tests/platform/Probe.h"
 #include "tests/platform/TestFolder.h"
 
@@ -111,16 +114,18 @@ TEST_F(RepairCleanupTest, DeletesTheRecordedFolderIfItCanBeTheClientsOwn) {
 
 TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
     const std::wstring programs = L"C:\\Program Files";
+    const std::wstring shellFolders = L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
     std::vector<std::wstring> refused = {
         getKnownFolderPath(FOLDERID_Windows) + L"\\deep\\er",
         getKnownFolderPath(FOLDERID_UserProfiles),
         getKnownFolderPath(FOLDERID_UserProfiles) + L"\\anybody",
         getKnownFolderPath(FOLDERID_Public) + L"\\Documents",
         programs,
-        programs + L"\\Common Files",
+        programs + L"\\Common Files\\a\\b",
         programs + L" (x86)",
-        programs + L" (x86)\\Common Files",
+        programs + L" (x86)\\Common Files\\a\\b",
         getKnownFolderPath(FOLDERID_ProgramData),
+        getKnownFolderPath(FOLDERID_ProgramData) + L"\\Microsoft\\Crypto\\Keys",
         getKnownFolderPath(FOLDERID_ProgramData) + L"\\Package Cache\\{id}\\v1",
         getShortPathName(programs),
         getProfilePath() + L"\\Favorites",
@@ -138,6 +143,15 @@ TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
           L"\\AppData\\Local\\Programs", L"\\Contacts", L"\\Desktop", L"\\Documents", L"\\Downloads", L"\\Favorites",
           L"\\Links", L"\\Music", L"\\OneDrive", L"\\Pictures", L"\\Saved Games", L"\\Searches", L"\\Videos"})
         refused.push_back(folder.path(L"player") + name);
+    // And folders that the same account has moved.
+    const std::wstring hive = L"S-1-5-21-1-2-3-1001";
+    const std::pair<const wchar_t*, std::wstring> moves[] = {{L"My Music", folder.path(L"elsewhere\\tunes")},
+                                                             {L"My Video", L"%UserProfile%\\films"}};
+    for (const auto& [name, place] : moves)
+        RegSetKeyValueW(HKEY_USERS, (hive + shellFolders).c_str(), name, REG_EXPAND_SZ, place.c_str(),
+                        static_cast<DWORD>((place.size() + 1) * sizeof place[0]));
+    for (const wchar_t* name : {L"elsewhere\\tunes", L"elsewhere", L"player\\films"})
+        refused.push_back(folder.path(name));
     const auto expectRefused = [this](const std::wstring& location) {
         keptFolder.clear();
         EXPECT_EQ(cleanUp(location), RepairResult::failed) << location;
@@ -149,18 +163,42 @@ TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
     EXPECT_EQ(cleanUp(folder.path(L"player\\Games")), RepairResult::done);
     EXPECT_EQ(cleanUp(folder.path(L"player\\AppData\\Local\\Palisade")), RepairResult::done);
     machine.deleteTree(account);
+    RegDeleteTreeW(HKEY_USERS, hive.c_str());
     forget();
 
     // This account's folders, each moved elsewhere. Windows calls the last but two "My Video".
-    RegistryKey moves = RegistryKey::currentUser(view64).createSubKey(
-        L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", true);
+    constexpr wchar_t moved[] = L"%PDXTEST_PROFILES%\\moved";
+    RegistryKey own = RegistryKey::currentUser(view64).createSubKey(shellFolders.substr(1), true);
     for (const wchar_t* name : {L"Desktop", L"Personal", L"{374DE290-123F-4565-9164-39C4925E467B}", L"My Pictures",
                                 L"My Music", L"My Videos", L"Local AppData", L"AppData"}) {
         SCOPED_TRACE(toUtf8(name));
-        moves.setValue(name, folder.path(L"moved"));
+        RegSetValueExW(own.get(), name, 0, REG_EXPAND_SZ, reinterpret_cast<const BYTE*>(moved), sizeof moved);
         expectRefused(folder.path(L"moved"));
-        moves.deleteValue(name);
+        own.deleteValue(name);
     }
+}
+
+TEST(ProtectedFolders, AreOpenedBelowADriveOnly) {
+    const std::wstring windows = getKnownFolderPath(FOLDERID_Windows);
+    const auto volumes = byVolume({{windows, 0}, {L"\\\\?\\" + windows, 0}});
+    EXPECT_EQ(volumes[0].path, volumePathOf(windows));
+    EXPECT_EQ(volumes[1].path, L"");
+}
+
+TEST_F(RepairCleanupTest, JudgesAFolderWithoutAFinalPathAsItIsSpelt) {
+    // Wine gives no final path of more than 260 characters, and takes such a path by a link.
+    std::filesystem::create_directories(folder.path(std::wstring(130, L'a')));
+    const Link link(folder.path(), L"l", folder.path(std::wstring(130, L'a')), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    ASSERT_TRUE(link);
+    const std::wstring client = folder.path(L"l\\" + std::wstring(100, L'b'));
+    folder.addFile(L"l\\" + std::wstring(100, L'b') + L"\\file");
+    ASSERT_EQ(volumePathOf(client), L"");
+    const CapturedLog log;
+    EXPECT_EQ(cleanUp(client), RepairResult::done);
+    EXPECT_FALSE(std::filesystem::exists(client));
+    const std::string line = "Without a final path the install folder is judged as it is spelt: \"";
+    EXPECT_EQ(std::ranges::count(log.take(), LogEntry{logInfo, "performRepairCleanup", line + toUtf8(client) + '"'}),
+              1);
 }
 
 TEST_F(RepairCleanupTest, StopsAtACancelAheadOfTheServiceStep) {

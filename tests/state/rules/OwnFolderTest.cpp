@@ -7,7 +7,7 @@ namespace {
 
 TEST(OwnFolder, IsAFullPathBelowADriveAndNoneOfTheSystems) {
     const SystemFolder system[] = {{L"C:\\Windows", allBelow},      {L"C:\\Program Files", 0}, {L"C:\\Users", 1},
-                                   {L"C:\\Users\\ann\\Desktop", 0}, {L"E:\\Data\\Music", 0},   {L"", 0}};
+                                   {L"C:\\Users\\ann\\Desktop", 0}, {L"E:\\Data\\Music", 0},   {L"", allBelow}};
     const struct {
         const wchar_t* folder;
         bool own;
@@ -25,14 +25,16 @@ TEST(OwnFolder, IsAFullPathBelowADriveAndNoneOfTheSystems) {
         {L"D:\\ \\", false},
         {L"\\\\server\\share\\Palisade", false},
         {L"\\\\?\\D:\\Palisade", false},
-        {L"Palisade", false},
-        {L"C:Palisade", false},
+        {L"Pa\\Games", false},
+        {L"C:Games\\Palisade", false},
         {L"\\Palisade", false},
         {L"D:\\Palisade\\..", false},
         {L"D:\\.\\Palisade", false},
+        {L"D:\\Games\\.. \\Palisade", false},
+        {L"C:\\Program Files::$INDEX_ALLOCATION", false},
         {L"C:\\program files\\", false},
         {L"C:\\Program Files. .", false},
-        {L"c:\\WINDOWS\\SysWOW64", false},
+        {L"c:\\WINDOWS\\SysWOW64\\drivers", false},
         {L"C:\\Users\\other", false},
         {L"C:\\Users\\ann\\Desktop", false},
     };
@@ -51,6 +53,7 @@ TEST(OwnVolumePath, LiesBelowAVolumeThatNeedsNoLetter) {
         {L"\\Device\\HarddiskVolume1\\", false},
         {L"\\Device\\HarddiskVolume1", false},
         {L"\\Device\\Nested\\Volume\\", false},
+        {L"\\Device\\HarddiskVolume2\\Palisade:stream", false},
         {L"\\Device\\Mup\\server\\share\\Palisade", false},
         {L"\\Other\\HarddiskVolume1\\Palisade", false},
         {L"Device\\HarddiskVolume1\\Palisade", false},
@@ -58,6 +61,13 @@ TEST(OwnVolumePath, LiesBelowAVolumeThatNeedsNoLetter) {
         {L"", false},
     };
     for (const auto& row : rows) EXPECT_EQ(isOwnVolumePath(row.path, system), row.own) << row.path;
+}
+
+TEST(InProfile, PutsTheProfileInPlaceOfItsVariableAlone) {
+    const std::wstring profile = L"D:\\Users\\ann";
+    EXPECT_EQ(inProfile(L"%UserProfile%\\Music", profile), L"D:\\Users\\ann\\Music");
+    for (const wchar_t* other : {L"E:\\Music", L"%USERPROFILES%\\Music", L"%HOMEPATH%\\Music", L""})
+        EXPECT_EQ(inProfile(other, profile), other);
 }
 
 }  // namespace

@@ -1,0 +1,169 @@
+#include "platform/FoundFolder.h"
+
+#include <aclapi.h>
+#include <winioctl.h>
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "platform/Log.h"
+#include "platform/OpenFiles.h"
+#include "platform/rules/EntryKind.h"
+#include "platform/rules/LinkWalk.h"
+#include "platform/rules/Numbers.h"
+#include "platform/Text.h"
+
+namespace pdx {
+namespace {
+
+std::wstring withoutEndSeparators(std::wstring path) {
+    path.resize(path.find_last_not_of(L"\\/") + 1);
+    return path;
+}
+
+/// As opening it would read it: in full, without blanks and dots at the end.
+std::wstring fullPathOf(const std::wstring& path) {
+    wchar_t full[pathCapacity];
+    const DWORD length = GetFullPathNameW(path.c_str(), pathCapacity, full, nullptr);
+    return length < pathCapacity ? std::wstring(full, length) : std::wstring();
+}
+
+/// Opens with the right to ask for the owner, or without it where that is refused.
+FileHandle openToAsk(const std::wstring& path, DWORD flags) {
+    for (const DWORD access : {DWORD{READ_CONTROL}, DWORD{0}}) {
+        FileHandle file(CreateFileW(path.c_str(), access, shareAll, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_BACKUP_SEMANTICS | flags | noImpersonation, nullptr));
+        if (file || GetLastError() != ERROR_ACCESS_DENIED) return file;
+    }
+    return {};
+}
+
+/// The owner of an open file; null if the system does not name one.
+class Owner {
+  public:
+    explicit Owner(HANDLE file) {
+        PSECURITY_DESCRIPTOR given = nullptr;
+        if (GetSecurityInfo(file, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr, nullptr, nullptr,
+                            &given) == ERROR_SUCCESS)
+            descriptor.reset(given);
+        else
+            owner = nullptr;
+    }
+    [[nodiscard]] PSID get() const { return owner; }
+
+  private:
+    PSID owner = nullptr;  ///< lies in the descriptor
+    UniqueHandle<LocalMemoryTraits<void>> descriptor;
+};
+
+/// Whether the path is a link of the system below Wine, which opens what that leads to and gives it no tag. Windows
+/// gives every link one.
+bool isLinkBelowWine(const std::wstring& path) {
+    WIN32_FIND_DATAW entry;
+    const FindHandle search(FindFirstFileW(path.c_str(), &entry));
+    return search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) && entry.dwReserved0 == 0;
+}
+
+/// Whether an open entry is a link by its tag.
+bool isTaggedLink(HANDLE entry) {
+    FILE_ATTRIBUTE_TAG_INFO held{};
+    return GetFileInformationByHandleEx(entry, FileAttributeTagInfo, &held, sizeof held) &&
+           (held.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) && isLinkTag(held.ReparseTag);
+}
+
+LinkTarget targetOf(HANDLE link) {
+    std::array<std::byte, MAXIMUM_REPARSE_DATA_BUFFER_SIZE> data;
+    DWORD size = 0;
+    if (!DeviceIoControl(link, FSCTL_GET_REPARSE_POINT, nullptr, 0, data.data(), data.size(), &size, nullptr))
+        return {};
+    return linkTargetOf(std::span(data).first(size)).value_or(LinkTarget());
+}
+
+/// The folder that a drive stands for ("\??\C:\Games"); empty for the drive of a volume, and for what is no drive.
+std::wstring folderOfDrive(const std::wstring& path) {
+    constexpr size_t start = 4;  // "\\?\"
+    if (path.size() != start + 3) return {};
+    wchar_t device[pathCapacity];
+    if (QueryDosDeviceW(path.substr(start, 2).c_str(), device, pathCapacity) == 0) return {};
+    return std::wstring_view(device).starts_with(L"\\??\\") ? device : L"";
+}
+
+/// Whether a link is where the mount manager has a volume. Only administrators can have put it there, and the system
+/// owns the volume's root, so that owners would refuse every one.
+bool isVolumeMount(const std::wstring& path, const LinkTarget& target) {
+    std::wstring volume = target.path;  // "\??\Volume{0B5A…}\", which the function wants as "\\?\Volume{0B5A…}\"
+    if (!volume.starts_with(L"\\??\\Volume{") || !volume.ends_with(L"}\\")) return false;
+    volume[1] = L'\\';
+    wchar_t places[pathCapacity];
+    DWORD length = 0;
+    if (!GetVolumePathNamesForVolumeNameW(volume.c_str(), places, pathCapacity, &length)) return false;
+    for (std::wstring_view place = places; !place.empty(); place = place.data() + place.size() + 1)
+        if (equalsIgnoreCase(L"\\\\?\\" + std::wstring(place), path + L'\\')) return true;
+    return false;
+}
+
+/// What walkLinks asks for.
+PathEntry lookAt(const std::wstring& path) {
+    PathEntry found;
+    const FileHandle entry = openToAsk(path, FILE_FLAG_OPEN_REPARSE_POINT);
+    if (!entry) return found;
+    found.finalPath = finalPathOf(entry.get(), VOLUME_NAME_NT);
+    // Opened once, so that what is asked about is what the walk has to arrive at.
+    const FileHandle target = openToAsk(path, 0);
+    if (target) found.targetFinalPath = finalPathOf(target.get(), VOLUME_NAME_NT);
+    found.target.path = folderOfDrive(path);
+    if (!found.target.path.empty()) {
+        // A name of this session, and no link of a file system that somebody could own.
+        found.isLink = found.mayFollow = true;
+    } else if (isLinkBelowWine(path)) {
+        found.isLink = true;
+        found.target.path = finalPathOf(entry.get());
+        // Wine names no owner of the link: that of the folder that holds it stands for him.
+        const FileHandle holder = openToAsk(path.substr(0, path.rfind(L'\\') + 1), 0);
+        found.mayFollow = holder && target && mayFollow(Owner(holder.get()).get(), Owner(target.get()).get());
+    } else if (isTaggedLink(entry.get())) {
+        found.isLink = true;
+        found.target = targetOf(entry.get());
+        found.mayFollow = isVolumeMount(path, found.target) ||
+                          (target && mayFollow(Owner(entry.get()).get(), Owner(target.get()).get()));
+    }
+    return found;
+}
+
+}  // namespace
+
+bool mayFollow(PSID linkOwner, PSID targetOwner) {
+    if (!linkOwner || !targetOwner) return false;
+    if (IsWellKnownSid(targetOwner, WinWorldSid)) return true;
+    const bool ofSystem =
+        IsWellKnownSid(linkOwner, WinBuiltinAdministratorsSid) || IsWellKnownSid(linkOwner, WinLocalSystemSid);
+    return !ofSystem && EqualSid(linkOwner, targetOwner);
+}
+
+FoundFolder findFolder(const std::wstring& path) {
+    FoundFolder found;
+    found.path = withoutEndSeparators(path);
+    WalkedPath walked = walkLinks(fullPathOf(found.path), lookAt);
+    const FileHandle target = openToAsk(found.path, 0);
+    found.exists = target || !isMissing(GetLastError());
+    found.isOpen = static_cast<bool>(target);
+    if (!target) return found;
+
+    found.isLink = walked.endsInLink;
+    found.volumePath = finalPathOf(target.get(), VOLUME_NAME_NT);
+    found.isTrusted =
+        walked.result == WalkResult::arrived && (found.volumePath.empty() || found.volumePath == walked.finalPath);
+    if (found.isTrusted)
+        found.path = std::move(walked.path);
+    else
+        PDX_LOG(logInfo, "findFolder", "Not followed with elevated rights: %ls", walked.path);
+    return found;
+}
+
+std::wstring volumePathOf(const std::wstring& path) {
+    const FileHandle target = path.empty() ? FileHandle() : openToAsk(path, 0);
+    return target ? finalPathOf(target.get(), VOLUME_NAME_NT) : std::wstring();
+}
+
+}  // namespace pdx

@@ -1,0 +1,180 @@
+#include "platform/rules/LinkWalk.h"
+
+#include <deque>
+#include <vector>
+
+#include "platform/rules/AsciiCase.h"
+
+namespace pdx {
+namespace {
+
+constexpr std::wstring_view exactStart = L"\\\\?\\";
+constexpr std::wstring_view systemStart = L"\\??\\";  // of what links hold
+
+uint32_t readNumber(std::span<const std::byte> data, size_t offset, size_t size) {
+    uint32_t number = 0;
+    for (size_t index = 0; index < size; ++index)
+        number |= std::to_integer<uint32_t>(data[offset + index]) << (8 * index);
+    return number;
+}
+
+/// "D:" or "Volume{0B5A…}".
+bool isRoot(std::wstring_view name) {
+    const std::wstring lowered = loweredAscii(name);
+    return (lowered.size() == 2 && lowered[1] == L':' && lowered[0] >= L'a' && lowered[0] <= L'z') ||
+           (lowered.starts_with(L"volume{") && lowered.ends_with(L'}'));
+}
+
+/// The components that are still to be followed, and how far the path has been.
+class Walk {
+  public:
+    /// Puts the components of a path before those that are left.
+    void prepend(std::wstring_view path) {
+        std::vector<std::wstring> parts;
+        while (!path.empty()) {
+            const size_t end = std::min(path.find(L'\\'), path.size());
+            if (end > 0) parts.emplace_back(path.substr(0, end));
+            path.remove_prefix(std::min(end + 1, path.size()));
+        }
+        left.insert(left.begin(), parts.begin(), parts.end());
+    }
+
+    /// Begins anew with a full path before what is left. False if it has no root.
+    bool restart(std::wstring_view path) {
+        names.clear();
+        volume.clear();
+        for (const std::wstring_view start : {exactStart, systemStart}) {
+            if (path.starts_with(start)) {
+                path.remove_prefix(start.size());
+                break;
+            }
+        }
+        if (!isRoot(path.substr(0, path.find(L'\\')))) return false;
+        prepend(path);
+        return true;
+    }
+
+    /// A relative path of a link begins at the folder that holds the link, or at the root if it begins with "\".
+    void goOn(std::wstring_view relative) {
+        if (relative.starts_with(L'\\') && !names.empty()) names.resize(1);
+        prepend(relative);
+    }
+
+    /// Once as many components are left as now, the path has to be at this one.
+    void expect(const std::wstring& finalPath) {
+        expected.push_back({left.size(), finalPath.substr(0, finalPath.find_last_not_of(L'\\') + 1)});
+    }
+    bool isAsExpected() {
+        for (; !expected.empty() && expected.back().left == left.size(); expected.pop_back())
+            if (expected.back().finalPath != finalPath()) return false;
+        return true;
+    }
+
+    [[nodiscard]] bool isDone() const { return left.empty(); }
+    std::wstring next() {
+        std::wstring name = std::move(left.front());
+        left.pop_front();
+        return name;
+    }
+
+    void enter(const std::wstring& name, const std::wstring& finalPath) {
+        if (names.empty()) {
+            volume = finalPath.substr(0, finalPath.find_last_not_of(L'\\') + 1);
+            names.push_back(name);
+        } else {
+            // Its own name, where the path gave the short one or another case.
+            names.push_back(finalPath.empty() ? name : finalPath.substr(finalPath.rfind(L'\\') + 1));
+        }
+    }
+    void leave() {
+        if (names.size() > 1) names.pop_back();
+    }
+
+    [[nodiscard]] std::wstring path() const {
+        if (names.empty()) return {};
+        std::wstring joined(exactStart);
+        joined += names.front();
+        return below(joined);
+    }
+    [[nodiscard]] std::wstring path(const std::wstring& name) const {
+        return names.empty() ? std::wstring(exactStart) + name + L'\\' : path() + L'\\' + name;
+    }
+    [[nodiscard]] std::wstring finalPath() const { return volume.empty() ? volume : below(volume); }
+
+  private:
+    [[nodiscard]] std::wstring below(std::wstring root) const {
+        for (size_t index = 1; index < names.size(); ++index) (root += L'\\') += names[index];
+        return root;
+    }
+
+    struct Expected {
+        size_t left;
+        std::wstring finalPath;
+    };
+
+    std::deque<std::wstring> left;
+    std::vector<Expected> expected;   ///< the one that is due first at the end
+    std::vector<std::wstring> names;  ///< the first is the root
+    std::wstring volume;              ///< the root's final path
+};
+
+}  // namespace
+
+std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData) {
+    constexpr uint32_t mountPoint = 0xA0000003;  // junctions too
+    constexpr uint32_t symbolicLink = 0xA000000C;
+    constexpr size_t offsetAt = 8;
+    constexpr size_t lengthAt = 10;
+    constexpr size_t flagsAt = 16;  // of a symbolic link only
+    if (reparseData.size() < flagsAt) return std::nullopt;
+    const uint32_t tag = readNumber(reparseData, 0, 4);
+    if (tag != mountPoint && tag != symbolicLink) return std::nullopt;
+    const size_t textsAt = tag == symbolicLink ? flagsAt + 4 : flagsAt;
+    const size_t begin = textsAt + readNumber(reparseData, offsetAt, 2);
+    const size_t length = readNumber(reparseData, lengthAt, 2);
+    if (reparseData.size() < begin + length) return std::nullopt;
+
+    LinkTarget target;
+    for (size_t at = begin; at + 2 <= begin + length; at += 2)
+        target.path.push_back(static_cast<wchar_t>(readNumber(reparseData, at, 2)));
+    target.isRelative = tag == symbolicLink && (readNumber(reparseData, flagsAt, 4) & 1) != 0;
+    return target;
+}
+
+WalkedPath walkLinks(std::wstring_view fullPath, const std::function<PathEntry(const std::wstring& path)>& look) {
+    WalkedPath walked;
+    Walk walk;
+    if (!walk.restart(fullPath)) return walked;
+    for (int32_t links = 0; !walk.isDone();) {
+        const std::wstring name = walk.next();
+        const bool isDots = name == L"." || name == L"..";  // in what a relative link holds
+        const std::wstring path = walk.path(name);
+        const PathEntry entry = isDots ? PathEntry() : look(path);
+        if (entry.isLink) {
+            walked.path = path;
+            walked.endsInLink = walked.endsInLink || walk.isDone();
+            walked.result = !entry.mayFollow ? WalkResult::refusedLink : WalkResult::tooManyLinks;
+            if (!entry.mayFollow || ++links > mostLinks) return walked;
+            walked.result = WalkResult::badPath;
+            walk.expect(entry.targetFinalPath);
+            if (entry.target.isRelative)
+                walk.goOn(entry.target.path);
+            else if (!walk.restart(entry.target.path))
+                return walked;
+        } else if (name == L"..") {
+            walk.leave();
+        } else if (!isDots) {
+            walk.enter(name, entry.finalPath);
+        }
+        if (!walk.isAsExpected()) {
+            walked.result = WalkResult::refusedLink;
+            return walked;
+        }
+    }
+    walked.result = WalkResult::arrived;
+    walked.path = walk.path();
+    walked.finalPath = walk.finalPath();
+    return walked;
+}
+
+}  // namespace pdx
