@@ -24,21 +24,17 @@ TEST(Paths, ReadsTheEnvironmentUpToItsLimit) {
     EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), L"");
 }
 
-TEST(Paths, TellsWhenThereIsNoShortName) {
+TEST(Paths, LogsThatThereIsNoShortName) {
     const TestFolder folder;
     const CapturedLog log;
     const std::wstring missing = folder.path(L"missing file.text");
     EXPECT_EQ(getShortPathName(missing), L"");
-    EXPECT_THAT(log.take(), ElementsAre(LogEntry{logInfo, "getShortPathName",
-                                                 toUtf8(L"Failed to get short path name for " + missing)}));
+    EXPECT_THAT(log.takeTexts(),
+                ElementsAre("2 getShortPathName Failed to get short path name for " + toUtf8(missing)));
 }
 
-/// What a function makes of a path in a buffer of the given size.
-struct Outcome {
-    HRESULT result;
-    std::wstring path;
-    bool operator==(const Outcome&) const = default;
-};
+/// What a function returns, and what it makes of a path in a buffer of the given size.
+using Outcome = std::pair<HRESULT, std::wstring>;
 
 template <typename Function, typename... More>
 Outcome tryOut(Function function, const std::wstring& path, size_t size, More... more) {
