@@ -41,7 +41,8 @@ TEST(ParseConfig, FlattensTablesToDottedKeys) {
         "'a b.c' = '6'\r\n"
         "'' = '7'\r\n"
         "[a]\r\n"
-        "''.b = '8'\r\n");
+        "''.b = '8'\r\n"
+        "'.c' = '9'\r\n");
     const std::pair<const char*, const char*> rows[] = {
         {"top", "1"},
         {"dotted.key.below", "2"},
@@ -50,7 +51,8 @@ TEST(ParseConfig, FlattensTablesToDottedKeys) {
         {"app.inline.one.two", "5"},
         {"app.deep.er.a b.c", "6"},
         {"app.deep.er.", "7"},
-        {"a.b", "8"},  // the path below "a" is ".b", which already begins with the dot
+        {"a.b", "8"},
+        {"a.c", "9"},  // the path below "a" already begins with the dot
     };
     for (const auto& [key, value] : rows) EXPECT_EQ(result.map.getString(key, "absent"), value) << key;
     EXPECT_EQ(result.map.size(), std::size(rows));
