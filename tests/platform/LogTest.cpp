@@ -9,8 +9,6 @@
 namespace pdx {
 namespace {
 
-using Line = std::pair<int32_t, std::wstring>;
-
 class LogTest : public testing::Test {
   protected:
     LogTest() { g_logger.set(std::make_shared<BootstrapperLogger>(&engine)); }
@@ -28,11 +26,10 @@ TEST_F(LogTest, GivesEachLevelToTheEngineAndDropsWhatIsAboveTheHighest) {
     for (const int32_t level : {0, 1, 2, 3, 4, 5, 6, 99999, -1, INT32_MIN}) logMessage(level, "f", 7, "m");
     const std::pair<int32_t, const wchar_t*> expected[] = {{4, L"ERROR"}, {1, L"WARN "}, {1, L"INFO "}, {3, L"DEBUG"},
                                                            {2, L"TRACE"}, {2, L"TRACE"}, {2, L"TRACE"}};
-    const auto logged = engine.log();
-    ASSERT_EQ(logged.size(), std::size(expected));
-    for (size_t i = 0; i < logged.size(); ++i) {
-        EXPECT_EQ(logged[i].level, expected[i].first);
-        EXPECT_EQ(logged[i].text, head(expected[i].second) + L"f:7) m");
+    ASSERT_EQ(engine.logCount(), std::size(expected));
+    for (size_t i = 0; i < std::size(expected); ++i) {
+        EXPECT_EQ(engine.log()[i].level, expected[i].first);
+        EXPECT_EQ(engine.log()[i].text, head(expected[i].second) + L"f:7) m");
     }
 }
 
@@ -44,19 +41,10 @@ TEST_F(LogTest, FormatsNarrowAndWideTextAndFillsInTheLine) {
               head(L"INFO ") + L"Klasse::größe:" + std::to_wstring(line) + L") ä€|ö\U0001F600|a7ff0bc9|-5%");
 }
 
-TEST_F(LogTest, SurvivesEveryMessage) {
+TEST_F(LogTest, CutsALongMessageAndWritesWhatIsNoText) {
+    logMessage(logTrace, "f", 1, std::string(5000, 'a').c_str());
+    EXPECT_EQ(engine.log().back().text, head(L"TRACE") + L"f:1) " + std::wstring(4095, L'a'));
     const std::wstring loneSurrogate = {L'a', wchar_t{0xD800}, L'b'};
-    const std::pair<std::string, std::wstring> cases[] = {
-        {std::string(5000, 'a'), std::wstring(4095, L'a')},
-        {"50% of %s", L"50% of %s"},
-        {"", {}},
-        // A character of three bytes that the cut goes through is no character any more.
-        {std::string(4094, 'a') + "\xE2\x82\xAC", std::wstring(4094, L'a') + L"\xFFFD"},
-    };
-    for (const auto& [format, message] : cases) {
-        logMessage(logTrace, "f", 1, format.c_str());
-        EXPECT_EQ(engine.log().back().text, head(L"TRACE") + L"f:1) " + message);
-    }
     PDX_LOG(logTrace, "f", "%ls %s %ls", loneSurrogate, static_cast<const char*>(nullptr),
             static_cast<const wchar_t*>(nullptr));
     EXPECT_THAT(engine.log().back().text, testing::EndsWith(L") a\xFFFD"

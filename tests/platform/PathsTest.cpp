@@ -24,12 +24,8 @@ TEST(Paths, ReadsTheEnvironmentUpToItsLimit) {
     EXPECT_EQ(getEnvironmentText(L"PDX_PATHS_TEST"), L"");
 }
 
-/// What a function makes of a path in a buffer of the given size.
-struct Outcome {
-    HRESULT result;
-    std::wstring path;
-    bool operator==(const Outcome&) const = default;
-};
+/// What a function returns, and what it makes of a path in a buffer of the given size.
+using Outcome = std::pair<HRESULT, std::wstring>;
 
 template <typename Function, typename... More>
 Outcome tryOut(Function function, const std::wstring& path, size_t size, More... more) {

@@ -10,16 +10,14 @@ unsigned __stdcall noteThread(void* into) {
     return 0;
 }
 
-TEST(PreparedThread, DoesItsRoutineWhereItWasPrepared) {
+TEST(PreparedThread, RunsItsRoutineWhereItWasPrepared) {
     for (const bool started : {true, false}) {
         DWORD preparedOn = 0, ranOn = 0;
         {
             PreparedThread thread;
             thread.prepare([&] { noteThread(&preparedOn); });
             EXPECT_EQ(thread.id(), 0u) << "there is no routine yet";
-            if (started) {
-                EXPECT_TRUE(thread.start(noteThread, &ranOn));
-            }
+            EXPECT_TRUE(!started || thread.start(noteThread, &ranOn));
         }
         EXPECT_NE(preparedOn, 0u);
         EXPECT_EQ(ranOn, started ? preparedOn : 0u);

@@ -8,10 +8,16 @@
 
 #include "platform/Handles.h"
 #include "platform/Paths.h"
+#include "tests/platform/TestFolder.h"
 
 namespace pdx {
 
 inline std::wstring probePath() { return getModuleFilePath(L"harness\\probe.exe"); }
+
+inline std::wstring copyProbe(const TestFolder& folder, const std::wstring& name) {
+    std::filesystem::copy_file(probePath(), folder.path(name));
+    return folder.path(name);
+}
 
 /// A running copy; program is the probe or a copy of its file.
 inline Handle startProbe(const std::wstring& arguments, const std::wstring& program = probePath()) {

@@ -6,16 +6,12 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Text.h"
 #include "platform/Wmi.h"
 
 namespace pdx {
 
-struct IgnoreCase {
-    bool operator()(const std::wstring& left, const std::wstring& right) const {
-        return _wcsicmp(left.c_str(), right.c_str()) < 0;
-    }
-};
-using ScriptedRow = std::map<std::wstring, WmiValue, IgnoreCase>;
+using ScriptedRow = std::map<std::wstring, WmiValue, LessIgnoreCase>;
 using ScriptedAnswers = std::map<std::wstring, std::vector<ScriptedRow>>;
 
 inline WmiValue wmiText(std::wstring text) { return {WmiValue::Kind::text, std::move(text), 0}; }

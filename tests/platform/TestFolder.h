@@ -1,4 +1,4 @@
-// A folder of a test's own, and variables of the environment.
+// What a test has to itself: a folder, registry keys, variables of the environment.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -6,8 +6,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
+#include "platform/Handles.h"
 #include "platform/Paths.h"
+#include "platform/Registry.h"
 
 namespace pdx {
 
@@ -41,6 +44,23 @@ class TestFolder {
     std::filesystem::path folder;
 };
 
+/// Keys of HKEY_LOCAL_MACHINE that are in neither view when a test begins, nor when it ends.
+class TestKeys {
+  public:
+    explicit TestKeys(std::vector<std::wstring> given) : keys(std::move(given)) { clear(); }
+    ~TestKeys() { clear(); }
+    TestKeys(const TestKeys&) = delete;
+    TestKeys& operator=(const TestKeys&) = delete;
+
+    void clear() const {
+        for (const RegistryView view : {view32, view64})
+            for (const std::wstring& key : keys) RegistryKey::localMachine(view).deleteTree(key);
+    }
+
+  private:
+    std::vector<std::wstring> keys;
+};
+
 /// Sets a variable of the environment for the time of a test.
 class ScopedVariable {
   public:
@@ -56,6 +76,10 @@ class ScopedVariable {
     const wchar_t* name;
     std::wstring before;
 };
+
+inline FileHandle holdFile(const std::wstring& path, DWORD access, DWORD share) {
+    return FileHandle(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+}
 
 inline std::string readFile(const std::wstring& path) {
     std::ifstream file(std::filesystem::path(path), std::ios::binary);

@@ -10,12 +10,10 @@ TEST(ReadUploadPlace, GivesNothingUnlessTheAnswerNamesBoth) {
     const std::pair<std::string, bool> rows[] = {
         {"<reportResponse><trackingId>er-1 &amp;</trackingId>" + put + "</reportResponse>", true},
         {"<r><reportResponse>" + put + "<trackingId>er-1 &amp;</trackingId></reportResponse></r>", true},
-        {"<reportResponse><trackingId>er-1</trackingId><puts>", false},
         {"<reportResponse><trackingId/>" + put + "</reportResponse>", false},
         {"<reportResponse><trackingId>er-1</trackingId></reportResponse>", false},
         {"<other><trackingId>er-1</trackingId>" + put + "</other>", false},
         {"the service is down", false},
-        {"", false},
         // A document that would have a file of the machine put into the answer.
         {"<!DOCTYPE r [<!ENTITY x SYSTEM "
          "\"file:///C:/windows/win.ini\">]><reportResponse><trackingId>&x;</trackingId>" +

@@ -1,21 +1,18 @@
-// The filter of unhandled exceptions: what it tells, whom it calls, who waits. That the system calls it, the scenarios
-// show.
+// The filter of unhandled exceptions: what it sends, whom it calls, who waits. The scenarios show that the system calls
+// it.
 #include "reporting/ExceptionHandler.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
-#include <string>
-#include <vector>
 
 #include "config/Translator.h"
 #include "platform/Thread.h"
 #include "reporting/rules/CrashSignature.h"
 #include "tests/core/ApplicationProbe.h"
 #include "tests/platform/Crash.h"
-#include "tests/platform/TestFolder.h"
+#include "tests/platform/Probe.h"
 
 namespace pdx {
 namespace {
@@ -26,7 +23,7 @@ using testing::StartsWith;
 
 constexpr DWORD accessFault = EXCEPTION_ACCESS_VIOLATION;
 
-/// The process with a filter of its own, ahead of any handler, and with what the flow takes of it.
+/// The process with a filter of its own, before any handler, and with what the flow takes of it.
 class ExceptionHandlerTest : public testing::Test {
   protected:
     ExceptionHandlerTest() : outer(SetUnhandledExceptionFilter(earlierFilter)) {
@@ -49,23 +46,18 @@ class ExceptionHandlerTest : public testing::Test {
             steps.emplace_back("box closes");
         };
     }
-    LONG raise(ExceptionHandler& handler, DWORD code) { return filterOf(handler, code, context); }
-
-    static LONG filterOf(ExceptionHandler& handler, DWORD code, CONTEXT& registers) {
-        EXCEPTION_RECORD record{};
-        record.ExceptionCode = code;
-        EXCEPTION_POINTERS pointers{&record, &registers};
-        return handler.filter(&pointers);
+    static LONG raise(ExceptionHandler& handler, DWORD code) {
+        EXCEPTION_RECORD fault{};
+        fault.ExceptionCode = code;
+        CONTEXT registers{};
+        EXCEPTION_POINTERS both{&fault, &registers};
+        return handler.filter(&both);
     }
     static unsigned __stdcall overflow(void* handler) {
-        CONTEXT registers{};
-        filterOf(*static_cast<ExceptionHandler*>(handler), EXCEPTION_STACK_OVERFLOW, registers);
-        return 0;
+        return raise(*static_cast<ExceptionHandler*>(handler), EXCEPTION_STACK_OVERFLOW), 0;
     }
     static LONG CALLBACK earlierFilter(EXCEPTION_POINTERS* pointers) {
-        char code[16];
-        std::snprintf(code, sizeof code, "%08lx", pointers->ExceptionRecord->ExceptionCode);
-        steps.emplace_back(code);
+        steps.push_back(fmt::format("{:08x}", pointers->ExceptionRecord->ExceptionCode));
         return result;
     }
     /// The filter that the process has now.
@@ -79,11 +71,13 @@ class ExceptionHandlerTest : public testing::Test {
     inline static std::vector<std::string> steps;
     inline static LONG result = 0;
     std::shared_ptr<RecordingTelemetry> telemetry = std::make_shared<RecordingTelemetry>();
+    EXCEPTION_RECORD record{};
     CONTEXT context{};
+    EXCEPTION_POINTERS pointers{&record, &context};
     LPTOP_LEVEL_EXCEPTION_FILTER outer;
 };
 
-TEST_F(ExceptionHandlerTest, TellsTheFirstFatalExceptionAndHandsAllOn) {
+TEST_F(ExceptionHandlerTest, ReportsTheFirstFatalExceptionAndHandsAllOn) {
     ExceptionHandler handler(box());
     result = EXCEPTION_CONTINUE_EXECUTION;
     EXPECT_EQ(raise(handler, EXCEPTION_BREAKPOINT), EXCEPTION_CONTINUE_EXECUTION);
@@ -144,9 +138,7 @@ TEST_F(ExceptionHandlerTest, LetsOtherThreadsWaitUntilTheBoxHasClosed) {
 
 TEST_F(ExceptionHandlerTest, IsTheFilterForALifeAndNeverItsOwnEarlierOne) {
     LPTOP_LEVEL_EXCEPTION_FILTER filter = nullptr;
-    EXCEPTION_RECORD record{};
     record.ExceptionCode = EXCEPTION_BREAKPOINT;
-    EXCEPTION_POINTERS pointers{&record, &context};
     result = EXCEPTION_EXECUTE_HANDLER;
     auto left = std::make_shared<ExceptionHandler>();  // by an object before a reload
     g_exceptionHandler.set(left);
@@ -173,7 +165,7 @@ TEST_F(ExceptionHandlerTest, HasLoadedWhatWalksStacksBeforeACrash) {
     EXPECT_NE(GetModuleHandleW(L"dbghelp.dll"), nullptr);
 }
 
-/// The picture of the first box that its thread shows, which it closes.
+/// The icon of the first box that its thread shows and that it closes.
 HICON iconOfBox = nullptr;
 
 LRESULT CALLBACK lookAtBox(int code, WPARAM window, LPARAM facts) {
@@ -241,30 +233,26 @@ TEST_F(ExceptionHandlerTest, SignsAStackByTheModulesOfItsFrames) {
 
 TEST_F(ExceptionHandlerTest, SignsTheNameOfAModuleInTheSystemsCodePage) {
     const TestFolder folder;
-    std::filesystem::copy_file(getModuleFilePath(L"harness\\probe.exe"), folder.path(L"gr\u00f6\u00dfe.dll"));
-    const auto module = reinterpret_cast<uintptr_t>(LoadLibraryW(folder.path(L"gr\u00f6\u00dfe.dll").c_str()));
+    const std::wstring library = copyProbe(folder, L"gr\u00f6\u00dfe.dll");
+    const auto module = reinterpret_cast<uintptr_t>(LoadLibraryW(library.c_str()));
     ASSERT_NE(module, 0u);
-    EXCEPTION_RECORD record{};
     const uintptr_t lastFrame[2] = {};
     context.Eip = module + 0x1000;
     context.Ebp = context.Esp = reinterpret_cast<uintptr_t>(lastFrame);
     StackHash hash;
-    hash.add(GetACP() == 1252 ? "gr\xF6\xDF"
-                                "e.dll"
-                              : "\u00f6 in the code page of another system");
-    EXPECT_EQ(signatureOf({&record, &context}), crashSignature(hash, 0));
+    ASSERT_EQ(GetACP(), 1252u);
+    hash.add("gr\xF6\xDF\x65.dll");
+    EXPECT_EQ(signatureOf(pointers), crashSignature(hash, 0));
     FreeLibrary(reinterpret_cast<HMODULE>(module));
 }
 
 TEST_F(ExceptionHandlerTest, EndsTheWalkOfADamagedStack) {
-    EXCEPTION_RECORD record{};
     uintptr_t frames[6] = {};
     context.Eip = reinterpret_cast<uintptr_t>(moduleOf);
     const auto address = [&](size_t frame) { return reinterpret_cast<uintptr_t>(&frames[frame]); };
     const auto sign = [&](uintptr_t frame) {
-        context.Ebp = static_cast<DWORD>(frame);
-        context.Esp = static_cast<DWORD>(frame);
-        return signatureOf({&record, &context});
+        context.Ebp = context.Esp = static_cast<DWORD>(frame);
+        return signatureOf(pointers);
     };
     for (const size_t frame : {0u, 2u, 4u}) frames[frame + 1] = context.Eip;
     frames[0] = address(2);  // which leads to itself, or back

@@ -17,22 +17,17 @@ std::string unpacked(const std::string& package) {
     inflateInit2(&stream, 15 + 16);
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(package.data()));
     stream.avail_in = static_cast<uInt>(package.size());
-    std::string content;
-    int result = Z_OK;
-    while (result == Z_OK) {
-        Bytef piece[4096];
-        stream.next_out = piece;
-        stream.avail_out = sizeof piece;
-        result = inflate(&stream, Z_NO_FLUSH);
-        content.append(reinterpret_cast<const char*>(piece), sizeof piece - stream.avail_out);
-    }
+    std::string content(1 << 20, '\0');
+    stream.next_out = reinterpret_cast<Bytef*>(content.data());
+    stream.avail_out = static_cast<uInt>(content.size());
+    EXPECT_EQ(inflate(&stream, Z_FINISH), Z_STREAM_END);
+    EXPECT_EQ(stream.avail_in, 0u) << "bytes after the stream";
+    content.resize(stream.total_out);
     inflateEnd(&stream);
-    EXPECT_EQ(result, Z_STREAM_END);
-    EXPECT_EQ(stream.avail_in, 0u) << "bytes behind the stream";
     return content;
 }
 
-/// What a package of these files holds behind the two sections that it always has.
+/// What a package of these files holds after the two sections that it always has.
 std::string packed(const ReportFiles& files) {
     ErrorReport report;
     buildPackage(report, files);
@@ -58,11 +53,10 @@ TEST(ReportPackage, TakesEachFileThatCanBeReadAndNothingElse) {
         wanted += section(name, name + "\n");
     }
     folder.addFile(L"beside.log", "not listed");
-    const FileHandle locked(CreateFileW(folder.addFile(L"c locked.log").c_str(), GENERIC_WRITE, 0, nullptr,
-                                        OPEN_EXISTING, 0, nullptr));
+    const FileHandle locked = holdFile(folder.addFile(L"c locked.log"), GENERIC_WRITE, 0);
     files.insert({folder.path(L"c locked.log"), folder.path(L"c vanished.log"), folder.path(), L""});
-    const FileHandle written(CreateFileW(folder.addFile(L"d in use.log", "so far").c_str(), GENERIC_WRITE | DELETE,
-                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    const FileHandle written =
+        holdFile(folder.addFile(L"d in use.log", "so far"), GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     files.insert({folder.path(L"d in use.log"), folder.path(L"D IN USE.LOG")});  // one file
     wanted += section("d in use.log", "so far");
     for (const char* bytes : {"", "x"}) {
@@ -70,7 +64,10 @@ TEST(ReportPackage, TakesEachFileThatCanBeReadAndNothingElse) {
         files.insert(folder.addFile(toWide(name), bytes));
         wanted += section(name, "");
     }
-    files.insert(folder.addFile(L"\u00e4\u0438\u30b2.log", std::string("\xFF\xFE" "a\0\n\0" "\xDC", 7)));
+    files.insert(folder.addFile(L"\u00e4\u0438\u30b2.log", std::string("\xFF\xFE"
+                                                                       "a\0\n\0"
+                                                                       "\xDC",
+                                                                       7)));
     wanted += section("\u00e4\u0438\u30b2.log", "\uFEFFa\n");
     EXPECT_TRUE(packed(files) == wanted);
 }

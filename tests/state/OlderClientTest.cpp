@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Log.h"
-#include "platform/Registry.h"
+#include "platform/product/RegistryPaths.h"
 #include "tests/platform/CapturedLog.h"
 #include "tests/platform/Probe.h"
 #include "tests/platform/TestFolder.h"
@@ -11,35 +10,34 @@
 namespace pdx {
 namespace {
 
-void deleteKeys() {
-    for (const RegistryView view : {view32, view64}) RegistryKey::localMachine(view).deleteTree(L"Software\\Bastion");
-}
+class OlderClientTest : public testing::Test {
+  protected:
+    TestKeys keys{{olderClientKey}};
+    RegistryKey machine = RegistryKey::localMachine(view32);
+};
 
-TEST(IsBastionInstalled, AsksForItsMarkerInThe32BitView) {
-    struct Row {
+TEST_F(OlderClientTest, IsInstalledIfItsMarkerIsInThe32BitView) {
+    const struct {
         const char* name;
         RegistryView view;
         const wchar_t* valueName;
         RegistryValue value;
         bool installed;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"text", view32, L"InstallSuccesfull", L"true", true},
         {"empty text", view32, L"InstallSuccesfull", L"", false},
         {"zero reads as \"0\"", view32, L"InstallSuccesfull", 0u, true},
         {"the other view", view64, L"InstallSuccesfull", L"true", false},
-        {"spelt rightly", view32, L"InstallSuccessful", L"true", false},
+        {"spelled correctly", view32, L"InstallSuccessful", L"true", false},
     };
-    deleteKeys();
-    EXPECT_FALSE(isBastionInstalled()) << "no key";
-    for (const Row& row : rows) {
-        ASSERT_TRUE(RegistryKey::localMachine(row.view).setSubKeyValue(L"Software\\Bastion", row.valueName, row.value));
+    for (const auto& row : rows) {
+        ASSERT_TRUE(RegistryKey::localMachine(row.view).setSubKeyValue(olderClientKey, row.valueName, row.value));
         EXPECT_EQ(isBastionInstalled(), row.installed) << row.name;
-        deleteKeys();
+        keys.clear();
     }
 }
 
-TEST(TempUninstaller, IsWaitedForByTheHandleThatFoundIt) {
+TEST_F(OlderClientTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
     // Ends the uninstaller between the find and the wait: its id is then free, unless somebody holds a handle to it.
     struct EndingLogger : Logger {
         void write(int32_t, const char*, int32_t, const char* message) override {
@@ -56,27 +54,24 @@ TEST(TempUninstaller, IsWaitedForByTheHandleThatFoundIt) {
     };
     const TestFolder folder;
     const std::wstring uninstaller = folder.path(L"bui1.exe");
-    CopyFileW(probePath().c_str(), folder.path(L"BastionUninstall.exe").c_str(), TRUE);
-    const std::wstring sample = getModuleFilePath(L"harness\\older\\BastionUninstall.exe");
-    ASSERT_TRUE(CopyFileW(sample.c_str(), uninstaller.c_str(), TRUE));
-    RegistryKey::localMachine(view32).setSubKeyValue(L"Software\\Bastion", L"BastionPath", folder.path(L"Bastion.exe"));
+    copyProbe(folder, L"BastionUninstall.exe");
+    std::filesystem::copy_file(getModuleFilePath(L"harness\\older\\BastionUninstall.exe"), uninstaller);
+    machine.setSubKeyValue(olderClientKey, L"BastionPath", folder.path(L"Bastion.exe"));
     const auto logger = std::make_shared<EndingLogger>();
     logger->process = startProbe(L"--stay never", uninstaller);
     g_logger.set(logger);
     waitForBastionTempUninstallers();
     g_logger.clear();
     EXPECT_TRUE(logger->held);
-    deleteKeys();
 }
 
-TEST(WaitForBastionTempUninstallers, StartsAndAwaitsNothingWithoutARecordedProgram) {
+TEST_F(OlderClientTest, NoUninstallerIsStartedOrAwaitedWithoutARecordedProgram) {
     for (const bool recorded : {false, true}) {
-        if (recorded) RegistryKey::localMachine(view32).setSubKeyValue(L"Software\\Bastion", L"BastionPath", std::wstring());
+        if (recorded) machine.setSubKeyValue(olderClientKey, L"BastionPath", L"");
         const CapturedLog log;
         waitForBastionTempUninstallers();
         for (const LogEntry& line : log.take()) EXPECT_NE(line.function, "waitForBastionTempUninstallers");
     }
-    deleteKeys();
 }
 
 }  // namespace

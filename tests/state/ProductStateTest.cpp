@@ -4,33 +4,33 @@
 
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
+#include "tests/platform/TestFolder.h"
 
 namespace pdx {
 namespace {
 
 /// A value by what it is written as; null is absent.
-void lay(RegistryKey root, const std::wstring& key, const wchar_t* name, const wchar_t* text) {
+void lay(RegistryKey& root, const std::wstring& key, const wchar_t* name, const wchar_t* text) {
     if (text) root.setSubKeyValue(key, name, text);
 }
 
 TEST(RestoreClientPath, GivesTheEarlierProgramBackAndTakesWhatIsEmpty) {
     constexpr const wchar_t* gone = nullptr;
     const struct {
-        const wchar_t* current;
-        const wchar_t* earlier;
-        const wchar_t* restored;  ///< null without the value
+        const wchar_t *current, *earlier, *restored;  ///< each null without the value
         bool keyStays;
     } rows[] = {
         {L"C:\\new", L"C:\\old", L"C:\\old", true}, {L"C:\\new", L"", gone, false}, {L"C:\\new", gone, gone, false},
         {L"", L"C:\\old", L"C:\\old", true},        {L"", L"", gone, false},        {L"", gone, gone, false},
         {gone, L"C:\\old", L"C:\\old", true},       {gone, L"", gone, false},
     };
+    const TestKeys keys({olderClientKey});
     RegistryKey machine = RegistryKey::localMachine(view32);
     for (const std::wstring& other : {std::wstring(), std::wstring(L"subkey"), std::wstring(L"value")}) {
         for (const auto& row : rows) {
-            machine.deleteTree(olderClientKey);
-            lay(RegistryKey::localMachine(view32), olderClientKey, L"ClientPath", row.current);
-            lay(RegistryKey::localMachine(view32), olderClientKey, L"PrevClientPath", row.earlier);
+            keys.clear();
+            lay(machine, olderClientKey, L"ClientPath", row.current);
+            lay(machine, olderClientKey, L"PrevClientPath", row.earlier);
             if (other == L"subkey") machine.createSubKey(std::wstring(olderClientKey) + L"\\sub", true);
             if (other == L"value") machine.setSubKeyValue(olderClientKey, L"BastionPath", L"C:\\b.exe");
             restoreClientPath(olderClientKey);
@@ -40,12 +40,11 @@ TEST(RestoreClientPath, GivesTheEarlierProgramBackAndTakesWhatIsEmpty) {
             EXPECT_EQ(left.getValue(L"PrevClientPath"), RegistryValue());
         }
     }
-    machine.deleteTree(olderClientKey);
+    keys.clear();
     RegistryKey::localMachine(view64).setSubKeyValue(olderClientKey, L"ClientPath", L"of the other view");
     restoreClientPath(olderClientKey);
     EXPECT_FALSE(machine.openSubKey(olderClientKey, false)) << "no key is made";
     EXPECT_TRUE(RegistryKey::localMachine(view64).openSubKey(olderClientKey, false));
-    RegistryKey::localMachine(view64).deleteTree(olderClientKey);
 }
 
 TEST(RestoreProtocolHandler, GivesTheEarlierCommandBackOrTakesTheProtocol) {
@@ -54,8 +53,8 @@ TEST(RestoreProtocolHandler, GivesTheEarlierCommandBackOrTakesTheProtocol) {
     RegistryKey classes = RegistryKey::classesRoot(view64);
     for (const wchar_t* current : {static_cast<const wchar_t*>(nullptr), L"", L"\"C:\\new.exe\" \"%1\""}) {
         for (const std::wstring& earlier : {std::wstring(), std::wstring(L"\"C:\\old.exe\" \"%1\"")}) {
-            lay(RegistryKey::classesRoot(view64), open, L"", current);
-            lay(RegistryKey::classesRoot(view64), protocol, L"URL Protocol", current);
+            lay(classes, open, L"", current);
+            lay(classes, protocol, L"URL Protocol", current);
             restoreProtocolHandler(protocol, earlier);
             EXPECT_EQ(static_cast<bool>(classes.openSubKey(protocol, false)), !earlier.empty());
             EXPECT_EQ(classes.getSubKeyValue(open, L""), earlier.empty() ? RegistryValue() : RegistryValue(earlier));
@@ -66,22 +65,19 @@ TEST(RestoreProtocolHandler, GivesTheEarlierCommandBackOrTakesTheProtocol) {
 
 TEST(WriteBundleVersion, WritesToAnEntryThatIsThere) {
     const std::wstring key = uninstallKey + std::wstring(L"\\pdxtest");
-    RegistryKey machine = RegistryKey::localMachine(view32);
-    const struct {
-        const wchar_t* version;
-        uint32_t major;
-        uint32_t minor;
-    } rows[] = {{L"12.37.0.5294", 12, 37}, {L"12.37", 12, 37}, {L"7", 7, 0}};
-    for (const auto& row : rows) {
-        writeBundleVersion(L"pdxtest", row.version);
+    const TestKeys keys({key});
+    const RegistryKey machine = RegistryKey::localMachine(view32);
+    const std::tuple<const wchar_t*, uint32_t, uint32_t> rows[] = {{L"12.37.0.5294", 12, 37}, {L"7", 7, 0}};
+    for (const auto& [version, major, minor] : rows) {
+        keys.clear();
+        writeBundleVersion(L"pdxtest", version);
         EXPECT_FALSE(machine.openSubKey(key, false)) << "no entry is made";
         const RegistryKey entry = machine.createSubKey(key, true);
-        writeBundleVersion(L"pdxtest", row.version);
-        EXPECT_EQ(entry.getValue(L"BundleVersion"), RegistryValue(row.version));
-        EXPECT_EQ(entry.getValue(L"DisplayVersion"), RegistryValue(row.version));
-        EXPECT_EQ(entry.getValue(L"VersionMajor"), RegistryValue(row.major));
-        EXPECT_EQ(entry.getValue(L"VersionMinor"), RegistryValue(row.minor));
-        machine.deleteTree(key);
+        writeBundleVersion(L"pdxtest", version);
+        EXPECT_EQ(entry.getValue(L"BundleVersion"), RegistryValue(version));
+        EXPECT_EQ(entry.getValue(L"DisplayVersion"), RegistryValue(version));
+        EXPECT_EQ(entry.getValue(L"VersionMajor"), RegistryValue(major));
+        EXPECT_EQ(entry.getValue(L"VersionMinor"), RegistryValue(minor));
     }
     const RegistryKey below = machine.createSubKey(key + L"\\sub", true);
     for (const wchar_t* none : {L"", L"\\", L"pdxtest\\sub"}) {

@@ -1,6 +1,5 @@
 #include "telemetry/InstallTelemetry.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -9,9 +8,6 @@
 
 namespace pdx {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// A machine with the drives of a test; logs nothing of its own.
 struct FakeSystem : SystemInfo {
@@ -34,7 +30,7 @@ struct FakeSystem : SystemInfo {
     }
 };
 
-TEST(InstallTelemetry, TellsDriveAndMediaAndThinsWhereTheSystemIsSilent) {
+TEST(InstallTelemetry, HasDriveAndMediaAsFarAsTheSystemKnowsThem) {
     using Change = std::function<void(FakeSystem&)>;
     const Change none = [](FakeSystem&) {};
     const Change noWmi = [](FakeSystem& system) { system.works = false; };
@@ -45,9 +41,7 @@ TEST(InstallTelemetry, TellsDriveAndMediaAndThinsWhereTheSystemIsSilent) {
         const char* name;
         const wchar_t* folder;
         Change change;
-        const char* driveType;
-        const char* diskMedia;
-        const char* log;  ///< the messages, joined by bars
+        const char *driveType, *diskMedia, *log;  ///< the messages, each after a bar
     } rows[] = {
         {"two partitions of one disk", L"C:\\Palisade", none, "system", "SSD,SSD", "|Install Root: C:"},
         {"another drive", L"D:\\Games", none, "data", "HDD", "|Install Root: D:"},
@@ -65,11 +59,12 @@ TEST(InstallTelemetry, TellsDriveAndMediaAndThinsWhereTheSystemIsSilent) {
         row.change(system);
         const CapturedLog log;
         const InstallTelemetry record = installTelemetry({"now", false, row.folder, L"C:\\Palisade"}, system);
-        EXPECT_EQ(record.driveType, row.driveType) << row.name;
-        EXPECT_EQ(record.diskMedia, row.diskMedia) << row.name;
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(record.driveType, row.driveType);
+        EXPECT_EQ(record.diskMedia, row.diskMedia);
         std::string messages;
         for (const LogEntry& entry : log.take()) messages += "|" + entry.message;
-        EXPECT_EQ(messages, row.log) << row.name;
+        EXPECT_EQ(messages, row.log);
     }
 }
 

@@ -19,8 +19,6 @@ namespace {
 using nlohmann::json;
 using testing::ElementsAre;
 
-std::string noHash() { return {}; }
-
 /// Keeps what it would post. The attributes of an event are what is posted of it.
 class RecordingSender : public TelemetrySender {
   public:
@@ -37,8 +35,10 @@ class RecordingSender : public TelemetrySender {
     }
 
     using TelemetrySender::queueLock;
-    void tell(json value, bool urgent = false) { enqueue({briskSender, "", std::move(value), urgent}); }
-    void begin() { start("", TelemetryManager("session", noHash)); }
+    void queueEvent(json value, bool urgent = false) { enqueue({briskSender, "", std::move(value), urgent}); }
+    void begin() {
+        start("", TelemetryManager("session", [] { return std::string(); }));
+    }
     /// The posts so far, once there are that many.
     std::vector<json> posts(size_t count) {
         std::unique_lock guard(lock);
@@ -54,8 +54,7 @@ class RecordingSender : public TelemetrySender {
 };
 
 TEST(TelemetrySender, PostsEachEventOnceAndInTheOrderOfItsThread) {
-    constexpr int threadCount = 8;
-    constexpr int perThread = 12'500;
+    constexpr int threadCount = 8, perThread = 12'500;
     RecordingSender sender;
     sender.begin();
     std::vector<std::thread> threads;
@@ -64,7 +63,7 @@ TEST(TelemetrySender, PostsEachEventOnceAndInTheOrderOfItsThread) {
             for (int number = 0; number < perThread; ++number) {
                 // Enough is held back by then for the gate to open in the thick of it.
                 if (thread == 0 && number == perThread / 3) sender.setSendingEnabled(true);
-                sender.tell({thread, number});
+                sender.queueEvent({thread, number});
             }
         });
     for (std::thread& thread : threads) thread.join();
@@ -81,24 +80,20 @@ TEST(TelemetrySender, PostsEachEventOnceAndInTheOrderOfItsThread) {
 TEST(TelemetrySender, HoldsOrdinaryEventsBackUntilSendingIsEnabled) {
     RecordingSender sender;
     sender.begin();
-    json heldBack;
-    for (int number = 0; number < 10; ++number) {
-        sender.tell(number);
-        heldBack.push_back(number);
-    }
-    sender.tell("urgent", true);
+    for (const int number : {1, 2}) sender.queueEvent(number);
+    sender.queueEvent("urgent", true);
     EXPECT_THAT(sender.posts(1), ElementsAre(json{"urgent"}));
     sender.setSendingEnabled(true);
-    EXPECT_THAT(sender.posts(2), ElementsAre(json{"urgent"}, heldBack));
-    sender.tell("later");
-    EXPECT_THAT(sender.posts(3), ElementsAre(json{"urgent"}, heldBack, json{"later"}));
+    sender.posts(2);
+    sender.queueEvent("later");
+    EXPECT_THAT(sender.posts(3), ElementsAre(json{"urgent"}, json{1, 2}, json{"later"}));
 }
 
 TEST(TelemetrySender, DropsAnUrgentEventRatherThanWaitForItsOwnThread) {
     RecordingSender sender;
     {
         const std::lock_guard guard(sender.queueLock);  // as that of a thread that crashes in there
-        sender.tell("dropped", true);
+        sender.queueEvent("dropped", true);
         ProcessValue<int> value;
         ProcessSlot<int> slot;
         slot.set(std::make_shared<int>(1));
@@ -109,21 +104,21 @@ TEST(TelemetrySender, DropsAnUrgentEventRatherThanWaitForItsOwnThread) {
         EXPECT_EQ(*slot.get(urgentBound), 1);
     }
     sender.begin();
-    sender.tell("sent", true);
+    sender.queueEvent("sent", true);
     EXPECT_THAT(sender.posts(1), ElementsAre(json{"sent"}));
 }
 
 TEST(TelemetrySender, PostsWhatWasQueuedWhenStoppedAndMayStartAgain) {
     RecordingSender sender;
     sender.setSendingEnabled(true);
-    sender.tell(1);  // ahead of the worker
+    sender.queueEvent(1);  // before there is a worker
     sender.begin();
     sender.posts(1);
-    sender.tell(2);
-    for (const json& nothing : {json(), json::object(), json::array()}) sender.tell(nothing, true);
+    sender.queueEvent(2);
+    for (const json& nothing : {json(), json::object(), json::array()}) sender.queueEvent(nothing, true);
     sender.stop();
     sender.begin();
-    sender.tell(3);
+    sender.queueEvent(3);
     sender.stop();
     EXPECT_THAT(sender.batches, ElementsAre(json{1}, json{2}, json{3}));
 }
@@ -137,16 +132,16 @@ TEST(TelemetrySender, LosesOnlyThePostThatCannotBeWritten) {
         (void)batch.dump();
     };
     sender.begin();
-    sender.tell(1);
-    sender.tell("\xFF", true);
+    sender.queueEvent(1);
+    sender.queueEvent("\xFF", true);
     reached.get_future().wait();  // that batch is closed
-    sender.tell(2, true);
+    sender.queueEvent(2, true);
     sender.posts(1);
     sender.setSendingEnabled(true);
     sender.stop();
     EXPECT_THAT(sender.batches, ElementsAre(json{2}, json{1}));
-    EXPECT_THAT(log.take(),
-                ElementsAre(testing::Field(&LogEntry::message, testing::StartsWith("Lost a post of telemetry: "))));
+    EXPECT_THAT(log.takeTexts(),
+                ElementsAre(testing::StartsWith("0 TelemetrySender::work Lost a post of telemetry: ")));
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "config/Settings.h"
-#include "platform/Paths.h"
 #include "telemetry/TelemetryManager.h"
 #include "tests/platform/CapturedLog.h"
 
@@ -13,10 +12,11 @@ namespace pdx {
 namespace {
 
 using nlohmann::json;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
-
-constexpr const wchar_t* sessionVariable = L"PDX_INSTALLER_SESSION_ID";
+using testing::StartsWith;
 
 constexpr const char* hash = "0123456789abcdef0123456789abcdef01234567";
 int hashesMade = 0;
@@ -30,39 +30,34 @@ void configure(const std::string& settings) {
     g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(stream)));
 }
 
-TelemetryEvent briskEventOf(const char* name, json params = {}) { return {briskSender, name, std::move(params)}; }
-
-/// As in a process that begins anew.
+/// Begins and ends as a new process does.
 class TelemetryTest : public testing::Test {
   protected:
-    TelemetryTest() { begin(); }
-    ~TelemetryTest() override {
-        begin();
-        g_config.clear();
-    }
-
-  private:
-    static void begin() {
+    TelemetryTest() {
         releaseTelemetry();
-        SetEnvironmentVariableW(sessionVariable, nullptr);
         hashesMade = 0;
+    }
+    ~TelemetryTest() override {
+        releaseTelemetry();
+        g_config.clear();
     }
 };
 
 TEST_F(TelemetryTest, FindsOutOnceWhoSendsToBrisk) {
     const CapturedLog log;
     configure("[app]\nenvironment = 'staging'\ninstallertype = 'thin'\n");
+    const TelemetryEvent start = {briskSender, "inst.sess.strt", {{"a", 1}}};
     BriskTelemetrySender first(countedHash);
     first.start("", TelemetryManager("first", countedHash));
-    json event = first.prepareEvent(briskEventOf("inst.sess.strt", {{"a", 1}})).event;
-    EXPECT_EQ(hashesMade, 0) << "whoever tells an event does not wait for the hash";
+    json event = first.prepareEvent(start).event;
+    EXPECT_EQ(hashesMade, 0) << "whoever sends an event does not wait for the hash";
     first.identifyMachine(event);
     EXPECT_EQ(event["machash"], hash);
 
     configure("[app]\nenvironment = 'other'\n[telemetry]\nbrisk.log = true\n");
     BriskTelemetrySender second(countedHash);
     second.start("", TelemetryManager("second", countedHash));
-    json later = second.prepareEvent(briskEventOf("inst.sess.strt", {{"a", 1}})).event;
+    json later = second.prepareEvent(start).event;
     second.identifyMachine(later);
     later["ts"] = event["ts"];
     EXPECT_EQ(later, event);
@@ -74,21 +69,15 @@ TEST_F(TelemetryTest, DropsBadTaxonomiesAndLogsEventsWhereConfigured) {
     const CapturedLog log;
     configure("[telemetry]\nbrisk.log = true\ntally.log = true\n");
     BriskTelemetrySender brisk(countedHash);
-    const TelemetryQueueItem kept = brisk.prepareEvent({briskSender, "inst.sess.strt", {{"bad", "\xFF"}}, true});
-    EXPECT_TRUE(kept.urgent);
-    const TelemetryQueueItem dropped = brisk.prepareEvent(briskEventOf("inst.sess"));
-    EXPECT_THAT(dropped.event, IsEmpty());
+    EXPECT_TRUE(brisk.prepareEvent({briskSender, "inst.sess.strt", {{"bad", "\xFF"}}, true}).urgent);
+    EXPECT_THAT(brisk.prepareEvent({briskSender, "inst.sess", {}}).event, IsEmpty());
     TallyTelemetrySender tally;
-    json event = tally.prepareEvent({tallySender, "installer", {{"core", "x"}}}).event;
-
-    std::vector<LogEntry> lines = log.take();
-    ASSERT_EQ(lines.size(), 4u);
-    EXPECT_EQ(lines[0].function, "BriskTelemetrySender::prepareEvent");
-    EXPECT_THAT(lines[0].message, testing::StartsWith("[BrIsK]: {\"app\":\"kestrel-installer\","));
-    EXPECT_THAT(lines[0].message, testing::HasSubstr("\"bad\":\"\xEF\xBF\xBD\""));
-    EXPECT_EQ(lines[1], (LogEntry{logInfo, "BriskTelemetrySender::prepareEvent", "Bad taxonomy inst.sess"}));
-    EXPECT_EQ(lines[2], (LogEntry{logInfo, "BriskTelemetrySender::prepareEvent", "[BrIsK]: {}"}));
-    EXPECT_EQ(lines[3], (LogEntry{logInfo, "TallyTelemetrySender::prepareEvent", "[TALLY]: " + event.dump()}));
+    const json event = tally.prepareEvent({tallySender, "installer", {{"core", "x"}}}).event;
+    const std::string function = "2 BriskTelemetrySender::prepareEvent ";
+    EXPECT_THAT(log.takeTexts(), ElementsAre(AllOf(StartsWith(function + "[BrIsK]: {\"app\":\"kestrel-installer\","),
+                                                   HasSubstr("\"bad\":\"\xEF\xBF\xBD\"")),
+                                             function + "Bad taxonomy inst.sess", function + "[BrIsK]: {}",
+                                             "2 TallyTelemetrySender::prepareEvent [TALLY]: " + event.dump()));
 }
 
 }  // namespace

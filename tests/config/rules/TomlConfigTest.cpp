@@ -31,37 +31,32 @@ Parsed parsed(const std::string& text) {
 
 TEST(ParseConfig, FlattensTablesToDottedKeys) {
     const Parsed result = parsed(
-        "top = \"1\"\r\n"
-        "dotted.Key.below = \"2\"\r\n"
+        "top = '1'\r\n"
+        "dotted.Key.below = '2'\r\n"
+        "'' = { b = '3' }\r\n"
         "[app] # a comment\r\n"
-        "oer.url = \"3\"\r\n"
-        "inline = { one = \"4\", two.three = \"5\", none = {} }\r\n"
+        "oer.url = '4'\r\n"
+        "inline = { one.two = '5', none = {} }\r\n"
         "[app.deep.er]\r\n"
-        "\"quoted key\" = '6'\r\n"
-        "\"a.b\" = \"7\"\r\n"
-        "\"\" = \"8\"\r\n"
-        "long = \"\"\"\r\n9\r\n10\"\"\"\r\n");
+        "'a b.c' = '6'\r\n"
+        "'' = '7'\r\n"
+        "[a]\r\n"
+        "''.b = '8'\r\n"
+        "'.c' = '9'\r\n");
     const std::pair<const char*, const char*> rows[] = {
         {"top", "1"},
         {"dotted.key.below", "2"},
-        {"app.oer.url", "3"},
-        {"app.inline.one", "4"},
-        {"app.inline.two.three", "5"},
-        {"app.deep.er.quoted key", "6"},
-        {"app.deep.er.a.b", "7"},
-        {"app.deep.er.", "8"},
-        {"app.deep.er.long", "9\n10"},
+        {".b", "3"},
+        {"app.oer.url", "4"},
+        {"app.inline.one.two", "5"},
+        {"app.deep.er.a b.c", "6"},
+        {"app.deep.er.", "7"},
+        {"a.b", "8"},
+        {"a.c", "9"},  // the path below "a" already begins with the dot
     };
     for (const auto& [key, value] : rows) EXPECT_EQ(result.map.getString(key, "absent"), value) << key;
     EXPECT_EQ(result.map.size(), std::size(rows));
     EXPECT_THAT(result.errors, IsEmpty());
-}
-
-TEST(ParseConfig, JoinsAnEmptyKeyBehindTheTopEntryWithItsOwnDot) {
-    // The path below "a" is ".b", which already begins with the dot.
-    const Parsed result = parsed("[a]\n\"\".b = \"1\"\n");
-    EXPECT_EQ(result.map.getString("a.b"), "1");
-    EXPECT_EQ(result.map.size(), 1u);
 }
 
 TEST(ParseConfig, ReportsWhatIsNoScalarAndLoadsItsNeighbours) {
@@ -71,40 +66,30 @@ TEST(ParseConfig, ReportsWhatIsNoScalarAndLoadsItsNeighbours) {
         {"skipped = 1979-05-27T07:32:00", "local_datetime"},
         {"skipped = 1979-05-27T07:32:00Z", "offset_datetime"},
         {"skipped = [1, 2]", "array"},
-        {"skipped = []", "array"},
         {"skipped = [{ a = 1 }]", "table_array"},
         {"[[table.skipped]]", "table_array"},
     };
     for (const auto& [line, type] : rows) {
+        SCOPED_TRACE(line);
         const Parsed result =
-            parsed("before = true\n[table]\nabove = true\n" + std::string(line) + "\n[last]\nbehind = true\n");
+            parsed("before = true\n[table]\nabove = true\n" + std::string(line) + "\n[last]\nafter = true\n");
         EXPECT_THAT(result.errors,
                     ElementsAre("pdx::services::settings::TomlConfigVisitor::visit: Unsupported value type (" +
-                                std::string(type) + ") found in config file"))
-            << line;
-        for (const char* key : {"before", "table.above", "last.behind"})
-            EXPECT_TRUE(result.map.getBool(key, false)) << line << ", " << key;
-        EXPECT_EQ(result.map.size(), 3u) << line;
+                                std::string(type) + ") found in config file"));
+        for (const char* key : {"before", "table.above", "last.after"}) EXPECT_TRUE(result.map.getBool(key, false));
+        EXPECT_EQ(result.map.size(), 3u);
     }
 }
 
 TEST(ParseConfig, GivesNothingForATextThatIsNoToml) {
-    const std::string texts[] = {
-        "a = true\nb = \n",
-        "a = true\na = true\n",
-        "\xEF\xBB\xBF[a]\nb = true",
-        std::string("a = true\n\0\0\x01\xFF\xFE", 14),
-    };
-    for (const std::string& text : texts) {
+    for (const char* text : {"a = true\nb = \n", "a = true\na = true\n", "\xEF\xBB\xBF[a]\nb = true"}) {
         const Parsed result = parsed(text);
-        EXPECT_EQ(result.map.size(), 0u) << text.substr(0, 40);
-        ASSERT_EQ(result.errors.size(), 1u) << text.substr(0, 40);
-        EXPECT_THAT(result.errors[0], HasSubstr("LoadConfigStream: ")) << text.substr(0, 40);
+        EXPECT_EQ(result.map.size(), 0u) << text;
+        EXPECT_THAT(result.errors, ElementsAre(HasSubstr("LoadConfigStream: "))) << text;
     }
-    EXPECT_THAT(parsed("100% = \n").errors, ElementsAre(HasSubstr("at line 1")));
 }
 
-TEST(ParseConfig, RefusesATextThatIsLongerOrDeeperThanAnyThatIsMeant) {
+TEST(ParseConfig, RefusesATextThatIsTooLongOrTooDeep) {
     const std::pair<std::string, bool> rows[] = {
         {"# " + std::string(499, '.') + "\na = 1.5", true},
         {"# " + std::string(500, '.') + "\na = 1.5", false},

