@@ -39,38 +39,34 @@ void logLines(const Lines& lines) {
     }
 }
 
-void formatLines(const Lines& lines) {
+/// Formats the three lines of a round, and passes each text to a function.
+template <typename Use>
+void formatRound(const Lines& lines, int round, Use use) {
     std::array<char, 4096> buffer;
-    for (int i = 0; i < linesARound / 3; ++i) {
-        const FormatArgument callback[] = {std::string_view(lines.narrowPackage), std::string_view(status),
-                                           std::string_view("BOOTSTRAPPER_APPLY_RESTART_NONE"), i};
-        const FormatArgument variable[] = {std::string_view(lines.narrowPackage), std::string_view(lines.narrowPath)};
-        const FormatArgument change[] = {std::string_view(status), 0u, std::string_view(failure), failureCode};
-        formatPrintf(buffer, callbackFormat, callback);
-        formatPrintf(buffer, variableFormat, variable);
-        formatPrintf(buffer, statusFormat, change);
-    }
+    const FormatArgument callback[] = {std::string_view(lines.narrowPackage), std::string_view(status),
+                                       std::string_view("BOOTSTRAPPER_APPLY_RESTART_NONE"), round};
+    const FormatArgument variable[] = {std::string_view(lines.narrowPackage), std::string_view(lines.narrowPath)};
+    const FormatArgument change[] = {std::string_view(status), 0u, std::string_view(failure), failureCode};
+    use(std::string_view(buffer.data(), formatPrintf(buffer, callbackFormat, callback)));
+    use(std::string_view(buffer.data(), formatPrintf(buffer, variableFormat, variable)));
+    use(std::string_view(buffer.data(), formatPrintf(buffer, statusFormat, change)));
 }
 
-void scrubLines(const std::array<std::wstring, 3>& messages) {
+void formatLines(const Lines& lines) {
+    for (int i = 0; i < linesARound / 3; ++i) formatRound(lines, i, [](std::string_view) {});
+}
+
+void scrubLines(const std::vector<std::wstring>& messages) {
     for (int i = 0; i < linesARound / 3; ++i)
         for (const auto& message : messages) scrubProfilePath(message);
-}
-
-std::array<std::wstring, 3> finishedMessages(const Lines& lines) {
-    return {L"wzPackageId=" + lines.package +
-                L", hrStatus=The operation completed successfully., "
-                L"restart=BOOTSTRAPPER_APPLY_RESTART_NONE, nRecommendation=7",
-            L"variable=[" + lines.package + L"]; result=[" + lines.path + L"]",
-            L"Updating install status from The operation completed successfully. (00000000) to Fatal error during "
-            L"installation. (80070643)"};
 }
 
 }  // namespace
 
 Measurements measureLogging() {
     const Lines lines;
-    const auto messages = finishedMessages(lines);
+    std::vector<std::wstring> messages;
+    formatRound(lines, 7, [&](std::string_view text) { messages.push_back(toWide(text)); });
     SmallEngine engine;
     engine.keepRecords(false);
     g_logger.set(std::make_shared<BootstrapperLogger>(&engine));

@@ -32,7 +32,6 @@ VisualState nativeButtonState(const Window& window) {
                         .focused = window.HasFocus()});
 }
 
-bool Button::isUnderCursor() const { return cursorIsOver(hwnd); }
 bool Button::isEnabled() const { return IsWindowEnabled(hwnd) != FALSE; }
 VisualState Button::GetVisualState() const { return nativeButtonState(*this); }
 
@@ -70,7 +69,7 @@ void Button::DrawBackground(Graphics& graphics) {
 }
 
 void Button::DrawContent(Graphics& graphics) {
-    const Color color = !isEnabled() ? disabledTextColor : isUnderCursor() ? hoverTextColor : textColor;
+    const Color color = !isEnabled() ? disabledTextColor : cursorIsOver(hwnd) ? hoverTextColor : textColor;
     const Brush brush(color);
     DrawTextInRect(graphics, text, font.get(), GetClientRectF(), &brush, Gdiplus::StringAlignmentCenter);
 }

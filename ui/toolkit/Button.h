@@ -13,8 +13,8 @@ class Button : public Control {
     const char* GetWindowClassName() const override { return "BUTTON"; }
     /// The label as shown: the letters a to z in capitals, all others as they were set.
     std::wstring GetText() const override { return text; }
-    MessageResult OnMouseEnter(int32_t, int32_t) override { return repaintUnhandled(); }
-    MessageResult OnMouseLeave() override { return repaintUnhandled(); }
+    MessageResult OnMouseEnter(int32_t, int32_t) override { return repaint(unhandled()); }
+    MessageResult OnMouseLeave() override { return repaint(unhandled()); }
     MessageResult OnSetText(LPARAM label) override;
     MessageResult Draw(Graphics& graphics) override;
 
@@ -29,7 +29,6 @@ class Button : public Control {
     [[nodiscard]] bool isSecondary() const { return secondary; }
 
   protected:
-    [[nodiscard]] bool isUnderCursor() const;
     [[nodiscard]] bool isEnabled() const;
 
     std::wstring text;

@@ -11,8 +11,8 @@ class Checkbox : public Control {
     using Control::Control;
 
     const char* GetWindowClassName() const override { return "BUTTON"; }
-    MessageResult OnMouseEnter(int32_t, int32_t) override { return repaintUnhandled(); }
-    MessageResult OnMouseLeave() override { return repaintUnhandled(); }
+    MessageResult OnMouseEnter(int32_t, int32_t) override { return repaint(unhandled()); }
+    MessageResult OnMouseLeave() override { return repaint(unhandled()); }
     MessageResult Draw(Graphics& graphics) override;
     virtual VisualState GetVisualState() const;
 

@@ -22,11 +22,6 @@ class Control : public Window {
     MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   protected:
-    /// The result of a handler that only repaints.
-    MessageResult repaintUnhandled() {
-        Invalidate();
-        return unhandled();
-    }
     /// Sets one of the platform's cursors; returns "handled" with the result 1, as WM_SETCURSOR expects.
     static MessageResult showCursor(WORD number);
 

@@ -16,16 +16,9 @@ namespace {
 /// Whether a dialog procedure returns the handler's result itself. For all other messages it stores the result and
 /// returns TRUE.
 bool returnsResult(UINT message) {
-    switch (message) {
-        case WM_VKEYTOITEM:
-        case WM_CHARTOITEM:
-        case WM_QUERYDRAGICON:
-        case WM_COMPAREITEM:
-        case WM_INITDIALOG:
-            return true;
-        default:
-            return message >= WM_CTLCOLOREDIT && message <= WM_CTLCOLORSTATIC;
-    }
+    return message == WM_VKEYTOITEM || message == WM_CHARTOITEM || message == WM_QUERYDRAGICON ||
+           message == WM_COMPAREITEM || message == WM_INITDIALOG ||
+           (message >= WM_CTLCOLOREDIT && message <= WM_CTLCOLORSTATIC);
 }
 
 }  // namespace
@@ -64,8 +57,6 @@ MessageResult Dialog::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) 
     return Window::HandleMessage(message, wparam, lparam);
 }
 
-MessageResult Dialog::DefaultProc(UINT, WPARAM, LPARAM) { return unhandled(); }
-
 void Dialog::readLayout() {
     const std::vector<LayoutRecord> records =
         parseLayoutRecords(loadResource({L"AFX_DIALOG_LAYOUT", templateId}).asBytes());
@@ -86,16 +77,12 @@ void Dialog::readLayout() {
     }
 }
 
-HWND Dialog::GetItem(int32_t id) const { return GetDlgItem(hwnd, id); }
-
 Rect Dialog::GetInitialRect(int32_t id) const {
     const HWND child = GetItem(id);
     for (const LayoutItem& item : layoutItems)
         if (child && item.hwnd == child) return item.rect;
     return {};
 }
-
-Rect Dialog::GetChildRectById(int32_t id) const { return GetChildRect(GetItem(id)); }
 
 void Dialog::QueuePosition(int32_t id, const Rect* rect, UINT flags, HWND insertAfter) {
     const Box box = rect ? boxOf(*rect) : Box{};
@@ -105,8 +92,6 @@ void Dialog::QueuePosition(int32_t id, const Rect* rect, UINT flags, HWND insert
 void Dialog::QueuePosition(int32_t id, const Box& box, UINT flags, HWND insertAfter) {
     pendingPositions.queue(id, &box, flags, insertAfter);
 }
-
-void Dialog::ClearPositions() { pendingPositions.clear(); }
 
 void Dialog::ApplyPositions() {
     HDWP moves = BeginDeferWindowPos(static_cast<int>(pendingPositions.entries().size()));

@@ -30,20 +30,20 @@ class Dialog : public Window {
     HWND Create(const CreateParams& params) override;
     MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
     /// Leaves the message unhandled, for the platform's dialog manager.
-    MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam) override;
+    MessageResult DefaultProc(UINT, WPARAM, LPARAM) override { return unhandled(); }
 
     /// The child window with the identifier; null for none.
-    [[nodiscard]] HWND GetItem(int32_t id) const;
+    [[nodiscard]] HWND GetItem(int32_t id) const { return GetDlgItem(hwnd, id); }
     /// The child's rectangle in the template, in client coordinates; all zero when the child has no layout record.
     [[nodiscard]] Rect GetInitialRect(int32_t id) const;
     /// The child's rectangle now, in client coordinates.
-    [[nodiscard]] Rect GetChildRectById(int32_t id) const;
+    [[nodiscard]] Rect GetChildRectById(int32_t id) const { return GetChildRect(GetItem(id)); }
 
     /// Queues a position (SetWindowPos flags) for ApplyPositions; requests for the same child are merged. A null
     /// rectangle leaves position and size unchanged.
     void QueuePosition(int32_t id, const Rect* rect, UINT flags, HWND insertAfter = nullptr);
     void QueuePosition(int32_t id, const Box& box, UINT flags, HWND insertAfter = nullptr);
-    void ClearPositions();
+    void ClearPositions() { pendingPositions.clear(); }
     /// Moves all children at once and clears the queue.
     void ApplyPositions();
 

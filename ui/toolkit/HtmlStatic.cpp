@@ -151,11 +151,6 @@ MessageResult HtmlStatic::OnSize(int32_t width, int32_t height) {
     return handled();
 }
 
-MessageResult HtmlStatic::OnMove(int32_t, int32_t) {
-    Invalidate();
-    return handled();
-}
-
 MessageResult HtmlStatic::Draw(Graphics& graphics) {
     const TrackState track = scrollTrack->getState();
     scrollTrack->Show(track.maximum > track.minimum ? SW_SHOW : SW_HIDE);

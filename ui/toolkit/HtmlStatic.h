@@ -37,19 +37,19 @@ class HtmlStatic : public Static {
     MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
     MessageResult OnSetText(LPARAM markup) override;
     MessageResult OnSize(int32_t width, int32_t height) override;
-    MessageResult OnMove(int32_t x, int32_t y) override;
+    MessageResult OnMove(int32_t, int32_t) override { return repaint(handled()); }
     MessageResult Draw(Graphics& graphics) override;
 
-    MessageResult OnNcHitTest(int32_t x, int32_t y) override;
+    MessageResult OnNcHitTest(int32_t, int32_t) override { return handled(HTCLIENT); }
     MessageResult OnSetCursor(WPARAM window, int32_t hitTest, UINT mouseMessage) override;
     MessageResult OnMouseMove(int32_t x, int32_t y) override;
     MessageResult OnMouseLeave() override;
     MessageResult OnMouseWheel(int32_t delta, uint32_t keys, int32_t x, int32_t y) override;
     MessageResult OnLButtonDown(WPARAM keys, int32_t x, int32_t y) override;
     MessageResult OnLButtonUp(WPARAM keys, int32_t x, int32_t y) override;
-    MessageResult OnVScroll(int32_t code, int32_t position, LPARAM control) override;
+    MessageResult OnVScroll(int32_t, int32_t, LPARAM) override { return repaint(handled()); }
 
-    MessageResult OnGetDlgCode(WPARAM key) override;
+    MessageResult OnGetDlgCode(WPARAM) override { return handled(DLGC_STATIC | DLGC_WANTALLKEYS); }
     MessageResult OnKeyDown(WPARAM key, int32_t repeatCount, bool extended, bool wasDown) override;
     MessageResult OnSetFocus(WPARAM previous) override;
 

@@ -44,8 +44,6 @@ MessageResult HtmlStatic::HandleMessage(UINT message, WPARAM wparam, LPARAM lpar
     return Static::HandleMessage(message, wparam, lparam);
 }
 
-MessageResult HtmlStatic::OnNcHitTest(int32_t, int32_t) { return handled(HTCLIENT); }
-
 MessageResult HtmlStatic::OnSetCursor(WPARAM window, int32_t, UINT) {
     POINT cursor{};
     if (reinterpret_cast<HWND>(window) != hwnd || !GetCursorPos(&cursor)) return unhandled();
@@ -110,13 +108,6 @@ void HtmlStatic::ActivateLink() {
     const LinkNotification notification{.hwndFrom = hwnd, .idFrom = id, .code = linkActivated, .href = href.c_str()};
     SendMessageW(GetParent(hwnd), WM_NOTIFY, id, reinterpret_cast<LPARAM>(&notification));
 }
-
-MessageResult HtmlStatic::OnVScroll(int32_t, int32_t, LPARAM) {
-    Invalidate();
-    return handled();
-}
-
-MessageResult HtmlStatic::OnGetDlgCode(WPARAM) { return handled(DLGC_STATIC | DLGC_WANTALLKEYS); }
 
 MessageResult HtmlStatic::OnKeyDown(WPARAM key, int32_t, bool, bool) {
     switch (key) {

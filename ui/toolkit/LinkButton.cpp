@@ -57,8 +57,6 @@ MessageResult LinkButton::OnSize(int32_t, int32_t) {
     return unhandled();
 }
 
-void LinkButton::DrawBackground(Graphics&) {}
-
 void LinkButton::DrawContent(Graphics& graphics) {
     const bool hot = overLink || HasFocus();
     const Color color = !isEnabled() ? disabledTextColor : hot ? hoverTextColor : textColor;

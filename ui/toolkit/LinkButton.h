@@ -16,7 +16,7 @@ class LinkButton : public Button {
     MessageResult OnSetFont(WPARAM handle, bool redraw) override;
     MessageResult OnSetText(LPARAM label) override;
     MessageResult OnSize(int32_t width, int32_t height) override;
-    void DrawBackground(Graphics& graphics) override;
+    void DrawBackground(Graphics&) override {}
     void DrawContent(Graphics& graphics) override;
 
     /// The rectangle of the text in the client area; valid from SetText on, before the first paint.

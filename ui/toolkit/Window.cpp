@@ -38,8 +38,6 @@ Window::Window(HWND window) : hwnd(window) {
 
 Window::~Window() = default;
 
-const char* Window::GetWindowClassName() const { return nullptr; }
-
 HWND Window::Create(const CreateParams& params) {
     if (hwnd) return hwnd;
     const char* className = GetWindowClassName();
@@ -61,8 +59,6 @@ std::wstring Window::GetText() const {
     text.resize(static_cast<size_t>(GetWindowTextW(hwnd, text.data(), textCapacity + 1)));
     return text;
 }
-
-void Window::SetText(const std::wstring& text) { SetWindowTextW(hwnd, text.c_str()); }
 
 void Window::SetFont(std::unique_ptr<Font> newFont) {
     if (!newFont) return;
@@ -105,15 +101,9 @@ Size Window::GetClientSize() const {
     return {rect.width(), rect.height()};
 }
 
-void Window::Show(int32_t command) { ShowWindow(hwnd, command); }
-
 void Window::SetPosition(const Rect& rect, UINT flags, HWND insertAfter) {
     SetWindowPos(hwnd, insertAfter, rect.left, rect.top, rect.width(), rect.height(), flags);
 }
-
-void Window::SetTimer(UINT_PTR id, UINT periodMs) { ::SetTimer(hwnd, id, periodMs, nullptr); }
-
-void Window::KillTimer(UINT_PTR id) { ::KillTimer(hwnd, id); }
 
 void Window::Invalidate(const Rect* rect, bool erase) {
     // InvalidateRect with a null handle repaints every window of the screen.
@@ -121,14 +111,6 @@ void Window::Invalidate(const Rect* rect, bool erase) {
     const RECT area = rect ? toNative(*rect) : RECT{};
     InvalidateRect(hwnd, rect ? &area : nullptr, erase);
 }
-
-DWORD Window::GetStyle() const { return static_cast<DWORD>(GetWindowLongW(hwnd, GWL_STYLE)); }
-
-void Window::SetStyle(DWORD style) { SetWindowLongW(hwnd, GWL_STYLE, static_cast<LONG>(style)); }
-
-bool Window::IsVisible() const { return IsWindowVisible(hwnd); }
-
-bool Window::HasFocus() const { return hwnd && GetFocus() == hwnd; }
 
 MessageResult Window::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_MOUSEMOVE && !mouseTracked) beginVisit(lparam);
@@ -203,11 +185,6 @@ MessageResult Window::receiveMessage(UINT message, WPARAM wparam, LPARAM lparam)
         PDX_LOG(logError, "Window::ReceiveMessage", "Message failed: message=%04x", message);
     }
     return DefaultProc(message, wparam, lparam);
-}
-
-MessageResult Window::OnSetText(LPARAM) {
-    Invalidate();
-    return unhandled();
 }
 
 MessageResult Window::OnSetFont(WPARAM newFont, bool redraw) {

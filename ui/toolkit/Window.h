@@ -48,13 +48,13 @@ class Window {
     virtual ~Window();
 
     /// The class of the window that Create makes; null when there is none.
-    virtual const char* GetWindowClassName() const;
+    virtual const char* GetWindowClassName() const { return nullptr; }
     /// Makes the window, unless the object has one, and returns its handle. A failure is logged with the arguments and
     /// returns null.
     virtual HWND Create(const CreateParams& params);
     /// The window's text, cut after 4096 characters.
     virtual std::wstring GetText() const;
-    virtual void SetText(const std::wstring& text);
+    virtual void SetText(const std::wstring& text) { SetWindowTextW(hwnd, text.c_str()); }
     /// Keeps the font and gives the window a native font made from it. Null changes nothing.
     virtual void SetFont(std::unique_ptr<Font> newFont);
     /// Publishes the name for screen readers; a failure is silent.
@@ -68,16 +68,16 @@ class Window {
     /// The client rectangle of another window in the client coordinates of this one.
     virtual Rect GetChildRect(HWND child) const;
     virtual Size GetClientSize() const;
-    virtual void Show(int32_t command);
+    virtual void Show(int32_t command) { ShowWindow(hwnd, command); }
     virtual void SetPosition(const Rect& rect, UINT flags, HWND insertAfter = nullptr);
-    virtual void SetTimer(UINT_PTR id, UINT periodMs);
-    virtual void KillTimer(UINT_PTR id);
+    virtual void SetTimer(UINT_PTR id, UINT periodMs) { ::SetTimer(hwnd, id, periodMs, nullptr); }
+    virtual void KillTimer(UINT_PTR id) { ::KillTimer(hwnd, id); }
     /// Has the rectangle painted again, or the whole client area when it is null.
     virtual void Invalidate(const Rect* rect = nullptr, bool erase = false);
-    virtual DWORD GetStyle() const;
-    virtual void SetStyle(DWORD style);
-    virtual bool IsVisible() const;
-    virtual bool HasFocus() const;
+    virtual DWORD GetStyle() const { return static_cast<DWORD>(GetWindowLongW(hwnd, GWL_STYLE)); }
+    virtual void SetStyle(DWORD style) { SetWindowLongW(hwnd, GWL_STYLE, static_cast<LONG>(style)); }
+    virtual bool IsVisible() const { return IsWindowVisible(hwnd); }
+    virtual bool HasFocus() const { return hwnd && GetFocus() == hwnd; }
     /// Calls the message's handler, and DefaultProc when there is none or when it leaves the message unhandled.
     virtual MessageResult HandleMessage(UINT message, WPARAM wparam, LPARAM lparam);
     virtual MessageResult DefaultProc(UINT message, WPARAM wparam, LPARAM lparam);
@@ -112,7 +112,7 @@ class Window {
         return unhandled();
     }
     virtual MessageResult OnNcPaint(WPARAM /*region*/) { return unhandled(); }
-    virtual MessageResult OnSetText(LPARAM text);
+    virtual MessageResult OnSetText(LPARAM /*text*/) { return repaint(unhandled()); }
     virtual MessageResult OnPrintClient(WPARAM context, LPARAM flags);
     virtual MessageResult OnSetFocus(WPARAM /*previous*/) { return unhandled(); }
     virtual MessageResult OnSize(int32_t /*width*/, int32_t /*height*/) { return unhandled(); }
@@ -135,6 +135,11 @@ class Window {
     [[nodiscard]] const Font* getFont() const noexcept { return font.get(); }
 
   protected:
+    /// Repaints the window; the result of a handler that does no more.
+    MessageResult repaint(MessageResult result) {
+        Invalidate();
+        return result;
+    }
     /// HandleMessage for the platform's procedures. It logs an exception and passes the message to DefaultProc.
     MessageResult receiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
     /// Draws what lies behind a part of the window into the paint buffer: what the topmost parent shows there.

@@ -47,7 +47,11 @@ class LinkedDialog : public TestDialog {
         links.emplace_back(reinterpret_cast<const LinkNotification*>(notification)->href);
         return handled();
     }
+    /// The links since the last call.
+    std::vector<std::wstring> take() { return std::exchange(links, {}); }
     std::function<void()> onLink;
+
+  private:
     std::vector<std::wstring> links;
 };
 

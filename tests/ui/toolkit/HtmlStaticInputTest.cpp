@@ -29,6 +29,10 @@ class HtmlStaticInputTest : public HtmlStaticTest {
     }
     static void press(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONDOWN, middleOf(label, run)); }
     static void letGo(const HtmlProbe& label, size_t run) { send(label, WM_LBUTTONUP, middleOf(label, run)); }
+    static void click(const HtmlProbe& label, size_t run) {
+        press(label, run);
+        letGo(label, run);
+    }
     static void key(const HtmlProbe& label, WPARAM key) { SendMessageW(label.getHandle(), WM_KEYDOWN, key, 1); }
     static bool isUnderlined(HtmlProbe& label, size_t run) { return label.lineIn(run) > 0; }
     /// Whether the label was dirty; paints it.
@@ -56,16 +60,14 @@ TEST_F(HtmlStaticInputTest, OnlyAClickThatBeginsAndEndsOnALinkFollowsIt) {
         {"off and back", one, {text, one}, one, 1},
     };
     for (const auto& row : cases) {
-        dialog.links.clear();
         press(label, row.pressed);
         for (const size_t run : row.moves) send(label, WM_MOUSEMOVE, middleOf(label, run));
         letGo(label, row.letGo);
-        EXPECT_EQ(dialog.links.size(), row.links) << row.what;
+        EXPECT_EQ(dialog.take().size(), row.links) << row.what;
         EXPECT_EQ(GetCapture(), nullptr) << row.what;
     }
-    dialog.links.clear();
     letGo(label, one);
-    EXPECT_THAT(dialog.links, IsEmpty()) << "without a press";
+    EXPECT_THAT(dialog.take(), IsEmpty()) << "without a press";
 }
 
 TEST_F(HtmlStaticInputTest, APressEndsWithItsCapture) {
@@ -75,19 +77,17 @@ TEST_F(HtmlStaticInputTest, APressEndsWithItsCapture) {
     send(label, WM_MOUSEMOVE, middleOf(label, 3));
     EXPECT_TRUE(isUnderlined(label, 3)) << "no link is pressed";
     letGo(label, 1);
-    EXPECT_THAT(dialog.links, IsEmpty());
+    EXPECT_THAT(dialog.take(), IsEmpty());
     ReleaseCapture();
 }
 
 TEST_F(HtmlStaticInputTest, TheParentMaySetAnotherTextBeforeItReadsTheLink) {
     HtmlProbe& label = makeLabel(twoLinks, {20, 20, 320, 80});
     dialog.onLink = [&] { label.SetText(L"<a href=other>another</a>"); };
-    press(label, 1);
-    letGo(label, 1);
-    EXPECT_THAT(dialog.links, ElementsAre(L"action:one"));
-    dialog.links.clear();
+    click(label, 1);
+    EXPECT_THAT(dialog.take(), ElementsAre(L"action:one"));
     letGo(label, 0);
-    EXPECT_THAT(dialog.links, IsEmpty()) << "the press has ended";
+    EXPECT_THAT(dialog.take(), IsEmpty()) << "the press has ended";
 }
 
 TEST_F(HtmlStaticInputTest, TheLinkUnderThePointerIsUnderlined) {
@@ -142,17 +142,14 @@ TEST_F(HtmlStaticInputTest, ALinkIsHitWhereItIsScrolledTo) {
     HtmlProbe& label = makeLabel("<a href=first>first</a><br>b<br>c<br>d<br><a href=last>last</a>", {20, 20, 220, 80});
     const size_t last = label.getRuns().size() - 1;
     const Point place = middleOf(label, last);
-    press(label, last);
-    letGo(label, last);
-    EXPECT_THAT(dialog.links, ElementsAre(L"last")) << "below the window's edge";
+    click(label, last);
+    EXPECT_THAT(dialog.take(), ElementsAre(L"last")) << "below the window's edge";
     key(label, VK_END);
-    dialog.links.clear();
     send(label, WM_LBUTTONDOWN, place);
     send(label, WM_LBUTTONUP, place);
-    EXPECT_THAT(dialog.links, IsEmpty()) << "at its unscrolled place";
-    press(label, last);
-    letGo(label, last);
-    EXPECT_THAT(dialog.links, ElementsAre(L"last"));
+    EXPECT_THAT(dialog.take(), IsEmpty()) << "at its unscrolled place";
+    click(label, last);
+    EXPECT_THAT(dialog.take(), ElementsAre(L"last"));
     EXPECT_LT(middleOf(label, last).y, 60);
     EXPECT_LT(middleOf(label, 0).y, 0);
 }
@@ -225,11 +222,11 @@ TEST_F(HtmlStaticInputTest, TwoLabelsWithoutLinksPassTheFocusOnOnlyOnce) {
 TEST_F(HtmlStaticInputTest, EnterFollowsThePressedLinkOnly) {
     HtmlProbe& label = makeLabel("words", {0, 0, 280, 80});
     EXPECT_TRUE(label.OnKeyDown(VK_RETURN, 1, false, false).handled);
-    EXPECT_THAT(dialog.links, IsEmpty());
+    EXPECT_THAT(dialog.take(), IsEmpty());
     label.setMarkup(twoLinks);
     press(label, 3);
     key(label, VK_RETURN);
-    EXPECT_THAT(dialog.links, ElementsAre(L"action:two")) << "though the first has the focus";
+    EXPECT_THAT(dialog.take(), ElementsAre(L"action:two")) << "though the first has the focus";
     letGo(label, 0);
 }
 

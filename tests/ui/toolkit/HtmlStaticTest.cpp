@@ -84,7 +84,7 @@ TEST_F(HtmlStaticTest, AlignsItsLinesByTheWindowsStyle) {
     }
 }
 
-TEST_F(HtmlStaticTest, ATallTextGetsAScrollTrack) {
+TEST_F(HtmlStaticTest, ATallTextHasAScrollTrackAtEverySize) {
     HtmlProbe& label = makeLabel({0, 0, 200, 60}, SS_RIGHT);
     label.setMarkup(fourLines);
     const RectF bounds = boundsOf(label.getRuns());
@@ -105,8 +105,11 @@ TEST_F(HtmlStaticTest, ATallTextGetsAScrollTrack) {
     // The same text needs no track in a larger window, and one again in a smaller window.
     label.SetPosition({0, 0, 150, 200}, SWP_NOZORDER);
     EXPECT_EQ(label.GetChildRect(label.getScrollTrack().getHandle()), (Rect{142, 0, 150, 200}));
+    EXPECT_TRUE(isDirty(label));
     paint(label);
     EXPECT_FALSE(label.getScrollTrack().IsVisible());
+    label.SetPosition({5, 5, 155, 205}, SWP_NOZORDER | SWP_NOSIZE);
+    EXPECT_TRUE(isDirty(label)) << "the background behind it is another";
     label.SetPosition({0, 0, 150, 50}, SWP_NOZORDER);
     EXPECT_EQ(label.getScrollTrack().getState().pageSize, 50);
     paint(label);
@@ -137,20 +140,6 @@ TEST_F(HtmlStaticTest, DrawsTheTextAtItsScrollPosition) {
     SendMessageW(label.getScrollTrack().getHandle(), TBM_SETPOS, TRUE, 80);
     EXPECT_EQ(label.getScrollTrack().getPosition(), label.getScrollTrack().getState().maximum) << "clamped";
     EXPECT_EQ(shown(), 0x0000FFu);
-}
-
-TEST_F(HtmlStaticTest, LaysOutAgainAfterAResize) {
-    HtmlProbe& label = makeLabel();
-    label.SetText(L"some words that need more than a line of this width");
-    const size_t lines = label.places().size();
-    EXPECT_GT(lines, 1u);
-    paint(label);
-    label.SetPosition({0, 0, 1000, 100}, SWP_NOZORDER);
-    EXPECT_EQ(label.places().size(), 1u);
-    EXPECT_TRUE(isDirty(label));
-    paint(label);
-    label.SetPosition({5, 5, 1005, 105}, SWP_NOZORDER | SWP_NOSIZE);
-    EXPECT_TRUE(isDirty(label)) << "the background behind it is another";
 }
 
 TEST(HtmlStaticWithoutMemory, CrashesTheThread) {
