@@ -9,16 +9,16 @@
 
 namespace pdx {
 
-/// The times of a start, from the load of the library to the first full paint of its welcome page: medians of starts in
-/// new processes of this program, each of which leaves its result in the scratch file.
+/// The times of a start, from the load of the library to the first full paint of its welcome page. They are medians of
+/// starts in new processes of this program, which write their results to the scratch file.
 Measurements measureColdStart(const std::filesystem::path& library, const std::filesystem::path& scratch);
 /// Makes one cold start and writes its moments to the file. With "log" the file also has all log lines with their time.
 /// With "roots" the process imports the root certificates before.
 void writeColdStart(const std::filesystem::path& library, const std::filesystem::path& result, std::wstring_view how);
 /// From BootstrapperApplicationCreate to the return of OnStartup: the first load in the process, and the median.
 Measurements measureStartup(const std::filesystem::path& library);
-/// The dialog of the shipped library: from OnStartup to its welcome page, a repaint, its memory, and the share of a
-/// core that the moving bar takes.
+/// The dialog of the shipped library: from OnStartup to its welcome page, a repaint, its memory, and the processor's load
+/// by the moving bar.
 Measurements measureWindow(const std::filesystem::path& library);
 /// Marked-up text: parsing, measuring and placing, without a paint.
 Measurements measureLayout();
@@ -27,12 +27,12 @@ Measurements measureLayout();
 Measurements measureMessages(const std::filesystem::path& library);
 /// A log line and the scrubbing of its text, each also as a ratio to formatting the line alone.
 Measurements measureLogging();
-/// The cost of an event for its sender while a service does not answer, the rate at which events reach a service, the
-/// memory of queued ones, and the facts of the machine for them. The host is harness/services/testhost.py, which
-/// answers as the query says: "https://host.name".
+/// Events: their cost for the sender while a service does not answer, the rate of delivery, and the memory of queued
+/// ones. Also the time to collect the facts of the machine. The host is harness/services/testhost.py, "https://host.name",
+/// which answers as the query says.
 Measurements measureTelemetry(const std::string& host);
-/// A repair's clean-up of a client with 20,000 files and the purge of a machine with 50,000 component keys, each also
-/// as a ratio to the platform's calls alone.
+/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys. Each also as
+/// a ratio to the platform's calls alone.
 Measurements measureRepair();
 /// Locking and checking the files of an elevated start, which are copied from that folder of signed files.
 Measurements measureElevatedFiles(const std::filesystem::path& signedFiles);

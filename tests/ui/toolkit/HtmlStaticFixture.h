@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "tests/ui/toolkit/Pixels.h"
-#include "tests/ui/toolkit/rules/Places.h"
 #include "tests/ui/toolkit/TestWindows.h"
 #include "ui/toolkit/HtmlStatic.h"
 
@@ -21,7 +20,6 @@ class HtmlProbe : public HtmlStatic {
   public:
     using HtmlStatic::HtmlStatic;
     void setMarkup(const char* markup) { SetText(std::wstring(markup, markup + strlen(markup))); }
-    [[nodiscard]] std::vector<Place> places() const { return placesOf(getRuns()); }
     /// The first row of a run, from its top, with ink from end to end; 0 for none.
     [[nodiscard]] int32_t lineIn(size_t run) {
         const Drawn picture(*this);

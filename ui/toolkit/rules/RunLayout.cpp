@@ -76,7 +76,7 @@ size_t guessCount(Words words, const Line& line, float characterWidth) {
 }
 
 /// As many words as fit on the line; none when the first one does not fit. Measuring every candidate would take too
-/// long: the next candidate is guessed from the width of the last, so that two or three measures find a line.
+/// long. The width of each candidate gives the guess for the next, so that two or three measures find a line.
 Piece fittingWords(Words words, const Line& line, const RunFont& font, float characterWidth) {
     Piece fitting;
     for (size_t tooMany = words.size() + 1; fitting.words + 1 < tooMany;) {

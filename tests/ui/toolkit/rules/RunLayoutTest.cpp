@@ -4,8 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-
-#include "tests/ui/toolkit/rules/Places.h"
+#include <ostream>
 
 namespace pdx {
 namespace {
@@ -13,6 +12,23 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
+
+struct Place {
+    std::wstring text;
+    float x;
+    float y;
+    bool operator==(const Place&) const = default;
+    friend void PrintTo(const Place& place, std::ostream* out) {
+        *out << std::string(place.text.begin(), place.text.end()) << " at " << place.x << " " << place.y;
+    }
+};
+
+std::vector<Place> placesOf(const std::vector<TextRun>& runs) {
+    std::vector<Place> places;
+    for (const TextRun& run : runs)
+        for (const PlacedText& placed : run.placed) places.push_back({placed.text, placed.x, placed.y});
+    return places;
+}
 
 /// A font in which every character, blanks too, is a tenth of the run's font height wide, and every text as high.
 RunFont evenFont(const TextRun& run) {
