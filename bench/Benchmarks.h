@@ -17,8 +17,8 @@ Measurements measureColdStart(const std::filesystem::path& library, const std::f
 void writeColdStart(const std::filesystem::path& library, const std::filesystem::path& result, std::wstring_view how);
 /// From BootstrapperApplicationCreate to the return of OnStartup: the first load in the process, and the median.
 Measurements measureStartup(const std::filesystem::path& library);
-/// The dialog of the shipped library: from OnStartup to its welcome page, a repaint, its memory, and the processor's load
-/// by the moving bar.
+/// The dialog of the shipped library: from OnStartup to its welcome page, a repaint, its memory, and the processor load
+/// of the moving bar.
 Measurements measureWindow(const std::filesystem::path& library);
 /// Marked-up text: parsing, measuring and placing, without a paint.
 Measurements measureLayout();
@@ -28,10 +28,10 @@ Measurements measureMessages(const std::filesystem::path& library);
 /// A log line and the scrubbing of its text, each also as a ratio to formatting the line alone.
 Measurements measureLogging();
 /// Events: their cost for the sender while a service does not answer, the rate of delivery, and the memory of queued
-/// ones. Also the time to collect the facts of the machine. The host is harness/services/testhost.py, "https://host.name",
-/// which answers as the query says.
+/// ones. Also the time to collect the facts of the machine. The host, "https://host.name", is
+/// harness/services/testhost.py, which answers as the query says.
 Measurements measureTelemetry(const std::string& host);
-/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys. Each also as
+/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys. Each is also
 /// a ratio to the platform's calls alone.
 Measurements measureRepair();
 /// Locking and checking the files of an elevated start, which are copied from that folder of signed files.
