@@ -31,8 +31,8 @@ Measurements measureLogging();
 /// ones. Also the time to collect the facts of the machine. The host, "https://host.name", is
 /// harness/services/testhost.py, which answers as the query says.
 Measurements measureTelemetry(const std::string& host);
-/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys. Each is also
-/// a ratio to the platform's calls alone.
+/// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys. Each is
+/// also a ratio to the platform's calls alone.
 Measurements measureRepair();
 /// Locking and checking the files of an elevated start, which are copied from that folder of signed files.
 Measurements measureElevatedFiles(const std::filesystem::path& signedFiles);

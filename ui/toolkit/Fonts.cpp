@@ -16,8 +16,8 @@ namespace flat = Gdiplus::DllExports;
 
 namespace {
 
-/// The private faces, made at the first use. They are never freed, because a thread that held GDI+'s locks may be gone at
-/// the end of the process.
+/// The private faces, made at the first use. They are never freed, because a thread that held GDI+'s locks may be gone
+/// at the end of the process.
 Gdiplus::GpFontCollection* privateFonts() {
     static Gdiplus::GpFontCollection* collection = nullptr;
     static constinit Once made;
