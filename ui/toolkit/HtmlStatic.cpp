@@ -65,7 +65,7 @@ HtmlStatic::HtmlStatic(HWND window) : Static(window) {
 MessageResult HtmlStatic::OnSetText(LPARAM markup) {
     storeText(markup);
     replaceRuns({});
-    // Running out of memory here is meant to end in the crash handling, so ReceiveMessage must not catch it.
+    // Running out of memory here is meant to end in the crash handling, so receiveMessage must not catch it.
     crashOnException([this] { readMarkup(); });
     const Size client = GetClientSize();
     Layout(client.width, client.height);
@@ -147,8 +147,7 @@ MessageResult HtmlStatic::OnSize(int32_t width, int32_t height) {
     const int32_t ownWidth = scrollTrack->GetClientSize().width;
     scrollTrack->SetPosition({width - ownWidth, 0, width, height}, SWP_NOOWNERZORDER | SWP_NOACTIVATE | SWP_NOZORDER);
     Layout(width, height);
-    Invalidate();
-    return handled();
+    return repaint(handled());
 }
 
 MessageResult HtmlStatic::Draw(Graphics& graphics) {

@@ -116,8 +116,7 @@ MessageResult HtmlStatic::OnKeyDown(WPARAM key, int32_t, bool, bool) {
                 ScrollIntoView();
             else
                 FocusNextControl();
-            Invalidate();
-            return handled();
+            return repaint(handled());
         case VK_RETURN:
             // Looks like a mistake, but is settled: only a pressed link is followed. Enter on a focused link finds no
             // pressed one and faults, which becomes a crash report. Tab shows a link; the mouse follows it.
@@ -141,8 +140,7 @@ MessageResult HtmlStatic::OnSetFocus(WPARAM) {
         FocusNextControl();
         passingFocus = false;
     }
-    Invalidate();
-    return handled();
+    return repaint(handled());
 }
 
 bool HtmlStatic::FocusNextLink() {
