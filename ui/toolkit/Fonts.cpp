@@ -132,7 +132,7 @@ float Font::getAscent() const {
 std::optional<LOGFONTW> Font::getLogFont() const {
     const Graphics screen(HWND{nullptr});
     LOGFONTW logFont{};
-    if (call(flat::GdipGetLogFontW, screen.native(), &logFont)) != Gdiplus::Ok) return std::nullopt;
+    if (call(flat::GdipGetLogFontW, screen.native(), &logFont) != Gdiplus::Ok) return std::nullopt;
     return logFont;
 }
 
@@ -141,7 +141,7 @@ std::unique_ptr<Font> CreateFontByName(const std::wstring& family, float emSizeP
     if (const FontFamily named = findFamily(privateFonts(), family)) {
         auto font = std::make_unique<Font>(named.get(), size, style, Gdiplus::UnitPixel);
         if (font->native()) return font;
-        logFailure(family, font->lastStatus();
+        logFailure(family, font->lastStatus());
     } else if (family == textFace || family == pathFace) {
         logFailure(family, Gdiplus::FontFamilyNotFound);
     }

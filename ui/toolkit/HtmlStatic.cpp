@@ -102,7 +102,7 @@ FontRecord HtmlStatic::GetRunFont(const TextRun& run) const {
     return record;
 }
 
-bool HtmlStatic::placeRuns(int32_t width, float highest) {
+bool HtmlStatic::placeText(int32_t width, float highest) {
     Graphics graphics(hwnd);
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
@@ -129,12 +129,12 @@ bool HtmlStatic::placeRuns(int32_t width, float highest) {
 
 void HtmlStatic::Layout(int32_t width, int32_t height) {
     if (width != GetClientSize().width) {
-        placeRuns(width);
+        placeText(width);
         return;
     }
     scrollTrack->home();
-    const bool fits = placeRuns(width, static_cast<float>(height));
-    if (!fits) placeRuns(width - scrollTrack->GetClientSize().width);
+    const bool fits = placeText(width, static_cast<float>(height));
+    if (!fits) placeText(width - scrollTrack->GetClientSize().width);
     scrollTrack->SetRange(0, fits ? 0 : scrollRange(boundsOf(runs).height, height));
     // A track left over from the previous text would make this one a tab stop.
     if (fits) scrollTrack->Show(SW_HIDE);

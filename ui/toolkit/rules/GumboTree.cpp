@@ -103,7 +103,9 @@ size_t GumboTree::childCount(Node node) const {
     return node->v.element.children.length;
 }
 
-GumboTree::Node GumboTree::child(Node node, size_t index) const { return node->v.element.children.data[index]; }
+GumboTree::Node GumboTree::child(Node node, size_t index) const {
+    return static_cast<Node>(node->v.element.children.data[index]);
+}
 
 std::wstring GumboTree::attribute(Node element, const char* attributeName) const {
     const GumboAttribute* found = gumbo_get_attribute(&element->v.element.attributes, attributeName);
