@@ -74,11 +74,6 @@ TEST(Markup, SplitsTheTextIntoRunsOfOneStyle) {
         {"<A HREF=x>a<A>b</A>", {"|a| FF6897FD href=x", "|b| FF6897FD"}},
         {"<A HREF=x><FONT COLOR=#010203>a</FONT></A>", {"|a| FF010203 href=x"}},
         {"<FONT COLOR=#010203><A HREF=x>a</A>b</FONT>", {"|a| FF6897FD href=x", "|b| FF010203"}},
-        // Case, quotes, entities, and unclosed or misplaced tags.
-        {"<b>a<i>b</b>c</i>", {"|a| weight=700", "|b| weight=700 italic", "|c| italic"}},
-        {"<a href='action:go&amp;stay'>x", {"|x| FF6897FD href=action:go&stay"}},
-        {"&lt;b&gt; &amp;amp; &#65;&#x42;", {"|<b>|&amp;|AB|"}},
-        {"a<br/>b</br>c", {"|a|/|", "|b|/|", "|c|"}},
     };
     for (const auto& [html, runs] : cases) EXPECT_THAT(describedRuns(html), ElementsAreArray(runs)) << html;
 }
