@@ -6,7 +6,7 @@
 namespace pdx {
 
 /// The log format for a result of the system's check of a signature and the last error it left. Its arguments are the
-/// file, and then the number that is told: the last error for a missing signature, otherwise the result.
+/// file, and then the number (signatureNumber): the last error for a missing signature, otherwise the result.
 constexpr const char* signatureMessage(uint32_t result, uint32_t lastError) {
     constexpr uint32_t noSignature = 0x800B0100;
     struct Row {
@@ -35,7 +35,7 @@ constexpr const char* signatureMessage(uint32_t result, uint32_t lastError) {
     return "Failed to verify embedded signature for file [%ls]: Error is: 0x%lx.\n";
 }
 
-/// Which of the two numbers the message tells.
+/// The number of the message.
 constexpr uint32_t signatureNumber(uint32_t result, uint32_t lastError) {
     return result == 0x800B0100 ? lastError : result;
 }
