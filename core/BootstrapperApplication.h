@@ -223,11 +223,11 @@ class BootstrapperApplication : public CBalBaseBootstrapperApplication {
     /// the run with it at once, and its exit code names the failure.
     HRESULT detect();
 
-    // The roads that need raised rights, and those that end in the client.
-    HRESULT continueRaised();
-    HRESULT relaunchRaised();
-    /// Holds the files that are to run raised against replacement, until this object goes; raises the error if that
-    /// fails.
+    // The runs that need elevated rights, and those that end in the client.
+    HRESULT continueElevated();
+    /// Holds the files until the elevated copy has loaded them, after the window has gone; not without limit.
+    HRESULT relaunchElevated();
+    /// Locks the files that are to run elevated for the life of this object; raises the error if that fails.
     HRESULT lockElevatedBinaries(const std::wstring& folder, const std::wstring& executable);
     HRESULT performRepairCleanup();
     /// Whether the user has cancelled the run. While the dialog asks for that, the answer is waited for.

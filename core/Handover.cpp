@@ -17,8 +17,8 @@ constexpr Operation repairOperations[] = {Operation::repairStopService, Operatio
 
 }  // namespace
 
-HRESULT BootstrapperApplication::continueRaised() {
-    if (!m_hooks.isElevated()) return relaunchRaised();
+HRESULT BootstrapperApplication::continueElevated() {
+    if (!m_hooks.isElevated()) return relaunchElevated();
     if (isRepair()) {
         sendAppMessage(WM_BA_REPAIR_INITIALIZING);
         return performRepairCleanup();
@@ -29,17 +29,22 @@ HRESULT BootstrapperApplication::continueRaised() {
     return S_OK;
 }
 
-HRESULT BootstrapperApplication::relaunchRaised() {
-    const std::wstring program = getProcessFilePath();
-    if (const HRESULT hr = lockElevatedBinaries(removeFileSpec(program), getProcessFileName()); FAILED(hr)) return hr;
+HRESULT BootstrapperApplication::relaunchElevated() {
+    const std::wstring folder = removeFileSpec(getProcessFilePath());
+    if (const HRESULT hr = lockElevatedBinaries(folder, getProcessFileName()); FAILED(hr)) return hr;
     const auto valueOf = [this](const wchar_t* name) { return m_variables.get(name); };
-    const ProgramStart copy = {
-        .verb = L"runas", .file = program, .parameters = relaunchParameters(valueOf), .show = SW_SHOW};
+    const ProgramStart start = {.verb = L"runas",
+                                .file = lockedExecutable(m_lockedFiles),
+                                .parameters = relaunchParameters(valueOf),
+                                .show = SW_SHOW};
     if (!hasUserCancelled()) {
         // The copy is to take it.
         releaseInstallerMutex();
-        // Whatever comes of it, a refusal by the user too: nobody is there to do the work in its place.
-        m_hooks.startProgram(copy);
+        // Whatever the result is, a refusal by the user too: nobody is there to do the work in its place.
+        const Handle copy = m_hooks.startProgram(start);
+        // Not earlier: without a window of this process the system's question could stay in the background.
+        leaveTheScreen();
+        awaitElevatedStart(copy.get(), [this] { return m_logoutExit.load(); });
     }
     quit(0);
     return S_OK;

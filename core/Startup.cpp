@@ -72,7 +72,7 @@ HRESULT BootstrapperApplication::OnStartup() {
 
     if (isRepair() || isMeridianMode()) {
         enableTelemetry();
-        return continueRaised();
+        return continueElevated();
     }
     return takeStartupStep(chooseStartupStep(startupFacts(!installLocation.empty(), fromDisc)), discParameters);
 }
