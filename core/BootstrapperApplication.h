@@ -56,7 +56,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     void quitAfterFault() override { m_run.quitOnFailure("A message", E_FAIL); }
     void cancel(HWND window) override;
     void requestRepair() override { m_run.requestReload(ReloadPurpose::repair); }
-    void noteLogout() override { m_logoutExit = true; }
+    void noteLogout() override { m_run.loggedOut = true; }
 
     // ---- Facts of the run
 
@@ -155,7 +155,6 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     Migration m_migration;
     Repair m_repair;
     BOOTSTRAPPER_DISPLAY m_userDisplay;
-    std::atomic<bool> m_logoutExit = false;
     bool m_executing = false;
 };
 

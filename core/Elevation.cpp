@@ -4,6 +4,7 @@
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
+#include "state/ElevatedBinaries.h"
 
 namespace pdx {
 
@@ -14,16 +15,20 @@ HRESULT lockElevatedBinaries(Run& run, ErrorReporting& errors, const std::wstrin
 }
 
 HRESULT relaunchElevated(Run& run, ErrorReporting& errors) {
-    const std::wstring program = getProcessFilePath();
-    if (const HRESULT hr = lockElevatedBinaries(run, errors, removeFileSpec(program), getProcessFileName()); FAILED(hr))
-        return hr;
+    const std::wstring folder = removeFileSpec(getProcessFilePath());
+    if (const HRESULT hr = lockElevatedBinaries(run, errors, folder, getProcessFileName()); FAILED(hr)) return hr;
     const auto valueOf = [&run](const wchar_t* name) { return run.variables.get(name); };
-    const ProgramStart copy = {
-        .verb = L"runas", .file = program, .parameters = relaunchParameters(valueOf), .show = SW_SHOW};
+    const ProgramStart start = {.verb = L"runas",
+                                .file = lockedExecutable(run.lockedFiles),
+                                .parameters = relaunchParameters(valueOf),
+                                .show = SW_SHOW};
     if (!run.hasUserCancelled()) {
         // The copy is to take it.
         run.mutex.release();
-        run.hooks.startProgram(copy);
+        const Handle copy = run.hooks.startProgram(start);
+        // Not earlier: without a window of this process the system's question could stay in the background.
+        run.ui->leaveTheScreen();
+        awaitElevatedStart(copy.get(), [&run] { return run.loggedOut.load(); });
     }
     run.quit(0);
     return S_OK;

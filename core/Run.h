@@ -52,6 +52,7 @@ class Run {
     RunContext& context;
     const std::function<bool()> isCancelled;
     std::atomic<BOOTSTRAPPER_ACTION> action;
+    std::atomic<bool> loggedOut = false;  ///< the Windows session ends
     RunVariables variables;
     RunTelemetry telemetry;
     InstallerMutex mutex;

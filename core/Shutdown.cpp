@@ -64,7 +64,7 @@ int BootstrapperApplication::OnShutdown() {
 
 void BootstrapperApplication::endAsCancel() {
     // Read now: a logout may change it during the upload.
-    const char* const word = runCancelWord(m_logoutExit);
+    const char* const word = runCancelWord(m_run.loggedOut);
     PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", word);
     m_run.telemetry.sendRunCancelled(word, m_errors.submit());
 }

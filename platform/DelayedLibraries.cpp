@@ -15,12 +15,7 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 namespace pdx {
 namespace {
 
-HMODULE loadDelayed(const char* name) {
-    const std::wstring wideName(name, name + std::strlen(name));
-    const HMODULE library = systemLibrary(wideName.c_str());
-    // Windows 7 has GDI+ in no system folder, but leads its bare name to the assembly that has it.
-    return library ? library : LoadLibraryW(wideName.c_str());
-}
+HMODULE loadDelayed(const char* name) { return systemLibrary(std::wstring(name, name + std::strlen(name)).c_str()); }
 
 #ifdef __MINGW32__
 

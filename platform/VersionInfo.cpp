@@ -4,6 +4,7 @@
 
 #include <span>
 
+#include "platform/rules/RecordBounds.h"
 #include "platform/rules/Version.h"
 #include "platform/SystemFunction.h"
 #include "platform/Text.h"
@@ -18,13 +19,13 @@ struct Translation {
 };
 
 /// What the record holds under a name, as elements of the given type; empty if there is nothing. The size is in bytes,
-/// that of a text in characters with the end mark.
+/// that of a text in characters with the end mark. It stands in the file, which may be anybody's.
 template <typename Element>
 std::span<const Element> valueOf(const std::vector<std::byte>& record, const std::wstring& name, size_t unit) {
     void* value = nullptr;
     UINT size = 0;
     if (record.empty() || !VerQueryValueW(record.data(), name.c_str(), &value, &size) || !value) return {};
-    return {static_cast<const Element*>(value), size / unit};
+    return {static_cast<const Element*>(value), countWithin(record, value, sizeof(Element), size / unit)};
 }
 
 }  // namespace

@@ -1,13 +1,13 @@
 #include "state/ElevatedBinaries.h"
 
-#include <array>
-
 #include "config/Settings.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
+#include "platform/Processes.h"
+#include "platform/Text.h"
 #include "state/FileLocks.h"
 #include "state/rules/FinalPath.h"
 #include "state/SignatureTrust.h"
@@ -16,6 +16,7 @@ namespace pdx {
 namespace {
 
 constexpr const wchar_t* plantedLibrary = L"version.dll";
+constexpr DWORD startCheckMilliseconds = 100;
 
 bool lockSignedFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path) {
     const std::wstring finalPrefix = GetFinalPath(getSessionTempPath());
@@ -23,15 +24,29 @@ bool lockSignedFile(std::vector<FileHandle>& lockedFiles, const std::wstring& pa
                             ? INVALID_HANDLE_VALUE
                             : LockFile(lockedFiles, path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, finalPrefix);
     // Where the locked file lies: a link above the temporary folder may lead elsewhere by now.
-    const std::wstring locked = file == INVALID_HANDLE_VALUE ? std::wstring() : finalPathOf(file);
+    const std::wstring locked =
+        file == INVALID_HANDLE_VALUE ? std::wstring() : withoutFinalPathStart(finalPathOf(file));
     if (locked.empty()) {
         PDX_LOG(logInfo, "LockElevatedBinaries", "Failed to lock %ls", path);
         return false;
     }
-    if (isValidPalisadeCertificate(locked.substr(finalPathStart.size()))) return true;
+    if (isValidPalisadeCertificate(locked)) return true;
     if (!g_configurable) return false;
     PDX_LOG(logInfo, "LockElevatedBinaries", "Overriding signature verification failure for %ls", path);
     return true;
+}
+
+bool lieInOneFolder(const FileHandle& one, const FileHandle& other) {
+    const std::wstring folder = removeFileSpec(finalPathOf(one.get()));
+    return !folder.empty() && equalsIgnoreCase(folder, removeFileSpec(finalPathOf(other.get())));
+}
+
+/// Whether a process with that parent runs. Another program cannot make itself the child of one with more rights.
+bool hasChild(DWORD processId) {
+    ProcessSnapshot snapshot;
+    for (PROCESSENTRY32W entry; processId != 0 && snapshot.next(entry);)
+        if (entry.th32ParentProcessID == processId) return true;
+    return false;
 }
 
 }  // namespace
@@ -52,7 +67,30 @@ bool LockElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstri
     bool locked = true;
     for (const std::wstring& name : {executable, std::wstring(plantedLibrary)})
         locked &= lockSignedFile(lockedFiles, appendPath(folder, name));
-    return locked;
+    if (!locked) return false;
+    // A link above the temporary folder may have been changed between the two.
+    if (lieInOneFolder(*(lockedFiles.end() - 2), lockedFiles.back())) return true;
+    PDX_LOG(logInfo, "LockElevatedBinaries", "The locked files lie in different folders");
+    return false;
+}
+
+std::wstring lockedExecutable(const std::vector<FileHandle>& lockedFiles) {
+    return lockedFiles.size() < 2 ? std::wstring() : withoutFinalPathStart(finalPathOf((lockedFiles.end() - 2)->get()));
+}
+
+bool awaitElevatedStart(HANDLE copy, const std::function<bool()>& isGivenUp, DWORD boundMilliseconds) {
+    if (!copy) return true;
+    const DWORD id = GetProcessId(copy);
+    const ULONGLONG begin = GetTickCount64();
+    // No event marks the start's end: it is looked for again and again.
+    while (WaitForSingleObject(copy, startCheckMilliseconds) == WAIT_TIMEOUT) {
+        if (hasChild(id)) return true;
+        if (isGivenUp()) return false;
+        if (GetTickCount64() - begin < boundMilliseconds) continue;
+        PDX_LOG(logInfo, "awaitElevatedStart", "The elevated copy has not ended its start in %u ms", boundMilliseconds);
+        return false;
+    }
+    return true;
 }
 
 std::wstring elevatedFolderOf(const std::wstring& libraryFolder) {

@@ -1,17 +1,17 @@
-// What a run hands to the programs that it starts in its place: the raised copy of itself, and the client.
+// The command lines of the programs that a run starts in its place: its elevated copy, and the client.
 #pragma once
 
 #include <functional>
 #include <string>
-#include <string_view>
 
 namespace pdx {
 
-/// The command line of the raised copy: "NAME=value" for each bundle variable that crosses over, in a fixed order and
-/// separated by blanks. Values go over as they are.
+/// The command line of the elevated copy: "NAME=value" for each bundle variable that crosses over, in a fixed order and
+/// separated by blanks. A value with blanks or quotes is quoted by the rules of CommandLineToArgvW: part of it would
+/// otherwise be a switch of the elevated engine. Any other value, an empty one too, goes over as it is.
 std::wstring relaunchParameters(const std::function<std::wstring(const wchar_t* variable)>& valueOf);
 
-/// The client's argument that logs the user in; empty without a code.
-std::wstring authArgument(std::wstring_view code);
+/// The client's argument that logs the user in, its code quoted in the same way; empty without a code.
+std::wstring authArgument(const std::wstring& code);
 
 }  // namespace pdx

@@ -19,10 +19,17 @@ std::vector<std::wstring> splitPath(std::wstring_view path) {
 
 }  // namespace
 
+std::wstring withoutFinalPathStart(std::wstring_view finalPath) {
+    constexpr std::wstring_view shareStart = L"\\\\?\\UNC\\";
+    if (finalPath.starts_with(shareStart)) return L"\\\\" + std::wstring(finalPath.substr(shareStart.size()));
+    if (finalPath.starts_with(finalPathStart)) finalPath.remove_prefix(finalPathStart.size());
+    return std::wstring(finalPath);
+}
+
 ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system) {
     if (!finalPrefix.empty() && !finalPrefix.starts_with(finalPathStart)) return {{}, ExpectedPathProblem::badPrefix};
     bool found = finalPrefix.empty();
-    // Components are joined without the first four characters, which the system's function might read as a root.
+    // Components are joined on after the first four characters, which the system's function might read as a root.
     std::wstring expected;
     std::wstring walked;
     for (const std::wstring& component : splitPath(path)) {

@@ -11,11 +11,14 @@
 
 namespace pdx {
 
+/// A final path as programs take one: "C:\Temp\a.log" or "\\server\share\a.log".
+std::wstring withoutFinalPathStart(std::wstring_view finalPath);
+
 enum class ExpectedPathProblem {
     none,
     badPrefix,    ///< the prefix is no final path
     neverFound,   ///< no leading part of the path is the prefix
-    notJoinable,  ///< a component after the prefix could not be joined
+    notJoinable,  ///< a component after the prefix could not be joined on
 };
 
 struct ExpectedPath {
@@ -32,9 +35,9 @@ struct PathSystem {
 };
 
 /// The final path that a path ought to have if no component below the trusted folder is a link. finalPrefix is the
-/// trusted folder's own final path, which begins with "\\?\"; the path is walked component by component, split at "\"
-/// and "/", until the walked part has exactly that final path. The rest is joined unchanged. With an empty prefix no
-/// folder is trusted and nothing is looked up: the path itself after "\\?\".
+/// trusted folder's own final path, which begins with "\\?\"; the path is followed component by component, split at
+/// "\" and "/", until what was walked has exactly that final path, and what is left is joined on as it is spelt. With
+/// an empty prefix no folder is trusted and nothing is looked up: the path itself after "\\?\".
 ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system);
 
 /// The system's error for a file that is open but may not be locked. It is 4395 (ERROR_REPARSE_POINT_ENCOUNTERED) for a

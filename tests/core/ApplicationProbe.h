@@ -1,6 +1,7 @@
 // An application object in a test's hands: with its state readable, a small engine, and a scripted user interface.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -37,6 +38,7 @@ class UiScript {
     [[nodiscard]] std::vector<ErrorInfo> errors() const;
 
     Answer answer = [](auto&, const auto&) { return 0; };
+    std::atomic<bool> leftTheScreen = false;
 
   private:
     mutable Lock lock;

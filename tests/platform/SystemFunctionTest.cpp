@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pdx {
@@ -18,7 +19,7 @@ HMODULE WINAPI loadWithoutFlag(const wchar_t* name, HANDLE file, DWORD flags) {
         return nullptr;
     }
     loaded.emplace_back(name);
-    return LoadLibraryExW(name, file, flags);
+    return flags ? LoadLibraryExW(name, file, flags) : nullptr;
 }
 
 TEST(SystemLibrary, IsLoadedByItsFullPathWhereTheFlagIsUnknown) {
@@ -26,16 +27,18 @@ TEST(SystemLibrary, IsLoadedByItsFullPathWhereTheFlagIsUnknown) {
     ASSERT_FALSE(GetModuleHandleW(name)) << "loaded already, it proves nothing";
     loaded.clear();
     refusal = ERROR_MOD_NOT_FOUND;
-    EXPECT_FALSE(systemLibrary(name, loadWithoutFlag));
+    EXPECT_FALSE(loadSystemLibrary(name, loadWithoutFlag));
     EXPECT_TRUE(loaded.empty()) << "a library that is missing is looked for nowhere else";
+    EXPECT_FALSE(loadSystemLibrary(L"gdiplus.dll", loadWithoutFlag));
+    EXPECT_EQ(std::exchange(loaded, {}), std::vector{std::wstring(L"gdiplus.dll")}) << "but for that of an assembly";
 
     refusal = ERROR_INVALID_PARAMETER;
-    const HMODULE library = systemLibrary(name, loadWithoutFlag);
+    const HMODULE library = loadSystemLibrary(name, loadWithoutFlag);
     ASSERT_TRUE(library);
     wchar_t folder[MAX_PATH];
     GetSystemDirectoryW(folder, MAX_PATH);
     EXPECT_EQ(loaded, std::vector{std::wstring(folder) + L"\\winmm.dll"});
-    EXPECT_EQ(systemLibrary(name, nullptr), library) << "once it is there nothing is loaded";
+    EXPECT_EQ(systemLibrary(name), library);
     for (int reference = 0; reference < 2; ++reference) FreeLibrary(library);
 }
 

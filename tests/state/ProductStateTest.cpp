@@ -84,7 +84,6 @@ TEST(WriteBundleVersion, WritesToAnEntryThatIsThere) {
         writeBundleVersion(none, L"1.2");
         EXPECT_EQ(machine.getSubKeyValue(uninstallKey + (L'\\' + std::wstring(none)), L"VersionMajor"), RegistryValue());
     }
-    machine.deleteTree(key);
 }
 
 }  // namespace

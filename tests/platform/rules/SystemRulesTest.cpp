@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/rules/DiskFacts.h"
+#include "platform/rules/RecordBounds.h"
 #include "platform/rules/SubKeyWalk.h"
 #include "platform/rules/Version.h"
 
@@ -44,6 +45,14 @@ TEST(SubKeyWalk, StopsAtTwoErrorsAndPassesOverTheOthers) {
                     });
         EXPECT_EQ(seen, expected);
     }
+}
+
+TEST(CountWithin, EndsWithTheRecord) {
+    const std::array<std::byte, 13> memory{};
+    const auto record = std::span(memory).subspan(1, 10);
+    const std::tuple<size_t, size_t, size_t> rows[] = {{0, 1, 0}, {1, 3, 3},  {1, 6, 5},
+                                                       {8, 2, 1}, {11, 1, 0}, {12, 1, 0}};
+    for (const auto& [at, count, within] : rows) EXPECT_EQ(countWithin(record, &memory[at], 2, count), within) << at;
 }
 
 TEST(Version, IsReadUpToWhatIsNoNumber) {

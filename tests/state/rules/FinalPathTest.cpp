@@ -104,6 +104,12 @@ TEST(ExpectedFinalPath, GivesUpWhenAComponentCannotBeJoined) {
     }
 }
 
+TEST(WithoutFinalPathStart, NamesTheFileAsProgramsDo) {
+    EXPECT_EQ(withoutFinalPathStart(L"\\\\?\\C:\\Temp\\a.log"), L"C:\\Temp\\a.log");
+    EXPECT_EQ(withoutFinalPathStart(L"\\\\?\\UNC\\server\\share\\a.log"), L"\\\\server\\share\\a.log");
+    EXPECT_EQ(withoutFinalPathStart(L""), L"");
+}
+
 TEST(LockError, RefusesALinkAndEveryOtherPlace) {
     const std::wstring path = L"\\\\?\\C:\\Temp\\a.log";
     EXPECT_EQ(lockError(0x20, path, true), std::nullopt);

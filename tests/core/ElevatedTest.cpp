@@ -1,9 +1,13 @@
-// A run that has not the rights it needs: it starts a raised copy of its program, or has the engine start its own.
+// A run that lacks the rights that it needs: it starts an elevated copy of its program, or the engine starts its own.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <windows.h>
+// shellapi.h needs the types of windows.h.
+#include <shellapi.h>
 
 #include <map>
 #include <string>
+#include <thread>
 
 #include "tests/core/ApplicationProbe.h"
 #include "tests/platform/Probe.h"
@@ -13,8 +17,12 @@ namespace pdx {
 namespace {
 
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
+using testing::Field;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::Pair;
 using testing::SizeIs;
 
@@ -53,15 +61,30 @@ std::vector<UINT> errorsShown(const ProbedRun& probed) {
     return codes;
 }
 
+/// The arguments of a command line without a program, as the system splits them.
+std::vector<std::wstring> argumentsOf(const std::wstring& commandLine) {
+    int count = 0;
+    const UniqueHandle<LocalMemoryTraits<LPWSTR>> all(CommandLineToArgvW((L"x " + commandLine).c_str(), &count));
+    return {all.get() + 1, all.get() + count};
+}
+
+/// Locks the file, and another in the place of its library.
+bool lockFile(std::vector<FileHandle>& files, const std::wstring& path) {
+    for (const std::wstring& each : {path, probePath()})
+        files.emplace_back(
+            CreateFileW(each.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    return true;
+}
+
 struct CopyCase {
     const char* name;
     const wchar_t* mode;
-    /// What the system gives for the copy: nothing if the user refuses, an ended process.
+    /// What the system returns for the copy: nothing if the user refuses, an ended process.
     std::function<Handle()> outcome;
-    std::wstring parameters;
+    const wchar_t* parameters;
 };
 
-TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
+TEST(Elevated, StartsACopyAndEndsWhateverTheCopyDoes) {
     const auto failedCopy = [] {
         Handle copy = startProbe(L"");
         EXPECT_EQ(waitFor(copy), 2u);
@@ -69,12 +92,14 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
     };
     const CopyCase rows[] = {
         {"a copy that ran and failed", L"PDX_REPAIR", failedCopy,
-         L"PDX_MERIDIAN_MODE=0 KESTREL_AUTHCODE=c o\"d=e PDX_UNINSTALL_BASTION=1 PDX_MERIDIAN_COHORT=\u00e4 "
-         L"PDX_MERIDIAN_ENABLE=1 PDX_REPAIR=1 HARRIER_ENABLE="},
+         L"PDX_MERIDIAN_MODE=0|KESTREL_AUTHCODE=c o\"d=e|PDX_UNINSTALL_BASTION=1|PDX_MERIDIAN_COHORT=\u00e4|"
+         L"PDX_MERIDIAN_ENABLE=1|PDX_REPAIR=1|HARRIER_ENABLE=|"},
         {"a user who refuses", L"PDX_MERIDIAN_MODE", [] { return Handle(); },
-         L"PDX_MERIDIAN_MODE=1 KESTREL_AUTHCODE=c o\"d=e PDX_UNINSTALL_BASTION=1 PDX_MERIDIAN_COHORT=\u00e4 "
-         L"PDX_MERIDIAN_ENABLE=1 PDX_REPAIR=0 HARRIER_ENABLE="},
+         L"PDX_MERIDIAN_MODE=1|KESTREL_AUTHCODE=c o\"d=e|PDX_UNINSTALL_BASTION=1|PDX_MERIDIAN_COHORT=\u00e4|"
+         L"PDX_MERIDIAN_ENABLE=1|PDX_REPAIR=0|HARRIER_ENABLE=|"},
     };
+    const TestFolder folder;
+    const std::wstring locked = folder.addFile(L"locked.exe");
     for (const CopyCase& row : rows) {
         SCOPED_TRACE(row.name);
         const ScopedVariable session(L"PDX_INSTALLER_SESSION_ID", L"");
@@ -82,10 +107,10 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
         ProbedRun probed(BOOTSTRAPPER_ACTION_INSTALL, BOOTSTRAPPER_DISPLAY_NONE, makeInSession);
         std::vector<std::wstring> steps;
         probed.world.elevated = false;
-        probed.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& executable) {
-            steps.push_back(L"lock " + folder + L"\\" + executable);
+        probed.world.lock = [&](auto& files, const std::wstring& place, const std::wstring& executable) {
+            steps.push_back(L"lock " + place + L"\\" + executable);
             EXPECT_FALSE(installerMayBegin());
-            return true;
+            return lockFile(files, locked);
         };
         ProgramStart copy;
         probed.world.start = [&](const ProgramStart& asked) {
@@ -109,15 +134,17 @@ TEST(Raised, StartsARaisedCopyAndEndsWhateverBecomesOfIt) {
         EXPECT_THAT(errorsShown(probed), IsEmpty());
         EXPECT_THAT(steps, ElementsAre(L"lock " + getProcessFilePath(), L"start"));
         EXPECT_EQ(copy.verb, L"runas");
-        EXPECT_EQ(copy.file, getProcessFilePath());
-        EXPECT_EQ(copy.parameters, row.parameters);
+        EXPECT_EQ(copy.file, locked) << "by the handle";
+        std::wstring parameters;
+        for (const std::wstring& argument : argumentsOf(copy.parameters)) parameters += argument + L'|';
+        EXPECT_EQ(parameters, row.parameters);
         EXPECT_EQ(copy.folder, L"");
         EXPECT_EQ(copy.show, SW_SHOW);
         EXPECT_THAT(probed.reported(), Contains("enable"));
     }
 }
 
-TEST(Raised, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
+TEST(Elevated, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
     for (const bool cancelled : {false, true}) {
         ProbedRun probed;
         probed.engine.variables.set(L"PDX_REPAIR", L"1");
@@ -134,11 +161,43 @@ TEST(Raised, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
         EXPECT_EQ(outcome.startup, cancelled ? S_OK : filesNotLocked);
         EXPECT_EQ(errorsShown(probed), cancelled ? std::vector<UINT>{} : std::vector<UINT>{577});
         EXPECT_EQ(outcome.find("OnDetectBegin"), nullptr);
-        EXPECT_EQ(probed.app().installStatus(), cancelled ? S_OK : filesNotLocked) << "told as a failure";
+        EXPECT_EQ(probed.app().installStatus(), cancelled ? S_OK : filesNotLocked) << "reported as a failure";
     }
 }
 
-TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
+TEST(Elevated, HoldsTheFilesOutOfSightUntilTheCopyHasStartedOrTheSessionEnds) {
+    const TestFolder folder;
+    const std::wstring path = folder.addFile(L"locked.exe");
+    for (const bool sessionEnds : {false, true}) {
+        const Handle copy = startProbe(L"wait");
+        std::thread observer;
+        ProbedRun probed;
+        probed.engine.variables.set(L"PDX_REPAIR", L"1");
+        probed.world.elevated = false;
+        probed.world.lock = [&](auto& files, auto&...) { return lockFile(files, path); };
+        probed.world.start = [&](auto&) {
+            EXPECT_FALSE(probed.ui.leftTheScreen);
+            observer = std::thread([&] {
+                for (int tries = 0; !probed.ui.leftTheScreen && tries < 500; ++tries) Sleep(10);
+                EXPECT_TRUE(probed.ui.leftTheScreen);
+                EXPECT_FALSE(DeleteFileW(path.c_str()));
+                sessionEnds ? probed.app().noteLogout() : void(TerminateProcess(copy.get(), 0));
+            });
+            Handle given;
+            DuplicateHandle(GetCurrentProcess(), copy.get(), GetCurrentProcess(), given.put(), 0, FALSE,
+                            DUPLICATE_SAME_ACCESS);
+            return given;
+        };
+        EXPECT_EQ(probed.slots().OnStartup(), S_OK);
+        EXPECT_EQ(WaitForSingleObject(copy.get(), 0), sessionEnds ? WAIT_TIMEOUT : WAIT_OBJECT_0);
+        EXPECT_THAT(probed.engine.log(), Each(Field(&EngineLogLine::text, Not(HasSubstr(L"not ended its start")))));
+        observer.join();
+        TerminateProcess(copy.get(), 0);
+        probed.slots().OnShutdown();
+    }
+}
+
+TEST(Elevated, LocksTheEnginesFilesBeforeItsCopyStarts) {
     const struct {
         bool elevated, lockable, cancelled;
         int answer;
@@ -170,7 +229,7 @@ TEST(Raised, LocksTheEnginesFilesBeforeItsRaisedCopyStarts) {
     }
 }
 
-TEST(Raised, KeepsTheFilesLockedForItsWholeLife) {
+TEST(Elevated, KeepsTheFilesLockedForItsWholeLife) {
     const TestFolder folder;
     const std::wstring path = folder.addFile(L"a file");
     ProbedRun probed;
