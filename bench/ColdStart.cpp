@@ -12,8 +12,8 @@
 #include "bench/Benchmarks.h"
 #include "bench/ProcessMemory.h"
 #include "bench/Welcome.h"
-#include "harness/engine/LoadedLibrary.h"
-#include "harness/engine/SmallEngine.h"
+#include "harness/programs/engine/LoadedLibrary.h"
+#include "harness/programs/engine/SmallEngine.h"
 #include "platform/Text.h"
 
 namespace pdx {

@@ -8,7 +8,7 @@ import xml.etree.ElementTree as xml
 from xml.sax.saxutils import escape
 
 from harness.building.bundle import BUNDLE_VERSION
-from harness.checking.telemetry import AGENT, TRACKING_ID, differences
+from harness.scenario.telemetry import AGENT, TRACKING_ID, differences
 from harness.services.server import Answer, Request
 
 STORED = "/packages/palisade%20app?X-Signature=a%2Bb%2F%3D&X-Expires=600"
@@ -53,7 +53,7 @@ class Reports:
         machine, moment = headers.get("x-machine-hash", ""), headers.get("x-timestamp", "")
         root = xml.fromstring(request.raw)
         *facts, (_, files) = found = elements(root)
-        name, self.announced = files[0][0], dict(files[0][1])
+        self.announced = dict(files[0][1])
         file = [("name", f"errorReporter_{moment}.gz"), ("size", self.announced.get("size")),
                 ("contentType", "x-application/gzip"), ("b64Md5", self.announced.get("b64Md5"))]
         kind = dict(facts).get("launchSource")

@@ -5,9 +5,9 @@ that of a keyboard, and taken out by a loop like the dialog's own, with IsDialog
 take the same way from there on, and could not be told from one that is still under way.
 """
 
-from harness.seeing import gallery
-from harness.seeing.gallery import visible
-from harness.seeing.strings import plain, text
+from harness.desktop import gallery
+from harness.desktop.gallery import visible
+from harness.desktop.strings import plain, text
 
 LANGUAGES = ("en", "de", "ru", "ja", "th")
 CLOSE, PICTURE, PROGRESS = 1008, 1005, 1006

@@ -1,8 +1,8 @@
 """On a machine with the client: the command line or a person says what happens; the recorded command removes it."""
 import re
 
-from harness.client import facts
-from harness.seeing.window import ACTION1, ACTION2
+from harness.scenario import client as facts
+from harness.desktop.window import ACTION1, ACTION2
 
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")
 MARKED = [f"before-files dword {view} IsUnavailable Software\\Corvane Works\\Palisade Desktop" for view in (32, 64)]

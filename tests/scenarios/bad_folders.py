@@ -2,8 +2,8 @@
 import re
 import subprocess
 
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, ACTION2, BODY, BROWSE, OPTIONS, PICTURE, TITLE
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, ACTION2, BODY, BROWSE, OPTIONS, PICTURE, TITLE
 
 OLDER = "C:\\Old\\Palisade Desktop"  # where the older client stands
 SMALL = "C:\\PalisadeTest\\small"    # what drive E: shows

@@ -1,5 +1,5 @@
 """Closing before anything is installed: continuing brings the page back, cancelling ends the run and leaves nothing."""
-from harness.seeing.window import ACTION1, ACTION2, CLOSE, OPTIONS, PICTURE, TITLE
+from harness.desktop.window import ACTION1, ACTION2, CLOSE, OPTIONS, PICTURE, TITLE
 
 
 def check_continued(scene, page: str, how: str, close) -> None:

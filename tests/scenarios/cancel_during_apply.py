@@ -1,6 +1,6 @@
 """Cancelling while the package executes: Windows Installer hears of it, all its changes go back, nothing is left."""
-from harness.client import facts
-from harness.seeing.window import ACTION1, CLOSE
+from harness.scenario import client as facts
+from harness.desktop.window import ACTION1, CLOSE
 
 TICKS = "after-files progress 20 50"
 PASSES = ["wzPackageId=PalisadeApp.msi, fExecute=true", "wzPackageId=PalisadeApp.msi, fExecute=false"]

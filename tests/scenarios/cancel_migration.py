@@ -1,10 +1,10 @@
 """Cancelling the move from the older client: until its uninstaller starts it stays, later it goes; no client starts."""
-from harness import older
-from harness.checking.records import check_changes, listing
-from harness.checking.telemetry import names_since, told_so_far
-from harness.client import facts
-from harness.seeing.window import ACTION1, ACTION2, CLOSE
-from harness.staging.scene import TEMP
+from harness.scenario import older
+from harness.scenario.registry import check_changes, listing
+from harness.scenario.telemetry import names_since, told_so_far
+from harness.scenario import client as facts
+from harness.desktop.window import ACTION1, ACTION2, CLOSE
+from harness.scenario.scene import TEMP
 
 UNINSTALLING_BASTION = 0x8038
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")

@@ -1,8 +1,8 @@
 """Cancelling a repair: before the service step nothing is taken; later the clean-up finishes and nothing is installed."""
-from harness.checking.records import check_changes, listing, run_service
-from harness.checking.telemetry import names_since, told_so_far
-from harness.client import facts
-from harness.seeing.window import CLOSE
+from harness.scenario.registry import check_changes, listing, run_service
+from harness.scenario.telemetry import names_since, told_so_far
+from harness.scenario import client as facts
+from harness.desktop.window import CLOSE
 
 REPAIR_INITIALIZING = 0x8034
 RUNNING = "4"

@@ -1,5 +1,5 @@
 """Where the embedded test certificate is trusted, override.cfg changes settings; elsewhere it is not even opened."""
-from harness.client import facts
+from harness.scenario import client as facts
 
 RUN_KEY = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run"
 CHANGED = """

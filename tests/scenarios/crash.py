@@ -1,5 +1,5 @@
 """A crash is told at once with its signature, shows one box in the user's language and then goes on to the system."""
-from harness.checking.crash import ACCESS_FAULT, check_crash, watch
+from harness.scenario.crash import ACCESS_FAULT, check_crash, watch
 
 ROWS = [  # the machine's locale, the language, what the event says of them
     ("C.UTF-8", "EN", {}),

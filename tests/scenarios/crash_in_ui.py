@@ -1,6 +1,6 @@
 """What is meant to crash does so as any crash: Enter on a link with the focus, a disc's key without a value."""
-from harness.checking.crash import ACCESS_FAULT, UNCAUGHT_EXCEPTION, check_crash, watch
-from harness.seeing.window import BODY
+from harness.scenario.crash import ACCESS_FAULT, UNCAUGHT_EXCEPTION, check_crash, watch
+from harness.desktop.window import BODY
 
 
 def play(scene):

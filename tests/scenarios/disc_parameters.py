@@ -1,6 +1,6 @@
 """A disc's parameters on the command line: kept for the client, and handed to one that is there."""
-from harness.checking.records import UNAVAILABLE, check_changes, listing
-from harness.client import facts
+from harness.scenario.registry import UNAVAILABLE, check_changes, listing
+from harness.scenario import client as facts
 
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")
 GIVEN = ["/contentIds=1", "/SetupConfig:E:\\a b.json", "/contentids=2", "x/contentIds=3", "/contentLocation=E:\\Games",

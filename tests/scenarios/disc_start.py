@@ -1,6 +1,6 @@
 """Started from a game disc: the content is kept for the client, which is installed, or started where it is."""
-from harness.checking.records import check_changes, listing
-from harness.client import facts
+from harness.scenario.registry import check_changes, listing
+from harness.scenario import client as facts
 
 SETUP = "D:\\PalisadeSetup.exe"
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")

@@ -2,7 +2,7 @@
 import threading
 from datetime import datetime, timezone
 
-from harness.checking.telemetry import (INSTALL_CANCEL, SESSION_STOP, UNAVAILABLE, brisk_events, check_telemetry,
+from harness.scenario.telemetry import (INSTALL_CANCEL, SESSION_STOP, UNAVAILABLE, brisk_events, check_telemetry,
                                         command_line, download_start, failed_attempts, session_start, start_page,
                                         tally_download, tally_install, told_so_far, unavailable)
 

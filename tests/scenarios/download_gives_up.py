@@ -1,8 +1,8 @@
 """The download host fails four times, with waits of 1, 5 and 30 seconds between; RETRY starts over."""
 from datetime import datetime
 
-from harness.checking.telemetry import check_attempts, check_telemetry, failed_attempts, thin_install
-from harness.seeing.window import ACTION1, BODY, CLOSE, PICTURE, TITLE
+from harness.scenario.telemetry import check_attempts, check_telemetry, failed_attempts, thin_install
+from harness.desktop.window import ACTION1, BODY, CLOSE, PICTURE, TITLE
 
 RETRIES = [True, True, True, False]
 WAITS = [1, 5, 30]

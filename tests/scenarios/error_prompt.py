@@ -1,9 +1,9 @@
 """A failing package ends in the error page; its check box, left alone or unticked, decides on the error report."""
-from harness.checking.telemetry import (FAILED, INSTALL_START, SESSION_STOP, TALLY_INSTALL, check_telemetry,
+from harness.scenario.telemetry import (FAILED, INSTALL_START, SESSION_STOP, TALLY_INSTALL, check_telemetry,
                                         command_line, script_failure, session_start, start_page, tally_install,
                                         told_so_far)
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
 
 SETTING = "Setting numeric variable 'PDX_SUBMIT_ERROR_REPORT' to value "
 

@@ -4,13 +4,13 @@ import re
 import threading
 
 from harness.building.bundle import PACKAGE_ID, RUNTIME_ID
-from harness.checking.telemetry import TRACKING_ID
-from harness.client import facts
+from harness.scenario.telemetry import TRACKING_ID
+from harness.scenario import client as facts
 from harness.places import PACKAGE
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, CLOSE, PROGRESS, QUESTION, TITLE
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, CLOSE, PROGRESS, QUESTION, TITLE
 from harness.services.reports import sections
-from harness.staging.scene import TEMP
+from harness.scenario.scene import TEMP
 
 SERVICE_LOG = "C:\\ProgramData\\Palisade Desktop\\Logs\\PalisadeBackgroundService.log"
 BLOCK = 0x40000  # bytes of a log that the library reads at a time

@@ -9,9 +9,9 @@ from concurrent.futures import ThreadPoolExecutor
 from itertools import combinations
 from pathlib import Path
 
-from harness.seeing import gallery
-from harness.seeing.gallery import visible
-from harness.seeing.strings import all_texts, plain
+from harness.desktop import gallery
+from harness.desktop.gallery import visible
+from harness.desktop.strings import all_texts, plain
 
 LEAST = 14  # languages, and pages in each
 LOCATION = 1004  # a path, cut in its middle by design

@@ -1,9 +1,9 @@
 """A person installs by mouse: welcome, a click on LET'S GO, the client's download, progress, and the window closes.
 
 No newer installer is named to the download installer, and both services are told all."""
-from harness.checking.newer import BUCKET_PATH
-from harness.checking.telemetry import UPDATE_HEADERS, check_attempts, check_telemetry, differences, thin_install
-from harness.seeing.window import ACTION1, CLOSE, OPTIONS
+from harness.scenario.newer import BUCKET_PATH
+from harness.scenario.telemetry import UPDATE_HEADERS, check_attempts, check_telemetry, differences, thin_install
+from harness.desktop.window import ACTION1, CLOSE, OPTIONS
 from tests.scenarios.install_options import SHORTCUTS
 
 

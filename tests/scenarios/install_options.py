@@ -1,8 +1,8 @@
 """A person customises the setup by mouse, goes back, customises it again by keyboard, and installs there.
 
 The folder's name has brackets, which the engine's variables give a meaning: an uninstall and a repair know it too."""
-from harness.client import facts
-from harness.seeing.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
+from harness.scenario import client as facts
+from harness.desktop.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
 
 CHOSEN = "C:\\Spiele [SSD]"
 FIRST = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own

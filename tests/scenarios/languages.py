@@ -1,6 +1,6 @@
 """The strings' language: that of the machine's locale, unless the maker's settings name one that the library has."""
 from harness.places import OTHER_CONFIGURATIONS, OTHER_LIBRARY
-from harness.seeing.strings import all_texts
+from harness.desktop.strings import all_texts
 
 # What a language calls two shortcuts, which the package makes: the other deployment's German and French have names.
 NAMES = ["INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE", "INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE"]

@@ -1,10 +1,10 @@
 """Links by mouse: the user agreement's address for a download installer and its file for a full one; the support site."""
 import shutil
 
-from harness.client import facts
+from harness.scenario import client as facts
 from harness.places import BUILD
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, BODY, TITLE
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, BODY, TITLE
 
 BROWSER = facts.EXCHANGE + "\\browser.exe"
 AGREEMENT = "https://legal.palisade.corvaneworks.example/legalapp/WEBTERMS/US/en/PC/"

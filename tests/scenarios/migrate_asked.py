@@ -1,9 +1,9 @@
 """Who installs is asked about the older client: closes and comes back, declines; in a second install accepts."""
-from harness import older
-from harness.checking.records import UNAVAILABLE, check_changes, listing
-from harness.checking.telemetry import (OVERLAY, TALLY_INSTALL, check_telemetry, overlay, start_page, thick_install,
+from harness.scenario import older
+from harness.scenario.registry import UNAVAILABLE, check_changes, listing
+from harness.scenario.telemetry import (OVERLAY, TALLY_INSTALL, check_telemetry, overlay, start_page, thick_install,
                                         told_so_far)
-from harness.seeing.window import ACTION1, ACTION2, CLOSE
+from harness.desktop.window import ACTION1, ACTION2, CLOSE
 
 REMOVE = "before-files property PDX_UNINSTALL_BASTION"
 UNINSTALL, NOT_NOW, CLOSES = OVERLAY

@@ -1,10 +1,10 @@
 """An install beside the older client: the package is told to remove it, and the page and Tally hear of it."""
-from harness import older
-from harness.checking.records import UNAVAILABLE, check_changes, listing
-from harness.checking.telemetry import TALLY_INSTALL, check_telemetry, message, start_page, thick_install
-from harness.client import facts
-from harness.seeing.strings import text
-from harness.seeing.window import TITLE
+from harness.scenario import older
+from harness.scenario.registry import UNAVAILABLE, check_changes, listing
+from harness.scenario.telemetry import TALLY_INSTALL, check_telemetry, message, start_page, thick_install
+from harness.scenario import client as facts
+from harness.desktop.strings import text
+from harness.desktop.window import TITLE
 
 USER_KEY = "HKCU\\Software\\Corvane Works\\Palisade Desktop"  # the sample package leaves its shortcut's mark
 COHORT = "PDX_MERIDIAN_COHORT=blue"

@@ -1,11 +1,11 @@
 """An upgrade beside the client: the person lets the older one go, a second life removes it, the client starts."""
-from harness import older
-from harness.checking.records import check_changes, listing
-from harness.checking.telemetry import (INSTALL_SUCCESS, OVERLAY, SESSION_STOP, TALLY_INSTALL, check_telemetry,
+from harness.scenario import older
+from harness.scenario.registry import check_changes, listing
+from harness.scenario.telemetry import (INSTALL_SUCCESS, OVERLAY, SESSION_STOP, TALLY_INSTALL, check_telemetry,
                                         command_line, message, overlay, session_of, session_start, told_so_far)
-from harness.client import facts
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, CLOSE, PROGRESS, TITLE
+from harness.scenario import client as facts
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, CLOSE, PROGRESS, TITLE
 
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")
 REMOVING = "INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE"

@@ -1,11 +1,11 @@
 """An upgrade beside the client: the person keeps the older one, which is asked to end before the client starts."""
-from harness import older
-from harness.checking.records import check_changes, listing
-from harness.checking.telemetry import (INSTALL_CANCEL, INSTALL_SUCCESS, OVERLAY, SESSION_STOP, TALLY_INSTALL,
+from harness.scenario import older
+from harness.scenario.registry import check_changes, listing
+from harness.scenario.telemetry import (INSTALL_CANCEL, INSTALL_SUCCESS, OVERLAY, SESSION_STOP, TALLY_INSTALL,
                                         check_telemetry, command_line, overlay, session_start, tally_install,
                                         told_so_far)
-from harness.client import facts
-from harness.seeing.window import ACTION2
+from harness.scenario import client as facts
+from harness.desktop.window import ACTION2
 
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")
 CLIENT = f'"{LAUNCHER}" /checkForUpdate --authCode=geheim'

@@ -1,8 +1,8 @@
 """Arguments name=value become variables; folder and log file are those asked for, and told of as others than usual.
 
 What is told of an install when it begins follows folder, drive and what WMI knows."""
-from harness.checking.telemetry import brisk_events
-from harness.client.facts import HELD
+from harness.scenario.telemetry import brisk_events
+from harness.scenario.client import HELD
 
 FOLDER = "E:\\Spiele\\Größe Ünïcode 遊戲"
 LOG = "E:\\Protokoll.log"

@@ -2,8 +2,8 @@
 from urllib.parse import urlsplit
 
 from harness.building import bundle
-from harness.checking import newer
-from harness.checking.telemetry import check_telemetry, thin_install
+from harness.scenario import newer
+from harness.scenario.telemetry import check_telemetry, thin_install
 from harness.places import OTHER_CONFIGURATIONS, OTHER_LIBRARY, PACKAGE
 from harness.services import configured
 

@@ -1,5 +1,5 @@
 """`/passive`: no page asks anything, and the window closes by itself, whatever menu is open or button of the mouse held."""
-from harness.seeing.window import ACTION1, CLOSE, PROGRESS
+from harness.desktop.window import ACTION1, CLOSE, PROGRESS
 
 MENU = "#32768"  # the class of the system's menus
 

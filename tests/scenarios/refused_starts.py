@@ -1,8 +1,8 @@
 """A run that may not start detects nothing and ends with its error: on Windows 6.0, and beside another that runs."""
 import shutil
 
-from harness.client import facts
-from harness.staging.scene import SETUP
+from harness.scenario import client as facts
+from harness.scenario.scene import SETUP
 
 SECOND = facts.EXCHANGE + "\\SecondSetup.exe"
 

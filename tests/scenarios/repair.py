@@ -1,10 +1,10 @@
 """A person repairs: all of the client is taken away, nothing else, and it is installed in the library's second life."""
-from harness.checking import telemetry
-from harness.checking.records import (COMPONENTS, INSTALLER, PACKED_CODE, UNINSTALL, changes, listing,
+from harness.scenario import telemetry
+from harness.scenario.registry import (COMPONENTS, INSTALLER, PACKED_CODE, UNINSTALL, changes, listing,
                                       passed_over, run_service)
-from harness.client import facts
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION2, TITLE
+from harness.scenario import client as facts
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION2, TITLE
 
 # What the machine had before the client came: an older product with its program, another's links, and records.
 OLDER = [

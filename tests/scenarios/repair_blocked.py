@@ -1,9 +1,9 @@
 """What a repair cannot take down ends it with error 3017, and nothing after that is touched; later it ends well."""
-from harness.checking.records import changes, listing, run_service
-from harness.checking import telemetry
-from harness.client import facts
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, PROGRESS, TITLE
+from harness.scenario.registry import changes, listing, run_service
+from harness.scenario import telemetry
+from harness.scenario import client as facts
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, PROGRESS, TITLE
 
 PROGRAMS = f"{facts.INSTALL_FOLDER}\\Palisade Desktop"
 HELD = f"{PROGRAMS}\\held.log"

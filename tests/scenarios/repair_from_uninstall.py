@@ -1,9 +1,8 @@
 """A repair by the other ways: the uninstall's question, and the command line, which makes an uninstall one.
 
 The client is on another disk, by a link with brackets in its path: what it leads to is emptied, and the link stays."""
-from harness.checking import telemetry
-from harness.checking.records import changes, listing
-from harness.seeing.window import ACTION2
+from harness.scenario.registry import changes, listing
+from harness.desktop.window import ACTION2
 
 FOLDER, TARGET = "C:\\Spiele [SSD]\\Palisade", "C:\\disk\\content"
 HANDED_ON = "environment PDX_INSTALL_LOCATION"

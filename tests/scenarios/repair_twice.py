@@ -1,6 +1,6 @@
 """A repair whose package fails leaves no client; the next finds hardly anything left to take, and installs."""
-from harness.checking.records import COMPONENTS, PACKED_CODE, changes, listing, passed_over
-from harness.client import facts
+from harness.scenario.registry import COMPONENTS, PACKED_CODE, changes, listing, passed_over
+from harness.scenario import client as facts
 
 
 def repair(scene, ending: str, log: str):

@@ -1,5 +1,5 @@
 """The report's services fail at each step: the run ends as ever, and is told with the report's id or without one."""
-from harness.checking.telemetry import TRACKING_ID, told_so_far
+from harness.scenario.telemetry import TRACKING_ID, told_so_far
 
 NO_ID, ID = None, TRACKING_ID
 NO_URL = "<reportResponse><trackingId>er-1</trackingId><puts><put><signedUrl>no address</signedUrl></put></puts></reportResponse>"

@@ -4,12 +4,12 @@ import shutil
 import threading
 from types import SimpleNamespace
 
-from harness.checking import newer
-from harness.checking.telemetry import brisk_events, check_telemetry, command_line, session_start, thin_install
-from harness.client import facts
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, TITLE
-from harness.staging.scene import SETUP
+from harness.scenario import newer
+from harness.scenario.telemetry import brisk_events, check_telemetry, command_line, session_start, thin_install
+from harness.scenario import client as facts
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, TITLE
+from harness.scenario.scene import SETUP
 
 OTHER = facts.EXCHANGE + "\\OtherSetup.exe"
 
@@ -30,7 +30,7 @@ def play(scene):
                       text("installer_download_progress_title"))
     rest.set()
 
-    view = scene.wait_for_page("welcome", bound=120)
+    scene.wait_for_page("welcome", bound=120)
     older_log, newer_log = newer.logs(scene)
     scene.check_equal("of both installers' windows only the newer one's shows then",
                       {view.process: view.visible for view in scene.window.look_at_all()},

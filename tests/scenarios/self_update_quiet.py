@@ -1,5 +1,5 @@
 """The same under `/quiet`: the newer installer installs, asks nothing, and both end by themselves."""
-from harness.checking import newer
+from harness.scenario import newer
 
 
 def play(scene):

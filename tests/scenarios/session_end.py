@@ -1,5 +1,5 @@
 """The end of the Windows session: allowed before applying, refused from then on unless critical, and recorded."""
-from harness.seeing.window import ACTION1
+from harness.desktop.window import ACTION1
 
 ENGINE, DIALOG = "WixBurnMessageWindow", "dialog"
 ORDINARY, CRITICAL = 0, 0x40000000

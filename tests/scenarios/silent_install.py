@@ -4,8 +4,8 @@ Both telemetry services, and no other, are told of it in the session that a pare
 import re
 from itertools import zip_longest
 
-from harness.checking.telemetry import check_telemetry, thick_install
-from harness.client.facts import HELD
+from harness.scenario.telemetry import check_telemetry, thick_install
+from harness.scenario.client import HELD
 
 PACKAGE = "wzPackageId=PalisadeApp.msi"
 PAYLOAD = "wzPackageOrContainerId=PalisadeApp.msi, wzPayloadId=PalisadeApp.msi"

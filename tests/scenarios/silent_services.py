@@ -1,7 +1,7 @@
 """Services that never answer hold nobody: the window goes with the run's end, and a second run starts at once."""
 import threading
 
-from harness.seeing.window import ACTION1
+from harness.desktop.window import ACTION1
 
 
 def play(scene):

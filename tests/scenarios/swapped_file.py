@@ -4,10 +4,10 @@ import json
 import shutil
 
 from harness.building.signing import MAKER, sign
-from harness.checking.records import check_changes, listing
-from harness.client.facts import EXCHANGE
+from harness.scenario.registry import check_changes, listing
+from harness.scenario.client import EXCHANGE
 from harness.places import PROBE, VERSION_LIBRARY
-from harness.staging.scene import TEMP
+from harness.scenario.scene import TEMP
 
 SETUP, VERSION = "PalisadeSetup.exe", "version.dll"
 STRANGER, NEARLY = "Hollowmere Ltd.", "Corvane Works, inc."

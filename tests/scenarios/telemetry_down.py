@@ -1,8 +1,8 @@
 """Both telemetry services refuse, reset, or never answer: installs wait for no post, and nothing shows."""
 import threading
 
-from harness.checking.telemetry import check_telemetry, names_since, thin_install, told_so_far
-from harness.client import facts
+from harness.scenario.telemetry import check_telemetry, names_since, thin_install, told_so_far
+from harness.scenario import client as facts
 
 
 def install(scene, what: str, then=lambda: None, at_end=lambda: None):

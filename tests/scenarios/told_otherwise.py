@@ -1,13 +1,13 @@
 """Runs that go otherwise, as both services are told: wrong bytes, all clicks, a session's end, failures, uninstalls."""
 from harness.building import bundle
-from harness.checking.telemetry import (ERROR_SAID, FAILED, INSTALL_START, SESSION_STOP, START_PAGE, TALLY_INSTALL,
+from harness.scenario.telemetry import (ERROR_SAID, FAILED, INSTALL_START, SESSION_STOP, START_PAGE, TALLY_INSTALL,
                                         TRACKING_ID, UNINSTALL_CANCEL, UNINSTALL_START, UNINSTALL_SUCCESS, WRONG_HASH,
                                         check_attempts, check_telemetry, command_line, download_start,
                                         download_success, script_failure, session_start, start_page, tally_download,
                                         tally_install, tally_uninstall, told_so_far, wrong_bytes)
-from harness.client import facts
+from harness.scenario import client as facts
 from harness.places import PACKAGE
-from harness.seeing.window import ACTION1, BODY, CLOSE, OPTIONS
+from harness.desktop.window import ACTION1, BODY, CLOSE, OPTIONS
 
 REMOVED = "before-files say actiondata CA_MSG_BASTION_UNINSTALL_SUCCESS"  # of an install alone
 COHORT = "PDX_MERIDIAN_COHORT=blue"

@@ -1,6 +1,6 @@
 """A person uninstalls: asked to close the client that runs, then to confirm; progress, and a last word."""
-from harness.seeing.strings import text
-from harness.seeing.window import ACTION1, ACTION2, CLOSE, PICTURE, QUESTION, TITLE
+from harness.desktop.strings import text
+from harness.desktop.window import ACTION1, ACTION2, CLOSE, PICTURE, QUESTION, TITLE
 
 CLIENT_MUTEX = "Global\\PalisadeDesktop.exe"
 

@@ -1,8 +1,8 @@
 """The client starts after the uninstaller and its temporary ones; a late one, and what looks alike, is not waited for."""
-from harness import older
-from harness.checking.records import check_changes, listing
-from harness.client import facts
-from harness.seeing.window import ACTION1
+from harness.scenario import older
+from harness.scenario.registry import check_changes, listing
+from harness.scenario import client as facts
+from harness.desktop.window import ACTION1
 
 LAUNCHER = facts.client_file("PalisadeLauncher.exe")
 # The uninstaller alone takes longer than the time of quiet, in which the library looks each second: the gap of one

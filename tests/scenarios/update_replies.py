@@ -2,7 +2,7 @@
 import json
 import re
 
-from harness.checking import newer
+from harness.scenario import newer
 
 ELSEWHERE = "/autopatch/upgrade/buckets/100"
 

@@ -57,7 +57,7 @@ TEST(TempUninstaller, IsWaitedForByTheHandleThatFoundIt) {
     const TestFolder folder;
     const std::wstring uninstaller = folder.path(L"bui1.exe");
     CopyFileW(probePath().c_str(), folder.path(L"BastionUninstall.exe").c_str(), TRUE);
-    const std::wstring sample = getModuleFilePath(L"harness\\older\\BastionUninstall.exe");
+    const std::wstring sample = getModuleFilePath(L"harness\\client\\BastionUninstall.exe");
     ASSERT_TRUE(CopyFileW(sample.c_str(), uninstaller.c_str(), TRUE));
     RegistryKey::localMachine(view32).setSubKeyValue(L"Software\\Bastion", L"BastionPath", folder.path(L"Bastion.exe"));
     const auto logger = std::make_shared<EndingLogger>();

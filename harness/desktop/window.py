@@ -1,0 +1,163 @@
+"""The installer's window as a person has it: seen, clicked with the display's mouse, typed into."""
+import json
+import subprocess
+from dataclasses import dataclass, field
+from pathlib import Path
+
+from harness.places import BUILD
+
+WATCHER = BUILD / "release/harness/watcher.exe"
+NAMES = BUILD / "release/harness/names.dll"
+NAMES_CLASS = "HKLM\\Software\\Classes\\CLSID\\{B5F8350B-0548-48B1-A6EE-88BD00B4A5E7}\\InprocServer32"
+
+# The dialog's controls.
+TITLE, BODY, LOCATION, PICTURE, PROGRESS = 1001, 1002, 1004, 1005, 1006
+ACTION1, CLOSE, OPTIONS, BROWSE, SHORTCUT, ACTION2, ACTION3, QUESTION, SUBTITLE = range(1007, 1016)
+
+# A page is known by a control that only it shows.
+PAGES = [("options", LOCATION), ("welcome", OPTIONS), ("older client", SUBTITLE), ("progress", PROGRESS),
+         ("prompt", ACTION1)]
+
+
+@dataclass
+class Box:
+    x: int
+    y: int
+    width: int
+    height: int
+
+    def point(self, across: float = 0.5, down: float = 0.5) -> tuple[int, int]:
+        """A point of it, by default its middle."""
+        return self.x + int(self.width * across), self.y + int(self.height * down)
+
+
+@dataclass
+class View:
+    """The window at one moment; boxes are pixels of the display."""
+    box: Box
+    visible: bool
+    process: int
+    window: int
+    focus: int
+    controls: dict[int, Box] = field(default_factory=dict)  # those that the page shows
+    names: dict[int, str] = field(default_factory=dict)     # what is published of them to readers of the screen
+    others: list[dict] = field(default_factory=list)        # other windows of the process
+
+    @property
+    def page(self) -> str:
+        return next((page for page, control in PAGES if control in self.controls), "blank")
+
+
+class Window:
+    def __init__(self, prefix, screens: Path):
+        self._prefix, self._screens = prefix, screens
+        self._watcher = prefix.start(WATCHER, stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8")
+        self._environment = {"DISPLAY": prefix.environment["DISPLAY"], "PATH": prefix.environment["PATH"]}
+
+    # Seeing
+
+    def command(self, line: str) -> str:
+        """A command of the watcher (harness/programs/Watcher.cpp) and its answer."""
+        self._watcher.stdin.write(line + "\n")
+        self._watcher.stdin.flush()
+        return self._watcher.stdout.readline().strip()
+
+    def look(self) -> View | None:
+        """The window; where several installers run, one that shows."""
+        return next(iter(self.look_at_all()), None)
+
+    def look_at_all(self) -> list[View]:
+        """The windows of all installers that run, those that show first."""
+        return [self._view(seen) for seen in json.loads(self.command("look"))]
+
+    @staticmethod
+    def _view(seen: dict) -> View:
+        def box(of: dict) -> Box:
+            return Box(of["x"], of["y"], of["width"], of["height"])
+
+        shown = [control for control in seen["controls"] if control["shown"]]
+        return View(box(seen), seen["visible"], seen["process"], seen["window"], seen["focus"],
+                    {control["id"]: box(control) for control in shown},
+                    {control["id"]: control["name"] for control in shown}, seen["others"])
+
+    def boxes(self) -> list[tuple[str, str]]:
+        """Caption and text of each message box that shows, whatever process it is of."""
+        return [(box["caption"], box["text"]) for box in json.loads(self.command("boxes"))]
+
+    def page(self) -> str | None:
+        """The name of the page on show; None while no window shows."""
+        view = self.look()
+        return view.page if view and view.visible else None
+
+    def pixels(self, box: Box) -> bytes:
+        """What a part of the display shows, as bytes of red, green, blue."""
+        return subprocess.run(["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",
+                               "+repage", "-depth", "8", "rgb:-"], env=self._environment, capture_output=True,
+                              check=True, timeout=20).stdout
+
+    def has_chooser(self) -> bool:
+        """Whether the folder chooser is open and has the keyboard."""
+        view = self.look()
+        chooser = next((other for other in view.others if other["class"] == "#32770"), None) if view else None
+        return bool(chooser) and self.keyboard() == chooser["title"]
+
+    def keyboard(self) -> str:
+        """The title of the display's window that gets the keys; empty if none does."""
+        found = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], env=self._environment, timeout=20,
+                               capture_output=True, text=True)
+        return found.stdout.strip()
+
+    def is_checked(self, control: int) -> bool:
+        return self.command(f"ask {control} 0xF0 0 0") == "1"  # BM_GETCHECK
+
+    def picture(self, name: str) -> Path:
+        """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it has come to rest."""
+        self._screens.mkdir(parents=True, exist_ok=True)
+        target = self._screens / f"{len(list(self._screens.iterdir())) + 1:02}-{name}.png"
+        box = self.look().box
+        before = b""
+        for _ in range(20):
+            shot = self.pixels(box)
+            if shot == before or self.page() == "progress":
+                break
+            before = shot
+        subprocess.run(["convert", "-size", f"{box.width}x{box.height}", "-depth", "8", "rgb:-", target], input=shot,
+                       check=True, timeout=20)
+        return target
+
+    # Acting
+
+    def click(self, control: int, across: float = 0.5, down: float = 0.5) -> None:
+        """Clicks into a control that shows, by default in its middle."""
+        self.click_at(*self.look().controls[control].point(across, down))
+
+    def click_at(self, x: int, y: int) -> None:
+        self._do("mousemove", str(x), str(y))
+        self._do("click", "1")
+
+    def click_twice(self, control: int) -> None:
+        """Two clicks in one go, as an impatient hand does it."""
+        x, y = self.look().controls[control].point()
+        self._do("mousemove", str(x), str(y), "click", "--repeat", "2", "--delay", "60", "1")
+
+    def hold(self, button: int, x: int, y: int) -> None:
+        """Presses a button of the mouse and does not let go of it."""
+        self._do("mousemove", str(x), str(y), "mousedown", str(button))
+
+    def move(self, right: int, down: int) -> None:
+        self._do("mousemove_relative", "--", str(right), str(down))
+
+    def release(self, button: int) -> None:
+        self._do("mouseup", str(button))
+
+    def press(self, *keys: str) -> None:
+        """Presses keys by xdotool's names, one after the other: "Tab", "shift+Tab", "space", "Return"."""
+        for key in keys:
+            self._do("key", key)
+
+    def type(self, text: str) -> None:
+        self._do("type", "--delay", "20", text)
+
+    def _do(self, *arguments: str) -> None:
+        subprocess.run(["xdotool", *arguments], env=self._environment, check=True, timeout=20,
+                       stdout=subprocess.DEVNULL)
