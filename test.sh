@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sets up what is missing, builds, runs all tests and scenarios; ends with "N passed, N failed", behind it what was skipped.
+# Sets up what is missing, builds, runs all tests and scenarios; the last line counts passed, failed, skipped and played twice.
 set -euo pipefail
 cd "$(dirname "$0")"
 harness/machine/setup.sh

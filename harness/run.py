@@ -1,14 +1,15 @@
-"""What ./run.sh does: builds and performs scenarios on the real engine."""
+"""What ./run.sh does: builds and plays scenarios on the real engine."""
 import argparse
 import os
 import sys
 from concurrent.futures import ThreadPoolExecutor
 
+from harness import runner
 from harness.building.build import build
 from harness.machine.display import virtual_display
 from harness.machine.prefix import prepare
+from harness.runner import CONCURRENT, held
 from harness.scenario import play
-from harness.runner import CONCURRENT, held, perform, tell
 
 MAIN = "install"
 
@@ -36,8 +37,8 @@ def main() -> int:
     print(f"running {', '.join(names)}", flush=True)
     results = []
     with ThreadPoolExecutor(1 if arguments.show else CONCURRENT) as pool:
-        for result in pool.map(lambda name: perform(name, arguments.show), names):
-            tell(result, play.summary(result["scenario"]))
+        for result in pool.map(lambda name: runner.play(name, arguments.show), names):
+            runner.print_result(result, play.summary(result["scenario"]))
             results.append(result)
     failed = [result["scenario"] for result in results if not held(result)]
     print("\n" + (f"FAILED: {', '.join(failed)}" if failed else "every check held"))

@@ -1,4 +1,4 @@
-"""Performs scenarios, each in its sandbox and on its display, and tells of them for people."""
+"""Plays scenarios, each in its sandbox and on its display, and prints their results for people."""
 import contextlib
 import json
 import os
@@ -19,12 +19,12 @@ CONCURRENT = 4  # scenarios at once: they wait most of their time
 BOUND = 420  # seconds for one scenario; each run of the engine in it has a tighter bound of its own
 
 
-def perform(name: str, show: bool = False) -> dict:
-    """Plays one scenario and gives its result, again if Wine was at fault. On a virtual display of its own, or with
-    `show` on the caller's."""
-    result = _perform(name, show)
-    told = [file.read_text("utf-8", "replace") for file in (OUT / name).iterdir() if file.suffix in (".log", ".txt")]
-    fault = next((fault for fault in WINES_FAULTS if any(fault in text for text in told)), "")
+def play(name: str, show: bool = False) -> dict:
+    """Plays one scenario and gives its result; plays it `twice` if Wine was at fault. On a virtual display of its own, or
+    with `show` on the caller's."""
+    result = _play(name, show)
+    logs = [file.read_text("utf-8", "replace") for file in (OUT / name).iterdir() if file.suffix in (".log", ".txt")]
+    fault = next((fault for fault in WINES_FAULTS if any(fault in text for text in logs)), "")
     if held(result) or not fault:
         return result
     print(f"\n{name}: Wine failed ({fault}); what was seen is kept as out/{name}.wine-failed, and the scenario is played "
@@ -32,10 +32,10 @@ def perform(name: str, show: bool = False) -> dict:
     kept = OUT / (name + ".wine-failed")
     shutil.rmtree(kept, ignore_errors=True)
     (OUT / name).rename(kept)
-    return _perform(name, show)
+    return _play(name, show) | {"twice": True}
 
 
-def _perform(name: str, show: bool) -> dict:
+def _play(name: str, show: bool) -> dict:
     out = OUT / name
     shutil.rmtree(out, ignore_errors=True)
     out.mkdir(parents=True)
@@ -69,7 +69,7 @@ def held(result: dict) -> bool:
     return bool(result["checks"]) and all(check["ok"] for check in result["checks"])
 
 
-def tell(result: dict, summary: str) -> None:
+def print_result(result: dict, summary: str) -> None:
     """A table of the scenario's checks, and where to look."""
     width = max((len(check["name"]) for check in result["checks"]), default=0)
     print(f"\n{result['scenario']}: {summary}")

@@ -1,4 +1,4 @@
-"""What ./test.sh does: builds the library, then plays all scenarios; meanwhile the tests are built, and run."""
+"""What ./test.sh does: builds the library, then plays all scenarios, while the tests are built and run."""
 import os
 import re
 import subprocess
@@ -8,6 +8,7 @@ from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 from typing import NamedTuple
 
+from harness import runner
 from harness.building.artefact import checks
 from harness.building.build import build
 from harness.machine.display import virtual_display
@@ -15,7 +16,6 @@ from harness.machine.prefix import prepare
 from harness.machine.sandbox import sandboxed
 from harness.places import HOST_TESTS, OUT, ROOT
 from harness.scenario import play
-from harness.runner import CONCURRENT, held, perform, tell
 
 BOUND = 600  # seconds for one test program
 SHARDS = 2  # of the tests under Wine, one beside the other
@@ -25,6 +25,7 @@ class Counts(NamedTuple):
     passed: int = 0
     failed: int = 0
     skipped: int = 0
+    twice: int = 0  # scenarios whose first play failed by Wine's fault
 
     def __str__(self) -> str:
         return f"{self.passed} passed, {self.failed} failed" + (f", {self.skipped} skipped" if self.skipped else "")
@@ -49,7 +50,7 @@ def run_program(title: str, command: list[str], environment: dict[str, str]) -> 
 
 
 def run_tests(title: str, command: list[str], environment: dict[str, str]) -> Counts:
-    """Runs a GoogleTest program, tells its failures and what it skips. A program that ends without its own summary, or
+    """Runs a GoogleTest program, prints its failures and what it skips. A program that ends without its own summary, or
     badly after it, counts as one more failure."""
     code, ending, text = run_program(title, command, environment)
     passed = len(re.findall(r"^\[       OK \]", text, re.M))
@@ -87,9 +88,10 @@ def guarded(job) -> Counts:
 
 
 def run_scenario(name: str) -> Counts:
-    result = perform(name)
-    tell(result, play.summary(name))
-    return Counts(passed=1) if held(result) else Counts(failed=1)
+    result = runner.play(name)
+    runner.print_result(result, play.summary(name))
+    held = runner.held(result)
+    return Counts(passed=held, failed=not held, twice="twice" in result)
 
 
 def run_windows_tests(shard: int) -> Counts:
@@ -126,10 +128,10 @@ def main() -> int:
     with virtual_display() as display:
         prepare(display)
     jobs = [run_artefact, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
-    with ThreadPoolExecutor(CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
+    with ThreadPoolExecutor(runner.CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
         units = aside.submit(guarded, run_units)
         counts = total([*pool.map(guarded, jobs), units.result()])
-    print(f"\n{counts}")
+    print(f"\n{counts}, {counts.twice} played twice")
     return 1 if counts.failed or not counts.passed else 0
 
 

@@ -9,7 +9,7 @@ from pathlib import Path
 from harness.building.signing import sign
 from harness.machine.display import virtual_display
 from harness.machine.prefix import copy_of_prepared
-from harness.places import BENCH, BENCH_RESULT, LIBRARY, LIFECYCLE_DRIVER, OUT, VERSION_LIBRARY, WINDOWS_TESTS
+from harness.places import BENCH, BENCH_RESULT, LIBRARY, OUT, PROGRAMS, VERSION_LIBRARY, WINDOWS_TESTS
 from harness.services import Services
 
 
@@ -43,7 +43,7 @@ def lifecycle(display: str, *options: str) -> int:
     """Loads, runs and frees the shipped library many times: a line a round, 0 if all held."""
     with copy_of_prepared("lifecycle", display) as wine:
         wine.complaints = OUT / "tests/lifecycle-wine.txt"
-        return wine.start(LIFECYCLE_DRIVER, str(LIBRARY), *options, stdout=None).wait()
+        return wine.start(PROGRAMS / "lifecycle_driver.exe", str(LIBRARY), *options, stdout=None).wait()
 
 
 if __name__ == "__main__":

@@ -6,24 +6,24 @@ import time
 from collections.abc import Callable, Iterable
 from pathlib import Path
 
-from harness.places import BUILD
+from harness.places import PROGRAMS
 
-PROGRAM = BUILD / "release/harness/gallery.exe"
+PROGRAM = PROGRAMS / "gallery.exe"
 LANGUAGES = ("en", "de", "es", "es-MX", "fr", "it", "ja", "ko", "pl", "pt-BR", "ru", "th", "zh-Hans", "zh-Hant")
 BOUND = 180  # seconds for a run over seven languages; twenty on an idle machine
 
 
 @contextlib.contextmanager
-def _machine(scene):
-    """An older client, and a drive with too little space: two of the prompts tell of them."""
-    scene.prefix.set_registry("HKLM\\Software\\Bastion", "ClientPath", "C:\\Bastion\\Bastion.exe", 32)
-    scene.path("C:\\Bastion").mkdir(exist_ok=True)
-    scene.path("C:\\Bastion\\Bastion.exe").touch()
-    full = scene.prefix.folder / "full"
+def _prepared(machine):
+    """An older client, and a drive with too little space: two of the prompts are about them."""
+    machine.set_value("HKLM\\Software\\Bastion", "ClientPath", "C:\\Bastion\\Bastion.exe", 32)
+    machine.path("C:\\Bastion").mkdir()
+    machine.path("C:\\Bastion\\Bastion.exe").touch()
+    full = machine.prefix.folder / "full"
     full.mkdir()
     subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", full], check=True)
     try:
-        scene.prefix.add_drive("D", full)
+        machine.add_drive("D", full)
         yield
     finally:
         subprocess.run(["umount", "--lazy", full], check=False)
@@ -31,7 +31,7 @@ def _machine(scene):
 
 def draw(scene, languages: tuple[str, ...], *options: str, processes: int = 2) -> None:
     """Runs the program over the languages; it writes into the scenario's folder."""
-    with _machine(scene):
+    with _prepared(scene.machine):
         target = "Z:" + str(scene.out).replace("/", "\\")
         deadline = time.monotonic() + BOUND
         runs = [_start(scene, number, *options, target, *languages[number::processes]) for number in range(processes)]
@@ -41,28 +41,28 @@ def draw(scene, languages: tuple[str, ...], *options: str, processes: int = 2) -
             except subprocess.TimeoutExpired:
                 ending = f"was still running after {BOUND} s"
                 process.kill()
-            scene.check(f"the program comes to its end ({number + 1})", ending == "ended with 0",
+            scene.checks.that(f"the program comes to its end ({number + 1})", ending == "ended with 0",
                         f"{ending}: {log.read_text('utf-8', 'replace')}")
 
 
 def _start(scene, number: int, *arguments: str) -> tuple[subprocess.Popen, Path]:
     log = scene.out / f"gallery-{number + 1}.log"
     with log.open("w") as output:
-        return scene.prefix.start(PROGRAM, *arguments, stdout=output, stderr=output), log
+        return scene.machine.start(PROGRAM, *arguments, stdout=output, stderr=output), log
 
 
 def visible(page: dict) -> list[dict]:
     return [control for control in page["controls"] if control["visible"]]
 
 
-def tell(scene, name: str, pages_shown: dict, faults_of: Callable[[str, dict], Iterable[str]]) -> None:
+def check(scene, name: str, pages_shown: dict, faults_of: Callable[[dict], Iterable[str]]) -> None:
     """One check over all pages."""
     faults = [f"{language} {page}: {fault}" for (language, page), facts in pages_shown.items()
-              for fault in faults_of(language, facts)]
-    scene.check(name, not faults, "\n".join(faults[:40]) or f"{len(pages_shown)} pages")
+              for fault in faults_of(facts)]
+    scene.checks.that(name, pages_shown and not faults, "\n".join(faults[:40]) or f"{len(pages_shown)} pages")
 
 
 def pages(out: Path) -> dict[tuple[str, str], dict]:
     """The facts of all pages by language and name."""
-    return {(file.parent.name, file.stem): json.loads(file.read_text("utf-8"))
+    return {(file.parent.name, file.stem): json.loads(file.read_text("utf-8")) | {"language": file.parent.name}
             for file in sorted(out.glob("*/*.json"))}

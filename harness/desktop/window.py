@@ -1,13 +1,15 @@
 """The installer's window as a person has it: seen, clicked with the display's mouse, typed into."""
 import json
+import shutil
 import subprocess
+from collections.abc import Callable
 from dataclasses import dataclass, field
 from pathlib import Path
 
-from harness.places import BUILD
+from harness.places import PROGRAMS
+from harness.scenario import client
+from harness.waiting import wait_for
 
-WATCHER = BUILD / "release/harness/watcher.exe"
-NAMES = BUILD / "release/harness/names.dll"
 NAMES_CLASS = "HKLM\\Software\\Classes\\CLSID\\{B5F8350B-0548-48B1-A6EE-88BD00B4A5E7}\\InprocServer32"
 
 # The dialog's controls.
@@ -49,18 +51,11 @@ class View:
 
 
 class Window:
-    def __init__(self, prefix, screens: Path):
-        self._prefix, self._screens = prefix, screens
-        self._watcher = prefix.start(WATCHER, stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8")
-        self._environment = {"DISPLAY": prefix.environment["DISPLAY"], "PATH": prefix.environment["PATH"]}
+    def __init__(self, machine, screens: Path):
+        self._machine, self._screens, self._command = machine, screens, machine.command
+        self._environment = {name: machine.prefix.environment[name] for name in ("DISPLAY", "PATH")}
 
     # Seeing
-
-    def command(self, line: str) -> str:
-        """A command of the watcher (harness/programs/Watcher.cpp) and its answer."""
-        self._watcher.stdin.write(line + "\n")
-        self._watcher.stdin.flush()
-        return self._watcher.stdout.readline().strip()
 
     def look(self) -> View | None:
         """The window; where several installers run, one that shows."""
@@ -68,7 +63,7 @@ class Window:
 
     def look_at_all(self) -> list[View]:
         """The windows of all installers that run, those that show first."""
-        return [self._view(seen) for seen in json.loads(self.command("look"))]
+        return [self._view(seen) for seen in json.loads(self._command("look"))]
 
     @staticmethod
     def _view(seen: dict) -> View:
@@ -82,7 +77,7 @@ class Window:
 
     def boxes(self) -> list[tuple[str, str]]:
         """Caption and text of each message box that shows, whatever process it is of."""
-        return [(box["caption"], box["text"]) for box in json.loads(self.command("boxes"))]
+        return [(box["caption"], box["text"]) for box in json.loads(self._command("boxes"))]
 
     def page(self) -> str | None:
         """The name of the page on show; None while no window shows."""
@@ -94,6 +89,10 @@ class Window:
         return subprocess.run(["import", "-window", "root", "-crop", f"{box.width}x{box.height}+{box.x}+{box.y}",
                                "+repage", "-depth", "8", "rgb:-"], env=self._environment, capture_output=True,
                               check=True, timeout=20).stdout
+
+    def is_gone(self) -> bool:
+        """Whether no window shows, of any installer."""
+        return not any(view.visible or view.others for view in self.look_at_all())
 
     def has_chooser(self) -> bool:
         """Whether the folder chooser is open and has the keyboard."""
@@ -108,7 +107,7 @@ class Window:
         return found.stdout.strip()
 
     def is_checked(self, control: int) -> bool:
-        return self.command(f"ask {control} 0xF0 0 0") == "1"  # BM_GETCHECK
+        return self.ask(str(control), "0xF0 0 0") == "1"  # BM_GETCHECK
 
     def picture(self, name: str) -> Path:
         """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it has come to rest."""
@@ -125,15 +124,59 @@ class Window:
                        check=True, timeout=20)
         return target
 
+    def wait_for_page(self, page: str, picture: str = "", bound: float = 60) -> View:
+        """Waits until the window shows a page (PAGES names them), and keeps a picture of it."""
+        wait_for(lambda: self.page() == page, f"the {page} page", bound)
+        self.picture(picture or page.replace(" ", "-"))
+        return self.look()
+
+    def wait_for_focus(self, control: int) -> None:
+        wait_for(lambda: self.look().focus == control, f"the focus of {control}", 10)
+
+    def wait_for_movement(self, control: int, bound: float = 10) -> None:
+        """Waits until a control has been drawn in four ways, as the bar of a progress page is."""
+        shots, box = set(), self.look().controls[control]
+        wait_for(lambda: shots.add(self.pixels(box)) or len(shots) > 3, f"the movement of {control}", bound)
+
+    def wait_for_end(self) -> None:
+        wait_for(lambda: not self.look(), "the end of the window")
+
+    def ask(self, whom: str, message: str) -> str:
+        """What the dialog, a control or a window of that class answers to a message: "0x11 0 0"."""
+        return self._command(f"ask {whom} {message}")
+
+    def answers(self) -> bool:
+        """Whether the window's thread takes messages."""
+        return self.ask("dialog", "0 0 0") == "0"
+
     # Acting
 
-    def click(self, control: int, across: float = 0.5, down: float = 0.5) -> None:
-        """Clicks into a control that shows, by default in its middle."""
-        self.click_at(*self.look().controls[control].point(across, down))
+    def use_names(self) -> None:
+        """Makes the names that the window publishes readable (harness/programs/Names.cpp); to be called before a start."""
+        library = client.EXCHANGE + "\\names.dll"
+        shutil.copyfile(PROGRAMS / "names.dll", self._machine.path(library))
+        self._machine.set_value(NAMES_CLASS, "", library, view=32)
 
-    def click_at(self, x: int, y: int) -> None:
+    def hold_sender(self, message: int) -> Callable[[], None]:
+        """Keeps the sender of a message to the window waiting after the window has handled it (harness/programs/Names.cpp),
+        until the result is called; to be called before a start, after `use_names`."""
+        held = self._machine.path(f"{client.EXCHANGE}\\hold-{message}")
+        held.touch()
+        return held.unlink
+
+    def click(self, control: int, to: str = "", picture: str = "", across: float = 0.5, down: float = 0.5) -> View | None:
+        """Clicks into a control that shows, by default in its middle, and waits for the page that it leads `to`."""
+        x, y = self.look().controls[control].point(across, down)
         self._do("mousemove", str(x), str(y))
         self._do("click", "1")
+        return self.wait_for_page(to, picture) if to else None
+
+    def choose_folder(self, folder: str) -> None:
+        """Types a folder into the chooser that is about to open, and waits until that has closed."""
+        wait_for(self.has_chooser, "the folder chooser")
+        self.type(folder)
+        self.press("Return")
+        wait_for(lambda: not self.look().others, "the end of the folder chooser")
 
     def click_twice(self, control: int) -> None:
         """Two clicks in one go, as an impatient hand does it."""
@@ -151,7 +194,9 @@ class Window:
         self._do("mouseup", str(button))
 
     def press(self, *keys: str) -> None:
-        """Presses keys by xdotool's names, one after the other: "Tab", "shift+Tab", "space", "Return"."""
+        """Presses keys by xdotool's names, one after the other: "Tab", "shift+Tab", "space", "Return". Waits until the
+        keyboard is the window's."""
+        wait_for(self.keyboard, "the keyboard")
         for key in keys:
             self._do("key", key)
 

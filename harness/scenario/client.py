@@ -1,4 +1,4 @@
-"""What the sample client leaves on a machine, and the folder through which scenarios and client speak."""
+"""What the sample client leaves on a machine, and the folder through which scenario and client exchange files."""
 from harness.building.bundle import BUNDLE_VERSION, bundle_id
 
 PRODUCT_KEY = "HKLM\\Software\\Corvane Works\\Palisade Desktop"
@@ -6,8 +6,8 @@ PRODUCT_KEY = "HKLM\\Software\\Corvane Works\\Palisade Desktop"
 PENDING_JOB = "HKCU\\Software\\Corvane Works\\Palisade Desktop\\pendingITDjob"
 
 INSTALL_FOLDER = "C:\\Program Files\\Palisade"
-CLIENT_FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDesktop.exe",
-                "PalisadeBackgroundService.exe", "PalisadeConnect_microsoft.exe")
+FILES = ("PalisadeLauncher.exe", "PalisadeLaunchHelper.exe", "PalisadeDesktop.exe",
+         "PalisadeBackgroundService.exe", "PalisadeConnect_microsoft.exe")
 SERVICE = "PalisadeBackgroundService"
 
 # The script of the client's custom actions, their record and the launcher's notes lie here.
@@ -19,20 +19,23 @@ LAUNCHES = EXCHANGE + "\\launches.txt"
 HELD = "use=0 delete=32 no-writer=32 no-reader=32"
 
 
-def client_file(name: str, install_folder: str = INSTALL_FOLDER) -> str:
+def file(name: str, install_folder: str = INSTALL_FOLDER) -> str:
     return f"{install_folder}\\Palisade Desktop\\{name}"
+
+
+LAUNCHER = file("PalisadeLauncher.exe")
+STARTED = f'"{LAUNCHER}" /checkForUpdate'  # what the launcher notes of an ordinary start
 
 
 def uninstall_entry(version: str = BUNDLE_VERSION) -> str:
     return "HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + bundle_id(version)
 
 
-def client_values(install_folder: str = INSTALL_FOLDER,
-                  version: str = BUNDLE_VERSION) -> dict[tuple[str, int], dict[str, str]]:
+def values(install_folder: str = INSTALL_FOLDER, version: str = BUNDLE_VERSION) -> dict[tuple[str, int], dict[str, str]]:
     """The registry values of an install by a version of the bundle, on a machine that had no older product, by key and
     view."""
-    launcher = client_file("PalisadeLauncher.exe", install_folder)
-    connect = client_file("PalisadeConnect_microsoft.exe", install_folder)
+    launcher = file("PalisadeLauncher.exe", install_folder)
+    connect = file("PalisadeConnect_microsoft.exe", install_folder)
     cached = f"\"C:\\ProgramData\\Package Cache\\{bundle_id(version)}\\PalisadeSetup.exe\""
 
     def protocol(name: str) -> tuple[str, int]:

@@ -45,9 +45,12 @@ class EngineLog:
         return found
 
     def messages(self, function: str) -> list[str]:
-        """What one function of the library logged; without a class "OnStartup" means the application object's."""
-        name = function if "::" in function else "BootstrapperApplication::" + function
-        return [line.text for line in self.library_lines() if line.function == name]
+        """What one function of a class logged; without a class "OnStartup" means the application object's."""
+        return self.texts(function if "::" in function else "BootstrapperApplication::" + function)
+
+    def texts(self, *functions: str) -> list[str]:
+        """What free functions of the library logged."""
+        return [line.text for line in self.library_lines() if line.function in functions]
 
     def has(self, pattern: str) -> bool:
         """Whether a line of the library matches."""

@@ -9,9 +9,10 @@ from pathlib import Path
 
 from harness.machine.prefix import copy_of_prepared
 from harness.places import SCENARIOS
-from harness.scenario.scene import Hang, Scene
+from harness.scenario.scene import Scene
+from harness.waiting import Hang
 
-LONGEST = ["told-otherwise", "migrate-not-now", "repair-blocked", "download-gives-up", "telemetry-down", "gallery",
+LONGEST = ["other-outcomes", "migrate-not-now", "repair-blocked", "download-gives-up", "telemetry-down", "gallery",
            "accessible", "report-faults", "download-cancel", "update-replies", "bad-folders"]
 
 
@@ -22,7 +23,7 @@ def names() -> list[str]:
 
 
 def load(name: str) -> dict:
-    """A scenario's file: its docstring tells what it shows, its function `play` does it."""
+    """A scenario's file: its docstring says what it shows, its function `play` does it."""
     return runpy.run_path(str(SCENARIOS / (name.replace("-", "_") + ".py")))
 
 
@@ -44,15 +45,15 @@ def play(name: str, out: Path) -> bool:
         try:
             load(name)["play"](scene)
         except Hang as hang:
-            scene.check("ends in time", False, hang)
+            scene.checks.that("ends in time", False, f"{hang}\n{scene.runs.unfinished()}")
         except Exception:
-            scene.check("the scenario runs to its end", False, traceback.format_exc())
-        held = all(check["ok"] for check in scene.checks)
+            scene.checks.that("the scenario runs to its end", False, traceback.format_exc())
+        rows = scene.checks.rows
+        held = all(row["ok"] for row in rows)
         if not held:
-            scene.keep_unfinished()
             scene.keep_evidence()
-        log = scene.main_run.log if scene.main_run else None
-        write_result(out, name, log.exit_code if log else None, time.monotonic() - started, scene.checks)
+        log = scene.runs.main.log if scene.runs.main else None
+        write_result(out, name, log.exit_code if log else None, time.monotonic() - started, rows)
     return held
 
 
