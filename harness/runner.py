@@ -12,23 +12,23 @@ from harness.machine.sandbox import sandboxed
 from harness.places import OUT, ROOT
 from harness.scenario.play import write_result
 
-# Now and then, once in hundreds of starts, a process under Wine gets no window, and the engine that it is of gives up; or
-# one of Wine's own does not start, and the engine ends with no last line.
+# Once in hundreds of starts a process under Wine gets no window, and its engine gives up; or one of Wine's own does
+# not start, and the engine ends with no last line.
 WINES_FAULTS = "Error 0x80004005: Failed to create window.", "failed to map the shared user data"
 CONCURRENT = 4  # scenarios at once: they wait most of their time
 BOUND = 420  # seconds for one scenario; each run of the engine in it has a tighter bound of its own
 
 
 def play(name: str, show: bool = False) -> dict:
-    """Plays one scenario and gives its result; plays it `twice` if Wine was at fault. On a virtual display of its own, or
-    with `show` on the caller's."""
+    """Plays one scenario and gives its result; plays it `twice` if Wine was at fault. The display is a virtual one of
+    its own, or with `show` the caller's."""
     result = _play(name, show)
     logs = [file.read_text("utf-8", "replace") for file in (OUT / name).iterdir() if file.suffix in (".log", ".txt")]
     fault = next((fault for fault in WINES_FAULTS if any(fault in text for text in logs)), "")
     if held(result) or not fault:
         return result
-    print(f"\n{name}: Wine failed ({fault}); what was seen is kept as out/{name}.wine-failed, and the scenario is played "
-          "again", flush=True)
+    print(f"\n{name}: Wine failed ({fault}); the scenario is played again, out/{name}.wine-failed has the first play",
+          flush=True)
     kept = OUT / (name + ".wine-failed")
     shutil.rmtree(kept, ignore_errors=True)
     (OUT / name).rename(kept)

@@ -14,7 +14,7 @@ from harness.services import Services
 
 
 def tests(display: str, *options: str) -> int:
-    """The tests that need Windows, with the services running. A shard, by GoogleTest's variables, has a folder of its own."""
+    """The tests that need Windows, with the services running. A shard (GoogleTest's) has a folder of its own."""
     shard = {name: value for name, value in os.environ.items() if name.startswith("GTEST_")}
     out = OUT / "tests" / f"windows-{shard.get('GTEST_SHARD_INDEX', '0')}"
     out.mkdir(parents=True, exist_ok=True)

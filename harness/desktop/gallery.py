@@ -34,21 +34,20 @@ def draw(scene, languages: tuple[str, ...], *options: str, processes: int = 2) -
     with _prepared(scene.machine):
         target = "Z:" + str(scene.out).replace("/", "\\")
         deadline = time.monotonic() + BOUND
-        runs = [_start(scene, number, *options, target, *languages[number::processes]) for number in range(processes)]
-        for number, (process, log) in enumerate(runs):
+        logs = [scene.out / f"gallery-{number + 1}.log" for number in range(processes)]
+        runs = []
+        for number, log in enumerate(logs):
+            with log.open("w") as output:
+                runs.append(scene.machine.start(PROGRAM, *options, target, *languages[number::processes], stdout=output,
+                                                stderr=output))
+        for process, log in zip(runs, logs):
             try:
                 ending = f"ended with {process.wait(max(1.0, deadline - time.monotonic()))}"
             except subprocess.TimeoutExpired:
                 ending = f"was still running after {BOUND} s"
                 process.kill()
-            scene.checks.that(f"the program comes to its end ({number + 1})", ending == "ended with 0",
-                        f"{ending}: {log.read_text('utf-8', 'replace')}")
-
-
-def _start(scene, number: int, *arguments: str) -> tuple[subprocess.Popen, Path]:
-    log = scene.out / f"gallery-{number + 1}.log"
-    with log.open("w") as output:
-        return scene.machine.start(PROGRAM, *arguments, stdout=output, stderr=output), log
+            scene.checks.that(f"the program runs to its end ({log.stem})", ending == "ended with 0",
+                              f"{ending}: {log.read_text('utf-8', 'replace')}")
 
 
 def visible(page: dict) -> list[dict]:

@@ -28,9 +28,9 @@ class Box:
     width: int
     height: int
 
-    def point(self, across: float = 0.5, down: float = 0.5) -> tuple[int, int]:
-        """A point of it, by default its middle."""
-        return self.x + int(self.width * across), self.y + int(self.height * down)
+    def point(self, down: float = 0.5) -> tuple[int, int]:
+        """A point in its middle column, by default its middle."""
+        return self.x + self.width // 2, self.y + int(self.height * down)
 
 
 @dataclass
@@ -110,7 +110,7 @@ class Window:
         return self.ask(str(control), "0xF0 0 0") == "1"  # BM_GETCHECK
 
     def picture(self, name: str) -> Path:
-        """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it has come to rest."""
+        """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when nothing moves."""
         self._screens.mkdir(parents=True, exist_ok=True)
         target = self._screens / f"{len(list(self._screens.iterdir())) + 1:02}-{name}.png"
         box = self.look().box
@@ -152,21 +152,21 @@ class Window:
     # Acting
 
     def use_names(self) -> None:
-        """Makes the names that the window publishes readable (harness/programs/Names.cpp); to be called before a start."""
+        """Makes published names readable (harness/programs/Names.cpp); to be called before a start."""
         library = client.EXCHANGE + "\\names.dll"
         shutil.copyfile(PROGRAMS / "names.dll", self._machine.path(library))
         self._machine.set_value(NAMES_CLASS, "", library, view=32)
 
     def hold_sender(self, message: int) -> Callable[[], None]:
-        """Keeps the sender of a message to the window waiting after the window has handled it (harness/programs/Names.cpp),
-        until the result is called; to be called before a start, after `use_names`."""
+        """Keeps the sender of a message waiting after the window has handled it (harness/programs/Names.cpp), until the
+        result is called; to be called before a start, after `use_names`."""
         held = self._machine.path(f"{client.EXCHANGE}\\hold-{message}")
         held.touch()
         return held.unlink
 
-    def click(self, control: int, to: str = "", picture: str = "", across: float = 0.5, down: float = 0.5) -> View | None:
+    def click(self, control: int, to: str = "", picture: str = "", down: float = 0.5) -> View | None:
         """Clicks into a control that shows, by default in its middle, and waits for the page that it leads `to`."""
-        x, y = self.look().controls[control].point(across, down)
+        x, y = self.look().controls[control].point(down)
         self._do("mousemove", str(x), str(y))
         self._do("click", "1")
         return self.wait_for_page(to, picture) if to else None

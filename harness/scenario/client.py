@@ -31,7 +31,8 @@ def uninstall_entry(version: str = BUNDLE_VERSION) -> str:
     return "HKLM\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + bundle_id(version)
 
 
-def values(install_folder: str = INSTALL_FOLDER, version: str = BUNDLE_VERSION) -> dict[tuple[str, int], dict[str, str]]:
+def values(install_folder: str = INSTALL_FOLDER,
+           version: str = BUNDLE_VERSION) -> dict[tuple[str, int], dict[str, str]]:
     """The registry values of an install by a version of the bundle, on a machine that had no older product, by key and
     view."""
     launcher = file("PalisadeLauncher.exe", install_folder)

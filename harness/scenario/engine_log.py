@@ -4,7 +4,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 _LINE = re.compile(r"\[([0-9A-F]+):([0-9A-F]+)\]\[[^\]]*\]([iwe])(\d{3}): ?(.*)", re.S)
-# "PDXBA", the marker of a raised process, the level in five characters, function and source line, the message.
+# "PDXBA", the marker of an elevated process, the level in five characters, function and source line, the message.
 _OURS = re.compile(r"PDXBA([* ]) (ERROR|WARN |INFO |DEBUG|TRACE) \((\S+):(\d+)\) (.*)", re.S)
 
 
@@ -31,7 +31,7 @@ class EngineLog:
 
     def raw_library_lines(self) -> list[str]:
         """All lines that are given to the engine: those of number 000 that the engine does not write itself."""
-        own = re.compile(r"(Initializing|Setting|Unsetting) |Registry key not found|Registry value not found|Caching bundle|Condition ")
+        own = re.compile("(Initializing|Setting|Unsetting) |Registry (key|value) not found|Caching bundle|Condition ")
         return [text for text in self.numbered("000") if not own.match(text)]
 
     def library_lines(self) -> list[LibraryLine]:
@@ -57,7 +57,7 @@ class EngineLog:
         return any(re.search(pattern, line.text) for line in self.library_lines())
 
     def closing_errors(self) -> list[str]:
-        """The codes of the errors told from OnShutdown on; empty for a run that is told as a success."""
+        """The codes of the errors logged from OnShutdown on; none for a run that is logged as a success."""
         texts = [line.text for line in self.library_lines()]
         closing = texts[texts.index("Entering OnShutdown"):] if "Entering OnShutdown" in texts else []
         return [match[1] for match in (re.match(r"ecod\[(.*?)\]", text) for text in closing) if match]

@@ -42,8 +42,8 @@ class Machine:
         return self._watcher.stdout.readline().strip()
 
     def values(self, key: str, view: int = 64) -> dict[str, str]:
-        """The values of a registry key that are texts or DWORDs, the latter as "0x00000001". The default value's name is
-        empty. A key that is not there has none."""
+        """The values of a registry key that are texts or DWORDs, the latter as "0x00000001". The default value's name
+        is empty. A key that is not there has none."""
         return json.loads(self.command(f"registry {view} {key}")) or {}
 
     def value(self, key: str, name: str, view: int = 64) -> str | None:

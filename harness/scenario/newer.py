@@ -32,9 +32,9 @@ def logs(scene) -> list[EngineLog]:
 def check_replaced(scene, sent: Sent, link: str, first: EngineLog, second: EngineLog) -> None:
     """The first installer asked once and fetched the second, which did not ask, and fetched the client."""
     checks = scene.checks
-    checks.equal("one update is asked for, by bucket", [r.path for r in scene.services.requests("update")], [BUCKET_PATH])
-    checks.equal("the newer installer is fetched, then the client",
-                 [(r.method, r.path) for r in scene.services.requests("download")],
+    asked, fetched = scene.services.requests("update"), scene.services.requests("download")
+    checks.equal("one update is asked for, by bucket", [r.path for r in asked], [BUCKET_PATH])
+    checks.equal("the newer installer is fetched, then the client", [(r.method, r.path) for r in fetched],
                  [(method, path) for path in (INSTALLER_PATH, urlsplit(link).path) for method in ("HEAD", "GET")])
     checks.equal("the first plans its own replacement", first.numbered("200"), REPLACES)
     checks.equal("the newer one an install", second.numbered("200"), ["Plan begin, 1 packages, action: Install"])

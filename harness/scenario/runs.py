@@ -58,8 +58,8 @@ class EngineRun:
         logs = {self._runs.machine.path(self._file)} if self._file else self._runs.logs() - self._logs_before
         file = min((log for log in logs if log.exists()), default=None)
         if not file:
-            reasons = self._runs.machine.path(TEMP).glob("*_Failed.txt")
-            raise RuntimeError("\n".join(["the engine made no log", *(r.read_text("utf-8", "replace") for r in reasons)]))
+            reasons = [r.read_text("utf-8", "replace") for r in self._runs.machine.path(TEMP).glob("*_Failed.txt")]
+            raise RuntimeError("\n".join(["the engine made no log", *reasons]))
         log = EngineLog(file)
         self._kept.write_text(log.text, "utf-8")
         return log
@@ -82,13 +82,13 @@ class Runs:
         return bundle.make(target, library, package, {"PDXTEST_SCRIPT": SCRIPT}, **options)
 
     def make_thin_bundle(self) -> str:
-        """Makes the bundle a thin one; gives the address on the download host that the client package comes from."""
+        """Makes the bundle a thin one; gives the client package's address on the download host."""
         link = self.machine.services.download.serve(f"/client/{bundle.PACKAGE_ID}", PACKAGE)
         self.make_bundle(download_url=link)
         return link
 
     def script(self, *lines: str) -> None:
-        """What the client package's custom actions do in the runs to come (harness/programs/client/Script.h). The marks
+        """What the client package's custom actions do in the next runs (harness/programs/client/Script.h). The marks
         that it names are not there then."""
         steps = [step.strip() for step in "\n".join(lines).strip().splitlines()]
         self.machine.path(SCRIPT).write_text("\n".join(steps) + "\n", "utf-8")

@@ -100,7 +100,7 @@ def wrong_bytes(name: str, recommendation: int, **extra) -> tuple[str, dict]:
 
 
 def script_failure(group: str, said: str = "", **extra) -> list[tuple[str, dict]]:
-    """The errors of a package whose script, before the files, sends an error message or none, and then fails: that of the
+    """The errors of a package whose script, before the files, sends an error message or none, and then fails: of the
     message, of the execution, and of the run, which has the id of its error report."""
     def installer_message(kind: int, arguments: object = str) -> dict:
         return {"imsg": kind << 24, "flag": 0, "mesg": str, "args": arguments, "reco": 0}
@@ -202,7 +202,8 @@ class Expected:
     def brisk_events(self) -> list[dict]:
         # Under Wine every process is elevated.
         start = {"action": 5, "autopatch": False, "boot": TIME, "cmd": command_line(self.run), "elevated": True,
-                 "harrier": "", "ignore_installed": "", "launch": "", "repair": "0", "with_authcode": False} | self.start
+                 "harrier": "", "ignore_installed": "", "launch": "", "repair": "0",
+                 "with_authcode": False} | self.start
         rows = []
         for name, attributes in [*[("inst.sess.strt", start)] * self.lives, *self.brisk, ("inst.sess.stop", {})]:
             first, second, third = name.split(".")
@@ -293,15 +294,17 @@ class Sent:
     def _check_requests(self, service: str, path: str, headers: dict, hosts: dict[str, str]) -> None:
         headers = headers | {"Host": hosts.get(service, getattr(self._services, service).hosts[0])}
         posts = self.posts(service)
-        self._checks.equal(f"{service} is posted to, at its path", {(r.method, r.path) for r in posts}, {("POST", path)})
+        self._checks.equal(f"{service} is posted to its path", {(r.method, r.path) for r in posts}, {("POST", path)})
         wrong = [row for r in posts for row in differences(r.headers, headers)]
         self._checks.equal(f"{service}'s posts have their headers and no other", wrong, [])
-        ordered = [json.dumps(r.body, sort_keys=True, ensure_ascii=False, separators=(",", ":")).encode() for r in posts]
+        ordered = [json.dumps(r.body, sort_keys=True, ensure_ascii=False, separators=(",", ":")).encode()
+                   for r in posts]
         self._checks.that(f"{service}'s posts are one line with keys in order", [r.raw for r in posts] == ordered,
                           [r.raw for r in posts][:1])
 
     def _check_events(self, service: str, name, found: list[dict], wanted: list[dict]) -> None:
-        self._checks.equal(f"the {service} service is sent these events", list(map(name, found)), list(map(name, wanted)))
+        names, wanted_names = list(map(name, found)), list(map(name, wanted))
+        self._checks.equal(f"the {service} service is sent these events", names, wanted_names)
         self._check_each(f"a {service} event", found, wanted)
 
     def _check_each(self, what: str, found: list, wanted: list) -> None:

@@ -1,5 +1,5 @@
-"""The error report service, and the storage behind it that takes the package: each answers what is right as it should,
-and anything else with 400 and what is wrong with it, which nobody reads but the scenario (`Reports.faults`)."""
+"""The error report service, and the storage that the package is sent to. Each answers a right request as it should, and
+any other with 400 and what is wrong, which the scenario reads (`Reports.faults`)."""
 import base64
 import gzip
 import hashlib
@@ -16,6 +16,11 @@ HASH = re.compile("(?!0{40})[0-9a-f]{40}")
 SECTION = re.compile(rb"@@@START@@@(?P<name>[^\r\n]*)\r\n(?P<bytes>.*?)@@@END@@@(?P=name)\r\n", re.S)
 
 
+def response(tracking_id: str, address: str) -> str:
+    return (f"<reportResponse><trackingId>{tracking_id}</trackingId><puts><put><signedUrl>{address}</signedUrl></put>"
+            "</puts></reportResponse>")
+
+
 def check_value(text: bytes) -> int:
     value = 0
     for index, byte in enumerate(text):
@@ -25,7 +30,7 @@ def check_value(text: bytes) -> int:
 
 
 def sections(package: bytes) -> list[tuple[str, bytes]]:
-    """What a package holds, in order; bytes that are in no section stand under the name "?"."""
+    """What a package holds, in order; bytes outside of all sections have the name "?"."""
     content, found, end = gzip.decompress(package), [], 0
     for match in SECTION.finditer(content):
         if match.start() > end:
@@ -40,7 +45,7 @@ def elements(node: xml.Element) -> list[tuple[str, object]]:
 
 
 class Reports:
-    """Both services' memory of the report that was announced last."""
+    """What both services know of the report that was announced last."""
 
     def __init__(self, storage: str):
         self.address = f"https://{storage}{STORED}"
@@ -68,8 +73,7 @@ class Reports:
             "Content-Type": "application/xml", "x-machine-hash": HASH, "x-bastion-client-version": BUNDLE_VERSION,
             "osVersion": re.compile(".+"), "x-timestamp": re.compile(r"13\d{12}"),
             "x-bastion-hash": str(check_value((machine + moment).encode() + request.raw))}, "announced")
-        return self._answer(faults, f"<reportResponse><trackingId>{escape(TRACKING_ID)}</trackingId><puts><put><signedUrl>"
-                                    f"{escape(self.address)}</signedUrl></put></puts></reportResponse>")
+        return self._answer(faults, response(escape(TRACKING_ID), escape(self.address)))
 
     def store(self, request: Request) -> Answer:
         package = request.raw

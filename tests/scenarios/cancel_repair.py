@@ -1,4 +1,4 @@
-"""Cancelling a repair: before the service step nothing is removed; later the clean-up finishes and nothing is installed."""
+"""Cancelling a repair: before the service step nothing is removed; later the clean-up ends, nothing is installed."""
 from harness.desktop.window import CLOSE
 from harness.scenario import client
 from harness.scenario.registry import check_changes, listing, run_service
@@ -20,14 +20,17 @@ def check_ended(scene, run, what: str, sent: Sent) -> None:
 
 
 def early(scene) -> None:
-    sent, before, files = Sent(scene), listing(scene), sorted(scene.machine.path(client.INSTALL_FOLDER).rglob("*"))
+    def files() -> list:
+        return sorted(scene.machine.path(client.INSTALL_FOLDER).rglob("*"))
+
+    sent, before, files_before = Sent(scene), listing(scene), files()
     desktop = scene.machine.start_client()
     go_on = scene.window.hold_sender(REPAIR_INITIALIZING)
     run = scene.runs.start("PDX_REPAIR=1", log="early", page="progress")
     scene.runs.cancel(run, then=go_on)
     check_ended(scene, run, "early", sent)
     check_changes(scene, "early", before, {})
-    scene.checks.equal("early: the files are there", sorted(scene.machine.path(client.INSTALL_FOLDER).rglob("*")), files)
+    scene.checks.equal("early: the files are there", files(), files_before)
     scene.checks.that("early: the client runs on", desktop.poll() is None)
     scene.checks.equal("early: and its service", service_state(scene), RUNNING)
 

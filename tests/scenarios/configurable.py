@@ -54,7 +54,8 @@ def play(scene):
 
     scene.machine.override("[app\nmeridian.enableMigration = false\n")
     log = install(scene, "syntax-error", True, OWN)
-    errors = [line.text for line in log.library_lines() if line.function == "LoadConfigStream" and line.level == "ERROR"]
-    scene.checks.that("the syntax error is logged in both readings", len(errors) == 2, " | ".join(errors))
+    scene.checks.equal("the syntax error is logged in both readings",
+                       [line.function for line in log.library_lines() if line.level == "ERROR"
+                        and line.function == "LoadConfigStream"], ["LoadConfigStream"] * 2)
     scene.runs.uninstall("second-uninstall")
     check_start_on_boot(scene, "an uninstall removes", None)

@@ -1,4 +1,4 @@
-"""Cancelling a download: in the wait for its next attempt the run ends at once, in a transfer as the transfer's cancel."""
+"""Cancelling a download: in a wait for the next attempt the run ends at once, in a transfer it is cancelled."""
 import threading
 from datetime import datetime, timezone
 

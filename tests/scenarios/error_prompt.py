@@ -1,8 +1,8 @@
 """A failing package ends in the error page; its check box, left alone or unticked, decides on the error report."""
 from harness.desktop.strings import text
 from harness.desktop.window import ACTION1, BODY, CLOSE, PICTURE, QUESTION, TITLE
-from harness.scenario.telemetry import (FAILED, INSTALL_START, TALLY_INSTALL, Expected, Sent, script_failure, start_page,
-                                        tally_install)
+from harness.scenario.telemetry import (FAILED, INSTALL_START, TALLY_INSTALL, Expected, Sent, script_failure,
+                                        start_page, tally_install)
 
 SETTING = "Setting numeric variable 'PDX_SUBMIT_ERROR_REPORT' to value "
 

@@ -1,4 +1,4 @@
-"""Every page and prompt in all fourteen languages, as pictures: no text is cut off, nothing overlaps, no glyph is missing.
+"""Every page and prompt in all fourteen languages: no text is cut off, nothing overlaps, no glyph is missing.
 
 out/gallery/ has a contact sheet a language and, in a folder a language, each page as a picture with the facts of its
 controls.
@@ -45,7 +45,8 @@ def play(scene):
             ("all controls are in the window", pages, outside),
             ("no missing glyph is drawn", pages, missing_glyphs),
             ("buttons keep clear of the window's edges", pages, close_to_edge),
-            ("each text is one of its language's own", pages, lambda page: foreign_texts(page, strings[page["language"]])),
+            ("each text is one of its language's own", pages,
+             lambda page: foreign_texts(page, strings[page["language"]])),
             ("no label is higher than its text", placed, too_high),
             ("the slogan is on one line", welcome, slogan_lines)):
         gallery.check(scene, name, shown, faults_of)

@@ -1,6 +1,6 @@
 """A person customises the setup by mouse, goes back, customises it again by keyboard, and installs there.
 
-The folder's name has brackets, which have a meaning in the engine's variables: an uninstall and a repair find it too."""
+The folder's name has brackets, which mean something in the engine's variables: uninstall and repair find it too."""
 from harness.desktop.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
 from harness.scenario import client
 
@@ -75,7 +75,7 @@ def check_uninstall_and_reinstall(scene) -> None:
     launcher = client.file("PalisadeLauncher.exe", FOLDER)
     scene.machine.set_value(RUN_KEY, "Fenwick", f'"{launcher.upper()}" -silent')
     scene.runs.uninstall()
-    scene.checks.equal("an uninstall removes the Run value of that folder", scene.machine.value(RUN_KEY, "Fenwick"), None)
+    scene.checks.equal("an uninstall removes that folder's Run value", scene.machine.value(RUN_KEY, "Fenwick"), None)
     scene.checks.that("and the client", not scene.machine.exists(launcher))
 
     # As the first half of a repair leaves the folder to the second.

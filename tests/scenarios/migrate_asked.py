@@ -19,7 +19,8 @@ def install(scene, log: str, *clicks: str) -> None:
     scene.checks.that(f"nothing is planned before the offer is {log}", not run.log_so_far().numbered("200"))
     scene.window.click(ACTION1 if UNINSTALL in clicks else ACTION2)
     run.ends(0, f"with the offer {log} the engine")
-    scene.checks.equal("the package is given the answer", scene.runs.answer(REMOVE), "1" if UNINSTALL in clicks else "0")
+    answer = "1" if UNINSTALL in clicks else "0"
+    scene.checks.equal("the package is given the answer", scene.runs.answer(REMOVE), answer)
     sent.check(thick_install(run, development=True, tally=[
         *start_page(cohort="blue"), *overlay(*clicks, cohort="blue"), *TALLY_INSTALL]))
 

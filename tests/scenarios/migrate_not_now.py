@@ -2,8 +2,8 @@
 from harness.desktop.window import ACTION2
 from harness.scenario import client, older
 from harness.scenario.registry import check_changes, listing
-from harness.scenario.telemetry import (INSTALL_CANCEL, INSTALL_SUCCESS, OVERLAY, TALLY_INSTALL, Expected, Sent, overlay,
-                                        tally_install)
+from harness.scenario.telemetry import (INSTALL_CANCEL, INSTALL_SUCCESS, OVERLAY, TALLY_INSTALL, Expected, Sent,
+                                        overlay, tally_install)
 
 CLIENT = client.STARTED + " --authCode=geheim"
 UPGRADE = "PDX_MERIDIAN_UPGRADE=1", "KESTREL_AUTHCODE=geheim"

@@ -1,4 +1,4 @@
-"""Arguments name=value become variables; folder and log file are those asked for, and are reported as not the usual ones.
+"""Arguments name=value become variables; folder and log file are those asked for, and are reported as such.
 
 What is reported when an install begins follows folder, drive and what WMI knows."""
 from harness.scenario.client import HELD

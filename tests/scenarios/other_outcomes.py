@@ -1,4 +1,4 @@
-"""What both services are sent of runs with other outcomes: wrong bytes, all clicks, a session's end, failures, uninstalls."""
+"""Events of runs with other outcomes: wrong bytes, all clicks, a session's end, failures, uninstalls."""
 from harness.building import bundle
 from harness.desktop.window import ACTION1, BODY, CLOSE, OPTIONS
 from harness.places import PACKAGE

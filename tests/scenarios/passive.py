@@ -1,4 +1,4 @@
-"""`/passive`: no page asks anything, and the window closes by itself, with a menu open or a button of the mouse held."""
+"""`/passive`: no page asks anything, and the window closes by itself, with a menu open or a mouse button held."""
 from harness.desktop.window import ACTION1, CLOSE, PROGRESS
 
 MENU = "#32768"  # the class of the system's menus

@@ -11,7 +11,8 @@ def check_refused(scene, run, what: str, code: int) -> None:
     status = 0xA7FF0000 + code
     scene.checks.exit_code(run, status, f"{what}: the engine")
     errors = run.log.messages("OnError")
-    scene.checks.that(f"{what}: its one error is {code}", len(errors) == 1 and f", dwCode={code}, " in errors[0], errors)
+    scene.checks.that(f"{what}: its one error is {code}", len(errors) == 1 and f", dwCode={code}, " in errors[0],
+                      errors)
     scene.checks.equal(f"{what}: it detects nothing", run.log.messages("OnDetectBegin") + run.log.numbered("100"), [])
     scene.checks.equal(f"{what}: the closing lines log it", run.log.closing_errors(), [f"{status:x}"])
 

@@ -39,7 +39,8 @@ def blocked(scene, what, behaviour, hold, operation, last) -> dict:
     command("release")
     checks.exit_code(run, 0xA7FF0BC9, what)
     checks.nothing_planned(run, what)
-    checks.equal(f"{what}: the log says what stayed", run.log.texts("performRepairCleanup", "deleteDirectoryTree"), [last])
+    lines = run.log.texts("performRepairCleanup", "deleteDirectoryTree")
+    checks.equal(f"{what}: the log says what stayed", lines, [last])
     checks.equal(f"{what}: the telemetry reports which step failed",
                  [(brisk_name(event), event["param"]["ecod"], event["param"]["eopr"]) for event in sent.brisk()
                   if "ecod" in event.get("param", {})],

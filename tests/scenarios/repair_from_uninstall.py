@@ -16,7 +16,8 @@ def play(scene):
     scene.machine.path(FOLDER).symlink_to(scene.machine.path(TARGET))
     scene.runs.install(environment={"PDX_INSTALL_LOCATION": FOLDER})
     installed = listing(scene)
-    for way, arguments, lives in (("engine", (), [(3, "0"), (5, "1")]), ("command-line", ("PDX_REPAIR=1",), [(5, "1")])):
+    for way, arguments, lives in (("engine", [], [(3, "0"), (5, "1")]),
+                                  ("command-line", ["PDX_REPAIR=1"], [(5, "1")])):
         sent, stray = Sent(scene), scene.machine.path(TARGET) / "save.dat"
         stray.touch()
         scene.runs.script(HANDED_ON)

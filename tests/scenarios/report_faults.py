@@ -1,14 +1,14 @@
 """The report's services fail at each step: the run ends as usual, and its failure has the report's id or none."""
 from harness.scenario.telemetry import TRACKING_ID, Sent
+from harness.services.reports import response
 
 NO_ID, ID = None, TRACKING_ID
-NO_URL = "<reportResponse><trackingId>er-1</trackingId><puts><put><signedUrl>no address</signedUrl></put></puts></reportResponse>"
 # What goes wrong, at which service, its answer, the id that the failure reports, how many packages are stored.
 ROWS = [
     ("refusing-service", "reports", None, NO_ID, 0),
     ("silent-service", "reports", {"delay": 10, "cut": "reset"}, NO_ID, 0),
     ("half-an-answer", "reports", {"cut": "close half-way"}, NO_ID, 0),
-    ("no-url-at-all", "reports", {"body": NO_URL}, "er-1", 0),
+    ("no-url-at-all", "reports", {"body": response("er-1", "no address")}, "er-1", 0),
     ("refusing-storage", "storage", None, ID, 0),
     ("resetting-storage", "storage", {"cut": "reset"}, ID, 1),
     ("storage-500", "storage", {"status": 500}, ID, 1),

@@ -110,8 +110,10 @@ def play(scene):
     execution = run.log.text.partition("::OnExecutePackageBegin:")[2]
     scene.checks.equal("nothing else does: no \"=\", not at the beginning, no command",
                       re.findall(r"Setting \w+ variable '(.*?)' to", execution), ["A", "WARNED", "LAST"])
-    names = [scene.runs.answer(f"before-files property {name}") for name in ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")]
-    scene.checks.equal("the package is given the names", names, ["Palisade", "Palisade app"])
+    names = ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")
+    scene.checks.equal("the package is given the names",
+                       [scene.runs.answer(f"before-files property {name}") for name in names],
+                       ["Palisade", "Palisade app"])
 
     scene.checks.equal("the client's log is held for reading and writing, shared for both",
                       scene.runs.answer("before-files sharing PDXTEST_LOG"), HELD)

@@ -101,12 +101,12 @@ class Attempt:
     def lock(self, executable=SETUP):
         """Locks and gives what was recorded; no file that was there is written over."""
         before = {file.name: file.read_bytes() for file in self.elevated.iterdir()}
-        record = self.scene.machine.path(f"{EXCHANGE}\\{self.name}.json")
-        self.scene.machine.prefix.run(f"{self.folder}\\.ba\\probe.exe", "lock", executable, f"{EXCHANGE}\\{self.name}.json")
+        record = f"{EXCHANGE}\\{self.name}.json"
+        self.scene.machine.prefix.run(f"{self.folder}\\.ba\\probe.exe", "lock", executable, record)
         after = {file.name: file.read_bytes() for file in self.elevated.iterdir()}
         self.scene.checks.equal(f"{self.name}: files that are replaced",
                                [name for name in before if after.get(name) != before[name]], [])
-        found = json.loads(record.read_text())
+        found = json.loads(self.scene.machine.read(record))
         return found["locked"], found["held"], [tuple(line) for line in found["lines"]], found["milliseconds"]
 
     def check(self, executable, planted, trusting=False):

@@ -15,8 +15,8 @@ def answer(scene, control, picture, page="prompt"):
 
 
 def retry(scene):
-    """Retries while the client runs; gives the prompt that asks again. It looks like the one before; the focus shows that
-    it is new: a page that is shown takes it from the button."""
+    """Retries while the client runs; gives the prompt that asks again. It looks like the one before, but a new page
+    takes the focus from the button."""
     scene.window.press("Tab")
     scene.window.wait_for_focus(ACTION1)
     scene.window.click(ACTION1)
@@ -31,8 +31,8 @@ def play(scene):
     scene.checks.equal("the client runs", scene.machine.command(f"hold {CLIENT_MUTEX}"), "held")
     run = scene.runs.start("/uninstall", log="given-up")
     running = scene.window.wait_for_page("prompt", "client-running")
-    scene.checks.that("two buttons, the logo and no check box", {ACTION1, ACTION2, PICTURE} <= running.controls.keys() and
-                      QUESTION not in running.controls, sorted(running.controls))
+    scene.checks.that("two buttons, the logo and no check box", QUESTION not in running.controls and
+                      {ACTION1, ACTION2, PICTURE} <= running.controls.keys(), sorted(running.controls))
     scene.window.click(ACTION2)
     run.ends(0, "a run that the person gives up")
     scene.checks.that("it logs why", run.log.has(r"^Palisade Desktop is still running\.  Canceling uninstall$"))

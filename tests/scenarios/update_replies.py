@@ -43,7 +43,8 @@ def check(scene, name: str, lines: int, paths: list[str], updates: bool = False)
     checks.that(f"{name}: {lines} lines of the log are about it",
                 len(errors) == lines and all(re.fullmatch(r"Error \d+ has occurred\.\n", e) for e in errors), errors)
     checks.equal(f"{name}: these requests", [r.path for r in services.requests("update")[seen:]], paths)
-    checks.equal(f"{name}: the replacement is planned, or nothing", log.numbered("200"), newer.REPLACES if updates else [])
+    checks.equal(f"{name}: the replacement is planned, or nothing", log.numbered("200"),
+                 newer.REPLACES if updates else [])
     checks.equal(f"{name}: the newer installer is fetched, or nothing",
                  {request.path for request in services.requests("download")[fetched:]},
                  {newer.INSTALLER_PATH} if updates else set())
