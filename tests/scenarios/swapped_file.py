@@ -142,10 +142,10 @@ def play(scene):
         Attempt(scene, name, executable, planted).check(executable, planted)
 
     held = Attempt(scene, "held", "right")
-    holder = scene.machine.start(PROBE, "hold", f"{held.folder}\\.be\\{SETUP}", f"{EXCHANGE}\\held")
-    scene.wait_for(scene.machine.path(f"{EXCHANGE}\\held").exists, "the process that holds the file")
+    answer = scene.machine.command(f"hold-file {held.folder}\\.be\\{SETUP}")
+    scene.checks.equal("another process holds the file", answer, "held")
     held.check("held", None)
-    holder.kill()
+    scene.machine.command("release")
 
     linked = Attempt(scene, "linked", "right", "right")
     linked.elevated.rename(scene.machine.path(TEMP) / "elsewhere")
