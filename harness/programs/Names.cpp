@@ -1,8 +1,8 @@
-// Stands in for the system's accessibility service, of which Wine has no more than the class: a name that is published
+// Replaces the system's accessibility service, of which Wine has no more than the class: a name that is published
 // for a window becomes that window's native text, which readers of the screen go by, and the watcher with them.
 //
 // While a file in the exchange folder is named after a message, its sender waits after the window has handled it. The
-// window lives on meanwhile: a scenario acts before the sender's next step, however short the time between is.
+// window runs on meanwhile: a scenario acts before the sender's next step, however short the time between is.
 #include <windows.h>
 
 #include <oleacc.h>
@@ -62,7 +62,7 @@ class Names : public Lasting<IAccPropServices> {
     HRESULT STDMETHODCALLTYPE SetHwndPropStr(HWND window, DWORD, DWORD, MSAAPROPID property, LPCWSTR text) override {
         watchThread(GetWindowThreadProcessId(window, nullptr));
         if (property != PROPID_ACC_NAME) return E_NOTIMPL;
-        // Past the window's own procedure, to which a text means something else.
+        // Not by the window's own procedure, for which a text has another meaning.
         return DefWindowProcW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) ? S_OK : E_FAIL;
     }
 

@@ -1,5 +1,5 @@
 // A program of the sample client. It notes its command line (Launches.h) and ends; with "--stay" it runs on until
-// somebody ends it.
+// it is ended.
 #include "harness/programs/client/Launches.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {

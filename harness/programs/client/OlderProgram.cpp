@@ -1,4 +1,4 @@
-// The programs of the sample older client. What they do is noted beside what the client's programs note.
+// The programs of the sample older client. They note what they do in the file that the client's programs use.
 //
 //   Bastion.exe                      runs until it is asked to end; "--deaf" does not listen
 //   Bastion.exe bastion://quit       asks the one that runs, and waits until it has ended
@@ -6,10 +6,10 @@
 //   ... --conduct ID                 that copy: when the process has ended it starts what plan.txt names
 //   ... --finish TIME, --stay TIME   temporary uninstallers: take their time; the first kind then removes the client
 //
-// A line of plan.txt in the exchange folder is "KIND GAP NAME PROGRAM TIME". The KIND is finish, whose end the next line
-// waits for, or stay. The GAP before the start is in milliseconds, NAME is what the copy of the PROGRAM is called, the
-// TIME is in milliseconds or the name of a file in the exchange folder that is waited for. A line "work GAP - - -" is
-// the time that the uninstaller itself takes.
+// A line of plan.txt in the exchange folder is "KIND GAP NAME PROGRAM TIME". The KIND is finish, whose end the next
+// line waits for, or stay. The GAP before the start is in milliseconds, NAME is what the copy of the PROGRAM is called,
+// the TIME is in milliseconds or the name of a file in the exchange folder that is waited for. A line "work GAP - - -"
+// is the time that the uninstaller itself takes.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -105,7 +105,7 @@ void takeTime(const std::wstring& time) {
     while (!fs::exists(exchange / time)) Sleep(50);
 }
 
-/// Takes the client away, and leaves what a newer client has written under its key.
+/// Removes the client, and leaves what a newer client has written under its key.
 void remove() {
     pdx::RegistryKey key = pdx::RegistryKey::localMachine(pdx::view32).openSubKey(olderKey, true);
     const std::wstring program = pdx::toText(key.getValue(L"BastionPath"));

@@ -1,6 +1,6 @@
 // What a scenario wants the client package to do while Windows Installer runs it: a text file, one step a line.
 //
-//   before-files STEP     while the installer still plans: ahead of any change, also when it removes
+//   before-files STEP     while the installer still plans: before any change, also when it removes
 //   after-files STEP      when files and registry values are there (or gone), last thing before it commits
 //
 // Steps, each noted with its answer in record.txt beside the script:
@@ -27,10 +27,10 @@ struct Step {
     std::wstring rest;
 };
 
-/// The steps of one stage, in order. Lines of other stages, empty lines and lines that begin with "#" are passed over.
+/// The steps of one stage, in order; other lines are ignored.
 std::vector<Step> stepsOf(std::wstring_view script, std::wstring_view stage);
 
-/// Takes the first word off a text and gives it.
+/// Removes the first word of a text and returns it.
 std::wstring takeWord(std::wstring& text);
 
 }  // namespace client

@@ -20,8 +20,8 @@ constexpr const wchar_t* localSource = L"C:\\source\\PalisadeApp.msi";
 constexpr DWORD64 payloadSize = 1000;
 constexpr int actionStart = 0x08000000;
 
-/// Ends the process when a run takes too long: a slot that never returns can't be left in any other way. No std::thread:
-/// the first join of one that is just ending makes an event for the life of the process, which a census would find.
+/// Ends the process when a run takes too long: a callback that never returns can't be left in any other way. No
+/// std::thread: the first join of one that is ending makes an event for the life of the process, which a census counts.
 class Watchdog {
   public:
     Watchdog(DWORD runBound, std::function<std::string()> describeRun)
@@ -62,7 +62,7 @@ EngineRun::EngineRun(SmallEngine& engineUsed, IBootstrapperApplication& applicat
                      SlotHook slotHook)
     : engine(engineUsed), application(applicationRun), script(std::move(runScript)), hook(std::move(slotHook)) {}
 
-// The calls of the slots, noted and told.
+// The calls of the callbacks, recorded and reported.
 
 HRESULT EngineRun::interpret(int answer) {
     if (answer == IDCANCEL || answer == IDABORT) return hresultFromWin32(userExitCode);
@@ -123,7 +123,7 @@ void EngineRun::serve() {
             if (!waitForRequest()) {
                 const auto last = outcome.slots.empty() ? std::string("nothing") : outcome.slots.back().slot;
                 outcome.failure = "nobody called Quit: nothing was asked of the engine for " +
-                                  std::to_string(script.idleBound) + " ms; the last slot was " + last;
+                                  std::to_string(script.idleBound) + " ms; the last callback was " + last;
                 return;
             }
             continue;
@@ -186,7 +186,7 @@ HRESULT EngineRun::planPackage(BOOTSTRAPPER_ACTION wanted) {
     const bool removes = wanted == BOOTSTRAPPER_ACTION_UNINSTALL;
     auto requested = removes ? BOOTSTRAPPER_REQUEST_STATE_ABSENT : BOOTSTRAPPER_REQUEST_STATE_PRESENT;
     HRESULT hr = check<&App::OnPlanPackageBegin>("OnPlanPackageBegin", package, &requested);
-    // A package that detection did not come to, for it was cancelled before, has no state to plan from.
+    // A package without a detection, which was cancelled before it, has no state to plan from.
     if (SUCCEEDED(hr) && !detected) hr = E_INVALIDARG;
     const bool present = script.package == BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
     auto back = BOOTSTRAPPER_ACTION_STATE_NONE;
@@ -224,7 +224,7 @@ HRESULT EngineRun::cacheAndExecute() {
     if (action == BOOTSTRAPPER_ACTION_STATE_NONE) return S_OK;
     cacheResult = S_OK;
     Thread cacheThread;
-    // An uninstall has nothing to cache, and the slots are not called.
+    // An uninstall has nothing to cache, and the callbacks are not called.
     if (action == BOOTSTRAPPER_ACTION_STATE_INSTALL && !cacheThread.start(cache, this)) return E_FAIL;
     HRESULT hr = S_OK;
     if (!script.parallelCache) cacheThread.join();
@@ -285,7 +285,7 @@ HRESULT EngineRun::transfer() {
     return S_OK;
 }
 
-// Execution, and the way back, which can't be cancelled: answers are not heeded there.
+// Execution, and the rollback, which can't be cancelled: answers do not count there.
 
 HRESULT EngineRun::execute() {
     const HRESULT hr = executePackage();

@@ -1,4 +1,4 @@
-// A run of a bootstrapper application with the small engine: one package, and the slots called in the engine's order.
+// A run of a bootstrapper application with the small engine: one package, and the callbacks in the engine's order.
 #pragma once
 
 #include <atomic>
@@ -19,22 +19,21 @@ struct EngineScript {
     BOOTSTRAPPER_PACKAGE_STATE package = BOOTSTRAPPER_PACKAGE_STATE_ABSENT;
     /// Where the payload comes from: copied from beside the bundle, or fetched if OnResolveSource answers IDDOWNLOAD.
     bool downloads = false;
-    std::vector<std::wstring> actions;  ///< messages of the package's actions as it executes
+    std::vector<std::wstring> actions{};  ///< messages of the package's actions as it executes
     HRESULT execute = S_OK;
-    /// Execution starts while the cache thread works, and waits for the package; otherwise it starts behind it.
+    /// Execution starts while the cache thread works, and waits for the package; otherwise it starts after it.
     bool parallelCache = false;
     /// A run that asks the engine for nothing in this time has failed (milliseconds).
     DWORD idleBound = 30000;
-    /// A run that has not ended in this time hangs in a slot: it is told on stderr and the process ended with code 3.
+    /// A run that has not ended in this time hangs in a callback: reported on stderr, and the process ends with code 3.
     DWORD hangBound = 120000;
 };
 
-/// A slot that is about to be called or has returned, told on the thread that calls it: the engine's or the cache
-/// thread.
+/// A callback that is about to be called or has returned, on the thread that calls it: the engine's or the cache's.
 struct SlotEvent {
     std::string_view slot;
     bool returned;
-    int result;  ///< 0 before the return and for a slot without a result
+    int result;  ///< 0 before the return and for a callback without a result
 };
 using SlotHook = std::function<void(const SlotEvent&)>;
 
@@ -70,7 +69,7 @@ class EngineRun {
   private:
     using App = IBootstrapperApplication;
 
-    /// Calls the slot, noted and told to the hook under its name.
+    /// Calls the callback, recorded and reported to the hook under its name.
     template <auto slot, typename... Arguments>
     auto ask(const char* name, Arguments... arguments) {
         const size_t index = entered(name);
@@ -83,7 +82,7 @@ class EngineRun {
             return result;
         }
     }
-    /// The same for a slot whose answer can end the phase: what the engine makes of it.
+    /// The same for a callback whose answer can end the phase: the engine's reading of it.
     template <auto slot, typename... Arguments>
     HRESULT check(const char* name, Arguments... arguments) {
         return interpret(ask<slot>(name, arguments...));

@@ -10,7 +10,7 @@
 
 namespace pdx {
 
-/// Variables by name, which regards case as the engine's do; a number is kept as its text. Any thread may call; each
+/// Variables by name, with regard to case as the engine's; a number is kept as its text. Any thread may call; each
 /// call is whole.
 class EngineVariables {
   public:
@@ -20,7 +20,7 @@ class EngineVariables {
 
     /// The text with each "[Name]" replaced by the variable's value, which is formatted in turn, and each "[\x]" by the
     /// character x. A variable that is not there leaves nothing; "[" without "]" and "[]" stay as they are.
-    /// Unlike in the engine braces mean nothing: there "{...}" goes as a whole if a reference in it is empty.
+    /// Unlike in the engine braces mean nothing: there "{...}" is removed as a whole if a reference in it is empty.
     [[nodiscard]] std::wstring format(std::wstring_view text) const;
     /// The text with "[", "]", "{" and "}" written so that format gives them back.
     [[nodiscard]] static std::wstring escape(std::wstring_view text);

@@ -37,8 +37,8 @@ struct EngineRequest {
 
 /// The caller owns the object; AddRef and Release only count, so that a test sees what is still held. Every operation
 /// may be called on any thread; those that the library does not call answer E_NOTIMPL. Results are those of the real
-/// engine: 0x80070490 for a variable that is not there, 0x800700EA with the size that is needed for a buffer that is
-/// too small, E_INVALIDARG for a null or empty name.
+/// engine: 0x80070490 for a missing variable, 0x800700EA with the needed size for a buffer that is too small, and
+/// E_INVALIDARG for a null or empty name.
 class SmallEngine : public IBootstrapperEngine {
   public:
     SmallEngine();
@@ -56,7 +56,7 @@ class SmallEngine : public IBootstrapperEngine {
     Answers answers;
     EngineVariables variables;
 
-    /// Off, log lines and calls are thrown away, and lines only counted: for measuring.
+    /// Off, log lines and calls are not kept, and lines only counted: for measuring.
     void keepRecords(bool keep) { recordsKept = keep; }
     [[nodiscard]] std::vector<EngineLogLine> log() const;
     [[nodiscard]] size_t logCount() const { return logLines; }

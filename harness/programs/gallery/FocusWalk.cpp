@@ -11,7 +11,7 @@ using Json = nlohmann::json;
 constexpr DWORD keyBound = 10000;  // milliseconds in which a key has to arrive
 constexpr size_t mostStops = 20;
 
-/// Runs the messages as the dialog's own loops do, until a key has come up.
+/// Runs the messages as the dialog's own loops do, until a key is released.
 void runUntilReleased(HWND dialog, WORD key) {
     MSG message;
     for (bool released = false; !released;) {
@@ -59,7 +59,7 @@ int32_t differingPixels(const Snapshot& one, const Snapshot& other) {
     return count;
 }
 
-/// From the focus where it is, key by key, until a control comes a second time.
+/// From the present focus, key by key, until a control gets it a second time.
 Json walk(const GalleryDialog& dialog, bool backward, const std::function<void(int32_t)>& at) {
     Json stops = Json::array();
     if (backward) stops.push_back(focused());
@@ -69,12 +69,12 @@ Json walk(const GalleryDialog& dialog, bool backward, const std::function<void(i
         const bool known = std::find(stops.begin(), stops.end(), control) != stops.end();
         stops.push_back(control);
         if (known) break;
-        if (control) at(control);  // else no control of the page takes the focus from the dialog
+        if (control) at(control);  // else the dialog itself has the focus
     }
     return stops;
 }
 
-/// How much of a control looks otherwise without the focus than in a picture with it; the focus comes back.
+/// How many pixels of a control differ from a picture with the focus; the focus is set again.
 int32_t changedBy(const GalleryDialog& dialog, HWND control, const Snapshot& with) {
     ::SetFocus(dialog.GetHandle());
     const Snapshot without(control);

@@ -15,8 +15,8 @@ using FocusVisitor = std::function<void(int32_t control, const Snapshot& picture
 
 /// Presses Tab until the focus is where it was first, then Shift+Tab as often. Gives "forward" and "backward", the
 /// controls' identifiers in the order in which they had the focus, each list beginning and ending with the same one,
-/// and "changed": by control, how many of its pixels look otherwise with the focus than without. A check box, which has
-/// no look of its own for the focus while it is checked, is unchecked for that by the space bar and checked again;
+/// and "changed": by control, how many of its pixels differ with the focus. A check box, which looks the same with the
+/// focus while it is checked, is unchecked for that by the space bar and checked again;
 /// "toggled" lists those. The keys go through the system's input queue to the foreground window. Throws
 /// std::runtime_error when a key does not arrive.
 nlohmann::json walkFocus(const GalleryDialog& dialog, const FocusVisitor& visitor);

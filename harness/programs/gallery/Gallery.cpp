@@ -1,7 +1,7 @@
 // Pictures and facts of all pages: gallery.exe [/focus] TARGET LANGUAGE... writes TARGET\LANGUAGE\PAGE.png and
-// PAGE.json. With /focus the facts also tell the keyboard's way through the page, and the pictures are those of each
+// PAGE.json. With /focus the facts also have the keyboard's way through the page, and the pictures are those of each
 // control with the focus, PAGE-CONTROL.png. Prints a line a language; ends with code 1 if a page does not
-// come or a file cannot be written.
+// show or a file cannot be written.
 #include <windows.h>
 
 #include <objbase.h>

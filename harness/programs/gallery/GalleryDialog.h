@@ -1,4 +1,4 @@
-// The installer's dialog with its widgets in reach.
+// The installer's dialog, with access to its widgets.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@ class GalleryDialog : public BootstrapperDialog {
   public:
     using BootstrapperDialog::BootstrapperDialog;
 
-    /// The kind of the page on show.
+    /// The kind of the page that shows.
     [[nodiscard]] int32_t pageKind() const { return TopPage().kind; }
     /// The object behind a control; null for the picture, which has none.
     [[nodiscard]] const Window* widget(int32_t id) const;

@@ -29,7 +29,7 @@ GlyphCheck::Pixels GlyphCheck::drawn(wchar_t character, const Face& face) {
         const auto font = CreateFontByName(face.first, characterSize, face.second);
         const StringFormat format = CreateTextFormat();
         const Brush brush(palette::defaultText);
-        // Room on the left for marks that stand over the letter ahead of them.
+        // Space on the left for marks that are drawn over the letter before them.
         graphics.DrawString({&character, 1}, font.get(), {16, 2, 0, 0}, &format, &brush);
     }
     Pixels pixels;

@@ -15,7 +15,7 @@ namespace pdx {
 class GlyphCheck {
   public:
     /// The characters of a text that show as that box, or not at all, in the font's family and style; blanks aside.
-    /// Throws std::runtime_error if the box itself cannot be seen, for then nothing could be told.
+    /// Throws std::runtime_error if the box itself is not visible.
     std::wstring missing(std::wstring_view text, const Font& font);
 
   private:

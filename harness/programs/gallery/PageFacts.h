@@ -1,4 +1,4 @@
-// What can be told of a page besides its picture.
+// The facts of a page, besides its picture.
 #pragma once
 
 #include <map>
@@ -22,9 +22,9 @@ class PublishedNames : public AccessibleNames {
     std::map<HWND, std::wstring> names;
 };
 
-/// The page on show: its kind, the client area's size, and of each control place, state, text, the room that its text
-/// needs ("preferred", null where there is no text to ask for), the lines of text as they are drawn in the control,
-/// the characters that no face has a glyph for, and the accessible name. All lengths in pixels.
+/// The kind of the page that shows, the client area's size, and the controls: place, state, text, and accessible name.
+/// Of a text also the space that it needs ("preferred", else null), its lines as they are drawn in the control, and the
+/// characters that no face has a glyph for. All lengths in pixels.
 nlohmann::json pageFacts(const GalleryDialog& dialog, const PublishedNames& names, GlyphCheck& glyphs);
 
 }  // namespace pdx

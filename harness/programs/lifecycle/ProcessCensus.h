@@ -17,11 +17,11 @@ struct ProcessCensus {
     [[nodiscard]] std::string excessOver(const ProcessCensus& other) const;
 };
 
-/// Counts now. Asks the system's handle table, for GetProcessHandleCount answers 0 under Wine.
+/// Counts now, in the system's handle table: GetProcessHandleCount answers 0 under Wine.
 ProcessCensus takeCensus();
 
-/// Counts again until it is within the other, at most for the time given (milliseconds): threads that have been waited
-/// for leave the system's lists a little later.
+/// Counts again until it is within the other, at most for the time given (milliseconds): threads that have been joined
+/// leave the system's lists a little later.
 ProcessCensus takeCensusWithin(const ProcessCensus& other, unsigned long bound);
 
 }  // namespace pdx
