@@ -8,7 +8,7 @@ from harness.places import CONFIGURATIONS
 
 
 def plain(markup: str) -> str:
-    """The words of a marked-up text, as the window publishes them: a line break ends the line, other marks separate no
+    """The words of a marked-up text, as the window publishes them. A line break ends the line, other marks separate no
     words, and white space is one blank."""
     lines = (re.sub(r"<.*?>", "", line, flags=re.S) for line in re.split(r"<br\b.*?>", markup, flags=re.I | re.S))
     return "\r\n".join(" ".join(html.unescape(line).split()) for line in lines).strip()

@@ -158,8 +158,8 @@ class Window:
         self._machine.set_value(NAMES_CLASS, "", library, view=32)
 
     def hold_sender(self, message: int) -> Callable[[], None]:
-        """Keeps the sender of a message waiting after the window has handled it (harness/programs/Names.cpp), until the
-        result is called; to be called before a start, after `use_names`."""
+        """Keeps the sender of a message waiting after the window has handled it, until the result is called. To be
+        called before a start, after `use_names`."""
         held = self._machine.path(f"{client.EXCHANGE}\\hold-{message}")
         held.touch()
         return held.unlink

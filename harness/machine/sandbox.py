@@ -1,5 +1,6 @@
-"""A command in namespaces of its own: it sees no network but its own loopback, its mounts are its own, and when it
-ends every process that it started ends with it: python3 -m harness.machine.sandbox COMMAND..."""
+"""A command in namespaces of its own: python3 -m harness.machine.sandbox COMMAND...
+
+It sees no network but its own loopback, and its mounts are its own. Every process that it started ends with it."""
 import os
 import subprocess
 import sys

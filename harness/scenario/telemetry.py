@@ -100,8 +100,8 @@ def wrong_bytes(name: str, recommendation: int, **extra) -> tuple[str, dict]:
 
 
 def script_failure(group: str, said: str = "", **extra) -> list[tuple[str, dict]]:
-    """The errors of a package whose script, before the files, sends an error message or none, and then fails: of the
-    message, of the execution, and of the run, which has the id of its error report."""
+    """The errors of a package whose script, before the files, sends an error message or none, and then fails. They are
+    of the message, of the execution, and of the run, which has the id of its error report."""
     def installer_message(kind: int, arguments: object = str) -> dict:
         return {"imsg": kind << 24, "flag": 0, "mesg": str, "args": arguments, "reco": 0}
 

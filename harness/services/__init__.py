@@ -26,7 +26,7 @@ A scenario has them as `scene.services`:
     url = services.download.serve("/client/PalisadeApp.msi", file)
     bodies = [request.body for request in services.requests("brisk")]
 
-Requests land in requests.jsonl when they have been read, before they are answered: `service`, `connection` (a number
+Requests are written to requests.jsonl before they are answered: `service`, `connection` (a number
 that stays the same where a connection is used again), `seconds` since the services' start, `method`, `path` with its
 query, `headers`, `body` (JSON as JSON, other bytes in base64), `status` (null where none is sent).
 """

@@ -19,7 +19,7 @@ in C++ need no other way to the services.
 GET /requests?path=PREFIX&count=N gives a JSON array of the requests so far whose path begins so, once there are N of
 them or after 20 seconds. Each test uses a path of its own. Nothing listens on the host's port 444.
 
-Under Wine a body that is cut half-way reads as a short body that ended well; only a reset in the middle of a long one
+Under Wine a body that is cut half-way reads as a short body that ended well. Only a reset in the middle of a long one
 (20 MB) makes a read fail.
 """
 from urllib.parse import parse_qsl, urlsplit
