@@ -1,19 +1,18 @@
-// A program for tests to start: it waits to be ended, writes down how it was started, holds files, or is a small service.
+// A program for tests to start: it waits to be ended, records how it was started, locks files, or is a small service.
 //
-//   wait                   does nothing, for ever
+//   wait                   does nothing, without end
 //   record FILE ...        writes its folder and its whole command line into the file, a line each
-//   hold FILE MARK         keeps the file open for writing, and makes the file MARK once it does, for ever
-//   lock EXECUTABLE FILE   locks the files of a raised start as the library would if it lay where the program lies, and
-//                          writes down as JSON: "locked", the result; "held", the files that nobody else can write to
-//                          or delete then; "milliseconds"; "lines", what was logged
+//   lock EXECUTABLE FILE   locks the files of an elevated start as a library in the program's folder would, and records
+//                          as JSON: "locked", the result; "held", the files that no other process can write to or
+//                          delete then; "milliseconds"; "lines", what was logged
 //   service NAME BEHAVIOUR runs as the service NAME, behaving as the table below says
 //
 // Text files are UTF-8.
 #include <windows.h>
 // shellapi.h needs the types of windows.h.
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 #include <shellapi.h>
+#include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <memory>
@@ -31,7 +30,7 @@
 
 namespace {
 
-/// What a service does when it is told to stop.
+/// What a service does when it is asked to stop.
 struct Behaviour {
     std::wstring_view name;
     bool acceptsStop;
@@ -111,14 +110,6 @@ int record(const std::wstring& path) {
     return writeFile(path, fmt::format("{}\n{}\n", pdx::toUtf8(folder), pdx::toUtf8(GetCommandLineW())));
 }
 
-int hold(const std::wstring& path, const std::wstring& mark) {
-    const pdx::FileHandle file(
-        CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!file || writeFile(mark, "") != 0) return 1;
-    Sleep(INFINITE);
-    return 0;
-}
-
 struct KeptLines : pdx::Logger {
     void write(int32_t, const char* function, int32_t, const char* message) override {
         lines.push_back({function, message});
@@ -160,7 +151,6 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, char*, int) {
     const std::wstring mode = count > 1 ? arguments[1] : L"";
     if (mode == L"wait") Sleep(INFINITE);
     if (mode == L"record" && count > 2) return record(arguments[2]);
-    if (mode == L"hold" && count > 3) return hold(arguments[2], arguments[3]);
     if (mode == L"lock" && count > 3) return lock(arguments[2], arguments[3]);
     if (mode == L"service" && count > 3) return runService(arguments[2], arguments[3]);
     return 2;

@@ -1,11 +1,9 @@
-// Tells a scenario what the installer's window shows, and does what mouse and keyboard cannot. Reads commands from
+// Reports to a scenario what the installer's window shows, and does what mouse and keyboard cannot. Reads commands from
 // standard input, a line each, and answers each with a line:
 //
-//   look                         the installers' dialogs as a JSON array, those that show first; rectangles in pixels
-//   of
-//                                the screen
-//   boxes                        the message boxes of all processes as a JSON array: caption and text
-//   ask WINDOW MESSAGE WP LP     sends a message to a window of the first dialog's process: one given by its class, or
+//   look                         the installers' dialogs as a JSON array, those that show first, in pixels of the
+//   screen boxes                        the message boxes of all processes as a JSON array: caption and text ask WINDOW
+//   MESSAGE WP LP     sends a message to a window of the first dialog's process: one given by its class, or
 //                                "dialog", or a control of that by its number; answers with the result, or "none"
 //                                without such a window, or "late" if there is no reply within 10 seconds
 //   registry VIEW KEY            the values of a key that are texts or DWORDs, the latter as "0x00000001", as a JSON
@@ -14,9 +12,9 @@
 //   hold NAME                    makes a mutex that stays until "release" or the end
 //   hold-file PATH               opens a file that nobody else may open then
 //   hold-service NAME            opens a service, which stays listed then though it is deleted
-//   release                      lets go of what is held
-//   service NAME COMMAND         makes a service of the probe's (harness/programs/Probe.cpp) and starts it; answers when it runs
-//   end-service NAME             lets it end, whatever its behaviour, and deletes it
+//   release                      releases what is held
+//   service NAME COMMAND         makes and starts a service of the probe's (Probe.cpp); answers when it runs
+//   end-service NAME             ends it, whatever its behaviour, and deletes it
 //   service-state NAME           its state's number, 0 if there is no such service
 #include <windows.h>
 
@@ -30,7 +28,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Handles.h"
+#include "platform/Registry.h"
 #include "platform/Text.h"
 #include "resources/ids.h"
 
@@ -59,7 +57,7 @@ std::vector<HWND> allWindows() {
     return found;
 }
 
-/// The installers' dialogs, told from other windows by their controls; those that show come first.
+/// The installers' dialogs, recognised by their controls; those that show are first.
 std::vector<HWND> findDialogs() {
     std::vector<HWND> found;
     for (HWND window : allWindows())
@@ -86,7 +84,7 @@ Json otherWindows(HWND dialog, DWORD process) {
         DWORD owner = 0;
         GetWindowThreadProcessId(window, &owner);
         Json other = rectangle(window);
-        // The engine's message window is called visible and has no size.
+        // The engine's message window reports itself visible and has no size.
         if (owner != process || window == dialog || !IsWindowVisible(window) || other["width"] == 0) continue;
         other["class"] = textOf(window, GetClassNameW);
         other["title"] = textOf(window, GetWindowTextW);
@@ -96,7 +94,7 @@ Json otherWindows(HWND dialog, DWORD process) {
 }
 
 Json lookAt(HWND dialog) {
-    // Behind whatever the dialog is just busy with, a change of its page among it.
+    // After whatever the dialog's thread is busy with, such as a change of its page.
     DWORD_PTR ignored = 0;
     SendMessageTimeoutW(dialog, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, patience, &ignored);
     Json seen = rectangle(dialog);
@@ -140,7 +138,7 @@ Json boxes() {
     return found;
 }
 
-/// The window of a class in the dialog's process: the engine's raised process has one of the same class.
+/// The window of a class in the dialog's process: the engine's elevated process has one of the same class.
 HWND findBesideDialog(const std::string& windowClass) {
     DWORD wanted = 0;
     GetWindowThreadProcessId(firstDialog(), &wanted);
@@ -167,25 +165,12 @@ std::string ask(std::istringstream& arguments) {
     return std::to_string(result);
 }
 
-struct KeyTraits {
-    using Value = HKEY;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { RegCloseKey(value); }
-};
-using Key = pdx::UniqueHandle<KeyTraits>;
-
 struct ServiceTraits {
     using Value = SC_HANDLE;
     static Value invalid() noexcept { return nullptr; }
     static void close(Value value) noexcept { CloseServiceHandle(value); }
 };
 using Service = pdx::UniqueHandle<ServiceTraits>;
-
-Key openKey(HKEY parent, const std::wstring& path, REGSAM view) {
-    Key key;
-    if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ | view, key.put()) != ERROR_SUCCESS) key.reset();
-    return key;
-}
 
 Json valuesOf(HKEY key) {
     Json values = Json::object();
@@ -202,27 +187,26 @@ Json valuesOf(HKEY key) {
     return values;
 }
 
-void addTree(Json& tree, HKEY key, const std::string& path, REGSAM view) {
-    tree[path] = valuesOf(key);
-    wchar_t name[256];
-    for (DWORD index = 0, length = 256; RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr) ==
-                                        ERROR_SUCCESS;
-         ++index, length = 256)
-        if (const Key below = openKey(key, name, view))
-            addTree(tree, below.get(), (path.empty() ? "" : path + "\\") + pdx::toUtf8(name), view);
+void addTree(Json& tree, pdx::RegistryKey key, const std::string& path) {
+    tree[path] = valuesOf(key.get());
+    key.enumerateSubKeys([&](pdx::RegistryKey& parent, const std::wstring& name) {
+        if (pdx::RegistryKey below = parent.openSubKey(name, false))
+            addTree(tree, std::move(below), (path.empty() ? "" : path + "\\") + pdx::toUtf8(name));
+        return true;
+    });
 }
 
 Json registry(std::istringstream& arguments, bool whole) {
     std::string word, path;
     std::getline(arguments >> word >> std::ws, path);
-    const HKEY root = path.starts_with("HKCU")   ? HKEY_CURRENT_USER
-                      : path.starts_with("HKCR") ? HKEY_CLASSES_ROOT
-                                                 : HKEY_LOCAL_MACHINE;
-    const REGSAM view = word == "32" ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-    const Key key = openKey(root, pdx::toWide(path.substr(path.find('\\') + 1)), view);
+    const auto root = path.starts_with("HKCU")   ? pdx::RegistryKey::currentUser
+                      : path.starts_with("HKCR") ? pdx::RegistryKey::classesRoot
+                                                 : pdx::RegistryKey::localMachine;
+    pdx::RegistryKey key =
+        root(word == "32" ? pdx::view32 : pdx::view64).openSubKey(pdx::toWide(path.substr(path.find('\\') + 1)), false);
     if (!whole) return key ? valuesOf(key.get()) : nullptr;
     Json tree = Json::object();
-    if (key) addTree(tree, key.get(), "", view);
+    if (key) addTree(tree, std::move(key), "");
     return tree;
 }
 
@@ -257,7 +241,7 @@ std::string endService(const std::wstring& name) {
     return DeleteService(openService(name).get()) ? "deleted" : "failed";
 }
 
-/// What is held until it is let go.
+/// What is held until its release.
 struct Held {
     pdx::Handle mutex;
     pdx::FileHandle file;
@@ -289,8 +273,8 @@ int main() {
             held.mutex = pdx::Handle(CreateMutexW(nullptr, FALSE, remainder().c_str()));
             answer = held.mutex ? "held" : "failed";
         } else if (command == "hold-file") {
-            held.file = pdx::FileHandle(CreateFileW(remainder().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
-                                                    nullptr));
+            held.file =
+                pdx::FileHandle(CreateFileW(remainder().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
             answer = held.file ? "held" : "failed";
         } else if (command == "hold-service") {
             held.service = openService(remainder());

@@ -20,9 +20,9 @@ std::wstring shown(LPCWSTR text) { return text ? text : L"null"; }
 
 std::wstring shown(HWND window) { return std::to_wstring(reinterpret_cast<uintptr_t>(window)); }
 
-/// As the engine hands out text: what fits and a zero, the rest of the buffer cleared; the size changes only when it
+/// Copies text as the engine does: what fits and a zero, the rest of the buffer cleared. The size changes only when it
 /// was too small, or when there was no buffer. It then counts the zero for a variable's value, and does not for a
-/// formatted text: who asks again with just that size is told the same again.
+/// formatted text: a second call with just that size gets the same answer.
 enum class SizeCounts { withZero, withoutZero };
 
 HRESULT copyOut(const std::wstring& text, LPWSTR buffer, DWORD* size, SizeCounts counts) {
@@ -165,11 +165,8 @@ HRESULT SmallEngine::SetVariableNumeric(LPCWSTR name, LONGLONG value) {
 HRESULT SmallEngine::SetVariableString(LPCWSTR name, LPCWSTR value) {
     record("SetVariableString", {shown(name), shown(value)});
     if (isEmpty(name)) return E_INVALIDARG;
-    // A null value takes the variable away.
-    if (value)
-        variables.set(name, value);
-    else
-        variables.erase(name);
+    // A null value removes the variable.
+    value ? variables.set(name, value) : variables.erase(name);
     return S_OK;
 }
 

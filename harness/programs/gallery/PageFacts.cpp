@@ -95,8 +95,6 @@ Json controlFacts(const GalleryDialog& dialog, int32_t id, const PublishedNames&
     const HWND window = dialog.GetItem(id);
     const Window* widget = dialog.widget(id);
     const Box box = boxOf(dialog.GetChildRectById(id));
-    const auto* button = dynamic_cast<const Button*>(widget);
-    const auto* check = dynamic_cast<const Checkbox*>(widget);
     const Shown shown = shownBy(widget, glyphs);
     return {{"id", id},
             {"x", box.x},
@@ -107,10 +105,8 @@ Json controlFacts(const GalleryDialog& dialog, int32_t id, const PublishedNames&
             {"enabled", IsWindowEnabled(window) != FALSE},
             {"text", toUtf8(shown.text)},
             {"preferred", shown.preferred},
-            {"secondary", button && button->IsSecondary()},
             {"tabstop", (GetWindowLongW(window, GWL_STYLE) & WS_TABSTOP) != 0},
             {"name", toUtf8(names.nameOf(window))},
-            {"checked", check && check->IsChecked()},
             {"scrolls", shown.scrolls},
             {"lines", shown.lines},
             {"missing", toUtf8(shown.missing)}};

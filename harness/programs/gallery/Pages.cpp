@@ -2,7 +2,7 @@
 
 #include <exception>
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 #include "config/Translator.h"
 #include "harness/programs/engine/SmallEngine.h"
@@ -42,7 +42,7 @@ struct Stage {
         const ErrorInfo error = {.errorType = type, .code = code, .uiHint = style, .defaultResult = IDCANCEL};
         send(WM_BA_ERROR, reinterpret_cast<WPARAM>(&error));
     }
-    /// A click as the native button tells it; it takes no focus.
+    /// A click as the native button reports it, without the focus.
     void press(int32_t id) const {
         send(WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(dialog->GetItem(id)));
     }
@@ -54,7 +54,7 @@ struct Stage {
     Handle runningClient;
 };
 
-/// How a page comes up. A prompt is answered with a press on one of its buttons.
+/// How a page is made to show. A prompt is answered with a press on one of its buttons.
 struct Stop {
     const char* page;
     void (*ask)(Stage& stage);
@@ -137,53 +137,29 @@ constexpr Stop uninstallStops[] = {
     {"uninstall-complete", send<WM_BA_APPLY_COMPLETE>, IDC_ACTION1},
 };
 
-/// Runs a function when the message loop comes to it, which in a prompt is the prompt's own loop.
-class Errand {
-  public:
-    explicit Errand(std::function<void()> work) : task(std::move(work)) {
-        WNDCLASSW kind{};
-        kind.lpfnWndProc = procedure;
-        kind.hInstance = libraryModule();
-        kind.lpszClassName = L"GalleryErrand";
-        RegisterClassW(&kind);
-        window =
-            CreateWindowExW(0, kind.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, kind.hInstance, nullptr);
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-        PostMessageW(window, WM_USER, 0, 0);
-    }
-    ~Errand() { DestroyWindow(window); }
-    Errand(const Errand&) = delete;
-    Errand& operator=(const Errand&) = delete;
+/// What the prompt's own message loop is to run; empty once it has.
+std::function<void()> promptVisit;
 
-    [[nodiscard]] bool isDone() const { return done; }
-
-  private:
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-        if (message != WM_USER) return DefWindowProcW(window, message, wparam, lparam);
-        auto& errand = *reinterpret_cast<Errand*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        errand.done = true;
-        errand.task();
-        return 0;
-    }
-
-    std::function<void()> task;
-    HWND window = nullptr;
-    bool done = false;
-};
+void CALLBACK runPromptVisit(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    std::exchange(promptVisit, nullptr)();
+}
 
 void visitPrompt(Stage& stage, const Stop& stop, const PageVisitor& visitor) {
     std::exception_ptr failure;  // must not pass through the system's frames
-    const Errand errand([&] {
+    promptVisit = [&] {
         try {
             visitor(*stage.dialog, stop.page);
         } catch (...) {
             failure = std::current_exception();
         }
         stage.press(stop.answer);
-    });
+    };
+    const UINT_PTR timer = SetTimer(nullptr, 0, 0, runPromptVisit);
     stop.ask(stage);
+    KillTimer(nullptr, timer);
     if (failure) std::rethrow_exception(failure);
-    if (!errand.isDone()) throw std::runtime_error(std::string("no prompt came: ") + stop.page);
+    if (promptVisit) throw std::runtime_error(std::string("no prompt was shown: ") + stop.page);
 }
 
 void visit(Stage& stage, std::span<const Stop> stops, const PageVisitor& visitor) {
@@ -198,23 +174,11 @@ void visit(Stage& stage, std::span<const Stop> stops, const PageVisitor& visitor
     }
 }
 
-/// The end of a dialog asks the thread to end; the next dialog must not hear it.
+/// The end of a dialog asks the thread to end; the next dialog must not receive that.
 void forgetQuit() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
 }
-
-/// Held while this process plays a client that runs, for the whole machine sees that client.
-class OnlyPlayer {
-  public:
-    OnlyPlayer() : turn(CreateMutexW(nullptr, FALSE, L"PalisadeGallery")) { WaitForSingleObject(turn.get(), INFINITE); }
-    ~OnlyPlayer() { ReleaseMutex(turn.get()); }
-    OnlyPlayer(const OnlyPlayer&) = delete;
-    OnlyPlayer& operator=(const OnlyPlayer&) = delete;
-
-  private:
-    Handle turn;
-};
 
 }  // namespace
 
@@ -225,9 +189,12 @@ void visitPages(const std::wstring& language, const PageVisitor& visitor) {
     }
     forgetQuit();
     {
-        const OnlyPlayer player;
+        // One process at a time stands in for a client that runs: every process of the machine sees that client.
+        const Handle turn(CreateMutexW(nullptr, FALSE, L"PalisadeGallery"));
+        WaitForSingleObject(turn.get(), INFINITE);
         Stage uninstall(BOOTSTRAPPER_ACTION_UNINSTALL, language);
         visit(uninstall, uninstallStops, visitor);
+        ReleaseMutex(turn.get());
     }
     forgetQuit();
 }
