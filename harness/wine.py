@@ -2,6 +2,8 @@
 python3 -m harness.wine tests|bench|lifecycle [options]."""
 import contextlib
 import os
+import re
+import shutil
 import sys
 import tempfile
 from pathlib import Path
@@ -40,10 +42,19 @@ def bench(display: str) -> int:
 
 
 def lifecycle(display: str, *options: str) -> int:
-    """Loads, runs and frees the shipped library many times: a line a round, 0 if all held."""
+    """Loads, runs and frees the shipped library many times: a line a round, 0 if all held and nothing is left of the
+    rounds in the temporary folder but the pinned libraries of the reloads."""
     with copy_of_prepared("lifecycle", display) as wine:
         wine.complaints = OUT / "tests/lifecycle-wine.txt"
-        return wine.start(PROGRAMS / "lifecycle_driver.exe", str(LIBRARY), *options, stdout=None).wait()
+        folder, temporary = wine.path("C:\\lifecycle"), wine.path("C:\\users\\root\\Temp")
+        folder.mkdir()
+        shutil.copyfile(PROGRAMS / "lifecycle_driver.exe", folder / "driver.exe")
+        shutil.copyfile(LIBRARY, folder / "stray.dll")
+        code = wine.start("C:\\lifecycle\\driver.exe", str(LIBRARY), *options, stdout=None).wait()
+        made = [str(entry.relative_to(temporary)) for entry in temporary.rglob("*")]
+        left = [entry for entry in made if not re.fullmatch(r"reload-\d+(/\.ba(/PalisadeBootstrapper\.dll)?)?", entry)]
+        print(f"the driver ended with {code}; left in the temporary folder: {left}")
+        return code or len(left)
 
 
 if __name__ == "__main__":

@@ -27,12 +27,13 @@ constexpr auto packageFailure = static_cast<HRESULT>(0x80070652);
 /// The button of the already-installed prompt that asks for a repair.
 constexpr LRESULT repairAnswer = 2;
 constexpr size_t logLinesShown = 20;
+constexpr DWORD hangBound = 60000;  // milliseconds
 
 /// What a run is given and how it has to end.
 struct RoundPlan {
     BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL;
     BOOTSTRAPPER_DISPLAY display = BOOTSTRAPPER_DISPLAY_NONE;
-    EngineScript script;
+    EngineScript script = {.hangBound = hangBound};
     HRESULT startup = S_OK;
     int shutdown = 0;
     DWORD exitCode = 0;
@@ -41,41 +42,30 @@ struct RoundPlan {
 };
 
 RoundPlan planOf(RoundKind kind) {
-    RoundPlan plan;
-    plan.script.hangBound = 60000;
+    constexpr auto present = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
     switch (kind) {
-        case RoundKind::install:
-            plan.takesOver = true;
-            plan.display = BOOTSTRAPPER_DISPLAY_PASSIVE;  // a window, with pictures made ready, that asks nobody
-            break;
+        case RoundKind::install:  // with a window, whose pictures are prepared, that asks nobody
+            return {.display = BOOTSTRAPPER_DISPLAY_PASSIVE, .takesOver = true};
         case RoundKind::uninstall:
-            plan.action = BOOTSTRAPPER_ACTION_UNINSTALL;
-            plan.script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
-            break;
+            return {.action = BOOTSTRAPPER_ACTION_UNINSTALL, .script = {.package = present, .hangBound = hangBound}};
         case RoundKind::download:
-            plan.script.downloads = true;
-            plan.script.parallelCache = true;
-            break;
+            return {.script = {.downloads = true, .parallelCache = true, .hangBound = hangBound}};
         case RoundKind::packageFails:
-            plan.script.execute = packageFailure;
-            plan.exitCode = 1;
-            plan.apply = packageFailure;
-            break;
+            return {
+                .script = {.execute = packageFailure, .hangBound = hangBound}, .exitCode = 1, .apply = packageFailure};
         case RoundKind::secondInstance:
-            plan.startup = secondInstanceStatus;
-            plan.exitCode = static_cast<DWORD>(secondInstanceStatus);
-            plan.apply.reset();
-            break;
+            return {.startup = secondInstanceStatus,
+                    .exitCode = static_cast<DWORD>(secondInstanceStatus),
+                    .apply = std::nullopt};
         case RoundKind::reload:
-            plan.script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
-            plan.shutdown = resultReloadBootstrapper;
-            plan.apply.reset();
-            break;
+            return {.script = {.package = present, .hangBound = hangBound},
+                    .shutdown = resultReloadBootstrapper,
+                    .apply = std::nullopt};
     }
-    return plan;
+    return {};
 }
 
-/// Stands before the dialog's window procedure and answers the already-installed prompt in the user's place: with no
+/// Replaces the dialog's window procedure and answers the already-installed prompt in the user's place: with no
 /// display the dialog would give the prompt's default, which is not the repair.
 class PromptAnswer {
   public:
@@ -96,7 +86,7 @@ class PromptAnswer {
     }
 };
 
-/// The driver's own filter of unhandled exceptions, which each object has to put back.
+/// The driver's own filter of unhandled exceptions, which each object must restore.
 LONG CALLBACK driverFilter(EXCEPTION_POINTERS*) { return EXCEPTION_CONTINUE_SEARCH; }
 
 /// Notes what does not hold.
@@ -180,16 +170,15 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
         };
         checkOutcome(plan, EngineRun(engine, *application, plan.script, hook).run(), findings);
         findings.expect(application->Release() == 0, "the application object outlives the last Release");
-        // One that never starts, and leaves nothing of what it made ready either.
+        // One that never starts must leave nothing either.
         if (plan.takesOver && SUCCEEDED(library.create(&engine, &command, &application))) application->Release();
     }
-    findings.expect(SetUnhandledExceptionFilter(driverFilter) == driverFilter, "exceptions still come to the library");
+    findings.expect(SetUnhandledExceptionFilter(driverFilter) == driverFilter, "exceptions still reach the library");
     library.destroy();
     findings.expect(engine.references() == 0, "the engine is still referenced after the library was destroyed");
 }
 
-/// The client package's log is made and held by the library from the first byte on; after the run it is there and
-/// nobody's any more.
+/// The library makes and holds the client package's log from the first byte on; after the run it is there and free.
 void checkPackageLogs(const RoundPlan& plan, const fs::path& folder, Findings& findings) {
     std::error_code error;
     const bool executes = plan.apply.has_value();
@@ -231,7 +220,7 @@ std::vector<std::string> runRound(RoundKind kind, const fs::path& library, const
                     pinned ? "the library was unmapped before the reload" : "the library is still loaded");
     if (kind == RoundKind::reload) {
         findings.expect(engine.variables.text(L"PDX_REPAIR") == L"1", "PDX_REPAIR was not handed on");
-        // What the second object does with a repair is its own affair; it has to end, and to ask for no third.
+        // What the second object does with a repair is not checked; it must end, and ask for no third.
         auto second = planOf(kind);
         second.shutdown = 0;
         runLibrary(file, second, engine, findings);
