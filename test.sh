@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Sets up what is missing, builds, runs all tests and scenarios; ends with "N passed, N failed", behind it what was skipped.
+# Sets up what is missing, builds, runs all tests and scenarios; the last line counts passed, failed, skipped and played twice.
 set -euo pipefail
 cd "$(dirname "$0")"
-harness/setup/setup.sh
-exec python3 -m harness.commands.test
+harness/machine/setup.sh
+exec python3 -m harness.test

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "bench/Benchmarks.h"
-#include "harness/engine/SmallEngine.h"
+#include "harness/programs/engine/SmallEngine.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <stdexcept>
 
-#include "harness/engine/LoadedLibrary.h"
-#include "harness/engine/SmallEngine.h"
+#include "harness/programs/engine/LoadedLibrary.h"
+#include "harness/programs/engine/SmallEngine.h"
 
 namespace pdx {
 

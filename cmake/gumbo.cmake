@@ -1,7 +1,7 @@
 # The HTML parser behind marked-up text, from its sources with the compiler in use.
 set(gumbo ${PROJECT_SOURCE_DIR}/cmake/gumbo/node_modules/gumbo-parser/deps/gumbo-parser/src)
 if(NOT EXISTS ${gumbo}/gumbo.h)
-    message(FATAL_ERROR "The sources of the HTML parser are missing: run harness/setup/setup.sh")
+    message(FATAL_ERROR "The sources of the HTML parser are missing: run harness/machine/setup.sh")
 endif()
 file(GLOB gumbo_sources ${gumbo}/*.c)
 add_library(palisade_gumbo STATIC ${gumbo_sources})

@@ -1,29 +1,32 @@
-"""What the shipped library has to be as a file."""
+"""Checks of the shipped library as a file."""
 import re
 import subprocess
 
 from harness.places import LIBRARY, ROOT
 
-# What the library may import by its table: the parts of Windows that all its versions take from their own folder
-# (KnownDLLs). Any other is looked for beside the library first, and is bound late (cmake/delayed.cmake).
+# What the library's table may import: the parts of Windows that every version loads from its own folder (KnownDLLs).
+# Any other is looked for beside the library first, and is bound late (cmake/delayed.cmake).
 KNOWN = {"advapi32", "gdi32", "kernel32", "msvcrt", "ole32", "oleaut32", "rpcrt4", "shell32", "shlwapi", "user32"}
 EXPORTS = ["BootstrapperApplicationCreate", "BootstrapperApplicationDestroy"]
 VERSION = "12.37.0.5294"
 
 
 def checks() -> dict[str, bool]:
-    dump = subprocess.run(["i686-w64-mingw32-objdump", "-ph", LIBRARY], capture_output=True, text=True, check=True).stdout
+    def output(tool: str, *arguments) -> str:
+        return subprocess.run([f"i686-w64-mingw32-{tool}", *arguments], check=True, text=True,
+                              capture_output=True).stdout
+
+    dump = output("objdump", "-ph", LIBRARY)
     imports = {name.lower().removesuffix(".dll") for name in re.findall(r"DLL Name: (\S+)", dump)}
     exports = re.findall(r"^\s*\[ *\d+\] (\S+)$", dump, re.M)
     data = LIBRARY.read_bytes()
-    symbols = subprocess.run(["i686-w64-mingw32-nm", LIBRARY.with_suffix(".debug")], capture_output=True, text=True,
-                             check=True).stdout
+    symbols = output("nm", LIBRARY.with_suffix(".debug"))
     unbound = re.findall(r"^0+ A _(\w+)@\d+$", symbols, re.M)
     return {"is a 32-bit library": "file format pei-i386" in dump,
             f"exports {' and '.join(EXPORTS)}, undecorated": exports == EXPORTS,
-            f"imports what Windows knows for its own {sorted(imports - KNOWN)}": imports <= KNOWN and bool(imports),
+            f"imports nothing but KnownDLLs {sorted(imports - KNOWN)}": imports <= KNOWN and bool(imports),
             f"has a stub for each function that is bound late {unbound}": not unbound,
-            "bears its version": VERSION.encode("utf-16-le") in data,
+            "has its version": VERSION.encode("utf-16-le") in data,
             "holds no path of this machine": str(ROOT).encode() not in data,
             "is stripped, with its symbols beside it":
                 LIBRARY.with_suffix(".debug").exists() and not re.search(r"^\s*\d+ \.debug_", dump, re.M)}

@@ -20,8 +20,7 @@ def _gist(output: str) -> str:
 
 
 def build(*names: str, aside: bool = False) -> None:
-    """Builds what TARGETS names; ends the program if a build fails. One that goes on `aside` takes what others leave of
-    the processors."""
+    """Builds what TARGETS names; ends the program if a build fails. One `aside` runs with the lowest priority."""
     for name in names:
         preset, target = TARGETS[name]
         started = time.monotonic()

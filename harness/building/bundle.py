@@ -1,7 +1,6 @@
-"""Makes a bundle: the real Burn engine's file with the library and the client package behind it.
+"""Makes a bundle: the real Burn engine's file, the UX cabinet with the library, the attached cabinet with the package.
 
-A bundle is the engine's file, the UX cabinet, the attached cabinet. The engine finds the cabinets by the words in
-its section .wixburn, and all else in the manifest, which is the entry "0" of the UX cabinet.
+The engine finds the cabinets by its section .wixburn, and all else in the manifest, the entry "0" of the UX cabinet.
 """
 import hashlib
 import shutil
@@ -33,19 +32,12 @@ VARIABLES = {
     "PDXTEST_SCRIPT": ("", False, False),
 }
 
-# What the client package is told, as properties of Windows Installer.
-PACKAGE_PROPERTIES = {
-    "INSTALLFOLDER": "[InstallFolder]",
-    "CREATEDESKTOPSHORTCUT": "[CreateDesktopShortcut]",
-    "PDX_SHORTCUT_NAME": "[PDX_SHORTCUT_NAME]",
-    "PRODUCT_DISPLAY_NAME": "[PRODUCT_DISPLAY_NAME]",
-    "INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE": "[INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE]",
-    "INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE": "[INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE]",
-    "PDX_UNINSTALL_BASTION": "[PDX_UNINSTALL_BASTION]",
-    "WIXBUNDLEPROVIDERKEY": "[WixBundleProviderKey]",
-    "PDXTEST_SCRIPT": "[PDXTEST_SCRIPT]",
-    "PDXTEST_LOG": f"[WixBundleLog_{PACKAGE_ID}]",
-}
+# What the client package is given, as properties of Windows Installer: variables, most under their own names.
+PACKAGE_PROPERTIES = {name: f"[{name}]" for name in (
+    "PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME", "INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE",
+    "INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE", "PDX_UNINSTALL_BASTION", "PDXTEST_SCRIPT")} | {
+    "INSTALLFOLDER": "[InstallFolder]", "CREATEDESKTOPSHORTCUT": "[CreateDesktopShortcut]",
+    "WIXBUNDLEPROVIDERKEY": "[WixBundleProviderKey]", "PDXTEST_LOG": f"[WixBundleLog_{PACKAGE_ID}]"}
 
 # Runtimes whose versions the bundle looks up: variable, release and processor under the runtime's own key.
 RUNTIMES = {
@@ -69,7 +61,7 @@ def make(target: Path, library: Path, package: Path, variables: dict[str, str] |
          beside: dict[str, Path] | None = None) -> Path:
     """Writes the bundle `target` around the library and the client package; `variables` override what it presets. With
     a download address it is a thin one: it does not hold the client package, and the engine fetches it from there. A
-    thick one may have a `runtime`, a program that is run without arguments ahead of the client package. The files
+    thick one may have a `runtime`, a program that is run without arguments before the client package. The files
     `beside` the library are more payload of its folder, by their names there."""
     if download_url:
         variables = {"IsThickInstaller": "no"} | (variables or {})
@@ -104,7 +96,7 @@ def _engine_for(own_id: str, cabinet_sizes: list[int]) -> bytes:
                           len(cabinet_sizes)) + struct.pack(f"<{len(cabinet_sizes)}I", *cabinet_sizes)
     offset, size = _section(engine, b".wixburn")
     if len(section) > size:
-        raise ValueError("the engine has no room for that many containers")
+        raise ValueError("the engine's section is too small for that many containers")
     engine[offset:offset + len(section)] = section
     return bytes(engine)
 
@@ -132,10 +124,6 @@ def _cabinet(target: Path, entries: dict[str, Path]) -> Path:
     return target
 
 
-def _yes(value: bool) -> str:
-    return "yes" if value else "no"
-
-
 def _file_facts(file: Path) -> dict[str, str]:
     return {"FileSize": str(file.stat().st_size), "Hash": hashlib.sha1(file.read_bytes()).hexdigest().upper()}
 
@@ -159,7 +147,8 @@ def _manifest(bundle_name: str, payload: dict[str, Path], package: Path, source:
         variables[name] = (value, hidden, kept)
     for name, (value, hidden, kept) in variables.items():
         given = {} if value is None else {"Value": value, "Type": "string"}
-        add(manifest, "Variable", Id=name, Hidden=_yes(hidden), Persisted=_yes(kept), **given)
+        add(manifest, "Variable", Id=name, Hidden="yes" if hidden else "no",
+            Persisted="yes" if kept else "no", **given)
     for name, key in RUNTIMES.items():
         add(manifest, "RegistrySearch", Id=name, Variable=name, Root="HKLM", Value="Version", Type="value",
             Key=f"SOFTWARE\\Microsoft\\VisualStudio\\{key}", VariableType="string")
@@ -169,8 +158,8 @@ def _manifest(bundle_name: str, payload: dict[str, Path], package: Path, source:
         add(ux, "Payload", Id=name, FilePath=name, Packaging="embedded", SourcePath=f"u{number}", **_file_facts(file))
 
     if isinstance(source, Path):
-        add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes", Primary="yes",
-            **_file_facts(source))
+        add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes",
+            Primary="yes", **_file_facts(source))
         place = {"Packaging": "embedded", "SourcePath": "a0", "Container": "Attached"}
     else:
         place = {"Packaging": "external", "SourcePath": PACKAGE_ID, "DownloadUrl": source}

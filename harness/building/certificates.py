@@ -8,7 +8,8 @@ import subprocess
 import threading
 from collections.abc import Callable
 from dataclasses import dataclass
-from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
+from functools import partial
+from http.server import SimpleHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
 
 from harness.places import BUILD
@@ -38,8 +39,7 @@ default_md = sha256
 
 @dataclass(frozen=True)
 class Chain:
-    root: str  # PEM
-    revocations: bytes  # DER
+    folder: Path  # with root.pem and root.crl
     context: ssl.SSLContext
 
 
@@ -49,7 +49,7 @@ def prepare(names: list[str], list_host: str) -> Chain:
     folder = made_once(settings, lambda new: _make(new, settings))
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
     context.load_cert_chain(folder / "leaf.pem", folder / "leaf.key")
-    return Chain((folder / "root.pem").read_text(), (folder / "root.crl").read_bytes(), context)
+    return Chain(folder, context)
 
 
 def made_once(what: str, make: Callable[[Path], None]) -> Path:
@@ -87,17 +87,12 @@ def _make(folder: Path, settings: str) -> None:
     openssl(folder, "crl", "-in", "list.pem", "-outform", "DER", "-out", "root.crl")
 
 
-def publish(revocations: bytes, address: str) -> None:
+class _Files(SimpleHTTPRequestHandler):
+    def log_message(self, *_) -> None:
+        pass
+
+
+def publish(chain: Chain, address: str) -> None:
     """Gives the revocation list out over plain HTTP."""
-    class Handler(BaseHTTPRequestHandler):
-        def do_GET(self) -> None:
-            self.send_response(200)
-            self.send_header("Content-Length", str(len(revocations)))
-            self.end_headers()
-            self.wfile.write(revocations)
-
-        def log_message(self, *_) -> None:
-            pass
-
-    server = ThreadingHTTPServer((address, 80), Handler)
+    server = ThreadingHTTPServer((address, 80), partial(_Files, directory=chain.folder))
     threading.Thread(target=server.serve_forever, daemon=True).start()

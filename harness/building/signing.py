@@ -9,8 +9,8 @@ MAKER = "Corvane Works, Inc."
 
 
 def sign(source: Path, target: Path, name: str = MAKER, authority: str = "") -> Path:
-    """Writes a signed copy of a program. The certificate is issued by itself, or by an authority of another name, whose
-    certificate is then in the signature too and is what a look at the first one finds."""
+    """Writes a signed copy of a program. The certificate is self-signed, or issued by an authority of another name,
+    whose certificate is the first in the signature."""
     def make(folder: Path) -> None:
         new = ("req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", DAYS)
         issuer = ("-CA", "authority.pem", "-CAkey", "authority.key") if authority else ()

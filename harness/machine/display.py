@@ -7,14 +7,13 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-
 NUMBERS = range(100, 200)
 OPENBOX = Path("/etc/xdg/openbox/rc.xml")
 
 
 def _start_server(size: str):
-    """A server on a display number that no other run has, with the lock that says so. Left to itself a server takes the
-    first number that is free in its network namespace, and with it the socket file of a server in another."""
+    """A server on a display number that no other run has, with the lock that reserves it. A server that chooses looks
+    in its own network namespace only, and would take the socket file of a server in another."""
     for number in NUMBERS:
         lock = open(Path(tempfile.gettempdir()) / f"palisade-display-{number}.lock", "w")
         try:

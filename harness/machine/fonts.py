@@ -1,8 +1,8 @@
 """Fonts for the glyphs that the library's own faces lack: Thai, Japanese, Korean, Chinese.
 
-Windows takes them from its own fonts; Wine from what is linked to a face. It fits a linked font to the face by the mean
-width that both tell of their characters, and so would squeeze Chinese signs to two thirds and spread Thai letters. The
-copies made here tell the face's own mean width, whereupon their glyphs stay as they are.
+Windows takes them from its own fonts; Wine from what is linked to a face. Wine fits a linked font to the face by the
+mean character width that both files declare: Chinese signs would be squeezed to two thirds, Thai letters spread. The
+copies made here declare the face's own mean width, and their glyphs stay as they are.
 """
 import struct
 from pathlib import Path

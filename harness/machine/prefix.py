@@ -29,7 +29,7 @@ class Prefix:
         self.drive = folder / "drive_c"
         home = folder / "home"
         home.mkdir(parents=True, exist_ok=True)
-        self.complaints = Path(os.devnull)  # what Wine writes of errors, of programs started without a stderr of their own
+        self.complaints = Path(os.devnull)  # Wine's errors, of programs started without a stderr of their own
         self.environment = {
             "PATH": os.environ["PATH"], "HOME": str(home), "DISPLAY": display, "WINEPREFIX": str(folder),
             # No .NET, HTML engine or desktop menus: each would ask to be installed or write outside the prefix.
@@ -57,7 +57,7 @@ class Prefix:
             return subprocess.Popen(["wine", str(program), *arguments], env=environment, **nothing | options)
 
     def run(self, program: str | Path, *arguments: str, bound: float = 60, check: bool = False) -> None:
-        """Runs a program to its end, which with `check` has to be a good one."""
+        """Runs a program to its end; with `check` a bad exit code raises."""
         process = self.start(program, *arguments)
         try:
             code = process.wait(timeout=bound)
@@ -77,20 +77,19 @@ class Prefix:
                  check=True)
 
     def restart(self) -> None:
-        """Shuts the prefix down in order; the next process starts its server anew, which then reads the machine's
-        certificates again."""
+        """Shuts the prefix down in order; the next process starts its server, which reads the certificates again."""
         for step in ("-k", "-w", "-p"):
             subprocess.run(["wineserver", step], env=self.environment, timeout=60)
 
     def end(self) -> None:
-        """Ends the server process at once; what the registry had in memory is lost. Programs that Wine started by
-        itself wait for it for ever then, with the output of whoever started the first one, until their sandbox ends."""
+        """Ends the server process at once, without writing the registry. Programs that Wine started by itself then wait
+        until their sandbox ends."""
         subprocess.run(["wineserver", "-k9"], env=self.environment, timeout=20, stderr=subprocess.DEVNULL)
 
 
 def prepare(display: str) -> None:
-    """Makes the prepared prefix if it is not there: an ordinary Windows 10 with fonts for all languages. Clears away
-    what ended runs left."""
+    """Makes the prepared prefix if it is not there: an ordinary Windows 10 with fonts for all languages. Removes what
+    ended runs left."""
     PREPARED.parent.mkdir(parents=True, exist_ok=True)
     for left in PREPARED.parent.glob("*-*"):
         if time.time() - left.stat().st_mtime > LEFTOVER_AGE:
@@ -118,7 +117,7 @@ def prepare(display: str) -> None:
 
 @contextlib.contextmanager
 def copy_of_prepared(name: str, display: str):
-    """A prefix with a state of its own, gone at the end. Its last processes go with the sandbox that this runs in."""
+    """A prefix with a state of its own, removed at the end. Its last processes end with the sandbox."""
     sandbox.demand("a copy of the prepared prefix is made")
     folder = Path(tempfile.mkdtemp(prefix=name + "-", dir=PREPARED.parent))
     prefix = Prefix(folder / "prefix", display)

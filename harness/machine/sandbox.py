@@ -1,5 +1,6 @@
-"""A command in namespaces of its own: it sees no network but its own loopback, its mounts are its own, and when it
-ends every process that it started ends with it: python3 -m harness.machine.sandbox COMMAND..."""
+"""A command in namespaces of its own: python3 -m harness.machine.sandbox COMMAND...
+
+It sees no network but its own loopback, and its mounts are its own. Every process that it started ends with it."""
 import os
 import subprocess
 import sys
@@ -12,20 +13,20 @@ _INSIDE = 'ip link set lo up && PALISADE_SANDBOX=yes "$@"; exit $?'
 
 
 def sandboxed(command: list[str]) -> list[str]:
-    """The command to start instead. Killing it kills all that runs inside. Addresses are not random there: now and then
-    one that Wine needs for each process was taken, and the process did not start."""
+    """The command to start instead. Killing it kills all that runs inside. Addresses are not random there: otherwise
+    one that Wine needs for each process is taken now and then, and the process does not start."""
     return ["setarch", "-R", "unshare", "--mount", "--net", "--pid", "--fork", "--kill-child", "--mount-proc",
             "bash", "-c", _INSIDE, "sandbox", *command]
 
 
 def demand(what: str) -> None:
-    """Breaks off what works in a sandbox only."""
+    """Raises outside of a sandbox."""
     if "PALISADE_SANDBOX" not in os.environ:
         raise RuntimeError(f"{what} in a sandbox only; see harness/machine/sandbox.py")
 
 
 def trust(certificate: str, out: Path) -> None:
-    """Makes the sandbox trust a root certificate (PEM). Wine sees it once a prefix's server process starts anew."""
+    """Makes the sandbox trust a root certificate (PEM). Wine reads it when a prefix's server process starts."""
     _add(AUTHORITIES, certificate, out / "authorities.pem")
 
 

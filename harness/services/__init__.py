@@ -12,9 +12,9 @@
 | `tests`    | tests.corvaneworks.example                  | what the query says: harness/services/testhost.py      |
 
 The files are the shipped deployment's, in resources/, and another one's, in harness/deployment/. Another method or path
-is answered 404, whatever the service was told. Each service has an address of its own, from 127.0.0.11 on, so that one
-can be down or reset connections while the others work. The revocation list of their certificate is fetched over plain
-HTTP from crl.corvaneworks.example, which is no service and leaves no record.
+is always answered 404. Each service has an address of its own, from 127.0.0.11 on, so that one can be down or reset
+connections while the others work. The revocation list of their certificate is fetched over plain HTTP from
+crl.corvaneworks.example, which is no service and leaves no record.
 
 A scenario has them as `scene.services`:
 
@@ -26,7 +26,7 @@ A scenario has them as `scene.services`:
     url = services.download.serve("/client/PalisadeApp.msi", file)
     bodies = [request.body for request in services.requests("brisk")]
 
-Requests land in requests.jsonl when they have been read, before they are answered: `service`, `connection` (a number
+Requests are written to requests.jsonl before they are answered: `service`, `connection` (a number
 that stays the same where a connection is used again), `seconds` since the services' start, `method`, `path` with its
 query, `headers`, `body` (JSON as JSON, other bytes in base64), `status` (null where none is sent).
 """
@@ -62,8 +62,8 @@ def configured(key: str, folders: tuple[Path, ...] = (CONFIGURATIONS, OTHER_CONF
 
 class Services:
     def __init__(self, out: Path):
-        """Makes the sandbox trust and find them, and starts them. A Wine prefix whose server process runs already has
-        to be restarted before it trusts them."""
+        """Makes the sandbox trust and find them, and starts them. A Wine prefix that runs already trusts them after a
+        restart."""
         self._started = time.monotonic()
         self._changed = threading.Condition()
         self._requests: list[Request] = []
@@ -90,8 +90,8 @@ class Services:
          self.tests) = made
         lines = [f"{service.address} {' '.join(service.hosts)}\n" for service in made if service.hosts]
         sandbox.add_hosts("".join(lines) + f"127.0.0.10 crl.{DOMAIN}\n", out)
-        sandbox.trust(chain.root, out)
-        certificates.publish(chain.revocations, "127.0.0.10")
+        sandbox.trust((chain.folder / "root.pem").read_text(), out)
+        certificates.publish(chain, "127.0.0.10")
         for service in made:
             service.up()
 
@@ -100,7 +100,7 @@ class Services:
         return time.monotonic() - self._started
 
     def requests(self, service: str = "", path: str = "") -> list[Request]:
-        """What has come so far, in order: to one service or to all, with paths that begin with `path`."""
+        """The requests so far, in order: to one service or to all, with paths that begin with `path`."""
         with self._changed:
             return [request for request in self._requests
                     if service in ("", request.service) and request.path.startswith(path)]

@@ -1,5 +1,5 @@
-"""The error report service, and the storage behind it that takes the package: each answers what is right as it should,
-and anything else with 400 and what is wrong with it, which nobody reads but the scenario (`Reports.faults`)."""
+"""The error report service, and the storage that the package is sent to. Each answers a right request as it should, and
+any other with 400 and what is wrong, which the scenario reads (`Reports.faults`)."""
 import base64
 import gzip
 import hashlib
@@ -8,12 +8,17 @@ import xml.etree.ElementTree as xml
 from xml.sax.saxutils import escape
 
 from harness.building.bundle import BUNDLE_VERSION
-from harness.checking.telemetry import AGENT, TRACKING_ID, differences
+from harness.scenario.telemetry import AGENT, TRACKING_ID, differences
 from harness.services.server import Answer, Request
 
 STORED = "/packages/palisade%20app?X-Signature=a%2Bb%2F%3D&X-Expires=600"
 HASH = re.compile("(?!0{40})[0-9a-f]{40}")
 SECTION = re.compile(rb"@@@START@@@(?P<name>[^\r\n]*)\r\n(?P<bytes>.*?)@@@END@@@(?P=name)\r\n", re.S)
+
+
+def response(tracking_id: str, address: str) -> str:
+    return (f"<reportResponse><trackingId>{tracking_id}</trackingId><puts><put><signedUrl>{address}</signedUrl></put>"
+            "</puts></reportResponse>")
 
 
 def check_value(text: bytes) -> int:
@@ -25,7 +30,7 @@ def check_value(text: bytes) -> int:
 
 
 def sections(package: bytes) -> list[tuple[str, bytes]]:
-    """What a package holds, in order; bytes that are in no section stand under the name "?"."""
+    """What a package holds, in order; bytes outside of all sections have the name "?"."""
     content, found, end = gzip.decompress(package), [], 0
     for match in SECTION.finditer(content):
         if match.start() > end:
@@ -40,7 +45,7 @@ def elements(node: xml.Element) -> list[tuple[str, object]]:
 
 
 class Reports:
-    """Both services' memory of the report that was announced last."""
+    """What both services know of the report that was announced last."""
 
     def __init__(self, storage: str):
         self.address = f"https://{storage}{STORED}"
@@ -53,7 +58,7 @@ class Reports:
         machine, moment = headers.get("x-machine-hash", ""), headers.get("x-timestamp", "")
         root = xml.fromstring(request.raw)
         *facts, (_, files) = found = elements(root)
-        name, self.announced = files[0][0], dict(files[0][1])
+        self.announced = dict(files[0][1])
         file = [("name", f"errorReporter_{moment}.gz"), ("size", self.announced.get("size")),
                 ("contentType", "x-application/gzip"), ("b64Md5", self.announced.get("b64Md5"))]
         kind = dict(facts).get("launchSource")
@@ -68,8 +73,7 @@ class Reports:
             "Content-Type": "application/xml", "x-machine-hash": HASH, "x-bastion-client-version": BUNDLE_VERSION,
             "osVersion": re.compile(".+"), "x-timestamp": re.compile(r"13\d{12}"),
             "x-bastion-hash": str(check_value((machine + moment).encode() + request.raw))}, "announced")
-        return self._answer(faults, f"<reportResponse><trackingId>{escape(TRACKING_ID)}</trackingId><puts><put><signedUrl>"
-                                    f"{escape(self.address)}</signedUrl></put></puts></reportResponse>")
+        return self._answer(faults, response(escape(TRACKING_ID), escape(self.address)))
 
     def store(self, request: Request) -> Answer:
         package = request.raw

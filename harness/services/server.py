@@ -1,4 +1,4 @@
-"""One service: a server on an address of its own that answers as it is told."""
+"""One service: a server on an address of its own, with answers that a scenario sets."""
 import base64
 import json
 import re
@@ -70,13 +70,13 @@ class Request:
 
 
 class Service:
-    def __init__(self, name: str, address: str, hosts: list[str], route: str, standing: Callable[[Request], Answer],
+    def __init__(self, name: str, address: str, hosts: list[str], route: str, usual: Callable[[Request], Answer],
                  context: ssl.SSLContext, record: Callable[[Request], None]):
-        """Answers requests on its route ("METHOD path") by `standing`, as long as it is told nothing else."""
+        """Answers requests on its route ("METHOD path") by `usual`, as long as no other answer is set."""
         self.name, self.address, self.hosts, self.context, self.record = name, address, hosts, context, record
-        self._route, self._standing = re.compile(route), standing
+        self._route, self._usual = re.compile(route), usual
         self._next: list[tuple[str, dict]] = []  # each for one request, of a method or of any ("")
-        self._told: dict[str, dict] = {}  # for all others, by method
+        self._set: dict[str, dict] = {}  # for all others, by method
         self._files: dict[str, Path] = {}
         self._lock = threading.Lock()
         self._server: _Server | None = None
@@ -91,15 +91,15 @@ class Service:
         return self.url(path)
 
     def answer(self, *, times: int | None = None, method: str = "", **fields) -> None:
-        """Tells how requests are answered from now on, or so many of them, which come first. What is not told (fields
-        of Answer) is as in the ordinary answer; with nothing told at all everything is forgotten that was told."""
-        Answer(**fields)  # a mistake in what is told shows here
+        """Sets how requests are answered from now on, or the next so many of them. Fields of Answer that are not
+        given are as in the usual answer; without any argument all answers are the usual ones again."""
+        Answer(**fields)  # raises where a field is wrong
         with self._lock:
             if not fields and not method and times is None:
-                self._told.clear()
+                self._set.clear()
                 self._next.clear()
             elif times is None:
-                self._told[method] = fields
+                self._set[method] = fields
             else:
                 self._next += [(method, fields)] * times
 
@@ -117,14 +117,14 @@ class Service:
         if not self._route.fullmatch(f"{request.method} {request.path}"):
             return Answer(status=404)
         with self._lock:
-            fields = self._told.get(request.method, self._told.get("", {}))
+            fields = self._set.get(request.method, self._set.get("", {}))
             for row in self._next:
                 if row[0] in ("", request.method):
                     self._next.remove(row)
                     fields = row[1]
                     break
         file = self._files.get(request.path.partition("?")[0])
-        return replace(_file_answer(request, file) if file else self._standing(request), **fields)
+        return replace(_file_answer(request, file) if file else self._usual(request), **fields)
 
 
 def _file_answer(request: Request, file: Path) -> Answer:
@@ -179,7 +179,7 @@ class _Server(ThreadingHTTPServer):
                     pass  # gone already
 
     def handle_error(self, request, client_address) -> None:
-        if not isinstance(sys.exception(), OSError):  # a client that goes away is none of ours
+        if not isinstance(sys.exception(), OSError):  # a client that ends its connection is no fault
             super().handle_error(request, client_address)
 
 
@@ -235,7 +235,7 @@ class _Handler(BaseHTTPRequestHandler):
     do_GET = do_HEAD = do_POST = do_PUT = _respond
 
     def _say_nothing(self, end: threading.Event) -> None:
-        """A head without an end: WinINet gives up a request of which it hears nothing at all for 30 seconds."""
+        """A head without an end: WinINet gives up a request after 30 seconds without any byte."""
         self.wfile.write(b"HTTP/1.1 200 OK\r\nX-Silence: ")
         while not end.wait(1):
             self.wfile.write(b".")

@@ -1,5 +1,5 @@
-"""The host for tests of the HTTP client and of what stands on it: the query of a request says how it is answered, so
-that tests in C++ need no other road to the services.
+"""The host for tests of the HTTP client and of its users: the query of a request says how it is answered, so that tests
+in C++ need no other way to the services.
 
     https://tests.corvaneworks.example/ANY/PATH?status=500&body=TEXT
 
@@ -19,8 +19,8 @@ that tests in C++ need no other road to the services.
 GET /requests?path=PREFIX&count=N gives a JSON array of the requests so far whose path begins so, once there are N of
 them or after 20 seconds. Each test uses a path of its own. Nothing listens on the host's port 444.
 
-Under Wine a body that is cut half-way reads as a short body that ended well; a reset in the middle of a long one (20 MB)
-is what makes a read fail.
+Under Wine a body that is cut half-way reads as a short body that ended well. Only a reset in the middle of a long one
+(20 MB) makes a read fail.
 """
 from urllib.parse import parse_qsl, urlsplit
 

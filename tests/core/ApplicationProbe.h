@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "core/BootstrapperApplication.h"
-#include "harness/engine/EngineRun.h"
-#include "harness/engine/SmallEngine.h"
+#include "harness/programs/engine/EngineRun.h"
+#include "harness/programs/engine/SmallEngine.h"
 
 namespace pdx {
 

@@ -20,13 +20,14 @@ using nlohmann::json;
 /// "https://host.name"; empty where there is none.
 std::string testHost() { return toUtf8(getEnvironmentText(L"PALISADE_TEST_HOST")); }
 
-/// For tests that need the host, which harness/staging/wine_tests.py brings up.
+/// For tests that need the host, which harness/wine.py brings up.
 class HttpClientTest : public testing::Test {
   protected:
     void SetUp() override {
         if (testHost().empty())
-            GTEST_SKIP() << "NOT TESTED, for there is no host: "
-                            "python3 -m harness.machine.sandbox python3 -m harness.staging.wine_tests";
+            GTEST_SKIP()
+                << "NOT TESTED, for there is no host: "
+                   "python3 -m harness.machine.sandbox python3 -m harness.wine tests";
     }
 };
 

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "harness/engine/SmallEngine.h"
+#include "harness/programs/engine/SmallEngine.h"
 #include "platform/Processes.h"
 
 namespace pdx {

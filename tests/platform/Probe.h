@@ -1,4 +1,4 @@
-// Starting the program under harness/probe, which says there what it can do.
+// Starting the program under harness/programs/Probe.cpp, which says there what it can do.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,13 +1,12 @@
 """By keyboard and screen reader: each control's published name, Tab's way through each page, and the focus to be seen.
 
-The keys are real input events, put into the system's queue by the program itself (SendInput), so that Shift's state is
-that of a keyboard, and taken out by a loop like the dialog's own, with IsDialogMessageW. A key from the display would
-take the same way from there on, and could not be told from one that is still under way.
+The program itself puts real input events into the system's queue (SendInput), so that Shift's state is a keyboard's. A
+loop like the dialog's own takes them out, with IsDialogMessageW. A key from the display would take the same way from
+there on, but nothing shows when it has arrived.
 """
-
-from harness.seeing import gallery
-from harness.seeing.gallery import visible
-from harness.seeing.strings import plain, text
+from harness.desktop import gallery
+from harness.desktop.gallery import visible
+from harness.desktop.strings import plain, text
 
 LANGUAGES = ("en", "de", "ru", "ja", "th")
 CLOSE, PICTURE, PROGRESS = 1008, 1005, 1006
@@ -19,23 +18,21 @@ LEAST_CHANGE = 20  # pixels that look otherwise with the focus
 def play(scene):
     gallery.draw(scene, LANGUAGES, "/focus", processes=1)
     pages = gallery.pages(scene.out)
-    scene.check("every kind of page in each language",
+    scene.checks.that("every kind of page in each language",
                 {(language, page["kind"]) for (language, _), page in pages.items()}
                 == {(language, kind) for language in LANGUAGES for kind in range(6)}, f"{len(pages)} pages")
-    cross = {language: text("installer_close", language) for language in LANGUAGES}
-    for name, faults_of in (("published names are the texts that a person sees", lambda at, page: names(page, cross[at])),
-                            ("Tab and Shift+Tab walk all controls in reading order and back, and come round",
-                             lambda _, page: walks(page)),
-                            ("what can be used is a tab stop, and nothing else", lambda _, page: tab_stops(page)),
-                            ("the focus can be seen", lambda _, page: focus_seen(page))):
-        gallery.tell(scene, name, pages, faults_of)
-    toggled = [page["focus"]["toggled"] for page in pages.values()]
-    scene.check("the space bar unchecks and checks boxes", sum(map(len, toggled)) > len(LANGUAGES), sum(map(len, toggled)))
+    for name, faults_of in (("published names are the texts that a person sees", names),
+                            ("Tab and Shift+Tab walk all controls in reading order and back to the first", walks),
+                            ("what can be used is a tab stop, and nothing else", tab_stops),
+                            ("the focus can be seen", focus_seen)):
+        gallery.check(scene, name, pages, faults_of)
+    toggled = sum(len(page["focus"]["toggled"]) for page in pages.values())
+    scene.checks.that("the space bar unchecks and checks boxes", toggled > len(LANGUAGES), toggled)
 
 
-def names(page, cross):
+def names(page):
     for control in visible(page):
-        wanted = cross if control["id"] == CLOSE else plain(control["text"])
+        wanted = text("installer_close", page["language"]) if control["id"] == CLOSE else plain(control["text"])
         if control["name"] != wanted:
             yield f"{control['id']} is called \"{control['name']}\", not \"{wanted}\""
         if not control["name"] and control["id"] not in (PICTURE, PROGRESS):
@@ -43,7 +40,7 @@ def names(page, cross):
 
 
 def usable(page):
-    """The controls that the keyboard has to reach, as one reads them: line by line, and the cross of the corner last."""
+    """The controls that the keyboard has to reach, in reading order: line by line, the cross of the corner last."""
     found = [control for control in visible(page) if control["enabled"]
              and (control["id"] in PRESSED or (control["id"] in LABELS and "<a " in control["text"]))]
     return [control["id"] for control in

@@ -1,5 +1,5 @@
 """Where the embedded test certificate is trusted, override.cfg changes settings; elsewhere it is not even opened."""
-from harness.client import facts
+from harness.scenario import client
 
 RUN_KEY = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run"
 CHANGED = """
@@ -13,66 +13,49 @@ startOnBoot = true
 """
 FOREIGN = "\"C:\\Program Files\\Palisade Two\\PalisadeLauncher.exe\" -silent"
 ARRAY = "Unsupported value type (array) found in config file"
+# Beside an older client, which is removed where the move is on.
+VARIABLES = "PDX_MERIDIAN_ENABLE", "PDX_UNINSTALL_BASTION", "PDX_ALLOW_WINDOWS_7"
+OWN = ["1", "1", "1"]  # what the library's own settings make of them
 
 
-def run_traced(scene, log: str):
-    """Runs the bundle; gives the run and whether any process opened the override file."""
+def install(scene, log: str, opens: bool, settings: list[str | None]):
+    """Installs, and checks whether the override file is opened, by any process, and is in force; gives the log."""
     trace = scene.out / f"{log}-files.txt"
     with trace.open("wb") as errors:
-        run = scene.run("/quiet", log=log, environment={"WINEDEBUG": "+file"}, stderr=errors)
+        run = scene.runs.install(log=log, environment={"WINEDEBUG": "+file"}, stderr=errors)
     opened = [line for line in trace.read_text("utf-8", "replace").splitlines()
               if "CreateFile" in line and "override.cfg" in line]
     trace.unlink()
-    return run, bool(opened)
-
-
-def settings(run) -> list[str | None]:
-    """Beside an older client, which goes where the move is on."""
-    return [run.log.variables.get(name) for name in ("PDX_MERIDIAN_ENABLE", "PDX_UNINSTALL_BASTION",
-                                                     "PDX_ALLOW_WINDOWS_7")]
+    scene.checks.equal(f"{log}: override.cfg is opened or not", bool(opened), opens)
+    scene.checks.that(f"{log}: the start logs whether it is configurable",
+                      run.log.has(rf"^\[STARTUP\] .* configurable\[{str(opens).lower()}\]"))
+    scene.checks.equal(f"{log}: the settings", [run.log.variables.get(name) for name in VARIABLES], settings)
+    return run.log
 
 
 def check_start_on_boot(scene, when: str, wanted: str | None) -> None:
-    scene.check_equal(f"{when} the client's start with the session", scene.registry(RUN_KEY, "Fenwick"), wanted)
-
-
-def told_configurable(run) -> bool:
-    return run.log.has(r"^\[STARTUP\] .* configurable\[true\]")
+    scene.checks.equal(f"{when} the client's start with the session", scene.machine.value(RUN_KEY, "Fenwick"), wanted)
 
 
 def play(scene):
-    scene.prefix.set_registry("HKLM\\Software\\Bastion", "InstallSuccesfull", "true", view=32)
-    scene.override(CHANGED)
-    run, opened = run_traced(scene, "untrusted")
-    scene.check_exit_code(run, 0, "without the trust the engine")
-    scene.check("the start tells that it is not configurable", run.log.has(r"^\[STARTUP\] .* configurable\[false\]"))
-    scene.check("override.cfg is not opened", not opened)
-    scene.check_equal("the settings are those it carries", settings(run), ["1", "1", "1"])
-
+    scene.machine.set_value("HKLM\\Software\\Bastion", "InstallSuccesfull", "true", view=32)
+    scene.machine.override(CHANGED)
+    install(scene, "untrusted", False, OWN)
     check_start_on_boot(scene, "without the trust an install does not set", None)
-    scene.prefix.set_registry(RUN_KEY, "Fenwick", FOREIGN)
-    scene.uninstall()
+    scene.machine.set_value(RUN_KEY, "Fenwick", FOREIGN)
+    scene.runs.uninstall()
     check_start_on_boot(scene, "an uninstall leaves what another program has put in the place of", FOREIGN)
 
-    scene.make_configurable()
-    run, opened = run_traced(scene, "engine")
-    scene.check_exit_code(run, 0, "with the trust the engine")
-    scene.check("the start tells that it is configurable", told_configurable(run))
-    scene.check("override.cfg is opened", opened)
-    scene.check_equal("it changes the settings before and behind the array", settings(run), ["0", None, "0"])
-    arrays = [line for line in run.log.library_lines() if line.text == ARRAY]
-    check_start_on_boot(scene, "with the trust an install sets",
-                        f"\"{facts.client_file('PalisadeLauncher.exe')}\" -silent")
-    scene.check("the array is logged as an error in both readings",
-                [line.level for line in arrays] == ["ERROR", "ERROR"], f"{len(arrays)} lines")
+    scene.machine.make_configurable()
+    log = install(scene, "engine", True, ["0", None, "0"])  # settings before and after the array
+    check_start_on_boot(scene, "with the trust an install sets", f"\"{client.LAUNCHER}\" -silent")
+    scene.checks.equal("the array is logged as an error in both readings",
+                       [line.level for line in log.library_lines() if line.text == ARRAY], ["ERROR", "ERROR"])
 
-    scene.override("[app\nmeridian.enableMigration = false\n")
-    run, _ = run_traced(scene, "syntax-error")
-    scene.check_exit_code(run, 0, "with a syntax error the engine")
-    errors = [line.text for line in run.log.library_lines()
-              if line.function == "LoadConfigStream" and line.level == "ERROR"]
-    scene.check("the syntax error is logged in both readings", len(errors) == 2, " | ".join(errors))
-    scene.check("the run is configurable all the same", told_configurable(run))
-    scene.check_equal("and the settings are those it carries", settings(run), ["1", "1", "1"])
-    scene.uninstall("second-uninstall")
+    scene.machine.override("[app\nmeridian.enableMigration = false\n")
+    log = install(scene, "syntax-error", True, OWN)
+    scene.checks.equal("the syntax error is logged in both readings",
+                       [line.function for line in log.library_lines() if line.level == "ERROR"
+                        and line.function == "LoadConfigStream"], ["LoadConfigStream"] * 2)
+    scene.runs.uninstall("second-uninstall")
     check_start_on_boot(scene, "an uninstall removes", None)

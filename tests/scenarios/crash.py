@@ -1,5 +1,9 @@
-"""A crash is told at once with its signature, shows one box in the user's language and then goes on to the system."""
-from harness.checking.crash import ACCESS_FAULT, check_crash, watch
+"""A crash is reported at once with its signature, shows one box in the user's language, then is left to the system.
+
+What is meant to crash does so as any crash: Enter on a link with the focus, a disc's key without a value."""
+from harness.desktop.window import BODY
+from harness.scenario.crash import ACCESS_FAULT, UNCAUGHT_EXCEPTION, check_crash, watch
+from harness.scenario.telemetry import Sent
 
 ROWS = [  # the machine's locale, the language, what the event says of them
     ("C.UTF-8", "EN", {}),
@@ -8,14 +12,23 @@ ROWS = [  # the machine's locale, the language, what the event says of them
 
 
 def play(scene):
-    services = watch(scene)
-    scene.make_configurable()
-    scene.override("[qa]\ninstaller.crashOnStart = true\n")
-    codes = []
+    watch(scene)
+    sent = Sent(scene)
+    run = scene.runs.start(log="link", page="welcome")
+    scene.window.press("Tab")
+    scene.window.wait_for_focus(BODY)
+    scene.window.press("Return")
+    link = check_crash(scene, sent, run, "Enter on a link", ACCESS_FAULT)
+    sent = Sent(scene)
+    key = check_crash(scene, sent, scene.runs.start("/contentIds", log="bare-key"), "a bare key", UNCAUGHT_EXCEPTION)
+    scene.checks.that("two crashes have two signatures", link != key, (link, key))
+
+    scene.machine.make_configurable("[qa]\ninstaller.crashOnStart = true\n")
+    before, codes = len(scene.services.requests()), []
     for locale, language, identity in ROWS:
-        scene.prefix.environment["LC_ALL"] = locale
-        scene.restart_machine()
-        run = scene.start(log="engine" if language == "EN" else language)
-        codes.append(check_crash(scene, run, language, ACCESS_FAULT, language, development=True, **identity))
-    scene.check("one crash has one signature", len(set(codes)) == 1, codes)
-    scene.check_equal("nothing but the crashes is told", len(services.requests()), len(ROWS))
+        scene.machine.restart(locale)
+        sent = Sent(scene)
+        run = scene.runs.start(log="engine" if language == "EN" else language)
+        codes.append(check_crash(scene, sent, run, language, ACCESS_FAULT, language, development=True, **identity))
+    scene.checks.that("one crash has one signature", len(set(codes)) == 1, codes)
+    scene.checks.equal("nothing but the crashes is sent", len(scene.services.requests()) - before, len(ROWS))

@@ -1,7 +1,7 @@
-"""Every page and prompt in all fourteen languages, as pictures: no text is cut off, nothing overlaps, no glyph lacks.
+"""Every page and prompt in all fourteen languages: no text is cut off, nothing overlaps, no glyph is missing.
 
-Under out/gallery/ stand a contact sheet a language and, in a folder a language, each page as a picture with the facts
-of its controls beside it.
+out/gallery/ has a contact sheet a language and, in a folder a language, each page as a picture with the facts of its
+controls.
 """
 import re
 import subprocess
@@ -9,15 +9,15 @@ from concurrent.futures import ThreadPoolExecutor
 from itertools import combinations
 from pathlib import Path
 
-from harness.seeing import gallery
-from harness.seeing.gallery import visible
-from harness.seeing.strings import all_texts, plain
+from harness.desktop import gallery
+from harness.desktop.gallery import visible
+from harness.desktop.strings import all_texts, plain
 
 LEAST = 14  # languages, and pages in each
 LOCATION = 1004  # a path, cut in its middle by design
 BUTTONS = (1007, 1012, 1013, 1009, 1010)  # in capitals: a to z and no other letter
 TITLE, BODY = 1001, 1002
-BROWSE = 1010  # stands at a place of its own, 8 pixels from the right edge
+BROWSE = 1010  # has a place of its own, 8 pixels from the right edge
 SLACK = 0.5  # pixels
 SPARE = 3  # pixels that a label may be higher than its text
 MARGIN = 12  # pixels between a button and the window's left and right edges
@@ -27,45 +27,47 @@ TITLE_ALONE = "uninstalling-older-client-title"  # changes the title of the page
 def play(scene):
     gallery.draw(scene, gallery.LANGUAGES)
     pages = gallery.pages(scene.out)
-    pictures = [file for file in scene.out.glob("*/*.png")]
+    pictures = list(scene.out.glob("*/*.png"))
     counts = {language: sum(1 for at, _ in pages if at == language) for language in gallery.LANGUAGES}
-    scene.check(f"{LEAST} pages or more in each of {LEAST} languages",
+    scene.checks.that(f"{LEAST} pages or more in each of {LEAST} languages",
                 len(counts) >= LEAST and min(counts.values()) >= LEAST and len(pictures) == len(pages),
                 f"{len(pictures)} pictures, {sorted(set(counts.values()))} a language")
     kinds = {page["kind"] for page in pages.values()}
-    scene.check_equal("all kinds of pages", kinds, set(range(6)))
+    scene.checks.equal("all kinds of pages", kinds, set(range(6)))
 
     strings = {language: shown_strings(language) for language in gallery.LANGUAGES}
-    for name, faults_of in (("no text is cut off", cut_off), ("no control runs into another", overlaps),
-                            ("all controls lie in the window", outside), ("no missing glyph is drawn", missing_glyphs),
-                            ("buttons keep clear of the window's edges", close_to_edge)):
-        gallery.tell(scene, name, pages, lambda _, page, look=faults_of: look(page))
-    gallery.tell(scene, "each text is one of its language's own", pages,
-                 lambda language, page: foreign_texts(page, strings[language]))
-
     placed = {at: page for at, page in pages.items() if at[1] != TITLE_ALONE}
-    gallery.tell(scene, "no label is higher than its text", placed, lambda _, page: too_high(page))
     welcome = {at: page for at, page in pages.items() if at[1] == "welcome"}
-    scene.check_equal("a welcome page in each language", len(welcome), len(gallery.LANGUAGES))
-    gallery.tell(scene, "the slogan stands on one line", welcome, lambda _, page: slogan_lines(page))
+    scene.checks.equal("a welcome page in each language", len(welcome), len(gallery.LANGUAGES))
+    for name, shown, faults_of in (
+            ("no text is cut off", pages, cut_off),
+            ("no control overlaps another", pages, overlaps),
+            ("all controls are in the window", pages, outside),
+            ("no missing glyph is drawn", pages, missing_glyphs),
+            ("buttons keep clear of the window's edges", pages, close_to_edge),
+            ("each text is one of its language's own", pages,
+             lambda page: foreign_texts(page, strings[page["language"]])),
+            ("no label is higher than its text", placed, too_high),
+            ("the slogan is on one line", welcome, slogan_lines)):
+        gallery.check(scene, name, shown, faults_of)
 
     with ThreadPoolExecutor(2) as pool:
         sheets = list(pool.map(lambda language: contact_sheet(scene.out, language), gallery.LANGUAGES))
-    scene.check("a contact sheet for each language", all(sheets))
+    scene.checks.that("a contact sheet for each language", all(sheets))
 
 
 def cut_off(page):
-    """Texts that have less room than they need."""
+    """Texts that have less space than they need."""
     for control in visible(page):
-        label, room = f"{control['id']} \"{control['text'][:40]}\"", (control["width"], control["height"])
+        label, space = f"{control['id']} \"{control['text'][:40]}\"", (control["width"], control["height"])
         if control["scrolls"]:
-            yield f"{label} is taller than its room and scrolls"
+            yield f"{label} is taller than its space and scrolls"
         needed = control["preferred"]
-        if needed and control["id"] != LOCATION and (needed["width"] > room[0] or needed["height"] > room[1]):
-            yield f"{label} needs {needed['width']} x {needed['height']}, has {room[0]} x {room[1]}"
+        if needed and control["id"] != LOCATION and (needed["width"] > space[0] or needed["height"] > space[1]):
+            yield f"{label} needs {needed['width']} x {needed['height']}, has {space[0]} x {space[1]}"
         for line in control["lines"]:
-            wide = line["x"] < -SLACK or line["x"] + line["width"] > room[0] + SLACK
-            high = line["y"] < -SLACK or line["y"] + line["height"] > room[1] + SLACK
+            wide = line["x"] < -SLACK or line["x"] + line["width"] > space[0] + SLACK
+            high = line["y"] < -SLACK or line["y"] + line["height"] > space[1] + SLACK
             if high or (wide and control["id"] != LOCATION):
                 yield f"{label}: the line \"{line['text']}\" leaves the control"
 
@@ -87,7 +89,7 @@ def outside(page):
 
 
 def too_high(page):
-    """Labels with room for a line that is not there: measured at another width than they are drawn at."""
+    """Labels with space for a line that is not there: measured at another width than they are drawn at."""
     for control in visible(page):
         if control["id"] in (TITLE, BODY) and control["height"] > control["preferred"]["height"] + SPARE:
             yield f"{control['id']} \"{control['text'][:40]}\" needs {control['preferred']}, has {control['height']}"

@@ -1,8 +1,8 @@
 """A person customises the setup by mouse, goes back, customises it again by keyboard, and installs there.
 
-The folder's name has brackets, which the engine's variables give a meaning: an uninstall and a repair know it too."""
-from harness.client import facts
-from harness.seeing.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
+The folder's name has brackets, which mean something in the engine's variables: uninstall and repair find it too."""
+from harness.desktop.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT
+from harness.scenario import client
 
 CHOSEN = "C:\\Spiele [SSD]"
 FIRST = CHOSEN + "\\Palisade Desktop"  # the chooser gives the product a folder of its own
@@ -12,9 +12,8 @@ SHORTCUTS = "C:\\users\\root\\Desktop\\Palisade.lnk", "C:\\users\\Public\\Deskto
 
 
 def choose(scene, typed: str, wanted: str) -> None:
-    """Into the chooser that is about to open. The page was there before it, and shows another folder until the chosen
-    one is taken over."""
-    scene.choose_folder(typed)
+    """Chooses a folder in the chooser that is about to open, and waits until the page shows it."""
+    scene.window.choose_folder(typed)
     scene.wait_for(lambda: scene.window.look().names.get(LOCATION) == wanted, "the chosen folder on the page", 10)
 
 
@@ -22,36 +21,32 @@ def walk(scene, key: str, *controls: int) -> None:
     """Presses the key once for each control, which then gets the focus."""
     for control in controls:
         scene.window.press(key)
-        scene.wait_for(lambda: scene.window.look().focus == control, f"the focus of {control} by {key}", 10)
+        scene.window.wait_for_focus(control)
 
 
 def wait_for_box(scene, checked: bool, how: str) -> None:
     scene.wait_for(lambda: scene.window.is_checked(SHORTCUT) == checked, f"the box {how}", 10)
 
 
-def play(scene):
-    scene.use_names()
-    scene.path(CHOSEN + "\\Neu").mkdir(parents=True)
-    run = scene.start_to_welcome()
-    scene.window.click(OPTIONS)
-    scene.wait_for_page("options")
-    scene.check("a shortcut is what is offered", scene.window.is_checked(SHORTCUT))
+def by_mouse(scene) -> None:
+    scene.window.click(OPTIONS, "options")
+    scene.checks.that("a shortcut is what is offered", scene.window.is_checked(SHORTCUT))
     scene.window.click(BROWSE)
     choose(scene, CHOSEN, FIRST)
     scene.window.click(SHORTCUT)
     wait_for_box(scene, False, "by a click")
     scene.window.picture("options-no-shortcut")
-    scene.window.click(ACTION2)
-    scene.wait_for_page("welcome", "welcome-again")
+    scene.window.click(ACTION2, "welcome", "welcome-again")
 
+
+def by_keyboard(scene) -> None:
     # A new page gives the focus to the dialog itself, from where the platform knows no way back.
-    scene.wait_for(scene.window.keyboard, "the keyboard")
     walk(scene, "Tab", BODY)
     walk(scene, "shift+Tab", CLOSE, ACTION1, OPTIONS)
     scene.window.press("Return")
-    again = scene.wait_for_page("options", "options-again")
-    scene.check_equal("the way back and forward leaves the folder", again.names.get(LOCATION), FIRST)
-    scene.check("the way back and forward leaves it off", not scene.window.is_checked(SHORTCUT))
+    again = scene.window.wait_for_page("options", "options-again")
+    scene.checks.equal("the way back and forward leaves the folder", again.names.get(LOCATION), FIRST)
+    scene.checks.that("the way back and forward leaves it off", not scene.window.is_checked(SHORTCUT))
     walk(scene, "Tab", BROWSE)
     scene.window.press("space")
     choose(scene, "Neu", FOLDER)  # the chooser opens around the product's own folder
@@ -62,32 +57,37 @@ def play(scene):
     walk(scene, "Tab", ACTION1, ACTION2, CLOSE)
     walk(scene, "shift+Tab", ACTION2, ACTION1)
     scene.window.press("Return")
-    run.finish(90)
-    check_choice(scene, run, FIRST, FOLDER)
-    check_ways_back(scene)
 
 
-def check_choice(scene, run, *chosen: str):
+def check_choice(scene, run, *chosen: str) -> None:
     """The last of the chosen folders is the one that counts."""
-    scene.check_exit_code(run, 0)
     folders = run.log.messages("BootstrapperDialog::ValidateInstallFolder")
-    scene.check_equal("the folder is checked when it is chosen and when the install starts", folders,
-                      [f"folder=[{folder}]" for folder in (*chosen, chosen[-1])])
-    scene.check_equal("InstallFolder is the product's folder in the chosen one", run.log.variables.get("InstallFolder"),
-                      chosen[-1])
-    scene.check_equal("CreateDesktopShortcut is empty", run.log.variables.get("CreateDesktopShortcut"), "")
-    scene.check_installed(chosen[-1])
-    scene.check_equal("no shortcut lies on the desktop", [path for path in SHORTCUTS if scene.exists(path)], [])
+    scene.checks.equal("the folder is checked when it is chosen and when the install starts", folders,
+                       [f"folder=[{folder}]" for folder in (*chosen, chosen[-1])])
+    variables = {"InstallFolder": chosen[-1], "CreateDesktopShortcut": ""}
+    scene.checks.equal("the product's folder is that in the chosen one, and no shortcut is asked for",
+                       {name: run.log.variables.get(name) for name in variables}, variables)
+    scene.checks.installed(chosen[-1])
+    scene.checks.equal("no shortcut is on the desktop", [p for p in SHORTCUTS if scene.machine.exists(p)], [])
 
 
-def check_ways_back(scene):
-    launcher = facts.client_file("PalisadeLauncher.exe", FOLDER)
-    scene.prefix.set_registry(RUN_KEY, "Fenwick", f'"{launcher.upper()}" -silent')
-    scene.check_exit_code(scene.run("/uninstall", "/quiet", log="uninstall"), 0, "the uninstall")
-    scene.check("an uninstall takes the Run value of that folder away", scene.registry(RUN_KEY, "Fenwick") is None)
-    scene.check("and the client", not scene.exists(launcher))
+def check_uninstall_and_reinstall(scene) -> None:
+    launcher = client.file("PalisadeLauncher.exe", FOLDER)
+    scene.machine.set_value(RUN_KEY, "Fenwick", f'"{launcher.upper()}" -silent')
+    scene.runs.uninstall()
+    scene.checks.equal("an uninstall removes that folder's Run value", scene.machine.value(RUN_KEY, "Fenwick"), None)
+    scene.checks.that("and the client", not scene.machine.exists(launcher))
 
     # As the first half of a repair leaves the folder to the second.
-    again = scene.run("/quiet", log="again", environment={"PDX_INSTALL_LOCATION": FOLDER})
-    scene.check_exit_code(again, 0, "an install into a folder that was handed on")
-    scene.check_installed(FOLDER)
+    scene.runs.install(log="again", environment={"PDX_INSTALL_LOCATION": FOLDER})
+    scene.checks.installed(FOLDER)
+
+
+def play(scene):
+    scene.window.use_names()
+    scene.machine.path(CHOSEN + "\\Neu").mkdir(parents=True)
+    run = scene.runs.start(page="welcome")
+    by_mouse(scene)
+    by_keyboard(scene)
+    check_choice(scene, run.ends(), FIRST, FOLDER)
+    check_uninstall_and_reinstall(scene)

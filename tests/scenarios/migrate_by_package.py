@@ -1,23 +1,21 @@
-"""An install beside the older client: the package is told to remove it, and the page and Tally hear of it."""
-from harness import older
-from harness.checking.records import UNAVAILABLE, check_changes, listing
-from harness.checking.telemetry import TALLY_INSTALL, check_telemetry, message, start_page, thick_install
-from harness.client import facts
-from harness.seeing.strings import text
-from harness.seeing.window import TITLE
+"""An install beside the older client: the package is told to remove it, and page and Tally report the removal."""
+from harness.desktop.strings import text
+from harness.desktop.window import TITLE
+from harness.scenario import client, older
+from harness.scenario.registry import UNAVAILABLE, check_changes, listing
+from harness.scenario.telemetry import TALLY_INSTALL, Sent, message, start_page, thick_install
 
 USER_KEY = "HKCU\\Software\\Corvane Works\\Palisade Desktop"  # the sample package leaves its shortcut's mark
-COHORT = "PDX_MERIDIAN_COHORT=blue"
 REMOVE = "before-files property PDX_UNINSTALL_BASTION"
 SAY = "before-files say actiondata CA_MSG_BASTION_UNINSTALL_"
 
 
 def play(scene):
-    scene.services  # there before the first run
-    scene.use_names()
+    sent = Sent(scene)
+    scene.window.use_names()
     older.install(scene, ClientPath=older.PROGRAM)
     before = listing(scene)
-    scene.script(f"""
+    scene.runs.script(f"""
         {REMOVE}
         before-files mark under-way
         before-files wait-for begin
@@ -26,22 +24,20 @@ def play(scene):
         before-files wait-for go-on
         {SAY}SUCCESS
     """)
-    run = scene.start_install(COHORT)
+    run = scene.runs.start_install("PDX_MERIDIAN_COHORT=blue")
     for mark, title, then in (("under-way", "installer_install_progress_title", "begin"),
                               ("begun", "INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE", "go-on")):
-        scene.wait_for_mark(mark, "the package's action")
-        scene.check_equal(f"the page's title when the removal is {mark}",
-                          scene.wait_for_page("progress", mark).names.get(TITLE), text(title))
-        scene.mark(then)
-    run.finish(90)
-    scene.check_exit_code(run, 0)
-    scene.check_equal("the package is told to remove the older client", scene.answer(REMOVE), "1")
-    scene.check_equal("the client's files are there", scene.client_state()[0], set(facts.CLIENT_FILES))
-    older.check(scene, there=True, ClientPath=facts.client_file("PalisadeLauncher.exe"), PrevClientPath=older.PROGRAM)
+        scene.runs.wait_for_mark(mark)
+        scene.checks.equal(f"the page's title when the removal is {mark}",
+                           scene.window.wait_for_page("progress", mark).names.get(TITLE), text(title))
+        scene.runs.mark(then)
+    run.ends()
+    scene.checks.equal("the package is told to remove the older client", scene.runs.answer(REMOVE), "1")
+    scene.checks.files_there()
+    older.check(scene, there=True, ClientPath=client.LAUNCHER, PrevClientPath=older.PROGRAM)
     completed = message("meridian_completed_uninstall", "impression", "blue")
-    check_telemetry(scene, **thick_install(run) | {
-        "tally": [*start_page(cohort="blue"), TALLY_INSTALL[0], completed, TALLY_INSTALL[1]]})
-    scene.uninstall()
+    sent.check(thick_install(run, tally=[*start_page(cohort="blue"), TALLY_INSTALL[0], completed, TALLY_INSTALL[1]]))
+    scene.runs.uninstall()
     check_changes(scene, "installed and uninstalled", before,
                   UNAVAILABLE | {(32, older.KEY, "ClientPath"): (older.PROGRAM, None),
                                  (64, USER_KEY, "Shortcut"): (None, "1")})

@@ -1,80 +1,63 @@
 """An upgrade beside the client: the person keeps the older one, which is asked to end before the client starts."""
-from harness import older
-from harness.checking.records import check_changes, listing
-from harness.checking.telemetry import (INSTALL_CANCEL, INSTALL_SUCCESS, OVERLAY, SESSION_STOP, TALLY_INSTALL,
-                                        check_telemetry, command_line, overlay, session_start, tally_install,
-                                        told_so_far)
-from harness.client import facts
-from harness.seeing.window import ACTION2
+from harness.desktop.window import ACTION2
+from harness.scenario import client, older
+from harness.scenario.registry import check_changes, listing
+from harness.scenario.telemetry import (INSTALL_CANCEL, INSTALL_SUCCESS, OVERLAY, TALLY_INSTALL, Expected, Sent,
+                                        overlay, tally_install)
 
-LAUNCHER = facts.client_file("PalisadeLauncher.exe")
-CLIENT = f'"{LAUNCHER}" /checkForUpdate --authCode=geheim'
+CLIENT = client.STARTED + " --authCode=geheim"
 UPGRADE = "PDX_MERIDIAN_UPGRADE=1", "KESTREL_AUTHCODE=geheim"
 
 
-def start_asked(scene, log: str):
-    run = scene.start(*UPGRADE, log=log)
-    scene.wait_for_page("older client", log)
-    return run
-
-
-def check_kept(scene, run, what: str, told: dict[str, int], notes: list[str], clicks: list[str], brisk: tuple,
+def check_kept(scene, run, what: str, sent: Sent, notes: list[str], clicks: list[str], brisk: tuple,
                tally: tuple) -> None:
     if CLIENT in notes:
         older.wait_for_note(scene, CLIENT)
-    scene.check_equal(f"{what}: these programs run, one after the other", older.notes(scene), notes)
-    scene.check("nothing is detected or planned", not run.log.numbered("100") and not run.log.numbered("200"))
-    older.check(scene, there=True, ClientPath=LAUNCHER, PrevClientPath="")
-    check_telemetry(scene, thin=False, since=told, development=True,
-                    brisk=[session_start(command_line(run).replace("geheim", "####"), with_authcode=True), brisk,
-                           SESSION_STOP], tally=[*overlay(*clicks), tally])
+    scene.checks.equal(f"{what}: these programs run, one after the other", scene.machine.notes(), notes)
+    scene.checks.nothing_planned(run, what)
+    older.check(scene, there=True, ClientPath=client.LAUNCHER, PrevClientPath="")
+    sent.check(Expected(run, start={"with_authcode": True}, development=True, brisk=[brisk],
+                        tally=[*overlay(*clicks), tally]))
 
 
 def not_now(scene, log: str, *bastion: str, quits: list[str], runs: bool = True) -> None:
-    told = told_so_far(scene)
+    sent = Sent(scene)
     older.plan(scene)
     process = older.start(scene, *bastion) if runs else None
-    run = start_asked(scene, log)
+    run = scene.runs.start(*UPGRADE, log=log, page="older client")
     scene.window.click(ACTION2)
-    run.finish(90)
-    scene.check_exit_code(run, 0, f"{log}: the engine")
+    run.ends(0, f"{log}: the engine")
     asked = ["Bastion runs", older.QUITS, *quits] if runs else []
-    check_kept(scene, run, log, told, [*asked, CLIENT], [OVERLAY[1]], INSTALL_SUCCESS, TALLY_INSTALL[1])
+    check_kept(scene, run, log, sent, [*asked, CLIENT], [OVERLAY[1]], INSTALL_SUCCESS, TALLY_INSTALL[1])
     if runs and not quits:
-        scene.check("one that does not listen runs on", process.poll() is None)
+        scene.checks.that("one that does not listen runs on", process.poll() is None)
         process.kill()
 
 
 def cancelled(scene) -> None:
     """The window is closed in place of an answer."""
-    told = told_so_far(scene)
+    sent = Sent(scene)
     older.plan(scene)
-    run = start_asked(scene, "cancelled")
-    scene.cancel(run)
-    scene.check_cancelled(run, "cancelled: the engine")
-    check_kept(scene, run, "cancelled", told, [], [OVERLAY[2], OVERLAY[1]], INSTALL_CANCEL,
+    run = scene.runs.cancel(scene.runs.start(*UPGRADE, log="cancelled", page="older client"))
+    scene.checks.cancelled(run, "cancelled: the engine")
+    check_kept(scene, run, "cancelled", sent, [], [OVERLAY[2], OVERLAY[1]], INSTALL_CANCEL,
                tally_install("cancel", "user_action"))
 
 
-def raised_without_removal(scene) -> None:
-    """The second half of the move, told to leave the older client."""
+def elevated_without_removal(scene) -> None:
+    """The second half of the move, given the answer to leave the older client."""
     older.plan(scene)
-    run = scene.run("PDX_MERIDIAN_MODE=1", "PDX_UNINSTALL_BASTION=0", log="raised")
-    scene.check_exit_code(run, 0, "raised: the engine")
-    client = f'"{LAUNCHER}" /checkForUpdate '
-    scene.check_equal("raised: the client starts at once", older.wait_for_note(scene, client), [client])
-    older.check(scene, there=True, ClientPath=LAUNCHER, PrevClientPath="")
+    scene.runs.run("PDX_MERIDIAN_MODE=1", "PDX_UNINSTALL_BASTION=0", log="elevated")
+    scene.checks.equal("elevated: the client starts at once", older.wait_for_note(scene, client.STARTED + " "),
+                       [client.STARTED + " "])
+    older.check(scene, there=True, ClientPath=client.LAUNCHER, PrevClientPath="")
 
 
 def play(scene):
-    scene.services  # there before the first run
-    scene.make_configurable()
-    scene.override("[app]\nmeridian.promptBastionUninstall = true\n")
-    scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
-    older.install(scene)
+    older.join_client(scene, asks=True)
     before = listing(scene)
     cancelled(scene)
-    raised_without_removal(scene)
+    elevated_without_removal(scene)
     not_now(scene, "idle", quits=[], runs=False)
     not_now(scene, "engine", quits=["Bastion quits"])
     not_now(scene, "deaf", "--deaf", quits=[])  # after half a minute

@@ -2,9 +2,9 @@
 from urllib.parse import urlsplit
 
 from harness.building import bundle
-from harness.checking import newer
-from harness.checking.telemetry import check_telemetry, thin_install
 from harness.places import OTHER_CONFIGURATIONS, OTHER_LIBRARY, PACKAGE
+from harness.scenario import newer
+from harness.scenario.telemetry import Sent, thin_install
 from harness.services import configured
 
 KEYS = {"update": "updater.url", "download": "installer.downloadurl", "brisk": "telemetry.brisk.url",
@@ -14,32 +14,31 @@ HOSTS = {service: address.netloc for service, address in ADDRESSES.items()}
 PATH = f"/client/{bundle.PACKAGE_ID}"
 
 
+def check_hosts(scene, what: str) -> None:
+    scene.checks.equal(f"{what} the other deployment's hosts",
+                       {(request.service, request.headers["Host"]) for request in scene.services.requests()},
+                       set(HOSTS.items()))
+
+
 def play(scene):
-    services = scene.services
+    services, sent = scene.services, Sent(scene)
     services.download.serve(PATH, PACKAGE)
     link = f"https://{HOSTS['download']}{PATH}"
-    scene.make_bundle(library=OTHER_LIBRARY, download_url=link)
+    scene.runs.make_bundle(library=OTHER_LIBRARY, download_url=link)
 
-    run = scene.start_install().finish(90)
-    scene.check_exit_code(run, 0)
-    scene.check_installed()
-    check_telemetry(scene, **thin_install(run, link), hosts=HOSTS)
+    run = scene.runs.start_install().ends()
+    scene.checks.installed()
+    sent.check(thin_install(run, link, hosts=HOSTS))
     check_hosts(scene, "an install asks")
-    scene.uninstall()
+    scene.runs.uninstall()
 
-    # The newer installer is not there, so that the run comes as far as its first download.
+    # The newer installer is not there, so that the run ends its first download with an error.
     before = len(services.requests("download"))
-    services.update.answer(body={"recommended": {"version": newer.VERSION}})
-    run = scene.start(log="replacement")
+    services.update.answer(body=newer.REPLY)
+    run = scene.runs.start(log="replacement")
     scene.wait_for(lambda: services.requests("download")[before:], "the download of a newer installer")
-    scene.cancel(run)
-    scene.check_equal("a newer installer is fetched by its version",
-                      {request.path for request in services.requests("download")[before:]},
-                      {ADDRESSES["download"].path.format(version=newer.VERSION)})
+    scene.runs.cancel(run)
+    scene.checks.equal("a newer installer is fetched by its version",
+                       {request.path for request in services.requests("download")[before:]},
+                       {ADDRESSES["download"].path.format(version=newer.VERSION)})
     check_hosts(scene, "a replacement asks")
-
-
-def check_hosts(scene, what: str) -> None:
-    scene.check_equal(f"{what} the other deployment's hosts",
-                      {(request.service, request.headers["Host"]) for request in scene.services.requests()},
-                      set(HOSTS.items()))

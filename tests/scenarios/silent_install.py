@@ -1,11 +1,11 @@
 """`/quiet` installs the client: files, registry values, log lines, callbacks, message channel, client log.
 
-Both telemetry services, and no other, are told of it in the session that a parent process names, as it stands."""
+Both telemetry services, and no other, are sent events, in the session that a parent process names, unchanged."""
 import re
 from itertools import zip_longest
 
-from harness.checking.telemetry import check_telemetry, thick_install
-from harness.client.facts import HELD
+from harness.scenario.client import HELD
+from harness.scenario.telemetry import Sent, thick_install
 
 PACKAGE = "wzPackageId=PalisadeApp.msi"
 PAYLOAD = "wzPackageOrContainerId=PalisadeApp.msi, wzPayloadId=PalisadeApp.msi"
@@ -53,13 +53,13 @@ STARTUP = [
     r"Command line: \[.* /quiet\]",
 ]
 
-# The older client's, by which its fate is decided, and the product's own.
+# The older client's key, which decides what happens to it, and the product's own.
 ABSENT = ["Failed to open subkey Software\\Bastion",
           "Failed to open subkey Software\\Corvane Works\\Palisade Desktop"]
 
 
 def difference(found: list[tuple[str, str]], wanted: list[tuple[str, str]]) -> str:
-    """The first place where the callbacks are others than wanted; empty if there is none."""
+    """The first place where the callbacks differ; empty if there is none."""
     for index, (seen, want) in enumerate(zip_longest(found, wanted, fillvalue=("", ""))):
         if seen[0] != want[0] or not re.fullmatch(want[1], seen[1]):
             return f"callback {index + 1} is {seen}, wanted {want}"
@@ -67,8 +67,8 @@ def difference(found: list[tuple[str, str]], wanted: list[tuple[str, str]]) -> s
 
 
 def play(scene):
-    scene.services  # there before the first run
-    scene.script("""
+    sent = Sent(scene)
+    scene.runs.script("""
         before-files say actiondata PDX_SET_VARIABLE:A=B=C
         before-files say warning PDX_SET_VARIABLE:WARNED=yes
         before-files say actiondata PDX_SET_VARIABLE:NO_SIGN
@@ -79,21 +79,20 @@ def play(scene):
         before-files sharing PDXTEST_LOG
         after-files say actiondata PDX_SET_VARIABLE:LAST=of all
     """)
-    run = scene.run("/quiet", environment={"PDX_INSTALLER_SESSION_ID": SESSION})
-    scene.check_exit_code(run, 0)
-    scene.check_installed()
+    run = scene.runs.run("/quiet", environment={"PDX_INSTALLER_SESSION_ID": SESSION})
+    scene.checks.installed()
 
     lines = run.log.library_lines()
     raw = run.log.raw_library_lines()
-    scene.check("every line of the library has the exact format", len(lines) == len(raw) > 0,
+    scene.checks.that("every line of the library has the exact format", len(lines) == len(raw) > 0,
                 f"{len(lines)} of {len(raw)}")
-    scene.check("all tell a raised process", {line.marker for line in lines} == {"*"})
-    scene.check("errors, and nothing else, are errors to the engine",
+    scene.checks.that("all are marked as of an elevated process", {line.marker for line in lines} == {"*"})
+    scene.checks.that("errors, and nothing else, are errors to the engine",
                 all((line.level == "ERROR") == (line.engine_kind == "e") for line in lines))
-    scene.check_equal("the only errors are the keys that a fresh machine lacks, each looked for once",
+    scene.checks.equal("the only errors are the keys that a fresh machine lacks, each looked for once",
                       [line.text for line in lines if line.level == "ERROR"], ABSENT)
-    started = [line.text for line in lines if line.function == "BootstrapperApplication::OnStartup"][:3]
-    scene.check("the start tells program, version and command line",
+    started = run.log.messages("OnStartup")[:3]
+    scene.checks.that("the start logs program, version and command line",
                 len(started) == 3 and all(map(re.fullmatch, STARTUP, started)), " | ".join(started))
 
     callbacks = [(line.thread, line.function.removeprefix("BootstrapperApplication::"), line.text) for line in lines
@@ -103,24 +102,25 @@ def play(scene):
                                ("those of its cache thread too", CACHE_THREAD, True)):
         found = [(name, text) for thread, name, text in callbacks if (thread in cache) == here]
         problem = difference(found, wanted)
-        scene.check(name, not problem, problem or f"{len(found)} callbacks")
+        scene.checks.that(name, not problem, problem or f"{len(found)} callbacks")
 
     wanted = {"A": "B=C", "WARNED": "yes", "LAST": "of all", "PDX_ALLOW_WINDOWS_7": "1"}
-    scene.check_equal("custom actions set variables: a second \"=\" kept, whatever the message's kind, the last one",
+    scene.checks.equal("custom actions set variables: a second \"=\" kept, whatever the message's kind, the last one",
                       {name: run.log.variables.get(name) for name in wanted}, wanted)
     execution = run.log.text.partition("::OnExecutePackageBegin:")[2]
-    scene.check_equal("nothing else does: no \"=\", not at the beginning, no command",
+    scene.checks.equal("nothing else does: no \"=\", not at the beginning, no command",
                       re.findall(r"Setting \w+ variable '(.*?)' to", execution), ["A", "WARNED", "LAST"])
-    told = [scene.answer(f"before-files property {name}") for name in ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")]
-    scene.check_equal("the package is told the names", told, ["Palisade", "Palisade app"])
+    names = ("PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME")
+    scene.checks.equal("the package is given the names",
+                       [scene.runs.answer(f"before-files property {name}") for name in names],
+                       ["Palisade", "Palisade app"])
 
-    scene.check_equal("the client's log is held for reading and writing, shared for both",
-                      scene.answer("before-files sharing PDXTEST_LOG"), HELD)
-    scene.check("and it was locked in the temporary folder", run.log.has(
+    scene.checks.equal("the client's log is held for reading and writing, shared for both",
+                      scene.runs.answer("before-files sharing PDXTEST_LOG"), HELD)
+    scene.checks.that("and it was locked in the temporary folder", run.log.has(
         r"^Locked C:\\users\\####\\Temp\\Palisade_\d+_000_PalisadeApp\.msi\.log$"))
-    left = [file.name for file in scene.temporary_files() if file.suffix != ".log"]
-    scene.check_equal("nothing but logs is left in the temporary folder", left, [])
+    scene.checks.only_logs_left()
 
-    scene.check_equal("only the two telemetry services are asked", {r.service for r in scene.services.requests()},
+    scene.checks.equal("only the two telemetry services are asked", {r.service for r in scene.services.requests()},
                       {"brisk", "tally"})
-    check_telemetry(scene, **thick_install(run, shown=False) | {"session": SESSION})
+    sent.check(thick_install(run, shown=False, session=SESSION))

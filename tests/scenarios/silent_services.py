@@ -1,26 +1,22 @@
-"""Services that never answer hold nobody: the window goes with the run's end, and a second run starts at once."""
+"""Services that never answer delay nobody: the window ends with the run's work, and a second run starts at once."""
 import threading
-
-from harness.seeing.window import ACTION1
 
 
 def play(scene):
     silence = threading.Event()
     for service in (scene.services.brisk, scene.services.tally):
         service.answer(silence=silence, cut="reset")
-    first = scene.start(log="first")
-    scene.wait_for_page("welcome")
-    scene.window.click(ACTION1)
-    scene.wait_for_page("progress")
+    first = scene.runs.start_install(log="first")
+    scene.window.wait_for_page("progress")
     scene.wait_for(lambda: scene.window.page() is None, "the end of the window")
-    scene.check("the first run still waits for its posts", not first.ended)
-    scene.check_equal("and has told its end", first.log_so_far().messages("OnShutdown"), ["Entering OnShutdown"])
-    scene.check_installed()
+    scene.checks.that("the first run still waits for its posts", not first.ended)
+    scene.checks.equal("and has logged its end", first.log_so_far().messages("OnShutdown"), ["Entering OnShutdown"])
+    scene.checks.installed()
 
-    second = scene.start("/uninstall", "/quiet", log="second")
-    scene.wait_for(lambda: not scene.client_state()[0], "the end of the client's files")
-    scene.check("the first run still waits when the second has removed the client", not first.ended)
+    second = scene.runs.start("/uninstall", "/quiet", log="second")
+    scene.wait_for(lambda: not scene.machine.client_files(), "the end of the client's files")
+    scene.checks.that("the first run still waits when the second has removed the client", not first.ended)
     silence.set()
-    for run, whose in (first, "the first"), (second, "the second"):
-        scene.check_exit_code(run.finish(90), 0, whose)
-    scene.check_gone()
+    first.ends(0, "the first")
+    second.ends(0, "the second")
+    scene.checks.gone()

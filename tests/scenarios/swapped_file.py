@@ -1,13 +1,13 @@
-"""No swapped file is run raised: what the maker did not sign, somebody else holds or a link leads to locks nothing."""
+"""No swapped file is run elevated: one that the maker did not sign, another process holds or a link leads to."""
 import itertools
 import json
 import shutil
 
 from harness.building.signing import MAKER, sign
-from harness.checking.records import check_changes, listing
-from harness.client.facts import EXCHANGE
 from harness.places import PROBE, VERSION_LIBRARY
-from harness.staging.scene import TEMP
+from harness.scenario.client import EXCHANGE
+from harness.scenario.machine import TEMP
+from harness.scenario.registry import check_changes, listing
 
 SETUP, VERSION = "PalisadeSetup.exe", "version.dll"
 STRANGER, NEARLY = "Hollowmere Ltd.", "Corvane Works, inc."
@@ -49,7 +49,7 @@ SIGNATURES = {
 }
 # And why it cannot be locked.
 REFUSALS = {"missing": "File not found. (00000002)", "held": "Sharing violation. (00000020)",
-            "behind a link": "Success. (00000000)"}
+            "reached by a link": "Success. (00000000)"}
 
 
 def counted(lines):
@@ -84,76 +84,82 @@ def expected(path, kind, trusting):
 
 
 class Attempt:
-    """The folders of one raised start, as the engine lays them out below the temporary one."""
+    """The folders of one elevated start, as the engine makes them below the temporary one."""
 
     def __init__(self, scene, name, executable, planted=None):
         self.scene, self.name = scene, name
         self.folder = f"{TEMP}\\{name}"
-        self.own, self.raised = scene.path(self.folder) / ".ba", scene.path(self.folder) / ".be"
-        for folder in (self.own, self.raised):
+        self.own, self.elevated = scene.machine.path(self.folder) / ".ba", scene.machine.path(self.folder) / ".be"
+        for folder in (self.own, self.elevated):
             folder.mkdir(parents=True)
         shutil.copyfile(PROBE, self.own / "probe.exe")
         make(self.own / VERSION, VERSION_LIBRARY, "right")
-        make(self.raised / SETUP, PROBE, executable)
+        make(self.elevated / SETUP, PROBE, executable)
         if planted:
-            make(self.raised / VERSION, VERSION_LIBRARY, planted)
+            make(self.elevated / VERSION, VERSION_LIBRARY, planted)
 
     def lock(self, executable=SETUP):
-        """Locks and gives what was recorded; nothing that stood there is written over."""
-        before = {file.name: file.read_bytes() for file in self.raised.iterdir()}
-        record = self.scene.path(f"{EXCHANGE}\\{self.name}.json")
-        self.scene.prefix.run(f"{self.folder}\\.ba\\probe.exe", "lock", executable, f"{EXCHANGE}\\{self.name}.json")
-        after = {file.name: file.read_bytes() for file in self.raised.iterdir()}
-        self.scene.check_equal(f"{self.name}: files that are replaced",
+        """Locks and gives what was recorded; no file that was there is written over."""
+        before = {file.name: file.read_bytes() for file in self.elevated.iterdir()}
+        record = f"{EXCHANGE}\\{self.name}.json"
+        self.scene.machine.prefix.run(f"{self.folder}\\.ba\\probe.exe", "lock", executable, record)
+        after = {file.name: file.read_bytes() for file in self.elevated.iterdir()}
+        self.scene.checks.equal(f"{self.name}: files that are replaced",
                                [name for name in before if after.get(name) != before[name]], [])
-        told = json.loads(record.read_text())
-        return told["locked"], told["held"], [tuple(line) for line in told["lines"]], told["milliseconds"]
+        found = json.loads(self.scene.machine.read(record))
+        return found["locked"], found["held"], [tuple(line) for line in found["lines"]], found["milliseconds"]
 
     def check(self, executable, planted, trusting=False):
         locked, held, lines, milliseconds = self.lock()
         kinds = {SETUP: executable, VERSION: planted or "right"}
         wanted = {name: expected(f"{self.folder}\\.be\\{name}", kind, trusting) for name, kind in kinds.items()}
         unlocked = [name for name, kind in kinds.items() if kind in REFUSALS]
-        self.scene.check_equal(f"{self.name}: whether it may be run", locked, all(good for good, _ in wanted.values()))
-        self.scene.check_equal(f"{self.name}: the lines", counted(lines),
-                               counted(line for _, told in wanted.values() for line in told))
-        self.scene.check_equal(f"{self.name}: what nobody else can write to or delete", held,
-                               [name for name, kind in kinds.items() if kind not in ("missing", "behind a link")])
-        self.scene.check(f"{self.name}: a second for each file that cannot be locked",
+        self.scene.checks.equal(f"{self.name}: whether it may be run", locked, all(good for good, _ in wanted.values()))
+        self.scene.checks.equal(f"{self.name}: the lines", counted(lines),
+                               counted(line for _, expected_lines in wanted.values() for line in expected_lines))
+        self.scene.checks.equal(f"{self.name}: what nobody else can write to or delete", held,
+                               [name for name, kind in kinds.items() if kind not in ("missing", "reached by a link")])
+        self.scene.checks.that(f"{self.name}: a second for each file that cannot be locked",
                          milliseconds >= 1000 * len(unlocked), milliseconds)
+
+
+ATTEMPTS = [  # what it is called, the executable, the library planted beside it
+    ("right", "right", None), ("unsigned", "unsigned", None), ("changed", "changed", None),
+    ("strangers", "stranger's", None), ("nearly", "nearly the maker's", None), ("missing", "missing", None),
+    ("there already", "right", "right"), ("planted", "right", "unsigned"),
+    ("planted by a stranger", "right", "stranger's"), ("all swapped", "unsigned", "changed"),
+    ("two certificates", "issued by a stranger", "stranger's, issued by the maker"),
+]
+TRUSTING = [  # on a machine of the maker's own
+    ("right and trusting", "right", None), ("planted and trusting", "right", "unsigned"),
+    ("strangers and trusting", "stranger's", "changed"), ("missing and trusting", "missing", None),
+]
 
 
 def play(scene):
     before = listing(scene)
-    for name, executable, planted in (
-            ("right", "right", None), ("unsigned", "unsigned", None), ("changed", "changed", None),
-            ("strangers", "stranger's", None), ("nearly", "nearly the maker's", None), ("missing", "missing", None),
-            ("there already", "right", "right"), ("planted", "right", "unsigned"),
-            ("planted by a stranger", "right", "stranger's"), ("all swapped", "unsigned", "changed"),
-            ("two certificates", "issued by a stranger", "stranger's, issued by the maker")):
+    for name, executable, planted in ATTEMPTS:
         Attempt(scene, name, executable, planted).check(executable, planted)
 
     held = Attempt(scene, "held", "right")
-    holder = scene.prefix.start(PROBE, "hold", f"{held.folder}\\.be\\{SETUP}", f"{EXCHANGE}\\held")
-    scene.wait_for(scene.path(f"{EXCHANGE}\\held").exists, "the process that holds the file")
+    answer = scene.machine.command(f"hold-file {held.folder}\\.be\\{SETUP}")
+    scene.checks.equal("another process holds the file", answer, "held")
     held.check("held", None)
-    holder.kill()
+    scene.machine.command("release")
 
     linked = Attempt(scene, "linked", "right", "right")
-    linked.raised.rename(scene.path(TEMP) / "elsewhere")
-    linked.raised.symlink_to(scene.path(TEMP) / "elsewhere")
-    linked.check("behind a link", "behind a link")
+    linked.elevated.rename(scene.machine.path(TEMP) / "elsewhere")
+    linked.elevated.symlink_to(scene.machine.path(TEMP) / "elsewhere")
+    linked.check("reached by a link", "reached by a link")
 
     bare = Attempt(scene, "nothing to put beside it", "right")
     (bare.own / VERSION).unlink()
-    scene.check_equal("without a library to put beside it nothing is tried", bare.lock()[:3], (False, [], []))
+    scene.checks.equal("without a library to put beside it nothing is tried", bare.lock()[:3], (False, [], []))
     unnamed = Attempt(scene, "unnamed", "right")
-    scene.check_equal("without an executable neither", unnamed.lock("")[:3],
-                      (False, [], [("LockElevatedBinaries", "Failed to determine elevated bootstrapper path")]))
+    scene.checks.equal("without an executable neither", unnamed.lock("")[:3],
+                       (False, [], [("LockElevatedBinaries", "Failed to determine elevated bootstrapper path")]))
 
-    scene.make_configurable()
-    for name, executable, planted in (
-            ("right and trusting", "right", None), ("planted and trusting", "right", "unsigned"),
-            ("strangers and trusting", "stranger's", "changed"), ("missing and trusting", "missing", None)):
+    scene.machine.make_configurable()
+    for name, executable, planted in TRUSTING:
         Attempt(scene, name, executable, planted).check(executable, planted, trusting=True)
     check_changes(scene, "all of them", before, {})

@@ -1,10 +1,8 @@
-"""The client starts after the uninstaller and its temporary ones; a late one, and what looks alike, is not waited for."""
-from harness import older
-from harness.checking.records import check_changes, listing
-from harness.client import facts
-from harness.seeing.window import ACTION1
+"""The client starts after the uninstaller and its temporary ones; a late one, or a lookalike, is not waited for."""
+from harness.desktop.window import ACTION1
+from harness.scenario import client, older
+from harness.scenario.registry import check_changes, listing
 
-LAUNCHER = facts.client_file("PalisadeLauncher.exe")
 # The uninstaller alone takes longer than the time of quiet, in which the library looks each second: the gap of one
 # second leaves room for a look before it and for one after it.
 PLAN = ["work 5000 - - -",
@@ -13,38 +11,33 @@ PLAN = ["work 5000 - - -",
         "stay 0 sweep.exe BastionUninstall.exe go-on",
         "stay 0 bui3.exe OtherUninstall.exe go-on",
         "stay 4000 bui4.exe BastionUninstall.exe go-on"]
+STARTED = client.STARTED + " "
 
 
 def found(log) -> list[str]:
     """The temporary uninstallers that the library has found."""
-    return [line.text.rsplit("\\", 1)[-1] for line in log.library_lines()
-            if line.function == "isBastionTempUninstallerRunning"]
+    return [text.rsplit("\\", 1)[-1] for text in log.texts("isBastionTempUninstallerRunning")]
 
 
 def play(scene):
-    scene.check_exit_code(scene.run("/quiet", log="install"), 0, "the install")
-    older.install(scene)
+    older.join_client(scene)
     older.plan(scene, *PLAN)
     before = listing(scene)
-    run = scene.start()
-    scene.wait_for_page("prompt", "already-installed")
-    scene.window.click(ACTION1)
-    scene.wait_for_page("progress", "removing")
+    run = scene.runs.start(page="prompt")
+    scene.window.click(ACTION1, "progress", "removing")
     for name in "bui1", "BUI2":
         scene.wait_for(lambda: name + ".exe" in found(run.log_so_far()), f"the look at {name}")
-        scene.mark(name + "-found")
-    run.finish(45)
-    scene.check_exit_code(run, 0)
+        scene.runs.mark(name + "-found")
+    run.ends(bound=45)
     older.wait_for_note(scene, "bui4.exe begins")
-    client = f'"{LAUNCHER}" /checkForUpdate '
-    notes = older.wait_for_note(scene, client)
-    scene.check_equal("the client starts after those that are waited for",
-                      [note for note in notes if note.startswith("bui1") or note.startswith("BUI2") or note == client],
-                      ["bui1.exe begins", "bui1.exe ends", "BUI2.exe begins", "BUI2.exe ends", client])
-    scene.check("while others are at work", {"sweep.exe begins", "bui3.exe begins"} <= set(notes), notes)
-    scene.mark("go-on")
+    notes = older.wait_for_note(scene, STARTED)
+    scene.checks.equal("the client starts after those that are waited for",
+                       [note for note in notes if note.startswith(("bui1", "BUI2")) or note == STARTED],
+                       ["bui1.exe begins", "bui1.exe ends", "BUI2.exe begins", "BUI2.exe ends", STARTED])
+    scene.checks.that("while others are at work", {"sweep.exe begins", "bui3.exe begins"} <= set(notes), notes)
+    scene.runs.mark("go-on")
     for name in ("sweep", "bui3", "bui4"):
         older.wait_for_note(scene, name + ".exe ends")
-    scene.check_equal("those two are found, in turn", found(run.log), ["bui1.exe", "BUI2.exe"])
-    older.check(scene, there=False, ClientPath=LAUNCHER, PrevClientPath="")
+    scene.checks.equal("those two are found, in turn", found(run.log), ["bui1.exe", "BUI2.exe"])
+    older.check(scene, there=False, ClientPath=client.LAUNCHER, PrevClientPath="")
     check_changes(scene, "the removal", before, older.GONE)

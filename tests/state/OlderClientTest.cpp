@@ -55,7 +55,7 @@ TEST_F(OlderClientTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
     const TestFolder folder;
     const std::wstring uninstaller = folder.path(L"bui1.exe");
     copyProbe(folder, L"BastionUninstall.exe");
-    std::filesystem::copy_file(getModuleFilePath(L"harness\\older\\BastionUninstall.exe"), uninstaller);
+    std::filesystem::copy_file(getModuleFilePath(L"harness\\client\\BastionUninstall.exe"), uninstaller);
     machine.setSubKeyValue(olderClientKey, L"BastionPath", folder.path(L"Bastion.exe"));
     const auto logger = std::make_shared<EndingLogger>();
     logger->process = startProbe(L"--stay never", uninstaller);

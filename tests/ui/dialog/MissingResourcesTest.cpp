@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "config/Translator.h"
-#include "harness/engine/LoadedLibrary.h"
-#include "harness/engine/SmallEngine.h"
-#include "harness/ui/Snapshot.h"
+#include "harness/programs/engine/LoadedLibrary.h"
+#include "harness/programs/engine/SmallEngine.h"
+#include "harness/programs/Snapshot.h"
 #include "platform/Handles.h"
 #include "platform/Paths.h"
 #include "resources/ids.h"

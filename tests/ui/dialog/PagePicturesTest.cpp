@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "harness/ui/Snapshot.h"
+#include "harness/programs/Snapshot.h"
 #include "tests/ui/dialog/ProbedDialog.h"
 #include "ui/toolkit/Painting.h"
 

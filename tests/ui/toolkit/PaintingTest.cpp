@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "harness/ui/Snapshot.h"
+#include "harness/programs/Snapshot.h"
 #include "tests/ui/toolkit/Pixels.h"
 #include "tests/ui/toolkit/TestWindows.h"
 

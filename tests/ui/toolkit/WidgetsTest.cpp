@@ -7,7 +7,7 @@
 
 #include <vector>
 
-#include "harness/ui/Snapshot.h"
+#include "harness/programs/Snapshot.h"
 #include "tests/ui/toolkit/Pixels.h"
 #include "tests/ui/toolkit/TestWindows.h"
 #include "ui/toolkit/Button.h"

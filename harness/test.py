@@ -1,0 +1,139 @@
+"""What ./test.sh does: builds the library, then plays all scenarios, while the tests are built and run."""
+import os
+import re
+import subprocess
+import sys
+import traceback
+from concurrent.futures import ThreadPoolExecutor
+from functools import partial
+from typing import NamedTuple
+
+from harness import runner
+from harness.building.artefact import checks
+from harness.building.build import build
+from harness.machine.display import virtual_display
+from harness.machine.prefix import prepare
+from harness.machine.sandbox import sandboxed
+from harness.places import HOST_TESTS, OUT, ROOT
+from harness.scenario import play
+
+BOUND = 600  # seconds for one test program
+SHARDS = 2  # of the tests under Wine, one beside the other
+
+
+class Counts(NamedTuple):
+    passed: int = 0
+    failed: int = 0
+    skipped: int = 0
+    twice: int = 0  # scenarios whose first play failed by Wine's fault
+
+    def __str__(self) -> str:
+        return f"{self.passed} passed, {self.failed} failed" + (f", {self.skipped} skipped" if self.skipped else "")
+
+
+def total(counts: list[Counts]) -> Counts:
+    return Counts(*map(sum, zip(*counts)))
+
+
+def run_program(title: str, command: list[str], environment: dict[str, str]) -> tuple[int, str, str]:
+    """Runs a test program, its output kept as out/tests/<title>.log; gives its code, that in words, and its output."""
+    log = OUT / f"tests/{title}.log"
+    log.parent.mkdir(parents=True, exist_ok=True)
+    with log.open("wb") as output:
+        try:
+            code = subprocess.run(command, cwd=ROOT, env=os.environ | environment, stdout=output,
+                                  stderr=subprocess.STDOUT, timeout=BOUND).returncode
+            ending = f"ended with {code}"
+        except subprocess.TimeoutExpired:
+            code, ending = 1, f"was still running after {BOUND} s"
+    return code, ending, log.read_text("utf-8", "replace").replace("\r", "")
+
+
+def run_tests(title: str, command: list[str], environment: dict[str, str]) -> Counts:
+    """Runs a GoogleTest program, prints its failures and what it skips. A program that ends without its own summary, or
+    badly after it, counts as one more failure."""
+    code, ending, text = run_program(title, command, environment)
+    passed = len(re.findall(r"^\[       OK \]", text, re.M))
+    failures = re.findall(r"^\[  FAILED  \] .* \(\d+ ms\)$", text, re.M)
+    skipped = re.findall(r"^\[  SKIPPED \] (\S+) \(\d+ ms\)$", text, re.M)
+    complete = re.search(r"^\[==========\] \d+ tests? from .* ran\.", text, re.M) is not None
+    broken = not complete or (code != 0 and not failures)
+    counts = Counts(passed, len(failures) + broken, len(skipped))
+    print(f"\n{title} tests: {counts}, see out/tests/{title}.log")
+    for case in skipped:
+        print(f"  skipped: {case}")
+    # Each failing case in full: from its start to its end.
+    for case in re.finditer(r"^\[ RUN      \] (\S+)\n(?:(?!\[ RUN ).*\n)*?\[  FAILED  \] \1\b.*$", text, re.M):
+        print(case[0])
+    if broken:
+        print(f"  the program {ending}; its output ends:\n" + "\n".join(text.splitlines()[-20:]))
+    sys.stdout.flush()
+    return counts
+
+
+def run_artefact() -> Counts:
+    """The shipped library as a file."""
+    found = checks()
+    print("\n" + "\n".join(f"  {'✓' if ok else '✗'} the library {name}" for name, ok in found.items()), flush=True)
+    return Counts(sum(found.values()), len(found) - sum(found.values()))
+
+
+def guarded(job) -> Counts:
+    """A job that breaks is one more failure, and the others go on."""
+    try:
+        return job()
+    except (Exception, SystemExit):
+        print(f"\na job broke:\n{traceback.format_exc()}", flush=True)
+        return Counts(failed=1)
+
+
+def run_scenario(name: str) -> Counts:
+    result = runner.play(name)
+    runner.print_result(result, play.summary(name))
+    held = runner.held(result)
+    return Counts(passed=held, failed=not held, twice="twice" in result)
+
+
+def run_windows_tests(shard: int) -> Counts:
+    command = sandboxed([sys.executable, "-m", "harness.wine", "tests"])
+    share = {"GTEST_TOTAL_SHARDS": str(SHARDS), "GTEST_SHARD_INDEX": str(shard)}
+    with virtual_display() as display:
+        return run_tests(f"windows-{shard}", command, {"DISPLAY": display} | share)
+
+
+def run_units() -> Counts:
+    """Builds the tests beside the scenarios, which wait most of their time, and runs them."""
+    build("host", "checked", aside=True)
+    host = run_tests("host", [str(HOST_TESTS)], {})
+    with ThreadPoolExecutor(SHARDS) as pool:
+        return total([host, *pool.map(run_windows_tests, range(SHARDS))])
+
+
+def run_lifecycle() -> Counts:
+    """The shipped library loaded, run and freed a hundred times; counts as one case."""
+    with virtual_display() as display:
+        command = sandboxed([sys.executable, "-m", "harness.wine", "lifecycle"])
+        code, ending, text = run_program("lifecycle", command, {"DISPLAY": display})
+    tail = "" if code == 0 else f"failed, it {ending}\n" + "\n".join(text.splitlines()[-20:])
+    print(f"\nlifecycle: {tail or 'held'}, see out/tests/lifecycle.log", flush=True)
+    return Counts(passed=1) if code == 0 else Counts(failed=1)
+
+
+def main() -> int:
+    try:
+        build("release")
+    except SystemExit:
+        print("\n0 passed, 1 failed")
+        raise
+    with virtual_display() as display:
+        prepare(display)
+    jobs = [run_artefact, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
+    with ThreadPoolExecutor(runner.CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
+        units = aside.submit(guarded, run_units)
+        counts = total([*pool.map(guarded, jobs), units.result()])
+    print(f"\n{counts}, {counts.twice} played twice")
+    return 1 if counts.failed or not counts.passed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
