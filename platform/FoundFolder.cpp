@@ -1,14 +1,17 @@
 #include "platform/FoundFolder.h"
 
 #include <aclapi.h>
+#include <sddl.h>
 #include <winioctl.h>
 
 #include <array>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
+#include "platform/rules/AccessGrants.h"
 #include "platform/rules/EntryKind.h"
 #include "platform/rules/LinkWalk.h"
 #include "platform/rules/Numbers.h"
@@ -56,6 +59,40 @@ class Owner {
     PSID owner = nullptr;  ///< lies in the descriptor
     UniqueHandle<LocalMemoryTraits<void>> descriptor;
 };
+
+bool isAdministrators(PSID account) {
+    if (!account) return false;
+    if (IsWellKnownSid(account, WinBuiltinAdministratorsSid) || IsWellKnownSid(account, WinLocalSystemSid)) return true;
+    // TrustedInstaller, to which Windows' own folders belong.
+    UniqueHandle<LocalMemoryTraits<void>> installer;
+    return ConvertStringSidToSidW(L"S-1-5-80-956008885-3418522649-1831038044-1853292631-2271478464", installer.put()) &&
+           EqualSid(account, installer.get());
+}
+
+/// Whether an open file belongs to the administrators, and nobody else can change it.
+bool isHeldByAdministrators(HANDLE file) {
+    PSID owner = nullptr;
+    PACL list = nullptr;
+    PSECURITY_DESCRIPTOR given = nullptr;
+    if (GetSecurityInfo(file, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &owner, nullptr,
+                        &list, nullptr, &given) != ERROR_SUCCESS)
+        return false;
+    const UniqueHandle<LocalMemoryTraits<void>> descriptor(given);
+    // Without a list everybody has every right.
+    if (!list || !isAdministrators(owner)) return false;
+    std::vector<AccessGrant> grants;
+    for (DWORD index = 0; index < list->AceCount; ++index) {
+        void* entry = nullptr;
+        if (!GetAce(list, index, &entry)) return false;
+        const auto& header = *static_cast<const ACE_HEADER*>(entry);
+        if (header.AceType == ACCESS_DENIED_ACE_TYPE) continue;
+        auto& allowed = *static_cast<ACCESS_ALLOWED_ACE*>(entry);
+        // Of another type the account is elsewhere, and counts as anybody.
+        grants.push_back({header.AceType == ACCESS_ALLOWED_ACE_TYPE && isAdministrators(&allowed.SidStart),
+                          (header.AceFlags & INHERIT_ONLY_ACE) != 0, allowed.Mask});
+    }
+    return isHeldByAdministrators(grants);
+}
 
 /// Whether the path is a link of the system below Wine, which opens what that leads to and gives it no tag. Windows
 /// gives every link one.
@@ -125,7 +162,10 @@ PathEntry lookAt(const std::wstring& path) {
     } else if (isTaggedLink(entry.get())) {
         found.isLink = true;
         found.target = targetOf(entry.get());
+        // The holding folder too: whoever may change that can put another link of the administrators there.
+        const FileHandle holder = openToAsk(path.substr(0, path.rfind(L'\\') + 1), 0);
         found.mayFollow = isVolumeMount(path, found.target) ||
+                          (isHeldByAdministrators(entry.get()) && isHeldByAdministrators(holder.get())) ||
                           (target && mayFollow(Owner(entry.get()).get(), Owner(target.get()).get()));
     }
     return found;

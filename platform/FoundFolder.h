@@ -30,8 +30,9 @@ FoundFolder findFolder(const std::wstring& path);
 std::wstring volumePathOf(const std::wstring& path);
 
 /// Whether elevated rights may go where a link leads: if its owner owns what it leads to, or everybody does. A link of
-/// the system or its administrators proves nothing: whoever may write to a folder of theirs can make a link of it. So a
-/// link that was made with elevated rights is refused, too, but for a volume's mount point (findFolder).
+/// the system or its administrators proves nothing: whoever may write to a folder of theirs can make a link of it. Such a
+/// link is followed only where the access lists of link and holding folder let nobody else change them, as in "Program
+/// Files", and if it is a volume's mount point (findFolder).
 bool mayFollow(PSID linkOwner, PSID targetOwner);
 
 }  // namespace pdx
