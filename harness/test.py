@@ -9,6 +9,7 @@ from functools import partial
 from typing import NamedTuple
 
 from harness import runner
+from harness.building import sample
 from harness.building.artefact import checks
 from harness.building.build import build
 from harness.machine.display import virtual_display
@@ -78,6 +79,15 @@ def run_artefact() -> Counts:
     return Counts(sum(found.values()), len(found) - sum(found.values()))
 
 
+def run_sample() -> Counts:
+    """The toolset's compiler on the sample bundle; each variant counts as one case."""
+    found = {variant: sample.compiled(variant) for variant in sample.VARIANTS}
+    print("\n" + "\n".join(f"  {'✓' if ok else '✗'} the sample bundle compiles, {variant}" + ("" if ok else f"\n{text}")
+                           for variant, (ok, text) in found.items()), flush=True)
+    passed = sum(ok for ok, _ in found.values())
+    return Counts(passed, len(found) - passed)
+
+
 def guarded(job) -> Counts:
     """A job that breaks is one more failure, and the others go on."""
     try:
@@ -127,7 +137,7 @@ def main() -> int:
         raise
     with virtual_display() as display:
         prepare(display)
-    jobs = [run_artefact, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
+    jobs = [run_artefact, run_sample, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
     with ThreadPoolExecutor(runner.CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
         units = aside.submit(guarded, run_units)
         counts = total([*pool.map(guarded, jobs), units.result()])

@@ -11,69 +11,49 @@ import uuid
 import xml.etree.ElementTree as xml
 from pathlib import Path
 
+from harness.building import sample
+from harness.building.sample import UTIL, WIX
 from harness.building.signing import sign
 from harness.places import ENGINE, VERSION_LIBRARY
 
 PACKAGE_ID = "PalisadeApp.msi"
 RUNTIME_ID = "Runtime.exe"
 BUNDLE_ID = "{0B5A7C53-1E0D-4C7A-8F63-2D9C41E7B6A0}"
-BUNDLE_UPGRADE_CODE = "{9E1F3B72-64D8-4A35-B0C9-7F52A8D1634E}"
 BUNDLE_VERSION = "12.37.0.5294"
 
-# What the bundle presets, besides its own file name as BundleExecutableName: value, hidden in the log, kept for later
-# runs. A value of None declares without a value.
-VARIABLES = {
-    "PDX_REPAIR": ("0", False, False),
-    "PDX_MERIDIAN_MODE": ("0", False, False),
-    "InstallFolder": ("[ProgramFiles64Folder]Palisade", False, True),
-    "DefaultInstallFolder": ("[ProgramFiles64Folder]Palisade", False, False),
-    "IsThickInstaller": ("yes", False, False),
-    "KESTREL_AUTHCODE": (None, True, False),
-    "PDXTEST_SCRIPT": ("", False, False),
-}
-
-# What the client package is given, as properties of Windows Installer: variables, most under their own names.
-PACKAGE_PROPERTIES = {name: f"[{name}]" for name in (
-    "PDX_SHORTCUT_NAME", "PRODUCT_DISPLAY_NAME", "INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE",
-    "INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE", "PDX_UNINSTALL_BASTION", "PDXTEST_SCRIPT")} | {
-    "INSTALLFOLDER": "[InstallFolder]", "CREATEDESKTOPSHORTCUT": "[CreateDesktopShortcut]",
-    "WIXBUNDLEPROVIDERKEY": "[WixBundleProviderKey]", "PDXTEST_LOG": f"[WixBundleLog_{PACKAGE_ID}]"}
-
-# Runtimes whose versions the bundle looks up: variable, release and processor under the runtime's own key.
-RUNTIMES = {
-    "VCRedist10X86InstalledVer": "10.0\\VC\\VCRedist\\x86",
-    "VCRedist11X86InstalledVer": "11.0\\VC\\Runtimes\\x86",
-    "VCRedist12X86InstalledVer": "12.0\\VC\\Runtimes\\x86",
-    "VCRedist14X86InstalledVer": "14.0\\VC\\Runtimes\\x86",
-    "VCRedist14X64InstalledVer": "14.0\\VC\\Runtimes\\x64",
-}
+# What a scenario has the client package's custom actions do, and where that package's log is: no real bundle has them.
+SCRIPT_VARIABLE = "PDXTEST_SCRIPT"
+SCRIPT_PROPERTIES = {SCRIPT_VARIABLE: f"[{SCRIPT_VARIABLE}]", "PDXTEST_LOG": f"[WixBundleLog_{PACKAGE_ID}]"}
 
 
 def bundle_id(version: str = BUNDLE_VERSION) -> str:
     """Each version of the bundle has an id of its own, all of them the same upgrade code."""
     if version == BUNDLE_VERSION:
         return BUNDLE_ID
-    return "{" + str(uuid.uuid5(uuid.UUID(BUNDLE_UPGRADE_CODE), version)).upper() + "}"
+    return "{" + str(uuid.uuid5(uuid.UUID(BUNDLE_ID), version)).upper() + "}"
 
 
 def make(target: Path, library: Path, package: Path, variables: dict[str, str] | None = None,
          download_url: str = "", version: str = BUNDLE_VERSION, runtime: Path | None = None,
          beside: dict[str, Path] | None = None) -> Path:
-    """Writes the bundle `target` around the library and the client package; `variables` override what it presets. With
-    a download address it is a thin one: it does not hold the client package, and the engine fetches it from there. A
-    thick one may have a `runtime`, a program that is run without arguments before the client package. The files
-    `beside` the library are more payload of its folder, by their names there."""
-    if download_url:
-        variables = {"IsThickInstaller": "no"} | (variables or {})
+    """Writes the bundle of sample/Bundle.wxs as `target`, around the library and the client package; `variables` override
+    what it presets. With a download address it is a thin one: it does not hold the client package, and the engine fetches
+    it from there. A thick one may have a `runtime`, a program that is run before the client package. The files `beside`
+    the library are more payload of its folder, by their names there."""
     with tempfile.TemporaryDirectory() as folder:
         work = Path(folder)
-        payload = {"PalisadeBootstrapper.dll": library, "version.dll": sign(VERSION_LIBRARY, work / "version.dll")}
-        payload |= beside or {}
-        attached = None if download_url else _cabinet(
-            work / "attached.cab", {"a0": package} | ({"a1": runtime} if runtime else {}))
+        definitions = {"Version": version, "FileName": target.name, "Library": str(library), "ClientPackage": str(package),
+                       "VersionLibrary": str(sign(VERSION_LIBRARY, work / "version.dll"))}
+        definitions |= {"ClientAddress": download_url} if download_url else {}
+        definitions |= {"Runtime": str(runtime)} if runtime else {}
+        source = sample.read(definitions)
+        application = source.find(WIX + "BootstrapperApplication")
+        payload = {row.get("Name"): Path(row.get("SourceFile")) for row in (application, *application)} | (beside or {})
+        held = {f"a{n}": Path(row.get("SourceFile")) for n, row in enumerate(source.find(WIX + "Chain"))
+                if row.get("Compressed") == "yes"}
+        attached = _cabinet(work / "attached.cab", held) if held else None
         manifest = work / "manifest.xml"
-        source = attached or download_url
-        manifest.write_bytes(_manifest(target.name, payload, package, source, variables or {}, version, runtime))
+        manifest.write_bytes(_manifest(source, target.name, payload, attached, variables or {}))
         ux = _cabinet(work / "ux.cab", {"0": manifest} | {f"u{n}": file for n, file in enumerate(payload.values())})
         cabinets = [ux, attached] if attached else [ux]
         with target.open("wb") as bundle:
@@ -128,75 +108,77 @@ def _file_facts(file: Path) -> dict[str, str]:
     return {"FileSize": str(file.stat().st_size), "Hash": hashlib.sha1(file.read_bytes()).hexdigest().upper()}
 
 
-def _manifest(bundle_name: str, payload: dict[str, Path], package: Path, source: Path | str, overrides: dict[str, str],
-              version: str, runtime: Path | None) -> bytes:
-    """The package's source is the attached cabinet or a download address."""
+def _manifest(source: xml.Element, bundle_name: str, payload: dict[str, Path], attached: Path | None,
+              overrides: dict[str, str]) -> bytes:
+    """What the toolset's linker makes of the source, as far as the engine needs it."""
     manifest = xml.Element("BurnManifest", xmlns="http://schemas.microsoft.com/wix/2008/Burn")
+    log = source.find(WIX + "Log")
+    _add(manifest, "Log", PathVariable="WixBundleLog", Prefix=log.get("Prefix"), Extension=log.get("Extension"))
+    _add(manifest, "RelatedBundle", Id=source.get("UpgradeCode"), Action="Upgrade")
+    _add(manifest, "Update", Location=source.find(WIX + "Update").get("Location"))
 
-    def add(parent: xml.Element, tag: str, **attributes: str) -> xml.Element:
-        return xml.SubElement(parent, tag, attributes)
+    rows = {row.get("Name"): row.attrib for row in source.findall(WIX + "Variable")}
+    for name in (SCRIPT_VARIABLE, *overrides):
+        rows[name] = rows.get(name, {}) | {"Value": overrides.get(name, ""), "Type": "string"}
+    for name, row in rows.items():
+        given = {key: row[key] for key in ("Value", "Type") if key in row}
+        _add(manifest, "Variable", Id=name, Hidden=row.get("Hidden", "no"), Persisted=row.get("Persisted", "no"), **given)
+    for row in source.findall(UTIL + "RegistrySearch"):
+        _add(manifest, "RegistrySearch", **row.attrib, Id=row.get("Variable"), Type="value", VariableType="string")
 
-    add(manifest, "Log", PathVariable="WixBundleLog", Prefix="Palisade", Extension=".log")
-    add(manifest, "RelatedBundle", Id=BUNDLE_UPGRADE_CODE, Action="Upgrade")
-    # Offered to the library only; an ordinary run declines, and nothing is fetched from there.
-    add(manifest, "Update", Location="https://updates.invalid/palisade.xml")
-
-    variables = {"BundleExecutableName": (bundle_name, False, False)} | VARIABLES
-    for name, value in overrides.items():
-        _, hidden, kept = variables.get(name, (None, False, False))
-        variables[name] = (value, hidden, kept)
-    for name, (value, hidden, kept) in variables.items():
-        given = {} if value is None else {"Value": value, "Type": "string"}
-        add(manifest, "Variable", Id=name, Hidden="yes" if hidden else "no",
-            Persisted="yes" if kept else "no", **given)
-    for name, key in RUNTIMES.items():
-        add(manifest, "RegistrySearch", Id=name, Variable=name, Root="HKLM", Value="Version", Type="value",
-            Key=f"SOFTWARE\\Microsoft\\VisualStudio\\{key}", VariableType="string")
-
-    ux = add(manifest, "UX")
+    ux = _add(manifest, "UX")
     for number, (name, file) in enumerate(payload.items()):
-        add(ux, "Payload", Id=name, FilePath=name, Packaging="embedded", SourcePath=f"u{number}", **_file_facts(file))
+        _add(ux, "Payload", Id=name, FilePath=name, Packaging="embedded", SourcePath=f"u{number}", **_file_facts(file))
+    if attached:
+        _add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes", Primary="yes",
+             **_file_facts(attached))
+    _add(manifest, "RollbackBoundary", Id="Boundary", Vital="yes")
 
-    if isinstance(source, Path):
-        add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes",
-            Primary="yes", **_file_facts(source))
-        place = {"Packaging": "embedded", "SourcePath": "a0", "Container": "Attached"}
-    else:
-        place = {"Packaging": "external", "SourcePath": PACKAGE_ID, "DownloadUrl": source}
-    add(manifest, "Payload", Id=PACKAGE_ID, FilePath=PACKAGE_ID, **place, **_file_facts(package))
-    add(manifest, "RollbackBoundary", Id="Boundary", Vital="yes")
-
+    version = source.get("Version")
     own_id = bundle_id(version)
-    registration = add(manifest, "Registration", Id=own_id, ExecutableName=bundle_name, PerMachine="yes", Tag="",
-                       Version=version, ProviderKey=own_id)
-    add(registration, "Arp", Register="yes", DisplayName="Palisade app", DisplayVersion=version,
-        Publisher="Corvane Works, Inc.")
+    registration = _add(manifest, "Registration", Id=own_id, ExecutableName=bundle_name, PerMachine="yes", Tag="",
+                        Version=version, ProviderKey=own_id)
+    _add(registration, "Arp", Register="yes", DisplayName=source.get("Name"), DisplayVersion=version,
+         Publisher=source.get("Manufacturer"))
 
-    chain = add(manifest, "Chain")
-    if runtime:
-        add(manifest, "Payload", Id=RUNTIME_ID, FilePath=RUNTIME_ID, Packaging="embedded", SourcePath="a1",
-            Container="Attached", **_file_facts(runtime))
-        size = str(runtime.stat().st_size)
-        added = add(chain, "ExePackage", Id=RUNTIME_ID, Cache="yes", CacheId=RUNTIME_ID, InstallSize=size, Size=size,
-                    PerMachine="yes", Permanent="yes", Vital="yes", RollbackBoundaryForward="Boundary",
-                    LogPathVariable=f"WixBundleLog_{RUNTIME_ID}", DetectCondition="", InstallArguments="",
-                    UninstallArguments="", RepairArguments="", Repairable="no")
-        add(added, "PayloadRef", Id=RUNTIME_ID)
-    _add_package(chain, add, package)
+    chain = _add(manifest, "Chain")
+    for number, row in enumerate(source.find(WIX + "Chain")):
+        name, file = row.get("Name"), Path(row.get("SourceFile"))
+        place = ({"Packaging": "embedded", "SourcePath": f"a{number}", "Container": "Attached"}
+                 if row.get("Compressed") == "yes" else
+                 {"Packaging": "external", "SourcePath": name, "DownloadUrl": row.get("DownloadUrl")})
+        _add(manifest, "Payload", Id=name, FilePath=name, **place, **_file_facts(file))
+        package = _add_msi(chain, row, file) if row.tag == WIX + "MsiPackage" else _add_program(chain, row, file)
+        _add(package, "PayloadRef", Id=name)
+    chain[0].set("RollbackBoundaryForward", "Boundary")
+    chain[-1].set("RollbackBoundaryBackward", "Boundary")
     return xml.tostring(manifest, encoding="utf-8", xml_declaration=True)
 
 
-def _add_package(chain: xml.Element, add, package: Path) -> None:
-    facts = package_facts(package)
-    size = str(package.stat().st_size)
-    msi = add(chain, "MsiPackage", Id=PACKAGE_ID, Cache="yes", PerMachine="yes", Permanent="no", Vital="yes",
-              CacheId=facts["ProductCode"] + "v" + facts["ProductVersion"], Size=size, InstallSize=size,
-              RollbackBoundaryForward="Boundary", RollbackBoundaryBackward="Boundary",
-              LogPathVariable=f"WixBundleLog_{PACKAGE_ID}",
-              RollbackLogPathVariable=f"WixBundleRollbackLog_{PACKAGE_ID}",
-              ProductCode=facts["ProductCode"], UpgradeCode=facts["UpgradeCode"], Language=facts["ProductLanguage"],
-              Version=facts["ProductVersion"], DisplayInternalUI="no")
-    for name, value in PACKAGE_PROPERTIES.items():
-        add(msi, "MsiProperty", Id=name, Value=value)
-    add(msi, "Provides", Key=facts["ProductCode"], Version=facts["ProductVersion"], DisplayName=facts["ProductName"])
-    add(msi, "PayloadRef", Id=PACKAGE_ID)
+def _add(parent: xml.Element, tag: str, **attributes: str) -> xml.Element:
+    return xml.SubElement(parent, tag, attributes)
+
+
+def _add_package(chain: xml.Element, tag: str, row: xml.Element, file: Path, **attributes: str) -> xml.Element:
+    size = str(file.stat().st_size)
+    return _add(chain, tag, Id=row.get("Id"), Cache="yes", PerMachine="yes", Vital="yes", Size=size, InstallSize=size,
+                Permanent=row.get("Permanent", "no"), LogPathVariable=f"WixBundleLog_{row.get('Id')}", **attributes)
+
+
+def _add_program(chain: xml.Element, row: xml.Element, file: Path) -> xml.Element:
+    return _add_package(chain, "ExePackage", row, file, CacheId=row.get("Id"), Repairable="no",
+                        DetectCondition=row.get("DetectCondition"), InstallArguments=row.get("InstallCommand"),
+                        UninstallArguments="", RepairArguments="")
+
+
+def _add_msi(chain: xml.Element, row: xml.Element, file: Path) -> xml.Element:
+    facts = package_facts(file)
+    msi = _add_package(chain, "MsiPackage", row, file, CacheId=facts["ProductCode"] + "v" + facts["ProductVersion"],
+                       RollbackLogPathVariable=f"WixBundleRollbackLog_{row.get('Id')}", DisplayInternalUI="no",
+                       ProductCode=facts["ProductCode"], UpgradeCode=facts["UpgradeCode"],
+                       Language=facts["ProductLanguage"], Version=facts["ProductVersion"])
+    properties = {prop.get("Name"): prop.get("Value") for prop in row.findall(WIX + "MsiProperty")}
+    for name, value in (properties | SCRIPT_PROPERTIES).items():
+        _add(msi, "MsiProperty", Id=name, Value=value)
+    _add(msi, "Provides", Key=facts["ProductCode"], Version=facts["ProductVersion"], DisplayName=facts["ProductName"])
+    return msi

@@ -9,7 +9,7 @@ packages=(
   g++-mingw-w64-i686-posix libcpptoml-dev nlohmann-json3-dev libfmt-dev googletest libz-mingw-w64-dev
   wine wine64 wine32:i386 xvfb xdotool openbox imagemagick
   wixl msitools gcab osslsigncode iproute2 ca-certificates fonts-dejavu-core
-  fonts-noto-cjk fonts-tlwg-loma-ttf
+  fonts-noto-cjk fonts-tlwg-loma-ttf mono-runtime
 )
 # Ordinary programs, which may also come from elsewhere than Debian's packages: asked of PATH.
 programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux openssl:openssl)
@@ -54,5 +54,5 @@ fetch() {
   echo "set-up: fetching $3"
   (cd "$root/$1" && npm ci --ignore-scripts --no-audit --no-fund >/dev/null)
 }
-fetch harness/burn wixtoolset-compiler/bin/x86/burn.exe "the Burn engine"
+fetch harness/burn wixtoolset-compiler/bin/candle.exe "the Burn engine and the compiler of bundles"
 fetch cmake/gumbo gumbo-parser/deps/gumbo-parser/src/gumbo.h "the HTML parser"
