@@ -6,6 +6,7 @@ import hashlib
 import shutil
 import struct
 import subprocess
+import sys
 import tempfile
 import uuid
 import xml.etree.ElementTree as xml
@@ -14,7 +15,7 @@ from pathlib import Path
 from harness.building import sample
 from harness.building.sample import UTIL, WIX
 from harness.building.signing import sign
-from harness.places import ENGINE, VERSION_LIBRARY
+from harness.places import ENGINE, LIBRARY, PACKAGE, VERSION_LIBRARY
 
 PACKAGE_ID = "PalisadeApp.msi"
 RUNTIME_ID = "Runtime.exe"
@@ -182,3 +183,7 @@ def _add_msi(chain: xml.Element, row: xml.Element, file: Path) -> xml.Element:
         _add(msi, "MsiProperty", Id=name, Value=value)
     _add(msi, "Provides", Key=facts["ProductCode"], Version=facts["ProductVersion"], DisplayName=facts["ProductName"])
     return msi
+
+
+if __name__ == "__main__":
+    make(Path(sys.argv[1]), LIBRARY, PACKAGE)
