@@ -37,14 +37,15 @@ def bundle_id(version: str = BUNDLE_VERSION) -> str:
 def make(target: Path, library: Path, package: Path, variables: dict[str, str] | None = None,
          download_url: str = "", version: str = BUNDLE_VERSION, runtime: Path | None = None,
          beside: dict[str, Path] | None = None) -> Path:
-    """Writes the bundle of sample/Bundle.wxs as `target`, around the library and the client package; `variables` override
-    what it presets. With a download address it is a thin one: it does not hold the client package, and the engine fetches
-    it from there. A thick one may have a `runtime`, a program that is run before the client package. The files `beside`
-    the library are more payload of its folder, by their names there."""
+    """Writes the bundle of sample/Bundle.wxs as `target`, around the library and the client package; `variables`
+    override what it presets. With a download address it is a thin one: it does not hold the client package, and the
+    engine fetches it from there. A thick one may have a `runtime`, a program that runs before the client package. The
+    files `beside` the library are more payload of its folder, by their names there."""
     with tempfile.TemporaryDirectory() as folder:
         work = Path(folder)
-        definitions = {"Version": version, "FileName": target.name, "Library": str(library), "ClientPackage": str(package),
-                       "VersionLibrary": str(sign(VERSION_LIBRARY, work / "version.dll"))}
+        definitions = {"Version": version, "FileName": target.name, "Library": str(library),
+                       "VersionLibrary": str(sign(VERSION_LIBRARY, work / "version.dll")),
+                       "ClientPackage": str(package)}
         definitions |= {"ClientAddress": download_url} if download_url else {}
         definitions |= {"Runtime": str(runtime)} if runtime else {}
         source = sample.read(definitions)
@@ -123,7 +124,8 @@ def _manifest(source: xml.Element, bundle_name: str, payload: dict[str, Path], a
         rows[name] = rows.get(name, {}) | {"Value": overrides.get(name, ""), "Type": "string"}
     for name, row in rows.items():
         given = {key: row[key] for key in ("Value", "Type") if key in row}
-        _add(manifest, "Variable", Id=name, Hidden=row.get("Hidden", "no"), Persisted=row.get("Persisted", "no"), **given)
+        _add(manifest, "Variable", Id=name, Hidden=row.get("Hidden", "no"), Persisted=row.get("Persisted", "no"),
+             **given)
     for row in source.findall(UTIL + "RegistrySearch"):
         _add(manifest, "RegistrySearch", **row.attrib, Id=row.get("Variable"), Type="value", VariableType="string")
 
@@ -131,8 +133,8 @@ def _manifest(source: xml.Element, bundle_name: str, payload: dict[str, Path], a
     for number, (name, file) in enumerate(payload.items()):
         _add(ux, "Payload", Id=name, FilePath=name, Packaging="embedded", SourcePath=f"u{number}", **_file_facts(file))
     if attached:
-        _add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes", Primary="yes",
-             **_file_facts(attached))
+        _add(manifest, "Container", Id="Attached", FilePath=bundle_name, AttachedIndex="1", Attached="yes",
+             Primary="yes", **_file_facts(attached))
     _add(manifest, "RollbackBoundary", Id="Boundary", Vital="yes")
 
     version = source.get("Version")
