@@ -5,7 +5,7 @@
 
 namespace pdx {
 
-constinit ProcessSlot<PagePictures> g_pagePictures;
+constinit ServiceHolder<PagePictures> g_pagePictures;
 
 PagePictures::PagePictures()
     : sizeGiven(CreateEventW(nullptr, TRUE, FALSE, nullptr)), preparation([this] { prepare(); }) {}

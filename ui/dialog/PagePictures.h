@@ -8,7 +8,7 @@
 
 #include "platform/Engine.h"
 #include "platform/Handles.h"
-#include "platform/ProcessSlot.h"
+#include "platform/ServiceHolder.h"
 #include "platform/rules/CommandLine.h"
 #include "platform/Task.h"
 #include "ui/toolkit/Images.h"
@@ -45,7 +45,7 @@ class PagePictures {
 };
 
 /// Those that were begun for the next dialog; null if none were.
-extern ProcessSlot<PagePictures> g_pagePictures;
+extern ServiceHolder<PagePictures> g_pagePictures;
 
 /// Begins to make the first page ready for the dialog of an application object, and ends with it at the latest.
 class PreparedPage {
