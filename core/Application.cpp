@@ -9,7 +9,7 @@
 #include "platform/product/InstallerVersion.h"
 #include "platform/rules/CommandLine.h"
 #include "platform/Task.h"
-#include "state/OlderClient.h"
+#include "state/Bastion.h"
 
 namespace pdx {
 namespace {
@@ -102,7 +102,7 @@ std::string BootstrapperApplication::GetCurrentVersion() const {
     return reported.version;
 }
 
-bool BootstrapperApplication::asksAboutOlderClient() const { return asksToRemoveBastion(); }
+bool BootstrapperApplication::asksAboutBastion() const { return asksToRemoveBastion(); }
 
 void BootstrapperApplication::enableSending() { enableTelemetry(); }
 

@@ -40,14 +40,14 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     bool isThinInstaller() const override { return m_run.variables.isThinInstaller(); }
     bool isRepair() const override { return m_run.variables.isRepair(); }
     bool isStopped() const override { return cancelCheck() == IDCANCEL; }
-    bool asksAboutOlderClient() const override;
+    bool asksAboutBastion() const override;
     std::wstring installFolder() const override { return GetEngineVariable(variable::installFolder, true); }
     const RunTelemetry& telemetry() const override { return m_run.telemetry; }
     void setInstallFolder(const std::wstring& folder) override { m_run.variables.setInstallFolder(folder); }
     void setDesktopShortcut(bool wanted) override {
         m_run.variables.set(variable::desktopShortcut, wanted ? L"1" : L"");
     }
-    void setOlderClientRemoval(bool wanted) override { m_run.variables.setNumber(variable::uninstallBastion, wanted); }
+    void setBastionRemoval(bool wanted) override { m_run.variables.setNumber(variable::uninstallBastion, wanted); }
     void setReportConsent(bool given) override { m_run.variables.setNumber(variable::submitReport, given); }
     void enableSending() override;
     void plan() override;

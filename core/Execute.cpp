@@ -73,7 +73,7 @@ int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, 
             break;
     }
     if (m_run.action == BOOTSTRAPPER_ACTION_INSTALL) {
-        if (text == bastionUninstallBegin) m_run.ui->showOlderClientTitle();
+        if (text == bastionUninstallBegin) m_run.ui->showBastionTitle();
         if (text == bastionUninstallSuccess) m_run.telemetry.sendMeridianCompleted();
     }
     return !m_fRollingBack && m_run.isCancelled() ? static_cast<int>(IDCANCEL) : nRecommendation;

@@ -24,7 +24,7 @@ class Migration {
   private:
     /// Starts no uninstaller after a cancel. One that runs is waited for without limit, and a cancel meanwhile changes
     /// nothing about that.
-    void removeOlderClient();
+    void removeBastion();
     /// Not after a cancel.
     void launchClientToUpdate();
 

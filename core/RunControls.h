@@ -19,14 +19,14 @@ class RunControls {
     /// Whether the user has cancelled, and the engine is not rolling back.
     [[nodiscard]] virtual bool isStopped() const = 0;
     /// Whether the user has to be asked about the older client.
-    [[nodiscard]] virtual bool asksAboutOlderClient() const = 0;
+    [[nodiscard]] virtual bool asksAboutBastion() const = 0;
     [[nodiscard]] virtual std::wstring installFolder() const = 0;
     /// For the clicks and the pages shown.
     [[nodiscard]] virtual const RunTelemetry& telemetry() const = 0;
 
     virtual void setInstallFolder(const std::wstring& folder) = 0;
     virtual void setDesktopShortcut(bool wanted) = 0;
-    virtual void setOlderClientRemoval(bool wanted) = 0;
+    virtual void setBastionRemoval(bool wanted) = 0;
     virtual void setReportConsent(bool given) = 0;
 
     /// The user has begun the work: from here on telemetry is sent.

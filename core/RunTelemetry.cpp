@@ -8,7 +8,7 @@
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
 #include "platform/rules/CommandLine.h"
-#include "state/OlderClient.h"
+#include "state/Bastion.h"
 #include "telemetry/InstallTelemetry.h"
 #include "telemetry/rules/TimeFormat.h"
 #include "telemetry/TelemetryManager.h"

@@ -19,7 +19,7 @@ struct ErrorInfo {
 enum class InstalledChoice { none, launch, repair };
 
 /// What is to become of the older client.
-enum class OlderClientChoice { none, uninstall, notNow };
+enum class BastionChoice { none, uninstall, notNow };
 
 /// Each operation but leaveTheScreen() waits until the user interface has handled it, and so for the user's answer if
 /// it asks. It waits while the question of another thread is open. Once the user has cancelled, and before a rollback,
@@ -58,12 +58,12 @@ class RunUi {
     // ---- For the other steps of a run.
 
     virtual InstalledChoice askInstalled() = 0;
-    virtual OlderClientChoice askOlderClient() = 0;
+    virtual BastionChoice askAboutBastion() = 0;
     virtual void showRepairBeginning() = 0;
     virtual void showReportUnderWay() = 0;
     /// The page stays, with another title.
-    virtual void showOlderClientTitle() = 0;
-    virtual void showOlderClientRemoval() = 0;
+    virtual void showBastionTitle() = 0;
+    virtual void showBastionRemoval() = 0;
 };
 
 }  // namespace pdx

@@ -8,8 +8,8 @@
 #include "platform/product/Client.h"
 #include "platform/Registry.h"
 #include "platform/UncaughtExceptions.h"
+#include "state/Bastion.h"
 #include "state/DiscStart.h"
-#include "state/OlderClient.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
@@ -95,7 +95,7 @@ HRESULT BootstrapperApplication::takeFirstStep(bool installed, const DiscFacts& 
             launchClient(disc.parameters);
             quit(0);
             break;
-        case StartupStep::promptOlderClient:
+        case StartupStep::promptBastionUninstall:
             m_migration.promptBastionUninstall();
             break;
     }
@@ -109,10 +109,10 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc
     facts.fromDisc = fromDisc;
     if (action() != BOOTSTRAPPER_ACTION_INSTALL) return facts;
     facts.ignoreAlreadyInstalled = m_run.variables.get(variable::ignoreInstalled) == L"1";
-    facts.olderClientToPrompt = [this] {
-        return m_run.variables.get(variable::meridianUpgrade) == L"1" && asksAboutOlderClient();
+    facts.bastionToPrompt = [this] {
+        return m_run.variables.get(variable::meridianUpgrade) == L"1" && asksAboutBastion();
     };
-    facts.olderClientRecorded = [] { return !bastionText(L"ClientPath").empty(); };
+    facts.bastionRecorded = [] { return !bastionText(L"ClientPath").empty(); };
     facts.gatelinkRegistered = [] {
         return !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
     };

@@ -9,10 +9,10 @@
 
 #include "platform/ComPtr.h"
 #include "platform/Engine.h"
-#include "platform/ServiceHolder.h"
 #include "platform/rules/Format.h"
 #include "platform/rules/LogLine.h"
 #include "platform/rules/Scrub.h"
+#include "platform/ServiceHolder.h"
 #include "platform/Text.h"
 
 namespace pdx {

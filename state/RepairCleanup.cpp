@@ -143,7 +143,7 @@ RepairResult cleanUpForRepair(const RepairRun& run) {
     if (run.isCancelled()) return RepairResult::cancelled;
     if (!removeService(run) || !removeFolder(run, installLocation, folder)) return RepairResult::failed;
 
-    restoreClientPath(olderClientKey);
+    restoreClientPath(bastionKey);
     restoreClientPath(fenwickKey);
     restoreProtocols(earlier);
     for (const RegistryView view : {view32, view64}) purgeInstallInfo(view, run.providerKey);

@@ -26,9 +26,9 @@ constexpr bool isSystemAccepted(const SystemFacts& system, bool allowWindows7) {
 
 enum class StartupStep {
     detect,
-    launchClientFromDisc,  ///< hand over to the client with the disc's parameters, then quit
-    quit,                  ///< end at once and with success
-    promptOlderClient,     ///< offer to remove the older client
+    launchClientFromDisc,    ///< hand over to the client with the disc's parameters, then quit
+    quit,                    ///< end at once and with success
+    promptBastionUninstall,  ///< offer to remove the older client
     promptAlreadyInstalled,
 };
 
@@ -38,11 +38,10 @@ struct StartupFacts {
     int32_t action = BOOTSTRAPPER_ACTION_INSTALL;
     bool installed = false;  ///< an install location is recorded
     bool fromDisc = false;
-    bool ignoreAlreadyInstalled = false;  ///< IGNORE_ALREADY_INSTALLED is "1"
-    std::function<bool()>
-        olderClientToPrompt;  ///< migration with its prompt is on, asked for, and the older client there
-    std::function<bool()> olderClientRecorded;  ///< the older client's ClientPath is not empty
-    std::function<bool()> gatelinkRegistered;   ///< the gatelink protocol has a command
+    bool ignoreAlreadyInstalled = false;    ///< IGNORE_ALREADY_INSTALLED is "1"
+    std::function<bool()> bastionToPrompt;  ///< migration with its prompt is on, asked for, and the older client there
+    std::function<bool()> bastionRecorded;  ///< the older client's ClientPath is not empty
+    std::function<bool()> gatelinkRegistered;  ///< the gatelink protocol has a command
 };
 
 StartupStep chooseStartupStep(const StartupFacts& facts);

@@ -66,21 +66,21 @@ InstalledChoice DialogUi::askInstalled() {
     }
 }
 
-OlderClientChoice DialogUi::askOlderClient() {
+BastionChoice DialogUi::askAboutBastion() {
     switch (sendAppMessage(WM_BA_PROMPT_BASTION_UNINSTALL)) {
         case resultOk:
-            return OlderClientChoice::uninstall;
+            return BastionChoice::uninstall;
         case resultCancel:
-            return OlderClientChoice::notNow;
+            return BastionChoice::notNow;
         default:
-            return OlderClientChoice::none;
+            return BastionChoice::none;
     }
 }
 
 void DialogUi::showRepairBeginning() { sendAppMessage(WM_BA_REPAIR_INITIALIZING); }
 void DialogUi::showReportUnderWay() { sendAppMessage(WM_BA_SENDING_ERROR_REPORT); }
-void DialogUi::showOlderClientTitle() { sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE); }
-void DialogUi::showOlderClientRemoval() { sendAppMessage(WM_BA_UNINSTALLING_BASTION); }
+void DialogUi::showBastionTitle() { sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE); }
+void DialogUi::showBastionRemoval() { sendAppMessage(WM_BA_UNINSTALLING_BASTION); }
 
 // ---- The dialog's side, on the UI thread
 

@@ -36,11 +36,11 @@ class DialogUi : public RunUi {
     int executeProgress(DWORD packagePercentage, DWORD overallPercentage) override;
     int applyComplete(HRESULT status, BOOTSTRAPPER_APPLY_RESTART restart) override;
     InstalledChoice askInstalled() override;
-    OlderClientChoice askOlderClient() override;
+    BastionChoice askAboutBastion() override;
     void showRepairBeginning() override;
     void showReportUnderWay() override;
-    void showOlderClientTitle() override;
-    void showOlderClientRemoval() override;
+    void showBastionTitle() override;
+    void showBastionRemoval() override;
 
     /// Sends a message to the dialog and waits for its answer: IDCANCEL if the run is cancelled, 0 without a dialog.
     /// Waits while a prompt of another message is open.

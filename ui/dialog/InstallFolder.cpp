@@ -25,7 +25,7 @@ std::wstring parentOf(std::wstring path) {
     return path.c_str();
 }
 
-bool isOlderClientsFolder(const std::wstring& folder) {
+bool isBastionFolder(const std::wstring& folder) {
     const std::wstring client = bastionText(L"ClientPath");
     if (client.empty() || !PathFileExistsW(client.c_str())) return false;
     return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
@@ -77,7 +77,7 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
         reason = L"INSTALLER_ERROR_RELATIVE_PATH";
     else if (PathIsNetworkPathW(folder.c_str()))
         reason = L"INSTALLER_ERROR_NETWORK_PATH";
-    else if (isOlderClientsFolder(folder))
+    else if (isBastionFolder(folder))
         reason = L"INSTALLER_ERROR_BASTION_FOLDER";
     if (reason) {
         ShowPrompt(notice(L"INSTALLER_ERROR_TITLE", reason));

@@ -55,7 +55,7 @@ MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
     const Bitmap* picture = nullptr;
     if (page.kind == pagePrompt && (page.flags & iconMask) == iconError)
         picture = Pictures().picture(errorPictureNumber);
-    if (page.kind == pageOlderClient) picture = Pictures().picture(migrationPictureNumber);
+    if (page.kind == pageBastion) picture = Pictures().picture(migrationPictureNumber);
     if (!picture) picture = Pictures().picture(logoPictureNumber);
     const Size size = {item->rcItem.right - item->rcItem.left, item->rcItem.bottom - item->rcItem.top};
     // Off screen first, with the dialog's own background under it, so that nothing flickers.

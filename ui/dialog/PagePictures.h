@@ -8,8 +8,8 @@
 
 #include "platform/Engine.h"
 #include "platform/Handles.h"
-#include "platform/ServiceHolder.h"
 #include "platform/rules/CommandLine.h"
+#include "platform/ServiceHolder.h"
 #include "platform/Task.h"
 #include "ui/toolkit/Images.h"
 

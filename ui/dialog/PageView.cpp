@@ -123,8 +123,8 @@ void PageView::ShowTopPage() {
         case pageOptions:
             FillOptions();
             break;
-        case pageOlderClient:
-            FillOlderClient(boxes);
+        case pageBastion:
+            FillBastion(boxes);
             secondary = secondSecondary;
             break;
         case pageProgress:
@@ -196,7 +196,7 @@ void PageView::FillOptions() {
     actionButton2->SetText(Translate(L"go_back_cta"));
 }
 
-void PageView::FillOlderClient(PageBoxes& boxes) {
+void PageView::FillBastion(PageBoxes& boxes) {
     SetTitle(textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"), boxes.title,
              boxes.top);
     const auto [subtitle, body] = cutAtLineFeed(Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_BODY"));

@@ -89,7 +89,7 @@ class PageView : public Dialog {
     void QueueVisibility(PageKind kind);
     void FillWelcome(PageBoxes& boxes);
     void FillOptions();
-    void FillOlderClient(PageBoxes& boxes);
+    void FillBastion(PageBoxes& boxes);
     void FillProgress(const PageState& page, PageBoxes& boxes);
     void FillPrompt(const PageState& page, PageBoxes& boxes);
     void SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box, int32_t y);

@@ -66,7 +66,7 @@ void BootstrapperDialog::OnUninstallDetected() {
 
 int32_t BootstrapperDialog::OfferBastionUninstall() {
     run.telemetry().sendBastionOverlayImpressions();
-    return ShowPrompt(olderClientPrompt);
+    return ShowPrompt(bastionPrompt);
 }
 
 int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {

@@ -13,7 +13,7 @@ enum PageKind : int32_t {
     pageBlank = 0,
     pageWelcome = 1,
     pageOptions = 2,
-    pageOlderClient = 3,  ///< the offer to uninstall the older client
+    pageBastion = 3,  ///< the offer to uninstall the older client
     pageProgress = 4,
     pagePrompt = 5,
 };

@@ -40,8 +40,7 @@ inline constexpr Prompt confirmUninstallPrompt = {.title = L"INSTALLER_UNINSTALL
                                                   .button2 = L"installer_repair_cta"};
 
 /// Its page has texts of its own.
-inline constexpr Prompt olderClientPrompt = {
-    .flags = buttonsOkCancel, .defaultResult = resultCancel, .kind = pageOlderClient};
+inline constexpr Prompt bastionPrompt = {.flags = buttonsOkCancel, .defaultResult = resultCancel, .kind = pageBastion};
 
 /// One button on purpose: whatever else ends the prompt gives the download up.
 inline constexpr Prompt connectionPrompt = {.title = L"INSTALLER_ERROR_CONNECTION_TITLE",
