@@ -27,7 +27,7 @@ HRESULT relaunchElevated(Run& run, ErrorReporting& errors) {
         run.mutex.release();
         const Handle copy = run.hooks.startProgram(start);
         // Not earlier: without a window of this process the system's question could stay in the background.
-        run.ui->leaveTheScreen();
+        run.ui->hideWindow();
         awaitElevatedStart(copy.get(), [&run] { return run.loggedOut.load(); });
     }
     run.quit(0);

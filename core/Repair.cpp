@@ -49,7 +49,7 @@ HRESULT Repair::performRepairCleanup() {
         run.variables.setInstallFolder(folder);
         SetEnvironmentVariableW(variable::installLocation, folder.c_str());
     };
-    const RepairResult result = cleanUpForRepair(steps);
+    const RepairResult result = removeInstalledClient(steps);
     if (result == RepairResult::failed) return errors.fail(errorRepairIncomplete);
     // Also after a cancel that came too late for the clean-up: the engine would detect before it ends the run.
     if (result == RepairResult::cancelled || run.isCancelled()) {

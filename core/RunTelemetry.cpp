@@ -92,7 +92,7 @@ void RunTelemetry::sendExecutionStarted() const {
 
 void RunTelemetry::sendError(HRESULT hr, const std::string& message) const {
     const std::string code = contextStatus(hr);
-    send(errorRaised(kind(), code));
+    send(errorOccurred(kind(), code));
     const RunContext::State last = context.state();
     logBriskError("inst.{group}.erro", code, message, last.lastOperation, last.context);
 }

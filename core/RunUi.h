@@ -21,7 +21,7 @@ enum class InstalledChoice { none, launch, repair };
 /// What is to become of the older client.
 enum class BastionChoice { none, uninstall, notNow };
 
-/// Each operation but leaveTheScreen() waits until the user interface has handled it, and so for the user's answer if
+/// Each operation but hideWindow() waits until the user interface has handled it, and so for the user's answer if
 /// it asks. It waits while the question of another thread is open. Once the user has cancelled, and before a rollback,
 /// nothing is shown, and the answer is IDCANCEL or none. Without a window the answer is 0 or none.
 class RunUi {
@@ -34,7 +34,7 @@ class RunUi {
     /// Waits until that thread has ended, with the window.
     virtual void close() = 0;
     /// Takes the window off the screen. Waits for nothing.
-    virtual void leaveTheScreen() = 0;
+    virtual void hideWindow() = 0;
     /// Null before the window is made, and once it is gone.
     [[nodiscard]] virtual HWND window() const = 0;
     /// Shows nothing, but waits as all others.

@@ -55,7 +55,7 @@ int BootstrapperApplication::OnShutdown() {
     }
     m_run.telemetry.sendSessionStopped();
     // The run is over for the user: the window goes, and a second run may start.
-    m_run.ui->leaveTheScreen();
+    m_run.ui->hideWindow();
     m_run.mutex.release();
     m_run.telemetry.stop();
     m_run.ui->close();

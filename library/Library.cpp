@@ -99,7 +99,7 @@ extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* eng
                                                         IBootstrapperApplication** application) {
     // First of all: whatever the system loads by its bare name from now on, it does not find beside the program.
     pdx::restrictDllSearch();
-    pdx::raiseUncaughtExceptions();
+    pdx::installTerminateHandler();
     if (!engine || !command || !application) return E_INVALIDARG;
     pdx::setSupportEngine(engine);
     *application = pdx::makeApplication(engine, command);

@@ -125,7 +125,7 @@ void restoreProtocols(const EarlierState& earlier) {
 
 }  // namespace
 
-RepairResult cleanUpForRepair(const RepairRun& run) {
+RepairResult removeInstalledClient(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const auto recorded = [&](const wchar_t* name) { return toText(product.getValue(name)); };
     const std::wstring installLocation = recorded(L"InstallLocation");

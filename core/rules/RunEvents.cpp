@@ -126,7 +126,7 @@ EventPair runCancelled(const RunKind& run, const char* word, const std::string& 
 
 TelemetryEvent runFailed(const RunKind& run, const std::string& code) { return tallyRun(run, "error", code); }
 
-TelemetryEvent errorRaised(const RunKind& run, const std::string& code) {
+TelemetryEvent errorOccurred(const RunKind& run, const std::string& code) {
     return tally(tallyNameOf(run), {{"status", "error"}, {"status_code", code}});
 }
 

@@ -75,7 +75,7 @@ constexpr const char* runCancelWord(bool logoutExit) { return logoutExit ? "logo
 // The Tally events alone: their companions are errorEvents.
 TelemetryEvent runFailed(const RunKind& run, const std::string& code);
 /// An error that the run may yet outlive. It bears no type, unlike all others of its kind.
-TelemetryEvent errorRaised(const RunKind& run, const std::string& code);
+TelemetryEvent errorOccurred(const RunKind& run, const std::string& code);
 
 /// The runtimes whose versions go with every error: attribute and bundle variable.
 struct RuntimeVersion {

@@ -20,7 +20,7 @@ class ScriptedUi : public RunUi {
 
     bool open() override { return opened = true; }
     void close() override { opened = false; }
-    void leaveTheScreen() override { script.leftTheScreen = true; }
+    void hideWindow() override { script.leftTheScreen = true; }
     HWND window() const override { return nullptr; }
     void settle() override {}
 

@@ -66,7 +66,7 @@ void DialogUi::close() {
     thread.join();
 }
 
-void DialogUi::leaveTheScreen() {
+void DialogUi::hideWindow() {
     endSystemLoops();
     // Not waited for either: the dialog's thread may be busy.
     if (const HWND dialog = window()) ShowWindowAsync(dialog, SW_HIDE);

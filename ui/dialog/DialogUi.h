@@ -17,7 +17,7 @@ class DialogUi : public RunUi {
 
     bool open() override;
     void close() override;
-    void leaveTheScreen() override;
+    void hideWindow() override;
     [[nodiscard]] HWND window() const override { return dialogGate.window(); }
 
     // ---- Each is a message (AppMessages.cpp).

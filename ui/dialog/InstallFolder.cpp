@@ -32,13 +32,13 @@ bool isBastionFolder(const std::wstring& folder) {
 }
 
 /// A volume whose free space is not known counts as roomy.
-bool hasRoom(const std::wstring& folder) {
+bool hasFreeSpace(const std::wstring& folder) {
     wchar_t volume[pathCapacity];
     ULARGE_INTEGER free{};
     if (!GetVolumePathNameW(folder.c_str(), volume, pathCapacity) ||
         !GetDiskFreeSpaceExW(volume, &free, nullptr, nullptr))
         return true;
-    return isRoomy(free.QuadPart);
+    return isSpaceEnough(free.QuadPart);
 }
 
 ComPtr<IShellItem> itemOf(const std::wstring& path) {
@@ -83,7 +83,7 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
         ShowPrompt(notice(L"INSTALLER_ERROR_TITLE", reason));
         return false;
     }
-    if (!hasRoom(folder)) {
+    if (!hasFreeSpace(folder)) {
         ShowPrompt(notice(L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"));
         return false;
     }

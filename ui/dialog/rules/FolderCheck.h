@@ -12,7 +12,7 @@ inline constexpr std::wstring_view productFolder = L"Palisade Desktop";
 
 /// The least free space, one GiB.
 inline constexpr uint64_t leastFreeBytes = 0x40000000;
-constexpr bool isRoomy(uint64_t freeBytes) { return freeBytes >= leastFreeBytes; }
+constexpr bool isSpaceEnough(uint64_t freeBytes) { return freeBytes >= leastFreeBytes; }
 
 /// Where the chooser opens for the path on show: around the product's own folder, else there.
 std::wstring chooserFolder(std::wstring_view shown, std::wstring_view lastComponent);
