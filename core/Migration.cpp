@@ -13,7 +13,7 @@ void Migration::promptBastionUninstall() {
     const bool asks = !run.isCancelled();
     const BastionChoice choice = run.ui->askAboutBastion();
     const bool removes = choice == BastionChoice::uninstall;
-    // Every answer other than the first counts as this click, the closed window too, which cancels the run.
+    // Every other answer counts as "not now", also the closed window, which cancels the run.
     if (asks) run.telemetry.sendBastionOverlayClick(removes ? overlayUninstall : overlayNotNow);
     if (!run.isCancelled()) {
         if (removes) {
@@ -30,7 +30,7 @@ void Migration::promptBastionUninstall() {
             launchClientToUpdate();
         }
     }
-    // Asked twice after the first answer, which is harmless.
+    // The second request to quit after "uninstall", which is harmless.
     run.quit(0);
 }
 
@@ -56,7 +56,7 @@ void Migration::removeBastion() {
     if (run.hasUserCancelled()) return;
     waitForBastionTempUninstallers();
     Sleep(1000);
-    // After a cancel too: the older client is gone.
+    // After a cancel too: the older client has been removed.
     run.telemetry.sendMeridianCompleted();
 }
 

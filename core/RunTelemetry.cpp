@@ -27,7 +27,6 @@ void send(EventPair pair) {
 
 std::string now() { return TelemetryManager::timestamp(briskSender); }
 
-/// When the machine was started.
 std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * fileTimePerMillisecond); }
 
 }  // namespace
