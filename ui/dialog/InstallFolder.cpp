@@ -1,4 +1,4 @@
-// The check of the folder that the user picked, and the chooser that feeds it.
+// The chooser of the install folder, and the check of the chosen one.
 #include <windows.h>
 
 #include <shlwapi.h>
@@ -31,7 +31,7 @@ bool isBastionFolder(const std::wstring& folder) {
     return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
 }
 
-/// A volume whose free space is not known counts as roomy.
+/// True for a volume whose free space is unknown.
 bool hasFreeSpace(const std::wstring& folder) {
     wchar_t volume[pathCapacity];
     ULARGE_INTEGER free{};
@@ -47,13 +47,13 @@ ComPtr<IShellItem> itemOf(const std::wstring& path) {
     return item;
 }
 
-/// Where the chooser opens: the folder around the product's own, or where programs go.
+/// The folder in which the chooser opens: the parent of the product's folder, or else the folder of programs.
 ComPtr<IShellItem> startingFolder(const std::wstring& shown) {
     if (auto item = itemOf(chooserFolder(shown, PathFindFileNameW(shown.c_str())))) return item;
     return itemOf(machineText(view64, windowsKey, L"ProgramFilesDir"));
 }
 
-/// The folder that the user picks; empty if none.
+/// The folder that the user picks; empty after a cancel or a failure.
 std::wstring chooseFolder(HWND owner, const std::wstring& shown) {
     ComPtr<IFileOpenDialog> chooser;
     if (FAILED(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_ALL, IID_IFileOpenDialog, chooser.putVoid())))

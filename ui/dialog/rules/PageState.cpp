@@ -18,7 +18,7 @@ constexpr int32_t optionsControls[] = {IDC_LOCATION_LABEL, IDC_LOCATION_VALUE, I
 constexpr int32_t bastionControls[] = {IDC_TITLE,   IDC_SUBTITLE, IDC_BODY, IDC_PICTURE,
                                        IDC_ACTION1, IDC_ACTION2,  IDC_CLOSE};
 constexpr int32_t progressControls[] = {IDC_PICTURE, IDC_TITLE, IDC_PROGRESS, IDC_CLOSE};
-/// The rest of a prompt shows by its content.
+/// The other controls of a prompt depend on its content.
 constexpr int32_t promptControls[] = {IDC_ACTION1, IDC_CLOSE};
 
 constexpr PageRow pageRows[] = {
@@ -26,7 +26,7 @@ constexpr PageRow pageRows[] = {
     {pageBastion, bastionControls}, {pageProgress, progressControls}, {pagePrompt, promptControls},
 };
 
-/// By button set: what the three buttons answer, 0 for none.
+/// By button set: the answers of the three buttons, 0 for none.
 constexpr int32_t buttonResults[][3] = {
     {1, 0, 0},    // OK
     {1, 2, 0},    // OK, Cancel
