@@ -92,7 +92,7 @@ Measurements measureRepair() {
     RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", root.wstring());
     const RepairRun run{L"{none}", [] { return false; }, [](RepairStep) {}, [] {}, [](const std::wstring&) {}};
     bool done = false;
-    const double cleanUp = secondsOf([&] { done = cleanUpForRepair(run) == RepairResult::done; });
+    const double cleanUp = secondsOf([&] { done = removeInstalledClient(run) == RepairResult::done; });
     if (!done || fs::exists(root)) throw std::runtime_error("the clean-up left something");
 
     layOutComponents();

@@ -1,6 +1,6 @@
-# System libraries that are bound with the first call of a function (platform/DelayedLibraries.cpp). While a library is
-# loaded the system looks for what it imports in its own folder first, here the bundle's temporary one, unless it is one
-# of the few that Windows knows for its own (KnownDLLs): those alone may be imported in the ordinary way.
+# System libraries that are bound with the first call of a function (platform/DelayedLibraries.cpp). While the system
+# loads this library, it searches the library's folder, the bundle's temporary one, for the imports first. Only the few
+# libraries that Windows lists as its own (KnownDLLs) are exempt, and may be imported in the ordinary way.
 function(link_delayed target)
     if(PALISADE_HOST)
         return()

@@ -1,4 +1,4 @@
-// The formatting library, compiled once with the compiler in use: Debian's package has it for the host alone.
+// The formatting library, compiled once with the compiler in use: Debian packages it for the host only.
 #include <fmt/format-inl.h>
 
 FMT_BEGIN_NAMESPACE

@@ -1,4 +1,4 @@
-# The HTML parser behind marked-up text, from its sources with the compiler in use.
+# The HTML parser for marked-up text, from its sources with the compiler in use.
 set(gumbo ${PROJECT_SOURCE_DIR}/cmake/gumbo/node_modules/gumbo-parser/deps/gumbo-parser/src)
 if(NOT EXISTS ${gumbo}/gumbo.h)
     message(FATAL_ERROR "The sources of the HTML parser are missing: run harness/machine/setup.sh")
@@ -6,8 +6,8 @@ endif()
 file(GLOB gumbo_sources ${gumbo}/*.c)
 add_library(palisade_gumbo STATIC ${gumbo_sources})
 target_include_directories(palisade_gumbo SYSTEM PUBLIC ${gumbo})
-# Not ours to warn about. What its memory is taken from may refuse by throwing, and then passes through its functions.
-# Its reading of numeric character references overflows an int and looks at the result: -fwrapv defines it.
+# Its warnings are not ours. The allocator that it is given may throw, through the parser's functions.
+# The parser overflows an int when it reads numeric character references, and checks the result: -fwrapv defines that.
 if(MSVC)
     # Without the c of /EHsc a C function may throw: for the parser and for the one file that calls it.
     target_include_directories(palisade_gumbo SYSTEM PUBLIC ${gumbo}/../visualc/include)

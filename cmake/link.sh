@@ -1,7 +1,7 @@
 #!/bin/sh
-# The compiler's -wrapper in the link of what ships. GNU's linker takes every unwinding table for needed, and with it each
-# function that one tells of. So a first link leaves out the tables of inline functions and templates, which have sections
-# of their own; its map tells which of those functions are needed, and the second link keeps the tables of these alone.
+# The compiler's -wrapper in the link of what ships. GNU's linker keeps every unwinding table, and so each function that
+# a table describes. The first link omits the tables of inline functions and templates, which have separate sections.
+# Its map lists the functions that are needed, and the second link keeps the tables of these alone.
 set -e
 case $1 in
     *collect2*) ;;

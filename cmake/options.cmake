@@ -1,15 +1,15 @@
 # Compiler settings shared by every target of the project's own code.
 add_library(palisade_options INTERFACE)
 target_compile_options(palisade_options INTERFACE -Wall -Wextra -Wshadow -Wpedantic -Wno-cast-function-type -Werror)
-# GCC 12 sees copies out of bounds in short wide strings that were inlined; there are none.
+# GCC 12 reports copies out of bounds in short wide strings that were inlined; there are none.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(palisade_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
 endif()
-# No path of the machine that builds may stand in what ships.
+# What ships contains no path of the build machine.
 target_compile_options(palisade_options INTERFACE
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
 
-# Players download every byte, and nothing here is bound by the processor for long.
+# Size first: players download every byte, and nothing here needs much processor time.
 set(CMAKE_CXX_FLAGS_RELEASE "-Os -g1 -DNDEBUG")
 set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1")
 
@@ -22,18 +22,18 @@ endif()
 # Windows 7 is the oldest system that the library has to load on; newer functions are looked up at run time.
 target_compile_definitions(palisade_options INTERFACE
     UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 WINVER=0x0601)
-# The engine keeps the stack at four bytes, as all callers by the system's conventions do. Frame pointers are what a walk
-# of a crashed thread's stack goes by.
+# The engine aligns the stack to four bytes only, as the system's calling conventions allow. The stack walk of a crashed
+# thread needs frame pointers.
 target_compile_options(palisade_options INTERFACE -mstackrealign -fno-omit-frame-pointer
     -ffunction-sections -fdata-sections)
 target_link_options(palisade_options INTERFACE -static -Wl,--enable-stdcall-fixup -Wl,--gc-sections
     -Wl,--no-insert-timestamp -Wl,--nxcompat -Wl,--dynamicbase)
 
 if(PALISADE_CHECKED)
-    # Not of alignment: an argument of eight bytes lies on the engine's stack at four, which the processor does not mind.
+    # No alignment checks: an argument of eight bytes is aligned to four on the engine's stack, which is harmless.
     target_compile_options(palisade_options INTERFACE
         -fsanitize=undefined -fno-sanitize=alignment -fsanitize-undefined-trap-on-error)
     target_compile_definitions(palisade_options INTERFACE _GLIBCXX_ASSERTIONS)
-    # GCC 12 takes the copying of a short wide literal into a std::wstring for an overrun when it instruments it.
+    # Instrumented, GCC 12 reports an overrun where a short wide literal is copied into a std::wstring.
     target_compile_options(palisade_options INTERFACE -Wno-array-bounds -Wno-stringop-overread)
 endif()

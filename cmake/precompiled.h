@@ -1,4 +1,4 @@
-// What nearly every file of the project needs and what is slow to parse; each file still includes what it uses.
+// Headers that nearly every file needs and that are slow to parse; each file still includes what it uses.
 #include <array>
 #include <cstdint>
 #include <functional>

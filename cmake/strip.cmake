@@ -1,4 +1,4 @@
-# The library that ships is stripped; its symbols lie beside it under the same name with ".debug".
+# The library that ships is stripped; its symbols are in PalisadeBootstrapper.debug in the same folder.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
     find_program(OBJCOPY i686-w64-mingw32-objcopy REQUIRED)
     add_custom_command(TARGET PalisadeBootstrapper POST_BUILD

@@ -11,7 +11,7 @@
 
 namespace pdx {
 
-constinit ProcessSlot<ConfigMap> g_config;
+constinit ServiceHolder<ConfigMap> g_config;
 constinit std::atomic<bool> g_configurable = false;
 
 namespace {

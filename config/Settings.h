@@ -8,12 +8,12 @@
 #include <string_view>
 
 #include "config/rules/ConfigMap.h"
-#include "platform/ProcessSlot.h"
+#include "platform/ServiceHolder.h"
 
 namespace pdx {
 
 /// The settings, null until loadConfiguration. Never changed once it is here: any thread reads it without a lock.
-extern ProcessSlot<ConfigMap> g_config;
+extern ServiceHolder<ConfigMap> g_config;
 
 /// Whether this machine may change the configuration: the embedded certificate chains to a root that it trusts.
 extern std::atomic<bool> g_configurable;

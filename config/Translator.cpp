@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-constinit ProcessSlot<Translator> g_translator;
+constinit ServiceHolder<Translator> g_translator;
 
 std::wstring detectLanguage() { return std::wstring(languageForLocale(userLocale())); }
 

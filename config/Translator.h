@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "config/StringFile.h"
-#include "platform/ProcessSlot.h"
+#include "platform/ServiceHolder.h"
 
 namespace pdx {
 
@@ -43,6 +43,6 @@ class Translator {
 };
 
 /// The strings, null until the application object has made them.
-extern ProcessSlot<Translator> g_translator;
+extern ServiceHolder<Translator> g_translator;
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// The object's life, and what the user interface has it do.
+// The object's construction and end, and the operations that the user interface asks for.
 #include "config/rules/ConfigLayers.h"
 #include "config/Settings.h"
 #include "config/Translator.h"
@@ -9,13 +9,13 @@
 #include "platform/product/InstallerVersion.h"
 #include "platform/rules/CommandLine.h"
 #include "platform/Task.h"
-#include "state/OlderClient.h"
+#include "state/Bastion.h"
 
 namespace pdx {
 namespace {
 
-/// Puts the strings of the configuration's language, if it forces one, over those of the user's. In a translator of
-/// their own: other threads may read the one that is there.
+/// Replaces the translator if the configuration forces a language. The strings load into a new one, because other
+/// threads may be reading the current one.
 void takeForcedLanguage() {
     const std::wstring forced = getConfigWideString("location.language");
     if (forced.empty()) return;
@@ -38,7 +38,7 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
       m_migration(m_run, m_errors),
       m_repair(m_run, m_errors, m_migration),
       m_userDisplay(command->display) {
-    // First of all: the box of a crash takes its words from there.
+    // First: the box of a crash reads its texts there.
     g_translator.set(std::make_shared<Translator>());
     // Runs in parallel; the steps below do not need its result.
     Task certificate(determineConfigurable);
@@ -102,7 +102,7 @@ std::string BootstrapperApplication::GetCurrentVersion() const {
     return reported.version;
 }
 
-bool BootstrapperApplication::asksAboutOlderClient() const { return asksToRemoveBastion(); }
+bool BootstrapperApplication::asksAboutBastion() const { return asksToRemoveBastion(); }
 
 void BootstrapperApplication::enableSending() { enableTelemetry(); }
 

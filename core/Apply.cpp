@@ -8,7 +8,7 @@ namespace pdx {
 
 int BootstrapperApplication::OnPlanBegin(DWORD cPackages) {
     m_context.record(Operation::planBegin, {{"cPackages", "npkg", cPackages}});
-    // The client's background parts see the mark before its files go.
+    // The client's background programs must read the mark before its files are removed.
     if (action() == BOOTSTRAPPER_ACTION_UNINSTALL) setUnavailable();
     return cancelCheck();
 }
@@ -33,15 +33,14 @@ int BootstrapperApplication::OnElevate() {
 int BootstrapperApplication::OnError(BOOTSTRAPPER_ERROR_TYPE errorType, LPCWSTR wzPackageId, DWORD dwCode,
                                      LPCWSTR wzError, DWORD uiFlags, DWORD cData, LPCWSTR* rgwzData,
                                      int nRecommendation) {
-    // An HTTP authentication error is shown like all others: the base's answer for it is not kept.
+    // The base's answer to an HTTP authentication error is not used: such an error is shown like all others.
     return m_errors.report({errorType, wzPackageId, dwCode, wzError, uiFlags, {cData, rgwzData}, nRecommendation});
 }
 
 int BootstrapperApplication::OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) {
     m_context.record(Operation::applyComplete, {{"hrStatus", "stat", Status{hrStatus}}, {"restart", "rstr", restart}});
     UpdateInstallStatus(hrStatus);
-    // m_fApplying stays set, although the work has ended: an ordinary end of the session is refused for the rest of the
-    // run.
+    // m_fApplying stays set on purpose: for the rest of the run an ordinary end of the session is refused.
     return m_run.ui->applyComplete(hrStatus, restart);
 }
 

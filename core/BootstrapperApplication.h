@@ -1,5 +1,5 @@
-// The application object that the engine calls. It hands each callback to the part of the run that it belongs to, and
-// what the user interface asks for to the engine.
+// The application object that the engine calls. It routes each callback to its part of the run, and the requests of the
+// user interface to the engine.
 #pragma once
 
 #include <functional>
@@ -20,34 +20,34 @@
 
 namespace pdx {
 
-/// Makes the user interface of a run. It is destroyed before the run is.
+/// Makes the user interface of a run, which is destroyed before the run.
 using UiFactory = std::function<std::unique_ptr<RunUi>(RunControls& run)>;
 
 class BootstrapperApplication : public RecordedCallbacks, public RunControls {
   public:
-    /// Brings up the process-wide services and turns environment and command line into bundle variables. The engine and
-    /// the command outlive the object. Without a telemetry factory the run reports nothing. Throws nothing but what
-    /// memory exhaustion throws.
+    /// Starts the process-wide services and turns environment and command line into bundle variables. The engine and
+    /// the command outlive the object. Without a telemetry factory the run sends no events. Throws only if memory is
+    /// exhausted.
     BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command, DWORD retryMaximum,
                             DWORD retryDelay, const UiFactory& makeUi, TelemetryFactory makeTelemetry,
                             RunHooks hooks = {});
     ~BootstrapperApplication() override;
 
-    // ---- What the user interface asks (RunControls)
+    // ---- RunControls
 
     BOOTSTRAPPER_ACTION action() const override { return m_run.action; }
     BOOTSTRAPPER_DISPLAY display() const override { return m_userDisplay; }
     bool isThinInstaller() const override { return m_run.variables.isThinInstaller(); }
     bool isRepair() const override { return m_run.variables.isRepair(); }
     bool isStopped() const override { return cancelCheck() == IDCANCEL; }
-    bool asksAboutOlderClient() const override;
+    bool asksAboutBastion() const override;
     std::wstring installFolder() const override { return GetEngineVariable(variable::installFolder, true); }
     const RunTelemetry& telemetry() const override { return m_run.telemetry; }
     void setInstallFolder(const std::wstring& folder) override { m_run.variables.setInstallFolder(folder); }
     void setDesktopShortcut(bool wanted) override {
         m_run.variables.set(variable::desktopShortcut, wanted ? L"1" : L"");
     }
-    void setOlderClientRemoval(bool wanted) override { m_run.variables.setNumber(variable::uninstallBastion, wanted); }
+    void setBastionRemoval(bool wanted) override { m_run.variables.setNumber(variable::uninstallBastion, wanted); }
     void setReportConsent(bool given) override { m_run.variables.setNumber(variable::submitReport, given); }
     void enableSending() override;
     void plan() override;
@@ -64,16 +64,16 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     std::wstring GetEngineVariable(const std::wstring& name, bool format) const {
         return m_run.variables.get(name, format);
     }
-    /// The version in force: the compiled-in one unless the configuration puts another in its place.
+    /// The compiled-in version unless the configuration replaces it.
     std::string GetCurrentVersion() const;
     bool isMeridianMode() const { return m_run.variables.isMeridianMode(); }
-    /// The status that decides the outcome, as far as it is known.
+    /// The status so far, which decides the outcome.
     HRESULT installStatus() const { return m_context.status(); }
 
     void takeFault(HRESULT status) override { UpdateInstallStatus(status); }
     void endAfterFault() override { quit(1); }
 
-    // ---- The engine's callbacks that do more than the base's
+    // ---- The callbacks that do more than log and answer
 
     HRESULT STDMETHODCALLTYPE OnStartup() override;
     int STDMETHODCALLTYPE OnShutdown() override;
@@ -113,7 +113,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
 
   protected:
     RunContext::State state() const { return m_context.state(); }
-    /// Takes the status of a step into the one that decides the outcome; logs a change.
+    /// Updates the run's status with that of a step; logs a change.
     void UpdateInstallStatus(HRESULT hr) { m_context.updateStatus(hr); }
 
   private:
@@ -126,11 +126,11 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     // OnStartup's steps (Startup.cpp), in their order.
     struct DiscFacts {
         bool present = false;
-        std::wstring parameters;  ///< the client's, for a start from a disc
+        std::wstring parameters;  ///< for the client
     };
     void logStart() const;
     DiscFacts lookForDisc() const;
-    bool takeInstallLocation();  ///< whether one is recorded
+    bool takeInstallLocation();  ///< true if one is recorded
     void addReportFiles();
     HRESULT openUi();
     HRESULT checkMachine();
@@ -147,7 +147,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     void endAsSuccess();
 
     ExceptionHandlerLife m_exceptionHandler;
-    LoggerLife m_logger;  // outlives all that logs
+    LoggerLife m_logger;  // declared before all that logs, and so destroyed after it
     const BOOTSTRAPPER_COMMAND* m_command;
     Run m_run;
     ErrorReporting m_errors;

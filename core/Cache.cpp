@@ -1,4 +1,4 @@
-// The callbacks of caching, which come on a thread of the engine's own, and the automatic retries of a failed download.
+// The callbacks of caching, on the engine's cache thread, and the automatic retries of a failed download.
 #include <windows.h>
 
 #include <shlwapi.h>

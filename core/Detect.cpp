@@ -1,4 +1,4 @@
-// The callbacks of detection. Related bundles, features and the like are only kept for reports.
+// The callbacks of detection that act.
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Errors.h"
@@ -17,11 +17,11 @@ int BootstrapperApplication::OnDetectUpdateBegin(LPCWSTR wzUpdateLocation, int n
 }
 
 void BootstrapperApplication::checkForUpdate() {
-    // The page stands before the network is waited for.
+    // Shown first: the check waits for the network.
     m_run.ui->showUpdateCheck();
     const auto address = m_run.hooks.newerInstaller(GetCurrentVersion());
     if (!address) return;
-    // Neither size nor hash is known: the engine takes what it is sent.
+    // Size and hash are unknown: the engine accepts any file from that address.
     const HRESULT hr =
         m_run.engine->SetUpdate(nullptr, address->c_str(), 0, BOOTSTRAPPER_UPDATE_HASH_TYPE_NONE, nullptr, 0);
     if (FAILED(hr)) {
@@ -30,13 +30,13 @@ void BootstrapperApplication::checkForUpdate() {
         return;
     }
     m_run.action = BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
-    // The newer installer takes it, while this one still runs.
+    // The newer installer takes the mutex while this one still runs.
     m_run.mutex.release();
 }
 
 void BootstrapperApplication::OnDetectPackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_PACKAGE_STATE state) {
-    // The package's state is not kept: reports show the status under this key.
+    // The state is logged only: reports show the status under this key.
     m_context.record(
         Operation::detectPackageComplete,
         {{"wzPackageId", "pkid", wzPackageId}, {"hrStatus", "pkst", Status{hrStatus}}, {"state", nullptr, state}});
@@ -47,7 +47,7 @@ void BootstrapperApplication::OnDetectPackageComplete(LPCWSTR wzPackageId, HRESU
 void BootstrapperApplication::OnDetectComplete(HRESULT hrStatus) {
     m_context.record(Operation::detectComplete, {{"hrStatus", "stat", Status{hrStatus}}});
     UpdateInstallStatus(hrStatus);
-    // The engine reports the end of a detection also after it was asked to quit; a plan made now would install.
+    // The engine completes a detection even after a request to quit; a plan made now would install.
     if (!m_run.isQuitRequested()) m_run.ui->detectComplete(hrStatus);
 }
 

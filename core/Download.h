@@ -1,4 +1,4 @@
-// The download that is under way: its events, and its automatic retries.
+// The current download: its events, and its automatic retries.
 #pragma once
 
 #include "core/rules/RunEvents.h"
@@ -6,18 +6,17 @@
 
 namespace pdx {
 
-/// On the engine's cache thread alone. The run outlives it.
+/// Used on the engine's cache thread only. The run outlives the object.
 class Download {
   public:
     explicit Download(const Run& downloadRun) : run(downloadRun) {}
 
-    /// A package's payloads are about to be acquired. Its failures are counted over all of them, and a success does not
-    /// reset the count.
+    /// Resets the count of failures, which covers all payloads of a package. A success does not reset it.
     void beginPackage() { failures = 0; }
     void begin(BOOTSTRAPPER_CACHE_OPERATION acquireOperation, LPCWSTR source);
     void progress(uint64_t bytes, uint64_t total);
-    /// Sends how a download ended. A failure that is due for a retry is waited for first: whether the engine is to try
-    /// again. The wait ends with a cancel.
+    /// Sends how a download ended. True if the engine shall try again; then the retry's delay has passed, or the user
+    /// has cancelled.
     [[nodiscard]] bool isRetriedAfter(HRESULT hr);
     void verified(HRESULT hr) const;
 

@@ -23,11 +23,11 @@ HRESULT relaunchElevated(Run& run, ErrorReporting& errors) {
                                 .parameters = relaunchParameters(valueOf),
                                 .show = SW_SHOW};
     if (!run.hasUserCancelled()) {
-        // The copy is to take it.
+        // The elevated copy takes the mutex.
         run.mutex.release();
         const Handle copy = run.hooks.startProgram(start);
-        // Not earlier: without a window of this process the system's question could stay in the background.
-        run.ui->leaveTheScreen();
+        // Not earlier: without a window of this process the elevation prompt could open in the background.
+        run.ui->hideWindow();
         awaitElevatedStart(copy.get(), [&run] { return run.loggedOut.load(); });
     }
     run.quit(0);

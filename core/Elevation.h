@@ -1,4 +1,4 @@
-// How a run that has not the rights it needs gets them: files locked, then an elevated copy of the program.
+// How a run gets elevated rights: it locks the files, then starts an elevated copy of the program.
 #pragma once
 
 #include <string>
@@ -8,14 +8,14 @@
 
 namespace pdx {
 
-/// Locks the files that are to run elevated for the life of the run's object. The result with which a start fails if
-/// they cannot be locked; the error is reported then.
+/// Locks the files that are to run elevated until the run's object is destroyed. If that fails, reports the error and
+/// returns the result with which the start fails.
 HRESULT lockElevatedBinaries(Run& run, ErrorReporting& errors, const std::wstring& folder,
                              const std::wstring& executable);
 
-/// Starts an elevated copy of this program with the variables that cross over, and ends this run, whatever becomes of
-/// the copy: a refusal by the user too, for nobody is there to do the work in its place. Not after a cancel. Holds the
-/// files until the copy has loaded them, after the window has gone; not without limit.
+/// Starts an elevated copy of this program with the variables that cross over, and ends this run, even if the user
+/// refuses elevation: this process could not do the work. After a cancel no copy is started. Hides the window, then
+/// holds the locks until the copy has loaded the files, within a bound (awaitElevatedStart).
 HRESULT relaunchElevated(Run& run, ErrorReporting& errors);
 
 }  // namespace pdx

@@ -40,10 +40,10 @@ void ErrorReporting::addLog(const std::wstring& path) {
 }
 
 std::string ErrorReporting::submit() {
-    // The dialog writes the variable from the error prompt's box.
+    // The dialog sets the variable from the check box of the error prompt.
     if (run.variables.get(variable::submitReport) != L"1") return {};
     run.ui->showReportUnderWay();
-    // A second attempt need not wait for the network.
+    // The user may start another run during the upload.
     run.mutex.release();
     for (const std::wstring& stem : stems) addFilesOfStem(files, stem);
     return run.hooks.sendReport(files);

@@ -1,5 +1,5 @@
-// What becomes of an error, from its callback to the report of the run: the status, the event, the prompt, the files
-// that the report takes along, the user's consent, the upload.
+// The whole order of an error report: the callback, the status, the event, the prompt, the files, the user's consent,
+// the upload.
 #pragma once
 
 #include <string>
@@ -23,25 +23,25 @@ struct EngineError {
     int recommendation;
 };
 
-/// On the engine's thread. The run outlives the object.
+/// Used on the engine's thread. The run outlives the object.
 class ErrorReporting {
   public:
     explicit ErrorReporting(Run& reportedRun) : run(reportedRun) {}
 
-    /// Logs an error, takes it into the run's status, sends its event and shows it. The prompt's answer.
+    /// Logs an error, updates the run's status, sends its event and shows it. Returns the prompt's answer.
     int report(const EngineError& error);
-    /// The same for an error of the library's own. The result with which a start fails for it.
+    /// The same for an error of the library. Returns the result with which a start fails for it.
     HRESULT fail(ProgramError code);
-    /// Shows the status of a failed run, unless an error was shown before.
+    /// Shows the status of a failed run, unless its error was shown already.
     void showFailure();
 
     void addFile(const std::wstring& path) { files.insert(path); }
-    /// A log that may roll over to several files: all that begin with its path without ".log". Nothing for a path of
-    /// fewer than five characters.
+    /// Adds a log that may roll over to several files: all that begin with its path without ".log". Adds nothing for a
+    /// path of fewer than five characters.
     void addLog(const std::wstring& path);
 
-    /// Sends the report, if the user has agreed to it in the error prompt, and waits for that. Meanwhile another
-    /// installer may begin. The report's tracking id; empty if there is none.
+    /// Sends the report if the user has agreed to it in the error prompt, and waits for the upload. Meanwhile another
+    /// installer may start. Returns the report's tracking id; empty without one.
     [[nodiscard]] std::string submit();
 
   private:

@@ -1,4 +1,4 @@
-// The callbacks of execution, and the channel by which custom actions of the client's package reach this process.
+// The callbacks of execution, and the messages that custom actions of the client's package send to this process.
 #include "core/BootstrapperApplication.h"
 #include "core/rules/MsiChannel.h"
 #include "core/rules/PackageLog.h"
@@ -24,8 +24,7 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
     const std::wstring packageId = textOrEmpty(wzPackageId);
     const std::wstring logPath = m_run.variables.get(packageLogVariable(packageId, fExecute != FALSE));
     if (logPath.empty()) {
-        // No package is failed for a log that the engine does not want: with logging off there is no path. The client's
-        // log is not locked then, and the run goes on.
+        // No failure: with logging off the engine names no path. The client's log is then not locked.
         PDX_LOG(logError, "BootstrapperApplication::OnExecutePackageBegin", "Unable to determine log path for %ls",
                 packageId);
     } else if (packageId == clientPackageId) {
@@ -44,7 +43,7 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
 bool BootstrapperApplication::openClientLog(const std::wstring& logPath) {
     std::wstring folder = getSessionTempPath();
     if (logPath.size() < folder.size() || !equalsIgnoreCase(logPath.substr(0, folder.size()), folder)) folder.clear();
-    // Held from the first byte on, so that nobody puts a link or a file of his own in its place.
+    // Locked before Windows Installer opens it, so that no other program replaces it with a link or a file.
     return LockFile(m_run.lockedFiles, logPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                     CREATE_NEW, GetFinalPath(folder)) != INVALID_HANDLE_VALUE;
 }
@@ -73,7 +72,7 @@ int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, 
             break;
     }
     if (m_run.action == BOOTSTRAPPER_ACTION_INSTALL) {
-        if (text == bastionUninstallBegin) m_run.ui->showOlderClientTitle();
+        if (text == bastionUninstallBegin) m_run.ui->showBastionTitle();
         if (text == bastionUninstallSuccess) m_run.telemetry.sendMeridianCompleted();
     }
     return !m_fRollingBack && m_run.isCancelled() ? static_cast<int>(IDCANCEL) : nRecommendation;

@@ -1,11 +1,11 @@
-// The mutex that one installer of the machine holds.
+// The mutex that keeps a second installer of the machine from running.
 #pragma once
 
 #include "platform/Handles.h"
 
 namespace pdx {
 
-/// Taken and released by the engine's thread: the mutex belongs to the thread.
+/// Taken and released on one thread, the engine's: the system's mutex belongs to a thread.
 class InstallerMutex {
   public:
     InstallerMutex() = default;

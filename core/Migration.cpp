@@ -5,22 +5,22 @@
 #include "platform/Log.h"
 #include "platform/Processes.h"
 #include "platform/product/Client.h"
-#include "state/OlderClient.h"
+#include "state/Bastion.h"
 
 namespace pdx {
 
 void Migration::promptBastionUninstall() {
     const bool asks = !run.isCancelled();
-    const OlderClientChoice choice = run.ui->askOlderClient();
-    const bool removes = choice == OlderClientChoice::uninstall;
-    // Every answer other than the first counts as this click, the closed window too, which cancels the run.
+    const BastionChoice choice = run.ui->askAboutBastion();
+    const bool removes = choice == BastionChoice::uninstall;
+    // Every other answer counts as "not now", also the closed window, which cancels the run.
     if (asks) run.telemetry.sendBastionOverlayClick(removes ? overlayUninstall : overlayNotNow);
     if (!run.isCancelled()) {
         if (removes) {
             run.variables.setNumber(variable::uninstallBastion, 1);
             run.requestReload(ReloadPurpose::migration);
         }
-        if (choice == OlderClientChoice::notNow) {
+        if (choice == BastionChoice::notNow) {
             run.variables.setNumber(variable::uninstallBastion, 0);
             if (isBastionRunning()) {
                 PDX_LOG(logInfo, "BootstrapperApplication::promptBastionUninstall",
@@ -30,13 +30,13 @@ void Migration::promptBastionUninstall() {
             launchClientToUpdate();
         }
     }
-    // Asked twice after the first answer, which is harmless.
+    // The second request to quit after "uninstall", which is harmless.
     run.quit(0);
 }
 
 HRESULT Migration::start() {
     if (!run.hooks.isElevated()) return relaunchElevated(run, errors);
-    if (run.variables.get(variable::uninstallBastion) == L"1") removeOlderClient();
+    if (run.variables.get(variable::uninstallBastion) == L"1") removeBastion();
     launchClientToUpdate();
     run.quit(0);
     return S_OK;
@@ -44,19 +44,19 @@ HRESULT Migration::start() {
 
 void Migration::launchInstalledClient() {
     if (run.variables.get(variable::uninstallBastion) == L"1") {
-        removeOlderClient();
+        removeBastion();
         launchClientToUpdate();
     } else {
         launchClient(L"/checkForUpdate");
     }
 }
 
-void Migration::removeOlderClient() {
-    run.ui->showOlderClientRemoval();
+void Migration::removeBastion() {
+    run.ui->showBastionRemoval();
     if (run.hasUserCancelled()) return;
     waitForBastionTempUninstallers();
     Sleep(1000);
-    // After a cancel too: the older client is gone.
+    // After a cancel too: the older client has been removed.
     run.telemetry.sendMeridianCompleted();
 }
 

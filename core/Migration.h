@@ -7,25 +7,23 @@
 
 namespace pdx {
 
-/// On the engine's thread. What it is made with outlives it.
+/// Used on the engine's thread. The constructor's arguments outlive the object.
 class Migration {
   public:
     Migration(Run& migrationRun, ErrorReporting& migrationErrors) : run(migrationRun), errors(migrationErrors) {}
 
-    /// Asks what is to become of the older client: this run ends for its removal, or it stays and the client is
-    /// started. Ends the run.
+    /// Asks whether to uninstall the older client. Requests a reload that does, or starts the client. Ends the run.
     void promptBastionUninstall();
-    /// In the run that removes it, which is elevated or starts a copy that is: waits for the uninstallers, then starts
-    /// the client, and ends the run. The start's result.
+    /// After the reload: starts an elevated copy if needed, else removes the older client, starts the client and ends
+    /// the run. Returns the start's result.
     HRESULT start();
-    /// Starts the client, after the older one's removal where that is due.
+    /// Starts the client; removes the older client first if the user has chosen that.
     void launchInstalledClient();
 
   private:
-    /// Starts no uninstaller after a cancel. One that runs is waited for without limit, and a cancel meanwhile changes
-    /// nothing about that.
-    void removeOlderClient();
-    /// Not after a cancel.
+    /// Does nothing after a cancel. Waits without limit for an uninstaller that runs, also after a later cancel.
+    void removeBastion();
+    /// Does nothing after a cancel.
     void launchClientToUpdate();
 
     Run& run;

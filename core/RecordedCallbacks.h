@@ -1,4 +1,4 @@
-// The callbacks of the engine that leave only their log line and their context, for the reports of an error.
+// The engine's callbacks that only write their log line and their context, for error reports.
 #pragma once
 
 #include "core/engine/BaseApplication.h"
@@ -6,7 +6,7 @@
 
 namespace pdx {
 
-/// Each answers as the base does. A failed status goes into the run's.
+/// Each answers as the base does. A failed status updates the run's status.
 class RecordedCallbacks : public CBalBaseBootstrapperApplication {
   public:
     int STDMETHODCALLTYPE OnSystemShutdown(DWORD dwEndSession, int nRecommendation) override;

@@ -13,26 +13,26 @@ constexpr Operation repairOperations[] = {Operation::repairStopService, Operatio
 
 }  // namespace
 
-// 1. The question. From the uninstall's question the dialog comes to the same reload.
+// 1. The question. The dialog's question in an uninstall can request the same reload.
 void Repair::promptAlreadyInstalled() {
     const InstalledChoice choice = run.ui->askInstalled();
     if (!run.isCancelled()) {
         if (choice == InstalledChoice::launch) migration.launchInstalledClient();
         if (choice == InstalledChoice::repair) run.requestReload(ReloadPurpose::repair);
     }
-    // Asked twice after a repair, which is harmless.
+    // The second request to quit after "repair", which is harmless.
     run.quit(0);
 }
 
 // 2. The engine loads the library anew, and the new object finds PDX_REPAIR in the environment. Without elevated rights
-// it starts an elevated copy, which comes to the same place.
+// it starts an elevated copy, which starts here too.
 HRESULT Repair::start() {
     if (!run.hooks.isElevated()) return relaunchElevated(run, errors);
     run.ui->showRepairBeginning();
     return performRepairCleanup();
 }
 
-// 3. The clean-up. 4. The detection, from which the run is an install.
+// 3. The clean-up. 4. The detection; from here on the run is an install.
 HRESULT Repair::performRepairCleanup() {
     RepairRun steps;
     steps.providerKey = run.variables.get(variable::providerKey);
@@ -49,9 +49,9 @@ HRESULT Repair::performRepairCleanup() {
         run.variables.setInstallFolder(folder);
         SetEnvironmentVariableW(variable::installLocation, folder.c_str());
     };
-    const RepairResult result = cleanUpForRepair(steps);
+    const RepairResult result = removeInstalledClient(steps);
     if (result == RepairResult::failed) return errors.fail(errorRepairIncomplete);
-    // Also after a cancel that came too late for the clean-up: the engine would detect before it ends the run.
+    // Also after a cancel that was too late for the clean-up: the engine would detect before it ends the run.
     if (result == RepairResult::cancelled || run.isCancelled()) {
         run.quit(0);
         return S_OK;

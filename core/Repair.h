@@ -7,16 +7,17 @@
 
 namespace pdx {
 
-/// On the engine's thread. What it is made with outlives it.
+/// Used on the engine's thread. The constructor's arguments outlive the object.
 class Repair {
   public:
     Repair(Run& repairRun, ErrorReporting& repairErrors, Migration& repairMigration)
         : run(repairRun), errors(repairErrors), migration(repairMigration) {}
 
-    /// Asks what is to become of the installed client: it is started, or this run ends for a repair. Ends the run.
+    /// Asks whether to start or repair the installed client. Starts it or requests a reload for the repair. Ends the
+    /// run.
     void promptAlreadyInstalled();
-    /// In the run that repairs, which is elevated or starts a copy that is: removes the client, then has the engine
-    /// detect, which finds none. The start's result.
+    /// After the reload: starts an elevated copy if needed, else removes the client and has the engine detect a machine
+    /// without it. Returns the start's result.
     HRESULT start();
 
   private:

@@ -42,7 +42,7 @@ HRESULT Run::detect() {
 }
 
 bool Run::hasUserCancelled() {
-    // Handled after the answer to a question that is open now.
+    // The user interface handles this only after the answer to an open question.
     ui->settle();
     return isCancelled();
 }

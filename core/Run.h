@@ -1,4 +1,4 @@
-// One run: what its parts share, and the steps by which each of them can end it.
+// One run: the state that its parts share, and the operations by which each of them can end it.
 #pragma once
 
 #include <windows.h>
@@ -18,33 +18,33 @@
 
 namespace pdx {
 
-/// What the engine is to load the library anew for.
+/// Why the engine shall load the library anew.
 enum class ReloadPurpose {
     repair,
-    migration,  ///< the older client is to go although the client is installed already
+    migration,  ///< to remove the older client although the client is installed already
 };
 
-/// The parts of a run hold a reference on it. Any thread, but for what is said at a member.
+/// The parts of a run hold a reference to it. Any thread, except where a member's comment names one.
 class Run {
   public:
-    /// Engine and command outlive the object, as does the context. isCancelled is asked from any thread.
+    /// Engine, command and context outlive the object. isCancelled is called on any thread.
     Run(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND& command, RunHooks hooks, RunContext& context,
         std::function<bool()> isCancelled);
 
     /// Makes the engine end the run with that code; see RunControls.
     void quit(DWORD code);
     [[nodiscard]] bool isQuitRequested() const { return quitRequested; }
-    /// Ends the run with 1 if the engine refuses the operation of that name: it would call nothing more, and the run
-    /// would hang. Logs it, and takes it into the status.
+    /// Ends the run with 1 if the engine has refused the operation of that name: without another callback the run would
+    /// hang. Logs the failure and updates the status.
     void quitOnFailure(const char* operation, HRESULT hr);
-    /// Asks the engine to end this run and then to load the library anew, in the mode that the reload is for.
+    /// Asks the engine to end this run and then to load the library anew, for that purpose.
     void requestReload(ReloadPurpose purpose);
-    /// What OnShutdown returns. The next time it is 0 again.
+    /// The result for OnShutdown, which resets it to 0.
     int takeShutdownResult() { return shutdownResult.exchange(0); }
-    /// Asks the engine to detect. A refusal is the start's result, on an install as after a clean-up: the engine ends
-    /// the run with it at once, and its exit code names the failure.
+    /// Asks the engine to detect. A refusal becomes the start's result: the engine ends the run with it at once, and
+    /// its exit code names the failure.
     HRESULT detect();
-    /// Whether the user has cancelled. While the window asks for that, waits for the answer.
+    /// Whether the user has cancelled. Waits for the answer to an open question.
     bool hasUserCancelled();
 
     IBootstrapperEngine* const engine;
@@ -52,13 +52,13 @@ class Run {
     RunContext& context;
     const std::function<bool()> isCancelled;
     std::atomic<BOOTSTRAPPER_ACTION> action;
-    std::atomic<bool> loggedOut = false;  ///< the Windows session ends
+    std::atomic<bool> loggedOut = false;  ///< the Windows session is ending
     RunVariables variables;
     RunTelemetry telemetry;
     InstallerMutex mutex;
-    /// Held until the object goes. On the engine's thread.
+    /// Locked until the object is destroyed. Used on the engine's thread.
     std::vector<FileHandle> lockedFiles;
-    /// The last to be made, and the first to go: its thread uses the others.
+    /// Declared last, so destroyed first: its thread uses the others.
     std::unique_ptr<RunUi> ui;
 
   private:

@@ -60,7 +60,7 @@ void RunContext::merge(const Json& attributes) {
 
 void RunContext::keepMsiMessage(const char* word, int type, UINT flags, std::wstring_view message, TextList arguments,
                                 int recommendation) {
-    // Runs for every line of a long install: what the kind's object holds already is written over in place.
+    // Runs for every line of a long install, so the kind's object is overwritten in place.
     const std::lock_guard guard(lock);
     Json& entry = current.context[word];
     if (!entry.is_object() || entry.size() != 5)

@@ -1,4 +1,4 @@
-// What is known of a run while it goes on: the current callback, its context, and the status that decides the outcome.
+// The state of a run for error reports: the current callback, its context, and the status that decides the outcome.
 #pragma once
 
 #include <initializer_list>
@@ -14,32 +14,32 @@
 
 namespace pdx {
 
-/// Any thread: the engine's callbacks come on several. Its lock is held across no message, wait or engine call, and so
-/// across no log line.
+/// Any thread: the engine calls on several. The lock is held during no message, wait or engine call, and so during no
+/// log line.
 class RunContext {
   public:
     using Json = nlohmann::json;
 
-    /// A copy of the moment, the whole context with it.
+    /// A copy, with the whole context.
     struct State {
         Operation lastOperation = Operation::none;
         Json context = Json::object();
         InstallStatus status;
     };
     [[nodiscard]] State state() const;
-    /// The status that decides the outcome, as far as it is known.
+    /// The status so far, which decides the outcome.
     [[nodiscard]] HRESULT status() const;
 
-    /// Logs a callback's line and takes its arguments into the context by the operation's rule. Without arguments the
-    /// line is "Entering OnApplyBegin".
+    /// Logs a callback's line and adds its arguments to the context by the operation's ContextRule. Without arguments
+    /// the line is "Entering OnApplyBegin".
     void record(Operation operation, std::initializer_list<Fact> facts,
                 std::source_location where = std::source_location::current());
-    /// The line alone, of a callback without a number.
+    /// Logs the line only, for a callback without a number.
     static void trace(const char* callback, std::span<const Fact> facts,
                       std::source_location where = std::source_location::current());
-    /// A step begins, with an empty context.
+    /// Begins a step with an empty context.
     void begin(Operation operation);
-    /// A step begins; the context stays.
+    /// Begins a step and keeps the context.
     void setOperation(Operation operation);
     void merge(Operation operation, const Json& attributes);
     void merge(const Json& attributes);
@@ -47,9 +47,9 @@ class RunContext {
     void keepMsiMessage(const char* word, int type, UINT flags, std::wstring_view message, TextList arguments,
                         int recommendation);
 
-    /// Takes the status of a step into the one that decides the outcome; logs a change.
+    /// Updates the run's status with that of a step (InstallStatus); logs a change.
     void updateStatus(HRESULT hr);
-    /// The error prompt is shown for the current error. Whether it was before.
+    /// Marks the current error as shown. Returns whether it was marked already.
     bool markErrorShown();
 
   private:

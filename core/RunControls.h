@@ -1,4 +1,4 @@
-// What the user interface asks of a run, and what it has the run do.
+// The operations of a run for its user interface.
 #pragma once
 
 #include <string>
@@ -12,38 +12,38 @@ namespace pdx {
 class RunControls {
   public:
     [[nodiscard]] virtual BOOTSTRAPPER_ACTION action() const = 0;
-    /// The display towards the user, which is not the engine's own where this run is embedded in another.
+    /// The display towards the user; differs from the engine's where this run is embedded in another.
     [[nodiscard]] virtual BOOTSTRAPPER_DISPLAY display() const = 0;
     [[nodiscard]] virtual bool isThinInstaller() const = 0;
     [[nodiscard]] virtual bool isRepair() const = 0;
     /// Whether the user has cancelled, and the engine is not rolling back.
     [[nodiscard]] virtual bool isStopped() const = 0;
-    /// Whether the user has to be asked about the older client.
-    [[nodiscard]] virtual bool asksAboutOlderClient() const = 0;
+    /// Whether to ask the user about the older client.
+    [[nodiscard]] virtual bool asksAboutBastion() const = 0;
     [[nodiscard]] virtual std::wstring installFolder() const = 0;
     /// For the clicks and the pages shown.
     [[nodiscard]] virtual const RunTelemetry& telemetry() const = 0;
 
     virtual void setInstallFolder(const std::wstring& folder) = 0;
     virtual void setDesktopShortcut(bool wanted) = 0;
-    virtual void setOlderClientRemoval(bool wanted) = 0;
+    virtual void setBastionRemoval(bool wanted) = 0;
     virtual void setReportConsent(bool given) = 0;
 
-    /// The user has begun the work: from here on telemetry is sent.
+    /// Lets telemetry be sent from now on, because the user has begun the work.
     virtual void enableSending() = 0;
     /// Asks the engine to plan the action, or to apply the plan. Ends the run if it refuses.
     virtual void plan() = 0;
     virtual void apply(HWND window) = 0;
-    /// Makes the engine end the run with that code. From then on detection leads to nothing: the engine finishes a
-    /// detection that is under way and reports it all the same.
+    /// Makes the engine end the run with that code. The engine still completes a detection that is running; its result
+    /// is then ignored.
     virtual void quit(DWORD code) = 0;
-    /// Ends a run whose next step failed in the user interface, with 1.
+    /// Ends the run with 1 after its next step failed in the user interface.
     virtual void quitAfterFault() = 0;
-    /// Every further callback answers with a cancel: an apply that is under way ends in a rollback.
+    /// Cancels: every further callback answers with a cancel, and a running apply ends in a rollback.
     virtual void cancel(HWND window) = 0;
     /// Ends this run and has the engine load the library anew for a repair.
     virtual void requestRepair() = 0;
-    /// The Windows session ends under the window.
+    /// Notes that the Windows session is ending.
     virtual void noteLogout() = 0;
 
   protected:

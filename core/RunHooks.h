@@ -1,4 +1,4 @@
-// What a run asks of the world outside the engine and may have to be spared in a test.
+// What a run uses outside the engine, replaceable in tests.
 #pragma once
 
 #include <windows.h>
@@ -20,26 +20,26 @@
 
 namespace pdx {
 
-/// Each is the real one unless another is put in its place.
+/// Each is the real function unless a test replaces it.
 struct RunHooks {
-    /// The clock of the wait before a download is retried, and the pauses of that wait.
+    /// The clock of the wait before a download's retry, and the pauses of that wait.
     std::function<std::chrono::milliseconds()> steadyTime = pdx::steadyTime;
     std::function<void(std::chrono::milliseconds)> pause = [](std::chrono::milliseconds time) {
         Sleep(static_cast<DWORD>(time.count()));
     };
-    /// The address of the installer that is to take this one's place, if the update service names one. Waits for it.
+    /// The address of the newer installer, if the update service names one. Waits for the service.
     std::function<std::optional<std::wstring>(const std::string& currentVersion)> newerInstaller = findNewerInstaller;
     /// Whether this process runs elevated.
     std::function<bool()> isElevated = pdx::isElevated;
     /// The folder that this library lies in.
     std::function<std::wstring()> libraryFolder = [] { return removeFileSpec(getModuleFilePath(L"version.dll")); };
-    /// Holds the files that are to run elevated.
+    /// Locks the files that are to run elevated.
     std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                        const std::wstring& executable)>
         lockElevated = ensureElevatedBinaries;
     /// Starts the elevated copy of this program.
     std::function<Handle(const ProgramStart& program)> startProgram = pdx::startProgram;
-    /// Sends the report of a failed run, and gives its id.
+    /// Sends the report of a failed run and returns its id.
     std::function<std::string(const ReportFiles& files)> sendReport = sendErrorReport;
 };
 

@@ -8,7 +8,7 @@
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
 #include "platform/rules/CommandLine.h"
-#include "state/OlderClient.h"
+#include "state/Bastion.h"
 #include "telemetry/InstallTelemetry.h"
 #include "telemetry/rules/TimeFormat.h"
 #include "telemetry/TelemetryManager.h"
@@ -27,7 +27,6 @@ void send(EventPair pair) {
 
 std::string now() { return TelemetryManager::timestamp(briskSender); }
 
-/// When the machine was started.
 std::string bootTime() { return briskTime(currentFileTime() - GetTickCount64() * fileTimePerMillisecond); }
 
 }  // namespace
@@ -92,7 +91,7 @@ void RunTelemetry::sendExecutionStarted() const {
 
 void RunTelemetry::sendError(HRESULT hr, const std::string& message) const {
     const std::string code = contextStatus(hr);
-    send(errorRaised(kind(), code));
+    send(errorOccurred(kind(), code));
     const RunContext::State last = context.state();
     logBriskError("inst.{group}.erro", code, message, last.lastOperation, last.context);
 }

@@ -1,4 +1,4 @@
-// What the callbacks report of a run to the two telemetry services.
+// Sends the events of a run to the two telemetry services.
 #pragma once
 
 #include <atomic>
@@ -15,8 +15,8 @@
 
 namespace pdx {
 
-/// Each operation sends its occasion's events and waits for nothing, but for start() and stop(). Any thread, once
-/// started; the arguments outlive the object.
+/// Each operation sends the events of one occasion. None waits, except start() and stop(). Any thread after start();
+/// the constructor's arguments outlive the object.
 class RunTelemetry {
   public:
     using Json = nlohmann::json;
@@ -27,12 +27,12 @@ class RunTelemetry {
 
     // ---- The session
 
-    /// Makes the manager of the run and sends the session's start. A null factory: nothing is sent.
+    /// Makes the run's manager and sends the session's start. Without a factory nothing is sent.
     void start(TelemetryFactory make, bool autopatch, bool elevated);
     void sendSessionStopped() const;
     /// Waits until both senders have ended, each after one last post.
     void stop() { life.stop(); }
-    /// Leaves the senders for the object that comes with a reload.
+    /// Leaves the senders to the object after a reload.
     void handOn() { life.handOn(); }
 
     // ---- The phases
@@ -45,11 +45,11 @@ class RunTelemetry {
     void sendExecutionFailed(HRESULT hr) const;
     void sendError(HRESULT hr, const std::string& message) const;
     void sendRunFinished() const;
-    /// The word is runCancelWord's. The report's id goes with it unless it is empty.
+    /// The word is runCancelWord's. A report's id is sent unless it is empty.
     void sendRunCancelled(const char* word, const std::string& reportId) const;
     void sendRunFailed(const std::string& reportId) const;
 
-    // ---- What of the move from the older client was shown or pressed (state/rules/MeridianMessages.h)
+    // ---- What the migration has shown, and what was pressed (state/rules/MeridianMessages.h)
 
     void sendMeridianStartClick(const char* id) const;
     void sendMeridianStartImpressions() const;
@@ -59,7 +59,7 @@ class RunTelemetry {
 
   private:
     [[nodiscard]] RunKind kind() const;
-    /// Sends an error to the Brisk service under a name whose "{group}" is filled in; logs code, text and flag.
+    /// Sends an error event to the Brisk service, "{group}" in its name replaced (eventName); logs code, text and flag.
     void logBriskError(std::string_view name, const std::string& code, const std::string& message, Operation operation,
                        const Json& errorContext, const Json& extra = {}) const;
     void sendMeridianMessages(std::span<const char* const> ids, const MessagePlace& place, const char* status) const;

@@ -1,4 +1,4 @@
-// What a run asks of its user interface. The dialog is one; a test puts a script in its place.
+// What a run asks of its user interface. The dialog implements it; tests use a script.
 #pragma once
 
 #include <cstdint>
@@ -15,32 +15,32 @@ struct ErrorInfo {
     int32_t defaultResult;
 };
 
-/// What is to become of a client that is installed already.
+/// What to do with a client that is installed already.
 enum class InstalledChoice { none, launch, repair };
 
-/// What is to become of the older client.
-enum class OlderClientChoice { none, uninstall, notNow };
+/// What to do with the older client.
+enum class BastionChoice { none, uninstall, notNow };
 
-/// Each operation but leaveTheScreen() waits until the user interface has handled it, and so for the user's answer if
-/// it asks. It waits while the question of another thread is open. Once the user has cancelled, and before a rollback,
-/// nothing is shown, and the answer is IDCANCEL or none. Without a window the answer is 0 or none.
+/// Each operation except hideWindow() waits until the user interface has handled it, for a question until the user has
+/// answered. Each also waits while a question from another thread is open. Between a cancel and the rollback nothing is
+/// shown, and the answer is IDCANCEL or none. Without a window the answer is 0 or none.
 class RunUi {
   public:
-    /// Ends as close() does.
+    /// Closes as close() does.
     virtual ~RunUi() = default;
 
-    /// Brings up the window, on a thread of its own. Whether it is there.
+    /// Opens the window on its UI thread. False on failure.
     virtual bool open() = 0;
-    /// Waits until that thread has ended, with the window.
+    /// Closes the window and waits until the UI thread has ended.
     virtual void close() = 0;
-    /// Takes the window off the screen. Waits for nothing.
-    virtual void leaveTheScreen() = 0;
-    /// Null before the window is made, and once it is gone.
+    /// Hides the window. Waits for nothing.
+    virtual void hideWindow() = 0;
+    /// Null before the window is made and after it is destroyed.
     [[nodiscard]] virtual HWND window() const = 0;
-    /// Shows nothing, but waits as all others.
+    /// Shows nothing, but waits as the others do.
     virtual void settle() = 0;
 
-    // ---- For a callback of the engine: each gives the callback's answer.
+    // ---- For a callback of the engine: each returns the callback's answer.
 
     virtual int showUpdateCheck() = 0;
     virtual int detectComplete(HRESULT status) = 0;
@@ -58,12 +58,12 @@ class RunUi {
     // ---- For the other steps of a run.
 
     virtual InstalledChoice askInstalled() = 0;
-    virtual OlderClientChoice askOlderClient() = 0;
+    virtual BastionChoice askAboutBastion() = 0;
     virtual void showRepairBeginning() = 0;
     virtual void showReportUnderWay() = 0;
-    /// The page stays, with another title.
-    virtual void showOlderClientTitle() = 0;
-    virtual void showOlderClientRemoval() = 0;
+    /// Changes the title of the current page.
+    virtual void showBastionTitle() = 0;
+    virtual void showBastionRemoval() = 0;
 };
 
 }  // namespace pdx

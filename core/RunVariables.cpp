@@ -5,8 +5,8 @@
 namespace pdx {
 namespace {
 
-/// Asks for a text whose size is not known: a first buffer of 256 characters, and a second of the size that the answer
-/// names. Empty on any failure.
+/// Reads a text of unknown size: first into 256 characters, then into the size that the engine names. Empty on any
+/// failure.
 template <typename Ask>
 std::wstring askText(Ask ask) {
     std::wstring buffer(256, L'\0');

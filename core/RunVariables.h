@@ -17,14 +17,14 @@ class RunVariables {
     [[nodiscard]] std::wstring get(const std::wstring& name, bool format = false) const;
     void set(const wchar_t* name, const std::wstring& text) { engine->SetVariableString(name, text.c_str()); }
     void setNumber(const wchar_t* name, int64_t number) { engine->SetVariableNumeric(name, number); }
-    /// Sets InstallFolder so that it means this folder, brackets in its name and all, wherever it is formatted.
+    /// Sets InstallFolder, with brackets in the folder's name escaped: formatting gives this folder again.
     void setInstallFolder(const std::wstring& folder);
 
     /// On unless the variable is exactly "0": the bundle presets "0", and an unset or empty variable counts as on.
     [[nodiscard]] bool isRepair() const { return get(variable::repair) != L"0"; }
-    /// The same for the move from the older client.
+    /// The same for the migration from the older client.
     [[nodiscard]] bool isMeridianMode() const { return get(variable::meridianMode) != L"0"; }
-    /// The small variant that downloads its packages.
+    /// Whether this is the thin variant, which downloads its packages.
     [[nodiscard]] bool isThinInstaller() const { return get(variable::thickInstaller) == L"no"; }
 
   private:

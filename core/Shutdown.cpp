@@ -12,8 +12,8 @@ namespace {
 
 constexpr const wchar_t* runKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 
-/// After a reload the engine's next object finds this one's process-wide services, so the library must not be unmapped
-/// in between. Only then: a pinned library cannot be deleted, and its folder stays in the temporary folder.
+/// The object after a reload uses this one's process-wide services, so the library must stay mapped in between. Only
+/// for a reload: a pinned library cannot be deleted, and its folder stays in the temporary folder.
 void pinLibrary() {
     HMODULE pinned = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
@@ -54,8 +54,8 @@ int BootstrapperApplication::OnShutdown() {
             break;
     }
     m_run.telemetry.sendSessionStopped();
-    // The run is over for the user: the window goes, and a second run may start.
-    m_run.ui->leaveTheScreen();
+    // The run is over for the user: a second one may start while the last events are sent.
+    m_run.ui->hideWindow();
     m_run.mutex.release();
     m_run.telemetry.stop();
     m_run.ui->close();

@@ -1,4 +1,4 @@
-// What a start decides before anything is detected.
+// The start: what is decided before the detection.
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
 #include "platform/Log.h"
@@ -8,8 +8,8 @@
 #include "platform/product/Client.h"
 #include "platform/Registry.h"
 #include "platform/UncaughtExceptions.h"
+#include "state/Bastion.h"
 #include "state/DiscStart.h"
-#include "state/OlderClient.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
@@ -23,7 +23,7 @@ HRESULT BootstrapperApplication::OnStartup() {
     logStart();
     m_context.begin(Operation::startup);
 
-    // A deliberate fault: it exercises the crash path on test machines.
+    // A deliberate fault, to test the crash report.
     if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
 
     const DiscFacts disc = lookForDisc();
@@ -44,7 +44,7 @@ void BootstrapperApplication::logStart() const {
 BootstrapperApplication::DiscFacts BootstrapperApplication::lookForDisc() const {
     DiscFacts disc = {.parameters = L"-ITD"};
     const std::wstring bundleFolder = m_run.variables.get(variable::bundleFolder, true);
-    // A key without a value is a crash of its own kind.
+    // An argument that is a bare key throws, which counts as a crash (checkForITD).
     disc.present = crashOnException([&] { return checkForITD(disc.parameters, bundleFolder, processArguments()); });
     return disc;
 }
@@ -62,7 +62,7 @@ void BootstrapperApplication::addReportFiles() {
 
 HRESULT BootstrapperApplication::openUi() {
     if (m_run.ui->open()) return S_OK;
-    // Without the dialog nobody would ever plan, apply or quit.
+    // Without the dialog no step would plan, apply or quit.
     UpdateInstallStatus(E_FAIL);
     return E_FAIL;
 }
@@ -95,7 +95,7 @@ HRESULT BootstrapperApplication::takeFirstStep(bool installed, const DiscFacts& 
             launchClient(disc.parameters);
             quit(0);
             break;
-        case StartupStep::promptOlderClient:
+        case StartupStep::promptBastionUninstall:
             m_migration.promptBastionUninstall();
             break;
     }
@@ -109,10 +109,10 @@ StartupFacts BootstrapperApplication::startupFacts(bool installed, bool fromDisc
     facts.fromDisc = fromDisc;
     if (action() != BOOTSTRAPPER_ACTION_INSTALL) return facts;
     facts.ignoreAlreadyInstalled = m_run.variables.get(variable::ignoreInstalled) == L"1";
-    facts.olderClientToPrompt = [this] {
-        return m_run.variables.get(variable::meridianUpgrade) == L"1" && asksAboutOlderClient();
+    facts.bastionToPrompt = [this] {
+        return m_run.variables.get(variable::meridianUpgrade) == L"1" && asksAboutBastion();
     };
-    facts.olderClientRecorded = [] { return !bastionText(L"ClientPath").empty(); };
+    facts.bastionRecorded = [] { return !bastionText(L"ClientPath").empty(); };
     facts.gatelinkRegistered = [] {
         return !toText(RegistryKey::classesRoot(view64).getSubKeyValue(gatelinkCommandKey, {}, {})).empty();
     };

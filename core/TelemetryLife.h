@@ -1,4 +1,4 @@
-// Telemetry as long as one application object needs it.
+// The telemetry manager for the life of one application object.
 #pragma once
 
 #include <memory>
@@ -7,24 +7,24 @@
 
 namespace pdx {
 
-/// Makes the manager of a run; null for one without telemetry.
+/// Makes the manager of a run; null means no telemetry.
 using TelemetryFactory = std::shared_ptr<TelemetryManager> (*)();
 
 /// All calls on the engine's thread.
 class TelemetryLife {
   public:
     TelemetryLife() = default;
-    /// Ends it as stop() does, unless it was handed on: no worker is left in a library that is about to be unmapped.
+    /// Stops as stop() does, except after handOn(): no worker may run in a library that is about to be unmapped.
     ~TelemetryLife();
     TelemetryLife(const TelemetryLife&) = delete;
     TelemetryLife& operator=(const TelemetryLife&) = delete;
 
-    /// Replaces the manager that an object before a reload left. That one, and those before it,
-    /// send what they still have, and nobody waits for them before stop().
+    /// Replaces the manager of the object before a reload. That manager and earlier ones send what they have queued;
+    /// only stop() waits for them.
     void begin(TelemetryFactory make);
     /// Waits until all workers have ended, each after one last post.
     void stop();
-    /// Leaves everything running for the object that comes with a reload.
+    /// Leaves everything running for the object after a reload.
     void handOn();
 
   private:

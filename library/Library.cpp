@@ -36,8 +36,8 @@ namespace {
 constexpr DWORD retryMaximum = 0;
 constexpr DWORD retryDelayMilliseconds = 1000;
 
-/// The support layer's reference on the engine. No owning pointer: a static must not release an engine that is gone
-/// when the process ends with the library still pinned.
+/// The support layer's reference to the engine. No owning pointer: if the process ends with the library pinned, the
+/// engine may be destroyed before this static.
 constinit Lock supportLock;
 constinit IBootstrapperEngine* supportEngine = nullptr;
 
@@ -64,8 +64,7 @@ std::shared_ptr<TelemetryManager> makeTelemetry() {
 
 std::unique_ptr<RunUi> makeDialog(RunControls& run) { return std::make_unique<DialogUi>(run); }
 
-/// The application object, and the first page of its window, which is made ready from before the object's own
-/// constructor on until the window takes it, or the object goes.
+/// The application object with the first page of its window, whose preparation starts before the object's constructor.
 class Application final : PreparedPage, public BootstrapperApplication {
   public:
     Application(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command)
@@ -76,7 +75,7 @@ class Application final : PreparedPage, public BootstrapperApplication {
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
     try {
         auto application = std::make_unique<Application>(engine, command);
-        // Where no page is prepared too. Never shut down; logs if it cannot be had.
+        // Also where no page is prepared. Never shut down; logs a failure.
         startGraphics();
         IBootstrapperApplication* const guarded = guardCallbacks(application.get());
         application.release();
@@ -86,20 +85,20 @@ IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOO
     }
 }
 
-/// Set when the library is unmapped in a process that goes on.
+/// Set when the library is unmapped in a process that continues.
 constinit bool unmapped = false;
 
 }  // namespace
 }  // namespace pdx
 
-/// Makes the application object for a run. The engine owns it through its reference; it dies with the last Release.
-/// Fails with the last system error, or E_FAIL, when it cannot be made.
+/// Makes the application object for a run. The engine owns it by a reference; the last Release deletes it. On failure
+/// returns the last system error, or E_FAIL.
 extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* engine,
                                                         const BOOTSTRAPPER_COMMAND* command,
                                                         IBootstrapperApplication** application) {
-    // First of all: whatever the system loads by its bare name from now on, it does not find beside the program.
+    // First: from now on the system does not search the program's folder for a library's bare name.
     pdx::restrictDllSearch();
-    pdx::raiseUncaughtExceptions();
+    pdx::installTerminateHandler();
     if (!engine || !command || !application) return E_INVALIDARG;
     pdx::setSupportEngine(engine);
     *application = pdx::makeApplication(engine, command);
@@ -111,12 +110,12 @@ extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* eng
     return hr;
 }
 
-/// Lets go of the engine; the application object is not touched.
+/// Releases the engine; the application object is not affected.
 extern "C" void WINAPI BootstrapperApplicationDestroy() { pdx::setSupportEngine(nullptr); }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
-    // Unmapped in a process that goes on: the services go with the library. When the process ends they stay as they
-    // are, for its other threads are gone, wherever they were.
+    // Only if the process continues: at its end the system has already ended the other threads, at any point of their
+    // work.
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
         pdx::unmapped = true;
         pdx::releaseTelemetry();
@@ -130,12 +129,11 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
 }
 
 #ifdef __MINGW32__
-/// In the place of the toolchain's own, which before it aborts prints what was thrown, for nobody to see, and brings a
-/// demangler of 50 KB for that.
+/// Replaces the toolchain's handler, which prints the exception first and links a demangler of 50 KB for that.
 void __gnu_cxx::__verbose_terminate_handler() { std::abort(); }
 
-/// Behind the destructors of all statics: the toolchain's thread layer keeps an event and a handle for each thread that
-/// it did not start itself, here the engine's, and would close them only if that thread ended with the library loaded.
+/// Runs after the destructors of all statics. The toolchain's thread layer keeps an event and a handle for each thread
+/// that it did not start, here the engine's. It would close them only if that thread ended with the library loaded.
 __attribute__((destructor(101))) static void closeThreadLayer() {
     if (!pdx::unmapped) return;
     void* const thread = pthread_gethandle(pthread_self());

@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-constinit ProcessSlot<Logger> g_logger;
+constinit ServiceHolder<Logger> g_logger;
 
 namespace {
 

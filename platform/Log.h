@@ -9,10 +9,10 @@
 
 #include "platform/ComPtr.h"
 #include "platform/Engine.h"
-#include "platform/ProcessSlot.h"
 #include "platform/rules/Format.h"
 #include "platform/rules/LogLine.h"
 #include "platform/rules/Scrub.h"
+#include "platform/ServiceHolder.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -43,7 +43,7 @@ class BootstrapperLogger : public Logger {
 };
 
 /// The logger, null until the application object has made it.
-extern ProcessSlot<Logger> g_logger;
+extern ServiceHolder<Logger> g_logger;
 
 /// The logger of an engine. Over a reload workers log on between two engines; those lines are lost.
 struct LoggerLife : ServiceLife<Logger> {

@@ -11,7 +11,7 @@
 namespace pdx {
 
 /// Made by the first thread that asks for it, while others wait, and the same from then on. It has no destructor, for
-/// the reason that ProcessSlot has none; an ordinary unload calls clear().
+/// the reason that ServiceHolder has none; an ordinary unload calls clear().
 template <typename Value>
 class ProcessValue {
   public:

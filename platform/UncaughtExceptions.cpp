@@ -5,7 +5,7 @@
 
 namespace pdx {
 
-void raiseUncaughtExceptions() {
+void installTerminateHandler() {
     std::set_terminate([] {
         RaiseException(uncaughtExceptionCode, EXCEPTION_NONCONTINUABLE, 0, nullptr);
         std::abort();

@@ -42,7 +42,7 @@ HMODULE stackWalker() { return systemLibrary(L"dbghelp.dll"); }
 
 }  // namespace
 
-constinit ProcessSlot<ExceptionHandler> g_exceptionHandler;
+constinit ServiceHolder<ExceptionHandler> g_exceptionHandler;
 
 ExceptionHandler::ExceptionHandler(CrashBox showBox)
     : previousFilter(SetUnhandledExceptionFilter(filterOfProcess)), box(std::move(showBox)) {

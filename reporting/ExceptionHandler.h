@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/Lock.h"
-#include "platform/ProcessSlot.h"
+#include "platform/ServiceHolder.h"
 #include "platform/Task.h"
 
 namespace pdx {
@@ -48,7 +48,7 @@ class ExceptionHandler {
 void loadStackWalker();
 
 /// The handler, null until the application object has made it.
-extern ProcessSlot<ExceptionHandler> g_exceptionHandler;
+extern ServiceHolder<ExceptionHandler> g_exceptionHandler;
 
 /// Sets a handler for an object's life. The one of an object before a reload is destroyed first, so that the new
 /// handler finds the filter before it.

@@ -31,7 +31,7 @@ std::optional<DWORD> clearPlace(const std::wstring& path, const std::wstring& ex
 
 /// Deletes the file that was created where it should not be. Its handle lacks the right, which would keep others from
 /// opening the file, so that it is opened again and compared.
-void takeBack(FileHandle created, const std::wstring& path) {
+void deleteCreated(FileHandle created, const std::wstring& path) {
     BY_HANDLE_FILE_INFORMATION made{};
     BY_HANDLE_FILE_INFORMATION found{};
     if (!GetFileInformationByHandle(created.get(), &made)) return;
@@ -57,7 +57,7 @@ std::optional<DWORD> openChecked(FileHandle& file, const std::wstring& path, DWO
         return GetLastError();
     const std::wstring finalPath = finalPathOf(file.get());
     const auto error = lockError(attributes.FileAttributes, finalPath, equalsIgnoreCase(finalPath, expected));
-    if (error && disposition == CREATE_NEW) takeBack(std::move(file), finalPath.empty() ? path : finalPath);
+    if (error && disposition == CREATE_NEW) deleteCreated(std::move(file), finalPath.empty() ? path : finalPath);
     return error;
 }
 

@@ -125,7 +125,7 @@ void restoreProtocols(const EarlierState& earlier) {
 
 }  // namespace
 
-RepairResult cleanUpForRepair(const RepairRun& run) {
+RepairResult removeInstalledClient(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const auto recorded = [&](const wchar_t* name) { return toText(product.getValue(name)); };
     const std::wstring installLocation = recorded(L"InstallLocation");
@@ -143,7 +143,7 @@ RepairResult cleanUpForRepair(const RepairRun& run) {
     if (run.isCancelled()) return RepairResult::cancelled;
     if (!removeService(run) || !removeFolder(run, installLocation, folder)) return RepairResult::failed;
 
-    restoreClientPath(olderClientKey);
+    restoreClientPath(bastionKey);
     restoreClientPath(fenwickKey);
     restoreProtocols(earlier);
     for (const RegistryView view : {view32, view64}) purgeInstallInfo(view, run.providerKey);

@@ -46,6 +46,6 @@ struct RepairRun {
 /// the service step leaves the client whole, with its programs ended, its uninstall commands restored and marked
 /// unavailable, as a failed service step does. A later cancel is not heard: a client without its service or its files
 /// has to be installed again.
-RepairResult cleanUpForRepair(const RepairRun& run);
+RepairResult removeInstalledClient(const RepairRun& run);
 
 }  // namespace pdx

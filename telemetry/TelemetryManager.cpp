@@ -17,7 +17,7 @@ constexpr const wchar_t* sessionVariable = L"PDX_INSTALLER_SESSION_ID";
 
 }  // namespace
 
-constinit ProcessSlot<TelemetryManager> g_telemetry;
+constinit ServiceHolder<TelemetryManager> g_telemetry;
 
 TelemetryManager::TelemetryManager(std::string session, MachineHash hash)
     : sessionId(std::move(session)), machineHash(hash) {}

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/ProcessSlot.h"
+#include "platform/ServiceHolder.h"
 #include "telemetry/BriskTelemetrySender.h"
 #include "telemetry/TallyTelemetrySender.h"
 
@@ -56,7 +56,7 @@ class TelemetryManager {
 
 /// The manager, null until the application object has made it. Has to be cleared before the library is unmapped: its
 /// workers run in it.
-extern ProcessSlot<TelemetryManager> g_telemetry;
+extern ServiceHolder<TelemetryManager> g_telemetry;
 
 /// Sends an event by a sender (briskSender or tallySender); params counts only if it is an object, and its text is
 /// UTF-8. Nothing happens without a manager, and no failure reaches the caller. Any thread.

@@ -53,7 +53,7 @@ int CBalBaseBootstrapperApplication::sendEmbeddedProgress(DWORD progress, DWORD 
     int answer = 0;
     const HRESULT hr = m_pEngine->SendEmbeddedProgress(progress, overall, &answer);
     if (SUCCEEDED(hr)) return answer < 0 ? answer : cancelCheck(answer);
-    // Straight to the engine: this layer is below the logger.
+    // Logged by the engine directly: this layer must work without a logger.
     m_pEngine->Log(BOOTSTRAPPER_LOG_LEVEL_ERROR,
                    toWide(fmt::format("Error 0x{:08x}: {}", static_cast<uint32_t>(hr), failure)).c_str());
     return -1;

@@ -1,5 +1,5 @@
-// The support layer between the engine's table and the application: reference count, cancel flag, and the answers that
-// more than one callback gives.
+// The support layer between the engine's table and the application: reference count, cancel flag, and the answers of
+// the callbacks.
 #pragma once
 
 #include <atomic>
@@ -11,7 +11,7 @@
 
 namespace pdx {
 
-/// Each callback's default answer is a row of CallbackGuard.cpp's table, made of the answers below.
+/// The table in CallbackGuard.cpp gives each callback its default answer from those below.
 class CBalBaseBootstrapperApplication : public IBootstrapperApplication {
   public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
@@ -34,30 +34,30 @@ class CBalBaseBootstrapperApplication : public IBootstrapperApplication {
     int cancelCheck(int value = 0) const;
     /// Whether the session may end (IDOK): always at a critical end, and otherwise while nothing is applied.
     int endSessionAnswer(DWORD endSession) const;
-    /// Applying begins: it stays noted for the rest of the run, and both percentages start at 0.
+    /// Marks the run as applying, for its whole rest, and resets both percentages to 0.
     int beginApplying();
-    /// Notes the percentages and passes them on to a parent engine.
+    /// Stores the percentages and passes them on to a parent engine.
     int noteProgress(DWORD progress, DWORD overall);
-    /// Passes progress on to the engine that runs this one embedded, if one does. Its answer under the cancel check, or
-    /// -1 if it could not be sent.
+    /// Passes progress on to the engine that runs this one embedded, if any. Returns its answer under the cancel check,
+    /// or -1 if the progress could not be sent.
     int cacheProgressAnswer();
     int executeProgressAnswer(DWORD progress, DWORD overall);
-    /// Notes the code for the retries. With full display an HTTP authentication error recommends IDTRYAGAIN.
+    /// Stores the code for the retries. With full display the answer to an HTTP authentication error is IDTRYAGAIN.
     int errorAnswer(BOOTSTRAPPER_ERROR_TYPE type, LPCWSTR package, DWORD code, int recommendation);
-    /// A payload is about to be acquired.
+    /// Starts the retries of a payload.
     int beginAcquire(LPCWSTR package, LPCWSTR payload);
     /// IDRETRY where the support layer's retries say so, else the recommendation, under the cancel check.
     int acquireAnswer(LPCWSTR package, LPCWSTR payload, HRESULT status, int recommendation);
-    /// A package's execution begins, forward or in the way of a rollback.
+    /// Starts the retries of a package's execution; notes whether it is a rollback.
     int beginPackage(LPCWSTR package, BOOL forward);
     /// As acquireAnswer, for a package's execution.
     int packageAnswer(LPCWSTR package, HRESULT status, int recommendation);
 
-    // ---- What the guard of the callbacks does after an exception
+    // ---- For CallbackGuard, after an exception
 
-    /// Takes the failure of a callback as the run's status.
+    /// Updates the run's status with the failure of a callback.
     virtual void takeFault(HRESULT status) = 0;
-    /// Ends a run that nothing would drive on.
+    /// Ends the run: no message would continue it.
     virtual void endAfterFault() = 0;
 
   protected:

@@ -1,4 +1,4 @@
-// The arguments of callbacks as they are written into log lines and into the context of an error.
+// How the arguments of callbacks are written into log lines and into the context of an error.
 #pragma once
 
 #include <concepts>
@@ -13,16 +13,16 @@
 
 namespace pdx {
 
-/// UTF-8 of an argument; a null one counts as empty.
+/// UTF-8 of an argument; null counts as empty.
 std::string contextText(LPCWSTR text);
 
 /// "{:08x}" of a status.
 std::string contextStatus(HRESULT hr);
 
-/// The texts of an argument list, joined with ", "; null ones count as empty.
+/// The texts of an argument list, joined with ", "; a null one counts as empty.
 std::wstring joinTexts(DWORD count, const LPCWSTR* texts);
 
-// Arguments whose type does not say how they are written.
+// Types for arguments whose own type does not decide how they are written.
 struct Status {
     HRESULT hr;
 };
@@ -45,12 +45,12 @@ concept Number = std::integral<Type> && !std::same_as<Type, bool>;
 /// One argument of a callback: "name=value" in its log line, and the value under a key in the context.
 class Fact {
   public:
-    // A null key: the argument is logged, and not kept.
+    // With a null key the argument is logged only.
     Fact(const char* argument, const char* contextKey, LPCWSTR text);
-    /// Logs the system's message; keeps contextStatus.
+    /// Logs the system's message; the context gets contextStatus.
     Fact(const char* argument, const char* contextKey, Status status);
     Fact(const char* argument, const char* contextKey, Version version);
-    /// Logs "[one, two]"; keeps it without the brackets.
+    /// Logs "[one, two]"; the context gets the list without the brackets.
     Fact(const char* argument, const char* contextKey, TextList list);
     Fact(const char* argument, const char* contextKey, BoxStyle style);
     template <std::same_as<bool> Bool>
@@ -62,7 +62,7 @@ class Fact {
     template <Enumeration Value>
     Fact(const char* argument, const char* contextKey, Value value)
         : Fact(argument, contextKey, nameOf(value), static_cast<int32_t>(value)) {}
-    /// The value that the pointer leads to; null, which the engine never gives, is kept as 0.
+    /// The value that the pointer points to; the context gets 0 for null, which the engine never sends.
     template <Enumeration Value>
     Fact(const char* argument, const char* contextKey, const Value* value)
         : Fact(argument, contextKey, nameOfPointed(value), value ? static_cast<int32_t>(*value) : 0) {}

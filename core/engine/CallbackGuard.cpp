@@ -43,7 +43,7 @@ constexpr auto executeProgress = [](Base& base, LPCWSTR, DWORD percent, DWORD ov
 };
 constexpr auto packageComplete = [](Base& base, LPCWSTR package, HRESULT status, BOOTSTRAPPER_APPLY_RESTART,
                                     int advice) { return base.packageAnswer(package, status, advice); };
-/// After the last callback of a phase no message would drive the run on.
+/// For the last callback of a phase: its message would have continued the run.
 constexpr auto endRun = [](Base& base, auto...) { base.endAfterFault(); };
 constexpr auto applyComplete = [](Base& base, HRESULT, BOOTSTRAPPER_APPLY_RESTART restart) {
     base.endAfterFault();
@@ -119,13 +119,13 @@ using Callbacks = Table<
 
 // ---- The object that the engine calls
 
-/// Laid out as the engine expects an object: its first word leads to the table.
+/// Laid out as a COM object: the first word points to the table.
 struct Guard {
     const void* table;
     Base* application;
 };
 
-/// Logs the exception that is being handled and takes it as status; with no memory left even that may not be done.
+/// Logs the exception that is being handled and updates the status; gives up if memory is exhausted.
 void keepFault(Base& application, size_t number) try {
     HRESULT status = E_FAIL;
     try {
@@ -145,7 +145,7 @@ void keepFault(Base& application, size_t number) try {
 template <size_t number, typename Row>
 struct Guarded;
 
-/// A callback under guard, called as the engine calls it: the object before the arguments.
+/// A guarded callback, called as the engine calls it: the object before the arguments.
 template <size_t number, typename Result, typename... Arguments, Result (STDMETHODCALLTYPE I::*method)(Arguments...),
           auto answer>
 struct Guarded<number, Row<method, answer>> {
@@ -177,7 +177,7 @@ ULONG STDMETHODCALLTYPE release(Guard* guard) {
     return references;
 }
 
-/// Function pointers in their order, each of its own type.
+/// Function pointers of different types, in order.
 template <typename... Functions>
 struct Pointers {};
 template <typename First, typename... Others>

@@ -1,17 +1,17 @@
-// What the engine holds in the application's place: the same callbacks, out of which no exception leaves.
+// The object that the engine gets in place of the application: the same callbacks, which let no exception out.
 #pragma once
 
 #include "core/engine/BaseApplication.h"
 
 namespace pdx {
 
-/// Puts a guard between the engine and the application, whose reference it takes over; it goes with the application's
-/// last reference, and so does not outlive it. Null takes and gives null.
+/// Puts a guard between the engine and the application, whose reference it takes over. The guard is deleted with the
+/// application's last reference. Null gives null.
 ///
-/// An exception that leaves a callback is logged at ERROR, E_OUTOFMEMORY or E_FAIL is taken as the run's status, and
-/// the engine is given the callback's default answer. Where that would leave a run standing still it ends instead:
-/// OnStartup answers E_FAIL, and after the last callback of a phase, whose message would have driven the run on, the
-/// engine is asked to quit. Access violations and what crashOnException runs are not caught.
+/// An exception in a callback is logged at ERROR and updates the run's status with E_OUTOFMEMORY or E_FAIL. The engine
+/// gets the callback's default answer. Where the run would then hang it ends: OnStartup answers E_FAIL, and after the
+/// last callback of a phase, whose message would have continued the run, the engine is asked to quit. Access violations
+/// and exceptions under crashOnException are not caught.
 IBootstrapperApplication* guardCallbacks(CBalBaseBootstrapperApplication* application);
 
 }  // namespace pdx

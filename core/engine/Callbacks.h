@@ -7,9 +7,9 @@
 inline constexpr GUID IID_IBootstrapperApplication = {
     0x53c31d56, 0x49c0, 0x426b, {0xab, 0x06, 0x09, 0x9d, 0x71, 0x7c, 0x67, 0xfe}};
 
-/// Callbacks 3 to 59 of the engine's table; the three of IUnknown come first. They come on more than one thread:
-/// everything from OnCacheBegin to OnCacheComplete, and the OnProgress between them, on the engine's cache thread,
-/// which may overlap with execution; OnSystemShutdown on the thread of the engine's message window.
+/// Callbacks 3 to 59 of the engine's table, after the three of IUnknown. The engine calls on more than one thread.
+/// OnCacheBegin to OnCacheComplete, with the OnProgress between them, run on its cache thread, which may overlap with
+/// execution. OnSystemShutdown runs on the thread of its message window.
 struct IBootstrapperApplication : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE OnStartup() = 0;
     virtual int STDMETHODCALLTYPE OnShutdown() = 0;
@@ -99,7 +99,7 @@ struct IBootstrapperApplication : IUnknown {
     virtual int STDMETHODCALLTYPE OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) = 0;
     virtual int STDMETHODCALLTYPE OnLaunchApprovedExeBegin() = 0;
     virtual void STDMETHODCALLTYPE OnLaunchApprovedExeComplete(HRESULT hrStatus, DWORD dwProcessId) = 0;
-    /// Three later additions of the interface; the library knows nothing of them but how many words they take.
+    /// Three later additions to the interface, of which only the size of the arguments is known.
     virtual int STDMETHODCALLTYPE OnReserved57(DWORD first) = 0;
     virtual int STDMETHODCALLTYPE OnReserved58(DWORD first, DWORD second) = 0;
     virtual int STDMETHODCALLTYPE OnReserved59(DWORD first, DWORD second, DWORD third) = 0;

@@ -1,4 +1,4 @@
-// The automatic retries of a failed download, without a word to the user.
+// The automatic retries of a failed download, which the user does not see.
 #pragma once
 
 #include <algorithm>
@@ -12,10 +12,10 @@ namespace pdx {
 /// Seconds to wait before a retry, by the number of the failure (the first entry is never used).
 inline constexpr int64_t downloadRetrySeconds[] = {0, 1, 5, 30};
 
-/// What becomes of a failed download. The count goes on over the payloads of a package and is not reset by a success.
+/// How a failed download continues. The count covers all payloads of a package, and a success does not reset it.
 struct DownloadFailure {
     uint32_t failures;        ///< the count afterwards: 0 when no retry is due
-    bool retry;               ///< the download is tried again by itself
+    bool retry;               ///< the download is tried again without a question
     int64_t waitSeconds = 0;  ///< how long to wait before that
 };
 
@@ -26,16 +26,16 @@ constexpr DownloadFailure nextAttempt(uint32_t failures) {
     return {0, false, 0};
 }
 
-/// A download counts as cancelled by the user's word or by its status, even when the user did nothing.
+/// A download counts as cancelled if the user cancelled, and also if only its status says so.
 constexpr bool isDownloadCancelled(bool userCancelled, Hresult status) {
     return userCancelled || codeOf(status) == userExitCode;
 }
 
-/// The longest sleep of a wait, and so the longest that a cancel waits to be heard.
+/// The interval at which a wait checks for a cancel.
 inline constexpr std::chrono::milliseconds retryPollInterval{250};
 
-/// Waits until the clock has passed the given seconds or cancelled() says so, whichever comes first. now() gives
-/// milliseconds of a steady clock, sleep() takes milliseconds.
+/// Waits until the given seconds have passed or cancelled() returns true. now() returns the time of a steady clock,
+/// sleep() takes a duration.
 template <typename Now, typename Sleep, typename Cancelled>
 void waitBeforeRetry(int64_t seconds, Now now, Sleep sleep, Cancelled cancelled) {
     auto current = now();

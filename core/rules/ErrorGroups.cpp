@@ -11,9 +11,9 @@ ErrorGroup errorGroup(std::string_view code) {
         {"a001051b", {"dnlv", false}},    // Windows Installer 1307: no space for a file
         {"a0010641", {"dnlv", false}},    // Windows Installer 1601: no space on a drive
         {"80070642", {"dnlv", false}},    // user exit
-        {"a0000642", {"dnlv", false}},    // user exit while raising rights
+        {"a0000642", {"dnlv", false}},    // user exit: refused elevation
         {"80070643", {"unknown", true}},  // generic failure
-        {"8007064c", {"system", true}},   // 1612, the source of a package is not there
+        {"8007064c", {"system", true}},   // 1612, the source of a package is missing
         {"80070652", {"system", false}},  // another installation is running
         {"80070780", {"system", true}},   // 1920, the file cannot be accessed
         {"80070783", {"system", true}},   // 1923, in Windows Installer a service that could not be installed

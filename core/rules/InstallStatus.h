@@ -1,5 +1,5 @@
 // The one value that decides at the end of a run whether it counts as a success, a cancel or a failure. It holds the
-// most telling code of the run: a later generic code must not hide an earlier exact one.
+// most exact code of the run: a later generic code must not hide it.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 
 namespace pdx {
 
-/// Whether next says something that current does not: it differs, and either its sign differs too or its code is
-/// exact (neither a user exit nor a generic failure).
+/// Whether next replaces current: it differs, and either its sign differs too or its code is exact, neither a user exit
+/// nor a generic failure.
 constexpr bool replacesStatus(Hresult current, Hresult next) {
     if (next == current) return false;
     if ((next < 0) != (current < 0)) return true;
@@ -28,7 +28,7 @@ constexpr Outcome outcomeOf(Hresult status) {
     return codeOf(status) == userExitCode ? Outcome::cancelled : Outcome::failed;
 }
 
-/// What a run remembers of its errors, with the callback and the context in which the last one arose.
+/// The status and the last error of a run, with the callback and the context in which that error occurred.
 struct InstallStatus {
     Hresult status = 0;
     Hresult lastError = 0;
@@ -36,7 +36,7 @@ struct InstallStatus {
     Operation errorOperation = Operation::none;
     nlohmann::json errorContext = nlohmann::json::object();
 
-    /// Takes a callback's status in; operation and context are those of the moment. Returns whether status changed.
+    /// Updates with a callback's status, its operation and its context. Returns whether status changed.
     bool update(Hresult hr, Operation operation, const nlohmann::json& context) {
         if (hr >= 0) errorShown = false;
         if (!replacesStatus(status, hr)) return false;

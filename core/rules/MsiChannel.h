@@ -1,5 +1,5 @@
-// The small protocol that custom actions of the client's package speak in the texts of their Windows Installer
-// messages, which are their only way to this process.
+// The commands that custom actions of the client's package send in the texts of their Windows Installer messages, their
+// only channel to this process.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ enum class MsiCommandKind {
     none,           ///< an ordinary message
     setVariable,    ///< "PDX_SET_VARIABLE:name=value"
     updateContext,  ///< "PDX_UPDATE_CONTEXT:key=value"
-    malformed,      ///< one of the two prefixes without "=": dropped, and not kept as a message either
+    malformed,      ///< one of the two prefixes without "=": ignored, also as a message
 };
 
 /// A command found in a message's text; name and value are cut from that text.
@@ -21,12 +21,11 @@ struct MsiCommand {
     std::wstring_view value;
 };
 
-/// Recognises a command by its prefix at the text's start, whatever the message's kind. The name ends at the first "="
-/// after the prefix, the value is all after it: "PDX_SET_VARIABLE:A=B=C" sets A to "B=C". The value thus reaches to
-/// the text's end, and where the text ends in a zero so does the value.
+/// Recognises a command by its prefix at the text's start, for every kind of message. The name ends at the first "="
+/// after the prefix, and the value is the rest: "PDX_SET_VARIABLE:A=B=C" sets A to "B=C".
 MsiCommand parseMsiCommand(std::wstring_view text);
 
-/// Whole texts by which the package reports the older client's removal.
+/// The texts by which the package reports the older client's removal.
 inline constexpr std::wstring_view bastionUninstallBegin = L"CA_MSG_BASTION_UNINSTALL_BEGIN";
 inline constexpr std::wstring_view bastionUninstallSuccess = L"CA_MSG_BASTION_UNINSTALL_SUCCESS";
 

@@ -7,8 +7,8 @@
 namespace pdx {
 namespace {
 
-/// A value after "NAME=" in such a form that CommandLineToArgvW returns it whole. Backslashes escape before a quote
-/// alone, and are doubled there.
+/// A value after "NAME=", quoted so that CommandLineToArgvW returns it whole. Backslashes escape only before a quote,
+/// and are doubled there.
 std::wstring quoted(const std::wstring& value) {
     if (std::ranges::none_of(value, [](wchar_t c) { return c <= L' ' || c == L'"'; })) return value;
     std::wstring text = L"\"";

@@ -1,4 +1,4 @@
-// The command lines of the programs that a run starts in its place: its elevated copy, and the client.
+// The command lines of the programs that a run starts: its elevated copy and the client.
 #pragma once
 
 #include <functional>
@@ -7,8 +7,8 @@
 namespace pdx {
 
 /// The command line of the elevated copy: "NAME=value" for each bundle variable that crosses over, in a fixed order and
-/// separated by blanks. A value with blanks or quotes is quoted by the rules of CommandLineToArgvW: part of it would
-/// otherwise be a switch of the elevated engine. Any other value, an empty one too, goes over as it is.
+/// separated by blanks. A value with blanks or quotes is quoted by the rules of CommandLineToArgvW: otherwise part of
+/// it would be a switch of the elevated engine. Any other value is unchanged, also an empty one.
 std::wstring relaunchParameters(const std::function<std::wstring(const wchar_t* variable)>& valueOf);
 
 /// The client's argument that logs the user in, its code quoted in the same way; empty without a code.

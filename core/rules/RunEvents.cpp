@@ -74,7 +74,7 @@ EventPair downloadStarted(const RunKind& run, const DownloadFacts& download) {
 }
 
 EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, const std::string& now) {
-    // Not a number for an empty payload; sent as it is.
+    // Not a number (0/0) for an empty payload; the service expects that.
     const double percent = 100.0 * static_cast<double>(download.progress) / static_cast<double>(download.total);
     EventPair pair = {tallyDownload(download, "finish", "success"),
                       brisk("inst.dnld.succ", {{"strt", download.start},
@@ -101,7 +101,7 @@ TelemetryEvent installStarted(const RunKind& run) { return tallyRun({}, "start",
 TelemetryEvent installRecorded(const InstallTelemetry& record) {
     Json attributes = Json::object();
     for (const InstallTelemetryField& field : installTelemetryFields) attributes[field.attribute] = record.*field.value;
-    // The group stays "inst" in a repair too.
+    // The group is "inst" in a repair too.
     return brisk("inst.inst.strt", std::move(attributes));
 }
 
@@ -126,7 +126,7 @@ EventPair runCancelled(const RunKind& run, const char* word, const std::string& 
 
 TelemetryEvent runFailed(const RunKind& run, const std::string& code) { return tallyRun(run, "error", code); }
 
-TelemetryEvent errorRaised(const RunKind& run, const std::string& code) {
+TelemetryEvent errorOccurred(const RunKind& run, const std::string& code) {
     return tally(tallyNameOf(run), {{"status", "error"}, {"status_code", code}});
 }
 

@@ -1,6 +1,7 @@
-// What a run reports to its maker: every event with its back end, its name and its attributes. There are two styles:
-// the Tally service has three plain names with a status that changes over a life, the Brisk service dotted names with
-// short keys.
+// The events of a run, its downloads and its errors: back end, name and attributes of each. The Tally service has three
+// plain names, with a status that changes. The Brisk service has dotted names with short keys. Three more events are
+// elsewhere: a crash (reporting/ExceptionHandler.cpp), a repair's begin (state/RepairCleanup.cpp), and the migration's
+// messages (state/Bastion.cpp).
 #pragma once
 
 #include <array>
@@ -24,7 +25,7 @@ struct RunKind {
 /// The name with its "{group}", if it has one, replaced by the run's: "uinst", "repr" or "inst".
 std::string eventName(std::string_view name, const RunKind& run);
 
-/// One occasion, reported to both services. The Tally event goes first.
+/// One occasion, reported to both services. The Tally event is sent first.
 struct EventPair {
     TelemetryEvent tally;
     TelemetryEvent brisk;
@@ -33,10 +34,10 @@ struct EventPair {
 struct SessionFacts {
     std::string boot;  ///< when the machine started, in the form of the events' own time
     std::string commandLine;
-    bool autopatch = false;  ///< started as the update of another installer
+    bool autopatch = false;  ///< started as another installer's update
     bool elevated = false;
     int32_t action = 0;
-    std::string repair;  ///< this and the next three as the bundle's variables have them
+    std::string repair;  ///< this and the next three are values of bundle variables
     std::string harrier;
     std::string ignoreInstalled;
     std::string launch;
@@ -45,7 +46,7 @@ struct SessionFacts {
 TelemetryEvent sessionStarted(const SessionFacts& facts);
 TelemetryEvent sessionStopped();
 
-/// A download from its begin on; a further attempt is a download of its own.
+/// One attempt of a download.
 struct DownloadFacts {
     std::string id;
     std::string start;
@@ -56,10 +57,10 @@ struct DownloadFacts {
 EventPair downloadStarted(const RunKind& run, const DownloadFacts& download);
 EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, const std::string& now);
 EventPair downloadCancelled(const DownloadFacts& download, const char* word);
-/// The Tally event alone: its companion is an errorEvent.
+/// The Tally event only; errorEvent makes the Brisk event.
 TelemetryEvent downloadFailed(const DownloadFacts& download, const std::string& code);
-/// The word for a cancelled download, by whether the machine is connected. The two words look exchanged
-/// and are meant: the service has always received them so.
+/// The word for a cancelled download, by whether the machine is connected. The two words look exchanged on purpose: the
+/// service has always received them so.
 constexpr const char* downloadCancelWord(bool connected) { return connected ? "user_offline" : "user_action"; }
 
 /// The two halves of a pair. Sent separately: the record is slow and must not delay Tally.
@@ -68,16 +69,16 @@ TelemetryEvent installRecorded(const InstallTelemetry& record);
 EventPair uninstallStarted(const std::string& now, const char* pathKind);
 
 EventPair runFinished(const RunKind& run, const std::string& start, const std::string& now);
-/// The report's id goes with it unless it is empty.
+/// A report's id is an attribute unless it is empty.
 EventPair runCancelled(const RunKind& run, const char* word, const std::string& reportId);
 /// Why a run counts as cancelled.
 constexpr const char* runCancelWord(bool logoutExit) { return logoutExit ? "logout_exit" : "user_action"; }
-// The Tally events alone: their companions are errorEvents.
+// The next two make the Tally event only; errorEvent makes the Brisk event.
 TelemetryEvent runFailed(const RunKind& run, const std::string& code);
-/// An error that the run may yet outlive. It bears no type, unlike all others of its kind.
-TelemetryEvent errorRaised(const RunKind& run, const std::string& code);
+/// An error that may not end the run. Without the attribute for the run's type, unlike the other events of that name.
+TelemetryEvent errorOccurred(const RunKind& run, const std::string& code);
 
-/// The runtimes whose versions go with every error: attribute and bundle variable.
+/// The runtimes whose versions every error event contains: attribute and bundle variable.
 struct RuntimeVersion {
     const char* attribute;
     const wchar_t* variable;
@@ -93,11 +94,11 @@ inline constexpr std::array<RuntimeVersion, 5> runtimeVersions = {{
 struct ErrorFacts {
     std::string code;  ///< eight lower-case hexadecimal digits
     std::string message;
-    Operation operation = Operation::none;  ///< in which it arose
+    Operation operation = Operation::none;  ///< in which the error occurred
     std::array<std::string, runtimeVersions.size()> runtimes;
-    nlohmann::json context;  ///< what was known of that callback; counts only if it is an object
+    nlohmann::json context;  ///< the context of that callback; ignored unless it is an object
 };
-/// A Brisk event of an error. The attributes of extra, if it is an object, come on top, but not over the context.
+/// A Brisk event of an error. If extra is an object, its attributes replace all others but the context.
 TelemetryEvent errorEvent(std::string name, const ErrorFacts& error, const nlohmann::json& extra);
 
 }  // namespace pdx

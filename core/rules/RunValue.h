@@ -9,7 +9,7 @@ namespace pdx {
 /// The Run value's name.
 inline constexpr const wchar_t* runValueName = L"Fenwick";
 
-/// Whether an uninstall takes the Run value away: it names something in the install folder. Both texts are lower-cased.
+/// Whether an uninstall deletes the Run value: it names something in the install folder. Both texts are lower-cased.
 inline bool isRunValueOfFolder(std::wstring_view lowerValue, std::wstring_view lowerFolder) {
     return !lowerFolder.empty() && lowerValue.find(lowerFolder) != std::wstring_view::npos;
 }

@@ -18,9 +18,9 @@ constexpr StartupRow startupRows[] = {
     {[](const Facts& f) { return f.action != BOOTSTRAPPER_ACTION_INSTALL; }, Step::detect},
     {[](const Facts& f) { return f.installed && f.fromDisc; }, Step::launchClientFromDisc},
     {[](const Facts& f) { return f.installed && f.ignoreAlreadyInstalled; }, Step::quit},
-    {[](const Facts& f) { return f.installed && f.olderClientToPrompt(); }, Step::promptOlderClient},
+    {[](const Facts& f) { return f.installed && f.bastionToPrompt(); }, Step::promptBastionUninstall},
     {[](const Facts& f) { return f.installed; }, Step::promptAlreadyInstalled},
-    {[](const Facts& f) { return f.ignoreAlreadyInstalled && f.olderClientRecorded() && f.gatelinkRegistered(); },
+    {[](const Facts& f) { return f.ignoreAlreadyInstalled && f.bastionRecorded() && f.gatelinkRegistered(); },
      Step::quit},
     {[](const Facts&) { return true; }, Step::detect},
 };

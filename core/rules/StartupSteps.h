@@ -9,14 +9,14 @@
 
 namespace pdx {
 
-/// The facts of the system that the start asks for.
+/// The facts of the system that a start checks.
 struct SystemFacts {
     bool is64Bit;
     uint32_t major;
     uint32_t minor;
 };
 
-/// Whether the client runs on that system: 64-bit from 6.3 on, and from 6.1 on where that is allowed.
+/// Whether the client runs on that system: 64-bit from version 6.3 on, or from 6.1 on where that is allowed.
 constexpr bool isSystemAccepted(const SystemFacts& system, bool allowWindows7) {
     const auto atLeast = [&](uint32_t major, uint32_t minor) {
         return system.major > major || (system.major == major && system.minor >= minor);
@@ -26,29 +26,29 @@ constexpr bool isSystemAccepted(const SystemFacts& system, bool allowWindows7) {
 
 enum class StartupStep {
     detect,
-    launchClientFromDisc,  ///< hand over to the client with the disc's parameters, then quit
-    quit,                  ///< end at once and with success
-    promptOlderClient,     ///< offer to remove the older client
+    launchClientFromDisc,    ///< start the client with the disc's parameters, then quit
+    quit,                    ///< end at once and with success
+    promptBastionUninstall,  ///< offer to remove the older client
     promptAlreadyInstalled,
 };
 
-/// The facts by which a run that is neither a repair nor a migration chooses its first step. Those that cost a look at
-/// the machine, which logs what is not there, are asked when a row of the table needs them, and not before.
+/// The facts by which a run that is neither a repair nor a migration chooses its first step. Those that read the
+/// registry, which logs missing keys, are functions: a row of the table calls them only if it needs them.
 struct StartupFacts {
     int32_t action = BOOTSTRAPPER_ACTION_INSTALL;
     bool installed = false;  ///< an install location is recorded
     bool fromDisc = false;
     bool ignoreAlreadyInstalled = false;  ///< IGNORE_ALREADY_INSTALLED is "1"
     std::function<bool()>
-        olderClientToPrompt;  ///< migration with its prompt is on, asked for, and the older client there
-    std::function<bool()> olderClientRecorded;  ///< the older client's ClientPath is not empty
-    std::function<bool()> gatelinkRegistered;   ///< the gatelink protocol has a command
+        bastionToPrompt;  ///< migration and its prompt are on and requested, and the older client is installed
+    std::function<bool()> bastionRecorded;     ///< the older client's ClientPath is not empty
+    std::function<bool()> gatelinkRegistered;  ///< the gatelink protocol has a command
 };
 
 StartupStep chooseStartupStep(const StartupFacts& facts);
 
-/// Whether the library's package turns up during detection although no install location was recorded. The id is
-/// compared exactly, and every state but ABSENT counts, UNKNOWN too.
+/// Whether the detection of an install found the client's package although no install location was recorded. The id is
+/// compared exactly, and every state except ABSENT counts, also UNKNOWN.
 bool isClientPackagePresent(int32_t action, std::wstring_view packageId, BOOTSTRAPPER_PACKAGE_STATE state);
 
 }  // namespace pdx

@@ -12,7 +12,7 @@
 namespace pdx {
 
 std::wstring clientText(const std::wstring& name) { return machineText(view64, productKey, name); }
-std::wstring bastionText(const std::wstring& name) { return machineText(view32, olderClientKey, name); }
+std::wstring bastionText(const std::wstring& name) { return machineText(view32, bastionKey, name); }
 
 std::wstring getLogFilePath(const std::wstring& name) {
     const std::wstring programData = getKnownFolderPath(FOLDERID_ProgramData);

@@ -9,7 +9,7 @@ namespace pdx {
 
 /// A value that the client's package recorded (productKey, 64-bit view), such as "InstallLocation"; empty without one.
 std::wstring clientText(const std::wstring& name);
-/// A value that the older client recorded (olderClientKey, 32-bit view), such as "ClientPath"; empty without one.
+/// A value that the older client recorded (bastionKey, 32-bit view), such as "ClientPath"; empty without one.
 std::wstring bastionText(const std::wstring& name);
 
 /// A file in the client's log folder below the common application data.

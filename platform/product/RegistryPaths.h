@@ -7,7 +7,7 @@ namespace pdx {
 /// for the user under HKEY_CURRENT_USER.
 inline constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
 /// The older client, under HKEY_LOCAL_MACHINE, 32-bit view.
-inline constexpr const wchar_t* olderClientKey = L"Software\\Bastion";
+inline constexpr const wchar_t* bastionKey = L"Software\\Bastion";
 /// An earlier product, under HKEY_LOCAL_MACHINE, 32-bit view.
 inline constexpr const wchar_t* fenwickKey = L"Software\\Corvane Works\\Fenwick";
 

@@ -55,7 +55,7 @@ class Walk {
     }
 
     /// A relative path of a link begins at the folder that holds the link, or at the root if it begins with "\".
-    void goOn(std::wstring_view relative) {
+    void follow(std::wstring_view relative) {
         if (relative.starts_with(L'\\') && !names.empty()) names.resize(1);
         prepend(relative);
     }
@@ -158,7 +158,7 @@ WalkedPath walkLinks(std::wstring_view fullPath, const std::function<PathEntry(c
             walked.result = WalkResult::badPath;
             walk.expect(entry.targetFinalPath);
             if (entry.target.isRelative)
-                walk.goOn(entry.target.path);
+                walk.follow(entry.target.path);
             else if (!walk.restart(entry.target.path))
                 return walked;
         } else if (name == L"..") {

@@ -20,7 +20,7 @@ class ScriptedUi : public RunUi {
 
     bool open() override { return opened = true; }
     void close() override { opened = false; }
-    void leaveTheScreen() override { script.leftTheScreen = true; }
+    void hideWindow() override { script.leftTheScreen = true; }
     HWND window() const override { return nullptr; }
     void settle() override {}
 
@@ -49,11 +49,11 @@ class ScriptedUi : public RunUi {
         return show("applyComplete", fmt::format("{}, {}", statusText(status), int{restart}), status);
     }
     InstalledChoice askInstalled() override { return static_cast<InstalledChoice>(show("askInstalled")); }
-    OlderClientChoice askOlderClient() override { return static_cast<OlderClientChoice>(show("askOlderClient")); }
+    BastionChoice askAboutBastion() override { return static_cast<BastionChoice>(show("askAboutBastion")); }
     void showRepairBeginning() override { show("showRepairBeginning"); }
     void showReportUnderWay() override { show("showReportUnderWay"); }
-    void showOlderClientTitle() override { show("showOlderClientTitle"); }
-    void showOlderClientRemoval() override { show("showOlderClientRemoval"); }
+    void showBastionTitle() override { show("showBastionTitle"); }
+    void showBastionRemoval() override { show("showBastionRemoval"); }
 
   private:
     int step(UiScript::Step step) {

@@ -49,7 +49,7 @@ TEST(Messages, FollowTheOlderClientsRemovalInAnInstallRunOnly) {
         OpenRun probed(action);
         probed.app().OnExecuteMsiMessage(L"p", type, 0, text, 0, nullptr, 0);
         EXPECT_EQ(probed.app().state().context.contains("msiact"), type == 0x08000000) << "kept all the same";
-        EXPECT_EQ(probed.ui.names(), shown ? Texts{"showOlderClientTitle"} : Texts{});
+        EXPECT_EQ(probed.ui.names(), shown ? Texts{"showBastionTitle"} : Texts{});
     }
 }
 

@@ -163,7 +163,7 @@ TEST(RunTelemetry, GoesOutAtOnceForARunThatAsksNobody) {
     for (const auto& [variable, value, olderClient, enabledAt] : cases) {
         SCOPED_TRACE(toUtf8(variable));
         if (olderClient)
-            RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
+            RegistryKey::localMachine(view32).setSubKeyValue(bastionKey, L"InstallSuccesfull", std::wstring(L"1"));
         ProbedRun probed;
         probed.engine.variables.set(variable, std::wstring(value));
         probed.app().OnStartup();

@@ -33,7 +33,7 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
         {true, true, L"1", true}, {false, true, L"1", false}, {true, false, L"1", false}, {true, true, L"", false}};
     for (const auto& [clientPath, gatelink, ignore, quits] : rows) {
         RegistryKey machine = RegistryKey::localMachine(view32), classes = RegistryKey::classesRoot(view64);
-        if (clientPath) machine.setSubKeyValue(olderClientKey, L"ClientPath", std::wstring(L"C:\\B\\b.exe"));
+        if (clientPath) machine.setSubKeyValue(bastionKey, L"ClientPath", std::wstring(L"C:\\B\\b.exe"));
         if (gatelink) classes.setSubKeyValue(L"gatelink\\shell\\open\\command", {}, std::wstring(L"g.exe"));
         ProbedRun probed;
         probed.ui.answer = UiScript::driveOn;
@@ -41,7 +41,7 @@ TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
         const RunOutcome outcome = probed.run();
         EXPECT_EQ(outcome.failure, "");
         EXPECT_EQ(entered(outcome, "OnDetectBegin"), !quits) << clientPath << gatelink;
-        machine.deleteTree(olderClientKey);
+        machine.deleteTree(bastionKey);
         classes.deleteTree(L"gatelink");
     }
 }
@@ -63,7 +63,7 @@ RunOutcome startBesideClients(ProbedRun& probed, bool olderThere, const char* mi
                               const wchar_t* upgrade) {
     const InstalledClient client;
     RegistryKey machine = RegistryKey::localMachine(view32);
-    if (olderThere) machine.setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"true"));
+    if (olderThere) machine.setSubKeyValue(bastionKey, L"InstallSuccesfull", std::wstring(L"true"));
     probed.app();
     std::istringstream settings(std::string("[app.meridian]\nenableMigration = ") + migration +
                                 "\npromptBastionUninstall = " + prompt + "\n");
@@ -72,14 +72,14 @@ RunOutcome startBesideClients(ProbedRun& probed, bool olderThere, const char* mi
     probed.engine.variables.set(L"PDX_UNINSTALL_BASTION", std::wstring(L"1"));
     probed.engine.clearLog();
     const RunOutcome outcome = probed.run();
-    machine.deleteTree(olderClientKey);
+    machine.deleteTree(bastionKey);
     return outcome;
 }
 
 TEST(Run, OffersTheMoveOnlyWhereAllOfItIsWanted) {
     const std::tuple<bool, const char*, const char*, const wchar_t*, const char*> rows[] = {
-        {true, "true", "true", L"1", "askOlderClient"}, {false, "true", "true", L"1", "askInstalled"},
-        {true, "false", "true", L"1", "askInstalled"},  {true, "true", "false", L"1", "askInstalled"},
+        {true, "true", "true", L"1", "askAboutBastion"}, {false, "true", "true", L"1", "askInstalled"},
+        {true, "false", "true", L"1", "askInstalled"},   {true, "true", "false", L"1", "askInstalled"},
         {true, "true", "true", L"", "askInstalled"},
     };
     for (const auto& [olderThere, migration, prompt, upgrade, offered] : rows) {

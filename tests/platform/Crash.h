@@ -18,7 +18,7 @@ class CrashingThread {
     static DWORD run(std::function<void()> step) {
         code = 0;
         const auto terminate = std::get_terminate();
-        raiseUncaughtExceptions();
+        installTerminateHandler();
         const auto filter = SetUnhandledExceptionFilter(note);
         Thread thread;
         thread.start(call, &step);

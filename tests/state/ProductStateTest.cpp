@@ -24,27 +24,27 @@ TEST(RestoreClientPath, GivesTheEarlierProgramBackAndTakesWhatIsEmpty) {
         {L"", L"C:\\old", L"C:\\old", true},        {L"", L"", gone, false},        {L"", gone, gone, false},
         {gone, L"C:\\old", L"C:\\old", true},       {gone, L"", gone, false},
     };
-    const TestKeys keys({olderClientKey});
+    const TestKeys keys({bastionKey});
     RegistryKey machine = RegistryKey::localMachine(view32);
     for (const std::wstring& other : {std::wstring(), std::wstring(L"subkey"), std::wstring(L"value")}) {
         for (const auto& row : rows) {
             keys.clear();
-            lay(machine, olderClientKey, L"ClientPath", row.current);
-            lay(machine, olderClientKey, L"PrevClientPath", row.earlier);
-            if (other == L"subkey") machine.createSubKey(std::wstring(olderClientKey) + L"\\sub", true);
-            if (other == L"value") machine.setSubKeyValue(olderClientKey, L"BastionPath", L"C:\\b.exe");
-            restoreClientPath(olderClientKey);
-            const RegistryKey left = machine.openSubKey(olderClientKey, false);
+            lay(machine, bastionKey, L"ClientPath", row.current);
+            lay(machine, bastionKey, L"PrevClientPath", row.earlier);
+            if (other == L"subkey") machine.createSubKey(std::wstring(bastionKey) + L"\\sub", true);
+            if (other == L"value") machine.setSubKeyValue(bastionKey, L"BastionPath", L"C:\\b.exe");
+            restoreClientPath(bastionKey);
+            const RegistryKey left = machine.openSubKey(bastionKey, false);
             EXPECT_EQ(static_cast<bool>(left), row.keyStays || !other.empty()) << row.current << row.earlier << other;
             EXPECT_EQ(left.getValue(L"ClientPath"), row.restored ? RegistryValue(row.restored) : RegistryValue());
             EXPECT_EQ(left.getValue(L"PrevClientPath"), RegistryValue());
         }
     }
     keys.clear();
-    RegistryKey::localMachine(view64).setSubKeyValue(olderClientKey, L"ClientPath", L"of the other view");
-    restoreClientPath(olderClientKey);
-    EXPECT_FALSE(machine.openSubKey(olderClientKey, false)) << "no key is made";
-    EXPECT_TRUE(RegistryKey::localMachine(view64).openSubKey(olderClientKey, false));
+    RegistryKey::localMachine(view64).setSubKeyValue(bastionKey, L"ClientPath", L"of the other view");
+    restoreClientPath(bastionKey);
+    EXPECT_FALSE(machine.openSubKey(bastionKey, false)) << "no key is made";
+    EXPECT_TRUE(RegistryKey::localMachine(view64).openSubKey(bastionKey, false));
 }
 
 TEST(RestoreProtocolHandler, GivesTheEarlierCommandBackOrTakesTheProtocol) {
@@ -82,7 +82,8 @@ TEST(WriteBundleVersion, WritesToAnEntryThatIsThere) {
     const RegistryKey below = machine.createSubKey(key + L"\\sub", true);
     for (const wchar_t* none : {L"", L"\\", L"pdxtest\\sub"}) {
         writeBundleVersion(none, L"1.2");
-        EXPECT_EQ(machine.getSubKeyValue(uninstallKey + (L'\\' + std::wstring(none)), L"VersionMajor"), RegistryValue());
+        EXPECT_EQ(machine.getSubKeyValue(uninstallKey + (L'\\' + std::wstring(none)), L"VersionMajor"),
+                  RegistryValue());
     }
 }
 

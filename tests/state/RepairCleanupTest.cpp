@@ -67,7 +67,7 @@ class RepairCleanupTest : public testing::Test {
         };
         run.omitDesktopShortcut = [] {};
         run.keepInstallFolder = [this](const std::wstring& kept) { keptFolder = kept; };
-        return cleanUpForRepair(run);
+        return removeInstalledClient(run);
     }
 
     TestFolder folder;

@@ -95,7 +95,7 @@ TEST(TelemetrySender, DropsAnUrgentEventRatherThanWaitForItsOwnThread) {
         const std::lock_guard guard(sender.queueLock);  // as that of a thread that crashes in there
         sender.queueEvent("dropped", true);
         ProcessValue<int> value;
-        ProcessSlot<int> slot;
+        ServiceHolder<int> slot;
         slot.set(std::make_shared<int>(1));
         const auto one = [] { return 1; };
         const auto inside = [&] { return value.get(one, std::chrono::milliseconds(1)) ? 2 : 3; };

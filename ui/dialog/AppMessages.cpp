@@ -1,4 +1,4 @@
-// How each message is sent, and what the dialog does when it arrives: the two sides of AppMessages.h.
+// How each message of AppMessages.h is sent, and what the dialog does with it.
 #include "ui/dialog/AppMessages.h"
 
 #include "ui/dialog/BootstrapperDialog.h"
@@ -10,7 +10,7 @@ namespace {
 
 constexpr WPARAM word(HRESULT status) { return static_cast<WPARAM>(status); }
 
-/// Whether the run goes on by what the dialog asks of the engine when it gets the message.
+/// Whether the dialog's handling of the message makes the engine continue the run.
 bool drivesRunOn(UINT message) {
     return message == WM_BA_DETECT_COMPLETE || message == WM_BA_PLAN_COMPLETE || message == WM_BA_APPLY_COMPLETE;
 }
@@ -66,21 +66,21 @@ InstalledChoice DialogUi::askInstalled() {
     }
 }
 
-OlderClientChoice DialogUi::askOlderClient() {
+BastionChoice DialogUi::askAboutBastion() {
     switch (sendAppMessage(WM_BA_PROMPT_BASTION_UNINSTALL)) {
         case resultOk:
-            return OlderClientChoice::uninstall;
+            return BastionChoice::uninstall;
         case resultCancel:
-            return OlderClientChoice::notNow;
+            return BastionChoice::notNow;
         default:
-            return OlderClientChoice::none;
+            return BastionChoice::none;
     }
 }
 
 void DialogUi::showRepairBeginning() { sendAppMessage(WM_BA_REPAIR_INITIALIZING); }
 void DialogUi::showReportUnderWay() { sendAppMessage(WM_BA_SENDING_ERROR_REPORT); }
-void DialogUi::showOlderClientTitle() { sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE); }
-void DialogUi::showOlderClientRemoval() { sendAppMessage(WM_BA_UNINSTALLING_BASTION); }
+void DialogUi::showBastionTitle() { sendAppMessage(WM_BA_UNINSTALLING_BASTION_TITLE); }
+void DialogUi::showBastionRemoval() { sendAppMessage(WM_BA_UNINSTALLING_BASTION); }
 
 // ---- The dialog's side, on the UI thread
 
@@ -88,7 +88,7 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
     try {
         return TakeAppMessage(message, wparam, lparam);
     } catch (...) {
-        // Nobody else would drive the run on.
+        // Otherwise the run would hang.
         if (drivesRunOn(message)) run.quitAfterFault();
         throw;
     }
@@ -103,7 +103,7 @@ MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LP
             OnDetectComplete();
             return handled();
         case WM_BA_PLAN_COMPLETE:
-            // Whatever the status: a plan that failed shows as the failure of applying it.
+            // For any status: the failure of a plan is shown as the failure of applying it.
             run.apply(hwnd);
             return handled();
         case WM_BA_ERROR:

@@ -1,6 +1,6 @@
 // The messages that the run sends to its dialog. Each is sent synchronously, so that a callback can wait for the user's
-// answer. The numbers follow the engine's callbacks: the one at position p of the engine's table gives WM_APP + (p -
-// 6). Those from WM_APP + 51 on are the dialog's own.
+// answer. The callback at position p of the engine's table has the message WM_APP + (p - 6). Those from WM_APP + 51 on
+// belong to no callback.
 #pragma once
 
 #include <windows.h>

@@ -33,7 +33,7 @@ MessageResult BootstrapperDialog::OnQueryEndSession() {
 }
 
 MessageResult BootstrapperDialog::OnDestroy() {
-    // What the box said stands when the window goes with its question unanswered.
+    // Kept in case the window is destroyed before the user answers.
     if (questionCheck) questionChecked = questionCheck->IsChecked();
     PostQuitMessage(0);
     run.quit(0);

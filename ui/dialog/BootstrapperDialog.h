@@ -1,4 +1,4 @@
-// The installer's dialog: it takes the run's steps, asks the user, and drives the run onward.
+// The installer's dialog: it follows the run's steps, asks the user, and starts the next step.
 #pragma once
 
 #include <string>
@@ -13,11 +13,11 @@
 
 namespace pdx {
 
-/// All calls on the UI thread. Whoever makes it deletes it after its message loop.
+/// All calls on the UI thread, where the maker deletes the object after its message loop.
 class BootstrapperDialog : public PageView {
   public:
     BootstrapperDialog(RunControls& controls, DialogGate& dialogGate);
-    /// Releases every thread that waits for the dialog, then destroys the window if it is still there.
+    /// Releases every thread that waits for the dialog, then destroys the window if it still exists.
     ~BootstrapperDialog() override;
 
     MessageResult OnInitDialog() override;
@@ -27,11 +27,11 @@ class BootstrapperDialog : public PageView {
     MessageResult OnAppMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
     MessageResult OnDestroy() override;
 
-    /// Shows a prompt and waits for the answer, a message box result; 0 if the window goes meanwhile. Where the display
-    /// allows no prompt it gives the default at once. (Prompts.cpp)
+    /// Shows a prompt and waits for the answer, a message box result; 0 if the window is destroyed meanwhile. Returns
+    /// the default at once where the display allows no prompt. (Prompts.cpp)
     int32_t ShowPrompt(const Prompt& prompt);
 
-    /// Whether the client may be installed there; if not, a prompt says why. (InstallFolder.cpp)
+    /// Whether the client may be installed there; if not, shows the reason in a prompt. (InstallFolder.cpp)
     bool ValidateInstallFolder(const std::wstring& folder);
 
   private:
@@ -45,7 +45,7 @@ class BootstrapperDialog : public PageView {
     // RunSteps.cpp
     void OnDetectComplete();
     void OnUninstallDetected();
-    /// Asks whether the older client is to go; gives the prompt's answer.
+    /// Asks whether to uninstall the older client; returns the prompt's answer.
     int32_t OfferBastionUninstall();
     int32_t OnError(const ErrorInfo& error);
     int32_t OnCacheAcquireComplete(HRESULT status);
@@ -68,7 +68,7 @@ class BootstrapperDialog : public PageView {
 
     RunControls& run;
     DialogGate& gate;
-    bool questionChecked = true;  ///< the error prompt's box as it was last seen
+    bool questionChecked = true;  ///< the last state of the error prompt's box
 };
 
 }  // namespace pdx

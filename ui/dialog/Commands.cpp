@@ -13,7 +13,7 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
         case IDC_ACTION1:
             if (kind == pageWelcome || kind == pageOptions)
                 OnStartInstall();
-            else if (kind == pageOlderClient || kind == pagePrompt)
+            else if (kind == pageBastion || kind == pagePrompt)
                 AnswerPage(id);
             break;
         case IDC_ACTION2:
@@ -57,9 +57,9 @@ void BootstrapperDialog::OnStartInstall() {
     run.setInstallFolder(folder);
     run.setDesktopShortcut(shortcutCheck->IsChecked());
     run.telemetry().sendMeridianStartClick(startLetsGo);
-    if (run.asksAboutOlderClient()) {
+    if (run.asksAboutBastion()) {
         const int32_t answer = OfferBastionUninstall();
-        run.setOlderClientRemoval(answer == resultOk);
+        run.setBastionRemoval(answer == resultOk);
         if (answer == resultOk) run.telemetry().sendBastionOverlayClick(overlayUninstall);
         if (answer == resultCancel) run.telemetry().sendBastionOverlayClick(overlayNotNow);
         if (!IsWindow(hwnd)) return;
@@ -97,7 +97,7 @@ void BootstrapperDialog::Close(CloseAction action) {
 }
 
 bool BootstrapperDialog::AskToClose() {
-    if (Top().kind == pageOlderClient) run.telemetry().sendBastionOverlayClick(overlayClose);
+    if (Top().kind == pageBastion) run.telemetry().sendBastionOverlayClick(overlayClose);
     if (Top().kind == pageWelcome) run.telemetry().sendMeridianStartClick(startClose);
     return ShowPrompt(closePrompt) == resultCancel;
 }

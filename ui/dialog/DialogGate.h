@@ -1,4 +1,4 @@
-// Where the threads of the engine and the UI thread meet.
+// What the engine's threads and the UI thread share.
 #pragma once
 
 #include <windows.h>
@@ -9,22 +9,22 @@
 
 namespace pdx {
 
-/// Any thread. It outlives the dialog.
+/// Any thread. The object outlives the dialog.
 class DialogGate {
   public:
-    /// Null before the dialog is made, and once it is gone.
+    /// Null before the dialog is made and after it is destroyed.
     [[nodiscard]] HWND window() const { return dialog; }
-    /// The dialog reports that its window exists (with the handle) or is gone (with null).
+    /// The dialog sets its window when it exists, and null when it is destroyed.
     void setWindow(HWND window) { dialog = window; }
 
-    /// Reset while a prompt waits for the user, so that a message of another thread waits for the answer.
+    /// Reset while a prompt is open, so that messages of other threads wait for the answer.
     void setReady(bool ready) {
         if (ready)
             SetEvent(dialogReady.get());
         else
             ResetEvent(dialogReady.get());
     }
-    /// Waits until no prompt is open; without limit, for the user decides when that is.
+    /// Waits until no prompt is open, without limit: the user has to answer.
     void awaitReady() const { WaitForSingleObject(dialogReady.get(), INFINITE); }
     [[nodiscard]] bool isReady() const { return WaitForSingleObject(dialogReady.get(), 0) == WAIT_OBJECT_0; }
 

@@ -8,11 +8,11 @@ namespace pdx {
 namespace {
 
 constexpr DWORD quitRepeatMs = 100;
-// Half a second at the most.
+// Half a second in all.
 constexpr DWORD loopCheckMs = 10;
 constexpr int loopChecks = 50;
 
-/// Ends a menu of the window, or a drag that it has the mouse for, on the window's own thread; not waited for.
+/// Ends a menu or a drag of the window, asynchronously on the window's thread.
 BOOL CALLBACK cancelMode(HWND window, LPARAM) {
     SendNotifyMessageW(window, WM_CANCELMODE, 0, 0);
     return TRUE;
@@ -47,7 +47,7 @@ unsigned __stdcall DialogUi::runThread(void* argument) {
     } catch (const std::exception& problem) {
         PDX_LOG(logError, "BootstrapperApplication::runUi", "The UI thread failed: %s", problem.what());
     }
-    // Whatever became of the dialog: the engine's thread waits for it.
+    // After a failure too: the engine's thread waits for the gate.
     ui.dialogGate.setWindow(nullptr);
     ui.dialogGate.setReady(true);
     return 0;
@@ -57,8 +57,8 @@ void DialogUi::runDialog() { UIThreadFunc(run, dialogGate); }
 
 void DialogUi::close() {
     if (thread.id() == 0) return;
-    // Again until the thread has ended: a loop of the system's inside the dialog's own takes the message away from
-    // that, a new one may have begun, and a post can fail.
+    // Repeated until the thread has ended: a modal loop of the system inside the dialog's loop consumes the message, a
+    // new one may have begun, and a post can fail.
     do {
         endSystemLoops();
         PostThreadMessageW(thread.id(), WM_QUIT, 0, 0);
@@ -66,14 +66,14 @@ void DialogUi::close() {
     thread.join();
 }
 
-void DialogUi::leaveTheScreen() {
+void DialogUi::hideWindow() {
     endSystemLoops();
-    // Not waited for either: the dialog's thread may be busy.
+    // Asynchronous: the dialog's thread may be busy.
     if (const HWND dialog = window()) ShowWindowAsync(dialog, SW_HIDE);
 }
 
 void DialogUi::endSystemLoops() const {
-    // Without a thread all windows of the machine would be meant.
+    // Id 0 would mean the windows of all threads.
     if (thread.id() != 0) EnumThreadWindows(thread.id(), cancelMode, 0);
 }
 

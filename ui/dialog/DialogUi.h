@@ -1,4 +1,4 @@
-// The user interface of a run: the dialog on a thread of its own, and the messages by which the run reaches it.
+// The user interface of a run: the dialog on its UI thread, and the messages that the run sends to it.
 #pragma once
 
 #include "core/RunControls.h"
@@ -8,16 +8,16 @@
 
 namespace pdx {
 
-/// Made on the engine's thread, which also opens and closes it. The run outlives it.
+/// Made, opened and closed on the engine's thread. The run outlives the object.
 class DialogUi : public RunUi {
   public:
-    /// Begins to prepare the UI thread where pictures of a first page are being prepared (PagePictures.h).
+    /// Starts to prepare the UI thread if the pictures of a first page are being prepared (PagePictures.h).
     explicit DialogUi(RunControls& controls);
     ~DialogUi() override { close(); }
 
     bool open() override;
     void close() override;
-    void leaveTheScreen() override;
+    void hideWindow() override;
     [[nodiscard]] HWND window() const override { return dialogGate.window(); }
 
     // ---- Each is a message (AppMessages.cpp).
@@ -36,11 +36,11 @@ class DialogUi : public RunUi {
     int executeProgress(DWORD packagePercentage, DWORD overallPercentage) override;
     int applyComplete(HRESULT status, BOOTSTRAPPER_APPLY_RESTART restart) override;
     InstalledChoice askInstalled() override;
-    OlderClientChoice askOlderClient() override;
+    BastionChoice askAboutBastion() override;
     void showRepairBeginning() override;
     void showReportUnderWay() override;
-    void showOlderClientTitle() override;
-    void showOlderClientRemoval() override;
+    void showBastionTitle() override;
+    void showBastionRemoval() override;
 
     /// Sends a message to the dialog and waits for its answer: IDCANCEL if the run is cancelled, 0 without a dialog.
     /// Waits while a prompt of another message is open.
@@ -48,16 +48,16 @@ class DialogUi : public RunUi {
     DialogGate& gate() { return dialogGate; }
 
   protected:
-    /// What the UI thread does: makes the dialog and runs its messages until WM_QUIT.
+    /// Runs on the UI thread: makes the dialog and runs its message loop until WM_QUIT.
     virtual void runDialog();
 
   private:
     static unsigned __stdcall runThread(void* ui);
-    /// Ends the loops that the system runs on the UI thread, as that of an open menu or of moving the window: they hear
-    /// no WM_QUIT. Waits for nothing.
+    /// Ends the system's modal loops on the UI thread, as that of an open menu or of moving the window: they ignore
+    /// WM_QUIT. Waits for nothing.
     void endSystemLoops() const;
-    /// The same for a message whose handler asks the user: inside such a loop no click would reach the question. Waits
-    /// for half a second at the most.
+    /// The same before a message whose handler asks the user: in such a loop no click would reach the question. Waits
+    /// half a second at most.
     void awaitEndOfSystemLoops() const;
 
     RunControls& run;
@@ -65,11 +65,11 @@ class DialogUi : public RunUi {
     PreparedThread thread;
 };
 
-/// Prepares on the UI thread what the first page needs there, before there is a dialog: the drawing library, the faces,
-/// what the system sets up for a thread with windows. The pictures that were begun learn their size.
+/// Prepares on the UI thread what the first page needs there, before the dialog exists: the drawing library, the fonts,
+/// and what the system sets up for a thread with windows. Sets the size of the pictures that are being prepared.
 void prepareUiThread();
 
-/// The routine of the UI thread: makes the dialog and runs its messages until WM_QUIT.
+/// The routine of the UI thread: makes the dialog and runs its message loop until WM_QUIT.
 void UIThreadFunc(RunControls& run, DialogGate& gate);
 
 }  // namespace pdx

@@ -1,5 +1,5 @@
-// Moving the window by its ground. The system would do it in a loop of its own, which lasts as long as the button is
-// held and takes every WM_QUIT away: a run that ends meanwhile would not.
+// Moving the window by its background. The system would do it in a modal loop, which lasts as long as the button is
+// held and discards every WM_QUIT: a run that ends meanwhile would hang.
 #include <windows.h>
 // windowsx.h needs the types of windows.h.
 #include <windowsx.h>
@@ -18,14 +18,14 @@ MessageResult PageView::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
         case WM_NCLBUTTONDOWN: {
             SetForegroundWindow(hwnd);
             const Rect window = GetWindowRect();
-            // Where the button went down: the pointer may have moved on before this thread came to it.
+            // The place of the press: the pointer may have moved since.
             grip = Point{GET_X_LPARAM(lparam) - window.left, GET_Y_LPARAM(lparam) - window.top};
             SetCapture(hwnd);
             FollowPointer();
             return handled();
         }
         case WM_NCRBUTTONDOWN:
-            // Here too the system waits in a loop; the menu comes with the release.
+            // Here too the system would run a modal loop; the menu opens on the release.
             return handled();
         case WM_MOUSEMOVE:
             if (!grip) break;

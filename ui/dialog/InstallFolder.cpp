@@ -1,4 +1,4 @@
-// The check of the folder that the user picked, and the chooser that feeds it.
+// The chooser of the install folder, and the check of the chosen one.
 #include <windows.h>
 
 #include <shlwapi.h>
@@ -25,20 +25,20 @@ std::wstring parentOf(std::wstring path) {
     return path.c_str();
 }
 
-bool isOlderClientsFolder(const std::wstring& folder) {
+bool isBastionFolder(const std::wstring& folder) {
     const std::wstring client = bastionText(L"ClientPath");
     if (client.empty() || !PathFileExistsW(client.c_str())) return false;
     return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
 }
 
-/// A volume whose free space is not known counts as roomy.
-bool hasRoom(const std::wstring& folder) {
+/// True for a volume whose free space is unknown.
+bool hasFreeSpace(const std::wstring& folder) {
     wchar_t volume[pathCapacity];
     ULARGE_INTEGER free{};
     if (!GetVolumePathNameW(folder.c_str(), volume, pathCapacity) ||
         !GetDiskFreeSpaceExW(volume, &free, nullptr, nullptr))
         return true;
-    return isRoomy(free.QuadPart);
+    return isSpaceEnough(free.QuadPart);
 }
 
 ComPtr<IShellItem> itemOf(const std::wstring& path) {
@@ -47,13 +47,13 @@ ComPtr<IShellItem> itemOf(const std::wstring& path) {
     return item;
 }
 
-/// Where the chooser opens: the folder around the product's own, or where programs go.
+/// The folder in which the chooser opens: the parent of the product's folder, or else the folder of programs.
 ComPtr<IShellItem> startingFolder(const std::wstring& shown) {
     if (auto item = itemOf(chooserFolder(shown, PathFindFileNameW(shown.c_str())))) return item;
     return itemOf(machineText(view64, windowsKey, L"ProgramFilesDir"));
 }
 
-/// The folder that the user picks; empty if none.
+/// The folder that the user picks; empty after a cancel or a failure.
 std::wstring chooseFolder(HWND owner, const std::wstring& shown) {
     ComPtr<IFileOpenDialog> chooser;
     if (FAILED(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_ALL, IID_IFileOpenDialog, chooser.putVoid())))
@@ -77,13 +77,13 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
         reason = L"INSTALLER_ERROR_RELATIVE_PATH";
     else if (PathIsNetworkPathW(folder.c_str()))
         reason = L"INSTALLER_ERROR_NETWORK_PATH";
-    else if (isOlderClientsFolder(folder))
+    else if (isBastionFolder(folder))
         reason = L"INSTALLER_ERROR_BASTION_FOLDER";
     if (reason) {
         ShowPrompt(notice(L"INSTALLER_ERROR_TITLE", reason));
         return false;
     }
-    if (!hasRoom(folder)) {
+    if (!hasFreeSpace(folder)) {
         ShowPrompt(notice(L"INSTALLER_ERROR_DISK_SPACE_TITLE", L"INSTALLER_ERROR_DISK_SPACE"));
         return false;
     }

@@ -20,9 +20,9 @@ void openWithShell(const std::wstring& target) {
     ShellExecuteW(nullptr, L"open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
-/// A file beside the program that runs. The engine runs a copy of it in a folder of its own and unpacks what the bundle
-/// brings beside the library, so that is the second place.
-std::wstring besideProgram(const std::wstring& name) {
+/// The path of a file that ships with the program: in the running program's folder, else in the library's. The engine
+/// runs a copy of the program from a temporary folder, and unpacks the bundle's files into the library's folder.
+std::wstring shippedFile(const std::wstring& name) {
     const std::wstring program = getProcessFilePath();
     const size_t slash = program.rfind(L'\\');
     std::wstring file = slash == std::wstring::npos ? std::wstring() : program.substr(0, slash + 1) + name;
@@ -62,7 +62,7 @@ void BootstrapperDialog::OpenLegalDocument(std::wstring_view type) {
     const std::wstring language = translator ? translator->siteLanguage({}) : L"en";
     const bool online = run.isThinInstaller() || type == privacyDocument;
     const std::wstring target = online ? onlineLegalDocument(getConfigWideString("legal.url"), type, language)
-                                       : besideProgram(localLegalDocument(type, language));
+                                       : shippedFile(localLegalDocument(type, language));
     if (target.empty())
         ShowPrompt(unknownErrorPrompt);
     else

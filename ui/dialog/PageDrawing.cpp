@@ -17,7 +17,7 @@ PagePictures& PageView::Pictures() {
 MessageResult PageView::OnNcHitTest(int32_t x, int32_t y) {
     const Rect window = GetWindowRect();
     const bool inside = x >= window.left && x < window.right && y >= window.top && y < window.bottom;
-    // The whole dialog drags.
+    // The user can drag the whole dialog.
     return handled(inside ? HTCAPTION : HTNOWHERE);
 }
 
@@ -36,10 +36,10 @@ MessageResult PageView::Draw(Graphics& graphics) {
     const Size client = GetClientSize();
     const Bitmap* const background = plainBackground ? nullptr : Pictures().background();
     if (!background) {
-        // From beyond the upper left to beyond the lower right corner: the whole client area.
+        // More than the client area on each side.
         graphics.fillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
     } else {
-        // Nothing shines through it, and blending takes Wine twice the time.
+        // The picture is opaque, and blending takes twice the time on Wine.
         graphics.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
         if (background->getSize() == client)
             graphics.copyImage(*background, graphics.visible({0, 0, client.width, client.height}));
@@ -55,10 +55,10 @@ MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
     const Bitmap* picture = nullptr;
     if (page.kind == pagePrompt && (page.flags & iconMask) == iconError)
         picture = Pictures().picture(errorPictureNumber);
-    if (page.kind == pageOlderClient) picture = Pictures().picture(migrationPictureNumber);
+    if (page.kind == pageBastion) picture = Pictures().picture(migrationPictureNumber);
     if (!picture) picture = Pictures().picture(logoPictureNumber);
     const Size size = {item->rcItem.right - item->rcItem.left, item->rcItem.bottom - item->rcItem.top};
-    // Off screen first, with the dialog's own background under it, so that nothing flickers.
+    // Drawn off screen over the dialog's background, to avoid flicker.
     const Bitmap buffer(size);
     Graphics surface(buffer);
     ApplyQuality(surface);

@@ -5,7 +5,7 @@
 
 namespace pdx {
 
-constinit ProcessSlot<PagePictures> g_pagePictures;
+constinit ServiceHolder<PagePictures> g_pagePictures;
 
 PagePictures::PagePictures()
     : sizeGiven(CreateEventW(nullptr, TRUE, FALSE, nullptr)), preparation([this] { prepare(); }) {}
@@ -22,7 +22,7 @@ void PagePictures::prepare() {
     startGraphics();
     const std::unique_ptr<Bitmap> background = LoadPicture(backgroundPictureNumber);
     pictures[logoPictureNumber] = LoadPicture(logoPictureNumber);
-    // The picture at its own size goes: it is five times as large, and the window never changes its size.
+    // The original is released: it is five times as large, and the window never changes its size.
     if (background) scaledBackground = scalePicture(*background, windowSize);
 }
 

@@ -1,4 +1,4 @@
-// The pictures of the dialog, each decoded once and no sooner than it must be.
+// The pictures of the dialog, each decoded once and as late as possible.
 #pragma once
 
 #include <map>
@@ -8,49 +8,49 @@
 
 #include "platform/Engine.h"
 #include "platform/Handles.h"
-#include "platform/ProcessSlot.h"
 #include "platform/rules/CommandLine.h"
+#include "platform/ServiceHolder.h"
 #include "platform/Task.h"
 #include "ui/toolkit/Images.h"
 
 namespace pdx {
 
-/// What the first page needs is made ready on a thread of its own, from the making of the object on: the background at
-/// the size of the window, the logo. The others are decoded when their page comes. Made on any thread, used on the UI
-/// thread, on which alone fonts and text formats are used: GDI+ refuses an object that another thread is using
-/// (ObjectBusy), and the text would appear in another face.
+/// The constructor starts a thread that prepares the pictures of the first page: the background at the size of the
+/// window, and the logo. The others are decoded when their page is shown. Made on any thread, used on the UI thread.
+/// Fonts and text formats are used only there: GDI+ refuses an object that another thread is using (ObjectBusy), and
+/// the text would appear in another font.
 class PagePictures {
   public:
     PagePictures();
-    /// Waits for the thread, which by then does nothing but what it is in the middle of.
+    /// Waits for the thread, which only finishes its current step.
     ~PagePictures();
     PagePictures(const PagePictures&) = delete;
     PagePictures& operator=(const PagePictures&) = delete;
 
-    /// Sets what the background is scaled to, which waits for it. The first size counts.
+    /// Sets the size for the background, for which the thread waits. Only the first call has an effect.
     void setWindowSize(Size size);
-    /// The background at that size, null when it is missing. Waits until it is ready.
+    /// The background at that size, null if it is missing. Waits until it is ready.
     [[nodiscard]] const Bitmap* background();
-    /// A picture by its number, null when it is missing. Waits while it is being decoded.
+    /// A picture by its number, null if it is missing. Waits while it is being decoded.
     [[nodiscard]] const Bitmap* picture(uint16_t number);
 
   private:
     void prepare();
 
-    Handle sizeGiven;  ///< or not needed any more
+    Handle sizeGiven;  ///< set too when no size will be given
     Size windowSize;
     std::unique_ptr<Bitmap> scaledBackground;
     std::map<uint16_t, std::unique_ptr<Bitmap>> pictures;
-    Task preparation;  // last: it works with all of the others
+    Task preparation;  // last: it uses all other members
 };
 
-/// Those that were begun for the next dialog; null if none were.
-extern ProcessSlot<PagePictures> g_pagePictures;
+/// The pictures prepared for the next dialog; null if there are none.
+extern ServiceHolder<PagePictures> g_pagePictures;
 
-/// Begins to make the first page ready for the dialog of an application object, and ends with it at the latest.
+/// Starts to prepare the first page for the dialog of an application object, and ends with that object at the latest.
 class PreparedPage {
   public:
-    /// A run that shows no window needs none. The arguments are those of the process, after the program.
+    /// Does nothing for a run that shows no window. The arguments are those of the process, after the program.
     PreparedPage(const BOOTSTRAPPER_COMMAND& command, std::span<const std::wstring> arguments) {
         if (displayTowardsUser(command.display, command.relationType, arguments) != BOOTSTRAPPER_DISPLAY_NONE)
             g_pagePictures.set(std::make_shared<PagePictures>());

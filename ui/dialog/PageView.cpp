@@ -1,4 +1,4 @@
-// The stack of pages, and how a page is laid out from its record. Fonts are set anew for each page, for pages differ.
+// The stack of pages, and the layout of a page from its PageState. Each page sets the fonts it needs.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -20,7 +20,7 @@ constexpr LineHeight tallestBody = {LineHeight::pixels, 95};
 constexpr LineHeight noLimit = {};
 constexpr LPARAM marqueePeriodMs = 20;
 
-/// Where the next line begins below a part that ends there.
+/// The top of the part below the box.
 int32_t below(const Box& box, int32_t gap) { return box.y + box.height + gap; }
 
 std::optional<Size> sizeOf(const Button& button) {
@@ -69,7 +69,7 @@ void PageView::ReplacePage(PageState page) {
         PushPage(std::move(page));
         return;
     }
-    // The prompts stay on show; the page comes to light when they are answered.
+    // The prompts stay visible; the page is shown when they are answered.
     pages.erase(pages.begin(), pages.end() - static_cast<ptrdiff_t>(openPrompts));
     pages.push_front(std::move(page));
 }
@@ -90,7 +90,7 @@ void PageView::Retitle(const wchar_t* key) {
 }
 
 void PageView::ShowProgress(int32_t percent) {
-    // A message of another thread that was on its way when a prompt opened is none of the prompt's.
+    // A message may have been sent before a prompt opened: it never concerns the prompt.
     PageState& page = PageBelowPrompts();
     if (page.progress == percent) return;
     SendMessageW(progressBar->getHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
@@ -123,8 +123,8 @@ void PageView::ShowTopPage() {
         case pageOptions:
             FillOptions();
             break;
-        case pageOlderClient:
-            FillOlderClient(boxes);
+        case pageBastion:
+            FillBastion(boxes);
             secondary = secondSecondary;
             break;
         case pageProgress:
@@ -147,7 +147,7 @@ void PageView::ShowTopPage() {
     QueuePosition(IDC_QUESTION, boxes.check, placed);
     QueuePosition(IDC_ACTION1, boxes.buttons.first, placed);
     ApplyPositions();
-    // The children too: what they show of the background and the picture may be another page's.
+    // The children too: they may show background and picture of the page before.
     RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
     ::SetFocus(hwnd);
 }
@@ -159,8 +159,8 @@ void PageView::QueueVisibility(PageKind kind) {
 
 void PageView::SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box,
                         int32_t y) {
-    // Room for any text while it is measured: one that is taller than its window is laid out narrower, beside a scroll
-    // track, and may then take a line more than it needs.
+    // As high as possible for the measurement: a text higher than its window is laid out narrower, for a scroll track,
+    // and might need one line more.
     SetWindowPos(label.getHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     label.SetFont(std::move(labelFont));
@@ -196,7 +196,7 @@ void PageView::FillOptions() {
     actionButton2->SetText(Translate(L"go_back_cta"));
 }
 
-void PageView::FillOlderClient(PageBoxes& boxes) {
+void PageView::FillBastion(PageBoxes& boxes) {
     SetTitle(textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"), boxes.title,
              boxes.top);
     const auto [subtitle, body] = cutAtLineFeed(Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_BODY"));

@@ -1,4 +1,4 @@
-// What the installer's one window shows: a stack of pages, the last of which is on show, with all their controls.
+// The content of the installer's one window: a stack of pages, of which the last is shown, and their controls.
 #pragma once
 
 #include <deque>
@@ -32,11 +32,10 @@ class PageView : public Dialog {
     MessageResult OnSetFocus(WPARAM previous) override;
     MessageResult Draw(Graphics& graphics) override;
 
-    /// Puts a page in the place of what lies at the bottom: of all pages, or while prompts are open of those below
-    /// them.
+    /// Replaces all pages, or while prompts are open all pages below them.
     void ReplacePage(PageState page);
     void PushPage(PageState page);
-    /// Lays the last page out, and repaints the window.
+    /// Lays out the last page and repaints the window.
     void ShowTopPage();
 
     /// The string for a key in the user's language.
@@ -49,11 +48,11 @@ class PageView : public Dialog {
 
     [[nodiscard]] const PageState& TopPage() const { return pages.back(); }
     PageState& Top() { return pages.back(); }
-    /// The page that comes to light when all open prompts are answered.
+    /// The page that is shown when all open prompts are answered.
     PageState& PageBelowPrompts();
-    /// Puts the position on the bar, and keeps it for the page below the prompts. Nothing if it is there already.
+    /// Sets the bar's position, and stores it in the page below the prompts. Does nothing if it is unchanged.
     void ShowProgress(int32_t percent);
-    /// Gives the page below the prompts another title.
+    /// Changes the title of the page below the prompts.
     void Retitle(const wchar_t* key);
 
     std::deque<PageState> pages{PageState{}};
@@ -76,10 +75,10 @@ class PageView : public Dialog {
 
   private:
     MessageResult HandleDrag(UINT message, WPARAM wparam, LPARAM lparam);
-    /// Moves the window so that the pointer keeps its place in it, while it is dragged.
+    /// Moves the dragged window with the pointer.
     void FollowPointer();
 
-    /// The places of the movable parts of the page that is being laid out.
+    /// The movable parts of the page that is being laid out.
     struct PageBoxes {
         int32_t top;  ///< the first line under the picture
         Box title, subtitle, body, check;
@@ -89,7 +88,7 @@ class PageView : public Dialog {
     void QueueVisibility(PageKind kind);
     void FillWelcome(PageBoxes& boxes);
     void FillOptions();
-    void FillOlderClient(PageBoxes& boxes);
+    void FillBastion(PageBoxes& boxes);
     void FillProgress(const PageState& page, PageBoxes& boxes);
     void FillPrompt(const PageState& page, PageBoxes& boxes);
     void SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box, int32_t y);
@@ -101,7 +100,7 @@ class PageView : public Dialog {
     bool plainBackground = false;
     Color backgroundColor = palette::plainBackground;
     std::shared_ptr<PagePictures> pictures;
-    std::optional<Point> grip;  ///< from the window's corner to the pointer that drags the window
+    std::optional<Point> grip;  ///< while dragging: the pointer's place in the window
 };
 
 }  // namespace pdx

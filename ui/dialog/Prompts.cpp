@@ -1,4 +1,4 @@
-// Questions to the user, each with a message loop of its own, so that the sender's callback waits for the answer.
+// Questions to the user. Each runs a nested message loop, so that the sender's callback waits for the answer.
 #include "ui/dialog/AppMessages.h"
 #include "ui/dialog/BootstrapperDialog.h"
 #include "ui/dialog/rules/PageFlow.h"
@@ -17,7 +17,7 @@ struct AtEnd {
 
 int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
     if (!isPromptShown(run.display())) return prompt.defaultResult;
-    // Hidden for a newer installer that then failed: nobody could answer.
+    // The window may be hidden for a newer installer that then failed.
     if (!IsVisible()) Show(SW_SHOW);
     const auto text = [](const wchar_t* key) { return *key ? Translate(key) : std::wstring(); };
     pages.push_back({.kind = prompt.kind,
@@ -31,7 +31,7 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
                      .role = prompt.role});
     ++openPrompts;
     gate.setReady(false);
-    // Without fail: a prompt that counted as open for ever would hold the engine's thread for ever.
+    // After an exception too: a prompt that counts as open blocks the engine's thread.
     const AtEnd end([this] { RemovePrompt(); });
     ShowTopPage();
     RunPrompt();
@@ -40,25 +40,25 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
 
 void BootstrapperDialog::RemovePrompt() noexcept {
     --openPrompts;
-    // A prompt below this one still waits for its answer.
+    // Not while a prompt below this one is open.
     if (openPrompts == 0) gate.setReady(true);
     if (pages.size() > 1)
         pages.pop_back();
     else
         Top() = {};
-    // Posted, not called: the page below comes back when the loop runs again.
+    // Posted, not called: the message loop shows the page below.
     PostMessageW(hwnd, WM_BA_REFRESH_PAGE, 0, 0);
 }
 
 void BootstrapperDialog::RunPrompt() {
-    // A message of another thread may open a prompt over this one meanwhile: each loop watches its own page.
+    // A message of another thread may open a prompt above this one, so each loop watches its own page.
     const size_t depth = openPrompts;
     const auto own = [this, depth]() -> const PageState& { return pages[pages.size() - openPrompts + depth - 1]; };
     MSG message;
     while (own().result == 0 && IsWindow(hwnd)) {
         const BOOL more = GetMessageW(&message, nullptr, 0, 0);
         if (more == 0) {
-            // The outer loop has to see the end too.
+            // Again for the outer loop.
             PostQuitMessage(static_cast<int>(message.wParam));
             return;
         }

@@ -7,10 +7,10 @@
 namespace pdx {
 namespace {
 
-/// Held by a running client.
+/// The mutex of a running client.
 constexpr const wchar_t* clientMutexName = L"Global\\PalisadeDesktop.exe";
 
-/// A client of another user may not be looked at, and runs all the same.
+/// Access is denied for the client of another user, which counts as running.
 bool isClientRunning() {
     return Handle(OpenMutexW(SYNCHRONIZE, FALSE, clientMutexName)) || GetLastError() == ERROR_ACCESS_DENIED;
 }
@@ -66,7 +66,7 @@ void BootstrapperDialog::OnUninstallDetected() {
 
 int32_t BootstrapperDialog::OfferBastionUninstall() {
     run.telemetry().sendBastionOverlayImpressions();
-    return ShowPrompt(olderClientPrompt);
+    return ShowPrompt(bastionPrompt);
 }
 
 int32_t BootstrapperDialog::OnError(const ErrorInfo& error) {

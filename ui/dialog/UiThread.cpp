@@ -1,4 +1,4 @@
-// The UI thread: one dialog from its making to its end.
+// The UI thread: makes, runs and deletes one dialog.
 #include <windows.h>
 
 #include "platform/ComApartment.h"
@@ -23,8 +23,8 @@ void pumpMessages(HWND dialog) {
 
 INT_PTR CALLBACK leaveAll(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
 
-/// The size that the dialog will have, from one that never shows. The first window of a thread costs Wine 20 ms, the
-/// first of a template some more.
+/// The size of the dialog, measured on one that is never shown. On Wine the first window of a thread takes 20 ms, and
+/// the first of a template more.
 Size dialogSize() {
     const HWND dialog = CreateDialogParamW(libraryModule(), MAKEINTRESOURCEW(IDD_BOOTSTRAPPER), nullptr, leaveAll, 0);
     if (!dialog) return {};
@@ -34,8 +34,8 @@ Size dialogSize() {
     return {client.right, client.bottom};
 }
 
-/// The first use of a face in a process takes many times as long as a later one, and the first of a face that is not
-/// carried, as the template's is not, makes Wine look through all that are installed.
+/// Uses each font face once: the first use in a process takes many times as long as a later one. For a face that the
+/// library does not carry, as the template's, Wine then searches all installed ones.
 void useFaces() {
     constexpr struct {
         const wchar_t* family;
@@ -73,7 +73,7 @@ void UIThreadFunc(RunControls& run, DialogGate& gate) {
     if (window && gate.window()) {
         pumpMessages(window);
     } else if (window) {
-        // It broke off while it was made, and nobody waits for it.
+        // Its construction failed, and no thread waits for it.
         PDX_LOG(logError, "UIThreadFunc", "The dialog is not complete");
     } else {
         PDX_LOG(logInfo, "UIThreadFunc", "CreateDialogParam failed: %s",

@@ -6,7 +6,7 @@
 
 namespace pdx {
 
-constinit ProcessSlot<AccessibleNames> g_accessibleNames;
+constinit ServiceHolder<AccessibleNames> g_accessibleNames;
 
 void publishAccessibleName(HWND window, const std::wstring& name) {
     if (const auto standIn = g_accessibleNames.get()) return standIn->publish(window, name);

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "platform/ProcessSlot.h"
+#include "platform/ServiceHolder.h"
 
 namespace pdx {
 
@@ -17,7 +17,7 @@ class AccessibleNames {
 };
 
 /// Receives the names in place of the platform's accessibility service. Null in the product; tests set it.
-extern ProcessSlot<AccessibleNames> g_accessibleNames;
+extern ServiceHolder<AccessibleNames> g_accessibleNames;
 
 /// Publishes the name of a window's client area. The thread must have initialised COM; a failure is silent.
 void publishAccessibleName(HWND window, const std::wstring& name);

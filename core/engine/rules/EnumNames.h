@@ -1,4 +1,4 @@
-// The names under which the engine's values stand in the log.
+// The names of the engine's values in the log.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-// Each gives the value's published name, and "<INVALID>" for a value out of range.
+// Each returns the value's published name, or "<INVALID>" for a value out of range.
 const char* nameOf(BOOTSTRAPPER_ACTION_STATE value);
 const char* nameOf(BOOTSTRAPPER_PACKAGE_STATE value);
 const char* nameOf(BOOTSTRAPPER_RELATED_OPERATION value);
@@ -29,7 +29,7 @@ const char* nameOfPointed(const Value* value) {
 const char* nameOfBool(bool value);
 
 /// A message box style word, such as "MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON1". A button set that the platform
-/// does not define prints as "<INVALID>", no icon or an unknown one as "<BADICON>", an unknown default button as
+/// does not define becomes "<INVALID>", no icon or an unknown one "<BADICON>", an unknown default button
 /// "<BADDEFBTN>".
 std::string nameOfMessageBoxStyle(uint32_t style);
 

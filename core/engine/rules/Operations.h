@@ -1,5 +1,5 @@
-// The steps of a run by the numbers under which an error report names each: the engine's callbacks, and those of a
-// repair's clean-up that can fail.
+// The numbers by which an error report names the steps of a run: the engine's callbacks, and the steps of a repair's
+// clean-up that can fail.
 #pragma once
 
 #include <cstdint>
@@ -62,9 +62,9 @@ enum class Operation : int32_t {
     repairDeleteFolder = 51,
 };
 
-/// What a callback makes of the context that the ones before it left.
+/// What a callback does with the context of the callbacks before it.
 enum class ContextRule {
-    replace,  ///< a Begin starts it anew
+    replace,  ///< starts a new one, as each Begin does
     merge,    ///< a new value replaces an old one of the same key
 };
 

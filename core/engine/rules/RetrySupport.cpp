@@ -9,7 +9,7 @@
 namespace pdx {
 namespace {
 
-/// Failures of caching that another try cannot mend.
+/// Failures of caching that are final.
 constexpr int32_t finalCacheFailures[] = {
     hresultFromWin32(userExitCode),
     static_cast<int32_t>(0x80200010u),  // the transfer service's own retries are used up
@@ -17,10 +17,10 @@ constexpr int32_t finalCacheFailures[] = {
     hresultFromWin32(12007),            // the host name is unknown
 };
 
-/// Failures of executing that may pass: the Windows Installer service is not to be had, or is busy.
+/// Temporary failures of executing: the Windows Installer service is unavailable or busy.
 constexpr int32_t passingExecuteFailures[] = {hresultFromWin32(1601), hresultFromWin32(1618)};
 
-/// Windows Installer errors behind a generic failure that may pass: files and keys in use, sources not reached.
+/// Windows Installer errors that make a generic failure temporary: files and keys in use, sources not reached.
 constexpr uint32_t passingInstallerErrors[] = {1303, 1304, 1306, 1307, 1309, 1310, 1311, 1312, 1316, 1317,
                                                1321, 1335, 1402, 1406, 1606, 1706, 1719, 1723, 1923, 1931};
 

@@ -1,4 +1,4 @@
-// The support layer's retries: for each of two kinds, what package is tried and how often.
+// The support layer's retries: for each of two kinds, the current package and its count of tries.
 #pragma once
 
 #include <array>
@@ -11,18 +11,18 @@ namespace pdx {
 
 enum class RetryKind { cache = 0, execute = 1 };
 
-/// Answers whether a failed package is tried again. The application sets it up with a maximum of 0 on purpose: the
-/// count is never below that, so nothing is retried here, and every real retry is a download's.
+/// Decides whether a failed package is tried again. The application sets the maximum to 0 on purpose: nothing is
+/// retried here, and every real retry is a download's (core/Download.h).
 class RetrySupport {
   public:
     using Sleep = std::function<void(uint32_t milliseconds)>;
 
     RetrySupport(uint32_t maximumRetries, uint32_t delayMilliseconds, Sleep sleepFunction);
 
-    /// The same package and payload as before adds one to the count and sleeps the delay; a new one starts at 0; an
-    /// empty package clears the kind. The last error is cleared in every case.
+    /// For the same package and payload as before, increments the count and sleeps the delay. A new one starts at 0; an
+    /// empty package clears the kind. Clears the last error in every case.
     void start(RetryKind kind, std::wstring_view package, std::wstring_view payload);
-    /// Notes an error's code for whichever kind holds the package.
+    /// Stores an error's code for the kind that holds the package.
     void errorOccurred(std::wstring_view package, uint32_t code);
     /// IDRETRY if the package is to be tried again, else 0; an empty package clears the kind.
     int32_t end(RetryKind kind, std::wstring_view package, std::wstring_view payload, int32_t status);

@@ -33,7 +33,7 @@ TEST(Startup, ChoosesTheFirstStepAndAsksNoMoreThanItNeeds) {
         {BOOTSTRAPPER_ACTION_REPAIR, true, false, true, false, false, false, StartupStep::detect, ""},
         {install, true, true, true, true, true, true, StartupStep::launchClientFromDisc, ""},
         {install, true, false, true, true, true, true, StartupStep::quit, ""},
-        {install, true, false, false, true, false, false, StartupStep::promptOlderClient, "p"},
+        {install, true, false, false, true, false, false, StartupStep::promptBastionUninstall, "p"},
         {install, true, false, false, false, true, true, StartupStep::promptAlreadyInstalled, "p"},
         {install, false, true, true, true, true, true, StartupStep::quit, "rg"},
         {install, false, false, true, false, true, false, StartupStep::detect, "rg"},

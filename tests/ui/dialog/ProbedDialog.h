@@ -99,7 +99,7 @@ class ProbedDialog : public ProbedRun {
 
     [[nodiscard]] bool shows(int32_t id) const { return (GetWindowLongW(item(id), GWL_STYLE) & WS_VISIBLE) != 0; }
     [[nodiscard]] PageKind page() const {
-        for (const PageKind kind : {pageBlank, pageWelcome, pageOptions, pageOlderClient, pageProgress}) {
+        for (const PageKind kind : {pageBlank, pageWelcome, pageOptions, pageBastion, pageProgress}) {
             bool same = true;
             for (const int32_t control : pageControls) same = same && shows(control) == isShownOnPage(kind, control);
             if (same) return kind;

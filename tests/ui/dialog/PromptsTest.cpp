@@ -192,7 +192,7 @@ TEST(Closing, GoesByThePageOnTop) {
 }
 
 TEST(Clicks, OnTheCrossOfTheOfferEndTheRunBeforeItIsPlanned) {
-    RegistryKey::localMachine(view32).setSubKeyValue(olderClientKey, L"InstallSuccesfull", std::wstring(L"1"));
+    RegistryKey::localMachine(view32).setSubKeyValue(bastionKey, L"InstallSuccesfull", std::wstring(L"1"));
     ProbedDialog probed;
     std::istringstream settings("[app]\nmeridian.enableMigration = true\nmeridian.promptBastionUninstall = true\n");
     g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));

@@ -1,4 +1,4 @@
-// What the cross does, and what Escape and the system's own close command do.
+// What the close button does, and what Escape and the system's close command do.
 #pragma once
 
 #include "ui/dialog/rules/PageState.h"
@@ -8,17 +8,17 @@ namespace pdx {
 struct ClosingFacts {
     PageRole page = PageRole::ordinary;  ///< of the page on top
     bool oneButton = false;              ///< the page on top is a prompt with one button
-    bool closePromptOpen = false;        ///< on top, or under a prompt that came over it
+    bool closePromptOpen = false;        ///< on top or below another prompt
     bool uninstalls = false;
     bool asksUser = true;  ///< the display shows prompts
 };
 
 enum class CloseAction {
     nothing,
-    firstButton,  ///< the press of the first button of the page on top
-    ask,          ///< whether the run is to be cancelled, and to stop if it is
-    stop,         ///< the run, without a question
-    hide,         ///< the window; the work goes on
+    firstButton,  ///< presses the first button of the page on top
+    ask,          ///< asks whether to cancel the run, and cancels it if so
+    stop,         ///< cancels the run without a question
+    hide,         ///< hides the window; the work continues
 };
 
 struct CloseActions {
@@ -26,7 +26,7 @@ struct CloseActions {
     CloseAction escape;
 };
 
-/// Escape acts as the cross only where the cross asks first or ends nothing, so that no stray key ends a run.
+/// Escape acts as the close button only where that asks first or ends nothing: no stray key may end a run.
 constexpr CloseActions closeActions(const ClosingFacts& facts) {
     using enum CloseAction;
     using Facts = ClosingFacts;

@@ -5,7 +5,7 @@
 namespace pdx {
 namespace {
 
-/// The space that is kept after the path.
+/// Characters that stay free after the path.
 constexpr size_t reserve = 12;
 
 }  // namespace

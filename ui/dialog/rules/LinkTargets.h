@@ -1,4 +1,4 @@
-// What the links in marked-up text lead to, and where the legal documents are found.
+// The actions of the links in marked-up text, and the addresses of the legal documents.
 #pragma once
 
 #include <string>
@@ -10,13 +10,13 @@ namespace pdx {
 
 enum class LinkAction {
     nothing,
-    open,  ///< the whole address, with the system's own program for it
+    open,  ///< opens the whole address with the system's program for it
     userAgreement,
     privacyPolicy,
-    showError,  ///< a page of a site whose address the settings leave open
+    showError,  ///< the site's address is missing in the settings
 };
 
-/// By the link's own text and its parts as a URL.
+/// The action for a link's text and its parts as a URL.
 constexpr LinkAction linkAction(std::wstring_view href, std::wstring_view scheme, std::wstring_view path) {
     if (equalsAsciiCase(scheme, L"http") || equalsAsciiCase(scheme, L"https")) return LinkAction::open;
     if (equalsAsciiCase(scheme, L"action")) {
@@ -29,7 +29,7 @@ constexpr LinkAction linkAction(std::wstring_view href, std::wstring_view scheme
 /// The address on the legal documents' host (without a slash at its end); empty without a host.
 std::wstring onlineLegalDocument(std::wstring_view host, std::wstring_view type, std::wstring_view language);
 
-/// The file name of a document that is shipped beside the program.
+/// The file name of a document that ships with the program.
 std::wstring localLegalDocument(std::wstring_view type, std::wstring_view language);
 
 /// The privacy policy, which is only online.

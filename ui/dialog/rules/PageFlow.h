@@ -1,4 +1,4 @@
-// What the dialog does with a message of the application, as far as it is a decision.
+// The dialog's decisions about the run's messages.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace pdx {
 
-/// Whether a prompt is shown at all; where it is not, it answers with its default, which lets a silent run go on.
+/// Whether a prompt is shown. One that is not answers with its default, so that a silent run continues.
 constexpr bool isPromptShown(BOOTSTRAPPER_DISPLAY display) {
     return display == BOOTSTRAPPER_DISPLAY_EMBEDDED || display == BOOTSTRAPPER_DISPLAY_FULL;
 }
@@ -15,9 +15,9 @@ constexpr bool isPromptShown(BOOTSTRAPPER_DISPLAY display) {
 enum class DetectFlow {
     uninstall,  ///< wait for the client to end, confirm, plan
     welcome,    ///< the user takes over
-    install,    ///< go on without a word
-    update,     ///< show the download and go on
-    plan,       ///< go on without a word, and leave telemetry held back: no run asks for such an action
+    install,    ///< continue without a question
+    update,     ///< show the download and continue
+    plan,       ///< continue and keep telemetry disabled: no run has such an action
 };
 
 /// What follows a detection.
@@ -34,12 +34,12 @@ constexpr DetectFlow afterDetection(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DIS
     }
 }
 
-/// Whether the dialog hides, for the newer installer's to show.
+/// Whether the dialog hides, because a newer installer shows its own.
 constexpr bool hidesForUpdate(BOOTSTRAPPER_ACTION action) {
     return action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE || action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
 }
 
-/// What the connection prompt's button makes of a failed download.
+/// The answer to a failed download for a button of the connection prompt.
 constexpr int32_t connectionAnswer(int32_t button) { return button == resultOk ? resultRetry : resultCancel; }
 
 /// Whether the user is asked to restart the machine.

@@ -1,4 +1,4 @@
-// Where the parts of a page come to lie, from the template's rectangles and the parts' preferred sizes.
+// The layout of a page, from the template's rectangles and the parts' preferred sizes.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,7 @@ struct ButtonRow {
     Box third;
 };
 
-/// The row of buttons, centred at the foot of a client area of that size. What is not there keeps its given box.
+/// The row of buttons, centred at the bottom of a client area. A button without a size keeps its given box.
 ButtonRow layoutButtons(Size client, const ButtonSizes& sizes, const ButtonRow& given);
 
 /// A picture of that size inside a target, with its proportions kept and centred; whole-number arithmetic.

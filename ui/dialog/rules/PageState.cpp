@@ -15,19 +15,18 @@ constexpr int32_t blankControls[] = {IDC_PICTURE};
 constexpr int32_t welcomeControls[] = {IDC_TITLE, IDC_BODY, IDC_PICTURE, IDC_ACTION1, IDC_OPTIONS, IDC_CLOSE};
 constexpr int32_t optionsControls[] = {IDC_LOCATION_LABEL, IDC_LOCATION_VALUE, IDC_BROWSE, IDC_SHORTCUT,
                                        IDC_ACTION1,        IDC_ACTION2,        IDC_CLOSE};
-constexpr int32_t olderClientControls[] = {IDC_TITLE,   IDC_SUBTITLE, IDC_BODY, IDC_PICTURE,
-                                           IDC_ACTION1, IDC_ACTION2,  IDC_CLOSE};
+constexpr int32_t bastionControls[] = {IDC_TITLE,   IDC_SUBTITLE, IDC_BODY, IDC_PICTURE,
+                                       IDC_ACTION1, IDC_ACTION2,  IDC_CLOSE};
 constexpr int32_t progressControls[] = {IDC_PICTURE, IDC_TITLE, IDC_PROGRESS, IDC_CLOSE};
-/// The rest of a prompt shows by its content.
+/// The other controls of a prompt depend on its content.
 constexpr int32_t promptControls[] = {IDC_ACTION1, IDC_CLOSE};
 
 constexpr PageRow pageRows[] = {
-    {pageBlank, blankControls},       {pageWelcome, welcomeControls},
-    {pageOptions, optionsControls},   {pageOlderClient, olderClientControls},
-    {pageProgress, progressControls}, {pagePrompt, promptControls},
+    {pageBlank, blankControls},     {pageWelcome, welcomeControls},   {pageOptions, optionsControls},
+    {pageBastion, bastionControls}, {pageProgress, progressControls}, {pagePrompt, promptControls},
 };
 
-/// By button set: what the three buttons answer, 0 for none.
+/// By button set: the answers of the three buttons, 0 for none.
 constexpr int32_t buttonResults[][3] = {
     {1, 0, 0},    // OK
     {1, 2, 0},    // OK, Cancel

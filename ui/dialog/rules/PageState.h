@@ -13,19 +13,19 @@ enum PageKind : int32_t {
     pageBlank = 0,
     pageWelcome = 1,
     pageOptions = 2,
-    pageOlderClient = 3,  ///< the offer to uninstall the older client
+    pageBastion = 3,  ///< the offer to uninstall the older client
     pageProgress = 4,
     pagePrompt = 5,
 };
 
-/// What a page is to whoever wants to close the window.
+/// How a page affects the closing of the window.
 enum class PageRole {
     ordinary,
-    closeQuestion,   ///< asks whether the run is to be cancelled
-    reportUnderWay,  ///< the run is over, and its error report is being sent
+    closeQuestion,   ///< asks whether to cancel the run
+    reportUnderWay,  ///< the run has ended, and its error report is being sent
 };
 
-// Bits of PageState::flags beside the button set.
+// Bits of PageState::flags besides the button set.
 inline constexpr uint32_t buttonSetMask = 0xF;
 inline constexpr uint32_t iconMask = 0xF0;
 inline constexpr uint32_t iconError = 0x10;
@@ -34,7 +34,7 @@ inline constexpr uint32_t thirdSecondary = 0x20000000;
 inline constexpr uint32_t secondSecondary = 0x40000000;
 inline constexpr uint32_t firstSecondary = 0x80000000;
 
-// The button sets, by the number that a message box has for them.
+// The button sets, by a message box's numbers.
 inline constexpr uint32_t buttonsOk = 0;
 inline constexpr uint32_t buttonsOkCancel = 1;
 inline constexpr uint32_t buttonsAbortRetryIgnore = 2;
@@ -60,23 +60,23 @@ struct PageState {
     PageRole role = PageRole::ordinary;
 };
 
-/// All controls whose visibility a page decides, in the order in which their positions are queued.
+/// The controls whose visibility depends on the page, in the order in which their positions are queued.
 inline constexpr int32_t pageControls[] = {
     IDC_TITLE,   IDC_SUBTITLE, IDC_BODY,    IDC_LOCATION_LABEL, IDC_LOCATION_VALUE,
     IDC_PICTURE, IDC_PROGRESS, IDC_ACTION1, IDC_ACTION2,        IDC_ACTION3,
     IDC_CLOSE,   IDC_OPTIONS,  IDC_BROWSE,  IDC_SHORTCUT,       IDC_QUESTION,
 };
 
-/// Whether a page of that kind shows the control whatever its content.
+/// Whether every page of that kind shows the control.
 bool isShownOnPage(PageKind kind, int32_t control);
 
-/// What a press on a control answers in that button set; 0 for a control that the set does not have.
+/// The answer of a control in a button set; 0 for a control that is not in the set.
 int32_t ButtonResult(uint32_t flags, int32_t controlId);
 
-/// Whether the page is a prompt that has one answer only.
+/// Whether the page is a prompt with only one answer.
 bool hasOneButton(const PageState& page);
 
-/// The key of a button's text when the page has none of its own; empty for a result without one, which hides it.
+/// The key of a button's default text; empty for an unknown result, which hides the button.
 const wchar_t* defaultButtonKey(int32_t result);
 
 }  // namespace pdx

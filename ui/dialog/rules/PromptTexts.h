@@ -1,4 +1,4 @@
-// The questions that the dialog puts to the user.
+// The questions that the dialog asks the user.
 #pragma once
 
 #include "platform/rules/EngineTypes.h"
@@ -6,7 +6,7 @@
 
 namespace pdx {
 
-/// Texts are named by their keys; a button without a key of its own has the text of the button set.
+/// Texts are given by their keys; a button without a key has the text of the button set.
 struct Prompt {
     const wchar_t* title = L"";
     const wchar_t* body = L"";
@@ -39,11 +39,10 @@ inline constexpr Prompt confirmUninstallPrompt = {.title = L"INSTALLER_UNINSTALL
                                                   .button1 = L"INSTALLER_UNINSTALL",
                                                   .button2 = L"installer_repair_cta"};
 
-/// Its page has texts of its own.
-inline constexpr Prompt olderClientPrompt = {
-    .flags = buttonsOkCancel, .defaultResult = resultCancel, .kind = pageOlderClient};
+/// Its texts are those of pageBastion.
+inline constexpr Prompt bastionPrompt = {.flags = buttonsOkCancel, .defaultResult = resultCancel, .kind = pageBastion};
 
-/// One button on purpose: whatever else ends the prompt gives the download up.
+/// One button on purpose: every other way to end the prompt cancels the download.
 inline constexpr Prompt connectionPrompt = {.title = L"INSTALLER_ERROR_CONNECTION_TITLE",
                                             .body = L"INSTALLER_ERROR_CONNECTION",
                                             .flags = iconError,
@@ -64,7 +63,7 @@ inline constexpr Prompt alreadyInstalledPrompt = {.title = L"installer_already_i
                                                   .button1 = L"installer_launch_client",
                                                   .button2 = L"installer_repair_cta"};
 
-/// Something that went wrong in the dialog itself, to be taken note of.
+/// A message about a failure in the dialog, with an OK button.
 constexpr Prompt notice(const wchar_t* title, const wchar_t* body) {
     return {.title = title, .body = body, .flags = iconError};
 }
@@ -73,8 +72,8 @@ inline constexpr Prompt notAuthenticatedPrompt = notice(L"ERROR_INSTALLER_ELEVAT
                                                         L"ERROR_INSTALLER_ELEVATED-PERMISSIONS_NOT-AUTHENTICATED_BODY");
 inline constexpr Prompt unknownErrorPrompt = notice(L"INSTALLER_ERROR_UNKNOWN_TITLE", L"INSTALLER_ERROR_UNKNOWN");
 
-/// An error of the run, by its type and code: in the engine's style with an error icon in place of its own and the
-/// first button outlined, and with the box that lets a report go out.
+/// An error of the run, by its type and code. In the engine's style, but with an error icon and the first button
+/// outlined, and with the check box for the error report.
 Prompt errorPrompt(uint32_t errorType, uint32_t code, uint32_t uiHint, int32_t defaultResult);
 
 }  // namespace pdx

@@ -139,9 +139,9 @@ TEST(PageLayout, KeepsAPicturesProportions) {
 }
 
 TEST(InstallFolder, NeedsOneGiB) {
-    EXPECT_TRUE(isRoomy(0x40000000));
-    EXPECT_FALSE(isRoomy(0x3FFFFFFF));
-    EXPECT_TRUE(isRoomy(0x100000000)) << "a low word of nothing";
+    EXPECT_TRUE(isSpaceEnough(0x40000000));
+    EXPECT_FALSE(isSpaceEnough(0x3FFFFFFF));
+    EXPECT_TRUE(isSpaceEnough(0x100000000)) << "a low word of nothing";
 }
 
 TEST(InstallFolder, OpensTheChooserAroundTheProductsOwn) {

@@ -1,4 +1,4 @@
-#include "state/OlderClient.h"
+#include "state/Bastion.h"
 
 #include <gtest/gtest.h>
 
@@ -10,13 +10,13 @@
 namespace pdx {
 namespace {
 
-class OlderClientTest : public testing::Test {
+class BastionTest : public testing::Test {
   protected:
-    TestKeys keys{{olderClientKey}};
+    TestKeys keys{{bastionKey}};
     RegistryKey machine = RegistryKey::localMachine(view32);
 };
 
-TEST_F(OlderClientTest, IsInstalledIfItsMarkerIsInThe32BitView) {
+TEST_F(BastionTest, IsInstalledIfItsMarkerIsInThe32BitView) {
     const struct {
         const char* name;
         RegistryView view;
@@ -31,13 +31,13 @@ TEST_F(OlderClientTest, IsInstalledIfItsMarkerIsInThe32BitView) {
         {"spelled correctly", view32, L"InstallSuccessful", L"true", false},
     };
     for (const auto& row : rows) {
-        ASSERT_TRUE(RegistryKey::localMachine(row.view).setSubKeyValue(olderClientKey, row.valueName, row.value));
+        ASSERT_TRUE(RegistryKey::localMachine(row.view).setSubKeyValue(bastionKey, row.valueName, row.value));
         EXPECT_EQ(isBastionInstalled(), row.installed) << row.name;
         keys.clear();
     }
 }
 
-TEST_F(OlderClientTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
+TEST_F(BastionTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
     // Ends the uninstaller between the find and the wait: its id is then free, unless somebody holds a handle to it.
     struct EndingLogger : Logger {
         void write(int32_t, const char*, int32_t, const char* message) override {
@@ -56,7 +56,7 @@ TEST_F(OlderClientTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
     const std::wstring uninstaller = folder.path(L"bui1.exe");
     copyProbe(folder, L"BastionUninstall.exe");
     std::filesystem::copy_file(getModuleFilePath(L"harness\\client\\BastionUninstall.exe"), uninstaller);
-    machine.setSubKeyValue(olderClientKey, L"BastionPath", folder.path(L"Bastion.exe"));
+    machine.setSubKeyValue(bastionKey, L"BastionPath", folder.path(L"Bastion.exe"));
     const auto logger = std::make_shared<EndingLogger>();
     logger->process = startProbe(L"--stay never", uninstaller);
     g_logger.set(logger);
@@ -65,9 +65,9 @@ TEST_F(OlderClientTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
     EXPECT_TRUE(logger->held);
 }
 
-TEST_F(OlderClientTest, NoUninstallerIsStartedOrAwaitedWithoutARecordedProgram) {
+TEST_F(BastionTest, NoUninstallerIsStartedOrAwaitedWithoutARecordedProgram) {
     for (const bool recorded : {false, true}) {
-        if (recorded) machine.setSubKeyValue(olderClientKey, L"BastionPath", L"");
+        if (recorded) machine.setSubKeyValue(bastionKey, L"BastionPath", L"");
         const CapturedLog log;
         waitForBastionTempUninstallers();
         for (const LogEntry& line : log.take()) EXPECT_NE(line.function, "waitForBastionTempUninstallers");

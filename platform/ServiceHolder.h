@@ -11,14 +11,15 @@
 namespace pdx {
 
 /// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose. After a reload
-/// the library stays pinned, and its statics are destroyed at the end of the process. By then all other threads were
-/// ended anywhere in their work, and a lock or a service may be in any state. An ordinary unload calls clear() instead.
+/// the library stays pinned, and its statics are destroyed at the end of the process. The system has ended all other
+/// threads by then, at any point of their work, and a lock or a service may be in any state. An ordinary unload calls
+/// clear() instead.
 template <typename Service>
-class ProcessSlot {
+class ServiceHolder {
   public:
-    constexpr ProcessSlot() noexcept = default;
-    ProcessSlot(const ProcessSlot&) = delete;
-    ProcessSlot& operator=(const ProcessSlot&) = delete;
+    constexpr ServiceHolder() noexcept = default;
+    ServiceHolder(const ServiceHolder&) = delete;
+    ServiceHolder& operator=(const ServiceHolder&) = delete;
 
     /// The service, which stays alive as long as the caller holds it; null if there is none.
     [[nodiscard]] std::shared_ptr<Service> get() const {
@@ -32,7 +33,7 @@ class ProcessSlot {
         return guard && service ? *service : nullptr;
     }
 
-    /// Puts a service in; the earlier one is destroyed when its last user releases it.
+    /// Replaces the service; the earlier one is destroyed when its last user releases it.
     void set(std::shared_ptr<Service> replacement) {
         auto* owner = replacement ? new std::shared_ptr<Service>(std::move(replacement)) : nullptr;
         {
@@ -48,22 +49,22 @@ class ProcessSlot {
     std::shared_ptr<Service>* service = nullptr;
 };
 
-/// Puts a service into its slot and takes it out again in the destructor, unless there is another one by then.
+/// Sets a service, and clears it in the destructor unless another has replaced it.
 template <typename Service>
 class ServiceLife {
   public:
-    ServiceLife(ProcessSlot<Service>& itsSlot, std::shared_ptr<Service> owned)
-        : slot(itsSlot), service(std::move(owned)) {
-        slot.set(service);
+    ServiceLife(ServiceHolder<Service>& itsHolder, std::shared_ptr<Service> owned)
+        : holder(itsHolder), service(std::move(owned)) {
+        holder.set(service);
     }
     ~ServiceLife() {
-        if (slot.get() == service) slot.clear();
+        if (holder.get() == service) holder.clear();
     }
     ServiceLife(const ServiceLife&) = delete;
     ServiceLife& operator=(const ServiceLife&) = delete;
 
   private:
-    ProcessSlot<Service>& slot;
+    ServiceHolder<Service>& holder;
     std::shared_ptr<Service> service;
 };
 

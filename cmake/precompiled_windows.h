@@ -1,4 +1,4 @@
-// What deeds need besides: Windows and its graphics, in the order that they ask for.
+// What code with side effects needs besides: Windows and its graphics, in the order that those headers need.
 #include "precompiled.h"
 
 #include <windows.h>

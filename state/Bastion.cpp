@@ -1,4 +1,4 @@
-#include "state/OlderClient.h"
+#include "state/Bastion.h"
 
 #include <array>
 
