@@ -1,4 +1,6 @@
 // The object's construction and end, and the operations that the user interface asks for.
+#include <span>
+
 #include "config/rules/ConfigLayers.h"
 #include "config/Settings.h"
 #include "config/Translator.h"
@@ -24,6 +26,34 @@ void takeForcedLanguage() {
     g_translator.set(std::move(translator));
 }
 
+void takeEnvironment(RunVariables& variables) {
+    if (const std::wstring repair = getEnvironmentText(variable::repair); !repair.empty())
+        variables.set(variable::repair, repair);
+    if (const std::wstring folder = getEnvironmentText(variable::installLocation); !folder.empty())
+        variables.setInstallFolder(folder);
+}
+
+void takeCommandLine(RunVariables& variables, std::span<const std::wstring> arguments) {
+    for (const std::wstring& argument : arguments)
+        if (const auto given = variableOfArgument(argument)) variables.set(given->first.c_str(), given->second);
+}
+
+void setShortcutTitles(RunVariables& variables) {
+    const auto translator = g_translator.get();
+    for (const wchar_t* name : {variable::reporterShortcut, variable::recoveryShortcut}) {
+        std::wstring title;
+        if (translator->tryTranslate(name, title)) variables.set(name, title);
+    }
+}
+
+void setProductVariables(RunVariables& variables) {
+    variables.set(variable::productName, L"Palisade app");
+    variables.set(variable::shortcutName, L"Palisade");
+    variables.setNumber(variable::allowWindows7, getConfigBool("qa.installer.allowWindows7", true));
+    variables.setNumber(variable::meridianEnable, getConfigBool("app.meridian.enableMigration", false));
+    if (removesBastion()) variables.setNumber(variable::uninstallBastion, 1);
+}
+
 }  // namespace
 
 BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command,
@@ -43,17 +73,17 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
     // Runs in parallel; the steps below do not need its result.
     Task certificate(determineConfigurable);
     m_run.ui = makeUi(*this);
-    takeEnvironment();
+    takeEnvironment(m_run.variables);
     const std::vector<std::wstring> arguments = processArguments();
-    takeCommandLine(arguments);
+    takeCommandLine(m_run.variables, arguments);
     m_userDisplay = displayTowardsUser(command->display, command->relationType, arguments);
     loadConfiguration(isThinInstaller(), [&certificate] {
         certificate.wait();
         return g_configurable.load();
     });
     takeForcedLanguage();
-    setShortcutTitles();
-    setProductVariables();
+    setShortcutTitles(m_run.variables);
+    setProductVariables(m_run.variables);
     if (isRepair() && action() == BOOTSTRAPPER_ACTION_UNINSTALL) m_run.action = BOOTSTRAPPER_ACTION_INSTALL;
     certificate.wait();  // each event carries its answer, and so does the first line of the start
     m_run.telemetry.start(makeTelemetry, command->relationType == BOOTSTRAPPER_RELATION_UPDATE,
@@ -63,34 +93,6 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
 BootstrapperApplication::~BootstrapperApplication() {
     // Its thread calls this object.
     m_run.ui.reset();
-}
-
-void BootstrapperApplication::takeEnvironment() {
-    if (const std::wstring repair = getEnvironmentText(variable::repair); !repair.empty())
-        m_run.variables.set(variable::repair, repair);
-    if (const std::wstring folder = getEnvironmentText(variable::installLocation); !folder.empty())
-        m_run.variables.setInstallFolder(folder);
-}
-
-void BootstrapperApplication::takeCommandLine(std::span<const std::wstring> arguments) {
-    for (const std::wstring& argument : arguments)
-        if (const auto given = variableOfArgument(argument)) m_run.variables.set(given->first.c_str(), given->second);
-}
-
-void BootstrapperApplication::setShortcutTitles() {
-    const auto translator = g_translator.get();
-    for (const wchar_t* name : {variable::reporterShortcut, variable::recoveryShortcut}) {
-        std::wstring title;
-        if (translator->tryTranslate(name, title)) m_run.variables.set(name, title);
-    }
-}
-
-void BootstrapperApplication::setProductVariables() {
-    m_run.variables.set(variable::productName, L"Palisade app");
-    m_run.variables.set(variable::shortcutName, L"Palisade");
-    m_run.variables.setNumber(variable::allowWindows7, getConfigBool("qa.installer.allowWindows7", true));
-    m_run.variables.setNumber(variable::meridianEnable, getConfigBool("app.meridian.enableMigration", false));
-    if (removesBastion()) m_run.variables.setNumber(variable::uninstallBastion, 1);
 }
 
 std::string BootstrapperApplication::GetCurrentVersion() const {

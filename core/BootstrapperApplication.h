@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
 
 #include "core/Download.h"
@@ -117,34 +116,16 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     void UpdateInstallStatus(HRESULT hr) { m_context.updateStatus(hr); }
 
   private:
-    // The constructor's steps (Application.cpp).
-    void takeEnvironment();
-    void takeCommandLine(std::span<const std::wstring> arguments);
-    void setShortcutTitles();
-    void setProductVariables();
-
     // OnStartup's steps (Startup.cpp), in their order.
-    struct DiscFacts {
-        bool present = false;
-        std::wstring parameters;  ///< for the client
-    };
     void logStart() const;
-    DiscFacts lookForDisc() const;
     bool takeInstallLocation();  ///< true if one is recorded
     void addReportFiles();
     HRESULT openUi();
     HRESULT checkMachine();
-    HRESULT takeFirstStep(bool installed, const DiscFacts& disc);
+    HRESULT takeFirstStep(bool installed, bool fromDisc, const std::wstring& discParameters);
     StartupFacts startupFacts(bool installed, bool fromDisc) const;
 
     void checkForUpdate();
-    bool openClientLog(const std::wstring& logPath);
-    HRESULT packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const;
-
-    // OnShutdown's steps (Shutdown.cpp).
-    void endAsCancel();
-    void endAsFailure();
-    void endAsSuccess();
 
     ExceptionHandlerLife m_exceptionHandler;
     LoggerLife m_logger;  // declared before all that logs, and so destroyed after it

@@ -8,6 +8,23 @@
 #include "state/FileLocks.h"
 
 namespace pdx {
+namespace {
+
+bool openClientLog(Run& run, const std::wstring& logPath) {
+    std::wstring folder = getSessionTempPath();
+    if (logPath.size() < folder.size() || !equalsIgnoreCase(logPath.substr(0, folder.size()), folder)) folder.clear();
+    // Locked before Windows Installer opens it, so that no other program replaces it with a link or a file.
+    return LockFile(run.lockedFiles, logPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    CREATE_NEW, GetFinalPath(folder)) != INVALID_HANDLE_VALUE;
+}
+
+HRESULT packageStatus(const RunVariables& variables, LPCWSTR wzPackageId, HRESULT hrStatus) {
+    if (!equalsIgnoreCase(textOrEmpty(wzPackageId), clientPackageId)) return hrStatus;
+    const uint32_t code = parseDecimal(variables.get(variable::msiStatus));
+    return code == 0 ? hrStatus : formError(PALISADE_ERROR_TYPE, code);
+}
+
+}  // namespace
 
 int BootstrapperApplication::OnExecuteBegin(DWORD cExecutingPackages) {
     m_context.record(Operation::executeBegin, {{"cExecutingPackages", "npkg", cExecutingPackages}});
@@ -28,7 +45,7 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
         PDX_LOG(logError, "BootstrapperApplication::OnExecutePackageBegin", "Unable to determine log path for %ls",
                 packageId);
     } else if (packageId == clientPackageId) {
-        if (!openClientLog(logPath)) {
+        if (!openClientLog(m_run, logPath)) {
             m_errors.fail(errorLogFileTaken);
             return answer;
         }
@@ -38,14 +55,6 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
     }
     m_executing = fExecute != FALSE;
     return answer;
-}
-
-bool BootstrapperApplication::openClientLog(const std::wstring& logPath) {
-    std::wstring folder = getSessionTempPath();
-    if (logPath.size() < folder.size() || !equalsIgnoreCase(logPath.substr(0, folder.size()), folder)) folder.clear();
-    // Locked before Windows Installer opens it, so that no other program replaces it with a link or a file.
-    return LockFile(m_run.lockedFiles, logPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                    CREATE_NEW, GetFinalPath(folder)) != INVALID_HANDLE_VALUE;
 }
 
 int BootstrapperApplication::OnExecuteProgress(LPCWSTR, DWORD dwProgressPercentage, DWORD dwOverallPercentage) {
@@ -83,7 +92,7 @@ int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESU
     m_context.setOperation(Operation::executePackageComplete);
     HRESULT status = hrStatus;
     if (m_executing) {
-        status = packageStatus(wzPackageId, hrStatus);
+        status = packageStatus(m_run.variables, wzPackageId, hrStatus);
         UpdateInstallStatus(status);
     }
     m_context.record(Operation::executePackageComplete, {{"wzPackageId", "pkid", wzPackageId},
@@ -91,12 +100,6 @@ int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESU
                                                          {"restart", "rstr", restart},
                                                          {"nRecommendation", "reco", nRecommendation}});
     return packageAnswer(wzPackageId, hrStatus, nRecommendation);
-}
-
-HRESULT BootstrapperApplication::packageStatus(LPCWSTR wzPackageId, HRESULT hrStatus) const {
-    if (!equalsIgnoreCase(textOrEmpty(wzPackageId), clientPackageId)) return hrStatus;
-    const uint32_t code = parseDecimal(m_run.variables.get(variable::msiStatus));
-    return code == 0 ? hrStatus : formError(PALISADE_ERROR_TYPE, code);
 }
 
 void BootstrapperApplication::OnExecuteComplete(HRESULT hrStatus) {

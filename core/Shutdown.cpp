@@ -31,6 +31,26 @@ void writeRunValue() {
     RegistryKey::currentUser(view64).setSubKeyValue(runKey, runValueName, runCommand(launcher));
 }
 
+void endAsCancel(Run& run, ErrorReporting& errors) {
+    // Read now: a logout may change it during the upload.
+    const char* const word = runCancelWord(run.loggedOut);
+    PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", word);
+    run.telemetry.sendRunCancelled(word, errors.submit());
+}
+
+void endAsFailure(Run& run, ErrorReporting& errors) {
+    errors.showFailure();
+    run.telemetry.sendRunFailed(errors.submit());
+}
+
+void endAsSuccess(Run& run) {
+    run.telemetry.sendRunFinished();
+    if (run.action == BOOTSTRAPPER_ACTION_UNINSTALL)
+        removeRunValueOf(run.variables.get(variable::installFolder, true));
+    else if (getConfigBool("indev.startOnBoot", false))
+        writeRunValue();
+}
+
 }  // namespace
 
 int BootstrapperApplication::OnShutdown() {
@@ -44,13 +64,13 @@ int BootstrapperApplication::OnShutdown() {
     }
     switch (outcomeOf(installStatus())) {
         case Outcome::cancelled:
-            endAsCancel();
+            endAsCancel(m_run, m_errors);
             break;
         case Outcome::failed:
-            endAsFailure();
+            endAsFailure(m_run, m_errors);
             break;
         case Outcome::succeeded:
-            endAsSuccess();
+            endAsSuccess(m_run);
             break;
     }
     m_run.telemetry.sendSessionStopped();
@@ -60,26 +80,6 @@ int BootstrapperApplication::OnShutdown() {
     m_run.telemetry.stop();
     m_run.ui->close();
     return 0;
-}
-
-void BootstrapperApplication::endAsCancel() {
-    // Read now: a logout may change it during the upload.
-    const char* const word = runCancelWord(m_run.loggedOut);
-    PDX_LOG(logInfo, "BootstrapperApplication::OnShutdown", "The run was cancelled: %s", word);
-    m_run.telemetry.sendRunCancelled(word, m_errors.submit());
-}
-
-void BootstrapperApplication::endAsFailure() {
-    m_errors.showFailure();
-    m_run.telemetry.sendRunFailed(m_errors.submit());
-}
-
-void BootstrapperApplication::endAsSuccess() {
-    m_run.telemetry.sendRunFinished();
-    if (action() == BOOTSTRAPPER_ACTION_UNINSTALL)
-        removeRunValueOf(installFolder());
-    else if (getConfigBool("indev.startOnBoot", false))
-        writeRunValue();
 }
 
 }  // namespace pdx

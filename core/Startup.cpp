@@ -17,6 +17,12 @@ namespace {
 
 constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
 
+/// Adds the client's parameters of a start from a disc. A key without a value is a crash of its own kind.
+bool isFromDisc(const RunVariables& variables, std::wstring& parameters) {
+    const std::wstring bundleFolder = variables.get(variable::bundleFolder, true);
+    return crashOnException([&] { return checkForITD(parameters, bundleFolder, processArguments()); });
+}
+
 }  // namespace
 
 HRESULT BootstrapperApplication::OnStartup() {
@@ -26,12 +32,13 @@ HRESULT BootstrapperApplication::OnStartup() {
     // A deliberate fault, to test the crash report.
     if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
 
-    const DiscFacts disc = lookForDisc();
+    std::wstring discParameters = L"-ITD";
+    const bool fromDisc = isFromDisc(m_run.variables, discParameters);
     const bool installed = takeInstallLocation();
     addReportFiles();
     if (const HRESULT hr = openUi(); FAILED(hr)) return hr;
     if (const HRESULT hr = checkMachine(); FAILED(hr)) return hr;
-    return takeFirstStep(installed, disc);
+    return takeFirstStep(installed, fromDisc, discParameters);
 }
 
 void BootstrapperApplication::logStart() const {
@@ -39,14 +46,6 @@ void BootstrapperApplication::logStart() const {
             m_run.variables.get(variable::bundleExecutable), g_configurable ? "true" : "false", GetCurrentProcessId());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Version: %s", GetCurrentVersion());
     PDX_LOG(logInfo, "BootstrapperApplication::OnStartup", "Command line: [%ls]", GetCommandLineW());
-}
-
-BootstrapperApplication::DiscFacts BootstrapperApplication::lookForDisc() const {
-    DiscFacts disc = {.parameters = L"-ITD"};
-    const std::wstring bundleFolder = m_run.variables.get(variable::bundleFolder, true);
-    // An argument that is a bare key throws, which counts as a crash (checkForITD).
-    disc.present = crashOnException([&] { return checkForITD(disc.parameters, bundleFolder, processArguments()); });
-    return disc;
 }
 
 bool BootstrapperApplication::takeInstallLocation() {
@@ -75,12 +74,12 @@ HRESULT BootstrapperApplication::checkMachine() {
     return m_run.mutex.take() ? S_OK : m_errors.fail(errorSecondInstance);
 }
 
-HRESULT BootstrapperApplication::takeFirstStep(bool installed, const DiscFacts& disc) {
+HRESULT BootstrapperApplication::takeFirstStep(bool installed, bool fromDisc, const std::wstring& discParameters) {
     if (isRepair() || isMeridianMode()) {
         enableSending();
         return isRepair() ? m_repair.start() : m_migration.start();
     }
-    switch (chooseStartupStep(startupFacts(installed, disc.present))) {
+    switch (chooseStartupStep(startupFacts(installed, fromDisc))) {
         case StartupStep::quit:
             quit(0);
             break;
@@ -91,8 +90,8 @@ HRESULT BootstrapperApplication::takeFirstStep(bool installed, const DiscFacts& 
             return m_run.detect();
         case StartupStep::launchClientFromDisc:
             PDX_LOG(logInfo, "BootstrapperApplication::OnStartup",
-                    "Launching client with [%ls] parameters to initiate game install through disk.", disc.parameters);
-            launchClient(disc.parameters);
+                    "Launching client with [%ls] parameters to initiate game install through disk.", discParameters);
+            launchClient(discParameters);
             quit(0);
             break;
         case StartupStep::promptBastionUninstall:
