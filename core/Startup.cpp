@@ -17,7 +17,8 @@ namespace {
 
 constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
 
-/// Adds the client's parameters of a start from a disc. A key without a value is a crash of its own kind.
+/// Appends the client's parameters of a start from a disc. An argument that is a bare key throws, which counts as a
+/// crash (checkForITD).
 bool isFromDisc(const RunVariables& variables, std::wstring& parameters) {
     const std::wstring bundleFolder = variables.get(variable::bundleFolder, true);
     return crashOnException([&] { return checkForITD(parameters, bundleFolder, processArguments()); });
