@@ -24,4 +24,5 @@ script "/KEEP(\*(\.eh_frame\*))/{
     r $output.needed
     a ))
 }"
-"$@" -T "$output".ld
+# Its map shows which archives' members are in the library: the release package names their makers and licences.
+"$@" -T "$output".ld -Map="${output%.*}.map"

@@ -1,4 +1,5 @@
 """Where things are: the project's folders and what the builds leave in them."""
+import re
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -24,3 +25,7 @@ GUIDE = ROOT / "docs/bundle.md"
 CONFIGURATIONS = ROOT / "resources"
 OTHER_CONFIGURATIONS = ROOT / "harness/deployment"
 CERTIFICATE = ROOT / "resources/certificate.der"
+
+# The one place of the version; the build takes it from there too.
+_VERSION_HEADER = ROOT / "platform/product/InstallerVersion.h"
+VERSION = re.search(r'installerVersion = "([\d.]+)"', _VERSION_HEADER.read_text())[1]

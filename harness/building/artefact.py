@@ -2,13 +2,12 @@
 import re
 import subprocess
 
-from harness.places import LIBRARY, ROOT
+from harness.places import LIBRARY, ROOT, VERSION
 
 # What the library's table may import: the parts of Windows that every version loads from its own folder (KnownDLLs).
 # Any other is looked for beside the library first, and is bound late (cmake/delayed.cmake).
 KNOWN = {"advapi32", "gdi32", "kernel32", "msvcrt", "ole32", "oleaut32", "rpcrt4", "shell32", "shlwapi", "user32"}
 EXPORTS = ["BootstrapperApplicationCreate", "BootstrapperApplicationDestroy"]
-VERSION = "12.37.0.5294"
 
 
 def checks() -> dict[str, bool]:

@@ -15,12 +15,12 @@ from pathlib import Path
 from harness.building import sample
 from harness.building.sample import UTIL, WIX
 from harness.building.signing import sign
-from harness.places import ENGINE, LIBRARY, PACKAGE, VERSION_LIBRARY
+from harness.places import ENGINE, LIBRARY, PACKAGE, VERSION, VERSION_LIBRARY
 
 PACKAGE_ID = "PalisadeApp.msi"
 RUNTIME_ID = "Runtime.exe"
 BUNDLE_ID = "{0B5A7C53-1E0D-4C7A-8F63-2D9C41E7B6A0}"
-BUNDLE_VERSION = "12.37.0.5294"
+BUNDLE_VERSION = VERSION
 
 # What a scenario has the client package's custom actions do, and where that package's log is: no real bundle has them.
 SCRIPT_VARIABLE = "PDXTEST_SCRIPT"
