@@ -14,7 +14,7 @@ if(MSVC)
     target_compile_options(palisade_gumbo PRIVATE /w /O1 /EHs)
     set_source_files_properties(ui/toolkit/rules/GumboTree.cpp PROPERTIES COMPILE_OPTIONS /EHs)
 else()
-    target_compile_options(palisade_gumbo PRIVATE -std=gnu99 -w -Os -fwrapv -fexceptions -fno-omit-frame-pointer
+    target_compile_options(palisade_gumbo PRIVATE -std=gnu99 -w -Os -g1 -fwrapv -fexceptions -fno-omit-frame-pointer
         -ffunction-sections -fdata-sections
         -ffile-prefix-map=${gumbo}=gumbo)
 endif()

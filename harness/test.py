@@ -4,18 +4,19 @@ import re
 import subprocess
 import sys
 import traceback
+from collections.abc import Callable
 from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 from typing import NamedTuple
 
 from harness import runner
-from harness.building import sample
-from harness.building.artefact import checks
+from harness.building import artefact, sample
 from harness.building.build import build
 from harness.machine.display import virtual_display
 from harness.machine.prefix import prepare
 from harness.machine.sandbox import sandboxed
 from harness.places import HOST_TESTS, OUT, ROOT
+from harness.release.trial import trial
 from harness.scenario import play
 
 BOUND = 600  # seconds for one test program
@@ -72,10 +73,10 @@ def run_tests(title: str, command: list[str], environment: dict[str, str]) -> Co
     return counts
 
 
-def run_artefact() -> Counts:
-    """The shipped library as a file."""
+def run_checks(what: str, checks: Callable[[], dict[str, bool]]) -> Counts:
+    """Of a file that ships."""
     found = checks()
-    print("\n" + "\n".join(f"  {'✓' if ok else '✗'} the library {name}" for name, ok in found.items()), flush=True)
+    print("\n" + "\n".join(f"  {'✓' if ok else '✗'} {what} {name}" for name, ok in found.items()), flush=True)
     return Counts(sum(found.values()), len(found) - sum(found.values()))
 
 
@@ -139,7 +140,8 @@ def main() -> int:
         raise
     with virtual_display() as display:
         prepare(display)
-    jobs = [run_artefact, run_sample, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
+    files = [partial(run_checks, "the library", artefact.checks), partial(run_checks, "the package", trial)]
+    jobs = [*files, run_sample, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
     with ThreadPoolExecutor(runner.CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
         units = aside.submit(guarded, run_units)
         counts = total([*pool.map(guarded, jobs), units.result()])
