@@ -211,7 +211,7 @@ struct UpdateCase {
     bool cancelled = false;   ///< while the service is asked
     HRESULT accepted = S_OK;  ///< by the engine
     bool asks = true;
-    const char* version = "12.37.0.5294";
+    const char* version = installerVersion;
     bool updates = true;
 };
 

@@ -2,6 +2,8 @@
 
 What is meant to crash does so as any crash: Enter on a link with the focus, a disc's key without a value."""
 from harness.desktop.window import BODY
+from harness.places import LIBRARY, ROOT
+from harness.release.symbolize import trace
 from harness.scenario.crash import ACCESS_FAULT, UNCAUGHT_EXCEPTION, check_crash, watch
 from harness.scenario.telemetry import Sent
 
@@ -9,6 +11,11 @@ ROWS = [  # the machine's locale, the language, what the event says of them
     ("C.UTF-8", "EN", {}),
     ("de_DE.UTF-8", "DE", {"lang": "de", "cntry": "DE"}),
 ]
+
+
+def crashing_line() -> str:
+    return next(f"{file.relative_to(ROOT)}:{number}" for file in (ROOT / "core").glob("*.cpp")
+                for number, line in enumerate(file.read_text("utf-8").splitlines(), 1) if "crashOnStart" in line)
 
 
 def play(scene):
@@ -31,4 +38,8 @@ def play(scene):
         run = scene.runs.start(log="engine" if language == "EN" else language)
         codes.append(check_crash(scene, sent, run, language, ACCESS_FAULT, language, development=True, **identity))
     scene.checks.that("one crash has one signature", len(set(codes)) == 1, codes)
+    traced = trace(codes[0], LIBRARY, LIBRARY.with_suffix(".debug"))
+    found = [frame for row in traced if row.likely for frame in row.frames]
+    scene.checks.that("the signature is traced to its line", any(frame.endswith(crashing_line()) for frame in found),
+                      found)
     scene.checks.equal("nothing but the crashes is sent", len(scene.services.requests()) - before, len(ROWS))

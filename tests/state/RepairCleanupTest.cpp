@@ -11,6 +11,7 @@
 #include "platform/FoundFolder.h"
 #include "platform/Paths.h"
 #include "platform/product/Client.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 #include "platform/Text.h"
@@ -251,7 +252,7 @@ TEST_F(RepairCleanupTest, LeavesAnUnnotedLinkAndWritesItsOwnVersion) {
     EXPECT_EQ(cleanUp(L""), RepairResult::done);
     EXPECT_EQ(classes.getSubKeyValue(command, L""), RegistryValue(L"somebody's"));
     EXPECT_FALSE(classes.openSubKey(L"palisadeconnect.microsoft", false));
-    EXPECT_EQ(machine.getSubKeyValue(entry, L"BundleVersion"), RegistryValue(L"12.37.0.5294"));
+    EXPECT_EQ(machine.getSubKeyValue(entry, L"BundleVersion"), RegistryValue(toWide(installerVersion)));
     classes.deleteTree(L"gatelink");
     machine.deleteTree(entry);
 }

@@ -1,6 +1,7 @@
 // What the two services are sent, byte for byte.
 #include <gtest/gtest.h>
 
+#include "platform/product/InstallerVersion.h"
 #include "telemetry/rules/BriskEvent.h"
 #include "telemetry/rules/TallyEvent.h"
 
@@ -35,7 +36,7 @@ TEST(BriskEvent, IsWrittenByteForByte) {
                   R"("os":"Win 10",)" +
                       written +
                       R"("plat":"pc","s":"strt","session":"0f8fad5b-d9cb-469f-a165-70867728950e","ts":"now",)"
-                      R"("vers":"12.37.0.5294"})");
+                      R"("vers":")" + installerVersion + R"("})");
 }
 
 TEST(BriskEvent, IsEmptyForABadTaxonomy) {
