@@ -28,6 +28,7 @@ class Signing(NamedTuple):
     certificate: Path  # PEM; those of the authorities between it and the root follow in the same file
     key: Path
     timestamp: str = ""  # address of a time-stamp service
+    password: str = ""  # a file with the key's password
 
 
 def _git(*arguments: str) -> str:
@@ -40,11 +41,12 @@ def release_date() -> int:
 
 def _signed(signing: Signing, date: int) -> bytes:
     """Without a time stamp the signature bears the release's date, and is the same for the same key (RSA)."""
-    when = ["-ts", signing.timestamp] if signing.timestamp else ["-time", str(date)]
+    options = ["-ts", signing.timestamp] if signing.timestamp else ["-time", str(date)]
+    options += ["-readpass", signing.password] if signing.password else []
     with tempfile.TemporaryDirectory() as folder:
         target = Path(folder) / LIBRARY.name
         done = subprocess.run(["osslsigncode", "sign", "-h", "sha256", "-certs", signing.certificate, "-key", signing.key,
-                               *when, "-in", LIBRARY, "-out", target], capture_output=True, text=True)
+                               *options, "-in", LIBRARY, "-out", target], capture_output=True, text=True)
         if done.returncode:
             raise SystemExit(f"the library could not be signed:\n{done.stdout}{done.stderr}")
         return target.read_bytes()
@@ -109,7 +111,8 @@ def pack(target: Path, files: dict[str, bytes], level: int = 9) -> Path:
 def _arguments() -> argparse.Namespace:
     parser = argparse.ArgumentParser(prog="./package.sh", description="Makes the release package, or checks one.")
     parser.add_argument("--sign", nargs=2, type=Path, metavar=("CERTIFICATE", "KEY"), help="PEM files; otherwise "
-                        "PALISADE_SIGN_CERTIFICATE and PALISADE_SIGN_KEY name them, or the library stays unsigned")
+                        "PALISADE_SIGN_CERTIFICATE and PALISADE_SIGN_KEY name them, or the library stays unsigned; "
+                        "PALISADE_SIGN_PASSWORD_FILE names a file with the key's password")
     parser.add_argument("--timestamp", default="", metavar="URL", help="a time-stamp service (RFC 3161)")
     parser.add_argument("--check", type=Path, metavar="FILE", help="checks an archive instead of making one")
     parser.add_argument("--trust", type=Path, metavar="FILE", help="authorities that a signature may come from, beside the machine's own; PEM")
@@ -129,7 +132,7 @@ def main() -> int:
     if given.check:
         return check.tell(check.checks(given.check, given.trust))
     build("library")
-    signing = Signing(*given.sign, given.timestamp) if given.sign else None
+    signing = Signing(*given.sign, given.timestamp, os.environ.get("PALISADE_SIGN_PASSWORD_FILE", "")) if given.sign else None
     archive = pack(FOLDER / f"{NAME}{'' if signing else '-unsigned'}.zip", contents(signing))
     total = hashlib.sha256(archive.read_bytes()).hexdigest()
     archive.with_suffix(".zip.sha256").write_text(f"{total}  {archive.name}\n")

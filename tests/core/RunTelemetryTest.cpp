@@ -8,6 +8,7 @@
 #include "config/Settings.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
+#include "platform/product/InstallerVersion.h"
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 #include "platform/Text.h"
