@@ -1,5 +1,6 @@
 """Checks of the shipped library as a file."""
 import re
+import struct
 import subprocess
 
 from harness.places import LIBRARY, ROOT, VERSION
@@ -21,11 +22,14 @@ def checks() -> dict[str, bool]:
     data = LIBRARY.read_bytes()
     symbols = output("nm", LIBRARY.with_suffix(".debug"))
     unbound = re.findall(r"^0+ A _(\w+)@\d+$", symbols, re.M)
+    header, = struct.unpack_from("<I", data, 0x3C)
+    linked, = struct.unpack_from("<I", data, header + 8)  # seconds since 1970
     return {"is a 32-bit library": "file format pei-i386" in dump,
             f"exports {' and '.join(EXPORTS)}, undecorated": exports == EXPORTS,
             f"imports nothing but KnownDLLs {sorted(imports - KNOWN)}": imports <= KNOWN and bool(imports),
             f"has a stub for each function that is bound late {unbound}": not unbound,
             "has its version": VERSION.encode("utf-16-le") in data,
+            "has no time of its link": linked == 0,
             "holds no path of this machine": str(ROOT).encode() not in data,
             "is stripped, with its symbols beside it":
                 LIBRARY.with_suffix(".debug").exists() and not re.search(r"^\s*\d+ \.debug_", dump, re.M)}

@@ -6,8 +6,8 @@ import time
 
 from harness.places import BUILD, ROOT
 
-# What is built: its preset and target. The library and the sample client; the library alone; what measures it; the tests
-# under Wine; the rules' tests.
+# What is built: its preset and target. The library and the sample client; the library alone; what measures it; the
+# tests under Wine; the rules' tests.
 TARGETS = {"release": ("release", "all"), "library": ("release", "PalisadeBootstrapper"),
            "bench": ("release", "bench"), "checked": ("checked", "windows_tests"), "host": ("host", "rules_tests")}
 

@@ -45,8 +45,8 @@ def _signed(signing: Signing, date: int) -> bytes:
     options += ["-readpass", signing.password] if signing.password else []
     with tempfile.TemporaryDirectory() as folder:
         target = Path(folder) / LIBRARY.name
-        done = subprocess.run(["osslsigncode", "sign", "-h", "sha256", "-certs", signing.certificate, "-key", signing.key,
-                               *options, "-in", LIBRARY, "-out", target], capture_output=True, text=True)
+        command = ["osslsigncode", "sign", "-h", "sha256", "-certs", signing.certificate, "-key", signing.key, *options]
+        done = subprocess.run([*command, "-in", LIBRARY, "-out", target], capture_output=True, text=True)
         if done.returncode:
             raise SystemExit(f"the library could not be signed:\n{done.stdout}{done.stderr}")
         return target.read_bytes()
@@ -115,7 +115,8 @@ def _arguments() -> argparse.Namespace:
                         "PALISADE_SIGN_PASSWORD_FILE names a file with the key's password")
     parser.add_argument("--timestamp", default="", metavar="URL", help="a time-stamp service (RFC 3161)")
     parser.add_argument("--check", type=Path, metavar="FILE", help="checks an archive instead of making one")
-    parser.add_argument("--trust", type=Path, metavar="FILE", help="authorities that a signature may come from, beside the machine's own; PEM")
+    parser.add_argument("--trust", type=Path, metavar="FILE",
+                        help="authorities that a signature may come from, beside the machine's own; PEM")
     given = parser.parse_args()
     if not given.sign:
         names = [os.environ.get(f"PALISADE_SIGN_{what}", "") for what in ("CERTIFICATE", "KEY")]
@@ -132,7 +133,8 @@ def main() -> int:
     if given.check:
         return check.tell(check.checks(given.check, given.trust))
     build("library")
-    signing = Signing(*given.sign, given.timestamp, os.environ.get("PALISADE_SIGN_PASSWORD_FILE", "")) if given.sign else None
+    password = os.environ.get("PALISADE_SIGN_PASSWORD_FILE", "")
+    signing = Signing(*given.sign, given.timestamp, password) if given.sign else None
     archive = pack(FOLDER / f"{NAME}{'' if signing else '-unsigned'}.zip", contents(signing))
     total = hashlib.sha256(archive.read_bytes()).hexdigest()
     archive.with_suffix(".zip.sha256").write_text(f"{total}  {archive.name}\n")

@@ -1,4 +1,4 @@
-"""What others wrote and what of it is in the library: found by the link's map, named by the packages that it is from."""
+"""The parts of the library that others wrote: found in the link's map, with the installed packages' licences."""
 import json
 import os
 import re

@@ -107,7 +107,8 @@ def frames_at(address: int, symbols: Path, names: list[tuple[int, str]]) -> list
             start, function = names[bisect.bisect(names, (address, "\xff")) - 1]
             function, place = f"{function}+0x{address - start:x}", "an unknown line"
         name = plain_name(function)
-        frames.append(f"{name if len(name) <= LONGEST_NAME else name[:LONGEST_NAME] + '...'} at {place.removeprefix('./').removeprefix('./')}")
+        short = name if len(name) <= LONGEST_NAME else name[:LONGEST_NAME] + "..."
+        frames.append(f"{short} at {place.removeprefix('./').removeprefix('./')}")
     return frames
 
 
