@@ -60,11 +60,12 @@ def _signer(signing: Signing) -> str:
 def _note(signing: Signing | None, date: int) -> str:
     """RELEASE.txt: what a reader has in hand."""
     changed = " with changes that are not committed" if _git("status", "--porcelain", "--untracked-files=no") else ""
-    compiler = subprocess.run(["i686-w64-mingw32-g++-posix", "--version"], capture_output=True, text=True, check=True)
+    tools = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}, ", "g++-mingw-w64-i686-posix",
+                            "binutils-mingw-w64-i686"], capture_output=True, text=True, check=True).stdout
     lines = [f"Palisade app installer {VERSION}", "",
              f"Commit: {_git('rev-parse', 'HEAD').strip()}{changed}",
              f"Date: {time.strftime('%Y-%m-%dT%H:%M:%SZ', time.gmtime(date))}",
-             f"Compiler: {compiler.stdout.splitlines()[0]}",
+             f"Debian's packages: {tools.rstrip(', ')}; those of the parts are in {sbom.NAME}",
              f"Library before signing, SHA-256: {hashlib.sha256(LIBRARY.read_bytes()).hexdigest()}"]
     if signing is None:
         lines += [check.UNSIGNED, "", "The library is NOT signed. Sign it before it is put into a bundle."]
