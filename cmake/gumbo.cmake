@@ -16,5 +16,5 @@ if(MSVC)
 else()
     target_compile_options(palisade_gumbo PRIVATE -std=gnu99 -w -Os -g1 -fwrapv -fexceptions -fno-omit-frame-pointer
         -ffunction-sections -fdata-sections
-        -ffile-prefix-map=${gumbo}=gumbo)
+        -ffile-prefix-map=${gumbo}=gumbo -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
 endif()

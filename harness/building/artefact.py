@@ -30,6 +30,7 @@ def checks() -> dict[str, bool]:
             f"has a stub for each function that is bound late {unbound}": not unbound,
             "has its version": VERSION.encode("utf-16-le") in data,
             "has no time of its link": linked == 0,
-            "holds no path of this machine": str(ROOT).encode() not in data,
+            "holds no path of this machine, nor do its symbols":
+                str(ROOT).encode() not in data + LIBRARY.with_suffix(".debug").read_bytes(),
             "is stripped, with its symbols beside it":
                 LIBRARY.with_suffix(".debug").exists() and not re.search(r"^\s*\d+ \.debug_", dump, re.M)}
