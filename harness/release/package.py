@@ -132,7 +132,10 @@ def _arguments() -> argparse.Namespace:
 def main() -> int:
     given = _arguments()
     if given.check:
-        return check.tell(check.checks(given.check, given.trust))
+        try:
+            return check.tell(check.checks(given.check, given.trust))
+        except (zipfile.BadZipFile, OSError, ValueError, KeyError) as error:
+            raise SystemExit(f"{given.check} is no release package: {error}") from None
     build("library")
     password = os.environ.get("PALISADE_SIGN_PASSWORD_FILE", "")
     signing = Signing(*given.sign, given.timestamp, password) if given.sign else None

@@ -164,7 +164,10 @@ def main() -> int:
         parser.error("no symbols here: name them with --symbols")
     if (match := CODE.fullmatch(given.code)) and match[1] == NO_MODULES:
         print("No module of the stack was found: the address may lie outside of any.")
-    found = trace(given.code, library, symbols)
+    try:
+        found = trace(given.code, library, symbols)
+    except (struct.error, KeyError, ValueError, OSError) as error:
+        raise SystemExit(f"{library} is no library that names its symbols: {error!r}") from None
     for likely, title in ((True, "can fault:"), (False, "fits, but hardly faults:")):
         rows = [candidate for candidate in found if candidate.likely == likely]
         if rows:
