@@ -57,11 +57,11 @@ def _signature(files: dict[str, bytes], trust: Path | None) -> bool:
     with tempfile.NamedTemporaryFile(suffix=".dll") as library:
         library.write(files.get(sbom.LIBRARY, b""))
         library.flush()
-        told = [subprocess.run(["osslsigncode", "verify", *authorities, "-in", library.name], capture_output=True,
+        results = [subprocess.run(["osslsigncode", "verify", *authorities, "-in", library.name], capture_output=True,
                                text=True) for authorities in ([], *([["-CAfile", trust]] if trust else []))]
     if UNSIGNED in note:
-        return "No signature found" in told[0].stdout
-    return SIGNED in note and any(one.returncode == 0 and "Signature verification: ok" in one.stdout for one in told)
+        return "No signature found" in results[0].stdout
+    return SIGNED in note and any(one.returncode == 0 and "Signature verification: ok" in one.stdout for one in results)
 
 
 def documented() -> dict[str, tuple[str, str]]:
@@ -70,6 +70,6 @@ def documented() -> dict[str, tuple[str, str]]:
     return {name: (version, licence) for name, version, licence in rows}
 
 
-def tell(found: dict[str, bool]) -> int:
+def report(found: dict[str, bool]) -> int:
     print("\n".join(f"  {'✓' if ok else '✗'} the package {name}" for name, ok in found.items()))
     return 0 if all(found.values()) else 1

@@ -133,7 +133,7 @@ def main() -> int:
     given = _arguments()
     if given.check:
         try:
-            return check.tell(check.checks(given.check, given.trust))
+            return check.report(check.checks(given.check, given.trust))
         except (zipfile.BadZipFile, OSError, ValueError, KeyError) as error:
             raise SystemExit(f"{given.check} is no release package: {error}") from None
     build("library")
@@ -144,7 +144,7 @@ def main() -> int:
     archive.with_suffix(".zip.sha256").write_text(f"{total}  {archive.name}\n")
     print(f"{total}  {archive.relative_to(ROOT)}, {archive.stat().st_size} bytes"
           + ("" if signing else "; the library is NOT signed"))
-    return check.tell(check.checks(archive, given.trust or (signing and signing.certificate)))
+    return check.report(check.checks(archive, given.trust or (signing and signing.certificate)))
 
 
 if __name__ == "__main__":

@@ -72,8 +72,8 @@ def origins() -> set[str]:
 
 
 def _package_of(file: Path) -> str:
-    told = subprocess.run(["dpkg-query", "-S", file], capture_output=True, text=True).stdout
-    return re.split("[:,]", told)[0] or str(file)
+    owner = subprocess.run(["dpkg-query", "-S", file], capture_output=True, text=True).stdout
+    return re.split("[:,]", owner)[0] or str(file)
 
 
 def find() -> list[Found]:

@@ -30,7 +30,7 @@ def trial() -> dict[str, bool]:
         not check.checks(package.pack(folder / "broken.zip", changed, QUICK))[check.SUMS_AGREE]
 
     built = {part.name: (release, part.licence) for part, release, _ in parts.find()}
-    told = check.documented()
-    differ = [name for name in built | told if name not in built or name not in told
-              or not built[name][0].startswith(told[name][0]) or built[name][1] != told[name][1]]
+    documented = check.documented()
+    differ = [name for name in built | documented if name not in built or name not in documented
+              or not built[name][0].startswith(documented[name][0]) or built[name][1] != documented[name][1]]
     return found | {f"is described in docs/third-party.md {differ or ''}".rstrip(): not differ}
