@@ -6,7 +6,7 @@ import threading
 from harness.building.bundle import PACKAGE_ID, RUNTIME_ID
 from harness.desktop.strings import text
 from harness.desktop.window import ACTION1, CLOSE, PROGRESS, QUESTION, TITLE
-from harness.places import PACKAGE
+from harness.places import PACKAGE, VERSION
 from harness.scenario import client
 from harness.scenario.machine import TEMP
 from harness.scenario.telemetry import TRACKING_ID, Sent
@@ -83,7 +83,7 @@ def check_facts(scene, held: dict[str, str], announced) -> None:
     version = survey["os"].get("version", "")
     checks.equal("the user's facts", user, {
         "Category": "100", "UserID": user["UserID"], "Free text": "", "CE Number": "", "User Name": machine,
-        "Client Version": "12.37.0.5294"})
+        "Client Version": VERSION})
     checks.that("by the id of the announcement", f"<bastionId>{user['UserID']}<".encode() in announced.raw, user)
     checks.equal("the machine's facts", survey, {
         "os": {"architecture": "AMD64", "name": announced.headers["osVersion"], "version": version},

@@ -4,6 +4,7 @@ Both telemetry services, and no other, are sent events, in the session that a pa
 import re
 from itertools import zip_longest
 
+from harness.places import VERSION
 from harness.scenario.client import HELD
 from harness.scenario.telemetry import Sent, thick_install
 
@@ -49,7 +50,7 @@ CACHE_THREAD = [
 SESSION = "Sitzung {7} der Mutter, ÄÖÜ"
 STARTUP = [
     r"\[STARTUP\] app\[PalisadeSetup\.exe\], configurable\[false\], processId\[\d+\]",
-    r"Version: 12\.37\.0\.5294",
+    f"Version: {re.escape(VERSION)}",
     r"Command line: \[.* /quiet\]",
 ]
 
