@@ -168,15 +168,13 @@ def main() -> int:
         found = trace(given.code, library, symbols)
     except (struct.error, KeyError, ValueError, OSError) as error:
         raise SystemExit(f"{library} is no library that names its symbols: {error!r}") from None
+    lines = []
     for likely, title in ((True, "can fault:"), (False, "fits, but hardly faults:")):
         rows = [candidate for candidate in found if candidate.likely == likely]
-        if rows:
-            print(title)
+        lines += [title] if rows else []
         for row in rows:
-            print(f"  {library.name}+0x{row.offset:x}  {row.instruction}")
-            print("".join(f"    {frame}\n" for frame in row.frames), end="")
-    if not found:
-        print(f"No instruction of {library.name} fits: the fault was in another module.")
+            lines += [f"  {library.name}+0x{row.offset:x}  {row.instruction}", *(f"    {at}" for at in row.frames)]
+    print("\n".join(lines or [f"No instruction of {library.name} fits: the fault was in another module."]))
     return 0 if found else 1
 
 
