@@ -40,7 +40,7 @@ def checks(archive: Path, trust: Path | None = None) -> dict[str, bool]:
             LICENCES: bool(needed) and all(len(files.get(name, b"")) > 500 for name in needed)
                 and needed == {name for name in files if name.startswith("licences/")},
             "has the library's symbols": _symbols_fit(files),
-            "is signed as it says": _signature(files, trust)}
+            "is signed as it says": all(_signature(name, files, trust) for name in (sbom.LIBRARY, "version.dll"))}
 
 
 def _symbols_fit(files: dict[str, bytes]) -> bool:
@@ -52,13 +52,13 @@ def _symbols_fit(files: dict[str, bytes]) -> bool:
         return all(name in files for name in names) and symbolize.belong_together(*places)
 
 
-def _signature(files: dict[str, bytes], trust: Path | None) -> bool:
+def _signature(name: str, files: dict[str, bytes], trust: Path | None) -> bool:
     note = files.get("RELEASE.txt", b"").decode()
     with tempfile.NamedTemporaryFile(suffix=".dll") as library:
-        library.write(files.get(sbom.LIBRARY, b""))
+        library.write(files.get(name, b""))
         library.flush()
         results = [subprocess.run(["osslsigncode", "verify", *authorities, "-in", library.name], capture_output=True,
-                               text=True) for authorities in ([], *([["-CAfile", trust]] if trust else []))]
+                                  text=True) for authorities in ([], *([["-CAfile", trust]] if trust else []))]
     if UNSIGNED in note:
         return "No signature found" in results[0].stdout
     return SIGNED in note and any(one.returncode == 0 and "Signature verification: ok" in one.stdout for one in results)

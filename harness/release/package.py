@@ -16,11 +16,12 @@ from pathlib import Path
 from typing import NamedTuple
 
 from harness.building.build import build
-from harness.places import LIBRARY, OUT, ROOT, VERSION
+from harness.places import LIBRARY, OUT, ROOT, VERSION, VERSION_LIBRARY
 from harness.release import check, parts, sbom
 
 NAME = f"palisade-installer-{VERSION}"
 FOLDER = OUT / "package"
+LIBRARIES = LIBRARY, VERSION_LIBRARY
 SCRIPT = "symbols/symbolize.py"
 
 
@@ -39,16 +40,16 @@ def release_date() -> int:
     return int(os.environ.get("SOURCE_DATE_EPOCH") or _git("log", "-1", "--format=%ct"))
 
 
-def _signed(signing: Signing, date: int) -> bytes:
+def _signed(library: Path, signing: Signing, date: int) -> bytes:
     """Without a time stamp the signature bears the release's date, and is the same for the same key (RSA)."""
     options = ["-ts", signing.timestamp] if signing.timestamp else ["-time", str(date)]
     options += ["-readpass", signing.password] if signing.password else []
     with tempfile.TemporaryDirectory() as folder:
-        target = Path(folder) / LIBRARY.name
+        target = Path(folder) / library.name
         command = ["osslsigncode", "sign", "-h", "sha256", "-certs", signing.certificate, "-key", signing.key, *options]
-        done = subprocess.run([*command, "-in", LIBRARY, "-out", target], capture_output=True, text=True)
+        done = subprocess.run([*command, "-in", library, "-out", target], capture_output=True, text=True)
         if done.returncode:
-            raise SystemExit(f"the library could not be signed:\n{done.stdout}{done.stderr}")
+            raise SystemExit(f"{library.name} could not be signed:\n{done.stdout}{done.stderr}")
         return target.read_bytes()
 
 
@@ -66,9 +67,10 @@ def _note(signing: Signing | None, date: int) -> str:
              f"Commit: {_git('rev-parse', 'HEAD').strip()}{changed}",
              f"Date: {time.strftime('%Y-%m-%dT%H:%M:%SZ', time.gmtime(date))}",
              f"Debian's packages: {tools.rstrip(', ')}; those of the parts are in {sbom.NAME}",
-             f"Library before signing, SHA-256: {hashlib.sha256(LIBRARY.read_bytes()).hexdigest()}"]
+             *(f"{library.name} before signing, SHA-256: {hashlib.sha256(library.read_bytes()).hexdigest()}"
+               for library in LIBRARIES)]
     if signing is None:
-        lines += [check.UNSIGNED, "", "The library is NOT signed. Sign it before it is put into a bundle."]
+        lines += [check.UNSIGNED, "", "The libraries are NOT signed. Sign them before they are put into a bundle."]
     else:
         lines += [f"{check.SIGNED} {line}" for line in _signer(signing).splitlines()]
         lines += [f"Time stamp: {signing.timestamp or 'none'}"]
@@ -76,14 +78,15 @@ def _note(signing: Signing | None, date: int) -> str:
 
 
 def contents(signing: Signing | None = None) -> dict[str, bytes]:
-    """The archive's files by name, of the library that was built last."""
+    """The archive's files by name, of the libraries that were built last."""
     date = release_date()
     found = parts.find()
     files = {name: (ROOT / name).read_bytes() for name in
              _git("ls-files", "-z", "docs", "sample", "CHANGELOG.md").split("\0") if name}
     files |= {f"licences/{parts.file_name(part)}": parts.licence_text(part).encode() for part, *_ in found}
-    files |= {LIBRARY.name: _signed(signing, date) if signing else LIBRARY.read_bytes(),
-              f"symbols/{LIBRARY.stem}.debug": LIBRARY.with_suffix(".debug").read_bytes(),
+    files |= {library.name: _signed(library, signing, date) if signing else library.read_bytes()
+              for library in LIBRARIES}
+    files |= {f"symbols/{LIBRARY.stem}.debug": LIBRARY.with_suffix(".debug").read_bytes(),
               SCRIPT: (ROOT / "harness/release/symbolize.py").read_bytes(),
               "RELEASE.txt": _note(signing, date).encode()}
     files = dict(sorted(files.items()))
@@ -112,7 +115,7 @@ def pack(target: Path, files: dict[str, bytes], level: int = 9) -> Path:
 def _arguments() -> argparse.Namespace:
     parser = argparse.ArgumentParser(prog="./package.sh", description="Makes the release package, or checks one.")
     parser.add_argument("--sign", nargs=2, type=Path, metavar=("CERTIFICATE", "KEY"), help="PEM files; otherwise "
-                        "PALISADE_SIGN_CERTIFICATE and PALISADE_SIGN_KEY name them, or the library stays unsigned; "
+                        "PALISADE_SIGN_CERTIFICATE and PALISADE_SIGN_KEY name them, or the libraries stay unsigned; "
                         "PALISADE_SIGN_PASSWORD_FILE names a file with the key's password")
     parser.add_argument("--timestamp", default="", metavar="URL", help="a time-stamp service (RFC 3161)")
     parser.add_argument("--check", type=Path, metavar="FILE", help="checks an archive instead of making one")
@@ -143,7 +146,7 @@ def main() -> int:
     total = hashlib.sha256(archive.read_bytes()).hexdigest()
     archive.with_suffix(".zip.sha256").write_text(f"{total}  {archive.name}\n")
     print(f"{total}  {archive.relative_to(ROOT)}, {archive.stat().st_size} bytes"
-          + ("" if signing else "; the library is NOT signed"))
+          + ("" if signing else "; the libraries are NOT signed"))
     return check.report(check.checks(archive, given.trust or (signing and signing.certificate)))
 
 

@@ -6,9 +6,9 @@ import subprocess
 from pathlib import Path
 from typing import NamedTuple
 
-from harness.places import BUILD, ROOT
+from harness.places import BUILD, LIBRARY, ROOT, VERSION_LIBRARY
 
-MAP = BUILD / "release/PalisadeBootstrapper.map"
+MAPS = LIBRARY.with_suffix(".map"), VERSION_LIBRARY.with_suffix(".map")
 HEADERS = BUILD / "release/headers"  # what of the system's headers the cross compiler sees (cmake/dependencies.cmake)
 GUMBO = ROOT / "cmake/gumbo/node_modules/gumbo-parser"
 FONTS = ROOT / "resources/fonts/LICENCE.txt"
@@ -62,7 +62,8 @@ def linked_files(text: str) -> set[str]:
 
 def origins() -> set[str]:
     """Where everything in the library is from, as PARTS names it; the project's own left out."""
-    found = {_BUILT.get(file, "" if _OWN.fullmatch(file) else file) for file in linked_files(MAP.read_text())}
+    found = {_BUILT.get(file, "" if _OWN.fullmatch(file) else file)
+             for map_file in MAPS for file in linked_files(map_file.read_text())}
     # Import libraries for late binding are made from the toolchain's (cmake/delayed.cmake).
     named = {name for name in found if name and not name.startswith(("/", "delayed/"))}
     files = [Path(name) for name in found if name.startswith("/")]
