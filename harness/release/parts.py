@@ -42,7 +42,7 @@ PARTS = (
          "The Fira Code Project Authors, Nikita Prokopov, Mozilla Foundation, Telefonica S.A."),
 )
 # The project's own archives and objects, by their path in the build's folder.
-_OWN = re.compile(r"libpalisade_(deeds|rules)\.a|CMakeFiles/palisade_(entry|resources)\.dir/.*")
+_OWN = re.compile(r"libpalisade_(windows|rules)\.a|CMakeFiles/palisade_(entry|resources)\.dir/.*")
 _BUILT = {"libpalisade_gumbo.a": "npm:gumbo-parser", "libpalisade_fmt.a": "libfmt-dev"}
 # A line of the map that places something of an input file: address, size, file, and a member if it is an archive.
 _PLACED = re.compile(r"0x[0-9a-f]+ +0x([0-9a-f]+) (\S+?\.(?:a|o|obj|res))(?:\([^()]*\))?$", re.M)
