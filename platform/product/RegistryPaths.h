@@ -11,7 +11,7 @@ inline constexpr const wchar_t* bastionKey = L"Software\\Bastion";
 /// An earlier product, under HKEY_LOCAL_MACHINE, 32-bit view.
 inline constexpr const wchar_t* fenwickKey = L"Software\\Corvane Works\\Fenwick";
 
-/// The installed programs, a key each, under HKEY_LOCAL_MACHINE.
+/// The installed programs, one key for each, under HKEY_LOCAL_MACHINE.
 inline constexpr const wchar_t* uninstallKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 /// Windows itself, under HKEY_LOCAL_MACHINE.
 inline constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows\\CurrentVersion";

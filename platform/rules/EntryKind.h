@@ -1,4 +1,4 @@
-// What an entry of a folder is once it is open with no link followed, and so what deleting it means.
+// The kind of a folder's entry that is open with no link followed; it decides how the entry is deleted.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 namespace pdx {
 
 enum class EntryKind {
-    elsewhere,  ///< a link was on the way to it: it is not what the path names, and is left alone
-    link,       ///< is removed itself, and what it leads to stays
+    elsewhere,  ///< a link led to it, so it is not the entry of that path and is not deleted
+    link,       ///< is removed; its target is not
     folder,     ///< is removed once it is empty
     file,
 };
