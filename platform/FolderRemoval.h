@@ -21,14 +21,15 @@ struct RemovalBounds {
 
 /// Deletes a trusted folder and all its content, each entry with that number of tries. True if the folder does not
 /// exist afterwards. A folder that was found by a link is only emptied, and the link stays too. Links inside are
-/// removed, but not their targets. Each entry is opened without following a link at its end, its final path is compared
+/// removed, but not their targets. Each entry is opened without following a link at its end. Its final path is compared
 /// with the folder's and the names below it, and it is deleted by that handle. On a volume without final paths nothing
 /// is compared, and a folder that becomes a link meanwhile can lead elsewhere.
 ///
 /// The first entry that cannot be deleted ends the walk and is logged at INFO as "Failed to remove file %ls:
 /// error=%08x" or "Failed to remove directory %ls: error=%08x". The error is 0000112b (4395) for an entry that a link
-/// led to and for a folder that is not trusted, 000000ce (206) below the bound of levels, 00000091 (145) beyond the
-/// bound of entries, which is logged first as "Gave up after %d entries". Earlier deletions are not undone.
+/// led to and for a folder that is not trusted. It is 000000ce (206) below the bound of levels, and 00000091 (145)
+/// beyond the bound of entries. The latter is logged first as "Gave up after %d entries". Earlier deletions are not
+/// undone.
 bool deleteDirectoryTree(const FoundFolder& folder, int32_t tries, uint32_t delayMilliseconds,
                          const RemovalBounds& bounds = {});
 

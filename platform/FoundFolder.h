@@ -20,11 +20,10 @@ struct FoundFolder {
 };
 
 /// Follows a path once, component by component. Each link, 63 at most, is checked (mayFollow), and the final path of
-/// the opened folder must be the result of this walk. Two kinds are followed without a check: a drive mapped to a
-/// folder, which is a name of this session, and the mount points that the mount manager knows, which only
-/// administrators make. On a volume without final paths only the links are checked. A path that leads nowhere gives a
-/// folder that does not exist. A refusal is logged at INFO as "Not followed with elevated rights: %ls", with the
-/// refused link, if there is one.
+/// the opened folder must be the result of this walk. Two kinds are followed without a check: drives mapped to a
+/// folder, which are names of this session, and mount points of the mount manager, which only administrators make. On a
+/// volume without final paths only the links are checked. A path that leads nowhere gives a folder that does not exist.
+/// A refusal is logged at INFO as "Not followed with elevated rights: %ls", with the refused link, if there is one.
 FoundFolder findFolder(const std::wstring& path);
 /// The folder's final path in the form VOLUME_NAME_NT, links followed; empty on failure.
 std::wstring volumePathOf(const std::wstring& path);

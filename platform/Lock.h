@@ -1,5 +1,5 @@
-// A lock without a system object, so that it may be a static of a library that is unloaded and loaded again.
-// (std::mutex of the MinGW runtime makes a kernel object on contention and never frees it.)
+// A lock without a system object, so that it may be a static of a library that is unloaded and loaded again. std::mutex
+// of the MinGW runtime makes a kernel object on contention and never frees it.
 #pragma once
 
 #include <windows.h>

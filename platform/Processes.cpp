@@ -76,8 +76,7 @@ void terminateProcesses(std::span<const std::wstring_view> names) {
         Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, entry.th32ProcessID));
         if (!process) continue;
         PDX_LOG(logInfo, "terminateProcesses", "Terminating %ls", entry.szExeFile);
-        // May fail for a process that is ending; its end is awaited all the same, because its files are open until
-        // then.
+        // May fail for a process that is ending; its end is awaited too, because its files are open until then.
         TerminateProcess(process.get(), terminatedExitCode);
         // Another handle, because the right to end a process is not the right to wait. The first keeps the id reserved.
         Handle waitable(OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID));

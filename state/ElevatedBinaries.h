@@ -1,8 +1,8 @@
 // The files that run with elevated rights, locked while they are started. Programs without such rights can write to
-// their folder: a program that replaces one of them, adds a library or puts a link in their path would run elevated.
-// The locks last as long as their handles, and end with this process, which another program of the same user can end.
-// They cover the executable and "version.dll"; the engine keeps its program from loading other libraries of that
-// folder.
+// their folder. Such a program could replace one of them, add a library or put a link in their path, and would run
+// elevated. The locks last as long as their handles, and end with this process, which another program of the same user
+// can end. They cover the executable and "version.dll"; the engine keeps its program from loading other libraries of
+// that folder.
 #pragma once
 
 #include <functional>
@@ -20,9 +20,9 @@ bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wst
                             const std::wstring& executable);
 
 /// Locks the executable and "version.dll" of the folder (LockFile; others may only read) and checks that they are
-/// signed in the maker's name (isValidPalisadeCertificate, which does not prove that the maker signed them). Tries
-/// both, and keeps what it has locked, in this order. On a machine that trusts the embedded certificate a signature
-/// that fails is only logged. False for an empty executable too, and if the two are in different folders. Logs at INFO.
+/// signed in the maker's name. That does not prove that the maker signed them (isValidPalisadeCertificate). Tries both,
+/// and keeps what it has locked, in this order. On a machine that trusts the embedded certificate a signature that
+/// fails is only logged. False for an empty executable too, and if the two are in different folders. Logs at INFO.
 bool LockElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                           const std::wstring& executable);
 

@@ -9,13 +9,13 @@
 namespace pdx {
 
 /// The system's folders, the shared folders of programs, and for every account its profile with the folders of
-/// documents and of program data: the account with the elevated rights is not always the player's. Spelt as recorded.
+/// documents and of program data. The account with the elevated rights is not always the player's. Spelt as recorded.
 ///
 /// Folders that an account has moved are known only while its registry is loaded: while it is signed in or runs a
 /// program. Loading the registry of another account could keep its owner from signing in.
 std::vector<SystemFolder> protectedFolders();
 /// The same folders with their final paths (VOLUME_NAME_NT). The path is empty for a missing folder, and for one that
-/// does not begin at a drive: an account can name a server, to which this process would sign in with elevated rights.
+/// does not begin at a drive. An account can name a server, to which this process would sign in with elevated rights.
 std::vector<SystemFolder> byVolume(std::vector<SystemFolder> folders);
 
 }  // namespace pdx

@@ -78,8 +78,7 @@ bool removeService(const RepairRun& run) {
     return true;
 }
 
-/// Checks the path as it is spelt and the final path: a short name, or a drive mapped to a folder, is checked as the
-/// folder that it means.
+/// Checks the path as it is spelt and the final path, which resolves short names and drives mapped to a folder.
 bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     const std::vector<SystemFolder> systemFolders = protectedFolders();
     if (!isOwnFolder(location, systemFolders)) return false;

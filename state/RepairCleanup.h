@@ -18,7 +18,7 @@ enum class RepairResult {
 
 /// What a clean-up needs of its run.
 struct RepairRun {
-    std::wstring providerKey;  ///< the running bundle's own key among the installed programs
+    std::wstring providerKey;  ///< the running bundle's key among the installed programs
     /// Whether the user has cancelled. Called before the first change, and again before the service step.
     std::function<bool()> isCancelled;
     /// Called before each step that can fail.
@@ -44,8 +44,9 @@ struct RepairRun {
 ///
 /// If the service or the folder cannot be deleted, no later step runs; such a folder may have lost any part of its
 /// content. A cancel before the first change has the effect of a refused folder. A cancel at the service step has the
-/// effect of a failed one: the client is whole, its programs have ended, its uninstall commands are restored, and it is
-/// marked unavailable. A later cancel has no effect: a client without its service or its files must be installed again.
+/// effect of a failed one. The client is then whole and marked unavailable, its programs have ended, and its uninstall
+/// commands are restored. A later cancel has no effect: a client without its service or its files must be installed
+/// again.
 RepairResult removeInstalledClient(const RepairRun& run);
 
 }  // namespace pdx

@@ -14,7 +14,7 @@ inline constexpr const wchar_t* connectProgram = L"PalisadeConnect_microsoft.exe
 /// The name of the client's service.
 inline constexpr const wchar_t* clientService = L"PalisadeBackgroundService";
 
-/// The programs that may run from the client's folder, except the service's, which is stopped as a service.
+/// The programs that may run from the client's folder. Not the service's program: the service is stopped as one.
 inline constexpr std::wstring_view clientProcesses[] = {
     desktopProgram,
     launcherProgram,

@@ -3,8 +3,8 @@
 
 namespace pdx {
 
-/// The installed product, under HKEY_LOCAL_MACHINE in both views (the client's own values are in the 64-bit one), and
-/// for the user under HKEY_CURRENT_USER.
+/// The installed product, under HKEY_LOCAL_MACHINE in both views (the client's values are in the 64-bit one), and for
+/// the user under HKEY_CURRENT_USER.
 inline constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
 /// The older client, under HKEY_LOCAL_MACHINE, 32-bit view.
 inline constexpr const wchar_t* bastionKey = L"Software\\Bastion";

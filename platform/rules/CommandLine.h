@@ -16,7 +16,7 @@ namespace pdx {
 std::optional<std::pair<std::wstring, std::wstring>> variableOfArgument(std::wstring_view argument);
 
 /// The display of a run towards the user. A newer installer that replaces another always has an embedded display, also
-/// if the other was started quietly; it would then wait for a user who is absent. For such a run the last of the
+/// if the other was started quietly. It would then wait for a user who is absent. For such a run the last of the
 /// engine's quiet and passive switches on the command line decides. The arguments are those after the program.
 BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPPER_RELATION_TYPE relation,
                                         std::span<const std::wstring> arguments);

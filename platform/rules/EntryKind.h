@@ -14,12 +14,12 @@ enum class EntryKind {
 };
 
 /// Whether a reparse tag is a name surrogate, as those of junctions and symbolic links are. Other tags mark files whose
-/// content lies in a cloud or is compressed. Wine gives a link of the system below it no tag, so 0 counts too.
+/// content is in a cloud or compressed. On Wine a link of the system below it has no tag, so 0 counts too.
 constexpr bool isLinkTag(uint32_t reparseTag) { return reparseTag == 0 || (reparseTag & 0x20000000) != 0; }
 
 /// The attributes and the tag are those of the open entry (FileAttributeTagInfo). Its final path is compared exactly
 /// with that of the trusted folder and the names below it as that folder lists them. Both are empty on a volume that
-/// gives no final paths; then the tag alone decides.
+/// gives no final paths; then only the tag decides.
 constexpr EntryKind judgeEntry(uint32_t attributes, uint32_t reparseTag, std::wstring_view finalPath,
                                std::wstring_view expectedPath) {
     constexpr uint32_t directory = 0x10;

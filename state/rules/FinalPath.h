@@ -40,8 +40,9 @@ struct PathSystem {
 /// With an empty prefix nothing is looked up: the result is "\\?\" and the path.
 ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system);
 
-/// The system's error for an open file that may not be locked: 4395 (ERROR_REPARSE_POINT_ENCOUNTERED) for a link, 3
-/// (ERROR_PATH_NOT_FOUND) without a final path, and 0 if that is not the expected one. Nothing for a file that may.
+/// The system's error for an open file that may not be locked. The error is 4395 (ERROR_REPARSE_POINT_ENCOUNTERED) for
+/// a link, 3 (ERROR_PATH_NOT_FOUND) without a final path, and 0 if that is not the expected one. Nothing for a file
+/// that may.
 std::optional<uint32_t> lockError(uint32_t attributes, std::wstring_view finalPath, bool isExpectedPath);
 
 /// A temporary folder without the folder of the terminal session at its end, which only that session has:

@@ -18,10 +18,10 @@ inline constexpr size_t allBelow = SIZE_MAX;
 /// Whether a path begins at a drive ("D:\Games"), which may be a network drive of this session.
 bool isDrivePath(std::wstring_view path);
 
-/// Whether a folder can be the client's: a full path below a drive, without ".." or ".", without a stream's name
-/// ("Windows::$INDEX_ALLOCATION" is the folder Windows), and not a system folder. A damaged record must not delete a
-/// player's drive. Compares ASCII letters without regard to case. Cannot recognise short names ("PROGRA~1"): check the
-/// final path too.
+/// Whether a folder can be the client's: a full path below a drive, without "..", "." or a stream's name, and not a
+/// system folder. ("Windows::$INDEX_ALLOCATION" is the folder Windows.) A damaged record must not delete a player's
+/// drive. Compares ASCII letters without regard to case. Cannot recognise short names ("PROGRA~1"): check the final
+/// path too.
 bool isOwnFolder(std::wstring_view folder, std::span<const SystemFolder> systemFolders);
 /// The same by final paths in the form VOLUME_NAME_NT ("\Device\HarddiskVolume1\Games"), which volumes without a
 /// drive letter have too. False for a network folder.

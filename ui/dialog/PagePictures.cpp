@@ -13,8 +13,8 @@ PagePictures::PagePictures()
 PagePictures::~PagePictures() { SetEvent(sizeGiven.get()); }
 
 void PagePictures::prepare() {
-    // Not before the size is known: until then the UI thread prepares itself, and on two processors a second busy
-    // thread would delay that or the check of the certificate.
+    // Waits, because the UI thread prepares itself until the size is known. On two processors a second busy thread
+    // would delay that or the check of the certificate.
     WaitForSingleObject(sizeGiven.get(), INFINITE);
     if (windowSize == Size{}) return;
     ComApartment apartment;  // for the codecs
