@@ -8,8 +8,8 @@
 namespace pdx {
 
 /// A folder as a path led to it at one moment. Only the folder's final path is judged and deleted, even if the path
-/// leads elsewhere later. A folder that is renamed to that final path meanwhile is accepted: its owner could have
-/// renamed it before.
+/// leads elsewhere later. A folder that is renamed to that final path meanwhile is accepted: an account with that right
+/// could have renamed it before.
 struct FoundFolder {
     bool exists = false;
     bool isOpen = false;      ///< false if it exists but cannot be opened
