@@ -1,4 +1,4 @@
-// The certificate that the library carries, by which it knows the maker's own machines.
+// The embedded certificate, by which the library recognises the maker's machines.
 #pragma once
 
 #include <windows.h>
@@ -16,11 +16,11 @@ using CertificateContext = Owned<PCCERT_CONTEXT, CertFreeCertificateContext>;
 /// The number of the embedded certificate.
 inline constexpr uint16_t embeddedCertificateId = 109;
 
-/// The certificate resource (type PDX_CERT, DER) of that number; null if it is missing or no certificate.
+/// The certificate resource (type PDX_CERT, DER) of that number; null if it is missing or malformed.
 CertificateContext loadCertificateResource(uint16_t id);
 
-/// Whether this machine builds a chain for the certificate with no trust error at all, without fetching roots that it
-/// does not have. False for null. Logs nothing.
+/// Whether the certificate chain on this machine has no trust error, without fetching missing roots. False for null.
+/// Logs nothing.
 bool chainsToTrustedRoot(PCCERT_CONTEXT certificate);
 
 }  // namespace pdx

@@ -16,8 +16,7 @@ constinit std::atomic<bool> g_configurable = false;
 
 namespace {
 
-/// The settings of an embedded file (resource type PDX_CONFIG), parsed in place, without a copy; empty if it is
-/// missing.
+/// The settings of an embedded file (resource type PDX_CONFIG), parsed without a copy; empty if it is missing.
 ConfigMap loadConfigResource(const char* name) {
     ResourceStreamBuf buffer(loadResource({L"PDX_CONFIG", toWide(name)}));
     std::istream stream(&buffer);
@@ -41,7 +40,7 @@ ConfigMap LoadConfigStream(std::istream& stream) {
 }
 
 ConfigMap loadConfigFile(const char* path) {
-    // Binary, for a text stream of the runtime ends at the first Ctrl+Z.
+    // Binary, because a text stream ends at the first Ctrl+Z.
     std::ifstream stream(toWide(path).c_str(), std::ios::in | std::ios::binary);
     return LoadConfigStream(stream);
 }

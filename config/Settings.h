@@ -1,4 +1,4 @@
-// The process's settings: how they are loaded, and how the rest of the system reads them.
+// The process's settings: loading and reading them.
 #pragma once
 
 #include <atomic>
@@ -12,28 +12,27 @@
 
 namespace pdx {
 
-/// The settings, null until loadConfiguration. Never changed once it is here: any thread reads it without a lock.
+/// The settings, null until loadConfiguration. A map never changes: any thread reads it without a lock.
 extern ServiceHolder<ConfigMap> g_config;
 
 /// Whether this machine may change the configuration: the embedded certificate chains to a root that it trusts.
 extern std::atomic<bool> g_configurable;
 
-/// Asks the system and sets g_configurable. The first look at its certificates takes a while: the system may read all
-/// of them for it.
+/// Checks the certificate chain and sets g_configurable. The first check takes a while: the system may read all
+/// certificates for it.
 void determineConfigurable();
 
-/// Loads all layers and makes them the process's settings; readers of earlier ones keep those. To be called once an
-/// application object, on the engine's thread, with the bundle's answer to isThinInstaller. Where there is an override
-/// file it asks whether it may be read; without one that makes no difference and is not asked.
+/// Loads all layers and makes them the process's settings; readers of earlier ones keep those. Called once for each
+/// application object, on the engine's thread. isConfigurable is called only if an override file exists.
 void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfigurable);
 
-/// The settings of a TOML text. Each fault is logged as an error, and the result is what could be read: nothing if the
-/// text could not be parsed. An exception's text is the log's format, unchanged.
+/// The settings of a TOML text that could be read; none if the text could not be parsed. Logs each fault as an error,
+/// an exception's text as the format.
 ConfigMap LoadConfigStream(std::istream& stream);
-/// The settings of a file, which others may read meanwhile; empty if it cannot be opened. The path is UTF-8.
+/// The settings of a file; empty if it cannot be opened. The path is UTF-8.
 ConfigMap loadConfigFile(const char* path);
 
-// What the process's settings say; the default also when there are none yet.
+// Values of the process's settings; the default also before they are loaded.
 std::string getConfigString(std::string_view key, std::string_view defaultText = {});
 std::wstring getConfigWideString(std::string_view key, std::wstring_view defaultText = {});
 bool getConfigBool(std::string_view key, bool defaultValue);

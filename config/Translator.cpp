@@ -22,7 +22,7 @@ bool Translator::Load(const std::wstring& name) {
     }
     std::optional<StringTable> loaded = readStringFile({file.bytes, file.size});
     if (!loaded) return false;
-    loaded->merge(strings);  // keeps its own where both have a key
+    loaded->merge(strings);  // a key in both keeps the loaded text
     strings = std::move(*loaded);
     language = name;
     return true;

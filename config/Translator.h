@@ -9,11 +9,11 @@
 
 namespace pdx {
 
-/// The language of the user's locale, one of those that there are strings for; "en" if the system gives none.
+/// The language of the strings for the user's locale; "en" if the system names no locale.
 std::wstring detectLanguage();
 
-/// The source of all text that a person sees. Filled at the start, on a thread with COM, and only read afterwards;
-/// reading takes no lock, so nothing may call Load once other threads read.
+/// The source of all text that the user sees. Load needs COM, and must not be called once other threads read: reading
+/// takes no lock.
 class Translator {
   public:
     /// Loads the language of the user's locale.
@@ -22,19 +22,19 @@ class Translator {
     Translator(const Translator&) = delete;
     Translator& operator=(const Translator&) = delete;
 
-    /// Adds a language's strings to those that are there: equal keys are replaced, keys that the new file lacks stay.
-    /// The name is that of the resource, without regard to case. False, and nothing changed, when there is no such
-    /// resource (logs "Failed to load localization resources for %ls") or it cannot be read (logs nothing).
+    /// Adds a language's strings: equal keys are replaced, keys that the new file lacks stay. The name is that of the
+    /// resource, without regard to case. False, with nothing changed, if the resource is missing (logs "Failed to load
+    /// localization resources for %ls") or cannot be read (logs nothing).
     bool Load(const std::wstring& name);
 
-    /// The string of a key, in any case of its letters; the key as it was given when there is none.
+    /// The string of a key, without regard to case; the key itself if there is none.
     [[nodiscard]] std::wstring translate(const std::wstring& key) const;
-    /// Fills out and returns true if the key exists; otherwise leaves it alone.
+    /// Sets out and returns true if the key exists; otherwise leaves it unchanged.
     bool tryTranslate(const std::wstring& key, std::wstring& out) const;
 
-    /// The code that the legal documents' links use for a language, by default for the one in force.
+    /// The code that the legal documents' links use for a language, by default the current one.
     [[nodiscard]] std::wstring siteLanguage(const std::wstring& other = {}) const;
-    /// The language of the last successful Load, as it was named there; empty if none has succeeded.
+    /// The name given to the last successful Load; empty if none has succeeded.
     [[nodiscard]] const std::wstring& currentLanguage() const { return language; }
 
   private:

@@ -55,7 +55,7 @@ int BootstrapperApplication::OnCacheAcquireComplete(LPCWSTR wzPackageOrContainer
                                                        {"hrStatus", "cast", Status{hrStatus}},
                                                        {"nRecommendation", "reco", nRecommendation}});
     UpdateInstallStatus(hrStatus);
-    if (m_download.isRetriedAfter(hrStatus)) return m_run.isCancelled() ? int{IDCANCEL} : int{resultRetry};
+    if (m_download.endAndWaitForRetry(hrStatus)) return m_run.isCancelled() ? int{IDCANCEL} : int{resultRetry};
     return m_run.ui->cacheAcquireComplete(hrStatus, nRecommendation);
 }
 

@@ -22,7 +22,7 @@ void Download::progress(uint64_t bytes, uint64_t total) {
     facts.total = total;
 }
 
-bool Download::isRetriedAfter(HRESULT hr) {
+bool Download::endAndWaitForRetry(HRESULT hr) {
     if (!isDownload()) return false;
     if (isDownloadCancelled(run.isCancelled(), hr))
         run.telemetry.sendDownloadCancelled(facts);

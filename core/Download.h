@@ -17,7 +17,7 @@ class Download {
     void progress(uint64_t bytes, uint64_t total);
     /// Sends how a download ended. True if the engine shall try again; then the retry's delay has passed, or the user
     /// has cancelled.
-    [[nodiscard]] bool isRetriedAfter(HRESULT hr);
+    [[nodiscard]] bool endAndWaitForRetry(HRESULT hr);
     void verified(HRESULT hr) const;
 
   private:

@@ -13,8 +13,8 @@ namespace pdx {
 HRESULT lockElevatedBinaries(Run& run, ErrorReporting& errors, const std::wstring& folder,
                              const std::wstring& executable);
 
-/// Starts an elevated copy of this program with the variables that cross over, and ends this run, even if the user
-/// refuses elevation: this process could not do the work. After a cancel no copy is started. Hides the window, then
+/// Starts an elevated copy of this program with the variables that cross over, and ends this run. It ends also if the
+/// user refuses elevation, because it could not do the work. After a cancel no copy is started. Hides the window, then
 /// holds the locks until the copy has loaded the files, within a bound (awaitElevatedStart).
 HRESULT relaunchElevated(Run& run, ErrorReporting& errors);
 

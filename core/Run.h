@@ -39,7 +39,7 @@ class Run {
     void quitOnFailure(const char* operation, HRESULT hr);
     /// Asks the engine to end this run and then to load the library anew, for that purpose.
     void requestReload(ReloadPurpose purpose);
-    /// The result for OnShutdown, which resets it to 0.
+    /// Returns the result for OnShutdown, and resets it to 0.
     int takeShutdownResult() { return shutdownResult.exchange(0); }
     /// Asks the engine to detect. A refusal becomes the start's result: the engine ends the run with it at once, and
     /// its exit code names the failure.

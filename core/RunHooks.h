@@ -31,7 +31,7 @@ struct RunHooks {
     std::function<std::optional<std::wstring>(const std::string& currentVersion)> newerInstaller = findNewerInstaller;
     /// Whether this process runs elevated.
     std::function<bool()> isElevated = pdx::isElevated;
-    /// The folder that this library lies in.
+    /// The folder of this library.
     std::function<std::wstring()> libraryFolder = [] { return removeFileSpec(getModuleFilePath(L"version.dll")); };
     /// Locks the files that are to run elevated.
     std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,

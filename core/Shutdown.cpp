@@ -1,4 +1,4 @@
-// The end of a run: how it is reported, what it leaves, and whether the engine loads the library anew.
+// The end of a run: its events and error report, the Run value, and a reload of the library.
 #include "config/Settings.h"
 #include "core/BootstrapperApplication.h"
 #include "core/rules/RunValue.h"

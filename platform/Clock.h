@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-/// The current time in units of 100 nanoseconds since 1601, UTC. Jumps when somebody sets the clock.
+/// The current time in units of 100 nanoseconds since 1601, UTC. Jumps when the clock is set.
 inline uint64_t currentFileTime() {
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
@@ -16,7 +16,7 @@ inline uint64_t currentFileTime() {
 }
 inline constexpr uint64_t fileTimePerMillisecond = 10'000;
 
-/// A time to measure spans by: never goes back.
+/// A time for measuring durations: never decreases.
 inline std::chrono::milliseconds steadyTime() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch());
 }

@@ -17,13 +17,13 @@ class ComApartment {
         if (SUCCEEDED(result)) CoUninitialize();
     }
 
-    /// The result of CoInitializeEx, by default for a single-threaded apartment. Started once; asked again, it gives
-    /// the first result.
+    /// Returns the result of CoInitializeEx, by default for a single-threaded apartment. A further call returns the
+    /// first result.
     HRESULT start(DWORD kind = COINIT_APARTMENTTHREADED) noexcept {
         if (result == notStarted) result = CoInitializeEx(nullptr, kind);
         return result;
     }
-    /// Also on a thread that somebody has given another kind of apartment.
+    /// True also on a thread that has another kind of apartment already.
     [[nodiscard]] bool usable() const noexcept { return SUCCEEDED(result) || result == RPC_E_CHANGED_MODE; }
 
   private:

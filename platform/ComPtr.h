@@ -1,4 +1,4 @@
-// Owning types for what COM returns: a reference on an object, and texts.
+// Owning types for results of COM: a reference to an object, and texts.
 #pragma once
 
 #include <windows.h>
@@ -20,7 +20,7 @@ class ComPtr {
   public:
     ComPtr() noexcept = default;
     ComPtr(std::nullptr_t) noexcept {}
-    /// Takes a reference of its own on a borrowed pointer, which may be null.
+    /// Adds a reference to a borrowed pointer, which may be null.
     static ComPtr share(Interface* borrowed) {
         ComPtr pointer;
         pointer.object = borrowed;
@@ -42,7 +42,7 @@ class ComPtr {
     [[nodiscard]] Interface* get() const noexcept { return object; }
     Interface* operator->() const noexcept { return object; }
     explicit operator bool() const noexcept { return object != nullptr; }
-    /// The output parameter of a function that returns a reference; what was held is released first.
+    /// The output parameter of a function that returns a reference; releases the earlier one first.
     [[nodiscard]] Interface** put() noexcept {
         *this = nullptr;
         return &object;
@@ -53,12 +53,12 @@ class ComPtr {
     Interface* object = nullptr;
 };
 
-/// A text as COM passes it. Null counts as empty, as everywhere in COM.
+/// A text of COM. Null means empty, as everywhere in COM.
 class Bstr : public Owned<BSTR, SysFreeString> {
   public:
-    // A pointer is never adopted: nothing distinguishes it from an ordinary text.
+    // No constructor adopts a pointer: its type is that of an ordinary text.
     Bstr() noexcept = default;
-    /// A copy of the text; null if there is no memory for it.
+    /// A copy of the text; null if memory is exhausted.
     explicit Bstr(std::wstring_view text)
         : Owned<BSTR, SysFreeString>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
 
@@ -67,7 +67,7 @@ class Bstr : public Owned<BSTR, SysFreeString> {
     }
 };
 
-/// A text that the shell hands out.
+/// A text that the shell returns.
 using TaskText = Owned<wchar_t*, CoTaskMemFree>;
 
 }  // namespace pdx

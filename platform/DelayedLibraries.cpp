@@ -19,7 +19,7 @@ HMODULE loadDelayed(const char* name) { return systemLibrary(std::wstring(name, 
 
 #ifdef __MINGW32__
 
-/// What lies at an offset of this module.
+/// The data at an offset in this module.
 template <typename Type>
 Type* atOffset(DWORD offset) {
     return reinterpret_cast<Type*>(reinterpret_cast<std::byte*>(&__ImageBase) + offset);
@@ -38,8 +38,8 @@ FARPROC WINAPI onDelayedLoad(unsigned event, DelayLoadInfo* info) {
 
 #ifdef __MINGW32__
 
-/// The toolchain's stubs call it with the place of a function's address, and then the function that it returns. What
-/// the system lacks raises the exception that Microsoft's runtime raises.
+/// The toolchain's stubs call it with the place of a function's address, then call the function that it returns. For a
+/// missing function it causes the same exception as Microsoft's runtime.
 extern "C" FARPROC WINAPI __delayLoadHelper2(const ImgDelayDescr* library, FARPROC* place) {
     const auto index = place - pdx::atOffset<FARPROC>(library->rvaIAT);
     const auto& thunk = pdx::atOffset<IMAGE_THUNK_DATA>(library->rvaINT)[index];
@@ -48,7 +48,7 @@ extern "C" FARPROC WINAPI __delayLoadHelper2(const ImgDelayDescr* library, FARPR
     const FARPROC function = pdx::lookUp<FARPROC>(module, name);
     const DWORD missing = module ? ERROR_PROC_NOT_FOUND : ERROR_MOD_NOT_FOUND;
     if (!function) RaiseException(VcppException(ERROR_SEVERITY_ERROR, missing), 0, 0, nullptr);
-    // Threads that come at the same time find the same.
+    // Safe without a lock: other threads write the same value.
     return *place = function;
 }
 

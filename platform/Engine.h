@@ -1,5 +1,5 @@
-// What the Burn engine (3.11) gives this library: its command and its operations. core/engine/Callbacks.h has the other
-// direction.
+// The Burn engine (3.11) as this library uses it: its command and its operations. Its callbacks are in
+// core/engine/Callbacks.h.
 #pragma once
 
 #include <unknwn.h>
@@ -25,8 +25,8 @@ struct BOOTSTRAPPER_COMMAND {
 inline constexpr GUID IID_IBootstrapperEngine = {
     0x6480d616, 0x27a0, 0x44d7, {0x90, 0x5b, 0x81, 0x51, 0x2c, 0x29, 0xc2, 0xfb}};
 
-/// What the engine offers, in the order of its table. Sizes are in characters, in and out; 0x800700EA means that the
-/// buffer was too small and the size is now what it takes.
+/// The engine's operations, in the order of its table. Sizes are in characters, in and out; 0x800700EA means that the
+/// buffer was too small and the size is now the required one.
 struct IBootstrapperEngine : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE GetPackageCount(DWORD* pcPackages) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetVariableNumeric(LPCWSTR wzVariable, LONGLONG* pllValue) = 0;

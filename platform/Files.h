@@ -1,4 +1,4 @@
-// Files: whether they are there, and trying again.
+// Whether files exist, copying, and retries.
 #pragma once
 
 #include <cstdint>
@@ -7,13 +7,13 @@
 
 namespace pdx {
 
-/// Whether a file or folder is there.
+/// Whether a file or folder exists.
 bool fileExists(const std::wstring& path);
-/// True if the target is there already or could be copied; an existing target is never written over.
+/// True if the target exists or the copy succeeded; never overwrites a target.
 bool copyIfMissing(const std::wstring& source, const std::wstring& target);
 
 /// Calls the function until it returns true, `tries` times at most, and sleeps the delay after each false result.
-/// Returns whether it did; no tries gives false.
+/// Returns whether it returned true.
 bool retryUntil(const std::function<bool()>& function, int32_t tries, uint32_t delayMilliseconds);
 
 }  // namespace pdx

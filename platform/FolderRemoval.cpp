@@ -21,7 +21,7 @@ class TreeRemoval {
     TreeRemoval(int32_t triesEach, uint32_t delay, const RemovalBounds& ofAll)
         : tries(triesEach), delayMilliseconds(delay), bounds(ofAll) {}
 
-    /// The path opens an entry, and its final path is where it then has to lie.
+    /// The path that opens an entry, and the final path that the open entry must have.
     struct Place {
         std::wstring path;
         std::wstring finalPath;  ///< in the form VOLUME_NAME_NT
@@ -47,11 +47,11 @@ class TreeRemoval {
         return removed;
     }
 
-    /// Empties a folder. True too if it is none (any more): what lies in its place is then removed as one entry.
+    /// Empties a folder. True too if the entry is no folder (any more): it is then removed as one entry.
     bool emptyFolder(const Place& place) {
         FileHandle folder;
         DWORD error = ERROR_SUCCESS;
-        // Held against being renamed, so that what is in it keeps its expected path.
+        // Open against renaming, so that its entries keep their expected paths.
         retry([&] {
             folder =
                 openEntry(place.path, FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE);
@@ -72,7 +72,7 @@ class TreeRemoval {
     }
 
   private:
-    /// As often as an entry may be tried, while the bound of all of them lasts, and then once.
+    /// Retries within the bounds of one entry and of all entries; at least one try.
     bool retry(const std::function<bool()>& attempt) {
         const auto counted = [&] {
             const bool done = attempt();
@@ -89,7 +89,7 @@ class TreeRemoval {
         return judgeEntry(held.FileAttributes, held.ReparseTag, finalPathOf(entry, VOLUME_NAME_NT), place.finalPath);
     }
 
-    /// What the open folder itself lists, wherever its path leads meanwhile.
+    /// Removes the entries of the open folder, even if its path leads elsewhere meanwhile.
     bool removeEntries(HANDLE folder, const Place& place) {
         std::vector<uint64_t> buffer(4096);
         const auto size = static_cast<DWORD>(buffer.size() * sizeof buffer[0]);

@@ -25,14 +25,14 @@ std::wstring withoutEndSeparators(std::wstring path) {
     return path;
 }
 
-/// As opening it would read it: in full, without blanks and dots at the end.
+/// The path as opening it would interpret it: in full, without blanks and dots at the end.
 std::wstring fullPathOf(const std::wstring& path) {
     wchar_t full[pathCapacity];
     const DWORD length = GetFullPathNameW(path.c_str(), pathCapacity, full, nullptr);
     return length < pathCapacity ? std::wstring(full, length) : std::wstring();
 }
 
-/// Opens with the right to ask for the owner, or without it where that is refused.
+/// Opens with the right to read the owner, or without it if that is refused.
 FileHandle openToAsk(const std::wstring& path, DWORD flags) {
     for (const DWORD access : {DWORD{READ_CONTROL}, DWORD{0}}) {
         FileHandle file(CreateFileW(path.c_str(), access, shareAll, nullptr, OPEN_EXISTING,
@@ -56,7 +56,7 @@ class Owner {
     [[nodiscard]] PSID get() const { return owner; }
 
   private:
-    PSID owner = nullptr;  ///< lies in the descriptor
+    PSID owner = nullptr;  ///< points into the descriptor
     UniqueHandle<LocalMemoryTraits<void>> descriptor;
 };
 
@@ -94,15 +94,15 @@ bool isHeldByAdministrators(HANDLE file) {
     return isHeldByAdministrators(grants);
 }
 
-/// Whether the path is a link of the system below Wine, which opens what that leads to and gives it no tag. Windows
-/// gives every link one.
+/// Whether the path is a link of the system below Wine. Wine opens its target and gives it no reparse tag; on Windows
+/// every link has one.
 bool isLinkBelowWine(const std::wstring& path) {
     WIN32_FIND_DATAW entry;
     const FindHandle search(FindFirstFileW(path.c_str(), &entry));
     return search && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) && entry.dwReserved0 == 0;
 }
 
-/// Whether an open entry is a link by its tag.
+/// Whether an open entry is a link by its reparse tag.
 bool isTaggedLink(HANDLE entry) {
     FILE_ATTRIBUTE_TAG_INFO held{};
     return GetFileInformationByHandleEx(entry, FileAttributeTagInfo, &held, sizeof held) &&
@@ -117,7 +117,7 @@ LinkTarget targetOf(HANDLE link) {
     return linkTargetOf(std::span(data).first(size)).value_or(LinkTarget());
 }
 
-/// The folder that a drive stands for ("\??\C:\Games"); empty for the drive of a volume, and for what is no drive.
+/// The folder that a drive is mapped to ("\??\C:\Games"); empty for the drive of a volume, and for any other path.
 std::wstring folderOfDrive(const std::wstring& path) {
     constexpr size_t start = 4;  // "\\?\"
     if (path.size() != start + 3) return {};
@@ -126,10 +126,10 @@ std::wstring folderOfDrive(const std::wstring& path) {
     return std::wstring_view(device).starts_with(L"\\??\\") ? device : L"";
 }
 
-/// Whether a link is where the mount manager has a volume. Only administrators can have put it there, and the system
-/// owns the volume's root, so that owners would refuse every one.
+/// Whether a link is a mount point that the mount manager knows. Only administrators can make one. Owners cannot decide
+/// here: the system owns the volume's root, so mayFollow would refuse every one.
 bool isVolumeMount(const std::wstring& path, const LinkTarget& target) {
-    std::wstring volume = target.path;  // "\??\Volume{0B5A…}\", which the function wants as "\\?\Volume{0B5A…}\"
+    std::wstring volume = target.path;  // "\??\Volume{0B5A…}\", for the function "\\?\Volume{0B5A…}\"
     if (!volume.starts_with(L"\\??\\Volume{") || !volume.ends_with(L"}\\")) return false;
     volume[1] = L'\\';
     wchar_t places[pathCapacity];
@@ -140,23 +140,23 @@ bool isVolumeMount(const std::wstring& path, const LinkTarget& target) {
     return false;
 }
 
-/// What walkLinks asks for.
+/// The entry at a path, for walkLinks.
 PathEntry lookAt(const std::wstring& path) {
     PathEntry found;
     const FileHandle entry = openToAsk(path, FILE_FLAG_OPEN_REPARSE_POINT);
     if (!entry) return found;
     found.finalPath = finalPathOf(entry.get(), VOLUME_NAME_NT);
-    // Opened once, so that what is asked about is what the walk has to arrive at.
+    // Opened once: owner and final path must be of the same target.
     const FileHandle target = openToAsk(path, 0);
     if (target) found.targetFinalPath = finalPathOf(target.get(), VOLUME_NAME_NT);
     found.target.path = folderOfDrive(path);
     if (!found.target.path.empty()) {
-        // A name of this session, and no link of a file system that somebody could own.
+        // A name of this session, not a link in a file system with an owner.
         found.isLink = found.mayFollow = true;
     } else if (isLinkBelowWine(path)) {
         found.isLink = true;
         found.target.path = finalPathOf(entry.get());
-        // Wine names no owner of the link: that of the folder that holds it stands for him.
+        // Wine names no owner of the link; the owner of its folder is used.
         const FileHandle holder = openToAsk(path.substr(0, path.rfind(L'\\') + 1), 0);
         found.mayFollow = holder && target && mayFollow(Owner(holder.get()).get(), Owner(target.get()).get());
     } else if (isTaggedLink(entry.get())) {

@@ -31,7 +31,7 @@ class UniqueHandle {
         if (value != Traits::invalid()) Traits::close(value);
         value = owned;
     }
-    /// The output parameter of a function that returns a new handle; what was owned is closed first.
+    /// The output parameter of a function that returns a new handle; closes the earlier one first.
     [[nodiscard]] Value* put() noexcept {
         reset();
         return &value;
@@ -51,7 +51,7 @@ struct NullTraits {
 template <typename Type, auto closeValue>
 using Owned = UniqueHandle<NullTraits<Type, closeValue>>;
 
-/// Events, threads, processes, tokens, mutexes: null means none.
+/// Events, threads, processes, tokens, mutexes; null means none.
 using Handle = Owned<HANDLE, CloseHandle>;
 
 template <auto closeValue>
@@ -60,7 +60,7 @@ struct FileTraits {
     static Value invalid() noexcept { return INVALID_HANDLE_VALUE; }
     static void close(Value value) noexcept { closeValue(value); }
 };
-/// Files and snapshots: INVALID_HANDLE_VALUE means none.
+/// Files and snapshots; INVALID_HANDLE_VALUE means none.
 using FileHandle = UniqueHandle<FileTraits<CloseHandle>>;
 
 /// A search for files.

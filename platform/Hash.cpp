@@ -19,7 +19,7 @@ using Provider = Owned<HCRYPTPROV, [](HCRYPTPROV provider) { CryptReleaseContext
 
 bool succeeded(NTSTATUS status) { return status >= 0; }
 
-/// A size that is a property of the algorithm, in bytes; 0 on failure.
+/// A size from the algorithm's properties, in bytes; 0 on failure.
 DWORD sizeProperty(BCRYPT_ALG_HANDLE algorithm, const wchar_t* name) {
     DWORD value = 0;
     DWORD written = 0;
@@ -37,7 +37,7 @@ std::string hashString(const std::wstring& algorithm, const void* bytes, size_t 
     std::vector<BYTE> digest(sizeProperty(provider.get(), BCRYPT_HASH_LENGTH));
     if (object.empty() || digest.empty()) return {};
     Owned<BCRYPT_HASH_HANDLE, BCryptDestroyHash> hash;
-    // The function takes its input without const and only reads it.
+    // The function only reads its input, but declares it without const.
     auto* input = static_cast<BYTE*>(const_cast<void*>(bytes));
     if (!succeeded(BCryptCreateHash(provider.get(), hash.put(), object.data(), static_cast<DWORD>(object.size()),
                                     nullptr, 0, 0)) ||

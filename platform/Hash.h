@@ -16,7 +16,7 @@ namespace pdx {
 std::string hashString(const std::wstring& algorithm, const void* bytes, size_t length);
 
 /// The digest of the bytes as text, by one of CryptoAPI's algorithms (CALG_SHA1, CALG_MD5) and forms
-/// (CRYPT_STRING_HEXRAW, in lower case; CRYPT_STRING_BASE64), on one line; the empty text on any failure.
+/// (CRYPT_STRING_HEXRAW, in lower case; CRYPT_STRING_BASE64), on one line. Empty on any failure.
 std::string digestText(ALG_ID algorithm, std::string_view bytes, DWORD form);
 
 }  // namespace pdx

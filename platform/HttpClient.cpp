@@ -22,7 +22,7 @@ std::string headerBlock(const HttpHeaders& headers) {
     return block;
 }
 
-/// False if there is no memory for so many bytes more.
+/// False if there is not enough memory.
 bool grow(std::vector<uint8_t>& bytes, size_t more) {
     try {
         bytes.resize(bytes.size() + more);
@@ -34,7 +34,7 @@ bool grow(std::vector<uint8_t>& bytes, size_t more) {
     }
 }
 
-/// Appends what can be read now. False on failure; complete means that there is nothing more.
+/// Appends the bytes that are available. False on failure; sets complete at the end of the body.
 bool readPiece(HINTERNET request, std::vector<uint8_t>& body, bool& complete) {
     DWORD available = 0;
     if (!InternetQueryDataAvailable(request, &available, 0, 0)) return false;
@@ -79,13 +79,12 @@ int32_t HttpClient::send(const wchar_t* method, const void* body, size_t length,
             return notStarted;
         }
     }
-    request.reset();  // before the next one, which may then reuse its connection
+    request.reset();  // first, so that the next request can reuse its connection
     request.reset(HttpOpenRequestW(connection.get(), method, url.path.c_str(), nullptr, nullptr, nullptr,
                                    INTERNET_FLAG_SECURE, 0));
     if (!request) return notStarted;
     const std::wstring block = toWide(headerBlock(headers));
-    // The length is that of the wide text: the same as the bytes of an ASCII block, and within the buffer for any
-    // other.
+    // The length of the wide text: equal to the bytes of an ASCII block, and within the buffer for any other.
     const bool sent =
         HttpSendRequestW(request.get(), block.empty() ? nullptr : block.c_str(), static_cast<DWORD>(block.size()),
                          const_cast<void*>(body), static_cast<DWORD>(length));

@@ -11,7 +11,7 @@ constinit ServiceHolder<Logger> g_logger;
 
 namespace {
 
-/// The user's texts, asked of the system once a process: the look-ups are slow, and the answers do not change.
+/// The user's texts, looked up once for the process: the look-ups are slow, and the results do not change.
 struct UserTexts {
     ScrubTexts texts;
     bool profileMissing = false;
@@ -36,7 +36,7 @@ const UserTexts& userTexts() {
     return user;
 }
 
-/// Logs once what could not be looked up; only afterwards, for a line logged during the look-up would wait for it.
+/// Logs once what could not be looked up. After the look-up, because a line logged during it would wait for it.
 void reportMissingTexts(const UserTexts& user) {
     static std::atomic<bool> reported = false;
     if (reported.exchange(true)) return;

@@ -1,5 +1,4 @@
-// All diagnostics go through one process-wide logger into the log of the engine; the library has no log file of its
-// own.
+// One process-wide logger writes all diagnostics to the engine's log; the library has no log file.
 #pragma once
 
 #include <initializer_list>
@@ -17,41 +16,40 @@
 
 namespace pdx {
 
-/// The sink of log lines.
+/// Receives the log lines.
 class Logger {
   public:
     virtual ~Logger() = default;
-    /// Takes a finished message and the name and source line of the function that logs it, both texts UTF-8.
+    /// Writes a message of a function, with its source line. Both texts are UTF-8.
     virtual void write(int32_t level, const char* function, int32_t line, const char* message) = 0;
 };
 
-/// Writes each line to the engine's log, with the user's profile path and name taken out of the message. Never fails
-/// towards its caller; takes no lock of its own.
+/// Writes each line to the engine's log, without the user's profile path and name. Never throws and takes no lock.
 class BootstrapperLogger : public Logger {
   public:
-    /// Holds a reference on the engine, so that it outlives a line that is being written. A null one is allowed: lines
-    /// are then made and thrown away.
+    /// Holds a reference to the engine, so that the engine outlives a line that is being written. With a null engine
+    /// lines are dropped.
     explicit BootstrapperLogger(IBootstrapperEngine* bootstrapperEngine)
         : engine(ComPtr<IBootstrapperEngine>::share(bootstrapperEngine)) {}
     void write(int32_t level, const char* function, int32_t line, const char* message) override;
 
   private:
     ComPtr<IBootstrapperEngine> engine;
-    /// Every level in use passes: a failed run is read from its log, so nothing is left out and the configuration's
-    /// logging.logLevel is not read.
+    /// All levels are written, because a failed run is analysed by its log; the configuration's logging.logLevel is
+    /// ignored.
     int32_t maxLevel = logTrace;
 };
 
 /// The logger, null until the application object has made it.
 extern ServiceHolder<Logger> g_logger;
 
-/// The logger of an engine. Over a reload workers log on between two engines; those lines are lost.
+/// The logger of an engine. Lines that workers log during a reload, between two engines, are lost.
 struct LoggerLife : ServiceLife<Logger> {
     explicit LoggerLife(IBootstrapperEngine* engine)
         : ServiceLife(g_logger, std::make_shared<BootstrapperLogger>(engine)) {}
 };
 
-/// What scrubbing searches for, and what replaces it: looked up once a process.
+/// The texts that scrubbing searches for and their replacements, looked up once for the process.
 const ScrubTexts& userScrubTexts();
 
 /// The text without the user's profile path and name: "C:\Users\ann\x" becomes "C:\Users\####\x".
@@ -59,7 +57,7 @@ std::wstring scrubProfilePath(std::wstring text);
 
 namespace log_detail {
 
-/// An argument as the formatter takes it; wide text is converted here, and only when there is a logger.
+/// Converts an argument for the formatter; called only if there is a logger, because wide text is copied.
 template <typename Type>
 decltype(auto) captured(const Type& argument) {
     if constexpr (std::is_convertible_v<Type, const wchar_t*>) {
@@ -84,8 +82,8 @@ void formatAndWrite(Logger& logger, int32_t level, const char* function, int32_t
 
 }  // namespace log_detail
 
-/// Formats a message (printf format in UTF-8; "%s" for narrow, "%ls" for wide text) and gives it to the logger. A
-/// message of more than 4095 bytes is cut there. Without a logger the arguments are not touched.
+/// Formats a message (printf format in UTF-8; "%s" for narrow, "%ls" for wide text) and passes it to the logger. A
+/// message is cut after 4095 bytes. Without a logger the arguments are not converted.
 template <typename... Types>
 void logMessage(int32_t level, const char* function, int32_t line, const char* format, const Types&... arguments) {
     const auto logger = g_logger.get();

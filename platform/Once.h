@@ -1,4 +1,4 @@
-// Work that is done once a process.
+// Work that is done once for the process.
 #pragma once
 
 #include <mutex>
@@ -7,8 +7,8 @@
 
 namespace pdx {
 
-/// Done by the first thread, while others wait. Owns nothing of the system and has no destructor; the toolchain never
-/// frees what a guarded static of the language waits with.
+/// The first thread does the work, while others wait. Has no system object and no destructor, unlike a guarded local
+/// static, whose wait object the toolchain never frees.
 class Once {
   public:
     constexpr Once() noexcept = default;

@@ -5,8 +5,8 @@
 namespace pdx {
 namespace {
 
-/// As deleting by name works since Windows 10: the name is free at once, although others may hold the file. Older
-/// systems and other file systems refuse it. Not every version of the platform's headers has the names.
+/// Deletes with POSIX semantics, as Windows 10 does by name: the name is free at once, although others may hold the
+/// file. Older systems and other file systems refuse it. Not every version of the platform's headers has the constants.
 bool deleteAtOnce(HANDLE entry) {
     constexpr auto dispositionEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
     constexpr DWORD deletes = 0x01;
@@ -22,7 +22,7 @@ bool deletePlainly(HANDLE entry) {
 }
 
 bool setAttributes(HANDLE entry, DWORD attributes) {
-    FILE_BASIC_INFO basic{};  // a time of 0 stays as it is
+    FILE_BASIC_INFO basic{};  // a time of 0 is not changed
     basic.FileAttributes = attributes ? attributes : FILE_ATTRIBUTE_NORMAL;
     return SetFileInformationByHandle(entry, FileBasicInfo, &basic, sizeof basic);
 }
@@ -37,7 +37,7 @@ FileHandle openEntry(const std::wstring& path, DWORD access, DWORD share) {
 
 FileHandle openToDelete(const std::wstring& path) {
     FileHandle entry = openEntry(path, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, shareAll);
-    // The right to delete may come from the folder, that to change attributes only from the entry itself.
+    // The folder may grant the right to delete; only the entry grants the right to change attributes.
     if (!entry && GetLastError() == ERROR_ACCESS_DENIED)
         entry = openEntry(path, DELETE | FILE_READ_ATTRIBUTES, shareAll);
     return entry;
@@ -45,7 +45,7 @@ FileHandle openToDelete(const std::wstring& path) {
 
 std::wstring finalPathOf(HANDLE file, DWORD form) {
     wchar_t buffer[pathCapacity];
-    // The length without the end mark if it fits, otherwise the size that it takes with it.
+    // The length without the end mark if the path fits, otherwise the size with it.
     const DWORD length = GetFinalPathNameByHandleW(file, buffer, pathCapacity, form);
     if (length < pathCapacity) return {buffer, length};
     std::wstring path(length, L'\0');
@@ -62,7 +62,7 @@ bool deleteByHandle(HANDLE entry) {
         setAttributes(entry, basic.FileAttributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY))) {
         const bool deleted = deletePlainly(entry);
         const DWORD secondError = GetLastError();
-        // A file has its attributes under all its names, and another of them may be somebody else's.
+        // All names of a file share its attributes, and another user may own another name.
         setAttributes(entry, basic.FileAttributes);
         SetLastError(secondError);
         return deleted;

@@ -1,4 +1,4 @@
-// Which system this is: for the start-up test by its true version, for telemetry by a name.
+// The operating system: its true version for the start-up check, and its name for telemetry.
 #pragma once
 
 #include <optional>
@@ -9,18 +9,18 @@
 namespace pdx {
 
 /// The system's name, "Win 10" or "Wine 8": the version of Wine itself, or of Windows' kernel32.dll, which no
-/// compatibility setting changes. A name that is not in the table logs "Invalid OS info enum value [%d]" at ERROR and
-/// gives the empty text.
+/// compatibility setting changes. Empty for a system without a name, which logs "Invalid OS info enum value [%d]" at
+/// ERROR.
 std::string getOsVersion();
 
-/// The machine's architecture, "AMD64", also where this process is emulated. A number without a name logs "Invalid
-/// processor architecture value [%d]" at ERROR and gives "Unknown".
+/// The machine's architecture, "AMD64", also in an emulated process. "Unknown" for a number without a name, which logs
+/// "Invalid processor architecture value [%d]" at ERROR.
 std::string getProcessorArchitecture();
 
 /// The version that the system reports (RtlGetVersion), unlike GetVersionExW not changed by a missing manifest.
 /// Under Wine this is the version set for the prefix, which kernel32.dll's own is not. All zero on failure.
 OsInfo systemVersion();
-/// Whether the system is a 64-bit one; this process may be a 32-bit one.
+/// Whether the system has 64 bits; this process has 32.
 bool isSystem64Bit();
 
 /// The version in the fixed version information of kernel32.dll, and whether this is a workstation.

@@ -10,7 +10,7 @@ namespace pdx {
 namespace {
 
 HRESULT WINAPI appendShort(wchar_t* path, size_t size, const wchar_t* more) {
-    // PathAppendW itself takes no size and writes up to MAX_PATH characters.
+    // PathAppendW has no size parameter and writes up to MAX_PATH characters.
     wchar_t joined[MAX_PATH];
     if (wcslen(path) + 1 + wcslen(more) >= MAX_PATH) return E_OUTOFMEMORY;
     wcscpy(joined, path);
@@ -30,7 +30,7 @@ HRESULT WINAPI addBackslashByHand(wchar_t* path, size_t size) {
     return S_OK;
 }
 
-/// A buffer with the path in it and so many characters more.
+/// A buffer with the path and that many more characters.
 std::wstring withCapacity(std::wstring_view path, size_t more) {
     std::wstring buffer(path);
     buffer.resize(path.size() + more + 2);

@@ -14,11 +14,11 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 namespace pdx {
 namespace {
 
-/// The file that a module was loaded from; the null module is the program.
+/// The file of a module; null means the program.
 std::wstring moduleFile(HMODULE module) {
     wchar_t path[pathCapacity + 1];
     const DWORD length = GetModuleFileNameW(module, path, static_cast<DWORD>(std::size(path)));
-    // A path that does not fit is cut and fills the buffer.
+    // A path that is too long is cut and fills the buffer.
     return length < std::size(path) ? std::wstring(path, length) : std::wstring();
 }
 

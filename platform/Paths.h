@@ -1,4 +1,4 @@
-// Folders, the places of files, and names, as the system has them. All paths are wide; a failure gives the empty text.
+// Folders, paths of files, and names from the system. All paths are wide; on failure empty.
 #pragma once
 
 #include <shtypes.h>
@@ -8,22 +8,22 @@
 
 namespace pdx {
 
-/// The module that holds this code: the library, or the program that it is linked into.
+/// The module with this code: the library, or the program that it is linked into.
 HMODULE libraryModule();
 
 /// The temporary folder with a backslash at its end; logs "Failed to retrieve temp path" at INFO on failure.
 std::wstring getTempPath();
 /// A file in the folder of this library.
 std::wstring getModuleFilePath(const std::wstring& name);
-/// The running program, whole or its last component alone; 4096 characters at most.
+/// The path of the running program, or only its last component; 4096 characters at most.
 std::wstring getProcessFilePath();
 std::wstring getProcessFileName();
-/// A folder of the shell without a final separator, whether it exists or not.
+/// A known folder without a final separator, also if it does not exist.
 std::wstring getKnownFolderPath(REFKNOWNFOLDERID id);
 /// A variable of this process's environment; empty if it is unset or has more than 4096 characters.
 std::wstring getEnvironmentText(const std::wstring& name);
 
-// The logger needs these three, so they log nothing; it logs what is missing (platform/Log.cpp).
+// The logger uses these three, so they log nothing; the logger logs their failures (platform/Log.cpp).
 /// The user's profile folder without a final separator.
 std::wstring getProfilePath();
 /// The user's name, 255 characters at most.

@@ -8,12 +8,12 @@
 
 namespace pdx {
 
-/// A thread that prepares itself while others are busy: what the system sets up for each thread, and what has to be
-/// used on one thread only. All calls on the owner's thread.
+/// A thread that prepares its work while others are busy: system structures for each thread, and objects that only this
+/// thread may use. All calls on the owner's thread.
 class PreparedThread {
   public:
     PreparedThread() : routineGiven(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
-    /// Ends a thread for which there was no routine; one that has one is joined by its starter.
+    /// Ends a thread without a routine. The starter must have joined one with a routine.
     ~PreparedThread() {
         SetEvent(routineGiven.get());
         thread.join();
@@ -21,13 +21,13 @@ class PreparedThread {
     PreparedThread(const PreparedThread&) = delete;
     PreparedThread& operator=(const PreparedThread&) = delete;
 
-    /// Starts the thread with a preparation, which has to have an end. What it throws ends it. Where the system gives
-    /// no thread, start() tries again.
+    /// Starts the thread with a preparation, which must end; an exception ends it. If no thread can be made, start()
+    /// tries again.
     void prepare(std::function<void()> work) {
         preparation = std::move(work);
         thread.start(run, this);
     }
-    /// Does the routine after the preparation, if there is one; false if the system gives no thread.
+    /// Runs the routine after the preparation, if any; false if no thread can be made.
     bool start(Thread::Routine given, void* itsArgument) {
         routine = given;
         argument = itsArgument;
@@ -45,7 +45,7 @@ class PreparedThread {
         try {
             if (self.preparation) self.preparation();
         } catch (const std::exception&) {
-            // Out of memory: the routine finds less ready.
+            // Out of memory: the routine runs without a full preparation.
         }
         WaitForSingleObject(self.routineGiven.get(), INFINITE);
         return self.routine ? self.routine(self.argument) : 0;

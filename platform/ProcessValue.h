@@ -1,4 +1,4 @@
-// A value that is looked up once for the process.
+// A value that is made once for the process.
 #pragma once
 
 #include <chrono>
@@ -10,8 +10,8 @@
 
 namespace pdx {
 
-/// Made by the first thread that asks for it, while others wait, and the same from then on. It has no destructor, for
-/// the reason that ServiceHolder has none; an ordinary unload calls clear().
+/// Made by the first thread that needs it, while others wait, and never changed. It has no destructor for the same
+/// reason as ServiceHolder; an ordinary unload calls clear().
 template <typename Value>
 class ProcessValue {
   public:
@@ -31,7 +31,7 @@ class ProcessValue {
         const std::unique_lock guard(lock, bound);
         return guard ? &made(std::forward<Maker>(make)) : nullptr;
     }
-    /// Once nobody uses the value any more.
+    /// Only when the value is no longer used.
     void clear() {
         const std::lock_guard guard(lock);
         delete std::exchange(value, nullptr);

@@ -41,7 +41,7 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
 }
 
 Handle startProgram(const ProgramStart& program) {
-    // The empty name would open a folder's window.
+    // The shell would open a folder for an empty name.
     if (program.file.empty()) return Handle();
     SHELLEXECUTEINFOW start{};
     start.cbSize = sizeof start;
@@ -76,10 +76,9 @@ void terminateProcesses(std::span<const std::wstring_view> names) {
         Handle process(OpenProcess(PROCESS_TERMINATE, FALSE, entry.th32ProcessID));
         if (!process) continue;
         PDX_LOG(logInfo, "terminateProcesses", "Terminating %ls", entry.szExeFile);
-        // A process that is ending already refuses this; it is kept all the same, for its files stay open until it is
-        // gone.
+        // May fail for a process that is ending; its end is awaited too, because its files are open until then.
         TerminateProcess(process.get(), terminatedExitCode);
-        // The right to end a process is not the right to wait for it; the first handle keeps the id from being reused.
+        // Another handle, because the right to end a process is not the right to wait. The first keeps the id reserved.
         Handle waitable(OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID));
         if (waitable) ending.push_back(waitable.get());
         owners.push_back(std::move(process));

@@ -1,4 +1,4 @@
-// This process's rights and arguments, other processes, and the start of programs.
+// The rights and arguments of this process, other processes, and starting programs.
 #pragma once
 
 #include <windows.h>
@@ -20,7 +20,7 @@ bool isElevated();
 /// The arguments of this process after the program, as the system splits them.
 std::vector<std::wstring> processArguments();
 
-/// The processes that ran when it was made.
+/// The processes that ran when the snapshot was made.
 class ProcessSnapshot {
   public:
     ProcessSnapshot();
@@ -37,11 +37,11 @@ struct ProgramStart {
     std::wstring verb = L"open";  ///< "runas" to elevate
     std::wstring file;
     std::wstring parameters = {};
-    std::wstring folder = {};  ///< to work in; empty for this process's own
+    std::wstring folder = {};  ///< current folder; empty for that of this process
     int show = SW_SHOW;
 };
 
-/// Starts a program. The handle is that of the new process, if the system gave one; nothing is logged.
+/// Starts a program. Returns the handle of the new process, if there is one; logs nothing.
 Handle startProgram(const ProgramStart& program);
 
 /// Ends every process whose program has one of the names, compared without regard to case, with exit code 9. Waits
@@ -49,8 +49,7 @@ Handle startProgram(const ProgramStart& program);
 /// be opened is left running.
 void terminateProcesses(std::span<const std::wstring_view> names);
 
-/// Waits until all of the handles are signalled, however many there are; false at once for one that cannot be waited
-/// for.
+/// Waits until all handles are signalled, also more than the system's 64. False at once if one cannot be waited for.
 bool waitForAll(std::span<const HANDLE> handles);
 
 }  // namespace pdx

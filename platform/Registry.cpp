@@ -9,7 +9,7 @@
 namespace pdx {
 namespace {
 
-/// Both 0 on failure.
+/// Counts of a key's subkeys and values; both 0 on failure.
 struct KeyContent {
     explicit KeyContent(HKEY key) {
         isKnown = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, &values, nullptr,
@@ -52,7 +52,7 @@ RegistryKey RegistryKey::createSubKey(const std::wstring& path, bool writable) c
 }
 
 RegistryValue RegistryKey::getValue(const std::wstring& name, RegistryValue defaultValue) const {
-    // The last character is never given away, so that a text stored without its end mark ends all the same.
+    // The last character stays zero, so that a text stored without its end mark ends.
     wchar_t buffer[2048]{};
     DWORD size = sizeof buffer - sizeof(wchar_t);
     DWORD type = REG_NONE;
@@ -99,9 +99,9 @@ bool RegistryKey::deleteValue(const std::wstring& name) {
 
 bool RegistryKey::deleteTree(const std::wstring& path) {
     if (!handle || path.empty()) return false;
-    // The system's function knows no view: below a predefined root it would work in that of the process, not in this
-    // key's. A key that was opened in a view keeps it. So the tree's own key is emptied and then deleted by the
-    // function that takes a view.
+    // The system's function has no view parameter: below a predefined root it would use the process's view. A key that
+    // was opened in a view keeps it. So the key is opened, emptied, and then deleted by the function with a view
+    // parameter.
     UniqueHandle<RegistryKeyTraits> tree;
     const LSTATUS opened = RegOpenKeyExW(get(), path.c_str(), 0, accessMask(true), tree.put());
     if (opened != ERROR_SUCCESS) return opened == ERROR_FILE_NOT_FOUND;
@@ -123,7 +123,7 @@ void RegistryKey::enumerateSubKeys(const std::function<bool(RegistryKey& key, co
             wchar_t name[260]{};
             DWORD size = static_cast<DWORD>(std::size(name));
             const LSTATUS error = RegEnumKeyExW(get(), index, name, &size, nullptr, nullptr, nullptr, nullptr);
-            // Without this a key that was deleted meanwhile would be walked through all 32-bit numbers.
+            // Without this the walk over a key that was deleted meanwhile would try all 32-bit indices.
             if (error != ERROR_SUCCESS && index >= KeyContent(get()).subKeys)
                 return SubKeyAnswer{ERROR_NO_MORE_ITEMS, {}};
             return SubKeyAnswer{error, name};

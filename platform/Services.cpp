@@ -14,11 +14,11 @@ namespace {
 
 using ServiceHandle = Owned<SC_HANDLE, CloseServiceHandle>;
 
-/// How many polls a wait makes, at equal parts of its time-out.
+/// The polls of a wait, in equal parts of its time-out.
 constexpr int32_t polls = 10;
 
 uint32_t pauseOf(uint64_t timeoutMilliseconds) {
-    // INFINITE would be no pause but the end of the thread.
+    // A pause of INFINITE would never end.
     return static_cast<uint32_t>(std::min<uint64_t>(timeoutMilliseconds / polls, INFINITE - 1));
 }
 

@@ -8,8 +8,8 @@ namespace {
 HMODULE loadFromSystemFolder(const wchar_t* name, LibraryLoader load) {
     const HMODULE library = load(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (library || GetLastError() != ERROR_INVALID_PARAMETER) return library;
-    // Windows 7 without its update KB2533623 does not know the flag. With a full path this one makes it look for what
-    // the library imports in the library's folder first.
+    // Windows 7 without its update KB2533623 does not support the flag. With a full path the flag below makes it search
+    // the library's folder first for the library's imports.
     wchar_t folder[MAX_PATH];
     const UINT length = GetSystemDirectoryW(folder, MAX_PATH);
     if (length == 0 || length >= MAX_PATH) return nullptr;
@@ -25,7 +25,7 @@ HMODULE systemLibrary(const wchar_t* name) {
 
 HMODULE loadSystemLibrary(const wchar_t* name, LibraryLoader load) {
     const HMODULE library = loadFromSystemFolder(name, load);
-    // Windows 7 has GDI+ in no system folder. It leads the bare name to the assembly before it searches any folder.
+    // On Windows 7 GDI+ is not in the system folder. The bare name means the assembly there, before any folder.
     return library || std::wstring_view(name) != L"gdiplus.dll" ? library : load(name, nullptr, 0);
 }
 

@@ -6,7 +6,7 @@
 namespace pdx {
 namespace {
 
-/// By WmiConnection::Step.
+/// Names for the log, by WmiConnection::Step.
 constexpr const char* wmiSteps[] = {"create WbemLocator", "connect to server", "set proxy to server"};
 
 std::shared_ptr<WmiServices> setUpWmi(const ConnectWmi& connect, const std::wstring& nameSpace) {
@@ -17,7 +17,7 @@ std::shared_ptr<WmiServices> setUpWmi(const ConnectWmi& connect, const std::wstr
     return {};
 }
 
-/// Without a connection there are no rows.
+/// Calls nothing without a connection.
 void execWbemServicesQuery(const std::shared_ptr<WmiServices>& services, const std::wstring& query,
                            const std::function<bool(const WmiRow& row)>& function) {
     if (!services) return;
@@ -26,7 +26,7 @@ void execWbemServicesQuery(const std::shared_ptr<WmiServices>& services, const s
         PDX_LOG(logInfo, "`anonymous-namespace'::execWbemServicesQuery", "Query failed: [%ls]; hr=%08x", query, result);
 }
 
-/// Empty if the property is no text.
+/// Empty if the property is not a text.
 std::string getWmiString(const WmiRow& row, const wchar_t* name) { return toUtf8(row(name).text); }
 
 }  // namespace

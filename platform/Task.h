@@ -1,4 +1,4 @@
-// Work in parallel to the thread that needs its result.
+// Work in parallel with the thread that needs its result.
 #pragma once
 
 #include <exception>
@@ -9,8 +9,8 @@
 
 namespace pdx {
 
-/// Work on a thread of its own, which the constructor starts; where the system gives no thread, wait() does it. An
-/// exception ends it. The object waits for its end, so the work has to have one.
+/// Work on a separate thread, which the constructor starts; if no thread can be made, wait() does the work. An
+/// exception ends the work. The destructor waits, so the work must end.
 class Task {
   public:
     explicit Task(std::function<void()> job) : work(std::move(job)) { waiting = !thread.start(run, this); }
@@ -18,7 +18,7 @@ class Task {
     Task(const Task&) = delete;
     Task& operator=(const Task&) = delete;
 
-    /// Until the work is done. One thread at a time.
+    /// Waits until the work has ended. One thread at a time.
     void wait() {
         if (std::exchange(waiting, false)) run(this);
         thread.join();
@@ -36,7 +36,7 @@ class Task {
 
     std::function<void()> work;
     Thread thread;
-    bool waiting = false;  ///< for somebody to do the work
+    bool waiting = false;  ///< the work has not been started
 };
 
 }  // namespace pdx

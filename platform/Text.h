@@ -1,4 +1,4 @@
-// Texts as the system compares them; their conversion is in platform/rules/Utf8.h.
+// Comparing texts by the system's rules. Conversions are in platform/rules/Utf8.h.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-/// The text of an argument that may be null, which counts as empty.
+/// The text of an argument; null counts as empty.
 inline const wchar_t* textOrEmpty(const wchar_t* text) { return text ? text : L""; }
 
 /// Lower-cased by the system's rules for the user's locale, as file names and process names are compared.

@@ -1,4 +1,4 @@
-// How an exception that nothing may catch reaches the handling of crashes.
+// How an uncaught C++ exception becomes a crash.
 #pragma once
 
 #include <windows.h>
@@ -10,12 +10,12 @@ namespace pdx {
 /// The structured exception for an uncaught C++ exception: severity error, customer code.
 inline constexpr DWORD uncaughtExceptionCode = 0xE0504458;
 
-/// Installs a terminate handler that raises uncaughtExceptionCode: this toolchain's own would end the process past the
-/// filter of unhandled exceptions. Has no further effect when called again. Any thread.
+/// Installs a terminate handler that causes the exception uncaughtExceptionCode. The toolchain's handler would end the
+/// process without calling the filter of unhandled exceptions. May be called repeatedly, on any thread.
 void installTerminateHandler();
 
-/// Runs a step whose exceptions are crashes. The guards of the engine's callbacks and of window messages keep every
-/// other exception from their callers, but do not see these. Access violations need no such step.
+/// Runs a step whose exceptions count as crashes: the guards of callbacks and window messages do not catch them. Access
+/// violations are never caught, so they need no such step.
 template <typename Step>
 decltype(auto) crashOnException(Step&& step) noexcept {
     return std::forward<Step>(step)();

@@ -15,7 +15,7 @@ struct HttpUrl {
     std::wstring extra;   ///< query and fragment with the leading "?", up to 1024
 };
 
-/// The parts of a URL given in UTF-8; all empty if it is none, which is not logged: it shows at the first use.
+/// The parts of a URL in UTF-8; all empty for a malformed one. Logs nothing: the first request fails.
 HttpUrl parseUrl(std::string_view url);
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// Identifiers that occur once.
+// Unique identifiers.
 #pragma once
 
 #include <string>

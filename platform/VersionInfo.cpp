@@ -12,14 +12,14 @@
 namespace pdx {
 namespace {
 
-/// How the version information names a language and its code page.
+/// A language and its code page, as the version information lists them.
 struct Translation {
     WORD language;
     WORD codePage;
 };
 
-/// What the record holds under a name, as elements of the given type; empty if there is nothing. The size is in bytes,
-/// that of a text in characters with the end mark. It stands in the file, which may be anybody's.
+/// The record's data under a name, as elements of the given type; empty if there is none. The size is in bytes, for a
+/// text in characters with the end mark. The file contains it, so it is not trusted.
 template <typename Element>
 std::span<const Element> valueOf(const std::vector<std::byte>& record, const std::wstring& name, size_t unit) {
     void* value = nullptr;
@@ -31,7 +31,7 @@ std::span<const Element> valueOf(const std::vector<std::byte>& record, const std
 }  // namespace
 
 VersionInfo::VersionInfo(const std::wstring& path, Language language) {
-    // The functions with flags are looked up, for the import library of the toolchain lacks them.
+    // Looked up, because the toolchain's import library lacks the functions with flags.
     using GetSize = DWORD(WINAPI*)(DWORD, const wchar_t*, DWORD*);
     using GetRecord = BOOL(WINAPI*)(DWORD, const wchar_t*, DWORD, DWORD, void*);
     const HMODULE library = systemLibrary(L"version.dll");

@@ -1,4 +1,4 @@
-// What a program says of itself in its version information.
+// The version information of a program's file.
 #pragma once
 
 #include <windows.h>
@@ -10,14 +10,14 @@
 
 namespace pdx {
 
-/// The version information of one file; empty if the file has none or is not there. Nothing is logged.
+/// The version information of one file; empty if the file has none or does not exist. Logs nothing.
 class VersionInfo {
   public:
-    /// Whether the record may come from the resource file of the user's language, or from the file itself alone.
+    /// The record from the resource file of the user's language if there is one, or only from the file itself.
     enum class Language { users, neutral };
     explicit VersionInfo(const std::wstring& path, Language language = Language::users);
 
-    /// The numbers of the fixed part; nothing where that is missing or has another size or mark.
+    /// The numbers of the fixed part; nothing if that is missing or malformed.
     [[nodiscard]] std::optional<VS_FIXEDFILEINFO> fixed() const;
     /// The text of that name, such as "FileDescription", in the first of the file's languages that has it.
     [[nodiscard]] std::wstring text(const std::wstring& name) const;

@@ -34,7 +34,7 @@ WmiValue readProperty(IWbemClassObject& row, const wchar_t* name) {
             return {WmiValue::Kind::null, {}, 0};
         case VT_BSTR:
             return {WmiValue::Kind::text, textOrEmpty(property->bstrVal), 0};
-        // The service passes every whole number of up to 32 bits in one of these.
+        // WMI returns every integer of up to 32 bits in one of these types.
         case VT_I4:
             return {WmiValue::Kind::number, {}, property->lVal};
         case VT_I2:

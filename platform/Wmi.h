@@ -11,10 +11,10 @@
 
 namespace pdx {
 
-/// A row of an answer: gives the property of a name, a text up to its first zero.
+/// A row of a result: returns a property by its name, a text up to its first zero.
 using WmiRow = std::function<WmiValue(const wchar_t* name)>;
 
-/// A namespace that is connected to.
+/// A connection to a namespace.
 class WmiServices {
   public:
     virtual ~WmiServices() = default;

@@ -9,7 +9,7 @@ namespace {
 constexpr CLSID domDocument60Class = {0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
 constexpr IID domDocument3Interface = {0x2933bf96, 0x7b36, 0x11d2, {0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60}};
 
-/// A step succeeded and gave something: S_FALSE with nothing means a missing attribute or node.
+/// Whether a step succeeded with a result: S_FALSE without one means a missing attribute or node.
 template <typename Given>
 bool gave(HRESULT result, const Given& given) {
     return SUCCEEDED(result) && given;
@@ -18,7 +18,7 @@ bool gave(HRESULT result, const Given& given) {
 }  // namespace
 
 ComPtr<IXMLDOMDocument2> newXmlDocument() {
-    // The third interface begins with the methods of the second, which are all that is called.
+    // The third interface begins with the methods of the second, and only those are called.
     ComPtr<IXMLDOMDocument2> document;
     if (FAILED(CoCreateInstance(domDocument60Class, nullptr, CLSCTX_ALL, domDocument3Interface, document.putVoid())))
         return nullptr;

@@ -19,7 +19,7 @@ struct Element {
     std::string_view text;
 };
 
-/// A document that is built element by element. Any failure leaves it without text.
+/// A document that is built element by element. After any failure its text is empty.
 class RequestDocument {
   public:
     RequestDocument() : document(newXmlDocument()), whole(static_cast<bool>(document)) {}
@@ -43,7 +43,7 @@ class RequestDocument {
     bool whole;
 };
 
-/// The request for a place as XML; empty if the system's XML writer cannot be had.
+/// The request for an upload address, as XML; empty if the system's XML writer is unavailable.
 std::string uploadRequest(const ErrorReport& report, const std::string& launchSource) {
     const std::string size = std::to_string(report.package.size());
     const Element elements[] = {
@@ -68,7 +68,7 @@ std::string uploadRequest(const ErrorReport& report, const std::string& launchSo
     return document.text();
 }
 
-/// Fills in trackingId and the report's signedUrl, both or neither.
+/// Sets trackingId and the report's signedUrl, both or neither.
 bool requestUpload(ErrorReport& report, std::string& trackingId) {
     const std::string xml = uploadRequest(report, getConfigString("app.installertype"));
     if (xml.empty()) return false;
@@ -98,14 +98,14 @@ void uploadData(const ErrorReport& report, const std::string& trackingId) {
                 {"x-amz-meta-size", size},
                 {"Content-MD5", report.b64Md5}});
     client.readResponse();
-    // Whatever the service answered: its status is not known.
+    // For any answer: the HTTP client does not read the status.
     PDX_LOG(logInfo, "`anonymous-namespace'::uploadData", "Uploaded report with trackingId=%s", trackingId);
 }
 
 }  // namespace
 
 std::string sendErrorReport(const ReportFiles& files) noexcept {
-    // Known as soon as the service gave a place, also if the upload fails.
+    // Set once the service has named an address, and kept if the upload fails.
     std::string trackingId;
     try {
         ComApartment com;
@@ -114,7 +114,7 @@ std::string sendErrorReport(const ReportFiles& files) noexcept {
         buildPackage(report, files);
         if (requestUpload(report, trackingId)) uploadData(report, trackingId);
     } catch (const std::exception& problem) {
-        // The text of an exception is an argument, never the format.
+        // The exception's text is an argument, never the format.
         PDX_LOG(logError, "sendErrorReport", "The error report failed: %s", problem.what());
     }
     return trackingId;

@@ -1,4 +1,4 @@
-// The report of a failed run: a package of logs for the maker's support, sent when the user has agreed to it.
+// The report of a failed run: a package of logs for the maker's support, sent with the user's consent.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace pdx {
 
-/// Packs the files, requests a place from the configured service (app.oer.url), and puts the package there. The
-/// report's tracking id; empty if the service gave no place. Blocks the thread until all is done: its requests wait as
-/// long as the platform does. Never throws; a failure is logged and otherwise silent.
+/// Packs the files, requests an upload address from the configured service (app.oer.url), and uploads the package.
+/// Returns the report's tracking id; empty if the service named no address. Blocks until the upload has ended, as long
+/// as the platform's requests take. Never throws; failures are only logged.
 std::string sendErrorReport(const ReportFiles& files) noexcept;
 
 }  // namespace pdx

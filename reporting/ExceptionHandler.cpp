@@ -46,8 +46,7 @@ constinit ServiceHolder<ExceptionHandler> g_exceptionHandler;
 
 ExceptionHandler::ExceptionHandler(CrashBox showBox)
     : previousFilter(SetUnhandledExceptionFilter(filterOfProcess)), box(std::move(showBox)) {
-    // The filter of a handler that a thread still holds, and that is therefore still set: it would call itself without
-    // an end.
+    // Set while a thread still holds an earlier handler of the library: chaining to it would recurse without end.
     if (previousFilter == filterOfProcess) previousFilter = nullptr;
 }
 
@@ -71,7 +70,7 @@ void ExceptionHandler::report(const EXCEPTION_POINTERS& pointers) {
                   true);
     const auto translator = g_translator.get();
     if (!translator) return;
-    // While the box waits, the worker posts the event.
+    // The worker posts the event while the box is open.
     box(translator->translate(L"installer_error_unknown"), translator->translate(L"installer_error_unknown_title"));
 }
 
@@ -93,7 +92,7 @@ std::string signatureOf(const EXCEPTION_POINTERS& pointers) {
     const HANDLE thread = GetCurrentThread();
     static_assert(sizeof(void*) == 4, "the walk reads the registers of a 32-bit process");
     const auto walk = lookUp<decltype(&StackWalk64)>(stackWalker(), "StackWalk64");
-    // Each frame is above the last one: a damaged chain that leads back ends the walk.
+    // Each frame must be above the last one: a damaged chain could loop.
     for (DWORD64 below = 0;
          walk && walk(IMAGE_FILE_MACHINE_I386, process, thread, &frame, &context, nullptr, nullptr, nullptr, nullptr) &&
          frame.AddrStack.Offset >= below;

@@ -16,10 +16,10 @@ namespace pdx {
 /// Shows a message and waits until the user has closed it.
 using CrashBox = std::function<void(const std::wstring& text, const std::wstring& caption)>;
 
-/// The process's filter of unhandled exceptions as long as it lives. One process reports one crash.
+/// The process's filter of unhandled exceptions during the object's life. One process reports one crash.
 class ExceptionHandler {
   public:
-    /// Replaces the current filter, if any. That of another handler of the library counts as none.
+    /// Replaces the current filter, and chains to it unless it belongs to another handler of the library.
     explicit ExceptionHandler(CrashBox showBox = showCrashBox);
     /// Puts the earlier filter back.
     ~ExceptionHandler();
@@ -27,8 +27,8 @@ class ExceptionHandler {
     ExceptionHandler& operator=(const ExceptionHandler&) = delete;
 
     /// Runs on the thread that faulted. The first fatal exception sends the event "erro.crit.cras" and shows the box;
-    /// one on another thread meanwhile waits for that and shows nothing. Returns what the earlier filter
-    /// returns, EXCEPTION_CONTINUE_SEARCH without one.
+    /// one on another thread waits until the box is closed. Returns the earlier filter's result, or
+    /// EXCEPTION_CONTINUE_SEARCH without an earlier filter.
     LONG filter(EXCEPTION_POINTERS* pointers);
 
     /// A message box without an owner.
@@ -38,20 +38,20 @@ class ExceptionHandler {
     void report(const EXCEPTION_POINTERS& pointers);
 
     LPTOP_LEVEL_EXCEPTION_FILTER previousFilter = nullptr;
-    /// Recursive: a fault in the flow itself calls the filter again on the same thread, and must find `handled` set.
+    /// Recursive: a fault in report() calls the filter again on the same thread, which then finds `handled` set.
     RecursiveLock lock;
     bool handled = false;
     CrashBox box;
 };
 
-/// Loads what a crash's signature needs, so that the process that crashes does not have to. Takes some milliseconds.
+/// Loads the library that a crash's signature needs, so that a crashing process need not. Takes some milliseconds.
 void loadStackWalker();
 
 /// The handler, null until the application object has made it.
 extern ServiceHolder<ExceptionHandler> g_exceptionHandler;
 
-/// Sets a handler for an object's life. The one of an object before a reload is destroyed first, so that the new
-/// handler finds the filter before it.
+/// Sets a handler for an object's life. Destroys the handler of the object before a reload first, so that the new one
+/// chains to the filter before that.
 class ExceptionHandlerLife : public ServiceLife<ExceptionHandler> {
   public:
     ExceptionHandlerLife() : ServiceLife(g_exceptionHandler, makeNext()), preparation(loadStackWalker) {}

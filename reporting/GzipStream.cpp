@@ -29,7 +29,7 @@ std::string GzipStream::finish() {
 }
 
 void GzipStream::pack(std::string_view bytes, int flush) {
-    // zlib reads the input and declares it without const.
+    // zlib only reads the input, but declares it without const.
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
     stream.avail_in = static_cast<uInt>(bytes.size());
     do {

@@ -1,4 +1,4 @@
-// Bytes packed into a gzip stream in memory.
+// A gzip stream in memory.
 #pragma once
 
 #include <zlib.h>
@@ -10,8 +10,7 @@
 
 namespace pdx {
 
-/// One gzip stream at the highest level. Of the unpacked bytes it holds zlib's window and a buffer alone, however many
-/// they are.
+/// One gzip stream at the highest level. Of the unpacked bytes it holds only zlib's window and a buffer.
 class GzipStream {
   public:
     /// Throws std::bad_alloc if zlib cannot be set up.
@@ -30,7 +29,7 @@ class GzipStream {
 
     z_stream stream{};
     std::array<Bytef, 65536> buffer;
-    /// In pieces: one growing text would be copied each time it moves, and be in memory twice.
+    /// In pieces: a single growing text would be copied at each growth, and be in memory twice.
     std::deque<std::string> packed;
 };
 

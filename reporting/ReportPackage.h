@@ -12,21 +12,19 @@ namespace pdx {
 /// The files of a report, each once.
 using ReportFiles = std::set<std::wstring, LessIgnoreCase>;
 
-/// A report of this machine and this moment: it has its time stamp and the name of its package, but no package yet.
+/// A report about this machine, with its time stamp and the file name of its package, but without the package.
 ErrorReport newErrorReport();
 
-/// Fills in the package and its digest: two sections about the user and the machine, and one for each file
-/// in the set's order. Each line of a log has the user's profile path and the login code taken out; UTF-16 logs
-/// become UTF-8. A file that cannot be opened gets no section, one of less than two bytes an empty one; files may be in
-/// use and may grow. Holds a block of a file, a begun line of 1 MiB at most and the package in memory. Throws
-/// std::bad_alloc.
+/// Sets the package and its digest: two sections about the user and the machine, and one for each file in the set's
+/// order. The user's profile path and the login code are removed from logs (LogScrubber), and UTF-16 logs become UTF-8.
+/// A file that cannot be opened has no section, one of fewer than two bytes an empty one. Files may be in use and may
+/// grow. In memory are a block of a file, a line of at most 1 MiB, and the package. Throws std::bad_alloc.
 void buildPackage(ErrorReport& report, const ReportFiles& files);
 
-/// All files that begin as one of the stems (paths without their ending), added to the set: a log that has rolled over
-/// leaves several.
+/// Adds all files whose paths begin with the stem, a path without its ending: a log may roll over to several files.
 void addFilesOfStem(ReportFiles& files, const std::wstring& stem);
 
-/// Frees what was looked up once for the process, when the library is unmapped in a process that continues.
+/// Frees the values looked up for the process, when the library is unmapped in a process that continues.
 void releaseReportPackage();
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// Where the service of error reports wants a report put.
+// The upload address that the error report service names.
 #pragma once
 
 #include <optional>
@@ -12,8 +12,8 @@ struct UploadPlace {
     std::string signedUrl;
 };
 
-/// The service's answer (XML); nothing unless it is well-formed and names both. COM must be initialised on the calling
-/// thread.
+/// Reads the service's answer (XML); nothing unless it is well-formed and has both values. COM must be initialised on
+/// the calling thread.
 std::optional<UploadPlace> readUploadPlace(std::string_view response);
 
 }  // namespace pdx

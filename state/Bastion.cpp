@@ -22,8 +22,8 @@ constexpr DWORD quitTimeMilliseconds = 30000;
 
 std::wstring recordedProgram() { return bastionText(L"BastionPath"); }
 
-/// A handle to query and to wait for the process; one that only queries where waiting is refused. Null, and logged, if
-/// there is none.
+/// A handle to query and to wait for the process, or only to query if waiting is refused. On failure null, which is
+/// logged.
 Handle openProcess(DWORD processId) {
     Handle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION | SYNCHRONIZE, FALSE, processId));
     if (!process) process.reset(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
@@ -31,7 +31,7 @@ Handle openProcess(DWORD processId) {
     return process;
 }
 
-/// The full path of a process's program; empty, and logged, if it cannot be asked.
+/// The full path of a process's program. On failure empty, which is logged.
 std::wstring programOf(HANDLE process) {
     std::array<wchar_t, MAX_PATH + 1> path{};
     DWORD size = path.size();
@@ -43,9 +43,8 @@ std::wstring programOf(HANDLE process) {
 }
 
 /// A running temporary uninstaller: its name begins with "bui" and its file describes itself as "BastionUninstall",
-/// both without regard to case. What cannot be queried is skipped and logged at WARN; a find at INFO. The handle is the
-/// one by which it was recognised, to wait for it: once that is closed the id may be another process's. Null if none
-/// runs.
+/// both without regard to case. Logs a process that cannot be queried at WARN, and a find at INFO. Returns the handle
+/// by which it was recognised: after that is closed the id may belong to another process. Null if none runs.
 Handle runningTempUninstaller() {
     ProcessSnapshot snapshot;
     for (PROCESSENTRY32W entry{}; snapshot.next(entry);) {
@@ -63,8 +62,8 @@ Handle runningTempUninstaller() {
 
 constexpr DWORD pollMilliseconds = 1000;
 
-/// Returns once no temporary uninstaller has run for 3 seconds of the system clock. The work is finished by several
-/// processes, with gaps between them.
+/// Waits until no temporary uninstaller has run for 3 seconds of the system clock. Several processes do the work, with
+/// gaps between them.
 void waitForQuiet() {
     constexpr uint64_t quiet = 3000 * fileTimePerMillisecond;
     for (uint64_t deadline = currentFileTime() + quiet; currentFileTime() < deadline;) {
@@ -75,7 +74,7 @@ void waitForQuiet() {
         }
         PDX_LOG(logInfo, "waitForBastionTempUninstallers",
                 "Found running Bastion Uninstaller, waiting for it to complete");
-        // Without limit. Where waiting is refused, a pause keeps this from being a busy loop.
+        // No time limit. The pause avoids a busy loop if waiting is refused.
         if (WaitForSingleObject(process.get(), INFINITE) == WAIT_FAILED) Sleep(pollMilliseconds);
         deadline = currentFileTime() + quiet;
     }
@@ -87,7 +86,7 @@ bool isPromptOn() { return getConfigBool("app.meridian.promptBastionUninstall", 
 }  // namespace
 
 bool isBastionInstalled() {
-    // The spelling is the older client's own.
+    // The spelling is the older client's.
     return !bastionText(L"InstallSuccesfull").empty();
 }
 

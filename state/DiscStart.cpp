@@ -11,8 +11,8 @@ namespace {
 constexpr const wchar_t* setupConfig = L"/SetupConfig";
 constexpr const wchar_t* keys[] = {setupConfig, L"/contentIds", L"/contentLocation"};
 
-/// Takes an argument that begins with the key and one separating character, whatever it is. False for any other.
-/// Throws for the bare key.
+/// Adds the parameter of an argument that begins with the key and one separator, which may be any character. False for
+/// any other argument. Throws for the bare key.
 bool addItdParameter(const std::wstring& argument, const std::wstring& key, std::wstring& itdParams) {
     if (!argument.starts_with(key)) return false;
     const std::wstring name = key.substr(1);

@@ -23,7 +23,7 @@ bool lockSignedFile(std::vector<FileHandle>& lockedFiles, const std::wstring& pa
     const HANDLE file = finalPrefix.empty()
                             ? INVALID_HANDLE_VALUE
                             : LockFile(lockedFiles, path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, finalPrefix);
-    // Where the locked file lies: a link above the temporary folder may lead elsewhere by now.
+    // The locked file's own path: a link above the temporary folder may have changed.
     const std::wstring locked =
         file == INVALID_HANDLE_VALUE ? std::wstring() : withoutFinalPathStart(finalPathOf(file));
     if (locked.empty()) {
@@ -41,7 +41,7 @@ bool lieInOneFolder(const FileHandle& one, const FileHandle& other) {
     return !folder.empty() && equalsIgnoreCase(folder, removeFileSpec(finalPathOf(other.get())));
 }
 
-/// Whether a process with that parent runs. Another program cannot make itself the child of one with more rights.
+/// Whether a process with that parent runs. No program can make itself the child of one with more rights.
 bool hasChild(DWORD processId) {
     ProcessSnapshot snapshot;
     for (PROCESSENTRY32W entry; processId != 0 && snapshot.next(entry);)
@@ -53,7 +53,7 @@ bool hasChild(DWORD processId) {
 
 bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                             const std::wstring& executable) {
-    // Without a folder there is no place to put anything in.
+    // Without a folder there is nothing to copy to.
     return (folder.empty() || copyIfMissing(getModuleFilePath(plantedLibrary), appendPath(folder, plantedLibrary))) &&
            LockElevatedBinaries(lockedFiles, folder, executable);
 }
@@ -82,7 +82,7 @@ bool awaitElevatedStart(HANDLE copy, const std::function<bool()>& isGivenUp, DWO
     if (!copy) return true;
     const DWORD id = GetProcessId(copy);
     const ULONGLONG begin = GetTickCount64();
-    // No event marks the start's end: it is looked for again and again.
+    // Polled, because no event signals the end of the start.
     while (WaitForSingleObject(copy, startCheckMilliseconds) == WAIT_TIMEOUT) {
         if (hasChild(id)) return true;
         if (isGivenUp()) return false;

@@ -18,8 +18,8 @@ namespace {
 constexpr int32_t lockTries = 25;
 constexpr uint32_t lockDelayMilliseconds = 40;
 
-/// Deletes what stands at the place, if it lies there; the error otherwise. What cannot be deleted is left to the
-/// creation, which then fails.
+/// Deletes an entry at the path if its final path is the expected one, else returns the error. An entry that cannot be
+/// deleted makes the creation fail.
 std::optional<DWORD> clearPlace(const std::wstring& path, const std::wstring& expected) {
     const FileHandle earlier = openToDelete(path);
     if (!earlier) return std::nullopt;
@@ -29,8 +29,8 @@ std::optional<DWORD> clearPlace(const std::wstring& path, const std::wstring& ex
     return error;
 }
 
-/// Deletes the file that was created where it should not be. Its handle lacks the right, which would keep others from
-/// opening the file, so that it is opened again and compared.
+/// Deletes a file that was created at an unexpected place. Its handle has no right to delete, because that right would
+/// keep others from opening the file. So the file is opened again and compared.
 void deleteCreated(FileHandle created, const std::wstring& path) {
     BY_HANDLE_FILE_INFORMATION made{};
     BY_HANDLE_FILE_INFORMATION found{};
@@ -43,7 +43,7 @@ void deleteCreated(FileHandle created, const std::wstring& path) {
         deleteByHandle(again.get());
 }
 
-/// No error if the file is open, is no link and lies at the expected place.
+/// Opens the file; an error if that fails, the file is a link, or its final path is not the expected one.
 std::optional<DWORD> openChecked(FileHandle& file, const std::wstring& path, DWORD access, DWORD share,
                                  DWORD disposition, const std::wstring& expected) {
     if (disposition == CREATE_NEW) {

@@ -1,4 +1,5 @@
-// Files kept open so that nobody else writes to, renames or deletes them. Each is proved to lie where its path says.
+// Files kept open so that no other program writes to, renames or deletes them. Each is proved to be where its path
+// says.
 #pragma once
 
 #include <windows.h>
@@ -10,16 +11,18 @@
 
 namespace pdx {
 
-/// Opens or creates a file, proves that no component of its path below the trusted folder was a link when it was
-/// opened, and puts its handle into the container. finalPrefix is the final path of the trusted folder (GetFinalPath);
-/// links above that folder are followed, and with an empty one the whole path is compared. While the container has the
-/// handle, others have the access that share allows: with FILE_SHARE_READ they can neither write to, rename nor delete
-/// the file. That does not cover a view of the file for writing that somebody mapped before, nor what the path leads to
-/// later. With CREATE_NEW what stands there is deleted first, by handle and after its place was proved; a file that is
-/// created elsewhere is deleted again. Tries 25 times, with 40 milliseconds after each failed try, each of which is
-/// logged at INFO as "Failed to lock file %ls: %s (%08x)" with the system's error: 4395 for a link, 3 if there is no
-/// final path, 0 if it differs from the expected one. Success logs "Locked %ls". Returns the handle, which the
-/// container owns, or INVALID_HANDLE_VALUE.
+/// Opens or creates a file and adds its handle to the container. Proves that no component of its path below the trusted
+/// folder was a link when it was opened. finalPrefix is the final path of the trusted folder (GetFinalPath); links
+/// above that folder are followed. With an empty finalPrefix the whole path is compared.
+///
+/// While the handle is open, others have the access that share allows: with FILE_SHARE_READ they can neither write to,
+/// rename nor delete the file. That does not cover a writable view that was mapped before, nor a later change of links
+/// in the path. With CREATE_NEW an existing entry is deleted first, by handle and after its place was proved. A file
+/// that was created elsewhere is deleted again.
+///
+/// Tries 25 times, with 40 milliseconds after each failure. Logs each failure at INFO as "Failed to lock file %ls: %s
+/// (%08x)" with the system's error. The error is 4395 for a link, 3 without a final path, 0 if that differs from the
+/// expected one. Success logs "Locked %ls". Returns the handle, which the container owns, or INVALID_HANDLE_VALUE.
 HANDLE LockFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path, DWORD access, DWORD share,
                 DWORD disposition, const std::wstring& finalPrefix);
 
@@ -27,12 +30,12 @@ HANDLE LockFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path, 
 /// failure, which is logged at INFO as "Failed to get final path for %ls; error=%08x", and for an empty path.
 std::wstring GetFinalPath(const std::wstring& path);
 
-/// The final path that a path ought to have if no component below the trusted folder is a link; empty if there is none,
-/// with "Bad finalPrefix: %ls" or "Never found temp path prefix for %ls" logged at INFO.
+/// The final path that a path has if no component below the trusted folder is a link. If there is none, empty, and logs
+/// "Bad finalPrefix: %ls" or "Never found temp path prefix for %ls" at INFO.
 std::wstring GetExpectedFinalPath(const std::wstring& finalPrefix, const std::wstring& path);
 
-/// The user's temporary folder with a backslash at its end and without the folder of the terminal session, if it has
-/// one; empty on failure.
+/// The user's temporary folder with a backslash at its end, without the folder of the terminal session; empty on
+/// failure.
 std::wstring getSessionTempPath();
 
 }  // namespace pdx

@@ -10,7 +10,7 @@ namespace {
 
 constexpr const wchar_t* userDataKey = L"Microsoft\\Windows\\CurrentVersion\\Installer\\UserData\\S-1-5-18\\";
 
-/// The places of records, and the value by which each is known.
+/// A key of records, and the value that identifies this product's.
 struct RecordPlace {
     RegistryKey (*root)(RegistryView view);
     std::wstring path;
@@ -21,7 +21,7 @@ struct RecordPlace {
 void deleteComponents(const RegistryKey& software) {
     RegistryKey components = software.openSubKey(std::wstring(userDataKey) + L"Components", true);
     components.enumerateSubKeys([](RegistryKey& key, const std::wstring& name) {
-        // That there is such a value is all that counts.
+        // Any text or number identifies the record.
         if (!toText(key.getSubKeyValue(name, packedProductCode)).empty()) key.deleteTree(name);
         return true;
     });

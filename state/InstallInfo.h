@@ -1,4 +1,4 @@
-// Removing the client's package from Windows Installer's own records.
+// Removes the client's package from Windows Installer's records.
 #pragma once
 
 #include <string>
@@ -7,13 +7,13 @@
 
 namespace pdx {
 
-/// Deletes the client's records in one view of the registry; the running bundle's own, whose key is providerKey, stays.
+/// Deletes the client's records in one view of the registry, except the running bundle's, whose key is providerKey.
 /// Records of other names stay, but a component that another product shares is deleted too. Returns false, and logs
-/// "Failed to open Software registry key" at INFO, where nothing could be done. Needs elevated rights.
+/// "Failed to open Software registry key" at INFO, if nothing could be done. Needs elevated rights.
 bool purgeInstallInfo(RegistryView view, const std::wstring& providerKey);
 
-/// Deletes each subkey of the key whose text valueName is one of the product's names; the one called providerKey stays.
-/// The text is in the subkey itself, or in its subkey `subKey` if one is named. Each is logged at INFO as "Deleting
+/// Deletes each subkey whose text valueName is one of the product's names, except the subkey providerKey. The text is
+/// in the subkey itself, or in its subkey `subKey` if that is not empty. Each deletion is logged at INFO as "Deleting
 /// registry tree %ls". The subkey after a deleted one is not examined. Always true.
 bool deleteInstallerSubkeys(RegistryKey& key, const std::wstring& providerKey, const std::wstring& subKey,
                             const std::wstring& valueName);

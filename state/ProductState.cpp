@@ -31,7 +31,7 @@ void restoreClientPath(const std::wstring& keyPath) {
     else
         product.setValue(L"ClientPath", earlier);
     product.deleteValue(L"PrevClientPath");
-    // Not as a tree: this deletes no key that has subkeys, also one that has just got some.
+    // Not deleteTree: this function spares subkeys, also new ones; values written since the check are lost.
     if (product.isEmpty()) RegDeleteKeyExW(machine.get(), keyPath.c_str(), machine.viewFlag(), 0);
 }
 

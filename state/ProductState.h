@@ -1,5 +1,5 @@
-// The registry state of the installed product, which the client's package writes on install, and how what it replaced
-// is restored. Needs elevated rights; without them only the failed accesses are logged.
+// The registry state that the client's package writes on install, and restoring the values that it replaced. Needs
+// elevated rights; without them only the failed accesses are logged.
 #pragma once
 
 #include <string>
@@ -10,15 +10,15 @@ namespace pdx {
 /// milliseconds to react, and ends its helper "PalisadeConnect_microsoft.exe". Nothing removes the value again.
 void setUnavailable(bool available = false);
 
-/// Restores the program of an older product: PrevClientPath becomes ClientPath; ClientPath is deleted where there is
-/// none. Of the key only an empty one is deleted: one with values or subkeys stays. Nothing happens without the key.
+/// Restores the program of an older product: PrevClientPath becomes ClientPath; without it ClientPath is deleted. Then
+/// deletes the key if it is empty. Does nothing without the key.
 void restoreClientPath(const std::wstring& keyPath);
 
-/// Restores the earlier command of a URL protocol. Without one, or where it cannot be written, the protocol is deleted.
+/// Restores the earlier command of a URL protocol. If that is empty or cannot be written, deletes the protocol.
 void restoreProtocolHandler(const std::wstring& protocol, const std::wstring& command);
 
-/// Writes a version ("12.37.0.5294") to the bundle's entry among the installed programs; numbers that a shorter text
-/// lacks count as 0. Nothing happens without the entry, or for a key that cannot name one.
+/// Writes a version ("12.37.0.5294") to the bundle's entry among the installed programs; missing numbers count as 0.
+/// Does nothing without the entry, or for a key that cannot name one.
 void writeBundleVersion(const std::wstring& providerKey, const std::wstring& version);
 
 }  // namespace pdx

@@ -14,7 +14,7 @@
 namespace pdx {
 namespace {
 
-// What is above a protected folder is protected with it: ProgramData and a profile need no row.
+// The folders above a protected one are protected too: ProgramData and the profile need no row.
 
 struct KnownFolder {
     const KNOWNFOLDERID* id;
@@ -28,7 +28,7 @@ const KnownFolder knownFolders[] = {
     {&FOLDERID_ProgramFilesCommon, L"", allBelow},
     {&FOLDERID_ProgramData, L"\\Microsoft", allBelow},
     {&FOLDERID_ProgramData, L"\\Package Cache", allBelow},
-    // Of this account, wherever they were moved and with whatever variables.
+    // This account's folders, also moved ones.
     {&FOLDERID_Desktop, L"", 0},
     {&FOLDERID_Documents, L"", 0},
     {&FOLDERID_Downloads, L"", 0},
@@ -39,8 +39,8 @@ const KnownFolder knownFolders[] = {
     {&FOLDERID_RoamingAppData, L"", 0},
 };
 
-/// A 32-bit process gets the folders of 32-bit programs as known folders. From the registry, for variables of the
-/// environment are the user's.
+/// For a 32-bit process the known folders are those of 32-bit programs. The others come from the registry, because the
+/// user controls the environment.
 constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows\\CurrentVersion";
 struct RecordedFolder {
     const wchar_t* name;
@@ -50,7 +50,7 @@ constexpr RecordedFolder foldersOf64BitPrograms[] = {{L"ProgramFilesDir", 0}, {L
 
 constexpr const wchar_t* profilesKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList";
 
-/// The known folders in every profile.
+/// A known folder in every profile.
 struct ProfileFolder {
     const wchar_t* below;
     size_t depth;
@@ -64,11 +64,11 @@ constexpr ProfileFolder profileFolders[] = {
 };
 
 struct Profile {
-    std::wstring account;  ///< its security identifier as text; empty for the profile that all share
+    std::wstring account;  ///< its security identifier as text; empty for the public profile
     std::wstring path;
 };
 
-/// Of all accounts, and the one that they share.
+/// The profiles of all accounts, and the public one.
 std::vector<Profile> profiles() {
     std::vector<Profile> found = {{{}, getKnownFolderPath(FOLDERID_Public)}};
     RegistryKey::localMachine(view64)
@@ -76,7 +76,7 @@ std::vector<Profile> profiles() {
         .enumerateSubKeys([&](RegistryKey& key, const std::wstring& account) {
             wchar_t path[pathCapacity];
             DWORD size = sizeof path;
-            // Takes a REG_EXPAND_SZ too and expands it.
+            // Accepts a REG_EXPAND_SZ too and expands it.
             if (RegGetValueW(key.get(), account.c_str(), L"ProfileImagePath", RRF_RT_REG_SZ, nullptr, path, &size) ==
                 ERROR_SUCCESS)
                 found.push_back({account, path});
@@ -85,11 +85,11 @@ std::vector<Profile> profiles() {
     return found;
 }
 
-/// What the loaded registry of an account names as its folders, wherever it has moved them.
+/// The folders in an account's loaded registry, also moved ones.
 std::vector<std::wstring> shellFoldersOf(const Profile& profile) {
     constexpr const wchar_t* shellFoldersKey =
         L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
-    constexpr DWORD mostValues = 200;  // the system makes some 25, and the account may write any number
+    constexpr DWORD mostValues = 200;  // the system makes about 25, but the account can write any number
     std::vector<std::wstring> found;
     UniqueHandle<RegistryKeyTraits> key;
     if (profile.account.empty() || RegOpenKeyExW(HKEY_USERS, (profile.account + shellFoldersKey).c_str(), 0,
@@ -99,7 +99,7 @@ std::vector<std::wstring> shellFoldersOf(const Profile& profile) {
     for (DWORD index = 0; index < mostValues && status != ERROR_NO_MORE_ITEMS; ++index) {
         wchar_t name[256];
         DWORD nameLength = std::size(name);
-        wchar_t text[pathCapacity + 1] = {};  // the last stays zero, for a text can come without its end mark
+        wchar_t text[pathCapacity + 1] = {};  // the last stays zero: a text can lack its end mark
         DWORD size = pathCapacity * sizeof text[0];
         DWORD type = REG_NONE;
         status =

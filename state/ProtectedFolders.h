@@ -1,4 +1,4 @@
-// The folders of this machine that no client can have been installed to.
+// The folders of this machine that are never the client's.
 #pragma once
 
 #include <string>
@@ -8,15 +8,14 @@
 
 namespace pdx {
 
-/// The system's folders, the shared folders of programs, and for every account of the machine its profile with the
-/// folders of documents and of programs' data in it: who gave the elevated rights is not always who plays. As they are
-/// spelt.
-/// Folders that an account has moved elsewhere are known while its registry is loaded, that is while it is signed in
-/// or runs a program. Those of other accounts are not known: loading a registry could keep its owner from signing in.
+/// The system's folders, the shared folders of programs, and for every account its profile with the folders of
+/// documents and of program data. The account with the elevated rights is not always the player's. Spelt as recorded.
+///
+/// Folders that an account has moved are known only while its registry is loaded: while it is signed in or runs a
+/// program. Loading the registry of another account could keep its owner from signing in.
 std::vector<SystemFolder> protectedFolders();
-/// The same folders by their final paths (VOLUME_NAME_NT); empty where there is no such folder, and for a path that
-/// does not begin at a drive: an account can name a server as its folder, which would be signed in to with elevated
-/// rights.
+/// The same folders with their final paths (VOLUME_NAME_NT). The path is empty for a missing folder, and for one that
+/// does not begin at a drive. An account can name a server, to which this process would sign in with elevated rights.
 std::vector<SystemFolder> byVolume(std::vector<SystemFolder> folders);
 
 }  // namespace pdx

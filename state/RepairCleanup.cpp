@@ -30,7 +30,7 @@ constexpr uint64_t serviceTimeoutMilliseconds = 2000;
 constexpr int32_t fileTries = 50;
 constexpr uint32_t fileDelayMilliseconds = 100;
 
-/// The programs whose versions are reported, each under its attribute.
+/// A program whose version is sent, and the attribute.
 struct ProgramAttribute {
     const char* attribute;
     const wchar_t* file;
@@ -42,7 +42,7 @@ constexpr ProgramAttribute reportedPrograms[] = {
     {"bgvr", serviceProgram},
 };
 
-/// What the client's package noted of the time before it.
+/// The state before the install, as the client's package recorded it.
 struct EarlierState {
     std::wstring bastionProtocol;
     std::wstring gateLinkProtocol;
@@ -57,7 +57,7 @@ void sendRepairStarted(const std::wstring& installLocation) {
     sendTelemetry(briskSender, "inst.repr.strt", std::move(versions), false);
 }
 
-/// The package has put commands of its own in the bundle's entry; they are removed with the client.
+/// The package has replaced the commands in the bundle's entry; its commands are removed with the client.
 void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
     RegistryKey entry = openBundleEntry(providerKey);
     if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
@@ -78,8 +78,7 @@ bool removeService(const RepairRun& run) {
     return true;
 }
 
-/// By its spelling, and by where that leads: a short name, or a drive that stands for a folder, is judged as the folder
-/// that it leads to.
+/// Checks the path as it is spelt and the final path, which resolves short names and drives mapped to a folder.
 bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     const std::vector<SystemFolder> systemFolders = protectedFolders();
     if (!isOwnFolder(location, systemFolders)) return false;
@@ -91,7 +90,7 @@ bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     return true;
 }
 
-/// Whether the recorded folder may be deleted; no folder may. A refusal is this step's failure.
+/// Whether the recorded folder may be deleted; true too if there is none. Logs a refusal.
 bool judgeFolder(const RepairRun& run, const std::wstring& location, const FoundFolder& folder) {
     if (location.empty() || isOwn(location, folder)) return true;
     run.begin(RepairStep::deleteFolder);
@@ -99,7 +98,7 @@ bool judgeFolder(const RepairRun& run, const std::wstring& location, const Found
     return false;
 }
 
-/// The folder that a process works in cannot be deleted, nor can one above it.
+/// A process's current folder and those above it cannot be deleted.
 void leaveCurrentFolder() {
     wchar_t folder[MAX_PATH];
     const UINT length = GetSystemDirectoryW(folder, MAX_PATH);

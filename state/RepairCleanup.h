@@ -1,4 +1,4 @@
-// Removing the installed client piece by piece, so that the engine detects a machine without it and installs it anew.
+// Removes the installed client, so that the engine detects a machine without it and installs it anew.
 #pragma once
 
 #include <functional>
@@ -16,16 +16,16 @@ enum class RepairResult {
     cancelled,  ///< nothing was deleted
 };
 
-/// What a clean-up asks of the run that it is part of.
+/// What a clean-up needs of its run.
 struct RepairRun {
-    std::wstring providerKey;  ///< the running bundle's own key among the installed programs
-    /// Whether the user has cancelled. Asked before anything is changed, and again before the service step.
+    std::wstring providerKey;  ///< the running bundle's key among the installed programs
+    /// Whether the user has cancelled. Called before the first change, and again before the service step.
     std::function<bool()> isCancelled;
-    /// A step that can fail begins.
+    /// Called before each step that can fail.
     std::function<void(RepairStep step)> begin;
-    /// A repaired client gets no new desktop shortcut.
+    /// Prevents a new desktop shortcut for the repaired client.
     std::function<void()> omitDesktopShortcut;
-    /// The folder that the client was in and shall be installed to again.
+    /// Sets the client's folder as the folder of the new install.
     std::function<void(const std::wstring& folder)> keepInstallFolder;
 };
 
@@ -34,18 +34,19 @@ struct RepairRun {
 /// logged.
 ///
 /// Blocks the thread: without a bound until the client's programs have ended; up to 2 seconds to stop the service and
-/// some 4 to delete it; for each file or folder that stays 50 tries with 100 ms after each, and two minutes of such
-/// tries for all of them together (RemovalBounds). The deleting itself takes as long as the disk needs.
+/// about 4 to delete it. A file or folder that cannot be deleted takes 50 tries with 100 ms after each, and all of them
+/// together at most two minutes (RemovalBounds). The deletion itself takes as long as the disk needs.
 ///
-/// The recorded folder is judged before files, processes, the service or the registry are touched (isOwnFolder,
+/// The recorded folder is checked before files, processes, the service or the registry are changed (isOwnFolder,
 /// FoundFolder). A refused one is logged at ERROR as "The recorded install folder is not deleted: "%ls"" and fails the
-/// step deleteFolder; by then the begin was sent and the desktop shortcut omitted, and nothing else has changed. A
-/// folder that is a link is emptied and stays, so that the new install lands where the user put it. If the service or
-/// the folder stays, nothing after that step was touched; a folder that stays can have lost any part of what was in it.
-/// A cancel that is heard before the first change leaves the machine like a refused folder does. One that is heard at
-/// the service step leaves the client whole, with its programs ended, its uninstall commands restored and marked
-/// unavailable, as a failed service step does. A later cancel is not heard: a client without its service or its files
-/// has to be installed again.
+/// step deleteFolder. By then the begin was sent and the desktop shortcut omitted; nothing else has changed. A folder
+/// that is a link is emptied and kept, so that the new install uses the user's place.
+///
+/// If the service or the folder cannot be deleted, no later step runs; such a folder may have lost any part of its
+/// content. A cancel before the first change has the effect of a refused folder. A cancel at the service step has the
+/// effect of a failed one. The client is then whole and marked unavailable, its programs have ended, and its uninstall
+/// commands are restored. A later cancel has no effect: a client without its service or its files must be installed
+/// again.
 RepairResult removeInstalledClient(const RepairRun& run);
 
 }  // namespace pdx

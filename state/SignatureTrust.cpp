@@ -45,8 +45,8 @@ CertificateContext signerOf(const std::wstring& path) {
         CertFindCertificateInStore(store.get(), encoding, 0, CERT_FIND_SUBJECT_CERT, &wanted, nullptr));
 }
 
-/// Whether the file's embedded signature is whole: its hash is that of the file. Neither its chain nor its revocation
-/// is checked. Each outcome is logged at INFO.
+/// Whether the file's embedded signature fits the file's hash. Neither the certificate chain nor revocation is checked.
+/// Logs each outcome at INFO.
 bool verifyEmbeddedSignature(const std::wstring& path) {
     WINTRUST_FILE_INFO file{};
     file.cbStruct = sizeof file;
@@ -60,7 +60,7 @@ bool verifyEmbeddedSignature(const std::wstring& path) {
     data.dwStateAction = WTD_STATEACTION_IGNORE;
     data.dwProvFlags = WTD_HASH_ONLY_FLAG;
     GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
-    // Asked of a few runs only, so that no other start pays for the library.
+    // Loaded only here, because few runs need it.
     const auto verify = lookUp<decltype(&WinVerifyTrust)>(systemLibrary(L"wintrust.dll"), "WinVerifyTrust");
     const auto result = static_cast<uint32_t>(verify ? verify(nullptr, &action, &data) : TRUST_E_PROVIDER_UNKNOWN);
     const SignatureMessage message = signatureMessage(result, GetLastError());
@@ -82,7 +82,7 @@ bool isValidPalisadeCertificate(const std::wstring& path) {
         return false;
     }
     std::array<wchar_t, 256> name{};
-    // The length counts the end mark, and is 1 where there is no name.
+    // The length includes the end mark, so it is 1 without a name.
     const DWORD length =
         CertGetNameStringW(signer.get(), CERT_NAME_SIMPLE_DISPLAY_TYPE, 0, nullptr, name.data(), name.size());
     if (length < 2) {

@@ -5,8 +5,8 @@
 
 namespace pdx {
 
-/// Whether the file's embedded signature fits its content and the signer's certificate names "Corvane Works, Inc." as
-/// its subject. That is all: a certificate of anybody's own making in that name passes. Each outcome is logged at INFO.
+/// Whether the file's embedded signature fits its content and the signer's certificate has the subject "Corvane Works,
+/// Inc.". No more: a self-made certificate in that name passes. Logs each outcome at INFO.
 bool isValidPalisadeCertificate(const std::wstring& path);
 
 }  // namespace pdx

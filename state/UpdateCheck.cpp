@@ -16,9 +16,9 @@
 namespace pdx {
 namespace {
 
-/// The version that the service at the address recommends, as "a.b.c.d"; empty on failure. One request, which blocks
-/// the thread until the system's own time-out; never throws. Logs "Error %d has occurred.\n" if no reply came; one
-/// above 64 KiB counts as none.
+/// The version that the service recommends, as "a.b.c.d"; empty on failure. One request, which blocks the thread up to
+/// the system's time-out; never throws. Logs "Error %d has occurred.\n" without a reply; one above 64 KiB counts as
+/// none.
 std::string GetRecommendedVersion(const std::string& url) try {
     HttpClient client(parseUrl(url));
     const bool sent = client.get() == 0;
@@ -37,7 +37,7 @@ std::string GetRecommendedVersion(const std::string& url) try {
 unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size) { return GetAdaptersInfo(list, size); }
 
 std::string getLocalMacAddress(AdapterQuery ask) {
-    // Never more than this, and never a second try: a machine must not change its bucket with a version of this code.
+    // A fixed size and no second try, so that a machine's bucket is the same in every version of this code.
     constexpr size_t listSize = 5184;
     alignas(IP_ADAPTER_INFO) std::array<BYTE, listSize> list{};
     auto* first = reinterpret_cast<IP_ADAPTER_INFO*>(list.data());
@@ -53,7 +53,7 @@ uint32_t GetUpdateBucket(AdapterQuery ask) {
 }
 
 std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion) {
-    // A blank or malformed address makes no URL, and then nothing is asked.
+    // With an empty or malformed address no request is sent.
     const std::string url = getConfigString("updater.url") + updatePathOf(GetUpdateBucket());
     const std::string recommended = GetRecommendedVersion(url);
     if (!isNewerVersion(recommended, currentVersion)) return std::nullopt;

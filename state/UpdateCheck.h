@@ -1,5 +1,5 @@
-// Asks the update service which installer this machine should run. The service rolls a version out to a share of the
-// machines at a time, so each machine asks as one of 100 buckets.
+// Asks the update service which installer this machine should run. The service releases a version to some of the
+// machines at a time, so each machine belongs to one of 100 buckets.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ struct _IP_ADAPTER_INFO;
 
 namespace pdx {
 
-/// The system's list of adapters, in a buffer of that size, which is in and out; its error.
+/// Fills the list of network adapters; size is in and out, in bytes. Returns the system's error.
 using AdapterQuery = unsigned long (*)(_IP_ADAPTER_INFO* list, unsigned long* size);
 unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size);
 
@@ -20,11 +20,10 @@ unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size);
 /// machine has more adapters than the system's list of 5184 bytes holds.
 std::string getLocalMacAddress(AdapterQuery ask = askAdapters);
 
-/// This machine's bucket, from 1 to 100; a machine without an adapter has 62. Logs "Using bucket value: %u".
+/// This machine's bucket, from 1 to 100; 62 without a network adapter. Logs "Using bucket value: %u".
 uint32_t GetUpdateBucket(AdapterQuery ask = askAdapters);
 
-/// The address of the newer installer that the configured service names for this machine, if any. Every failure means
-/// no update.
+/// The address of the newer installer that the configured service names for this machine; nothing on any failure.
 std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion);
 
 }  // namespace pdx

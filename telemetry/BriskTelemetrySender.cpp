@@ -15,13 +15,13 @@
 namespace pdx {
 namespace {
 
-/// What is made once a process.
+/// Looked up once for the process.
 struct Shared {
     bool log;
     nlohmann::json header;
 };
 constinit ProcessValue<Shared> shared;
-/// Apart from the rest, because it takes a tenth of a second and more.
+/// Separate from Shared, because it takes a tenth of a second or more.
 constinit ProcessValue<std::string> knownHash;
 
 nlohmann::json makeHeader(const std::string& session) {
@@ -67,7 +67,7 @@ void BriskTelemetrySender::identifyMachine(nlohmann::json& event, bool urgent) c
 void BriskTelemetrySender::send(nlohmann::json batch) {
     if (batch.empty()) return;
     for (nlohmann::json& event : batch) identifyMachine(event);
-    // The service expects the platform in place of the system's version.
+    // In both headers on purpose: the service expects it as OsVersion too.
     static constexpr const char* platform = "pc";
     const HttpHeaders headers = {
         {"Content-Type", "application/json"},

@@ -5,16 +5,16 @@
 
 namespace pdx {
 
-/// Gives the 40 hexadecimal digits that identify the machine; may be slow.
+/// Returns the 40 hexadecimal digits that identify the machine; may be slow.
 using MachineHash = std::string (*)();
 
-/// The current time as the service takes it: UTC with milliseconds and no mark of a zone, 23 characters.
+/// The current time in the service's format: UTC with milliseconds, without a time zone, 23 characters.
 std::string briskTimestamp();
 
-/// A post is an array of flat objects. What identifies installer and machine is looked up with the first event of the
-/// process and does not change after it. The machine's hash follows with the first post, on the worker, so that no
-/// start waits for it. An event whose name has not three tokens logs "Bad taxonomy %s" and is dropped;
-/// telemetry.brisk.log makes each event a log line.
+/// A post is an array of flat objects. The identity of installer and machine is looked up once, with the first event of
+/// the process. The machine's hash is computed with the first post, on the worker, so that no start waits for it. An
+/// event whose name has not three tokens is dropped, and logs "Bad taxonomy %s". The setting telemetry.brisk.log logs
+/// each event.
 class BriskTelemetrySender : public TelemetrySender {
   public:
     explicit BriskTelemetrySender(MachineHash hash) : machineHash(hash) {}
@@ -22,8 +22,8 @@ class BriskTelemetrySender : public TelemetrySender {
 
     [[nodiscard]] std::string timestamp() const override;
     TelemetryQueueItem prepareEvent(const TelemetryEvent& event) override;
-    /// Adds the machine's hash to a prepared event: before the post, or before the line where events are logged. For an
-    /// urgent one it may be missing from that line.
+    /// Adds the machine's hash to a prepared event: before the post, or before its log line if events are logged. The
+    /// line of an urgent event may lack it.
     void identifyMachine(nlohmann::json& event, bool urgent = false) const;
     void send(nlohmann::json batch) override;
 
@@ -31,7 +31,7 @@ class BriskTelemetrySender : public TelemetrySender {
     MachineHash machineHash;
 };
 
-/// Frees what was looked up for the process.
+/// Frees the identity that was looked up for the process.
 void releaseBriskIdentity();
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// Gathers what is reported of an install when it begins.
+// Gathers the record that is sent when an install begins.
 #pragma once
 
 #include <string>
@@ -8,16 +8,16 @@
 
 namespace pdx {
 
-/// What the run knows of the install.
+/// The run's facts of the install.
 struct InstallFacts {
-    std::string time;  ///< now, in the form of the events' own time
+    std::string time;  ///< now, in the Brisk service's format
     bool repair = false;
-    std::wstring folder;  ///< both folders resolved
+    std::wstring folder;  ///< both folders with their variables resolved
     std::wstring defaultFolder;
 };
 
-/// The record; a fact that the system does not give leaves its field empty and is logged at INFO. Waits for WMI on the
-/// calling thread.
+/// The record. A fact that is unavailable leaves its field empty and is logged at INFO. Waits for WMI on the calling
+/// thread.
 InstallTelemetry installTelemetry(const InstallFacts& facts);
 /// The same with another source.
 InstallTelemetry installTelemetry(const InstallFacts& facts, SystemInfo& system);

@@ -25,7 +25,7 @@ void askWmi(MachineFacts& facts, const ConnectWmi& connect) {
         });
 }
 
-/// The serial of the volume of Windows; unchanged if the system gives none.
+/// Sets the serial number of the Windows volume; unchanged on failure.
 void askVolume(uint32_t& serial) {
     const auto getWindowsDirectory =
         systemFunction<decltype(&GetWindowsDirectoryW)>(L"kernel32.dll", "GetWindowsDirectoryW");

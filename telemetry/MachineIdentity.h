@@ -1,4 +1,4 @@
-// What identifies a machine without naming it.
+// The anonymous identity of a machine.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@
 namespace pdx {
 
 /// 40 lower-case hexadecimal digits: the SHA-1 of facts about the hardware, the same on every call on one machine.
-/// A fact that is missing counts as a fixed text, so this works without WMI too; the empty text only if the system
-/// cannot hash. Runs on any thread, waits for five queries on each call, logs nothing.
+/// A missing fact is replaced by a fixed text, so this works without WMI too. Empty only if hashing fails. Any thread;
+/// waits for five queries on each call, logs nothing.
 std::string getMachineHash();
 
-/// The same by another management service.
+/// The same with another WMI connection.
 std::string machineHashBy(const ConnectWmi& connect);
 
 }  // namespace pdx

@@ -13,13 +13,13 @@
 namespace pdx {
 namespace {
 
-/// What is made once a process, with its first event.
+/// Looked up once for the process, with its first event.
 struct Shared {
     bool log;
     nlohmann::json item;
 };
 constinit ProcessValue<Shared> shared;
-/// Made once a process, with its first post.
+/// Made once for the process, with its first post.
 constinit ProcessValue<nlohmann::json> sharedEnvelope;
 
 }  // namespace

@@ -5,11 +5,11 @@
 
 namespace pdx {
 
-/// The current time as the service takes it: UTC in seconds with a "Z" at the end.
+/// The current time in the service's format: UTC in seconds with a "Z" at the end.
 std::string tallyTimestamp();
 
-/// Numbers its events from 1; a failed post leaves a gap. The sender's identity is looked up with the first post
-/// of the process and does not change after it; telemetry.tally.log makes each event a log line.
+/// Numbers its events from 1; a failed post leaves a gap. The sender's identity is looked up once, with the first post
+/// of the process. The setting telemetry.tally.log logs each event.
 class TallyTelemetrySender : public TelemetrySender {
   public:
     ~TallyTelemetrySender() override { stop(); }
@@ -22,7 +22,7 @@ class TallyTelemetrySender : public TelemetrySender {
     std::atomic<int64_t> eventCounter{0};
 };
 
-/// Frees what was looked up for the process.
+/// Frees the identity that was looked up for the process.
 void releaseTallyEnvelope();
 
 }  // namespace pdx

@@ -79,7 +79,7 @@ void sendTelemetry(int32_t sender, std::string name, nlohmann::json params, bool
         const auto manager = urgent ? g_telemetry.get(urgentBound) : g_telemetry.get();
         if (manager) manager->send({sender, std::move(name), std::move(params), urgent, false});
     } catch (const std::exception&) {
-        // Out of memory: the run loses the event rather than fail.
+        // Out of memory: the event is lost, and the run continues.
     }
 }
 

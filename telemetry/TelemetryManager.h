@@ -1,4 +1,4 @@
-// What the installer sends to its maker about a run: one session, two back ends.
+// The telemetry of a run: one session, two back ends.
 #pragma once
 
 #include <memory>
@@ -14,32 +14,32 @@ namespace pdx {
 /// Owns the two senders and the session's identifier. Its destructor waits for one last post of each.
 class TelemetryManager {
   public:
-    /// The session is that of createSessionId. The machine's hash is computed once a process, before the first post to
-    /// the Brisk service and on its worker.
+    /// The session comes from createSessionId. The machine's hash is computed once for the process, on the Brisk
+    /// sender's worker before its first post.
     TelemetryManager(std::string session, MachineHash machineHash);
     virtual ~TelemetryManager();
     TelemetryManager(const TelemetryManager&) = delete;
     TelemetryManager& operator=(const TelemetryManager&) = delete;
 
-    /// The identifier of this install, the same over all of its processes. It is that of the environment variable
-    /// PDX_INSTALLER_SESSION_ID, else a new one, which is then set there for child processes. Logs "Installer session:
+    /// The identifier of this install, the same in all of its processes: the environment variable
+    /// PDX_INSTALLER_SESSION_ID, or a new identifier, which is set there for child processes. Logs "Installer session:
     /// %s".
     static std::string createSessionId();
 
-    /// Makes and starts the senders on the addresses of telemetry.tally.url and telemetry.brisk.url. Until then events
-    /// are dropped; from then on they are held until sending is enabled.
+    /// Makes and starts the senders with the addresses in telemetry.tally.url and telemetry.brisk.url. Earlier events
+    /// are dropped; later ones are held until sending is enabled.
     virtual void start();
-    /// Passes the event to its sender; one for no sender is dropped. Any thread; never waits for the network.
+    /// Passes the event to its sender; drops one with an unknown sender. Any thread; never waits for the network.
     virtual void send(const TelemetryEvent& event);
-    /// Of no effect before start.
+    /// Has no effect before start().
     virtual void setSendingEnabled(bool enabled);
-    /// Makes both workers end after one more post, and does not wait for it.
+    /// Makes both workers end after one more post. Does not wait.
     virtual void requestStop();
-    /// Ends both workers, each after one last post, and waits for that. Later events are not sent.
+    /// Ends both workers, each after one last post, and waits. Later events are not sent.
     virtual void stop();
     /// The current time as the sender of that number writes it; empty for any other number.
     [[nodiscard]] static std::string timestamp(int32_t sender);
-    /// Keeps the manager of the object before a reload as long as this one. Destroying it blocks on its posts.
+    /// Keeps the manager of the object before a reload alive: destroying it blocks on its posts.
     void keepEarlier(std::shared_ptr<TelemetryManager> manager) { kept = std::move(manager); }
     [[nodiscard]] const std::shared_ptr<TelemetryManager>& earlier() const { return kept; }
     [[nodiscard]] const std::string& session() const { return sessionId; }
@@ -54,19 +54,19 @@ class TelemetryManager {
     MachineHash machineHash;
 };
 
-/// The manager, null until the application object has made it. Has to be cleared before the library is unmapped: its
-/// workers run in it.
+/// The manager, null until the application object has made it. Must be cleared before the library is unmapped, because
+/// its workers run in the library.
 extern ServiceHolder<TelemetryManager> g_telemetry;
 
-/// Sends an event by a sender (briskSender or tallySender); params counts only if it is an object, and its text is
-/// UTF-8. Nothing happens without a manager, and no failure reaches the caller. Any thread.
+/// Sends an event through a sender (briskSender or tallySender). params is ignored unless it is an object; its text is
+/// UTF-8. Does nothing without a manager; no failure reaches the caller. Any thread.
 void sendTelemetry(int32_t sender, std::string name, nlohmann::json params, bool urgent) noexcept;
 
-/// Sends the held events, and all later ones at once: the run needs no consent, or the user has continued. Any thread.
+/// Sends the held events, and from now on each new one: the run needs no consent, or the user has given it. Any thread.
 void enableTelemetry();
 
-/// Frees the manager and what was looked up once for the process, when the library is unmapped in a process that
-/// continues. The workers have been stopped by then.
+/// Frees the manager and the senders' identities when the library is unmapped in a process that continues. The workers
+/// must have been stopped.
 void releaseTelemetry();
 
 }  // namespace pdx

@@ -42,7 +42,7 @@ void TelemetrySender::enqueue(const TelemetryEvent& event) {
         first = queue.empty();
         queue.push_back(std::move(item));
     }
-    // The first event wakes the worker for all that are queued when it takes them.
+    // The first event wakes the worker, which takes all that are queued by then.
     if (first) SetEvent(wakeEvent.get());
 }
 

@@ -17,43 +17,43 @@ namespace pdx {
 
 class TelemetryManager;
 
-/// JSON on one line for a log, in which bytes that are no UTF-8 become U+FFFD.
+/// JSON on one line for a log; invalid UTF-8 becomes U+FFFD.
 std::string readableLine(const nlohmann::json& value);
 
-/// An urgent event waits so long for each lock, and is then dropped. A thread that crashed may hold the lock, and
-/// nothing may keep the crash from the user.
+/// The longest wait of an urgent event for a lock; after that it is dropped. A thread that crashed may hold the lock,
+/// and the user must see the crash box.
 inline constexpr std::chrono::milliseconds urgentBound{1000};
 
-/// No caller waits for the network: the worker posts, each time all that was queued during the post before. Until
-/// sending is enabled events are held in memory, except urgent ones. Nothing is kept on disk, no post is repeated, and
-/// there is no limit to what is held.
+/// No caller waits for the network: the worker posts, each time all events that were queued during the last post. Until
+/// sending is enabled events are held in memory, without a limit, except urgent ones. Nothing is kept on disk, and no
+/// post is repeated.
 class TelemetrySender {
   public:
     TelemetrySender();
-    /// The worker has to be stopped by then: a derived class calls stop() in its own destructor. Until the worker has
-    /// ended it calls operations of that class.
+    /// The worker must have been stopped, because it calls the derived class: that class calls stop() in its
+    /// destructor.
     virtual ~TelemetrySender();
     TelemetrySender(const TelemetrySender&) = delete;
     TelemetrySender& operator=(const TelemetrySender&) = delete;
 
-    /// The current time as this back end writes it.
+    /// The current time in this back end's format.
     [[nodiscard]] virtual std::string timestamp() const = 0;
-    /// The event as it will be posted, null or empty if it is to be dropped. On the caller's thread.
+    /// The event as it will be posted, null or empty to drop it. On the caller's thread.
     virtual TelemetryQueueItem prepareEvent(const TelemetryEvent& event) = 0;
-    /// Posts an array of prepared events, nothing if it is empty. On the worker. What it throws costs this one post.
+    /// Posts an array of prepared events, nothing if it is empty. On the worker. An exception loses only this post.
     virtual void send(nlohmann::json batch) = 0;
 
-    /// Starts the worker on a service's address, in the manager's session; nothing happens if there is one. An address
-    /// that is none makes a sender whose posts all fail.
+    /// Starts the worker for a service's address, in the manager's session; does nothing if the worker runs. With a
+    /// malformed address all posts fail.
     void start(const std::string& url, const TelemetryManager& manager);
     /// Queues an event. Any thread. An urgent one waits for no lock longer than urgentBound.
     void enqueue(const TelemetryEvent& event);
     /// Sends ordinary events from now on, or holds them again. Any thread.
     void setSendingEnabled(bool enabled);
-    /// Makes the worker end after one more pass over the queue, and does not wait for it.
+    /// Makes the worker end after one more pass over the queue. Does not wait.
     void requestStop();
-    /// The same, and waits for the end, as long as its posts take. What is held back then is lost, on purpose. Not to
-    /// be called on the worker.
+    /// The same, but waits for the end as long as the posts take. Events that are still held are lost, on purpose. Must
+    /// not be called on the worker.
     void stop();
 
   private:
@@ -66,8 +66,8 @@ class TelemetrySender {
 
   protected:
     Lock queueLock;
-    std::unique_ptr<HttpClient> http;  // of the worker, once it runs
-    std::string sessionId;             // set before the worker starts, and only read from then on, on any thread
+    std::unique_ptr<HttpClient> http;  // used by the worker only, once it runs
+    std::string sessionId;             // set before the worker starts, then read on any thread
 
   private:
     Thread worker;

@@ -6,13 +6,13 @@ namespace pdx {
 
 ConfigMap loadConfigLayers(const ConfigSources& sources, bool configurable, bool thinInstaller) {
     ConfigMap config = sources.resource("installer.cfg");
-    // The override file is read twice on purpose: here, so that it can choose the environment, and again below, so
-    // that it beats the environment's file too.
+    // The override file is read twice on purpose: here it chooses the environment, below it replaces values of the
+    // environment's file.
     if (configurable) config.merge(sources.file(overrideConfigPath));
     const std::string environment = config.getString("app.environment");
     config.merge(sources.resource(environment == "production" ? "production.cfg" : "integration.cfg"));
     if (configurable) config.merge(sources.file(overrideConfigPath));
-    // The environment that was chosen is the one that is reported, whatever the later layers hold.
+    // Set again, because a later layer may contain another environment than the chosen one.
     config.set("app.environment", cpptoml::make_value<std::string>(std::string(environment)));
     config.set("app.installertype", cpptoml::make_value<std::string>(thinInstaller ? "thin" : "thick"));
     return config;

@@ -1,4 +1,4 @@
-// The order in which the layers of settings replace each other, and what is derived from them.
+// The order in which the layers of settings replace each other, and values derived from them.
 #pragma once
 
 #include <functional>
@@ -8,10 +8,10 @@
 
 namespace pdx {
 
-/// The override file: honoured only on a machine that trusts the embedded internal certificate.
+/// The override file, read only on a machine that trusts the embedded certificate.
 inline constexpr const char* overrideConfigPath = R"(C:\PalisadeDesktopDev\override.cfg)";
 
-/// The sources of layers: an embedded file by its name, a file on disk by its path. What is missing is an empty map.
+/// The sources of layers: an embedded file by name, a file on disk by path. A missing file is an empty map.
 struct ConfigSources {
     std::function<ConfigMap(const char* name)> resource;
     std::function<ConfigMap(const char* path)> file;
@@ -21,13 +21,13 @@ struct ConfigSources {
 /// set here. Without configurable the override file is not opened.
 ConfigMap loadConfigLayers(const ConfigSources& sources, bool configurable, bool thinInstaller);
 
-/// The version to report as the installer's: the true one, unless the settings replace it.
+/// The installer version to report: the true one unless the settings replace it.
 struct ReportedVersion {
     std::string version;
     bool overridden;
 };
 
-/// The override counts when it is not empty and the version to override is empty or the true one.
+/// The override is used if it is not empty and the version to override is empty or the true one.
 ReportedVersion reportedVersion(const std::string& trueVersion, const std::string& overridingVersion,
                                 const std::string& versionToOverride);
 

@@ -10,8 +10,7 @@
 namespace pdx {
 namespace {
 
-/// The held value of exactly this type, null for every other. The library's own as() would make a floating number of
-/// a whole one.
+/// The value if it has exactly this type, else null. The library's as() would convert a whole number to a floating one.
 template <typename Type>
 const Type* held(const std::shared_ptr<cpptoml::base>& node) {
     const auto* value = dynamic_cast<const cpptoml::value<Type>*>(node.get());

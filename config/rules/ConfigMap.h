@@ -12,9 +12,9 @@ class base;
 
 namespace pdx {
 
-/// Values by key, as the TOML library holds them: text, 64-bit whole number, floating number or boolean. Every key is
-/// lowered on its way in and out, so A and a are one. A type is never turned into another: the text
-/// "true" is no boolean, and a whole number read as text gives the default.
+/// Values by key, as the TOML library holds them: text, 64-bit integer, floating number or boolean. Keys are compared
+/// without regard to case. A type is never converted: the text "true" is no boolean, and an integer read as text gives
+/// the default.
 class ConfigMap {
   public:
     /// The text of a key (UTF-8); the default if the key is absent or holds no text.

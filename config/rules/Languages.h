@@ -1,4 +1,4 @@
-// Which language the strings are shown in, and what the legal documents' site calls it.
+// The language of the strings for a locale, and its code on the legal documents' site.
 #pragma once
 
 #include <string_view>
@@ -6,8 +6,8 @@
 namespace pdx {
 
 /// The language for a locale's name, such as "pt-BR" or "zh-Hans-HK": by the whole name, else by the part before the
-/// first "-", else "en". Case-sensitive, so "DE" gives "en". The bare "zh" is traditional Chinese, and every
-/// Chinese locale but "zh-CN" and "zh-SG" falls to it on purpose.
+/// first "-", else "en". Case-sensitive, so "DE" gives "en". "zh" is traditional Chinese, and on purpose every Chinese
+/// locale except "zh-CN" and "zh-SG" gives it.
 std::wstring_view languageForLocale(std::wstring_view locale);
 
 /// The short code that the legal documents' links use for a language; "en" for any other. Case-sensitive.

@@ -1,4 +1,4 @@
-// The bytes of one thing that the library carries, and a stream buffer over them.
+// The bytes of one embedded resource, and a stream buffer over them.
 #pragma once
 
 #include <cstddef>
@@ -16,8 +16,8 @@ struct ResourceId {
     std::variant<std::wstring, uint16_t> id;
 };
 
-/// Bytes in the library's mapped image: not owned, never freed, there as long as the library is loaded. Size 0 and
-/// null for what is missing or empty.
+/// Bytes in the library's mapped image: not owned, valid while the library is loaded. Size 0 and null for a missing or
+/// empty resource.
 struct ResourceData {
     const char* bytes = nullptr;
     uint32_t size = 0;
@@ -28,7 +28,7 @@ struct ResourceData {
 class ResourceStreamBuf : public std::streambuf {
   public:
     explicit ResourceStreamBuf(ResourceData data) {
-        // The interface takes writable characters; without a put area nothing writes.
+        // The interface takes writable characters, but without a put area nothing is written.
         char* first = const_cast<char*>(data.bytes);
         setg(first, first, first + data.size);
     }

@@ -12,7 +12,7 @@ std::wstring fillSupportAddress(std::wstring text, std::wstring_view address) {
     if (address.ends_with(L'/')) address.remove_suffix(1);
     for (size_t at = text.find(supportPlaceholder); at != std::wstring::npos; at = text.find(supportPlaceholder, at)) {
         text.replace(at, supportPlaceholder.size(), address);
-        at += address.size();  // an address that holds the placeholder is not filled again
+        at += address.size();  // a placeholder in the address is not replaced again
     }
     return text;
 }

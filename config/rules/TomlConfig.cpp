@@ -8,9 +8,9 @@
 namespace pdx {
 namespace {
 
-/// Reads from another buffer without copying. Throws once the text is too long, or may be nested too deeply: the parser
-/// recurses at each level, and a stack overflow would end the engine's process. Each level of a text takes at least one
-/// of three characters, and up to 720 bytes of the megabyte of stack.
+/// Reads from another buffer without copying. Throws if the text is too long or could be nested too deeply. The parser
+/// recurses at each level, and a stack overflow would end the engine's process. Each level needs at least one of the
+/// counted characters, and up to 720 bytes of the megabyte of stack.
 class BoundedBuffer : public std::streambuf {
   public:
     /// The source is not owned; null reads as empty.

@@ -1,4 +1,4 @@
-// From a TOML text to a flat map of settings.
+// Parses a TOML text into a flat map of settings.
 #pragma once
 
 #include <cpptoml.h>
@@ -11,12 +11,11 @@
 
 namespace pdx {
 
-/// Takes what is to be logged as an error: the name of the function that logs, and the text, which serves as the
-/// log's format.
+/// Receives an error to be logged: the name of the logging function, and the text, which is the log's format.
 using ConfigErrorSink = std::function<void(const char* function, const char* text)>;
 
-/// Walks one top-level entry of a parsed text and stores each scalar under its dotted key. What is no scalar and no
-/// table is reported and skipped.
+/// Walks one top-level entry of a parsed text and stores each scalar under its dotted key. Other nodes than scalars and
+/// tables are reported and skipped.
 class TomlConfigVisitor {
   public:
     TomlConfigVisitor(ConfigMap& filled, std::string topEntry, std::string pathBelow, const ConfigErrorSink& errorSink);
@@ -45,9 +44,9 @@ class TomlConfigVisitor {
     const ConfigErrorSink* sink;
 };
 
-/// The settings of a TOML text. Does not throw for any text. A syntax error, a text of more than a megabyte or with
-/// more than 500 brackets, braces and dots, and exhausted memory are reported as from LoadConfigStream. The result is
-/// then the map so far, which is empty for a text that could not be parsed.
+/// The settings of a TOML text. Never throws. Too large is a text of more than a megabyte, or with more than 500
+/// brackets, braces and dots. That, a syntax error and exhausted memory are reported as from LoadConfigStream. The
+/// result is then the map so far, which is empty for a text that could not be parsed.
 ConfigMap parseConfig(std::istream& stream, const ConfigErrorSink& sink);
 
 }  // namespace pdx

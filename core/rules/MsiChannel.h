@@ -29,8 +29,8 @@ MsiCommand parseMsiCommand(std::wstring_view text);
 inline constexpr std::wstring_view bastionUninstallBegin = L"CA_MSG_BASTION_UNINSTALL_BEGIN";
 inline constexpr std::wstring_view bastionUninstallSuccess = L"CA_MSG_BASTION_UNINSTALL_SUCCESS";
 
-/// The word under which the last message of a kind is kept, by the high byte of the message type (the order of Windows
-/// Installer's INSTALLMESSAGE values); null for other kinds.
+/// The context key of the last message of a kind; null for other kinds. The kind is the message type's high byte, in
+/// the order of Windows Installer's INSTALLMESSAGE values.
 const char* msiMessageWord(uint32_t messageType);
 
 }  // namespace pdx

@@ -74,7 +74,7 @@ EventPair downloadStarted(const RunKind& run, const DownloadFacts& download) {
 }
 
 EventPair downloadFinished(const RunKind& run, const DownloadFacts& download, const std::string& now) {
-    // Not a number (0/0) for an empty payload; the service expects that.
+    // Not a number (0/0) for an empty payload; sent unchanged.
     const double percent = 100.0 * static_cast<double>(download.progress) / static_cast<double>(download.total);
     EventPair pair = {tallyDownload(download, "finish", "success"),
                       brisk("inst.dnld.succ", {{"strt", download.start},

@@ -32,7 +32,7 @@ struct EventPair {
 };
 
 struct SessionFacts {
-    std::string boot;  ///< when the machine started, in the form of the events' own time
+    std::string boot;  ///< when the machine started, in the Brisk service's format
     std::string commandLine;
     bool autopatch = false;  ///< started as another installer's update
     bool elevated = false;

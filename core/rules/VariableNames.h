@@ -25,13 +25,13 @@ inline constexpr const wchar_t* thickInstaller = L"IsThickInstaller";        // 
 inline constexpr const wchar_t* reporterShortcut = L"INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE";
 inline constexpr const wchar_t* recoveryShortcut = L"INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE";
 
-// The engine's own, and one that the bundle presets.
+// The engine's variables, and one that the bundle presets.
 inline constexpr const wchar_t* bundleExecutable = L"BundleExecutableName";
 inline constexpr const wchar_t* bundleLog = L"WixBundleLog";
 inline constexpr const wchar_t* bundleFolder = L"WixBundleSourceProcessFolder";  // ends in a separator
 inline constexpr const wchar_t* providerKey = L"WixBundleProviderKey";
 
-/// In the environment alone.
+/// In the environment only.
 inline constexpr const wchar_t* installLocation = L"PDX_INSTALL_LOCATION";
 
 }  // namespace pdx::variable

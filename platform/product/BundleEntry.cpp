@@ -5,7 +5,7 @@
 namespace pdx {
 
 RegistryKey openBundleEntry(const std::wstring& providerKey) {
-    // The empty one would name the list of all entries, and one with a separator a key elsewhere.
+    // An empty key would mean the list of all entries, and one with a separator a key elsewhere.
     if (providerKey.empty() || providerKey.find(L'\\') != std::wstring::npos) return {};
     return RegistryKey::localMachine(view32).openSubKey(uninstallKey + (L'\\' + providerKey), true);
 }

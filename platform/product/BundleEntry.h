@@ -7,8 +7,8 @@
 
 namespace pdx {
 
-/// The entry, to be written (32-bit view, where the engine registers a bundle). No key, which fails every call without
-/// a log line, for a provider key that names no single entry; also without the entry, which openSubKey logs.
+/// Opens the entry for writing (32-bit view, where the engine registers a bundle). Returns no key for a provider key
+/// that names no single entry, and for a missing entry, which openSubKey logs.
 RegistryKey openBundleEntry(const std::wstring& providerKey);
 
 }  // namespace pdx

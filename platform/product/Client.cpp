@@ -21,7 +21,7 @@ std::wstring getLogFilePath(const std::wstring& name) {
 }
 
 std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file) {
-    // What is too long to be joined is empty, and joining to that would give a relative path.
+    // appendPath returns empty for a path that is too long, and appending to that would give a relative path.
     std::wstring path = installLocation.empty() ? std::wstring() : appendPath(installLocation, L"Palisade Desktop");
     if (!path.empty()) path = appendPath(path, file);
     return path.empty() ? std::string() : getFileVersion(path);

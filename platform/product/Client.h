@@ -1,4 +1,4 @@
-// The installed client: what its package recorded, its logs, and its start.
+// The installed client: the values that its package recorded, its logs, and its start.
 #pragma once
 
 #include <string>
@@ -15,12 +15,12 @@ std::wstring bastionText(const std::wstring& name);
 /// A file in the client's log folder below the common application data.
 std::wstring getLogFilePath(const std::wstring& name);
 
-/// The version of a program of the client that is installed at a location (getFileVersion). Empty for the empty
-/// location, and for one that is too long for the system's paths.
+/// The version of a program of the client at an install location (getFileVersion). Empty if the location is empty or
+/// too long for the system's paths.
 std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file);
 
-/// Starts the client with the parameters: the recorded program LauncherAppPath in the folder InstallLocation. The
-/// handle is that of the new process, if the system gave one; without a recorded program nothing is started.
+/// Starts the client with the parameters: the recorded program LauncherAppPath in the folder InstallLocation. Returns
+/// the handle of the new process, if there is one. Does nothing without a recorded program.
 Handle launchClient(const std::wstring& parameters);
 
 }  // namespace pdx

@@ -1,4 +1,4 @@
-// The installer's own version, as it is sent to every service.
+// The installer's version, as every service receives it.
 #pragma once
 
 namespace pdx {

@@ -11,10 +11,10 @@ inline constexpr const wchar_t* launchHelperProgram = L"PalisadeLaunchHelper.exe
 inline constexpr const wchar_t* serviceProgram = L"PalisadeBackgroundService.exe";
 inline constexpr const wchar_t* connectProgram = L"PalisadeConnect_microsoft.exe";
 
-/// The name of the client's service in the system's list.
+/// The name of the client's service.
 inline constexpr const wchar_t* clientService = L"PalisadeBackgroundService";
 
-/// All that may run from the client's folder. Its service is stopped as a service.
+/// The programs that may run from the client's folder. Not the service's program: the service is stopped as one.
 inline constexpr std::wstring_view clientProcesses[] = {
     desktopProgram,
     launcherProgram,

@@ -1,5 +1,5 @@
-// Case of the letters A to Z, the same in every locale: for keys, switches, tags, schemes and labels. Names of
-// files and people are compared by the system's rules (platform/Text.h).
+// Case of the letters A to Z, the same in every locale: for keys, switches, tags, schemes and labels. Names of files
+// and people are compared by the system's rules (platform/Text.h).
 #pragma once
 
 #include <algorithm>
@@ -18,7 +18,7 @@ constexpr Letter upperAscii(Letter letter) {
     return letter >= 'a' && letter <= 'z' ? static_cast<Letter>(letter - 'a' + 'A') : letter;
 }
 
-/// A to Z lowered; every other letter, and every byte of one in UTF-8, stays as it is.
+/// A to Z in lower case; every other letter, and each of its bytes in UTF-8, is unchanged.
 template <typename Letter>
 std::basic_string<Letter> loweredAscii(std::basic_string_view<Letter> text) {
     std::basic_string<Letter> lowered(text);

@@ -12,21 +12,21 @@ struct DisplaySwitch {
     BOOTSTRAPPER_DISPLAY display;
 };
 
-/// As the engine takes them.
+/// The engine's switches.
 constexpr DisplaySwitch displaySwitches[] = {
     {L"q", BOOTSTRAPPER_DISPLAY_NONE},          {L"quiet", BOOTSTRAPPER_DISPLAY_NONE},
     {L"s", BOOTSTRAPPER_DISPLAY_NONE},          {L"silent", BOOTSTRAPPER_DISPLAY_NONE},
     {L"passive", BOOTSTRAPPER_DISPLAY_PASSIVE},
 };
 
-/// The word of "/Word" or "-Word" in lower case; empty for another argument.
+/// The word of "/Word" or "-Word" in lower case; empty for any other argument.
 std::wstring switchOf(std::wstring_view argument) {
     if (!argument.starts_with(L'-') && !argument.starts_with(L'/')) return {};
     return loweredAscii(argument.substr(1));
 }
 
-/// Reads one argument of a command line as the system splits it. A quote opens and closes anywhere in it. An odd number
-/// of backslashes before a quote makes the quote a character. So is the third of three adjacent quotes.
+/// Reads one argument of a command line as the system splits it. A quote opens and closes anywhere in the argument.
+/// After an odd number of backslashes a quote is a character; so is the third of three adjacent quotes.
 class ArgumentReader {
   public:
     /// False for the blank after the argument.
@@ -45,10 +45,10 @@ class ArgumentReader {
         return true;
     }
 
-    /// What the program gets, but for the backslashes before a quote, which all stay.
+    /// The argument as the program gets it, but with all backslashes before a quote.
     [[nodiscard]] std::wstring_view text() const { return read; }
     [[nodiscard]] bool quoted() const { return quotes == 1; }
-    /// What was taken last is a closing quote.
+    /// Whether the last character was a closing quote.
     [[nodiscard]] bool closed() const { return quotes == 2; }
 
   private:
@@ -57,7 +57,7 @@ class ArgumentReader {
     int quotes = 0;
 };
 
-/// The first argument of some, and the login code in it.
+/// The first of some arguments, and the login code in it.
 struct FoundArgument {
     size_t end;            ///< after the blank that ended the argument
     size_t codeBegin = 0;  ///< both 0 if there is no code
@@ -75,14 +75,14 @@ FoundArgument findCode(std::wstring_view arguments) {
         code = end + 1;
         quotedWhole = argument.quoted();
     }
-    // The quotes around the whole argument stay.
+    // Quotes around the whole argument are kept.
     const size_t codeEnd = quotedWhole && argument.closed() ? end - 1 : end;
     const size_t afterBlank = std::min(end + 1, arguments.size());
     if (code == 0 || code >= codeEnd) return {afterBlank};
     return {afterBlank, code, codeEnd};
 }
 
-/// The program before the arguments, in which only the next quote ends what a quote has begun.
+/// The length of the program before the arguments; here only the next quote closes a quote.
 size_t programLength(std::wstring_view commandLine) {
     const bool quoted = commandLine.starts_with(L'"');
     const size_t last = quoted ? commandLine.find(L'"', 1) : commandLine.find_first_of(L" \t");
@@ -106,7 +106,7 @@ BOOTSTRAPPER_DISPLAY displayTowardsUser(BOOTSTRAPPER_DISPLAY display, BOOTSTRAPP
         const std::wstring word = switchOf(arguments[i]);
         for (const DisplaySwitch& row : displaySwitches)
             if (word == row.word) display = row.display;
-        if (word == L"l" || word == L"log") ++i;  // what follows is a file's name
+        if (word == L"l" || word == L"log") ++i;  // the next argument is a file name
     }
     return display;
 }

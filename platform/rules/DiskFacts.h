@@ -1,4 +1,4 @@
-// The system's facts of its drives and disks, and what its names and numbers mean.
+// The system's facts of drives and disks, and the meaning of their names and numbers.
 #pragma once
 
 #include <array>
@@ -16,7 +16,7 @@ struct LogicalDiskId {
 
 struct PhysicalDiskInfo {
     std::string friendlyName;
-    std::string mediaType;  ///< what mediaTypeName gives; empty if the disk is not known
+    std::string mediaType;  ///< from mediaTypeName; empty if the disk is unknown
     std::wstring uniqueId;
     std::string deviceId;  ///< the disk's number
 };
@@ -24,7 +24,7 @@ struct PhysicalDiskInfo {
 /// The number in the name of a partition: "1" of "Disk #1, Partition #0". Nothing if the name has another form.
 std::optional<std::string> diskNumberOf(std::string_view partition);
 
-/// The name of a MediaType of MSFT_PhysicalDisk.
+/// The name of a MediaType value of MSFT_PhysicalDisk.
 constexpr const char* mediaTypeName(int32_t number) {
     struct Row {
         int32_t number;

@@ -127,7 +127,7 @@ enum BOOTSTRAPPER_ERROR_TYPE : int32_t {
     BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_SERVER,
     BOOTSTRAPPER_ERROR_TYPE_HTTP_AUTH_PROXY,
     BOOTSTRAPPER_ERROR_TYPE_APPLY,
-    /// The library's own errors, which take the same road as the engine's.
+    /// The library's errors, which are handled like the engine's.
     PALISADE_ERROR_TYPE = 0x7ff,
 };
 

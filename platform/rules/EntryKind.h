@@ -1,4 +1,4 @@
-// What an entry of a folder is once it is open with no link followed, and so what deleting it means.
+// The kind of a folder's entry that is open with no link followed; it decides how the entry is deleted.
 #pragma once
 
 #include <cstdint>
@@ -7,19 +7,19 @@
 namespace pdx {
 
 enum class EntryKind {
-    elsewhere,  ///< a link was on the way to it: it is not what the path names, and is left alone
-    link,       ///< is removed itself, and what it leads to stays
+    elsewhere,  ///< a link led to it, so it is not the entry of that path and is not deleted
+    link,       ///< is removed; its target is not
     folder,     ///< is removed once it is empty
     file,
 };
 
 /// Whether a reparse tag is a name surrogate, as those of junctions and symbolic links are. Other tags mark files whose
-/// content lies in a cloud or is compressed. Wine gives a link of the system below it no tag, so 0 counts too.
+/// content is in a cloud or compressed. On Wine a link of the system below it has no tag, so 0 counts too.
 constexpr bool isLinkTag(uint32_t reparseTag) { return reparseTag == 0 || (reparseTag & 0x20000000) != 0; }
 
 /// The attributes and the tag are those of the open entry (FileAttributeTagInfo). Its final path is compared exactly
 /// with that of the trusted folder and the names below it as that folder lists them. Both are empty on a volume that
-/// gives no final paths; then the tag alone decides.
+/// gives no final paths; then only the tag decides.
 constexpr EntryKind judgeEntry(uint32_t attributes, uint32_t reparseTag, std::wstring_view finalPath,
                                std::wstring_view expectedPath) {
     constexpr uint32_t directory = 0x10;

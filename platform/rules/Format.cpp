@@ -10,7 +10,7 @@
 namespace pdx {
 namespace {
 
-/// Writes into the buffer until it is full and swallows the rest.
+/// Writes into the buffer until it is full and drops the rest.
 class Output {
   public:
     explicit Output(std::span<char> target) : buffer(target) {}
@@ -152,7 +152,7 @@ class Formatter {
 
     template <typename Number>
     void printNumber(const Directive& directive, const char* length, Number number) {
-        // No number takes more digits than that; wider fields are padded here.
+        // More than the digits of any number; wider fields are padded here.
         constexpr int widest = 400;
         const int width = directive.width.value_or(0);
         std::string single = "%" + directive.flags;

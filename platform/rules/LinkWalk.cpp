@@ -9,7 +9,7 @@ namespace pdx {
 namespace {
 
 constexpr std::wstring_view exactStart = L"\\\\?\\";
-constexpr std::wstring_view systemStart = L"\\??\\";  // of what links hold
+constexpr std::wstring_view systemStart = L"\\??\\";  // begins the full paths in links
 
 uint32_t readNumber(std::span<const std::byte> data, size_t offset, size_t size) {
     uint32_t number = 0;
@@ -28,7 +28,7 @@ bool isRoot(std::wstring_view name) {
 /// The components that are still to be followed, and how far the path has been.
 class Walk {
   public:
-    /// Puts the components of a path before those that are left.
+    /// Inserts the components of a path before the remaining ones.
     void prepend(std::wstring_view path) {
         std::vector<std::wstring> parts;
         while (!path.empty()) {
@@ -39,7 +39,7 @@ class Walk {
         left.insert(left.begin(), parts.begin(), parts.end());
     }
 
-    /// Begins anew with a full path before what is left. False if it has no root.
+    /// Restarts with a full path before the remaining components. False if the path has no root.
     bool restart(std::wstring_view path) {
         names.clear();
         volume.clear();
@@ -54,13 +54,13 @@ class Walk {
         return true;
     }
 
-    /// A relative path of a link begins at the folder that holds the link, or at the root if it begins with "\".
+    /// Follows a link's relative path: from the link's folder, or from the root if the path begins with "\".
     void follow(std::wstring_view relative) {
         if (relative.starts_with(L'\\') && !names.empty()) names.resize(1);
         prepend(relative);
     }
 
-    /// Once as many components are left as now, the path has to be at this one.
+    /// When the same number of components remains, the walk must have this final path.
     void expect(const std::wstring& finalPath) {
         expected.push_back({left.size(), finalPath.substr(0, finalPath.find_last_not_of(L'\\') + 1)});
     }
@@ -82,7 +82,7 @@ class Walk {
             volume = finalPath.substr(0, finalPath.find_last_not_of(L'\\') + 1);
             names.push_back(name);
         } else {
-            // Its own name, where the path gave the short one or another case.
+            // The entry's name: the path may have the short one or another case.
             names.push_back(finalPath.empty() ? name : finalPath.substr(finalPath.rfind(L'\\') + 1));
         }
     }
@@ -113,7 +113,7 @@ class Walk {
     };
 
     std::deque<std::wstring> left;
-    std::vector<Expected> expected;   ///< the one that is due first at the end
+    std::vector<Expected> expected;   ///< the next one to check is the last
     std::vector<std::wstring> names;  ///< the first is the root
     std::wstring volume;              ///< the root's final path
 };
@@ -121,11 +121,11 @@ class Walk {
 }  // namespace
 
 std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData) {
-    constexpr uint32_t mountPoint = 0xA0000003;  // junctions too
+    constexpr uint32_t mountPoint = 0xA0000003;  // also junctions
     constexpr uint32_t symbolicLink = 0xA000000C;
     constexpr size_t offsetAt = 8;
     constexpr size_t lengthAt = 10;
-    constexpr size_t flagsAt = 16;  // of a symbolic link only
+    constexpr size_t flagsAt = 16;  // for a symbolic link only
     if (reparseData.size() < flagsAt) return std::nullopt;
     const uint32_t tag = readNumber(reparseData, 0, 4);
     if (tag != mountPoint && tag != symbolicLink) return std::nullopt;
@@ -147,7 +147,7 @@ WalkedPath walkLinks(std::wstring_view fullPath, const std::function<PathEntry(c
     if (!walk.restart(fullPath)) return walked;
     for (int32_t links = 0; !walk.isDone();) {
         const std::wstring name = walk.next();
-        const bool isDots = name == L"." || name == L"..";  // in what a relative link holds
+        const bool isDots = name == L"." || name == L"..";  // only in relative links
         const std::wstring path = walk.path(name);
         const PathEntry entry = isDots ? PathEntry() : look(path);
         if (entry.isLink) {

@@ -1,4 +1,4 @@
-// Where a path leads if each link on its way is asked for and followed one by one.
+// Resolves a path by checking and following each link.
 #pragma once
 
 #include <cstddef>
@@ -11,46 +11,46 @@
 
 namespace pdx {
 
-/// Where a link leads.
+/// The target of a link.
 struct LinkTarget {
     std::wstring path;
     bool isRelative = false;  ///< to the folder that holds the link
 };
 
 /// Reads the data of a reparse point (FSCTL_GET_REPARSE_POINT, REPARSE_DATA_BUFFER) of a junction, a volume mount point
-/// or a symbolic link. None for another tag, and for data that is too short for what it describes.
+/// or a symbolic link. Nothing for another tag, and for data shorter than its fields say.
 std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData);
 
-/// What lies at a path whose last component was not followed.
+/// The entry at a path, with a link at its end not followed.
 struct PathEntry {
     bool isLink = false;
-    bool mayFollow = false;        ///< of a link: whether elevated rights may go to targetFinalPath
-    std::wstring targetFinalPath;  ///< of a link: where it led when that was asked
+    bool mayFollow = false;        ///< of a link: may be followed with elevated rights to targetFinalPath
+    std::wstring targetFinalPath;  ///< of a link: the target for which mayFollow was decided
     LinkTarget target;             ///< of a link; the empty path if it cannot be read
-    std::wstring finalPath;        ///< in the form VOLUME_NAME_NT; empty if the system gives none
+    std::wstring finalPath;        ///< in the form VOLUME_NAME_NT; empty if there is none
 };
 
 enum class WalkResult {
     arrived,
-    badPath,       ///< the path, or what a link leads to, does not begin with a drive or a volume
-    refusedLink,   ///< a link that elevated rights may not follow, or that led elsewhere when that was asked
-    tooManyLinks,  ///< more than mostLinks, as in a circle
+    badPath,       ///< the path, or a link's target, does not begin with a drive or a volume
+    refusedLink,   ///< a link that may not be followed with elevated rights, or that has changed since the check
+    tooManyLinks,  ///< more than mostLinks, as in a cycle
 };
 
 struct WalkedPath {
     WalkResult result = WalkResult::badPath;
-    std::wstring path;        ///< without a link, "\\?\D:\Games\Palisade"; where the walk ended if it did not arrive
-    std::wstring finalPath;   ///< that the path then has to have; empty on a volume that gives none
-    bool endsInLink = false;  ///< the last component of the path that was given is a link
+    std::wstring path;        ///< without links, "\\?\D:\Games\Palisade"; where the walk ended if it did not arrive
+    std::wstring finalPath;   ///< the final path that the path must have; empty on a volume without them
+    bool endsInLink = false;  ///< the given path's last component is a link
 };
 
-/// The system's own bound for the reparse points of one path.
+/// The system's limit for the reparse points of one path.
 inline constexpr int32_t mostLinks = 63;
 
-/// Follows a full path ("D:\Games\Palisade") component by component. `look` is asked for each of them, the root of the
-/// drive first, always by a path that begins with "\\?\" and has no link before its last component. What is not there
-/// counts as a folder. The result is no proof by itself: a component can be exchanged during the walk, and so the final
-/// path of what the path opens has to be compared with it.
+/// Follows a full path ("D:\Games\Palisade") component by component. Calls `look` for each of them, first for the
+/// drive's root. The path begins with "\\?\" and has no link before its last component. A missing entry counts as a
+/// folder. The result is no proof: a component can change during the walk, so the caller must compare finalPath with
+/// the final path of the opened folder.
 WalkedPath walkLinks(std::wstring_view fullPath, const std::function<PathEntry(const std::wstring& path)>& look);
 
 }  // namespace pdx

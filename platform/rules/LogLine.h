@@ -1,4 +1,4 @@
-// How a log line looks: the levels, their words, the engine's level for each, and the line's fields.
+// The format of a log line: the levels, their words, the engine's level for each, and the line's fields.
 #pragma once
 
 #include <string>
@@ -17,13 +17,13 @@ enum LogLevel : int32_t {
     logTrace = 4,
 };
 
-/// The word printed for a level, always five characters wide, and the level for the engine.
+/// The word for a level, always five characters, and the engine's level.
 struct LogLevelFacts {
     std::wstring_view word;
     BOOTSTRAPPER_LOG_LEVEL engineLevel;
 };
 
-/// The facts of a level; every level outside 0 to 3 is printed as the trace level.
+/// The facts of a level; a level outside 0 to 3 counts as the trace level.
 LogLevelFacts logLevelFacts(int32_t level);
 
 /// "PDXBA{marker} {word} ({function}:{line}) {message}"; the marker is "*" in an elevated process.

@@ -1,4 +1,4 @@
-// Whole numbers in texts, and what more than one module knows of paths.
+// Integers in texts, and constants of paths that several modules use.
 #pragma once
 
 #include <cstddef>
@@ -7,9 +7,9 @@
 
 namespace pdx {
 
-/// The characters that a path or a text of the environment may have here; what is longer counts as not there.
+/// The longest path or environment text, in characters; a longer one counts as missing.
 inline constexpr size_t pathCapacity = 4096;
-/// What every final path begins with.
+/// The beginning of every final path.
 inline constexpr std::wstring_view finalPathStart = L"\\\\?\\";
 
 /// A text of decimal digits as a number; 0 for any other text and for a number of more than 32 bits.

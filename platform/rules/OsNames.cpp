@@ -35,7 +35,7 @@ constexpr Name names[] = {
     {osInfoValue::wine8, "Wine 8"},
 };
 
-/// The lowest version that bears a name.
+/// The lowest version with a name.
 struct Threshold {
     osInfoValue value;
     uint32_t major;
@@ -62,7 +62,7 @@ constexpr Threshold wines[] = {
     {osInfoValue::wineOld, 0, 9, 0},
 };
 
-/// The first row that the version reaches.
+/// The first row whose version is not above the system's.
 osInfoValue choose(std::span<const Threshold> rows, const OsInfo& system, osInfoValue below) {
     for (const Threshold& row : rows)
         if (std::tie(system.major, system.minor, system.build) >= std::tie(row.major, row.minor, row.build))

@@ -38,18 +38,18 @@ enum class osInfoValue : int32_t {
     wine8 = 19,
 };
 
-/// The text of a value, as telemetry sends it; nothing for a number that is none of them.
+/// The text of a value for telemetry; nothing for an unknown number.
 std::optional<std::string_view> osName(osInfoValue value);
 
-/// The name of a Windows by its version and product type.
+/// The name of a Windows version and product type.
 osInfoValue windowsName(const OsInfo& system);
-/// The name of a Wine by the version that it reports.
+/// The name of a Wine version.
 osInfoValue wineName(const OsInfo& wine);
-/// The three numbers at the start of Wine's version text, as "7.1.3"; all zero if the text is null or has fewer than
-/// three, as "8.0" has.
+/// The three numbers at the start of Wine's version text, as "7.1.3"; all zero if the text is null or has fewer, as
+/// "8.0".
 OsInfo parseWineVersion(const char* text);
 
-/// The name of an architecture by the number that the system has for it; nothing for a number that has none.
+/// The name of an architecture by the system's number; nothing for an unknown number.
 std::optional<std::string_view> architectureName(uint32_t number);
 
 }  // namespace pdx

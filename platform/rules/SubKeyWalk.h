@@ -7,15 +7,15 @@
 
 namespace pdx {
 
-/// The answer to the question for the subkey at an index: the system's error code, and the name where that is 0.
+/// The result for the subkey at an index: the system's error code, and the name if that is 0.
 struct SubKeyAnswer {
     int32_t error = 0;
     std::wstring name;
 };
 
-/// Calls the function with the name at each index from 0 on, until it returns false, the handle turns out invalid or
-/// there are no more items. After any other error, such as that of a name too long for the buffer, the next index
-/// follows. So it does after a call that deleted its subkey: the subkey that moves to that index is not seen.
+/// Calls the function with the name at each index from 0 on, until it returns false, the handle is invalid or there are
+/// no more items. After any other error, such as a name too long for the buffer, the walk continues with the next
+/// index. So it does after the function has deleted its subkey: the subkey that moves to that index is skipped.
 void walkSubKeys(const std::function<SubKeyAnswer(uint32_t index)>& subKeyAt,
                  const std::function<bool(const std::wstring& name)>& function);
 

@@ -10,7 +10,7 @@ constexpr uint32_t replacement = 0xFFFD;
 bool isLead(uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool isTrail(uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-/// The code point at the place of a text of that many units; the place moves after it.
+/// The code point at a position in a text of that many units; moves the position after it.
 template <typename UnitAt>
 uint32_t takeUnits(UnitAt unitAt, size_t size, size_t& at) {
     const uint32_t unit = unitAt(at++);
@@ -26,7 +26,7 @@ uint32_t takeWide(std::wstring_view text, size_t& at) {
     return takeUnits(unitAt, text.size(), at);
 }
 
-/// The number of bytes from the place on that are ASCII; most of all text is.
+/// The number of ASCII bytes from the position on; most text is ASCII.
 size_t plainLength(std::string_view text, size_t at) {
     const size_t begin = at;
     constexpr uint64_t highBits = 0x8080808080808080;
@@ -43,7 +43,7 @@ uint32_t takeNarrow(std::string_view text, size_t& at) {
     if (lead < 0x80) return lead;
     if (lead < 0xC2 || lead > 0xF4) return replacement;
     const int followers = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-    // What the first follower may be keeps overlong forms, surrogates and all above U+10FFFF out.
+    // The range of the second byte excludes overlong forms, surrogates and code points above U+10FFFF.
     uint8_t lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     uint8_t highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     uint32_t point = lead & (0x3Fu >> followers);
@@ -60,7 +60,7 @@ uint32_t takeNarrow(std::string_view text, size_t& at) {
 
 constexpr size_t longestCharacter = 4;  // bytes
 
-/// Writes one code point; gives the place after it.
+/// Writes one code point; returns the position after it.
 char* writeUtf8(char* target, uint32_t codePoint) {
     const auto add = [&](uint32_t byte) { *target++ = static_cast<char>(byte); };
     if (codePoint < 0x80) {
@@ -90,7 +90,7 @@ void appendUtf8(std::string& target, uint32_t codePoint) {
 }
 
 void assignUtf8(std::string& target, std::wstring_view text) {
-    // Nearly every line of a log is plain, and then each unit is its own byte.
+    // Nearly every line of a log is ASCII, in which each unit is one byte.
     target.resize(text.size());
     size_t at = 0;
     for (; at < text.size() && static_cast<uint32_t>(text[at]) < 0x80; ++at) target[at] = static_cast<char>(text[at]);
@@ -110,7 +110,7 @@ std::wstring toWide(std::string_view text) {
     for (size_t at = 0; at < text.size();) {
         uint32_t point = static_cast<uint8_t>(text[at]);
         if (point < 0x80)
-            ++at;  // most of all text, and not worth a call
+            ++at;  // ASCII, most of the text, without a call
         else
             point = takeNarrow(text, at);
         if (sizeof(wchar_t) == 2 && point > 0xFFFF) {

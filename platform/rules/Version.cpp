@@ -10,7 +10,7 @@ namespace {
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// Reads one number as scanf's "%hu" does, blanks and a sign in front of it included, off the head of the text.
+/// Removes one number from the head of the text and returns it, as scanf's "%hu" reads it, with blanks and a sign.
 std::optional<uint16_t> takeNumber(std::string_view& text) {
     std::string_view rest = text;
     while (!rest.empty() && isSpace(rest.front())) rest.remove_prefix(1);

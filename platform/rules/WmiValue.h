@@ -1,4 +1,4 @@
-// A property of a row that the system's management service gives.
+// A property in a row of a WMI query.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ struct WmiValue {
         other,  ///< any other type, or a property that the row does not have
     };
     Kind kind = Kind::other;
-    std::wstring text;   ///< UTF-16 units, of a text alone
-    int32_t number = 0;  ///< of a number alone
+    std::wstring text;   ///< UTF-16 units; for a text only
+    int32_t number = 0;  ///< for a number only
 };
 
 }  // namespace pdx

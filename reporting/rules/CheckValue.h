@@ -6,8 +6,8 @@
 
 namespace pdx {
 
-/// 16 bits over the bytes of a text, 0 for the empty one. A byte counts with its sign, as the service has it: "A" gives
-/// 65, and a byte above 127 subtracts.
+/// 16 bits over the bytes of a text, 0 for the empty one. Bytes are signed, as in the service: "A" gives 65, and a byte
+/// above 127 subtracts.
 constexpr uint16_t requestCheckValue(std::string_view text) {
     constexpr uint16_t mask = 0x4B1D;  // over the value after every second byte
     uint16_t value = 0;

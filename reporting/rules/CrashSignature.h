@@ -1,4 +1,4 @@
-// A crash's short signature: which modules its stack passes through, and where in memory it happened.
+// A crash's short signature, from the modules on its stack and the address of the fault.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,7 @@ class StackHash {
 };
 
 /// "25-ABCD": the hash's low byte, and the low 16 bits of the address of the fault. Crashes on one path of modules at
-/// one offset within 64 KB share a signature; functions within a module have no influence.
+/// one offset within 64 KB have the same signature; functions within a module have no influence.
 std::string crashSignature(const StackHash& stack, uint64_t faultAddress);
 
 /// Whether an exception ends the program: its code's severity, the two highest bits, is "error".

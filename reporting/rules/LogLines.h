@@ -1,4 +1,4 @@
-// A log file that is read in blocks and becomes scrubbed text.
+// Reads a log file in blocks and scrubs it.
 #pragma once
 
 #include <cstddef>
@@ -14,19 +14,19 @@ enum class LogEncoding {
     utf16,  ///< little endian
 };
 
-/// The encoding of a log that begins so: UTF-16 if it has the byte order mark.
+/// The encoding of a log by its first bytes: UTF-16 if they are the byte order mark.
 constexpr LogEncoding logEncodingOf(std::string_view begin) {
     return begin.starts_with("\xFF\xFE") ? LogEncoding::utf16 : LogEncoding::utf8;
 }
 
-/// Turns blocks of any bytes, cut anywhere, into scrubbed UTF-8. Holds a line that continues in the next block, up to
-/// 1 MiB of it: a longer one is scrubbed in pieces, with the same result.
+/// Converts blocks of bytes, cut anywhere, to scrubbed UTF-8. Keeps up to 1 MiB of a line that continues in the next
+/// block: a longer line is scrubbed in pieces, with the same result.
 class LogReader {
   public:
     LogReader(LogEncoding logEncoding, const LogScrubber& logScrubber) : encoding(logEncoding), scrubber(logScrubber) {}
 
     void feed(std::string_view block, const TakeText& take);
-    /// Gives the text after the last line feed. Half a UTF-16 unit at the end, which is being written, is left out.
+    /// Passes the text after the last line feed to take. Omits half a UTF-16 unit at the end.
     void finish(const TakeText& take);
 
   private:
@@ -36,9 +36,9 @@ class LogReader {
 
     LogEncoding encoding;
     const LogScrubber& scrubber;
-    std::string unfinished;  ///< bytes of a character that the block's end cut
+    std::string unfinished;  ///< bytes of a character that continues in the next block
     std::string converted;   ///< a block in UTF-8
-    std::string line;        ///< the part of a line that was fed so far
+    std::string line;        ///< a line whose end has not been read
 };
 
 }  // namespace pdx

@@ -17,20 +17,20 @@ std::string hideIn(std::string_view commandLine) {
     return toUtf8(hide(toWide(commandLine)));
 }
 
-/// Moves a place to the beginning of its character.
+/// The beginning of the character at a position.
 size_t betweenCharacters(std::string_view text, size_t at) {
     while (at > 0 && at < text.size() && (static_cast<uint8_t>(text[at]) & 0xC0) == 0x80) --at;
     return at;
 }
 
-/// The end of the line that the place is in. A carriage return alone ends one too.
+/// The end of the line at a position. A carriage return alone ends a line too.
 size_t lineEnd(std::string_view text, size_t at) {
     const size_t end = std::min(text.find_first_of("\r\n", at), text.size());
     return end - at < LogScrubber::lookAhead ? end : betweenCharacters(text, at + LogScrubber::lookAhead - 1);
 }
 
-/// The first place from there on that has one of the letters; the text's size if none has. All of a log passes through
-/// this loop.
+/// The position of the next such letter; the text's size if there is none. Fast on purpose: this loop reads every byte
+/// of a log.
 size_t nextOf(const std::array<bool, 256>& letters, std::string_view text, size_t from) {
     const char* const end = text.data() + text.size();
     const char* at = text.data() + from;
@@ -38,7 +38,7 @@ size_t nextOf(const std::array<bool, 256>& letters, std::string_view text, size_
     return static_cast<size_t>(at - text.data());
 }
 
-/// The same as starts_with for a text that is not empty. Nearly all that begin alike differ in the last letter.
+/// As starts_with, for a text that is not empty. Compares the last letter first: most candidates differ there.
 bool beginsWith(std::string_view text, std::string_view beginning) {
     return text.size() >= beginning.size() && text[beginning.size() - 1] == beginning.back() &&
            text.starts_with(beginning);
@@ -48,8 +48,8 @@ bool beginsWith(std::string_view text, std::string_view beginning) {
 
 /// Where a log names the login code.
 struct CodePlace {
-    std::string_view before;  ///< the rest of the line after it holds the code
-    std::string_view after;   ///< what ends the line then
+    std::string_view before;  ///< the rest of the line after this contains the code
+    std::string_view after;   ///< the end of such a line
     std::string (*hide)(std::string_view rest);
 };
 
@@ -73,7 +73,7 @@ LogScrubber::LogScrubber(const ScrubTexts& texts) : paths(narrowScrubTexts(texts
     };
     for (size_t i = 0; i < paths.size(); ++i) {
         std::string& path = paths[i].search;
-        // A folder with a short name is its own short form, and there is no folder of one letter and no slash.
+        // The short form equals the long one if all names are short.
         if (i >= 2 && path == paths[i - 2].search) path.clear();
         if (path.size() < 2) path.clear();
         if (!path.empty()) add(path);
@@ -87,7 +87,7 @@ void LogScrubber::scrub(std::string_view text, const TakeText& take) const {
         if (end > done) take(text.substr(done, end - done));
         done = end;
     };
-    // Nearly all lines are passed on unchanged, and many at a time.
+    // Nearly all lines are unchanged and are passed on together.
     for (Match match = find(text, 0); match.begin != text.npos; match = find(text, done)) {
         give(std::max(done, text.rfind('\n', match.begin) + 1));
         const size_t end = std::min(text.find('\n', match.begin), text.size() - 1) + 1;

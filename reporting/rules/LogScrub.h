@@ -1,4 +1,4 @@
-// What a report's copy of a log leaves out: the name in the user's profile path, and the login code.
+// Removes the name in the user's profile path, and the login code, from a report's copy of a log.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace pdx {
 
-/// Takes a piece of text, which it must not keep.
+/// Receives a piece of text, and must not keep a reference to it.
 using TakeText = std::function<void(std::string_view)>;
 
 struct CodePlace;
@@ -20,13 +20,13 @@ class LogScrubber {
   public:
     explicit LogScrubber(const ScrubTexts& texts);
 
-    /// Gives the scrubbed text to take, in pieces. The text is whole lines, or a piece of one.
+    /// Passes the scrubbed text to take, in pieces. The text is whole lines, or a piece of one line.
     void scrub(std::string_view text, const TakeText& take) const;
-    /// The last place, not above the bound, where a line may be cut: between two characters, with nothing that is to be
-    /// scrubbed across the cut. Needs lookAhead bytes before and after the bound to see that.
+    /// The last position up to the bound where a line may be cut: between two characters, and not within a text to be
+    /// scrubbed. Needs lookAhead bytes before and after the bound.
     [[nodiscard]] size_t cutAt(std::string_view line, size_t bound) const;
 
-    /// Bytes: above the length of each profile path, and of each command line that Windows allows (32767 units).
+    /// In bytes: more than any profile path and any command line of Windows (32767 units).
     static constexpr size_t lookAhead = 128 << 10;
 
   private:
@@ -39,7 +39,7 @@ class LogScrubber {
     [[nodiscard]] std::string scrubbed(std::string_view line) const;
 
     NarrowScrubTexts paths;
-    /// Of all that is searched for; each text has two at least.
+    /// First letters of all searched texts, each of which has at least two letters.
     std::array<bool, 256> firstLetters{};
     std::array<bool, 256> secondLetters{};
 };

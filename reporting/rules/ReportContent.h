@@ -1,4 +1,4 @@
-// What an error report says: its fields, and the sections of its package.
+// The content of an error report: its fields, and the sections of its package.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,15 @@
 
 namespace pdx {
 
-/// All that is sent about one failed run. A field that nothing fills stays empty.
+/// All that is sent about one failed run.
 struct ErrorReport {
     std::string bastionId;  ///< the SHA-1 of the machine's hash
     std::string machineHash;
     std::string note;
     std::string category = "100";
     std::string ceNumber;
-    std::string fileName;  ///< of the package
-    std::string b64Md5;    ///< of the package, in base64
+    std::string fileName;  ///< the package's, set by newErrorReport
+    std::string b64Md5;    ///< the package's, in base64
     std::string contentType = "x-application/gzip";
     std::string clientVersion;
     std::string package;    ///< a gzip stream
@@ -25,7 +25,7 @@ struct ErrorReport {
     std::string signedUrl;
 };
 
-/// The lines around a section's bytes.
+/// The lines before and after a section's bytes.
 std::string sectionStart(std::string_view name);
 std::string sectionEnd(std::string_view name);
 

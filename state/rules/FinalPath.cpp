@@ -6,7 +6,7 @@
 namespace pdx {
 namespace {
 
-/// All components; empty ones stay in the list.
+/// All components, including empty ones.
 std::vector<std::wstring> splitPath(std::wstring_view path) {
     std::vector<std::wstring> components;
     for (;;) {
@@ -29,7 +29,7 @@ std::wstring withoutFinalPathStart(std::wstring_view finalPath) {
 ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_view path, const PathSystem& system) {
     if (!finalPrefix.empty() && !finalPrefix.starts_with(finalPathStart)) return {{}, ExpectedPathProblem::badPrefix};
     bool found = finalPrefix.empty();
-    // Components are joined on after the first four characters, which the system's function might read as a root.
+    // Joined without the first four characters, which the system's function might treat as a root.
     std::wstring expected;
     std::wstring walked;
     for (const std::wstring& component : splitPath(path)) {

@@ -1,5 +1,4 @@
-// The messages by which the migration from the maker's older client is measured: what a page offers, and what was
-// pressed.
+// The messages that measure the migration from the older client: what a page offers, and what was pressed.
 #pragma once
 
 #include <array>
@@ -11,7 +10,7 @@ namespace pdx {
 inline constexpr const char* statusClick = "click";
 inline constexpr const char* statusImpression = "impression";
 
-/// A place in the installer that messages are of.
+/// A page or event that messages describe.
 struct MessagePlace {
     const char* destination;
     const char* page;
@@ -33,8 +32,8 @@ inline constexpr const char* completedUninstall = "meridian_completed_uninstall"
 inline constexpr std::array startOffers = {startLetsGo, startUserAgreement, startInstallOptions, startClose};
 inline constexpr std::array overlayOffers = {overlayUninstall, overlayNotNow, overlayClose};
 
-/// The attributes of a message. The tag is the migration's group, which may be empty; the service expects the members
-/// about targets, and they are always empty.
+/// The attributes of a message. The tag is the migration's group, which may be empty. The attributes about targets are
+/// always empty, but the service requires them.
 nlohmann::json meridianMessage(const std::string& id, const std::string& destination, const std::string& page,
                                const std::string& status, const std::string& trackingTag);
 

@@ -21,7 +21,7 @@ Parts partsOf(std::wstring_view path) {
         const auto end = std::ranges::find_if(path, isSeparator);
         std::wstring part(path.begin(), end);
         path.remove_prefix(std::min(part.size() + 1, path.size()));
-        // The system drops blanks and dots at a part's end.
+        // The system ignores blanks and dots at a part's end.
         part.resize(part.find_last_not_of(L' ') + 1);
         if (!leadsElsewhere(part)) part.resize(part.find_last_not_of(L". ") + 1);
         std::ranges::transform(part, part.begin(), lowerAscii<wchar_t>);
@@ -57,8 +57,7 @@ bool isOwnFolder(std::wstring_view folder, std::span<const SystemFolder> systemF
 
 bool isOwnVolumePath(std::wstring_view path, std::span<const SystemFolder> systemFolders) {
     const Parts parts = partsOf(path);
-    // The path of a volume itself has a separator at its end, however many parts name the volume. All network folders
-    // are of one device.
+    // The path of a volume's root ends in a separator. All network folders have one device.
     return parts.size() > 2 && path.front() == L'\\' && path.back() != L'\\' && parts[0] == L"device" &&
            parts[1] != L"mup" && isOwn(parts, 2, systemFolders);
 }

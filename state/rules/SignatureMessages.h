@@ -1,13 +1,13 @@
-// How the outcome of a signature check is logged.
+// The log lines of a signature check.
 #pragma once
 
 #include <cstdint>
 
 namespace pdx {
 
-/// The line that is logged of a check.
+/// The log line of a check.
 struct SignatureMessage {
-    const char* format;  ///< its arguments are the file and the number
+    const char* format;  ///< with the file and the number as arguments
     uint32_t number;     ///< the last error for a missing signature, otherwise the result
 };
 
@@ -29,7 +29,7 @@ constexpr SignatureMessage signatureMessage(uint32_t result, uint32_t lastError)
          "timestamp errors."},
     };
     if (result == noSignature) {
-        // The file bears none, has no form that could bear one, or nobody here knows its form.
+        // No signature, a format that cannot have one, or an unknown format.
         for (const uint32_t unsignedError : {noSignature, 0x800B0003u, 0x800B0001u})
             if (lastError == unsignedError)
                 return {"Failed to verify embedded signature for file [%ls]: File was not signed [last error: %u].",

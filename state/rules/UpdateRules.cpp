@@ -8,7 +8,7 @@
 namespace pdx {
 namespace {
 
-/// The multiplication by 33 that texts are often hashed with.
+/// The multiplicative hash with factor 33.
 uint32_t hashOf(std::string_view text) {
     uint32_t hash = 5381;
     for (const char c : text) hash = hash * 33 + static_cast<uint8_t>(c);

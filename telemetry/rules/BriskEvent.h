@@ -1,4 +1,4 @@
-// The events of the Brisk service: flat objects, each with the whole identity of installer and machine.
+// The events of the Brisk service: flat objects, each with the identity of installer and machine.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 
 namespace pdx {
 
-/// What is looked up once of the installer and its machine; all UTF-8.
+/// The identity of installer and machine; all UTF-8.
 struct BriskIdentity {
     std::string architecture;   ///< "AMD64"
     std::string country;        ///< "US"
     std::string environment;    ///< "production"
-    std::string installerType;  ///< as the configuration has it, often empty
+    std::string installerType;  ///< from the configuration, often empty
     std::string language;       ///< "en"
     std::string machineHash;    ///< 40 hexadecimal digits
     std::string os;             ///< "Win 10"
@@ -23,9 +23,8 @@ struct BriskIdentity {
 /// The keys of every event.
 nlohmann::json briskHeader(const BriskIdentity& identity);
 
-/// The event as it is posted. An empty object, which is one to drop, unless the name is a taxonomy of three tokens, as
-/// "inst.sess.strt"; a name that ends in "." is none. In development every event is marked so, unless its own
-/// attributes say otherwise.
+/// The event as it is posted. An empty object, to be dropped, unless the name has three tokens, as "inst.sess.strt"; a
+/// name that ends in "." has not. In development every event has a mark, which its own attributes can replace.
 nlohmann::json briskEvent(const TelemetryEvent& event, std::string time, bool development,
                           const nlohmann::json& header);
 

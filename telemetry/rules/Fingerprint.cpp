@@ -12,12 +12,12 @@ namespace {
 
 constexpr size_t fingerprintCapacity = 1851;
 
-/// Each unit on its own, a half of a pair too.
+/// Encodes each unit separately, also the halves of a surrogate pair.
 void appendUnits(std::string& text, std::wstring_view units) {
     for (const wchar_t unit : units) appendUtf8(text, static_cast<uint16_t>(unit));
 }
 
-/// Cuts at the capacity or up to three bytes before it, so that no sequence is torn.
+/// Cuts at the capacity or up to three bytes before it, between two sequences.
 void cutSequences(std::string& text, size_t capacity) {
     if (text.size() <= capacity) return;
     size_t end = capacity;
@@ -65,7 +65,7 @@ bool takeFact(std::wstring& field, size_t capacity, const WmiValue& value) {
 std::string processorText(const CpuIdentification& cpuid) {
     const CpuRegisters vendorLeaf = cpuid(0);
     std::string vendor;
-    // The vendor's text is in the registers in this order.
+    // The order of the vendor's text in the registers.
     for (const uint32_t value : {vendorLeaf.b, vendorLeaf.d, vendorLeaf.c}) appendRegister(vendor, value);
     const CpuRegisters features = cpuid(1);
     return fmt::format("{};{:08X}{:08X};{};", cutAtZero(vendor), features.d, features.a, brandText(cpuid));

@@ -1,4 +1,4 @@
-// The text of facts about the hardware whose hash identifies a machine.
+// The text of hardware facts whose hash identifies a machine.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 namespace pdx {
 
-/// In place of a fact that is missing.
+/// Replaces a missing fact.
 inline constexpr const wchar_t* unknownFact = L"132241";
 
 struct MachineFacts {
@@ -21,10 +21,10 @@ struct MachineFacts {
     std::wstring biosSerial = unknownFact;
     std::wstring videoDevice = unknownFact;
     uint32_t volumeSerial = 0x11335577;
-    std::string processor;  ///< what processorText gives
+    std::string processor;  ///< from processorText
 };
 
-/// A fact that the management service knows.
+/// A fact that WMI provides.
 struct WmiFact {
     const wchar_t* className;
     const wchar_t* property;
@@ -32,7 +32,7 @@ struct WmiFact {
     size_t capacity;  ///< in UTF-16 units
 };
 
-/// In the order in which they are asked for, which is not the order of the text.
+/// In the order of the queries, which differs from the order of the text.
 inline constexpr std::array<WmiFact, 5> wmiFacts = {{
     {L"Win32_BaseBoard", L"SerialNumber", &MachineFacts::boardSerial, 128},
     {L"Win32_BIOS", L"SerialNumber", &MachineFacts::biosSerial, 64},
@@ -41,8 +41,8 @@ inline constexpr std::array<WmiFact, 5> wmiFacts = {{
     {L"Win32_VideoController", L"PNPDeviceId", &MachineFacts::videoDevice, 1024},
 }};
 
-/// Takes one row's property into the field: a text cut to the capacity, null as the empty text; anything else leaves
-/// the field alone. Returns whether the next row is to be asked.
+/// Stores one row's property in the field: a text is cut to the capacity, null becomes the empty text, other types are
+/// ignored. Returns whether the next row is needed.
 bool takeFact(std::wstring& field, size_t capacity, const WmiValue& value);
 
 /// The registers that the processor's identification instruction fills for a leaf.

@@ -1,4 +1,4 @@
-// The events of the Tally service: an event carries itself alone, and the envelope of a post identifies the sender.
+// The events of the Tally service. The envelope of a post, not the event, identifies the sender.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,10 @@
 
 namespace pdx {
 
-/// The keys beside the core of every event.
+/// The keys of every event besides its core.
 nlohmann::json tallyItem();
 
-/// The event as it is posted. Its attributes come last: one that bears the name of another key takes its place, "core"
-/// among them. Numbers count from 1.
+/// The event as it is posted. An attribute replaces another key of the same name, even "core". Numbers count from 1.
 nlohmann::json tallyEvent(const TelemetryEvent& event, int64_t number, std::string time, const nlohmann::json& item);
 
 /// The keys of the envelope that are the same for every post of a process. Both texts are UTF-8.
@@ -23,7 +22,7 @@ nlohmann::json tallyEnvelope(const std::string& session, const std::string& loca
 nlohmann::json tallyPost(nlohmann::json batch, const std::string& session, const nlohmann::json& envelope,
                          std::string time);
 
-/// A locale's name as the service takes it: "en_US"; "zh_Hant-TW", for it is the first "-" alone that changes.
+/// A locale's name in the service's format: "en_US"; only the first "-" changes, as in "zh_Hant-TW".
 std::wstring tallyLocale(std::wstring_view locale);
 
 }  // namespace pdx

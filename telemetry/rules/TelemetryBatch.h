@@ -1,4 +1,4 @@
-// What a sender posts on one pass over its queue.
+// The events that a sender posts in one pass over its queue.
 #pragma once
 
 #include <vector>
@@ -7,9 +7,9 @@
 
 namespace pdx {
 
-/// The events to post now, as an array that may be empty. While sending is enabled these are all events of pending,
-/// then all items. Otherwise they are the urgent items alone, which may thus overtake older ones; the others join
-/// pending. Both arrays keep the order of arrival. pending is an array before and after.
+/// The events to post now, as an array that may be empty. While sending is enabled: all events of pending, then all
+/// items. Otherwise: the urgent items only, which may overtake older ones; the others are appended to pending, which is
+/// always an array. Both arrays keep the order of arrival.
 nlohmann::json takeBatch(nlohmann::json& pending, std::vector<TelemetryQueueItem> items, bool sendingEnabled);
 
 }  // namespace pdx

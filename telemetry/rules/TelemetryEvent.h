@@ -1,4 +1,4 @@
-// An event of telemetry as the system sends it, and as a sender keeps it.
+// A telemetry event as it is passed to a sender, and as the sender queues it.
 #pragma once
 
 #include <cstdint>
@@ -7,15 +7,15 @@
 
 namespace pdx {
 
-/// The numbers of the two senders in TelemetryEvent::sender; every other number is nobody's.
+/// The numbers of the two senders in TelemetryEvent::sender. An event with another number is dropped.
 inline constexpr int32_t briskSender = 0;
 inline constexpr int32_t tallySender = 1;
 
 struct TelemetryEvent {
     int32_t sender = briskSender;
     std::string name;
-    nlohmann::json params;  ///< the attributes; counts only if it is an object
-    bool urgent = false;    ///< is sent even while others are held
+    nlohmann::json params;  ///< the attributes; ignored unless it is an object
+    bool urgent = false;    ///< sent even while others are held
     bool reserved = false;
 };
 
@@ -33,7 +33,7 @@ nlohmann::json objectOf(const ConstantText (&texts)[Count]) {
     return object;
 }
 
-/// An event as it will be posted. A value that is null or empty is one to drop.
+/// An event as it will be posted. One whose value is null or empty is dropped.
 struct TelemetryQueueItem {
     nlohmann::json event;
     bool urgent = false;

@@ -57,7 +57,7 @@ void DialogUi::runDialog() { UIThreadFunc(run, dialogGate); }
 
 void DialogUi::close() {
     if (thread.id() == 0) return;
-    // Repeated until the thread has ended: a modal loop of the system inside the dialog's loop consumes the message, a
+    // Repeated until the thread has ended. A modal loop of the system inside the dialog's loop consumes the message, a
     // new one may have begun, and a post can fail.
     do {
         endSystemLoops();

@@ -1,5 +1,5 @@
 // Moving the window by its background. The system would do it in a modal loop, which lasts as long as the button is
-// held and discards every WM_QUIT: a run that ends meanwhile would hang.
+// held and discards every WM_QUIT. A run that ends meanwhile would hang.
 #include <windows.h>
 // windowsx.h needs the types of windows.h.
 #include <windowsx.h>

@@ -13,8 +13,8 @@ PagePictures::PagePictures()
 PagePictures::~PagePictures() { SetEvent(sizeGiven.get()); }
 
 void PagePictures::prepare() {
-    // Its size first: until it is known the UI thread gets ready, and a second busy thread would delay that or the
-    // check of the certificate on a machine with two processors.
+    // Waits, because the UI thread prepares itself until the size is known. On two processors a second busy thread
+    // would delay that or the check of the certificate.
     WaitForSingleObject(sizeGiven.get(), INFINITE);
     if (windowSize == Size{}) return;
     ComApartment apartment;  // for the codecs

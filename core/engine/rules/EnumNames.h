@@ -29,8 +29,7 @@ const char* nameOfPointed(const Value* value) {
 const char* nameOfBool(bool value);
 
 /// A message box style word, such as "MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON1". A button set that the platform
-/// does not define becomes "<INVALID>", no icon or an unknown one "<BADICON>", an unknown default button
-/// "<BADDEFBTN>".
+/// does not define becomes "<INVALID>", no icon or an unknown one "<BADICON>", an unknown default button "<BADDEFBTN>".
 std::string nameOfMessageBoxStyle(uint32_t style);
 
 }  // namespace pdx

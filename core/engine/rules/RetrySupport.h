@@ -24,7 +24,7 @@ class RetrySupport {
     void start(RetryKind kind, std::wstring_view package, std::wstring_view payload);
     /// Stores an error's code for the kind that holds the package.
     void errorOccurred(std::wstring_view package, uint32_t code);
-    /// IDRETRY if the package is to be tried again, else 0; an empty package clears the kind.
+    /// Returns IDRETRY for another try, else 0; an empty package clears the kind.
     int32_t end(RetryKind kind, std::wstring_view package, std::wstring_view payload, int32_t status);
 
   private:
