@@ -113,7 +113,7 @@ A name that is spelt without the profile folder stays everywhere. So does one in
 
 `machash` is a hash of the machine's identity, `session` a random id of the run. `ityp` is thin or thick, `envt` the
 deployment. The other keys of the header describe the system: `arch`, `cntry`, `lang`, `os`. A Tally event has `core`
-with its name, number and time, and two constants; its post has the session as `sid` and `pid`, and the locale as `loc`.
+with its name, number and time, and two constants. Its post has the session as `sid` and `pid`, the locale as `loc`.
 """
 
 
