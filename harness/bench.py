@@ -1,5 +1,8 @@
-"""What ./bench.sh does: builds the library as it ships, measures it in a sandbox and writes out/bench.json."""
+"""What ./bench.sh does: builds the library as it ships, measures it in a sandbox and writes out/bench.json. With
+--document it writes the table of docs/performance.md from that, without measuring again."""
+import json
 import os
+import re
 import subprocess
 import sys
 
@@ -10,7 +13,30 @@ from harness.machine.sandbox import sandboxed
 from harness.places import BENCH_RESULT, ROOT
 
 
+DOCUMENT = ROOT / "docs/performance.md"
+
+
+def document() -> int:
+    """Each figure in a row, with its aim and the ratio that is measured of it."""
+    figures = json.loads(BENCH_RESULT.read_text("utf-8"))
+    rows = ["| Key | Figure | Value | Aim | Ratio |", "|---|---|---|---|---|"]
+    for key, figure in figures.items():
+        if key.removesuffix("_ratio") in figures.keys() - {key} and "aim_met" not in figure:
+            continue  # is a column of that row
+        ratio = figures.get(key + "_ratio")
+        aim = next((f"{word} {figure[name]:g}, {'met' if figure['aim_met'] else 'MISSED'}"
+                    for name, word in (("at_most", "at most"), ("at_least", "at least")) if name in figure), "")
+        shown = f"{ratio['value']:.2f}: {ratio['meaning']}" if ratio else ""
+        value = f"{figure['value']:,.0f}" if figure["value"] >= 10000 else f"{round(figure['value'], 6):.4g}"
+        rows.append(f"| `{key}` | {figure['meaning']} | {value} {figure['unit']} | {aim} | {shown} |")
+    text = DOCUMENT.read_text("utf-8")
+    DOCUMENT.write_text(re.sub(r"(?:^\|.*\n)+", "\n".join(rows) + "\n", text, count=1, flags=re.M), "utf-8")
+    return 0
+
+
 def main() -> int:
+    if "--document" in sys.argv:
+        return document()
     build("release", "bench")
     BENCH_RESULT.parent.mkdir(exist_ok=True)
     with virtual_display() as display:

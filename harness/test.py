@@ -9,7 +9,7 @@ from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 from typing import NamedTuple
 
-from harness import runner
+from harness import runner, telemetry_doc
 from harness.building import artefact, sample
 from harness.building.build import build
 from harness.machine.display import virtual_display
@@ -132,6 +132,13 @@ def run_lifecycle() -> Counts:
     return Counts(passed=1) if code == 0 else Counts(failed=1)
 
 
+def run_documents() -> Counts:
+    """docs/telemetry.md beside the code and what all scenarios sent; counts as one case."""
+    faults = telemetry_doc.faults()
+    print("\ndocs/telemetry.md: " + ("\n  ".join(["failed", *faults]) if faults else "held"), flush=True)
+    return Counts(failed=1) if faults else Counts(passed=1)
+
+
 def main() -> int:
     try:
         build("release")
@@ -144,7 +151,7 @@ def main() -> int:
     jobs = [*files, run_sample, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
     with ThreadPoolExecutor(runner.CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
         units = aside.submit(guarded, run_units)
-        counts = total([*pool.map(guarded, jobs), units.result()])
+        counts = total([*pool.map(guarded, jobs), units.result(), guarded(run_documents)])
     print(f"\n{counts}, {counts.twice} played twice")
     return 1 if counts.failed or not counts.passed else 0
 
