@@ -6,12 +6,18 @@
 #include <set>
 
 #include "platform/Log.h"
+#include "platform/Registry.h"
 #include "platform/Text.h"
 
 namespace pdx {
 namespace {
 
 constexpr UINT terminatedExitCode = 9;
+
+/// How the machine opens a program. The shell asks the user's classes first, which any program of the user can write.
+RegistryKey programClass() {
+    return RegistryKey::localMachine(view64).openSubKey(L"Software\\Classes\\exefile", false);
+}
 
 }  // namespace
 
@@ -51,6 +57,11 @@ Handle startProgram(const ProgramStart& program) {
     start.lpParameters = program.parameters.c_str();
     start.lpDirectory = program.folder.c_str();
     start.nShow = program.show;
+    const RegistryKey machinesClass = isElevated() ? programClass() : RegistryKey();
+    if (machinesClass) {
+        start.fMask |= SEE_MASK_CLASSKEY;
+        start.hkeyClass = machinesClass.get();
+    }
     ShellExecuteExW(&start);
     return Handle(start.hProcess);
 }

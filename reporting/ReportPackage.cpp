@@ -10,6 +10,7 @@
 #include "platform/Handles.h"
 #include "platform/Hash.h"
 #include "platform/Log.h"
+#include "platform/OpenFiles.h"
 #include "platform/OsIdentity.h"
 #include "platform/ProcessValue.h"
 #include "platform/product/InstallerVersion.h"
@@ -29,23 +30,30 @@ std::string_view readBlock(HANDLE file, std::vector<char>& block) {
     return {block.data(), read};
 }
 
+/// Up to the size that the file has now: one that grows would have no end.
 void addLog(GzipStream& stream, HANDLE file) {
+    LARGE_INTEGER size{};
+    GetFileSizeEx(file, &size);
     std::vector<char> block(blockSize);
     std::string_view bytes = readBlock(file, block);
     if (bytes.size() < 2) return;
     const LogScrubber scrubber(userScrubTexts());
     LogReader reader(logEncodingOf(bytes), scrubber);
     const TakeText take = [&](std::string_view text) { stream.write(text); };
-    for (; !bytes.empty(); bytes = readBlock(file, block)) reader.feed(bytes, take);
+    for (int64_t left = size.QuadPart; !bytes.empty() && left > 0; bytes = readBlock(file, block)) {
+        reader.feed(bytes, take);
+        left -= static_cast<int64_t>(bytes.size());
+    }
     reader.finish(take);
 }
 
 void addFile(GzipStream& stream, const std::wstring& path) {
     const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!file) {
-        const DWORD error = GetLastError();
+                                      FILE_FLAG_SEQUENTIAL_SCAN | noImpersonation, nullptr));
+    // A link can lead to a pipe, which has no end and may never answer.
+    if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) {
+        const DWORD error = file ? ERROR_BAD_FILE_TYPE : GetLastError();
         PDX_LOG(logInfo, "buildPackage", "Failed to open %ls for the error report: error=%08x", path, error);
         return;
     }

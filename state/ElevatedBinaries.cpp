@@ -41,11 +41,23 @@ bool lieInOneFolder(const FileHandle& one, const FileHandle& other) {
     return !folder.empty() && equalsIgnoreCase(folder, removeFileSpec(finalPathOf(other.get())));
 }
 
-/// Whether a process with that parent runs. No program can make itself the child of one with more rights.
-bool hasChild(DWORD processId) {
+/// When a process was started; 0 if that cannot be asked.
+uint64_t startOf(HANDLE process) {
+    FILETIME start{}, other{};
+    if (!GetProcessTimes(process, &start, &other, &other, &other)) return 0;
+    return uint64_t{start.dwHighDateTime} << 32 | start.dwLowDateTime;
+}
+
+/// Whether a process runs that this one has started. No program can make itself the child of one with more rights. An
+/// orphan whose parent had the same id before is older.
+bool hasChild(HANDLE process) {
+    const DWORD id = GetProcessId(process);
     ProcessSnapshot snapshot;
-    for (PROCESSENTRY32W entry; processId != 0 && snapshot.next(entry);)
-        if (entry.th32ParentProcessID == processId) return true;
+    for (PROCESSENTRY32W entry; id != 0 && snapshot.next(entry);) {
+        if (entry.th32ParentProcessID != id) continue;
+        const Handle child(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, entry.th32ProcessID));
+        if (child && startOf(child.get()) >= startOf(process)) return true;
+    }
     return false;
 }
 
@@ -80,11 +92,10 @@ std::wstring lockedExecutable(const std::vector<FileHandle>& lockedFiles) {
 
 bool awaitElevatedStart(HANDLE copy, const std::function<bool()>& isGivenUp, DWORD boundMilliseconds) {
     if (!copy) return true;
-    const DWORD id = GetProcessId(copy);
     const ULONGLONG begin = GetTickCount64();
     // Polled, because no event signals the end of the start.
     while (WaitForSingleObject(copy, startCheckMilliseconds) == WAIT_TIMEOUT) {
-        if (hasChild(id)) return true;
+        if (hasChild(copy)) return true;
         if (isGivenUp()) return false;
         if (GetTickCount64() - begin < boundMilliseconds) continue;
         PDX_LOG(logInfo, "awaitElevatedStart", "The elevated copy has not ended its start in %u ms", boundMilliseconds);

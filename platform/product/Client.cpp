@@ -1,6 +1,7 @@
 #include "platform/product/Client.h"
 
 #include <shlobj.h>
+#include <shlwapi.h>
 
 #include "platform/PathFunctions.h"
 #include "platform/Paths.h"
@@ -22,7 +23,8 @@ std::wstring getLogFilePath(const std::wstring& name) {
 
 std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file) {
     // appendPath returns empty for a path that is too long, and appending to that would give a relative path.
-    std::wstring path = installLocation.empty() ? std::wstring() : appendPath(installLocation, L"Palisade Desktop");
+    std::wstring path =
+        PathIsRelativeW(installLocation.c_str()) ? std::wstring() : appendPath(installLocation, L"Palisade Desktop");
     if (!path.empty()) path = appendPath(path, file);
     return path.empty() ? std::string() : getFileVersion(path);
 }
