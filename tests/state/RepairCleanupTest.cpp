@@ -39,13 +39,6 @@ class CurrentFolder {
 /// A client that is recorded at a location, and a clean-up of it.
 class RepairCleanupTest : public testing::Test {
   protected:
-    RepairCleanupTest() { forget(); }
-    ~RepairCleanupTest() override { forget(); }
-
-    static void forget() {
-        for (const RegistryView view : {view32, view64})
-            RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
-    }
     static bool isRecorded() {
         return static_cast<bool>(RegistryKey::localMachine(view64).openSubKey(productKey, false));
     }
@@ -70,6 +63,7 @@ class RepairCleanupTest : public testing::Test {
         return cleanUpForRepair(run);
     }
 
+    const TestKeys keys{{L"Software\\Corvane Works"}};
     TestFolder folder;
     std::function<void()> atFolder;  ///< comes when processes and service are gone and the folder is next
     int cancelledAt = 0;             ///< which of the questions for a cancel is answered with yes
@@ -164,7 +158,7 @@ TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
     EXPECT_EQ(cleanUp(folder.path(L"player\\AppData\\Local\\Palisade")), RepairResult::done);
     machine.deleteTree(account);
     RegDeleteTreeW(HKEY_USERS, hive.c_str());
-    forget();
+    keys.clear();
 
     // This account's folders, each moved elsewhere. Windows calls the last but two "My Video".
     constexpr wchar_t moved[] = L"%PDXTEST_PROFILES%\\moved";
@@ -201,7 +195,7 @@ TEST_F(RepairCleanupTest, JudgesAFolderWithoutAFinalPathAsItIsSpelt) {
               1);
 }
 
-TEST_F(RepairCleanupTest, StopsAtACancelAheadOfTheServiceStep) {
+TEST_F(RepairCleanupTest, StopsAtACancelBeforeTheServiceStep) {
     const std::wstring file = folder.addFile(L"client\\file.txt");
     for (const auto& [question, mark] : {std::pair(1, RegistryValue()), {2, RegistryValue(1u)}}) {
         cancelledAt = question;
