@@ -53,8 +53,7 @@ TEST(RoundedPath, ListsItsPartsClockwiseFromTheTopSide) {
                          A{{94, 54, 16, 16}, 0, 90}, L{{102, 70}, {18, 70}},       A{{10, 54, 16, 16}, 90, 90},
                          L{{10, 62}, {10, 28}},      A{{10, 20, 16, 16}, 180, 90}};
     EXPECT_EQ(roundedPathParts({10, 20, 100, 50}, 8), whole);
-    // The middle of a height of 9 is 4 below the top: the arcs of a large radius join there, the lower ones hang from
-    // it.
+    // The arcs of a large radius join in the middle: 4 below the top of a height of 9; the lower ones hang from it.
     const Parts joined = {L{{6, 10}, {94, 10}}, A{{88, 10, 12, 12}, 270, 90}, A{{88, 8, 12, 12}, 0, 90},
                           L{{94, 19}, {6, 19}}, A{{0, 8, 12, 12}, 90, 90},    A{{0, 10, 12, 12}, 180, 90}};
     EXPECT_EQ(roundedPathParts({0, 10, 100, 9}, 6), joined);
