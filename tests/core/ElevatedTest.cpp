@@ -16,15 +16,7 @@
 namespace pdx {
 namespace {
 
-using testing::Contains;
-using testing::Each;
-using testing::ElementsAre;
-using testing::Field;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::Pair;
-using testing::SizeIs;
+using namespace testing;
 
 constexpr HRESULT filesNotLocked = static_cast<HRESULT>(0xA7FF0241);
 

@@ -10,14 +10,7 @@
 namespace pdx {
 namespace {
 
-using testing::AllOf;
-using testing::Contains;
-using testing::Each;
-using testing::ElementsAre;
-using testing::Field;
-using testing::IsEmpty;
-using testing::SizeIs;
-using testing::StartsWith;
+using namespace testing;
 
 LogEntry line(const char* function, const std::wstring& message) { return {logInfo, function, toUtf8(message)}; }
 

@@ -218,10 +218,7 @@ TEST_F(RepairCleanupTest, EndsEveryProgramOfTheClient) {
                                         L"PalisadeLocalHostSvc.exe",
                                         L"PalisadeSteamProxy.exe",
                                         L"PalisadeUninstall.exe"};
-    const auto start = [this](const wchar_t* name) {
-        std::filesystem::copy_file(probePath(), folder.path(name));
-        return startProbe(L"wait", folder.path(name));
-    };
+    const auto start = [this](const wchar_t* name) { return startProbe(L"wait", copyProbe(folder, name)); };
     std::vector<Handle> programs;
     for (const wchar_t* name : names) programs.push_back(start(name));
     const Handle other = start(L"Palisade.exe");
@@ -252,8 +249,7 @@ TEST_F(RepairCleanupTest, LeavesAnUnnotedLinkAndWritesItsOwnVersion) {
 
 TEST_F(RepairCleanupTest, AsksNoRelativePathForAVersion) {
     std::filesystem::create_directories(folder.path(L"Palisade Desktop"));
-    for (const wchar_t* place : {L"probe.exe", L"Palisade Desktop\\probe.exe"})
-        std::filesystem::copy_file(probePath(), folder.path(place));
+    for (const wchar_t* place : {L"probe.exe", L"Palisade Desktop\\probe.exe"}) copyProbe(folder, place);
     const CurrentFolder before;
     ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
     EXPECT_NE(getFileVersion(L"probe.exe"), "");
@@ -266,9 +262,8 @@ TEST_F(RepairCleanupTest, AsksNoRelativePathForAVersion) {
 }
 
 TEST_F(RepairCleanupTest, WaitsForWhatIsStartedMeanwhileAndLeavesTheFolderItself) {
-    const std::wstring program = folder.path(L"client\\PalisadeDesktop.exe");
     std::filesystem::create_directories(folder.path(L"client"));
-    std::filesystem::copy_file(probePath(), program);
+    const std::wstring program = copyProbe(folder, L"client\\PalisadeDesktop.exe");
     std::thread ender;
     atFolder = [&] {
         folder.addFile(L"client\\new\\file.txt");
