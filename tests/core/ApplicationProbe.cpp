@@ -189,8 +189,8 @@ void ProbedRun::release() {
     application = nullptr;
 }
 
-RunOutcome ProbedRun::run(EngineScript script, SlotHook hook) {
-    return EngineRun(engine, slots(), std::move(script), std::move(hook)).run();
+RunOutcome ProbedRun::run(EngineScript script, CallbackHook hook) {
+    return EngineRun(engine, callbacks(), std::move(script), std::move(hook)).run();
 }
 
 }  // namespace pdx

@@ -116,14 +116,14 @@ class ProbedRun {
     /// Made on first use, so that a test can set variables before.
     ProbedApplication& app();
     /// The application as the engine calls it.
-    IBootstrapperApplication& slots() { return app(), *guarded; }
+    IBootstrapperApplication& callbacks() { return app(), *guarded; }
     /// What has been reported so far, the making of the application included.
     std::vector<std::string> reported();
     nlohmann::json attributes(const std::string& name) { return app(), telemetry->attributes(name); }
     /// The application's last reference goes.
     void release();
     /// Runs from OnStartup to OnShutdown.
-    RunOutcome run(EngineScript script = {}, SlotHook hook = {});
+    RunOutcome run(EngineScript script = {}, CallbackHook hook = {});
 
     /// The seconds that were waited for retries, none of them in earnest.
     [[nodiscard]] double waitedSeconds() const { return static_cast<double>(world.clock.count()) / 1000; }

@@ -14,7 +14,7 @@ namespace {
 
 TEST(Boundary, CountsReferencesAndKnowsItsInterfaces) {
     ProbedRun probed;
-    IBootstrapperApplication& app = probed.slots();
+    IBootstrapperApplication& app = probed.callbacks();
     EXPECT_GE(probed.engine.references(), 1u);
     EXPECT_EQ(app.QueryInterface(IID_IUnknown, nullptr), E_INVALIDARG);
     void* object = &probed;

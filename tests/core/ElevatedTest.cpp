@@ -16,15 +16,7 @@
 namespace pdx {
 namespace {
 
-using testing::Contains;
-using testing::Each;
-using testing::ElementsAre;
-using testing::Field;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::Pair;
-using testing::SizeIs;
+using namespace testing;
 
 constexpr HRESULT filesNotLocked = static_cast<HRESULT>(0xA7FF0241);
 
@@ -70,9 +62,7 @@ std::vector<std::wstring> argumentsOf(const std::wstring& commandLine) {
 
 /// Locks the file, and another in the place of its library.
 bool lockFile(std::vector<FileHandle>& files, const std::wstring& path) {
-    for (const std::wstring& each : {path, probePath()})
-        files.emplace_back(
-            CreateFileW(each.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    for (const std::wstring& each : {path, probePath()}) files.push_back(holdFile(each, GENERIC_READ, FILE_SHARE_READ));
     return true;
 }
 
@@ -188,12 +178,12 @@ TEST(Elevated, HoldsTheFilesOutOfSightUntilTheCopyHasStartedOrTheSessionEnds) {
                             DUPLICATE_SAME_ACCESS);
             return given;
         };
-        EXPECT_EQ(probed.slots().OnStartup(), S_OK);
+        EXPECT_EQ(probed.callbacks().OnStartup(), S_OK);
         EXPECT_EQ(WaitForSingleObject(copy.get(), 0), sessionEnds ? WAIT_TIMEOUT : WAIT_OBJECT_0);
         EXPECT_THAT(probed.engine.log(), Each(Field(&EngineLogLine::text, Not(HasSubstr(L"not ended its start")))));
         observer.join();
         TerminateProcess(copy.get(), 0);
-        probed.slots().OnShutdown();
+        probed.callbacks().OnShutdown();
     }
 }
 
@@ -214,7 +204,7 @@ TEST(Elevated, LocksTheEnginesFilesBeforeItsCopyStarts) {
         for (const wchar_t* other : {L"WixBundleName", L"WixBundleOriginalSource", L"WixBundleOriginalSourceFolder",
                                      L"WixBundleSourceProcessPath", L"WixBundleSourceProcessFolder"})
             probed.engine.variables.set(other, L"C:\\Downloads\\Other.exe");
-        probed.slots().OnStartup();
+        probed.callbacks().OnStartup();
         probed.world.elevated = row.elevated;
         std::wstring locked;
         probed.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& name) {
@@ -222,10 +212,10 @@ TEST(Elevated, LocksTheEnginesFilesBeforeItsCopyStarts) {
             return row.lockable;
         };
         if (row.cancelled) probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
-        EXPECT_EQ(probed.slots().OnElevate(), row.answer) << row.elevated << row.lockable << row.cancelled;
+        EXPECT_EQ(probed.callbacks().OnElevate(), row.answer) << row.elevated << row.lockable << row.cancelled;
         EXPECT_EQ(locked, row.elevated ? L"" : row.locked);
         EXPECT_EQ(errorsShown(probed).size(), row.lockable || row.elevated ? 0u : 1u);
-        probed.slots().OnShutdown();
+        probed.callbacks().OnShutdown();
     }
 }
 
@@ -235,13 +225,12 @@ TEST(Elevated, KeepsTheFilesLockedForItsWholeLife) {
     ProbedRun probed;
     probed.world.elevated = false;
     probed.world.lock = [&path](auto& files, auto&...) {
-        files.emplace_back(
-            CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        files.push_back(holdFile(path, GENERIC_READ, FILE_SHARE_READ));
         return false;
     };
-    probed.slots().OnStartup();
-    probed.slots().OnElevate();
-    probed.slots().OnShutdown();
+    probed.callbacks().OnStartup();
+    probed.callbacks().OnElevate();
+    probed.callbacks().OnShutdown();
     EXPECT_FALSE(DeleteFileW(path.c_str()));
     probed.release();
     EXPECT_TRUE(DeleteFileW(path.c_str()));

@@ -236,7 +236,7 @@ TEST(SelfUpdate, IsAskedForAndTakenByItsRule) {
         App& app = probed.app();
         if (*row.settings) {
             std::istringstream settings(row.settings);
-            g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));  // behind the constructor's own
+            g_config.set(std::make_shared<ConfigMap>(LoadConfigStream(settings)));  // after the constructor's own
         }
         probed.world.newer = row.newer;
         if (row.cancelled) probed.world.onUpdateAsked = [&] { app.PromptCancel(nullptr, TRUE, nullptr, nullptr); };

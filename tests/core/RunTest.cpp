@@ -10,23 +10,12 @@
 #include "platform/Registry.h"
 #include "platform/Text.h"
 #include "tests/core/ApplicationProbe.h"
+#include "tests/platform/TestFolder.h"
 
 namespace pdx {
 namespace {
 
-void forgetProduct() {
-    for (const auto view : {view32, view64}) RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
-}
-
-/// The client counts as installed while this lives.
-struct InstalledClient {
-    InstalledClient() {
-        RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", std::wstring(L"C:\\Games\\P"));
-    }
-    ~InstalledClient() { forgetProduct(); }
-};
-
-bool entered(const RunOutcome& outcome, const char* slot) { return outcome.find(slot) != nullptr; }
+bool entered(const RunOutcome& outcome, const char* callback) { return outcome.find(callback) != nullptr; }
 
 TEST(Run, EndsAtTheStartForTheOlderClientThatWasAskedForOnly) {
     const std::tuple<bool, bool, const wchar_t*, bool> rows[] = {
@@ -61,8 +50,9 @@ TEST(Run, PlansNothingAfterAPromptInsideADetection) {
 /// The client is installed, and the older one too where it is there.
 RunOutcome startBesideClients(ProbedRun& probed, bool olderThere, const char* migration, const char* prompt,
                               const wchar_t* upgrade) {
-    const InstalledClient client;
+    const TestKeys keys{{L"Software\\Corvane Works", bastionKey}};
     RegistryKey machine = RegistryKey::localMachine(view32);
+    RegistryKey::localMachine(view64).setSubKeyValue(productKey, L"InstallLocation", std::wstring(L"C:\\Games\\P"));
     if (olderThere) machine.setSubKeyValue(bastionKey, L"InstallSuccesfull", std::wstring(L"true"));
     probed.app();
     std::istringstream settings(std::string("[app.meridian]\nenableMigration = ") + migration +
@@ -71,9 +61,7 @@ RunOutcome startBesideClients(ProbedRun& probed, bool olderThere, const char* mi
     probed.engine.variables.set(L"PDX_MERIDIAN_UPGRADE", std::wstring(upgrade));
     probed.engine.variables.set(L"PDX_UNINSTALL_BASTION", std::wstring(L"1"));
     probed.engine.clearLog();
-    const RunOutcome outcome = probed.run();
-    machine.deleteTree(bastionKey);
-    return outcome;
+    return probed.run();
 }
 
 TEST(Run, OffersTheMoveOnlyWhereAllOfItIsWanted) {

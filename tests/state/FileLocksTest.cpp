@@ -10,18 +10,7 @@
 namespace pdx {
 namespace {
 
-using testing::AllOf;
-using testing::Contains;
-using testing::Each;
-using testing::ElementsAre;
-using testing::Field;
-using testing::IsEmpty;
-using testing::SizeIs;
-using testing::StartsWith;
-
-FileHandle openFile(const std::wstring& path, DWORD access, DWORD share) {
-    return FileHandle(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
-}
+using namespace testing;
 
 LogEntry line(const char* function, const std::wstring& message) { return {logInfo, function, toUtf8(message)}; }
 
@@ -56,8 +45,8 @@ TEST_F(LockFileTest, HoldsAFileAgainstChange) {
     EXPECT_EQ(locked[0].get(), handle);
 
     constexpr DWORD anyShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    EXPECT_TRUE(openFile(path, GENERIC_READ, anyShare));
-    EXPECT_FALSE(openFile(path, GENERIC_WRITE, anyShare));
+    EXPECT_TRUE(holdFile(path, GENERIC_READ, anyShare));
+    EXPECT_FALSE(holdFile(path, GENERIC_WRITE, anyShare));
     EXPECT_FALSE(DeleteFileW(path.c_str()));
     EXPECT_FALSE(MoveFileW(path.c_str(), folder.path(L"moved").c_str()));
 
@@ -73,7 +62,7 @@ TEST_F(LockFileTest, MakesAFileAnewWhateverStoodThere) {
             lock(created, CREATE_NEW, FILE_SHARE_READ | FILE_SHARE_WRITE, GENERIC_READ | GENERIC_WRITE);
         ASSERT_NE(handle, INVALID_HANDLE_VALUE) << toUtf8(created);
         EXPECT_EQ(GetFileSize(handle, nullptr), 0u) << toUtf8(created);
-        EXPECT_TRUE(openFile(created, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE)) << "its writer may come";
+        EXPECT_TRUE(holdFile(created, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE)) << "its writer may come";
         EXPECT_FALSE(DeleteFileW(created.c_str())) << toUtf8(created);
     }
     EXPECT_THAT(locked, SizeIs(2));
@@ -111,7 +100,7 @@ TEST_F(LockFileTest, TakesTheTrustedFolderInItsShortForm) {
 
 TEST_F(LockFileTest, TakesAFileThatIsLetGoInTime) {
     const std::wstring path = folder.addFile(L"held.log");
-    FileHandle holder = openFile(path, GENERIC_READ | GENERIC_WRITE, 0);
+    FileHandle holder = holdFile(path, GENERIC_READ | GENERIC_WRITE, 0);
     ASSERT_TRUE(holder);
     // Lets go at the first failure that is logged.
     struct Releaser : Logger {
@@ -139,14 +128,15 @@ TEST_F(LockFileTest, DoesNotTryWithoutAnExpectedPath) {
     EXPECT_EQ(lock(path), INVALID_HANDLE_VALUE);
     EXPECT_THAT(log.take(),
                 ElementsAre(line("GetExpectedFinalPath", L"Never found temp path prefix for " + path), givenUp));
-    // Longer than the system joins, behind the trusted folder and on the way to it.
+    // Longer than the system joins: below the trusted folder, and on the way to it.
     prefix = GetFinalPath(getSessionTempPath());
     std::wstring longPath = folder.path();
     while (longPath.size() < 32'760) longPath += L"\\component";
     EXPECT_EQ(GetExpectedFinalPath(prefix, longPath), L"");
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(GetExpectedFinalPath(prefix, L"C:\\" + std::wstring(32'760, L'x')), L"");
-    EXPECT_THAT(log.take(), Contains(Field(&LogEntry::message, StartsWith("Never found temp path prefix for C:\\xxx"))));
+    EXPECT_THAT(log.take(),
+                Contains(Field(&LogEntry::message, StartsWith("Never found temp path prefix for C:\\xxx"))));
 
     EXPECT_EQ(GetFinalPath(folder.path(L"none")), L"");
     EXPECT_THAT(log.take(), ElementsAre(line("GetFinalPath", L"Failed to get final path for " + folder.path(L"none") +

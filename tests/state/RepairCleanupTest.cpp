@@ -40,13 +40,6 @@ class CurrentFolder {
 /// A client that is recorded at a location, and a clean-up of it.
 class RepairCleanupTest : public testing::Test {
   protected:
-    RepairCleanupTest() { forget(); }
-    ~RepairCleanupTest() override { forget(); }
-
-    static void forget() {
-        for (const RegistryView view : {view32, view64})
-            RegistryKey::localMachine(view).deleteTree(L"Software\\Corvane Works");
-    }
     static bool isRecorded() {
         return static_cast<bool>(RegistryKey::localMachine(view64).openSubKey(productKey, false));
     }
@@ -71,6 +64,7 @@ class RepairCleanupTest : public testing::Test {
         return removeInstalledClient(run);
     }
 
+    const TestKeys keys{{L"Software\\Corvane Works"}};
     TestFolder folder;
     std::function<void()> atFolder;  ///< comes when processes and service are gone and the folder is next
     int cancelledAt = 0;             ///< which of the questions for a cancel is answered with yes
@@ -165,7 +159,7 @@ TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
     EXPECT_EQ(cleanUp(folder.path(L"player\\AppData\\Local\\Palisade")), RepairResult::done);
     machine.deleteTree(account);
     RegDeleteTreeW(HKEY_USERS, hive.c_str());
-    forget();
+    keys.clear();
 
     // This account's folders, each moved elsewhere. Windows calls the last but two "My Video".
     constexpr wchar_t moved[] = L"%PDXTEST_PROFILES%\\moved";
@@ -202,7 +196,7 @@ TEST_F(RepairCleanupTest, JudgesAFolderWithoutAFinalPathAsItIsSpelt) {
               1);
 }
 
-TEST_F(RepairCleanupTest, StopsAtACancelAheadOfTheServiceStep) {
+TEST_F(RepairCleanupTest, StopsAtACancelBeforeTheServiceStep) {
     const std::wstring file = folder.addFile(L"client\\file.txt");
     for (const auto& [question, mark] : {std::pair(1, RegistryValue()), {2, RegistryValue(1u)}}) {
         cancelledAt = question;
@@ -225,10 +219,7 @@ TEST_F(RepairCleanupTest, EndsEveryProgramOfTheClient) {
                                         L"PalisadeLocalHostSvc.exe",
                                         L"PalisadeSteamProxy.exe",
                                         L"PalisadeUninstall.exe"};
-    const auto start = [this](const wchar_t* name) {
-        std::filesystem::copy_file(probePath(), folder.path(name));
-        return startProbe(L"wait", folder.path(name));
-    };
+    const auto start = [this](const wchar_t* name) { return startProbe(L"wait", copyProbe(folder, name)); };
     std::vector<Handle> programs;
     for (const wchar_t* name : names) programs.push_back(start(name));
     const Handle other = start(L"Palisade.exe");
@@ -259,8 +250,7 @@ TEST_F(RepairCleanupTest, LeavesAnUnnotedLinkAndWritesItsOwnVersion) {
 
 TEST_F(RepairCleanupTest, AsksNoRelativePathForAVersion) {
     std::filesystem::create_directories(folder.path(L"Palisade Desktop"));
-    for (const wchar_t* place : {L"probe.exe", L"Palisade Desktop\\probe.exe"})
-        std::filesystem::copy_file(probePath(), folder.path(place));
+    for (const wchar_t* place : {L"probe.exe", L"Palisade Desktop\\probe.exe"}) copyProbe(folder, place);
     const CurrentFolder before;
     ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
     EXPECT_NE(getFileVersion(L"probe.exe"), "");
@@ -273,9 +263,8 @@ TEST_F(RepairCleanupTest, AsksNoRelativePathForAVersion) {
 }
 
 TEST_F(RepairCleanupTest, WaitsForWhatIsStartedMeanwhileAndLeavesTheFolderItself) {
-    const std::wstring program = folder.path(L"client\\PalisadeDesktop.exe");
     std::filesystem::create_directories(folder.path(L"client"));
-    std::filesystem::copy_file(probePath(), program);
+    const std::wstring program = copyProbe(folder, L"client\\PalisadeDesktop.exe");
     std::thread ender;
     atFolder = [&] {
         folder.addFile(L"client\\new\\file.txt");

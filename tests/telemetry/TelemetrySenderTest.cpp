@@ -95,13 +95,13 @@ TEST(TelemetrySender, DropsAnUrgentEventRatherThanWaitForItsOwnThread) {
         const std::lock_guard guard(sender.queueLock);  // as that of a thread that crashes in there
         sender.queueEvent("dropped", true);
         ProcessValue<int> value;
-        ServiceHolder<int> slot;
-        slot.set(std::make_shared<int>(1));
+        ServiceHolder<int> shared;
+        shared.set(std::make_shared<int>(1));
         const auto one = [] { return 1; };
         const auto inside = [&] { return value.get(one, std::chrono::milliseconds(1)) ? 2 : 3; };
         EXPECT_EQ(value.get(inside), 3) << "no value yet for the thread that makes it";
         EXPECT_EQ(*value.get(one, urgentBound), 3);
-        EXPECT_EQ(*slot.get(urgentBound), 1);
+        EXPECT_EQ(*shared.get(urgentBound), 1);
     }
     sender.begin();
     sender.queueEvent("sent", true);

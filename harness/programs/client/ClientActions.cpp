@@ -122,17 +122,17 @@ class Stage {
     std::wstring progress(std::wstring rest) {
         const int ticks = static_cast<int>(number(client::takeWord(rest)));
         const DWORD pause = number(rest);
-        const auto tell = [&](int kind, int first, int second) {
+        const auto report = [&](int kind, int first, int second) {
             const MsiRecord record(MsiCreateRecord(4));
             const int fields[] = {kind, first, second, 0};
             for (UINT index = 0; index < std::size(fields); ++index)
                 MsiRecordSetInteger(record.get(), index + 1, fields[index]);
             return MsiProcessMessage(installer, INSTALLMESSAGE_PROGRESS, record.get());
         };
-        int answer = tell(0, ticks, 0);
+        int answer = report(0, ticks, 0);
         for (int tick = 0; tick < ticks && answer != IDCANCEL; ++tick) {
             Sleep(pause);
-            answer = tell(2, 1, 0);
+            answer = report(2, 1, 0);
         }
         return answer == IDCANCEL ? fail(L"cancelled", ERROR_INSTALL_USEREXIT) : L"done";
     }

@@ -1,4 +1,4 @@
-// What the sample programs tell a scenario: one UTF-8 line after the other in C:\PalisadeTest\launches.txt.
+// What the sample programs report to a scenario: one UTF-8 line after the other in C:\PalisadeTest\launches.txt.
 #pragma once
 
 #include <string>

@@ -53,14 +53,14 @@ class Watchdog {
 
 }  // namespace
 
-const SlotCall* RunOutcome::find(std::string_view slot) const {
-    const auto found = std::ranges::find(slots, slot, &SlotCall::slot);
-    return found == slots.end() ? nullptr : &*found;
+const CallbackCall* RunOutcome::find(std::string_view callback) const {
+    const auto found = std::ranges::find(calls, callback, &CallbackCall::callback);
+    return found == calls.end() ? nullptr : &*found;
 }
 
 EngineRun::EngineRun(SmallEngine& engineUsed, IBootstrapperApplication& applicationRun, EngineScript runScript,
-                     SlotHook slotHook)
-    : engine(engineUsed), application(applicationRun), script(std::move(runScript)), hook(std::move(slotHook)) {}
+                     CallbackHook callbackHook)
+    : engine(engineUsed), application(applicationRun), script(std::move(runScript)), hook(std::move(callbackHook)) {}
 
 // The calls of the callbacks, recorded and reported.
 
@@ -70,29 +70,29 @@ HRESULT EngineRun::interpret(int answer) {
     return answer == refused ? HRESULT_FROM_WIN32(ERROR_INSTALL_FAILURE) : S_OK;
 }
 
-size_t EngineRun::entered(const char* slot) {
-    if (hook) hook({.slot = slot, .returned = false, .result = 0});
-    const std::lock_guard guard(slotLock);
-    outcome.slots.push_back({.slot = slot});
-    return outcome.slots.size() - 1;
+size_t EngineRun::entered(const char* callback) {
+    if (hook) hook({.callback = callback, .returned = false, .result = 0});
+    const std::lock_guard guard(callsLock);
+    outcome.calls.push_back({.callback = callback});
+    return outcome.calls.size() - 1;
 }
 
 void EngineRun::returned(size_t index, int result) {
-    SlotCall call;
+    CallbackCall call;
     {
-        const std::lock_guard guard(slotLock);
-        outcome.slots[index].returned = true;
-        outcome.slots[index].result = result;
-        call = outcome.slots[index];
+        const std::lock_guard guard(callsLock);
+        outcome.calls[index].returned = true;
+        outcome.calls[index].result = result;
+        call = outcome.calls[index];
     }
-    if (hook) hook({.slot = call.slot, .returned = true, .result = result});
+    if (hook) hook({.callback = call.callback, .returned = true, .result = result});
 }
 
-std::string EngineRun::openSlots() {
-    const std::lock_guard guard(slotLock);
+std::string EngineRun::openCallbacks() {
+    const std::lock_guard guard(callsLock);
     std::string text;
-    for (const auto& call : outcome.slots)
-        if (!call.returned) text += ' ' + call.slot;
+    for (const auto& call : outcome.calls)
+        if (!call.returned) text += ' ' + call.callback;
     return text;
 }
 
@@ -100,7 +100,7 @@ std::string EngineRun::openSlots() {
 
 RunOutcome EngineRun::run() {
     {
-        const Watchdog watchdog(script.hangBound, [this] { return openSlots(); });
+        const Watchdog watchdog(script.hangBound, [this] { return openCallbacks(); });
         outcome.startup = ask<&App::OnStartup>("OnStartup");
         if (SUCCEEDED(outcome.startup)) {
             serve();
@@ -121,7 +121,7 @@ void EngineRun::serve() {
                 return;
             }
             if (!waitForRequest()) {
-                const auto last = outcome.slots.empty() ? std::string("nothing") : outcome.slots.back().slot;
+                const auto last = outcome.calls.empty() ? std::string("nothing") : outcome.calls.back().callback;
                 outcome.failure = "nobody called Quit: nothing was asked of the engine for " +
                                   std::to_string(script.idleBound) + " ms; the last callback was " + last;
                 return;

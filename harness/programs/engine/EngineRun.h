@@ -30,15 +30,15 @@ struct EngineScript {
 };
 
 /// A callback that is about to be called or has returned, on the thread that calls it: the engine's or the cache's.
-struct SlotEvent {
-    std::string_view slot;
+struct CallbackEvent {
+    std::string_view callback;
     bool returned;
     int result;  ///< 0 before the return and for a callback without a result
 };
-using SlotHook = std::function<void(const SlotEvent&)>;
+using CallbackHook = std::function<void(const CallbackEvent&)>;
 
-struct SlotCall {
-    std::string slot;
+struct CallbackCall {
+    std::string callback;
     bool returned = false;
     int result = 0;
 };
@@ -48,11 +48,11 @@ struct RunOutcome {
     int shutdown = 0;
     /// The one of the last Quit, or the result of a failed OnStartup.
     DWORD exitCode = 0;
-    std::optional<HRESULT> apply;  ///< what OnApplyComplete was given last
-    std::string failure;           ///< why the run counts as failed although it ended; empty if it does not
-    std::vector<SlotCall> slots;   ///< in the order in which they were entered
+    std::optional<HRESULT> apply;     ///< what OnApplyComplete was given last
+    std::string failure;              ///< why the run counts as failed although it ended; empty if it does not
+    std::vector<CallbackCall> calls;  ///< in the order in which they were entered
 
-    [[nodiscard]] const SlotCall* find(std::string_view slot) const;
+    [[nodiscard]] const CallbackCall* find(std::string_view callback) const;
 };
 
 /// One run. Detect, Plan, Apply and Quit are performed one after the other on the thread that called run(), whichever
@@ -61,7 +61,7 @@ struct RunOutcome {
 class EngineRun {
   public:
     EngineRun(SmallEngine& engineUsed, IBootstrapperApplication& applicationRun, EngineScript runScript = {},
-              SlotHook slotHook = {});
+              CallbackHook callbackHook = {});
 
     /// From OnStartup to OnShutdown. The application's last Release is the caller's.
     RunOutcome run();
@@ -70,29 +70,29 @@ class EngineRun {
     using App = IBootstrapperApplication;
 
     /// Calls the callback, recorded and reported to the hook under its name.
-    template <auto slot, typename... Arguments>
+    template <auto callback, typename... Arguments>
     auto ask(const char* name, Arguments... arguments) {
         const size_t index = entered(name);
-        if constexpr (std::is_void_v<decltype((application.*slot)(arguments...))>) {
-            (application.*slot)(arguments...);
+        if constexpr (std::is_void_v<decltype((application.*callback)(arguments...))>) {
+            (application.*callback)(arguments...);
             returned(index, 0);
         } else {
-            const auto result = (application.*slot)(arguments...);
+            const auto result = (application.*callback)(arguments...);
             returned(index, result);
             return result;
         }
     }
     /// The same for a callback whose answer can end the phase: the engine's reading of it.
-    template <auto slot, typename... Arguments>
+    template <auto callback, typename... Arguments>
     HRESULT check(const char* name, Arguments... arguments) {
-        return interpret(ask<slot>(name, arguments...));
+        return interpret(ask<callback>(name, arguments...));
     }
     static HRESULT interpret(int answer);
-    size_t entered(const char* slot);
+    size_t entered(const char* callback);
     void returned(size_t index, int result);
     void serve();
     bool waitForRequest();
-    [[nodiscard]] std::string openSlots();
+    [[nodiscard]] std::string openCallbacks();
 
     void detect();
     void plan(BOOTSTRAPPER_ACTION action);
@@ -110,14 +110,14 @@ class EngineRun {
     SmallEngine& engine;
     IBootstrapperApplication& application;
     const EngineScript script;
-    const SlotHook hook;
+    const CallbackHook hook;
     bool detected = false;
     bool planned = false;
     BOOTSTRAPPER_ACTION_STATE action = BOOTSTRAPPER_ACTION_STATE_NONE;
     std::optional<DWORD> quit;
     std::atomic<HRESULT> cacheResult = S_OK;
     RunOutcome outcome;
-    Lock slotLock;
+    Lock callsLock;
 };
 
 }  // namespace pdx

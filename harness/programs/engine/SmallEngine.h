@@ -1,5 +1,5 @@
 // An engine for tests: the operations that a bootstrapper application calls, in process and without a bundle.
-// EngineRun.h calls the application's slots with it.
+// EngineRun.h calls the application's callbacks with it.
 #pragma once
 
 #include <atomic>

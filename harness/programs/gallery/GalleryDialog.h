@@ -15,7 +15,7 @@ class GalleryDialog : public BootstrapperDialog {
 
     /// The kind of the page that shows.
     [[nodiscard]] int32_t pageKind() const { return TopPage().kind; }
-    /// The object behind a control; null for the picture, which has none.
+    /// The object of a control; null for the picture, which has none.
     [[nodiscard]] const Window* widget(int32_t id) const;
 };
 

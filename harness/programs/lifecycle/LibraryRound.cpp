@@ -123,8 +123,10 @@ void checkOutcome(const RoundPlan& plan, const RunOutcome& outcome, Findings& fi
     findings.expectStatus("OnStartup's result", outcome.startup, plan.startup);
     findings.expectStatus("OnShutdown's result", outcome.shutdown, plan.shutdown);
     findings.expectStatus("the exit code", static_cast<HRESULT>(outcome.exitCode), static_cast<HRESULT>(plan.exitCode));
-    const auto isRetry = [](const SlotCall& call) { return call.slot.ends_with("Complete") && call.result == IDRETRY; };
-    findings.expect(std::ranges::none_of(outcome.slots, isRetry), "a failure was tried again");
+    const auto isRetry = [](const CallbackCall& call) {
+        return call.callback.ends_with("Complete") && call.result == IDRETRY;
+    };
+    findings.expect(std::ranges::none_of(outcome.calls, isRetry), "a failure was tried again");
     findings.expect(outcome.apply.has_value() == plan.apply.has_value(),
                     plan.apply ? "nothing was applied" : "something was applied");
     if (outcome.apply && plan.apply) findings.expectStatus("the apply's status", *outcome.apply, *plan.apply);
@@ -163,8 +165,8 @@ void runLibrary(const fs::path& file, const RoundPlan& plan, SmallEngine& engine
     findings.expect(!findsStrayLibrary(), "a library beside the program is still found");
     if (SUCCEEDED(created)) {
         const bool answersPrompt = plan.shutdown == resultReloadBootstrapper;
-        const auto hook = [&](const SlotEvent& event) {
-            if (!answersPrompt || event.returned || event.slot != "OnDetectPackageBegin") return;
+        const auto hook = [&](const CallbackEvent& event) {
+            if (!answersPrompt || event.returned || event.callback != "OnDetectPackageBegin") return;
             const auto window = std::stoul(engine.calls("Detect").back().arguments.front());
             PromptAnswer::put(reinterpret_cast<HWND>(window));
         };

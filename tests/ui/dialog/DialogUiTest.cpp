@@ -58,7 +58,7 @@ TEST(DialogUi, HoldsAMessageBackWhileAPromptWaits) {
     Thread other;
     other.start(Sender::run, &sender);
     WaitForSingleObject(begun.get(), INFINITE);
-    // No time tells how long a thread may be kept from running: a thousand later messages get through meanwhile.
+    // No time limits how long a thread may be kept from running: a thousand later messages get through meanwhile.
     for (int time = 0; time < 1000; ++time) SendMessageW(ui.window(), WM_NULL, 0, 0);
     EXPECT_EQ(ui.messages, 0);
     ui.gate().setReady(true);
@@ -107,9 +107,9 @@ TEST(DialogUi, EndsAStartWhoseDialogFails) {
     };
     ProbedRun probed;
     probed.makeUi = [](RunControls& run) { return std::make_unique<FailingUi>(run); };
-    EXPECT_EQ(probed.slots().OnStartup(), E_FAIL);
+    EXPECT_EQ(probed.callbacks().OnStartup(), E_FAIL);
     EXPECT_TRUE(probed.engine.findLog(L"The UI thread failed: no memory for a dialog"));
-    EXPECT_EQ(probed.slots().OnShutdown(), 0);
+    EXPECT_EQ(probed.callbacks().OnShutdown(), 0);
 }
 
 /// Fails at a line that is logged while the dialog is made.
@@ -126,9 +126,9 @@ TEST(DialogUi, EndsAStartWhoseDialogIsNotComplete) {
     probed.makeUi = [](RunControls& run) { return std::make_unique<DialogUi>(run); };
     probed.app();
     g_logger.set(std::make_shared<FailingLogger>());
-    EXPECT_EQ(probed.slots().OnStartup(), E_FAIL);
+    EXPECT_EQ(probed.callbacks().OnStartup(), E_FAIL);
     EXPECT_TRUE(probed.engine.findLog(L"The dialog is not complete"));
-    EXPECT_EQ(probed.slots().OnShutdown(), 0);
+    EXPECT_EQ(probed.callbacks().OnShutdown(), 0);
     g_logger.clear();
 }
 

@@ -27,7 +27,7 @@ struct Row {
     int32_t page = pageBlank;
     const wchar_t* title = nullptr;  ///< of the page that is left
     Calls calls = {};
-    Calls told = {};
+    Calls reported = {};
 };
 
 /// All rows on one dialog, each from a blank page.
@@ -57,7 +57,7 @@ void play(ProbedDialog& probed, const std::vector<Row>& rows) {
             EXPECT_EQ(probed.text(), readable(row.title));
         }
         EXPECT_EQ(probed.newCalls(), row.calls);
-        EXPECT_EQ(probed.newlyReported(), row.told);
+        EXPECT_EQ(probed.newlyReported(), row.reported);
     }
 }
 
@@ -151,9 +151,9 @@ TEST(DialogMessages, OfTheUpdateInsideAnotherRun) {
         const bool embedded = action == BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED;
         const int32_t page = embedded ? pageProgress : pageBlank;
         const wchar_t* title = embedded ? L"installer_download_progress_title" : nullptr;
-        const Calls told = embedded ? Calls{"enable"} : Calls{};
+        const Calls reported = embedded ? Calls{"enable"} : Calls{};
         const std::string plan = "Plan(" + std::to_string(action) + ")";
-        play(probed, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, page, title, {plan}, told}});
+        play(probed, {{"detected", WM_BA_DETECT_COMPLETE, 0, 0, {}, 0, 0, page, title, {plan}, reported}});
         EXPECT_TRUE(IsWindowVisible(probed.window()));
         probed.send(WM_BA_EXECUTE_BEGIN, 1);
         EXPECT_FALSE(IsWindowVisible(probed.window()));
@@ -191,7 +191,7 @@ LRESULT CALLBACK countPositions(HWND bar, UINT message, WPARAM wparam, LPARAM lp
     return DefSubclassProc(bar, message, wparam, lparam);
 }
 
-TEST(DialogMessages, OfProgressReachTheBarWhenTheyTellSomethingNew) {
+TEST(DialogMessages, OfProgressMoveTheBarOnlyToANewPercentage) {
     ProbedDialog probed;
     int count = 0;
     SetWindowSubclass(probed.item(IDC_PROGRESS), countPositions, 1, reinterpret_cast<DWORD_PTR>(&count));

@@ -50,7 +50,7 @@ TEST(Prompts, StackAndHoldEachOtherCallbackBack) {
 
 TEST(Prompts, GiveNoAnswerWhenTheirLoopOrWindowEnds) {
     const std::tuple<const char*, std::function<void(ProbedDialog&)>, bool, int> rows[] = {
-        {"the thread is told to end", [](ProbedDialog&) { PostQuitMessage(7); }, true, 7},
+        {"the thread ends", [](ProbedDialog&) { PostQuitMessage(7); }, true, 7},
         {"the window goes", [](ProbedDialog& probed) { DestroyWindow(probed.window()); }, false, 0},
         {"the cross, twice",
          [](ProbedDialog& probed) {
@@ -131,7 +131,7 @@ TEST(Prompts, GiveThePageBelowItsTitleAndProgressBack) {
     });
     probed.press(IDC_CLOSE);
     probed.settle();
-    EXPECT_EQ(probed.text(), readable(removingTitle)) << "behind the close prompt";
+    EXPECT_EQ(probed.text(), readable(removingTitle)) << "after the close prompt";
     EXPECT_FALSE(probed.dialog->progressBar->isMarquee()) << "the percentage stands";
 }
 

@@ -108,7 +108,7 @@ TEST_F(HtmlStaticTest, ATallTextHasAScrollTrackAtEverySize) {
     paint(label);
     EXPECT_FALSE(label.getScrollTrack().IsVisible());
     label.SetPosition({5, 5, 155, 205}, SWP_NOZORDER | SWP_NOSIZE);
-    EXPECT_TRUE(isDirty(label)) << "the background behind it is another";
+    EXPECT_TRUE(isDirty(label)) << "its background has changed";
     paint(label);
     label.SetPosition({5, 5, 155, 55}, SWP_NOZORDER);
     EXPECT_TRUE(isDirty(label));

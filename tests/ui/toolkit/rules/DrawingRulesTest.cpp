@@ -47,28 +47,16 @@ TEST(FontLines, AreWholePixels) {
 }
 
 TEST(RoundedPath, ListsItsPartsClockwiseFromTheTopSide) {
-    EXPECT_EQ(roundedPathParts({10, 20, 100, 50}, 8), (Parts{
-                                                          PathLine{{18, 20}, {102, 20}},
-                                                          PathArc{{94, 20, 16, 16}, 270, 90},
-                                                          PathLine{{110, 28}, {110, 62}},
-                                                          PathArc{{94, 54, 16, 16}, 0, 90},
-                                                          PathLine{{102, 70}, {18, 70}},
-                                                          PathArc{{10, 54, 16, 16}, 90, 90},
-                                                          PathLine{{10, 62}, {10, 28}},
-                                                          PathArc{{10, 20, 16, 16}, 180, 90},
-                                                      }));
-}
-
-TEST(RoundedPath, JoinsTheArcsOfALargeRadiusInTheMiddle) {
-    // The middle of a height of 9 is 4 below the top, and the lower arcs hang from it.
-    EXPECT_EQ(roundedPathParts({0, 10, 100, 9}, 6), (Parts{
-                                                        PathLine{{6, 10}, {94, 10}},
-                                                        PathArc{{88, 10, 12, 12}, 270, 90},
-                                                        PathArc{{88, 8, 12, 12}, 0, 90},
-                                                        PathLine{{94, 19}, {6, 19}},
-                                                        PathArc{{0, 8, 12, 12}, 90, 90},
-                                                        PathArc{{0, 10, 12, 12}, 180, 90},
-                                                    }));
+    using L = PathLine;
+    using A = PathArc;
+    const Parts whole = {L{{18, 20}, {102, 20}},     A{{94, 20, 16, 16}, 270, 90}, L{{110, 28}, {110, 62}},
+                         A{{94, 54, 16, 16}, 0, 90}, L{{102, 70}, {18, 70}},       A{{10, 54, 16, 16}, 90, 90},
+                         L{{10, 62}, {10, 28}},      A{{10, 20, 16, 16}, 180, 90}};
+    EXPECT_EQ(roundedPathParts({10, 20, 100, 50}, 8), whole);
+    // The arcs of a large radius join in the middle: 4 below the top of a height of 9; the lower ones hang from it.
+    const Parts joined = {L{{6, 10}, {94, 10}}, A{{88, 10, 12, 12}, 270, 90}, A{{88, 8, 12, 12}, 0, 90},
+                          L{{94, 19}, {6, 19}}, A{{0, 8, 12, 12}, 90, 90},    A{{0, 10, 12, 12}, 180, 90}};
+    EXPECT_EQ(roundedPathParts({0, 10, 100, 9}, 6), joined);
 }
 
 TEST(AreaScale, AveragesTheSourceUnderEachPixel) {
