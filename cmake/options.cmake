@@ -13,6 +13,11 @@ target_compile_options(palisade_options INTERFACE
 set(CMAKE_CXX_FLAGS_RELEASE "-Os -g1 -DNDEBUG")
 set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1")
 
+if(PALISADE_FUZZ)
+    set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1 -DNDEBUG")
+    return()
+endif()
+
 if(PALISADE_HOST)
     target_compile_options(palisade_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all)
     target_link_options(palisade_options INTERFACE -fsanitize=address,undefined)
