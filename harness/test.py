@@ -9,7 +9,7 @@ from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 from typing import NamedTuple
 
-from harness import runner, telemetry_doc
+from harness import documents, runner
 from harness.building import artefact, sample
 from harness.building.build import build
 from harness.machine.display import virtual_display
@@ -133,9 +133,9 @@ def run_lifecycle() -> Counts:
 
 
 def run_documents() -> Counts:
-    """docs/telemetry.md beside the code and what all scenarios sent; counts as one case."""
-    faults = telemetry_doc.faults()
-    print("\ndocs/telemetry.md: " + ("\n  ".join(["failed", *faults]) if faults else "held"), flush=True)
+    """The documents beside the code and what all scenarios sent; counts as one case."""
+    faults = documents.faults()
+    print("\ndocuments: " + ("\n  ".join(["failed", *faults]) if faults else "held"), flush=True)
     return Counts(failed=1) if faults else Counts(passed=1)
 
 

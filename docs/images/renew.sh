@@ -7,7 +7,5 @@ while read -r page picture; do
   cp "out/gallery/en/$page.png" "docs/images/$picture.png"
 done <<'PICTURES'
 welcome welcome
-options options
 install-determinate progress
-error-disk-full error
 PICTURES
