@@ -12,7 +12,8 @@ packages=(
   fonts-noto-cjk fonts-tlwg-loma-ttf
 )
 # Ordinary programs, which may also come from elsewhere than Debian's packages: asked of PATH.
-programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux openssl:openssl)
+programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux openssl:openssl
+  clang-format:clang-format clang-tidy:clang-tidy cppcheck:cppcheck shellcheck:shellcheck)
 
 missing=()
 for package in "${packages[@]}"; do

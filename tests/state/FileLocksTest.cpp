@@ -146,7 +146,8 @@ TEST_F(LockFileTest, DoesNotTryWithoutAnExpectedPath) {
     EXPECT_EQ(GetExpectedFinalPath(prefix, longPath), L"");
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(GetExpectedFinalPath(prefix, L"C:\\" + std::wstring(32'760, L'x')), L"");
-    EXPECT_THAT(log.take(), Contains(Field(&LogEntry::message, StartsWith("Never found temp path prefix for C:\\xxx"))));
+    EXPECT_THAT(log.take(),
+                Contains(Field(&LogEntry::message, StartsWith("Never found temp path prefix for C:\\xxx"))));
 
     EXPECT_EQ(GetFinalPath(folder.path(L"none")), L"");
     EXPECT_THAT(log.take(), ElementsAre(line("GetFinalPath", L"Failed to get final path for " + folder.path(L"none") +

@@ -82,7 +82,8 @@ TEST(WriteBundleVersion, WritesToAnEntryThatIsThere) {
     const RegistryKey below = machine.createSubKey(key + L"\\sub", true);
     for (const wchar_t* none : {L"", L"\\", L"pdxtest\\sub"}) {
         writeBundleVersion(none, L"1.2");
-        EXPECT_EQ(machine.getSubKeyValue(uninstallKey + (L'\\' + std::wstring(none)), L"VersionMajor"), RegistryValue());
+        EXPECT_EQ(machine.getSubKeyValue(uninstallKey + (L'\\' + std::wstring(none)), L"VersionMajor"),
+                  RegistryValue());
     }
 }
 

@@ -38,7 +38,8 @@ const Row rows[] = {
      R"({"endt":"now","enst":"success","strt":"begin","stst":"repair"})"},
     {runCancelled({.uninstall = true, .repair = true}, "user_action", {}).brisk, briskSender, "inst.uinst.canc",
      R"({"cnst":"user_action"})"},
-    {errorEvent("n", {"80070652", "", Operation::none, {}, nullptr}, {{"auto_retry", "true"}, {"estr", "e"}, {"ectx", 1}}),
+    {errorEvent("n", {"80070652", "", Operation::none, {}, nullptr},
+                {{"auto_retry", "true"}, {"estr", "e"}, {"ectx", 1}}),
      briskSender, "n",
      R"({"auto_retry":"true","ecod":"80070652","ectx":1,"einv":false,"emsg":"system","eopr":0,"estr":"e",)"
      R"("vc10x86ver":"","vc11x86ver":"","vc12x86ver":"","vc14x64ver":"","vc14x86ver":""})"},
