@@ -57,3 +57,4 @@ fetch() {
 }
 fetch harness/burn wixtoolset-compiler/bin/x86/burn.exe "the Burn engine"
 fetch cmake/gumbo gumbo-parser/deps/gumbo-parser/src/gumbo.h "the HTML parser"
+fetch harness/ruff @astral-sh/ruff-wasm-nodejs/ruff_wasm_bg.wasm "the linter of Python"
