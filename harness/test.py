@@ -9,7 +9,7 @@ from concurrent.futures import ThreadPoolExecutor
 from functools import partial
 from typing import NamedTuple
 
-from harness import documents, runner
+from harness import documents, lint, runner
 from harness.building import artefact, sample
 from harness.building.build import build
 from harness.machine.display import virtual_display
@@ -117,9 +117,17 @@ def run_windows_tests(shard: int) -> Counts:
 def run_units() -> Counts:
     """Builds the tests beside the scenarios, which wait most of their time, and runs them."""
     build("host", "checked", aside=True)
+    linters = guarded(run_linters)
     host = run_tests("host", [str(HOST_TESTS)], {})
     with ThreadPoolExecutor(SHARDS) as pool:
-        return total([host, *pool.map(run_windows_tests, range(SHARDS))])
+        return total([linters, host, *pool.map(run_windows_tests, range(SHARDS))])
+
+
+def run_linters() -> Counts:
+    """Each linter counts as one case."""
+    print("\nlinters:", flush=True)
+    found = lint.run().values()
+    return Counts(passed=sum(not text for text in found), failed=sum(map(bool, found)))
 
 
 def run_lifecycle() -> Counts:

@@ -50,10 +50,14 @@ class RequestDocument {
 std::string uploadRequest(const ErrorReport& report, const std::string& launchSource) {
     const std::string size = std::to_string(report.package.size());
     const Element elements[] = {
-        {L"bastionId", report.bastionId}, {L"note", report.note},
-        {L"category", report.category},   {L"cenumber", report.ceNumber},
-        {L"subscriber", {}},              {L"launchSource", launchSource},
-        {L"ejob", {}},                    {L"esys", {}},
+        {L"bastionId", report.bastionId},
+        {L"note", report.note},
+        {L"category", report.category},
+        {L"cenumber", report.ceNumber},
+        {L"subscriber", {}},
+        {L"launchSource", launchSource},
+        {L"ejob", {}},
+        {L"esys", {}},
         {L"offerid", {}},
     };
     const Element fileElements[] = {

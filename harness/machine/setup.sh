@@ -12,7 +12,8 @@ packages=(
   fonts-noto-cjk fonts-tlwg-loma-ttf mono-runtime
 )
 # Ordinary programs, which may also come from elsewhere than Debian's packages: asked of PATH.
-programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux openssl:openssl)
+programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux openssl:openssl
+  clang-format:clang-format clang-tidy:clang-tidy cppcheck:cppcheck shellcheck:shellcheck)
 
 missing=()
 for package in "${packages[@]}"; do
@@ -56,3 +57,4 @@ fetch() {
 }
 fetch harness/burn wixtoolset-compiler/bin/candle.exe "the Burn engine and the compiler of bundles"
 fetch cmake/gumbo gumbo-parser/deps/gumbo-parser/src/gumbo.h "the HTML parser"
+fetch harness/ruff @astral-sh/ruff-wasm-nodejs/ruff_wasm_bg.wasm "the linter of Python"

@@ -110,7 +110,7 @@ class Canvas:
         self.context.restore()
 
     def pixels(self):
-        """height x width x 4 (red, green, blue, alpha): premultiplied linear light, brought down to the size in units."""
+        """height x width x 4 (red, green, blue, alpha): premultiplied linear light, scaled down to the size in units."""
         rows = self.height * self.scale
         raw = numpy.ndarray((rows, self.surface.get_stride() // 4, 4), numpy.uint8, self.surface.get_data())
         whole = raw[:, : self.width * self.scale, [2, 1, 0, 3]].astype(numpy.float32) / 255
@@ -217,7 +217,8 @@ class Corner:
     def box(self, a0, a1, b0, b1, h0, h1, paints, alpha=1.0):
         """`paints` are those of the top, the left and the right face."""
         top, left, right = paints
-        self.canvas.fill([self.at(a0, b0, h1), self.at(a1, b0, h1), self.at(a1, b1, h1), self.at(a0, b1, h1)], top, alpha)
+        corners = (a0, b0), (a1, b0), (a1, b1), (a0, b1)
+        self.canvas.fill([self.at(a, b, h1) for a, b in corners], top, alpha)
         self.left_face(a0, a1, b1, h0, h1, left, alpha)
         self.right_face(a1, b0, b1, h0, h1, right, alpha)
 
@@ -252,7 +253,8 @@ def draw_tower(canvas, x, y, side, course, courses, gone):
                     draw(side, start, end, low, high, paint)
     arch = [(0.5 - 0.17 * math.cos(t), 0.34 + 0.2 * math.sin(t)) for t in (math.pi * n / 24 for n in range(25))]
     for grow, paint in ((0.05, joint), (0.0, recess)):
-        door = [(0.33 - grow, 0), *((0.5 + (a - 0.5) * (1 + 6 * grow), h + grow * 1.2) for a, h in arch), (0.67 + grow, 0)]
+        door = [(0.33 - grow, 0), *((0.5 + (a - 0.5) * (1 + 6 * grow), h + grow * 1.2) for a, h in arch),
+                (0.67 + grow, 0)]
         canvas.fill([tower.at(a * side, side, h * side) for a, h in door], paint)
 
     merlon = side / 5
@@ -275,7 +277,8 @@ def draw_migration():
     draw_tower(canvas, 172, 356, 124, 66.5, 4, lambda *stone: stone in missing)
 
     # The stones on their way (x, y, size): large and cold where they leave, small and warm where they arrive.
-    stones = [(318, 200, 26), (311, 98, 24), (348, 146, 21), (360, 84, 20), (386, 122, 18), (406, 66, 17), (428, 106, 15),
+    stones = [(318, 200, 26), (311, 98, 24), (348, 146, 21), (360, 84, 20), (386, 122, 18), (406, 66, 17),
+              (428, 106, 15),
               (450, 68, 14), (468, 112, 12), (490, 84, 11), (502, 128, 10)]
     for n, (x, y, size) in enumerate(stones):
         share = n / 9

@@ -25,9 +25,8 @@ class HttpClientTest : public testing::Test {
   protected:
     void SetUp() override {
         if (testHost().empty())
-            GTEST_SKIP()
-                << "NOT TESTED, for there is no host: "
-                   "python3 -m harness.machine.sandbox python3 -m harness.wine tests";
+            GTEST_SKIP() << "NOT TESTED, for there is no host: "
+                            "python3 -m harness.machine.sandbox python3 -m harness.wine tests";
     }
 };
 

@@ -26,7 +26,7 @@ def play(scene):
     run = scene.runs.start(page="prompt")
     scene.window.click(ACTION1, "progress", "removing")
     for name in "bui1", "BUI2":
-        scene.wait_for(lambda: name + ".exe" in found(run.log_so_far()), f"the look at {name}")
+        scene.wait_for(lambda name=name: name + ".exe" in found(run.log_so_far()), f"the look at {name}")
         scene.runs.mark(name + "-found")
     run.ends(bound=45)
     older.wait_for_note(scene, "bui4.exe begins")

@@ -89,9 +89,15 @@ class Stage {
             std::wstring_view word;
             std::wstring (Stage::*act)(std::wstring);
         } verbs[] = {
-            {L"say", &Stage::say},     {L"progress", &Stage::progress}, {L"property", &Stage::tellProperty},
-            {L"dword", &Stage::dword}, {L"exists", &Stage::tellExists}, {L"sharing", &Stage::sharing},
-            {L"mark", &Stage::mark},   {L"wait-for", &Stage::waitFor},  {L"fail", &Stage::failWith},
+            {L"say", &Stage::say},
+            {L"progress", &Stage::progress},
+            {L"property", &Stage::tellProperty},
+            {L"dword", &Stage::dword},
+            {L"exists", &Stage::tellExists},
+            {L"sharing", &Stage::sharing},
+            {L"mark", &Stage::mark},
+            {L"wait-for", &Stage::waitFor},
+            {L"fail", &Stage::failWith},
             {L"environment", &Stage::environment},
         };
         for (const auto& verb : verbs)

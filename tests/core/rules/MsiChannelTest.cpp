@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "core/rules/MsiChannel.h"
 #include "core/engine/rules/EnumNames.h"
+#include "core/rules/MsiChannel.h"
 #include "core/rules/PackageLog.h"
 #include "platform/rules/Numbers.h"
 

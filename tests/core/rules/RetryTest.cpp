@@ -3,8 +3,8 @@
 #include <set>
 #include <vector>
 
-#include "core/rules/DownloadRetry.h"
 #include "core/engine/rules/RetrySupport.h"
+#include "core/rules/DownloadRetry.h"
 #include "platform/rules/EngineTypes.h"
 
 namespace pdx {

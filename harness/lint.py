@@ -1,0 +1,79 @@
+"""The linters, each with its configuration in the tree; what ./lint.sh runs, and ./test.sh beside the scenarios.
+
+    python3 -m harness.lint [LINTER...]    those named, otherwise all
+"""
+import json
+import subprocess
+import sys
+import time
+import tomllib
+from collections.abc import Callable
+
+from harness.places import ROOT
+
+
+def listed(*patterns: str) -> list[str]:
+    """The files of the tree that match, as paths below its root."""
+    listing = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard", "--", *patterns],
+                             cwd=ROOT, capture_output=True, text=True, check=True)
+    return [name for name in listing.stdout.splitlines() if (ROOT / name).is_file()]
+
+
+def findings(*command: str, given: str | None = None) -> str:
+    """What a linter prints, with `given` as its standard input; empty if it ended with 0."""
+    done = subprocess.run(["nice", "-n", "19", *command], cwd=ROOT, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                          text=True, errors="replace", input=given)
+    return "" if done.returncode == 0 else done.stdout or f"{command[0]} ended with {done.returncode}"
+
+
+def clang_format() -> str:
+    return findings("clang-format", "--dry-run", "-Werror", *listed("*.cpp", "*.h"))
+
+
+def shellcheck() -> str:
+    return findings("shellcheck", *listed("*.sh", ".ci/run"))
+
+
+def cppcheck() -> str:
+    # Tests are left out: it does not know the test library's macros.
+    return findings("cppcheck", "--quiet", "--enable=warning,performance,portability", "--std=c++20", "--language=c++",
+                    "--platform=win32W", "-j2", "-I.", "--suppressions-list=.cppcheck", "--error-exitcode=1",
+                    "--template={file}:{line}: {id}: {message}", *listed("*.cpp", ":!tests", ":!cmake"))
+
+
+def ruff() -> str:
+    task = {"options": tomllib.loads((ROOT / "ruff.toml").read_text()),
+            "files": {name: (ROOT / name).read_text() for name in listed("*.py")}}
+    return findings("node", "harness/ruff/check.js", given=json.dumps(task))
+
+
+LINTERS: dict[str, Callable[[], str]] = {
+    "clang-format": clang_format, "cppcheck": cppcheck, "ruff": ruff, "shellcheck": shellcheck}
+
+
+def run(*names: str) -> dict[str, str]:
+    """Runs the linters named, or all, and prints a line for each; gives their findings, empty where there are none."""
+    found = {}
+    for name in names or def cppcheck() -> str:
+    # Tests are left out: it does not know the test library's macros.
+    return findings("cppcheck", "--quiet", "--enable=warning,performance,portability", "--std=c++20", "--language=c++",
+                    "--platform=win32W", "-j2", "-I.", "--suppressions-list=.cppcheck", "--error-exitcode=1",
+                    "--template={file}:{line}: {id}: {message}", *listed("*.cpp", ":!tests", ":!cmake"))
+
+
+def ruff() -> str:
+    task = {"options": tomllib.loads((ROOT / "ruff.toml").read_text()),
+            "files": {name: (ROOT / name).read_text() for name in listed("*.py")}}
+    return findings("node", "harness/ruff/check.js", given=json.dumps(task))
+
+
+LINTERS:
+        started = time.monotonic()
+        found[name] = LINTERS[name]()
+        mark = "✗" if found[name] else "✓"
+        print(f"  {mark} {name}, {time.monotonic() - started:.0f} s\n{found[name]}".rstrip(), flush=True)
+    return found
+
+
+if __name__ == "__main__":
+    sys.exit(any(run(*sys.argv[1:]).values()))
