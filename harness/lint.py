@@ -54,20 +54,7 @@ LINTERS: dict[str, Callable[[], str]] = {
 def run(*names: str) -> dict[str, str]:
     """Runs the linters named, or all, and prints a line for each; gives their findings, empty where there are none."""
     found = {}
-    for name in names or def cppcheck() -> str:
-    # Tests are left out: it does not know the test library's macros.
-    return findings("cppcheck", "--quiet", "--enable=warning,performance,portability", "--std=c++20", "--language=c++",
-                    "--platform=win32W", "-j2", "-I.", "--suppressions-list=.cppcheck", "--error-exitcode=1",
-                    "--template={file}:{line}: {id}: {message}", *listed("*.cpp", ":!tests", ":!cmake"))
-
-
-def ruff() -> str:
-    task = {"options": tomllib.loads((ROOT / "ruff.toml").read_text()),
-            "files": {name: (ROOT / name).read_text() for name in listed("*.py")}}
-    return findings("node", "harness/ruff/check.js", given=json.dumps(task))
-
-
-LINTERS:
+    for name in names or LINTERS:
         started = time.monotonic()
         found[name] = LINTERS[name]()
         mark = "✗" if found[name] else "✓"

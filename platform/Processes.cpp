@@ -6,7 +6,6 @@
 #include <set>
 
 #include "platform/Log.h"
-#include "platform/Registry.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -14,9 +13,32 @@ namespace {
 
 constexpr UINT terminatedExitCode = 9;
 
-/// How the machine opens a program. The shell asks the user's classes first, which any program of the user can write.
-RegistryKey programClass() {
-    return RegistryKey::localMachine(view64).openSubKey(L"Software\\Classes\\exefile", false);
+/// Whether the user's classes say how a program is opened. The shell asks them first, with elevated rights too, and any
+/// program of the user can write them.
+bool isProgramClassReplaced() {
+    // Not by RegistryKey, which logs what is not there.
+    for (const wchar_t* name : {L"Software\\Classes\\exefile", L"Software\\Classes\\.exe"}) {
+        Owned<HKEY, RegCloseKey> key;
+        if (RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, KEY_READ | KEY_WOW64_64KEY, key.put()) == ERROR_SUCCESS)
+            return true;
+    }
+    return false;
+}
+
+/// Without the shell.
+Handle createProcess(const ProgramStart& program) {
+    std::wstring commandLine = L'"' + program.file + L"\" " + program.parameters;
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESHOWWINDOW;
+    start.wShowWindow = static_cast<WORD>(program.show);
+    PROCESS_INFORMATION created{};
+    const wchar_t* const folder = program.folder.empty() ? nullptr : program.folder.c_str();
+    if (!CreateProcessW(program.file.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, folder, &start,
+                        &created))
+        return Handle();
+    const Handle thread(created.hThread);
+    return Handle(created.hProcess);
 }
 
 }  // namespace
@@ -49,6 +71,7 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
 Handle startProgram(const ProgramStart& program) {
     // The shell would open a folder for an empty name.
     if (program.file.empty()) return Handle();
+    if (isElevated() && isProgramClassReplaced()) return createProcess(program);
     SHELLEXECUTEINFOW start{};
     start.cbSize = sizeof start;
     start.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_NO_CONSOLE;
@@ -57,11 +80,6 @@ Handle startProgram(const ProgramStart& program) {
     start.lpParameters = program.parameters.c_str();
     start.lpDirectory = program.folder.c_str();
     start.nShow = program.show;
-    const RegistryKey machinesClass = isElevated() ? programClass() : RegistryKey();
-    if (machinesClass) {
-        start.fMask |= SEE_MASK_CLASSKEY;
-        start.hkeyClass = machinesClass.get();
-    }
     ShellExecuteExW(&start);
     return Handle(start.hProcess);
 }

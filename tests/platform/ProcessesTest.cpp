@@ -57,12 +57,18 @@ TEST_F(LaunchClientTest, StartsTheRecordedProgramInTheRecordedFolder) {
     machine.setSubKeyValue(productKey, L"InstallLocation", install);
     machine.setSubKeyValue(productKey, L"LauncherAppPath", probePath());
 
-    const Handle client = launchClient(L"record \"" + report + L"\" /checkForUpdate --authCode=a\"b");
-    ASSERT_TRUE(client);
-    EXPECT_EQ(waitFor(client), 0u);
-    EXPECT_EQ(readFile(report), toUtf8(install + L"\n\"" + probePath() + L"\" record \"" + report +
-                                       L"\" /checkForUpdate --authCode=a\"b\n"));
-    EXPECT_THAT(log.take(), IsEmpty());
+    RegistryKey user = RegistryKey::currentUser(view64);
+    for (const bool userReplacesTheClass : {false, true}) {
+        DeleteFileW(report.c_str());
+        if (userReplacesTheClass)
+            user.setSubKeyValue(L"Software\\Classes\\exefile\\shell\\open\\command", {}, L"C:\\none.exe");
+        const Handle client = launchClient(L"record \"" + report + L"\" /checkForUpdate --authCode=a\"b");
+        user.deleteTree(L"Software\\Classes\\exefile");
+        ASSERT_TRUE(client);
+        EXPECT_EQ(waitFor(client), 0u);
+        EXPECT_EQ(readFile(report), toUtf8(install + L"\n\"" + probePath() + L"\" record \"" + report +
+                                           L"\" /checkForUpdate --authCode=a\"b\n"));
+    }
 }
 
 TEST_F(LaunchClientTest, StartsNothingWithoutARecordedProgram) {

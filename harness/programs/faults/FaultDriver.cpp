@@ -89,7 +89,7 @@ void judge(const RunOutcome& outcome, bool packageFails, Ending& ending) {
     ending.expect(outcome.failure.empty(), "hang: " + outcome.failure);
     ending.expect(outcome.exitCode != 0 || applied, "false success");
     ending.expect(!packageFails || !applied, "a failed package was applied");
-    for (const auto& call : outcome.slots) ending.expect(call.returned, call.slot + " did not return");
+    for (const auto& call : outcome.calls) ending.expect(call.returned, call.callback + " did not return");
 }
 
 Ending runRound(const Row& row, const fs::path& library, const fs::path& folder, ImportHook& hook) {
