@@ -58,12 +58,24 @@ class Mutator {
         const size_t at = draw(input.size() + 1), size = draw(draw(4) == 0 ? 64 : 4) + 1;
         const std::string& other = any();
         switch (draw(7)) {
-            case 0: input.insert(at, 1, marks[draw(marks.size())]); break;
-            case 1: input.erase(at, size); break;
-            case 2: input.insert(at, std::string(input.substr(draw(input.size()), size))); break;
-            case 3: input.insert(at, other.substr(draw(other.size()), size)); break;
-            case 4: input.replace(at, std::string::npos, other.substr(draw(other.size()))); break;
-            case 5: input.insert(at, 1, static_cast<char>(draw(256))); break;
+            case 0:
+                input.insert(at, 1, marks[draw(marks.size())]);
+                break;
+            case 1:
+                input.erase(at, size);
+                break;
+            case 2:
+                input.insert(at, std::string(input.substr(draw(input.size()), size)));
+                break;
+            case 3:
+                input.insert(at, other.substr(draw(other.size()), size));
+                break;
+            case 4:
+                input.replace(at, std::string::npos, other.substr(draw(other.size())));
+                break;
+            case 5:
+                input.insert(at, 1, static_cast<char>(draw(256)));
+                break;
             default:
                 if (at < input.size()) input[at] = static_cast<char>(draw(2) ? marks[draw(marks.size())] : draw(256));
         }

@@ -5,8 +5,8 @@
 
 namespace pdx::fuzz {
 
-#define PDX_TARGETS(row)                                                                                           \
-    row(markup) row(toml) row(msi_channel) row(login_code) row(update_reply) row(report) row(url) row(version)     \
+#define PDX_TARGETS(row)                                                                                       \
+    row(markup) row(toml) row(msi_channel) row(login_code) row(update_reply) row(report) row(url) row(version) \
         row(log_lines) row(final_path) row(link_walk) row(delete_decision) row(command_line) row(format) row(utf8)
 
 #define PDX_DECLARE(name) void name(std::string_view input);

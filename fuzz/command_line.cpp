@@ -13,9 +13,8 @@ namespace pdx::fuzz {
 void command_line(std::string_view input) {
     Input fields(input);
     const std::wstring values[] = {toWide(fields.field()), toWide(fields.field())};
-    const auto parameters = relaunchParameters([&](const wchar_t* name) {
-        return values[std::wstring_view(name) == variable::authCode];
-    });
+    const auto parameters =
+        relaunchParameters([&](const wchar_t* name) { return values[std::wstring_view(name) == variable::authCode]; });
     const auto arguments = splitArguments(parameters);
     require(arguments.size() == 7, "each variable is one argument");
     for (const std::wstring& argument : arguments) {

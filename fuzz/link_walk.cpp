@@ -22,7 +22,8 @@ void link_walk(std::string_view input) {
         entry.target = {toWide(line.substr(1)), line.starts_with('r')};
         return entry;
     });
-    if (walked.result == WalkResult::arrived) require(walked.path.starts_with(L"\\\\?\\"), "a walk ends at an exact name");
+    if (walked.result == WalkResult::arrived)
+        require(walked.path.starts_with(L"\\\\?\\"), "a walk ends at an exact name");
     require(asked <= input.size() * (mostLinks + 1), "a walk ends");
 }
 

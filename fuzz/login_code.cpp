@@ -21,7 +21,8 @@ void login_code(std::string_view input) {
     for (size_t at = 0; at < before.size(); ++at) {
         const size_t code = before[at].find(name);
         if (code == std::wstring::npos || code + name.size() == before[at].size()) continue;
-        require(after[at] == before[at].substr(0, code + name.size()) + L"####", "no code that a program gets is shown");
+        require(after[at] == before[at].substr(0, code + name.size()) + L"####",
+                "no code that a program gets is shown");
     }
     require(hideAuthcodeOfArguments(hidden) == hidden, "hiding twice is hiding once");
     hideAuthcode(line);

@@ -1,5 +1,5 @@
-#include "fuzz/Target.h"
 #include "ui/toolkit/rules/Markup.h"
+#include "fuzz/Target.h"
 
 namespace pdx::fuzz {
 

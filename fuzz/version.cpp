@@ -1,5 +1,5 @@
-#include "fuzz/Target.h"
 #include "platform/rules/Version.h"
+#include "fuzz/Target.h"
 
 namespace pdx::fuzz {
 

@@ -62,6 +62,7 @@ struct FoundArgument {
     size_t end;            ///< after the blank that ended the argument
     size_t codeBegin = 0;  ///< both 0 if there is no code
     size_t codeEnd = 0;
+    bool closesQuote = false;  ///< the code holds the end of a quote that began before it
 };
 
 FoundArgument findCode(std::wstring_view arguments) {
@@ -79,7 +80,7 @@ FoundArgument findCode(std::wstring_view arguments) {
     const size_t codeEnd = quotedWhole && argument.closed() ? end - 1 : end;
     const size_t afterBlank = std::min(end + 1, arguments.size());
     if (code == 0 || code >= codeEnd) return {afterBlank};
-    return {afterBlank, code, codeEnd};
+    return {afterBlank, code, codeEnd, quotedWhole && !argument.closed() && !argument.quoted()};
 }
 
 /// The length of the program before the arguments; here only the next quote closes a quote.
@@ -124,7 +125,7 @@ std::wstring hideAuthcodeOfArguments(std::wstring_view arguments) {
             hidden += arguments.substr(0, argument.end);
         } else {
             hidden += arguments.substr(0, argument.codeBegin);
-            hidden += L"####";
+            hidden += argument.closesQuote ? L"####\"" : L"####";
             hidden += arguments.substr(argument.codeEnd, argument.end - argument.codeEnd);
         }
         arguments.remove_prefix(argument.end);

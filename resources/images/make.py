@@ -110,7 +110,7 @@ class Canvas:
         self.context.restore()
 
     def pixels(self):
-        """height x width x 4 (red, green, blue, alpha): premultiplied linear light, scaled down to the size in units."""
+        """height x width x 4 (red, green, blue, alpha): premultiplied linear light, scaled to the size in units."""
         rows = self.height * self.scale
         raw = numpy.ndarray((rows, self.surface.get_stride() // 4, 4), numpy.uint8, self.surface.get_data())
         whole = raw[:, : self.width * self.scale, [2, 1, 0, 3]].astype(numpy.float32) / 255

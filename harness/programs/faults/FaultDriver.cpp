@@ -6,8 +6,8 @@
 
 #include <objbase.h>
 
-#include <cstdio>
 #include <algorithm>
+#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -26,9 +26,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace pdx;
 
-constexpr DWORD idleBound = 25000;    // milliseconds
-constexpr DWORD hangBound = 60000;    // milliseconds
-constexpr DWORD settleBound = 3000;   // milliseconds
+constexpr DWORD idleBound = 25000;   // milliseconds
+constexpr DWORD hangBound = 60000;   // milliseconds
+constexpr DWORD settleBound = 3000;  // milliseconds
 constexpr auto packageFailure = static_cast<HRESULT>(0x80070643);
 
 struct Row {
@@ -105,8 +105,10 @@ Ending runRound(const Row& row, const fs::path& library, const fs::path& folder,
     command.restart = BOOTSTRAPPER_RESTART_NEVER;
     command.action = row.kind == "uninstall" ? BOOTSTRAPPER_ACTION_UNINSTALL : BOOTSTRAPPER_ACTION_INSTALL;
     command.display = row.kind == "install" ? BOOTSTRAPPER_DISPLAY_PASSIVE : BOOTSTRAPPER_DISPLAY_NONE;
-    EngineScript script{.downloads = row.kind == "download", .parallelCache = row.kind == "download",
-                        .idleBound = idleBound, .hangBound = hangBound};
+    EngineScript script{.downloads = row.kind == "download",
+                        .parallelCache = row.kind == "download",
+                        .idleBound = idleBound,
+                        .hangBound = hangBound};
     if (row.kind == "uninstall") script.package = BOOTSTRAPPER_PACKAGE_STATE_PRESENT;
     if (row.kind == "report") script.execute = packageFailure;
     {

@@ -3,6 +3,7 @@
 // First of all, for the headers below.
 #include <winsock2.h>
 
+#include <aclapi.h>
 #include <bcrypt.h>
 #include <gdiplus.h>
 #include <io.h>
@@ -11,7 +12,6 @@
 #include <objbase.h>
 #include <oleauto.h>
 #include <process.h>
-#include <aclapi.h>
 #include <shellapi.h>
 #include <shlobj.h>
 #include <tlhelp32.h>
@@ -42,10 +42,13 @@ constexpr uint32_t gdiplusNoFont = 14;
 constexpr uint32_t noSuccess = 0xC0000001;
 constexpr DWORD slowness = 1500;
 
-#define FAULT(function, ...) {#function, Stack<decltype(&::function)>::bytes, __VA_ARGS__}
+#define FAULT(function, ...) \
+    { #function, Stack < decltype(&::function)> ::bytes, __VA_ARGS__ }
 /// The caller clears the stack.
-#define C_RUNTIME(function, ...) {#function, 0, __VA_ARGS__}
-#define GDIPLUS(function, ...) {#function, Stack<decltype(&Gdiplus::DllExports::function)>::bytes, __VA_ARGS__}
+#define C_RUNTIME(function, ...) \
+    { #function, 0, __VA_ARGS__ }
+#define GDIPLUS(function, ...) \
+    { #function, Stack < decltype(&Gdiplus::DllExports::function)> ::bytes, __VA_ARGS__ }
 #define REGISTRY(function, ...) FAULT(function, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED __VA_OPT__(, ) __VA_ARGS__)
 #define DENIED(function) FAULT(function, 0, ERROR_ACCESS_DENIED)
 

@@ -9,9 +9,15 @@ namespace pdx {
 namespace {
 
 constexpr size_t codeOfRoute = 64;  // bytes; both pieces are shorter
-constexpr const char* engineOperations[] = {"engine: GetVariableString",  "engine: FormatString", "engine: EscapeString",
-                                            "engine: Log",                "engine: Detect",       "engine: Plan",
-                                            "engine: Apply",              "engine: SetUpdate",    "engine: SetVariableString",
+constexpr const char* engineOperations[] = {"engine: GetVariableString",
+                                            "engine: FormatString",
+                                            "engine: EscapeString",
+                                            "engine: Log",
+                                            "engine: Detect",
+                                            "engine: Plan",
+                                            "engine: Apply",
+                                            "engine: SetUpdate",
+                                            "engine: SetVariableString",
                                             "engine: SetVariableNumeric"};
 
 /// Machine code for this processor, byte by byte.
@@ -40,8 +46,8 @@ ImportHook* ImportHook::current = nullptr;
 
 ImportHook::ImportHook()
     : routes(platformFaults().size()),
-      code(static_cast<unsigned char*>(VirtualAlloc(nullptr, routes.size() * codeOfRoute, MEM_COMMIT | MEM_RESERVE,
-                                                    PAGE_EXECUTE_READWRITE))) {
+      code(static_cast<unsigned char*>(
+          VirtualAlloc(nullptr, routes.size() * codeOfRoute, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE))) {
     for (const char* name : engineOperations) operations[name] = 0;
     if (!code) throw std::runtime_error("no memory for code");
     for (size_t i = 0; i < routes.size(); ++i) {

@@ -17,7 +17,7 @@ namespace pdx {
 /// Which calls of which function fail.
 struct Injection {
     static constexpr unsigned every = 0;
-    std::string function;  ///< of the platform, or an operation of the engine; empty: none
+    std::string function;   ///< of the platform, or an operation of the engine; empty: none
     unsigned call = every;  ///< from 1, or every
     bool slow = false;      ///< the call succeeds, but takes its time
 };
@@ -30,7 +30,8 @@ class ImportHook {
     ImportHook& operator=(const ImportHook&) = delete;
     ~ImportHook();
 
-    /// Changes the library's table of imports. What it asks for by name later, delayed imports too, is led here as well.
+    /// Changes the library's table of imports. What it asks for by name later, delayed imports too, is led here as
+    /// well.
     void attach(HMODULE library);
     /// From now on calls are counted, and those of the injection fail.
     void arm(const Injection& chosen);

@@ -70,6 +70,7 @@ TEST(CommandLine, HidesTheLoginCode) {
         {L"\"s\\\" \"KESTREL_AUTHCODE=a b", L"\"s\\\" \"KESTREL_AUTHCODE=####"},
         {L"s \"KESTREL_AUTHCODE=\" x", L"s \"KESTREL_AUTHCODE=\" x"},
         {L"s /x=\"y KESTREL_AUTHCODE=a b\"", L"s /x=\"y KESTREL_AUTHCODE=####\""},
+        {L"s \"KESTREL_AUTHCODE=\"a \"b c\"", L"s \"KESTREL_AUTHCODE=####\" \"b c\""},
     };
     for (const auto& [line, hidden] : lines) EXPECT_EQ(hideAuthcode(line), hidden);
 }

@@ -36,7 +36,8 @@ TEST(BriskEvent, IsWrittenByteForByte) {
                   R"("os":"Win 10",)" +
                       written +
                       R"("plat":"pc","s":"strt","session":"0f8fad5b-d9cb-469f-a165-70867728950e","ts":"now",)"
-                      R"("vers":")" + installerVersion + R"("})");
+                      R"("vers":")" +
+                      installerVersion + R"("})");
 }
 
 TEST(BriskEvent, IsEmptyForABadTaxonomy) {
