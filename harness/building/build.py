@@ -7,9 +7,9 @@ import time
 from harness.places import BUILD, ROOT
 
 # What is built: its preset and target. The library and the sample client; what measures it; the tests under Wine; the
-# rules' tests.
+# rules' tests, and their fuzz targets.
 TARGETS = {"release": ("release", "all"), "bench": ("release", "bench"), "checked": ("checked", "windows_tests"),
-           "host": ("host", "rules_tests")}
+           "host": ("host", "rules_tests"), "fuzz": ("host", "fuzz_targets")}
 
 
 def _gist(output: str) -> str:
