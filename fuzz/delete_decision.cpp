@@ -19,8 +19,9 @@ void delete_decision(std::string_view input) {
         require(!isOwnFolder(folder, itself), "no folder above a system folder is own");
     }
     require(!isOwnFolder(L"C:\\Windows\\" + folder, folders), "nothing in the Windows folder is own");
-    if (isOwnVolumePath(folder, folders))
-        require(folder.find(L':', 1) == std::wstring::npos, "a volume path has no stream");
+    // After the volume's name, which is the system's.
+    if (isOwnVolumePath(L"\\Device\\HarddiskVolume1\\" + folder, folders))
+        require(folder.find(L':') == std::wstring::npos, "a volume path has no stream");
     Input fields(input);
     const uint32_t attributes = fields.byte() << 4, tag = static_cast<uint32_t>(fields.byte()) << 24;
     const std::wstring final = toWide(fields.field()), expected = toWide(fields.field());

@@ -13,8 +13,8 @@ void url(std::string_view input) {
     if (linkAction(wide, wide.substr(0, colon), L"") == LinkAction::open)
         require(wide.starts_with(L'h') || wide.starts_with(L'H'), "the web alone is opened");
     const std::wstring document = onlineLegalDocument(wide, userAgreementDocument, L"en");
-    const std::wstring host = wide.substr(0, wide.find_last_not_of(L'/') + 1);
-    require(wide.empty() == document.empty() && document.starts_with(host), "a document is on the host that is set");
+    require(wide.empty() == document.empty() && document.starts_with(wide.substr(0, wide.find_last_not_of(L'/') + 1)),
+            "a document is on the host that is set");
     if (before.find_first_of("{}") != std::string::npos) return;  // they are the template's own
     require(fillVersion(before + "/{version}/a.exe", version) == before + "/" + version + "/a.exe",
             "a version arrives in the address as it is");

@@ -1,5 +1,5 @@
-"""What ./faults.sh does: runs the shipped library with one fault of the platform after another. `--short` is what
-./test.sh runs. Inside a sandbox (`--play`) it starts the driver, out/faults/table.txt has the rows and how each ended."""
+"""What ./faults.sh does: runs the shipped library with one fault of the platform after another. `--short` is the
+quick form. Inside a sandbox (`--play`) it starts the driver; out/faults/table.txt has the rows and how each ended."""
 import argparse
 import os
 import re
@@ -40,7 +40,7 @@ def rows_for(kind: str, counts: dict[str, int], short: bool) -> list[tuple[str, 
 
 
 def drive(wine, rows: list, log) -> tuple[dict[int, list[str]], dict[str, dict[str, int]]]:
-    """Runs rows; the driver starts anew after one that ended its process. Gives what was printed for each, and counts."""
+    """Runs rows; the driver starts anew after one that ended its process. Gives what each printed, and counts."""
     file = wine.path("C:\\faults\\rows.txt")
     file.write_text("".join("|".join(map(str, row)) + "\n" for row in rows))
     ended, counts, first = {}, {}, 0

@@ -15,7 +15,7 @@ from harness.building.build import build
 from harness.machine.display import virtual_display
 from harness.machine.prefix import prepare
 from harness.machine.sandbox import sandboxed
-from harness.places import HOST_TESTS, OUT, ROOT
+from harness.places import FUZZ_TARGETS, HOST_TESTS, OUT, ROOT
 from harness.release.trial import trial
 from harness.scenario import play
 
@@ -114,13 +114,22 @@ def run_windows_tests(shard: int) -> Counts:
         return run_tests(f"windows-{shard}", command, {"DISPLAY": display} | share)
 
 
+def run_fuzz() -> Counts:
+    """A fixed number of inputs for each fuzz target; a target counts as one case."""
+    code, ending, text = run_program("fuzz", [str(FUZZ_TARGETS), "--inputs", "2000"], {})
+    held = len(re.findall(r"^\S+ +\d+ seeds, \d+ inputs", text, re.M))
+    print(f"\nfuzz: {held} targets held" + ("" if code == 0 else f", it {ending}\n{text[-2000:]}"), flush=True)
+    return Counts(passed=held, failed=int(code != 0))
+
+
 def run_units() -> Counts:
     """Builds the tests beside the scenarios, which wait most of their time, and runs them."""
-    build("host", "checked", aside=True)
+    build("host", "fuzz", "checked", aside=True)
     linters = guarded(run_linters)
     host = run_tests("host", [str(HOST_TESTS)], {})
+    fuzz = run_fuzz()
     with ThreadPoolExecutor(SHARDS) as pool:
-        return total([linters, host, *pool.map(run_windows_tests, range(SHARDS))])
+        return total([linters, host, fuzz, *pool.map(run_windows_tests, range(SHARDS))])
 
 
 def run_linters() -> Counts:

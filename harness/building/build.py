@@ -7,9 +7,10 @@ import time
 from harness.places import BUILD, ROOT
 
 # What is built: its preset and target. The library and the sample client; what ships alone; what measures it; the
-# tests under Wine; the rules' tests and fuzz targets.
+# tests under Wine; the rules' tests, and their fuzz targets.
 TARGETS = {"release": ("release", "all"), "library": ("release", "PalisadeBootstrapper version_library"),
-           "bench": ("release", "bench"), "checked": ("checked", "windows_tests"), "host": ("host", "rules_tests fuzz_targets")}
+           "bench": ("release", "bench"), "checked": ("checked", "windows_tests"), "host": ("host", "rules_tests"),
+           "fuzz": ("host", "fuzz_targets")}
 
 
 def _gist(output: str) -> str:

@@ -10,6 +10,9 @@
 namespace pdx {
 namespace {
 
+/// Not strchr, which finds the zero at its text's end too.
+bool isOneOf(std::string_view letters, char letter) { return letters.find(letter) != std::string_view::npos; }
+
 /// Writes into the buffer until it is full and drops the rest.
 class Output {
   public:
@@ -65,13 +68,13 @@ class Formatter {
         const size_t start = position++;
         const size_t firstArgument = next;
         Directive parsed;
-        while (position < format.size() && std::strchr("-+ #0", format[position])) parsed.flags += format[position++];
+        while (position < format.size() && isOneOf("-+ #0", format[position])) parsed.flags += format[position++];
         parsed.width = number();
         if (position < format.size() && format[position] == '.') {
             ++position;
             parsed.precision = number().value_or(0);
         }
-        while (position < format.size() && std::strchr("hlLjztIqw", format[position])) ++position;
+        while (position < format.size() && isOneOf("hlLjztIqw", format[position])) ++position;
         if (position < format.size()) parsed.conversion = format[position++];
         if (parsed.conversion == '%') {
             output.append("%");
@@ -107,7 +110,7 @@ class Formatter {
             return true;
         }
         if (const auto* floating = std::get_if<double>(&argument.value)) {
-            if (!std::strchr("fFeEgGaA", directive.conversion)) return false;
+            if (!isOneOf("fFeEgGaA", directive.conversion)) return false;
             printNumber(directive, "", *floating);
             return true;
         }

@@ -171,8 +171,9 @@ WalkedPath walkLinks(std::wstring_view fullPath, const std::function<PathEntry(c
             return walked;
         }
     }
-    walked.result = WalkResult::arrived;
     walked.path = walk.path();
+    if (walked.path.empty()) return walked;  // a root that is a link to nothing
+    walked.result = WalkResult::arrived;
     walked.finalPath = walk.finalPath();
     return walked;
 }
