@@ -18,12 +18,14 @@ KINDS = "install", "uninstall", "repair", "report", "download"
 MEMORY = "malloc", "realloc"  # called thousands of times: some calls spread over the run, and never all of them
 SLOW = ("CreateFileW", "RegOpenKeyExW", "RegSetValueExW", "CopyFileW", "CoCreateInstance", "SHGetKnownFolderPath",
         "OpenSCManagerW", "HttpSendRequestW", "InternetReadFile")
+STATES = tuple("state: " + state for state in ("installer's mutex abandoned", "log folder missing", "no variable set",
+                                               "temporary folder missing"))
 ENDINGS = {3: "a hang: the run did not end", 5: "a crash"}
 
 
 def rows_for(kind: str, counts: dict[str, int], short: bool) -> list[tuple[str, str, int, int]]:
     """The faults of a kind of run: of each function that it calls the first, the second, the last and every call."""
-    rows = []
+    rows = [(kind, state, 0, 0) for state in STATES]
     for function, calls in counts.items():
         if function in MEMORY:
             points = 4 if short else 24
@@ -49,6 +51,7 @@ def drive(wine, rows: list, log) -> tuple[dict[int, list[str]], dict[str, dict[s
                              stdout=subprocess.PIPE, text=True, encoding="utf-8", errors="replace")
         for line in process.stdout:
             log.write(line)
+            log.flush()
             fields = line.rstrip().split("|")
             if fields[0] == "row":
                 ended[int(fields[1])] = [fields[2], "|".join(fields[3:-1]), fields[-1]]
