@@ -7,6 +7,7 @@
 #include <oleauto.h>
 #include <unknwn.h>
 
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -58,9 +59,11 @@ class Bstr : public Owned<BSTR, SysFreeString> {
   public:
     // No constructor adopts a pointer: its type is that of an ordinary text.
     Bstr() noexcept = default;
-    /// A copy of the text; null if memory is exhausted.
+    /// A copy of the text. Throws std::bad_alloc: not every component takes null for an argument.
     explicit Bstr(std::wstring_view text)
-        : Owned<BSTR, SysFreeString>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+        : Owned<BSTR, SysFreeString>(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
+        if (!get()) throw std::bad_alloc();
+    }
 
     [[nodiscard]] std::wstring_view view() const noexcept {
         return get() ? std::wstring_view(get(), SysStringLen(get())) : std::wstring_view();

@@ -176,9 +176,7 @@ PathEntry lookAt(const std::wstring& path) {
 bool mayFollow(PSID linkOwner, PSID targetOwner) {
     if (!linkOwner || !targetOwner) return false;
     if (IsWellKnownSid(targetOwner, WinWorldSid)) return true;
-    const bool ofSystem =
-        IsWellKnownSid(linkOwner, WinBuiltinAdministratorsSid) || IsWellKnownSid(linkOwner, WinLocalSystemSid);
-    return !ofSystem && EqualSid(linkOwner, targetOwner);
+    return !isAdministrators(linkOwner) && EqualSid(linkOwner, targetOwner);
 }
 
 FoundFolder findFolder(const std::wstring& path) {

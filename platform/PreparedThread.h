@@ -25,7 +25,8 @@ class PreparedThread {
     /// tries again.
     void prepare(std::function<void()> work) {
         preparation = std::move(work);
-        thread.start(run, this);
+        // Without the event the thread would not wait for its routine.
+        if (routineGiven) thread.start(run, this);
     }
     /// Runs the routine after the preparation, if any; false if no thread can be made.
     bool start(Thread::Routine given, void* itsArgument) {
