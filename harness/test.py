@@ -149,6 +149,14 @@ def run_lifecycle() -> Counts:
     return Counts(passed=1) if code == 0 else Counts(failed=1)
 
 
+def run_faults() -> Counts:
+    """The shipped library with one fault of the platform after another, in the quick form; counts as one case."""
+    code, ending, text = run_program("faults", [sys.executable, "-m", "harness.faults", "--short"], {})
+    tail = "" if code == 0 else f", it {ending}"
+    print("\nfaults: " + "\n".join(text.splitlines()[-20 if code else -1:]) + tail, flush=True)
+    return Counts(passed=int(code == 0), failed=int(code != 0))
+
+
 def run_documents() -> Counts:
     """The documents beside the code and what all scenarios sent; counts as one case."""
     faults = documents.faults()
@@ -165,7 +173,7 @@ def main() -> int:
     with virtual_display() as display:
         prepare(display)
     files = [partial(run_checks, "the library", artefact.checks), partial(run_checks, "the package", trial)]
-    jobs = [*files, run_sample, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
+    jobs = [run_faults, *files, run_sample, run_lifecycle, *(partial(run_scenario, name) for name in play.names())]
     with ThreadPoolExecutor(runner.CONCURRENT) as pool, ThreadPoolExecutor(1) as aside:
         units = aside.submit(guarded, run_units)
         counts = total([*pool.map(guarded, jobs), units.result(), guarded(run_documents)])

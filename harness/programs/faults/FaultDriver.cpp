@@ -8,11 +8,13 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include "harness/programs/engine/EngineRun.h"
@@ -27,6 +29,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace pdx;
 
+constexpr UINT crashCode = 5;        // of a row that ended in a crash, see harness/faults.py
 constexpr DWORD idleBound = 25000;   // milliseconds
 constexpr DWORD hangBound = 60000;   // milliseconds
 constexpr DWORD settleBound = 3000;  // milliseconds
@@ -194,8 +197,10 @@ void runRows(const fs::path& library, const std::vector<Row>& rows, size_t first
             runRound({row.kind, {}}, library, folder, plain);
             baseline = takeCensus();
         }
-        // Wine keeps a handle for each access below HKEY_CLASSES_ROOT that names a view, and a repair makes as many.
-        if (row.kind == "repair") baseline.handles["Key"] += 13;
+        // Wine keeps a handle for each access below HKEY_CLASSES_ROOT that names a view, and a repair makes as many. A
+        // run that cannot read its variables counts as one.
+        const bool repairs = row.kind == "repair" || row.injection.function == "engine: GetVariableString";
+        if (repairs) baseline.handles["Key"] += 13;
         const size_t files = temporaryFiles();
         ImportHook hook;
         auto ending = runRound(row, library, folder, hook);
@@ -205,7 +210,9 @@ void runRows(const fs::path& library, const std::vector<Row>& rows, size_t first
             baseline = census;
             ImportHook again;
             runRound(row, library, folder, again);
-            if (row.kind == "repair") baseline.handles["Key"] += 13;
+            if (repairs) baseline.handles["Key"] += 13;
+            // A condition variable of the toolchain, made for the first exception after a load and never closed.
+            baseline.handles["Semaphore"] += 2;
             census = takeCensusWithin(baseline, settleBound);
             ending.expect(census.within(baseline), "left over: " + census.excessOver(baseline));
         }
@@ -222,9 +229,28 @@ void runRows(const fs::path& library, const std::vector<Row>& rows, size_t first
 
 }  // namespace
 
+/// In the place of a message box: of all that the library shows none but the crash's box is one, and nobody is there to
+/// close it.
+int WINAPI endAsCrash(HWND, LPCWSTR, LPCWSTR, UINT) {
+    TerminateProcess(GetCurrentProcess(), crashCode);
+    return 0;
+}
+
+void replaceMessageBox() {
+    // Not the address of this program's import, which only leads there.
+    auto* const entry =
+        reinterpret_cast<unsigned char*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "MessageBoxW"));
+    DWORD before = 0;
+    if (!VirtualProtect(entry, 5, PAGE_EXECUTE_READWRITE, &before)) throw std::runtime_error("the box stays");
+    const auto distance = reinterpret_cast<intptr_t>(&endAsCrash) - reinterpret_cast<intptr_t>(entry + 5);
+    entry[0] = 0xE9;  // a jump
+    std::memcpy(entry + 1, &distance, 4);
+}
+
 int wmain(int argc, wchar_t** argv) {
     if (argc != 4) return std::printf("usage: faults_driver.exe LIBRARY ROWS FIRST\n");
     try {
+        replaceMessageBox();
         CoInitializeEx(nullptr, COINIT_MULTITHREADED);
         runRows(fs::absolute(argv[1]), readRows(argv[2]), std::stoul(argv[3]));
         CoUninitialize();
