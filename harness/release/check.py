@@ -57,8 +57,10 @@ def _signature(name: str, files: dict[str, bytes], trust: Path | None) -> bool:
     with tempfile.NamedTemporaryFile(suffix=".dll") as library:
         library.write(files.get(name, b""))
         library.flush()
-        results = [subprocess.run(["osslsigncode", "verify", *authorities, "-in", library.name], capture_output=True,
-                                  text=True) for authorities in ([], *([["-CAfile", trust]] if trust else []))]
+        # From version 2.9 a missing signature is reported on the standard error.
+        results = [subprocess.run(["osslsigncode", "verify", *authorities, "-in", library.name], text=True,
+                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+                   for authorities in ([], *([["-CAfile", trust]] if trust else []))]
     if UNSIGNED in note:
         return "No signature found" in results[0].stdout
     return SIGNED in note and any(one.returncode == 0 and "Signature verification: ok" in one.stdout for one in results)
