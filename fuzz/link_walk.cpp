@@ -17,14 +17,14 @@ void link_walk(std::string_view input) {
         PathEntry entry;
         const std::string_view line = fields.field();
         entry.isLink = !line.empty();
-        entry.mayFollow = line.starts_with('y') || line.starts_with('r');
+        entry.isOfSystem = line.starts_with('y') || line.starts_with('r');
         if (!entry.isLink) return entry;
         entry.target = {toWide(line.substr(1)), line.starts_with('r')};
         return entry;
     });
     if (walked.result == WalkResult::arrived)
         require(walked.path.starts_with(L"\\\\?\\"), "a walk ends at an exact name");
-    require(asked <= input.size() * (mostLinks + 1), "a walk ends");
+    require(asked <= (input.size() + 1) * 2 * (mostLinks + 1), "a walk ends");
 }
 
 }  // namespace pdx::fuzz

@@ -26,9 +26,13 @@ class TreeRemoval {
         std::wstring path;
         std::wstring finalPath;  ///< in the form VOLUME_NAME_NT
 
-        [[nodiscard]] Place below(std::wstring_view name) const {
-            const auto join = [&](const std::wstring& folder) { return (folder + L'\\').append(name); };
-            return {join(path), finalPath.empty() ? std::wstring() : join(finalPath)};
+        void enter(std::wstring_view name) {
+            (path += L'\\').append(name);
+            if (!finalPath.empty()) (finalPath += L'\\').append(name);
+        }
+        void leave(size_t nameLength) {
+            path.resize(path.size() - nameLength - 1);
+            if (!finalPath.empty()) finalPath.resize(finalPath.size() - nameLength - 1);
         }
     };
 
@@ -39,39 +43,61 @@ class TreeRemoval {
         return false;
     }
 
-    bool removeFolder(const Place& place) {
-        if (depth >= bounds.levels) return logFailure("directory", place, ERROR_FILENAME_EXCED_RANGE);
-        ++depth;
-        const bool removed = emptyFolder(place) && removeEntry("directory", place);
-        --depth;
-        return removed;
-    }
-
-    /// Empties a folder. True too if the entry is no folder (any more): it is then removed as one entry.
-    bool emptyFolder(const Place& place) {
-        FileHandle folder;
-        DWORD error = ERROR_SUCCESS;
-        // Open against renaming, so that its entries keep their expected paths.
-        retry([&] {
-            folder =
-                openEntry(place.path, FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE);
-            error = folder ? ERROR_SUCCESS : GetLastError();
-            return folder || isMissing(error);
-        });
-        if (!folder) return isMissing(error) || logFailure("directory", place, error);
-        switch (kindOf(folder.get(), place)) {
-            case EntryKind::elsewhere:
-                return logFailure("directory", place, linkEncountered);
-            case EntryKind::folder:
-                return removeEntries(folder.get(), place);
-            case EntryKind::link:
-            case EntryKind::file:
-                break;
+    /// Removes all below a place, and with `andItself` the place. Not recursive: a program that may write to the folder
+    /// can nest some 16,000 folders, too many for the thread's stack.
+    bool remove(Place place, bool andItself) {
+        std::vector<Level> levels;
+        const size_t kept = andItself ? 0 : 1;
+        if (!enter(levels, place, 0)) return false;
+        while (levels.size() > kept || !levels.back().folders.empty()) {
+            if (levels.back().folders.empty()) {
+                const size_t nameLength = levels.back().nameLength;
+                levels.pop_back();  // closes the folder
+                if (!removeEntry("directory", place)) return false;
+                if (levels.empty()) break;
+                place.leave(nameLength);
+            } else {
+                const std::wstring name = std::move(levels.back().folders.back());
+                levels.back().folders.pop_back();
+                place.enter(name);
+                if (!enter(levels, place, name.size())) return false;
+            }
         }
         return true;
     }
 
   private:
+    /// A folder on the way to the present one.
+    struct Level {
+        FileHandle folder;  ///< open against renaming, so that its entries keep their expected paths
+        size_t nameLength = 0;
+        std::vector<std::wstring> folders;  ///< its folders that are still there
+    };
+
+    /// Opens a folder and removes its files. Adds a level without content for what is no folder (any more): it is then
+    /// removed as one entry.
+    bool enter(std::vector<Level>& levels, Place& place, size_t nameLength) {
+        Level level{{}, nameLength, {}};
+        DWORD error = ERROR_SUCCESS;
+        retry([&] {
+            level.folder =
+                openEntry(place.path, FILE_LIST_DIRECTORY | FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE);
+            error = level.folder ? ERROR_SUCCESS : GetLastError();
+            return level.folder || isMissing(error);
+        });
+        if (!level.folder && !isMissing(error)) return logFailure("directory", place, error);
+        if (level.folder) {
+            const EntryKind kind = kindOf(level.folder.get(), place);
+            if (kind == EntryKind::elsewhere) return logFailure("directory", place, linkEncountered);
+            if (kind != EntryKind::folder)
+                level.folder.reset();
+            else if (!removeFiles(level, place))
+                return false;
+        }
+        levels.push_back(std::move(level));
+        return true;
+    }
+
     /// Retries within the bounds of one entry and of all entries; at least one try.
     bool retry(const std::function<bool()>& attempt) {
         const auto counted = [&] {
@@ -89,11 +115,11 @@ class TreeRemoval {
         return judgeEntry(held.FileAttributes, held.ReparseTag, finalPathOf(entry, VOLUME_NAME_NT), place.finalPath);
     }
 
-    /// Removes the entries of the open folder, even if its path leads elsewhere meanwhile.
-    bool removeEntries(HANDLE folder, const Place& place) {
-        std::vector<uint64_t> buffer(4096);
+    /// Removes what is no folder from the open folder, even if its path leads elsewhere meanwhile, and lists the
+    /// others.
+    bool removeFiles(Level& level, Place& place) {
         const auto size = static_cast<DWORD>(buffer.size() * sizeof buffer[0]);
-        while (GetFileInformationByHandleEx(folder, FileIdBothDirectoryInfo, buffer.data(), size)) {
+        while (GetFileInformationByHandleEx(level.folder.get(), FileIdBothDirectoryInfo, buffer.data(), size)) {
             const auto* at = reinterpret_cast<const std::byte*>(buffer.data());
             for (DWORD next = 1; next != 0; at += next) {
                 const auto& entry = *reinterpret_cast<const FILE_ID_BOTH_DIR_INFO*>(at);
@@ -104,10 +130,13 @@ class TreeRemoval {
                     PDX_LOG(logInfo, "deleteDirectoryTree", "Gave up after %d entries", bounds.entries);
                     return logFailure("directory", place, ERROR_DIR_NOT_EMPTY);
                 }
-                const Place below = place.below(name);
-                if (!(entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY ? removeFolder(below)
-                                                                      : removeEntry("file", below)))
-                    return false;
+                if (entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+                    level.folders.emplace_back(name);
+                    continue;
+                }
+                place.enter(name);
+                if (!removeEntry("file", place)) return false;
+                place.leave(name.size());
             }
         }
         const DWORD error = GetLastError();
@@ -134,7 +163,7 @@ class TreeRemoval {
     int32_t tries;
     uint32_t delayMilliseconds;
     RemovalBounds bounds;
-    int32_t depth = 0;
+    std::vector<uint64_t> buffer = std::vector<uint64_t>(4096);  ///< for the entries of a folder
     int32_t entries = 0;
     int32_t failedTries = 0;
 };
@@ -147,7 +176,7 @@ bool deleteDirectoryTree(const FoundFolder& folder, int32_t tries, uint32_t dela
     TreeRemoval removal(tries, delayMilliseconds, bounds);
     const TreeRemoval::Place root{folder.path, folder.volumePath};
     if (!folder.isTrusted) return TreeRemoval::logFailure("directory", root, linkEncountered);
-    return folder.isLink ? removal.emptyFolder(root) : removal.removeFolder(root);
+    return removal.remove(root, !folder.isLink);
 }
 
 }  // namespace pdx

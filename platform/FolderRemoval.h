@@ -15,8 +15,6 @@ struct RemovalBounds {
     /// Failed tries of all entries together: at 100 ms each, two minutes of waiting. After that each entry is tried
     /// once.
     int32_t failedTries = 1'200;
-    /// Each level of folders needs some of the thread's stack, and paths can be 16,000 levels deep.
-    int32_t levels = 500;
 };
 
 /// Deletes a trusted folder and all its content, each entry with that number of tries. True if the folder does not
@@ -27,9 +25,9 @@ struct RemovalBounds {
 ///
 /// The first entry that cannot be deleted ends the walk and is logged at INFO as "Failed to remove file %ls:
 /// error=%08x" or "Failed to remove directory %ls: error=%08x". The error is 0000112b (4395) for an entry that a link
-/// led to and for a folder that is not trusted. It is 000000ce (206) below the bound of levels, and 00000091 (145)
-/// beyond the bound of entries. The latter is logged first as "Gave up after %d entries". Earlier deletions are not
-/// undone.
+/// led to and for a folder that is not trusted. It is 00000091 (145) beyond the bound of entries, which is logged first
+/// as "Gave up after %d entries". Earlier deletions are not undone. Any depth of folders is deleted, up to the 32,767
+/// characters of a path.
 bool deleteDirectoryTree(const FoundFolder& folder, int32_t tries, uint32_t delayMilliseconds,
                          const RemovalBounds& bounds = {});
 

@@ -11,7 +11,6 @@
 
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
-#include "platform/rules/AccessGrants.h"
 #include "platform/rules/EntryKind.h"
 #include "platform/rules/LinkWalk.h"
 #include "platform/rules/Numbers.h"
@@ -32,66 +31,43 @@ std::wstring fullPathOf(const std::wstring& path) {
     return length < pathCapacity ? std::wstring(full, length) : std::wstring();
 }
 
-/// Opens with the right to read the owner, or without it if that is refused.
-FileHandle openToAsk(const std::wstring& path, DWORD flags) {
-    for (const DWORD access : {DWORD{READ_CONTROL}, DWORD{0}}) {
-        FileHandle file(CreateFileW(path.c_str(), access, shareAll, nullptr, OPEN_EXISTING,
-                                    FILE_FLAG_BACKUP_SEMANTICS | flags | noImpersonation, nullptr));
-        if (file || GetLastError() != ERROR_ACCESS_DENIED) return file;
-    }
-    return {};
+/// Opens an entry with the right to read its access list, or without it if that is refused.
+FileHandle openToAsk(const std::wstring& path) {
+    FileHandle entry = openEntry(path, READ_CONTROL, shareAll);
+    if (!entry && GetLastError() == ERROR_ACCESS_DENIED) entry = openEntry(path, 0, shareAll);
+    return entry;
 }
 
-/// The owner of an open file; null if the system does not name one.
-class Owner {
-  public:
-    explicit Owner(HANDLE file) {
-        PSECURITY_DESCRIPTOR given = nullptr;
-        if (GetSecurityInfo(file, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr, nullptr, nullptr,
-                            &given) == ERROR_SUCCESS)
-            descriptor.reset(given);
-        else
-            owner = nullptr;
-    }
-    [[nodiscard]] PSID get() const { return owner; }
-
-  private:
-    PSID owner = nullptr;  ///< points into the descriptor
-    UniqueHandle<LocalMemoryTraits<void>> descriptor;
-};
-
-bool isAdministrators(PSID account) {
-    if (!account) return false;
-    if (IsWellKnownSid(account, WinBuiltinAdministratorsSid) || IsWellKnownSid(account, WinLocalSystemSid)) return true;
-    // TrustedInstaller, to which Windows' own folders belong.
-    UniqueHandle<LocalMemoryTraits<void>> installer;
-    return ConvertStringSidToSidW(L"S-1-5-80-956008885-3418522649-1831038044-1853292631-2271478464", installer.put()) &&
-           EqualSid(account, installer.get());
+std::wstring textOf(PSID account) {
+    UniqueHandle<LocalMemoryTraits<wchar_t>> text;
+    return account && ConvertSidToStringSidW(account, text.put()) ? text.get() : L"";
 }
 
-/// Whether an open file belongs to the administrators, and nobody else can change it.
-bool isHeldByAdministrators(HANDLE file) {
+/// Without an owner if the system does not name one.
+FileSecurity securityOf(HANDLE file) {
+    FileSecurity security;
     PSID owner = nullptr;
     PACL list = nullptr;
     PSECURITY_DESCRIPTOR given = nullptr;
     if (GetSecurityInfo(file, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &owner, nullptr,
                         &list, nullptr, &given) != ERROR_SUCCESS)
-        return false;
+        return security;
     const UniqueHandle<LocalMemoryTraits<void>> descriptor(given);
     // Without a list everybody has every right.
-    if (!list || !isAdministrators(owner)) return false;
-    std::vector<AccessGrant> grants;
-    for (DWORD index = 0; index < list->AceCount; ++index) {
+    if (!list) security.entries.push_back({std::wstring(everybody), false, false, GENERIC_ALL});
+    for (DWORD index = 0; list && index < list->AceCount; ++index) {
         void* entry = nullptr;
-        if (!GetAce(list, index, &entry)) return false;
+        if (!GetAce(list, index, &entry)) return {};
         const auto& header = *static_cast<const ACE_HEADER*>(entry);
-        if (header.AceType == ACCESS_DENIED_ACE_TYPE) continue;
-        auto& allowed = *static_cast<ACCESS_ALLOWED_ACE*>(entry);
-        // Of another type the account is elsewhere, and counts as anybody.
-        grants.push_back({header.AceType == ACCESS_ALLOWED_ACE_TYPE && isAdministrators(&allowed.SidStart),
-                          (header.AceFlags & INHERIT_ONLY_ACE) != 0, allowed.Mask});
+        const bool denies = header.AceType == ACCESS_DENIED_ACE_TYPE;
+        auto& allowed = *static_cast<ACCESS_ALLOWED_ACE*>(entry);  // one that denies has the same form
+        // In another type the account has another place.
+        const bool isKnown = denies || header.AceType == ACCESS_ALLOWED_ACE_TYPE;
+        security.entries.push_back({isKnown ? textOf(&allowed.SidStart) : std::wstring(), denies,
+                                    (header.AceFlags & INHERIT_ONLY_ACE) != 0, allowed.Mask});
     }
-    return isHeldByAdministrators(grants);
+    security.owner = textOf(owner);
+    return security;
 }
 
 /// Whether the path is a link of the system below Wine. Wine opens its target and gives it no reparse tag; on Windows
@@ -126,8 +102,7 @@ std::wstring folderOfDrive(const std::wstring& path) {
     return std::wstring_view(device).starts_with(L"\\??\\") ? device : L"";
 }
 
-/// Whether a link is a mount point that the mount manager knows. Only administrators can make one. Owners cannot decide
-/// here: the system owns the volume's root, so mayFollow would refuse every one.
+/// Whether a link is a mount point that the mount manager knows. Only administrators can make one.
 bool isVolumeMount(const std::wstring& path, const LinkTarget& target) {
     std::wstring volume = target.path;  // "\??\Volume{0B5A…}\", for the function "\\?\Volume{0B5A…}\"
     if (!volume.starts_with(L"\\??\\Volume{") || !volume.ends_with(L"}\\")) return false;
@@ -140,58 +115,59 @@ bool isVolumeMount(const std::wstring& path, const LinkTarget& target) {
     return false;
 }
 
-/// The entry at a path, for walkLinks.
+/// The entry at a path, for walkLinks. Opens no target of a link.
 PathEntry lookAt(const std::wstring& path) {
     PathEntry found;
-    const FileHandle entry = openToAsk(path, FILE_FLAG_OPEN_REPARSE_POINT);
-    if (!entry) return found;
-    found.finalPath = finalPathOf(entry.get(), VOLUME_NAME_NT);
-    // Opened once: owner and final path must be of the same target.
-    const FileHandle target = openToAsk(path, 0);
-    if (target) found.targetFinalPath = finalPathOf(target.get(), VOLUME_NAME_NT);
+    const FileHandle entry = openToAsk(path);
+    if (!entry) {
+        found.isMissing = isMissing(GetLastError());
+        return found;
+    }
     found.target.path = folderOfDrive(path);
-    if (!found.target.path.empty()) {
-        // A name of this session, not a link in a file system with an owner.
-        found.isLink = found.mayFollow = true;
-    } else if (isLinkBelowWine(path)) {
-        found.isLink = true;
+    found.isLink = found.isOfSystem = !found.target.path.empty();
+    if (found.isLink) return found;
+    found.finalPath = finalPathOf(entry.get(), VOLUME_NAME_NT);
+    found.security = securityOf(entry.get());
+    const bool isBelowWine = isLinkBelowWine(path);
+    found.isLink = isBelowWine || isTaggedLink(entry.get());
+    if (!found.isLink) return found;
+    const size_t end = path.rfind(L'\\') + 1;
+    const FileHandle holder = openToAsk(path.substr(0, end));
+    if (holder) {
+        found.holderFinalPath = finalPathOf(holder.get(), VOLUME_NAME_NT);
+        found.holderSecurity = securityOf(holder.get());
+    }
+    if (isBelowWine) {
+        // The opened entry is the target; of the link Wine tells neither final path nor owner.
         found.target.path = finalPathOf(entry.get());
-        // Wine names no owner of the link; the owner of its folder is used.
-        const FileHandle holder = openToAsk(path.substr(0, path.rfind(L'\\') + 1), 0);
-        found.mayFollow = holder && target && mayFollow(Owner(holder.get()).get(), Owner(target.get()).get());
-    } else if (isTaggedLink(entry.get())) {
-        found.isLink = true;
+        found.finalPath = withoutEndSeparators(found.holderFinalPath) + L'\\' + path.substr(end);
+        found.security = found.holderSecurity;
+    } else {
         found.target = targetOf(entry.get());
-        // The holding folder too: whoever may change that can put another link of the administrators there.
-        const FileHandle holder = openToAsk(path.substr(0, path.rfind(L'\\') + 1), 0);
-        found.mayFollow = isVolumeMount(path, found.target) ||
-                          (isHeldByAdministrators(entry.get()) && isHeldByAdministrators(holder.get())) ||
-                          (target && mayFollow(Owner(entry.get()).get(), Owner(target.get()).get()));
+        found.isOfSystem = isVolumeMount(path, found.target);
     }
     return found;
 }
 
 }  // namespace
 
-bool mayFollow(PSID linkOwner, PSID targetOwner) {
-    if (!linkOwner || !targetOwner) return false;
-    if (IsWellKnownSid(targetOwner, WinWorldSid)) return true;
-    return !isAdministrators(linkOwner) && EqualSid(linkOwner, targetOwner);
-}
-
 FoundFolder findFolder(const std::wstring& path) {
     FoundFolder found;
     found.path = withoutEndSeparators(path);
-    WalkedPath walked = walkLinks(fullPathOf(found.path), lookAt);
-    const FileHandle target = openToAsk(found.path, 0);
-    found.exists = target || !isMissing(GetLastError());
-    found.isOpen = static_cast<bool>(target);
-    if (!target) return found;
-
+    const std::wstring fullPath = fullPathOf(found.path);
+    if (fullPath.empty()) return found;
+    WalkedPath walked = walkLinks(fullPath, lookAt);
+    found.exists = walked.result != WalkResult::missing;
+    if (walked.result == WalkResult::arrived) {
+        const FileHandle folder = openToAsk(walked.path);
+        found.exists = folder || !isMissing(GetLastError());
+        found.isOpen = static_cast<bool>(folder);
+        if (!folder) return found;
+        found.volumePath = finalPathOf(folder.get(), VOLUME_NAME_NT);
+        found.isTrusted = found.volumePath.empty() || found.volumePath == walked.finalPath;
+    }
+    if (!found.exists) return found;
     found.isLink = walked.endsInLink;
-    found.volumePath = finalPathOf(target.get(), VOLUME_NAME_NT);
-    found.isTrusted =
-        walked.result == WalkResult::arrived && (found.volumePath.empty() || found.volumePath == walked.finalPath);
     if (found.isTrusted)
         found.path = std::move(walked.path);
     else
@@ -200,8 +176,9 @@ FoundFolder findFolder(const std::wstring& path) {
 }
 
 std::wstring volumePathOf(const std::wstring& path) {
-    const FileHandle target = path.empty() ? FileHandle() : openToAsk(path, 0);
-    return target ? finalPathOf(target.get(), VOLUME_NAME_NT) : std::wstring();
+    const auto all = [](const FileSecurity&, const FileSecurity&, const FileSecurity&) { return true; };
+    const WalkedPath walked = walkLinks(fullPathOf(path), lookAt, all);
+    return walked.result == WalkResult::arrived ? walked.finalPath : std::wstring();
 }
 
 }  // namespace pdx

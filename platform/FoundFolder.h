@@ -14,24 +14,18 @@ struct FoundFolder {
     bool exists = false;
     bool isOpen = false;      ///< false if it exists but cannot be opened
     bool isLink = false;      ///< the path itself is a link to the folder
-    bool isTrusted = false;   ///< false if it was not reached by folders and links that may be followed (mayFollow)
+    bool isTrusted = false;   ///< reached by folders and by links that may be followed (mayFollow)
     std::wstring path;        ///< opens the folder; without a link if it is trusted ("\\?\D:\Games\Palisade")
     std::wstring volumePath;  ///< its final path in the form VOLUME_NAME_NT; empty if there is none
 };
 
-/// Follows a path once, component by component. Each link, 63 at most, is checked (mayFollow), and the final path of
-/// the opened folder must be the result of this walk. Two kinds are followed without a check: drives mapped to a
-/// folder, which are names of this session, and mount points of the mount manager, which only administrators make. On a
-/// volume without final paths only the links are checked. A path that leads nowhere gives a folder that does not exist.
-/// A refusal is logged at INFO as "Not followed with elevated rights: %ls", with the refused link, if there is one.
+/// Follows a path once, component by component (walkLinks). The final path of the opened folder must be the result of
+/// this walk. Two kinds of links are followed without a judgement: drives mapped to a folder, which are names of this
+/// session, and mount points of the mount manager, which only administrators make. On a volume without final paths only
+/// the links are judged. A path that leads nowhere gives a folder that does not exist. A refusal is logged at INFO as
+/// "Not followed with elevated rights: %ls", with the refused link, if there is one.
 FoundFolder findFolder(const std::wstring& path);
-/// The folder's final path in the form VOLUME_NAME_NT, links followed; empty on failure.
+/// The folder's final path in the form VOLUME_NAME_NT, all links to drives followed; empty on failure.
 std::wstring volumePathOf(const std::wstring& path);
-
-/// Whether a link may be followed with elevated rights: its owner owns the target too, or everybody owns the target. A
-/// link of the system or its administrators proves nothing: a program that may write to a folder of theirs can turn it
-/// into a link. Such a link is followed only where the access lists of link and holding folder let nobody else change
-/// them, as in "Program Files", or where it is a volume's mount point (findFolder).
-bool mayFollow(PSID linkOwner, PSID targetOwner);
 
 }  // namespace pdx

@@ -13,19 +13,8 @@ namespace {
 
 constexpr UINT terminatedExitCode = 9;
 
-/// Whether the user's classes say how a program is opened. The shell asks them first, with elevated rights too, and any
-/// program of the user can write them.
-bool isProgramClassReplaced() {
-    // Not by RegistryKey, which logs what is not there.
-    for (const wchar_t* name : {L"Software\\Classes\\exefile", L"Software\\Classes\\.exe"}) {
-        Owned<HKEY, RegCloseKey> key;
-        if (RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, KEY_READ | KEY_WOW64_64KEY, key.put()) == ERROR_SUCCESS)
-            return true;
-    }
-    return false;
-}
-
-/// Without the shell.
+/// Without the shell. It would ask the user's classes how to open a program, with elevated rights too, and any program
+/// of the user can write them.
 Handle createProcess(const ProgramStart& program) {
     std::wstring commandLine = L'"' + program.file + L"\" " + program.parameters;
     STARTUPINFOW start{};
@@ -71,7 +60,7 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
 Handle startProgram(const ProgramStart& program) {
     // The shell would open a folder for an empty name.
     if (program.file.empty()) return Handle();
-    if (isElevated() && isProgramClassReplaced()) return createProcess(program);
+    if (isElevated()) return createProcess(program);
     SHELLEXECUTEINFOW start{};
     start.cbSize = sizeof start;
     start.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_NO_CONSOLE;

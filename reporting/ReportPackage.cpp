@@ -9,6 +9,7 @@
 #include "platform/Clock.h"
 #include "platform/Handles.h"
 #include "platform/Hash.h"
+#include "platform/IoBound.h"
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
 #include "platform/OsIdentity.h"
@@ -47,10 +48,14 @@ void addLog(GzipStream& stream, HANDLE file) {
     reader.finish(take);
 }
 
+FileHandle openLog(const std::wstring& path) {
+    const IoBound bound;
+    return FileHandle(CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_SEQUENTIAL_SCAN | noImpersonation, nullptr));
+}
+
 void addFile(GzipStream& stream, const std::wstring& path) {
-    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_SEQUENTIAL_SCAN | noImpersonation, nullptr));
+    const FileHandle file = openLog(path);
     // A link can lead to a pipe, which has no end and may never answer.
     if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) {
         const DWORD error = file ? ERROR_BAD_FILE_TYPE : GetLastError();

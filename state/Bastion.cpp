@@ -13,6 +13,7 @@
 #include "platform/Text.h"
 #include "platform/VersionInfo.h"
 #include "state/rules/MeridianMessages.h"
+#include "state/rules/OwnFolder.h"
 #include "telemetry/TelemetryManager.h"
 
 namespace pdx {
@@ -53,7 +54,8 @@ Handle runningTempUninstaller() {
         if (!name.starts_with(L"bui")) continue;
         Handle process = openProcess(entry.th32ProcessID);
         const std::wstring program = process ? programOf(process.get()) : std::wstring();
-        if (program.empty() || toLower(getFileDescription(program)) != L"bastionuninstall") continue;
+        // A program on another machine is none of the older client's, and opening it would show this account there.
+        if (!isDrivePath(program) || toLower(getFileDescription(program)) != L"bastionuninstall") continue;
         PDX_LOG(logInfo, "isBastionTempUninstallerRunning", "Found Bastion uninstall process %ls", program);
         return process;
     }

@@ -2,6 +2,7 @@
 
 #include "config/Settings.h"
 #include "platform/Files.h"
+#include "platform/IoBound.h"
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
 #include "platform/PathFunctions.h"
@@ -65,6 +66,7 @@ bool hasChild(HANDLE process) {
 
 bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                             const std::wstring& executable) {
+    const IoBound bound;
     // Without a folder there is nothing to copy to.
     return (folder.empty() || copyIfMissing(getModuleFilePath(plantedLibrary), appendPath(folder, plantedLibrary))) &&
            LockElevatedBinaries(lockedFiles, folder, executable);

@@ -6,6 +6,7 @@
 
 #include "platform/FolderRemoval.h"
 #include "platform/FoundFolder.h"
+#include "platform/IoBound.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 #include "platform/Processes.h"
@@ -90,14 +91,6 @@ bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     return true;
 }
 
-/// Whether the recorded folder may be deleted; true too if there is none. Logs a refusal.
-bool judgeFolder(const RepairRun& run, const std::wstring& location, const FoundFolder& folder) {
-    if (location.empty() || isOwn(location, folder)) return true;
-    run.begin(RepairStep::deleteFolder);
-    PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"", location);
-    return false;
-}
-
 /// A process's current folder and those above it cannot be deleted.
 void leaveCurrentFolder() {
     wchar_t folder[MAX_PATH];
@@ -128,12 +121,20 @@ RepairResult removeInstalledClient(const RepairRun& run) {
     const RegistryKey product = RegistryKey::localMachine(view64).openSubKey(productKey, false);
     const auto recorded = [&](const wchar_t* name) { return toText(product.getValue(name)); };
     const std::wstring installLocation = recorded(L"InstallLocation");
-    sendRepairStarted(installLocation);
+    const IoBound bound;
+    const FoundFolder folder = findFolder(installLocation);
+    const bool isFolderOwn = installLocation.empty() || isOwn(installLocation, folder);
+    // A folder that is not the client's can lead to another machine, to which this account would be shown.
+    sendRepairStarted(isFolderOwn ? installLocation : std::wstring());
     run.omitDesktopShortcut();
     const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
                                   recorded(L"OriginalUninstallString"), recorded(L"OriginalQuietUninstallString")};
-    const FoundFolder folder = findFolder(installLocation);
-    if (!judgeFolder(run, installLocation, folder)) return RepairResult::failed;
+    if (!isFolderOwn) {
+        run.begin(RepairStep::deleteFolder);
+        PDX_LOG(logError, "performRepairCleanup", "The recorded install folder is not deleted: \"%ls\"",
+                installLocation);
+        return RepairResult::failed;
+    }
     if (run.isCancelled()) return RepairResult::cancelled;
     // Before the steps that can fail.
     setUnavailable();

@@ -18,6 +18,8 @@ uint32_t readNumber(std::span<const std::byte> data, size_t offset, size_t size)
     return number;
 }
 
+std::wstring withoutEndSeparator(const std::wstring& path) { return path.substr(0, path.find_last_not_of(L'\\') + 1); }
+
 /// "D:" or "Volume{0B5A…}".
 bool isRoot(std::wstring_view name) {
     const std::wstring lowered = loweredAscii(name);
@@ -60,14 +62,22 @@ class Walk {
         prepend(relative);
     }
 
-    /// When the same number of components remains, the walk must have this final path.
-    void expect(const std::wstring& finalPath) {
-        expected.push_back({left.size(), finalPath.substr(0, finalPath.find_last_not_of(L'\\') + 1)});
+    /// The link whose target is reached when no more than the present components remain.
+    void awaitTarget(const PathEntry& link, const std::wstring& path) {
+        links.push_back({left.size(), path, link.security, link.holderSecurity});
     }
-    bool isAsExpected() {
-        for (; !expected.empty() && expected.back().left == left.size(); expected.pop_back())
-            if (expected.back().finalPath != finalPath()) return false;
-        return true;
+    struct Link {
+        size_t left;
+        std::wstring path;
+        FileSecurity security;
+        FileSecurity holderSecurity;
+    };
+    /// Takes a link whose target is reached, if there is one.
+    std::optional<Link> reachedLink() {
+        if (links.empty() || links.back().left != left.size()) return std::nullopt;
+        Link link = std::move(links.back());
+        links.pop_back();
+        return link;
     }
 
     [[nodiscard]] bool isDone() const { return left.empty(); }
@@ -79,7 +89,7 @@ class Walk {
 
     void enter(const std::wstring& name, const std::wstring& finalPath) {
         if (names.empty()) {
-            volume = finalPath.substr(0, finalPath.find_last_not_of(L'\\') + 1);
+            volume = withoutEndSeparator(finalPath);
             names.push_back(name);
         } else {
             // The entry's name: the path may have the short one or another case.
@@ -99,7 +109,15 @@ class Walk {
     [[nodiscard]] std::wstring path(const std::wstring& name) const {
         return names.empty() ? std::wstring(exactStart) + name + L'\\' : path() + L'\\' + name;
     }
+    /// The path that opens the place so far: a root ends with a separator.
+    [[nodiscard]] std::wstring place() const { return names.size() == 1 ? path() + L'\\' : path(); }
     [[nodiscard]] std::wstring finalPath() const { return volume.empty() ? volume : below(volume); }
+    /// Whether an entry that was looked at is still in the folder where the walk is.
+    [[nodiscard]] bool holds(const PathEntry& entry) const {
+        if (names.empty() || volume.empty()) return true;
+        return withoutEndSeparator(entry.holderFinalPath) == finalPath() &&
+               entry.finalPath.substr(0, entry.finalPath.rfind(L'\\')) == finalPath();
+    }
 
   private:
     [[nodiscard]] std::wstring below(std::wstring root) const {
@@ -107,13 +125,8 @@ class Walk {
         return root;
     }
 
-    struct Expected {
-        size_t left;
-        std::wstring finalPath;
-    };
-
     std::deque<std::wstring> left;
-    std::vector<Expected> expected;   ///< the next one to check is the last
+    std::vector<Link> links;          ///< whose targets are not reached; the next one is the last
     std::vector<std::wstring> names;  ///< the first is the root
     std::wstring volume;              ///< the root's final path
 };
@@ -141,41 +154,45 @@ std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData) {
     return target;
 }
 
-WalkedPath walkLinks(std::wstring_view fullPath, const std::function<PathEntry(const std::wstring& path)>& look) {
+WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const LinkJudge& judge) {
     WalkedPath walked;
     Walk walk;
+    const auto endAt = [&](WalkResult result, const std::wstring& path) {
+        walked.result = result;
+        walked.path = path;
+        return walked;
+    };
     if (!walk.restart(fullPath)) return walked;
     for (int32_t links = 0; !walk.isDone();) {
         const std::wstring name = walk.next();
         const bool isDots = name == L"." || name == L"..";  // only in relative links
         const std::wstring path = walk.path(name);
         const PathEntry entry = isDots ? PathEntry() : look(path);
+        if (entry.isMissing) return endAt(WalkResult::missing, path);
         if (entry.isLink) {
-            walked.path = path;
             walked.endsInLink = walked.endsInLink || walk.isDone();
-            walked.result = !entry.mayFollow ? WalkResult::refusedLink : WalkResult::tooManyLinks;
-            if (!entry.mayFollow || ++links > mostLinks) return walked;
-            walked.result = WalkResult::badPath;
-            walk.expect(entry.targetFinalPath);
+            if (!walk.holds(entry)) return endAt(WalkResult::refusedLink, path);
+            if (++links > mostLinks) return endAt(WalkResult::tooManyLinks, path);
+            if (!entry.isOfSystem) walk.awaitTarget(entry, path);
             if (entry.target.isRelative)
                 walk.follow(entry.target.path);
             else if (!walk.restart(entry.target.path))
-                return walked;
+                return endAt(WalkResult::badPath, path);
         } else if (name == L"..") {
             walk.leave();
         } else if (!isDots) {
             walk.enter(name, entry.finalPath);
         }
-        if (!walk.isAsExpected()) {
-            walked.result = WalkResult::refusedLink;
-            return walked;
+        while (const auto link = walk.reachedLink()) {
+            const PathEntry target = look(walk.place());
+            if (target.isLink || withoutEndSeparator(target.finalPath) != walk.finalPath() ||
+                !judge(link->security, link->holderSecurity, target.security))
+                return endAt(WalkResult::refusedLink, link->path);
         }
     }
-    walked.path = walk.path();
-    if (walked.path.empty()) return walked;  // a root that is a link to nothing
-    walked.result = WalkResult::arrived;
+    if (walk.path().empty()) return walked;  // a root that is a link to nothing
     walked.finalPath = walk.finalPath();
-    return walked;
+    return endAt(WalkResult::arrived, walk.path());
 }
 
 }  // namespace pdx

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/rules/LinkTrust.h"
+
 namespace pdx {
 
 /// The target of a link.
@@ -23,17 +25,21 @@ std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData);
 
 /// The entry at a path, with a link at its end not followed.
 struct PathEntry {
+    bool isMissing = false;
     bool isLink = false;
-    bool mayFollow = false;        ///< of a link: may be followed with elevated rights to targetFinalPath
-    std::wstring targetFinalPath;  ///< of a link: the target for which mayFollow was decided
-    LinkTarget target;             ///< of a link; the empty path if it cannot be read
-    std::wstring finalPath;        ///< in the form VOLUME_NAME_NT; empty if there is none
+    bool isOfSystem = false;            ///< of a link: only the system or an administrator can make it; needs no trust
+    LinkTarget target = {};             ///< of a link; the empty path if it cannot be read
+    std::wstring finalPath = {};        ///< in the form VOLUME_NAME_NT; empty if there is none
+    std::wstring holderFinalPath = {};  ///< of a link: the final path of the folder that holds it
+    FileSecurity security = {};
+    FileSecurity holderSecurity = {};  ///< of a link
 };
 
 enum class WalkResult {
     arrived,
+    missing,       ///< a component does not exist
     badPath,       ///< the path, or a link's target, does not begin with a drive or a volume
-    refusedLink,   ///< a link that may not be followed with elevated rights, or that has changed since the check
+    refusedLink,   ///< a link that may not be followed, or a component that was exchanged during the walk
     tooManyLinks,  ///< more than mostLinks, as in a cycle
 };
 
@@ -47,10 +53,14 @@ struct WalkedPath {
 /// The system's limit for the reparse points of one path.
 inline constexpr int32_t mostLinks = 63;
 
+using LookAtPath = std::function<PathEntry(const std::wstring& path)>;
+using LinkJudge = std::function<bool(const FileSecurity& link, const FileSecurity& holder, const FileSecurity& target)>;
+
 /// Follows a full path ("D:\Games\Palisade") component by component. Calls `look` for each of them, first for the
-/// drive's root. The path begins with "\\?\" and has no link before its last component. A missing entry counts as a
-/// folder. The result is no proof: a component can change during the walk, so the caller must compare finalPath with
-/// the final path of the opened folder.
-WalkedPath walkLinks(std::wstring_view fullPath, const std::function<PathEntry(const std::wstring& path)>& look);
+/// drive's root, and again for the target of each link. So nothing is opened by way of a link that was not followed
+/// here. A link is judged when its target is reached; the system's links are not judged. The path begins with "\\?\"
+/// and has no link. The result is no proof: a component can change during the walk, so the caller must compare
+/// finalPath with the final path of the opened folder.
+WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const LinkJudge& judge = mayFollow);
 
 }  // namespace pdx

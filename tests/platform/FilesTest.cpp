@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/IoBound.h"
 #include "platform/VersionInfo.h"
 #include "tests/platform/Probe.h"
 #include "tests/platform/TestFolder.h"
@@ -27,6 +28,16 @@ TEST(Files, ReadsTheFirstDescriptionInTheOrderOfTheLanguages) {
     EXPECT_EQ(getFileDescription(probePath()), L"Prüfling");
     EXPECT_EQ(getFileDescription(folder.addFile(L"text.exe")), L"");
     EXPECT_EQ(getFileDescription(folder.path(L"missing.exe")), L"");
+}
+
+TEST(IoBound, EndsWhatDoesNotReturn) {
+    FileHandle reader, writer;
+    ASSERT_TRUE(CreatePipe(reader.put(), writer.put(), nullptr, 0));
+    const IoBound bound(20);
+    char byte = 0;
+    DWORD read = 0;
+    EXPECT_FALSE(ReadFile(reader.get(), &byte, 1, &read, nullptr)) << "nobody writes";
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_OPERATION_ABORTED));
 }
 
 TEST(RetryUntil, CallsUntilTheFirstSuccess) {

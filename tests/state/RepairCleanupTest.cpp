@@ -187,7 +187,7 @@ TEST_F(RepairCleanupTest, JudgesAFolderWithoutAFinalPathAsItIsSpelt) {
     ASSERT_TRUE(link);
     const std::wstring client = folder.path(L"l\\" + std::wstring(100, L'b'));
     folder.addFile(L"l\\" + std::wstring(100, L'b') + L"\\file");
-    ASSERT_EQ(volumePathOf(client), L"");
+    ASSERT_EQ(findFolder(client).volumePath, L"");
     const CapturedLog log;
     EXPECT_EQ(cleanUp(client), RepairResult::done);
     EXPECT_FALSE(std::filesystem::exists(client));

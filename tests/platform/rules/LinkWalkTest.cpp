@@ -10,45 +10,70 @@ namespace {
 constexpr wchar_t volume1[] = L"\\Device\\HarddiskVolume1";
 constexpr wchar_t volume2[] = L"\\Device\\HarddiskVolume2";
 
-PathEntry folder(const std::wstring& finalPath) { return {false, false, {}, {}, finalPath}; }
-PathEntry link(const wchar_t* target, const std::wstring& targetFinalPath, bool isRelative = false) {
-    return {true, true, targetFinalPath, {target, isRelative}, L"\\Device\\HarddiskVolume1\\link"};
+FileSecurity of(const wchar_t* owner) { return {owner, {}}; }
+PathEntry folder(const std::wstring& finalPath, const wchar_t* owner = L"ann") {
+    return {.finalPath = finalPath, .security = of(owner)};
+}
+/// A link in the root of C:, or in another folder of it.
+PathEntry link(const wchar_t* target, const wchar_t* owner = L"ann", const std::wstring& holder = L"") {
+    const std::wstring holderPath = volume1 + holder;
+    return {.isLink = true,
+            .target = {target, *target && !std::wstring_view(target).starts_with(L"\\??\\")},
+            .finalPath = holderPath + L"\\link",
+            .holderFinalPath = holder.empty() ? holderPath + L'\\' : holderPath,
+            .security = of(owner),
+            .holderSecurity = of(owner)};
+}
+PathEntry ofSystem(const wchar_t* target) {
+    PathEntry entry = link(target, L"system");
+    entry.isOfSystem = true;
+    return entry;
 }
 
 /// C: with links to D: and elsewhere, X: for a folder of C:, and R: on a volume without final paths.
 PathEntry look(const std::wstring& path) {
     const std::wstring games = std::wstring(volume1) + L"\\Games";
-    const std::wstring windows = std::wstring(volume1) + L"\\Windows";
     const std::wstring data = std::wstring(volume2) + L"\\Data";
-    const std::map<std::wstring, PathEntry> entries = {
-        {L"\\\\?\\C:\\", folder(std::wstring(volume1) + L"\\")},
-        {L"\\\\?\\D:\\", folder(std::wstring(volume2) + L"\\")},
-        {L"\\\\?\\Volume{0B5A}\\", folder(std::wstring(volume2) + L"\\")},
-        {L"\\\\?\\X:\\", link(L"\\??\\C:\\Games", games)},
-        {L"\\\\?\\C:\\Games", folder(std::wstring(volume1) + L"\\Games")},
-        {L"\\\\?\\C:\\GAME~1", folder(std::wstring(volume1) + L"\\Games")},
-        {L"\\\\?\\C:\\Games\\Palisade", folder(std::wstring(volume1) + L"\\Games\\Palisade")},
+    static const std::map<std::wstring, PathEntry> entries = {
+        {L"C:\\", folder(std::wstring(volume1) + L"\\")},
+        {L"D:\\", folder(std::wstring(volume2) + L"\\", L"system")},
+        {L"D:\\Data", folder(data)},
+        {L"D:\\Data\\deep", folder(data + L"\\deep")},
+        {L"R:\\", {}},
+        {L"R:\\Palisade", {}},
+        {L"Volume{0B5A}\\", folder(std::wstring(volume2) + L"\\", L"system")},
+        {L"Volume{0B5A}\\Data", folder(data)},
+        {L"X:\\", ofSystem(L"\\??\\C:\\Games")},
+        {L"C:\\Games", folder(games)},
+        {L"C:\\GAME~1", folder(games)},
+        {L"C:\\Games\\Palisade", folder(games + L"\\Palisade")},
+        {L"C:\\Windows", folder(std::wstring(volume1) + L"\\Windows", L"system")},
+        {L"C:\\Windows\\Palisade", folder(std::wstring(volume1) + L"\\Windows\\Palisade", L"system")},
         // Exchanged while it was looked at: it lies elsewhere, and keeps its name.
-        {L"\\\\?\\C:\\Games\\swapped", folder(L"\\Device\\HarddiskVolume1\\Windows")},
-        {L"\\\\?\\C:\\Games\\sideways", link(L"..\\.\\Games\\Palisade", games + L"\\Palisade", true)},
-        {L"\\\\?\\C:\\Games\\rooted", link(L"\\Games", games, true)},
-        {L"\\\\?\\C:\\Games\\above", link(L"..\\..\\..\\Games\\Palisade\\..", games, true)},
-        {L"\\\\?\\C:\\moved", link(L"\\??\\D:\\Data\\", data)},
-        {L"\\\\?\\C:\\mounted", link(L"\\??\\Volume{0B5A}\\", std::wstring(volume2) + L"\\")},
-        {L"\\\\?\\C:\\chain", link(L"\\??\\C:\\moved\\deep", data + L"\\deep")},
-        {L"\\\\?\\C:\\circle", link(L"circle", L"", true)},
-        // Led to a folder of its owner's when its owner was asked for.
-        {L"\\\\?\\C:\\exchanged", link(L"\\??\\C:\\Games", data)},
-        {L"\\\\?\\C:\\attacker", {true, false, windows, {L"\\??\\C:\\Windows"}, {}}},
-        {L"\\\\?\\C:\\lured", link(L"\\??\\C:\\attacker\\Palisade", windows + L"\\Palisade")},
-        {L"\\\\?\\C:\\share", link(L"\\??\\UNC\\server\\share", L"")},
-        {L"\\\\?\\C:\\unread", link(L"", L"")},
+        {L"C:\\Games\\swapped", folder(L"\\Device\\HarddiskVolume1\\Windows")},
+        {L"C:\\Games\\sideways", link(L"..\\.\\Games\\Palisade", L"ann", L"\\Games")},
+        {L"C:\\Games\\rooted", link(L"\\Games", L"ann", L"\\Games")},
+        {L"C:\\Games\\above", link(L"..\\..\\..\\Games\\Palisade\\..", L"ann", L"\\Games")},
+        {L"C:\\moved", link(L"\\??\\D:\\Data\\")},
+        {L"C:\\mounted", ofSystem(L"\\??\\Volume{0B5A}\\")},
+        {L"C:\\unmounted", link(L"\\??\\Volume{0B5A}\\")},
+        {L"C:\\chain", link(L"\\??\\C:\\moved\\deep")},
+        {L"C:\\circle", link(L"circle")},
+        {L"C:\\attacker", link(L"\\??\\C:\\Windows")},
+        {L"C:\\lured", link(L"\\??\\C:\\attacker\\Palisade", L"system")},
+        // Seen by way of a folder that had become a link meanwhile.
+        {L"C:\\Games\\strayed", link(L"\\??\\D:\\Data", L"ann", L"\\Elsewhere")},
+        {L"C:\\strayed", link(L"\\??\\D:\\Data", L"ann", L"\\Elsewhere")},
+        {L"C:\\toSwapped", link(L"\\??\\C:\\Games\\swapped")},
+        {L"C:\\dangling", link(L"\\??\\C:\\none", L"system")},
+        {L"C:\\share", link(L"\\??\\UNC\\server\\share")},
+        {L"C:\\unread", link(L"")},
     };
-    const auto found = entries.find(path);
-    return found == entries.end() ? PathEntry() : found->second;
+    const auto found = entries.find(path.starts_with(L"\\\\?\\") ? path.substr(4) : L"none");
+    return found == entries.end() ? PathEntry{.isMissing = true} : found->second;
 }
 
-TEST(WalkLinks, FollowsEachLinkThatMayBeAndNoOther) {
+TEST(WalkLinks, FollowsEachLinkThatIsTrustedAndNoOther) {
     using enum WalkResult;
     const struct {
         const wchar_t* given;
@@ -59,22 +84,25 @@ TEST(WalkLinks, FollowsEachLinkThatMayBeAndNoOther) {
     } rows[] = {
         {L"C:\\Games\\Palisade", arrived, L"C:\\Games\\Palisade", std::wstring(volume1) + L"\\Games\\Palisade"},
         {L"C:\\GAME~1\\Palisade", arrived, L"C:\\Games\\Palisade", std::wstring(volume1) + L"\\Games\\Palisade"},
-        {L"C:\\Games\\missing\\x", arrived, L"C:\\Games\\missing\\x", std::wstring(volume1) + L"\\Games\\missing\\x"},
+        {L"C:\\Games\\none\\x", missing, L"C:\\Games\\none", L""},
         {L"C:\\Games\\swapped", arrived, L"C:\\Games\\Windows", std::wstring(volume1) + L"\\Games\\Windows"},
         {L"R:\\Palisade", arrived, L"R:\\Palisade", L""},
         {L"X:\\Palisade", arrived, L"C:\\Games\\Palisade", std::wstring(volume1) + L"\\Games\\Palisade"},
-        {L"C:\\moved\\Palisade", arrived, L"D:\\Data\\Palisade", std::wstring(volume2) + L"\\Data\\Palisade"},
-        {L"C:\\mounted\\x", arrived, L"Volume{0B5A}\\x", std::wstring(volume2) + L"\\x"},
-        {L"C:\\chain\\x", arrived, L"D:\\Data\\deep\\x", std::wstring(volume2) + L"\\Data\\deep\\x"},
+        {L"C:\\moved\\deep", arrived, L"D:\\Data\\deep", std::wstring(volume2) + L"\\Data\\deep"},
+        {L"C:\\mounted\\Data", arrived, L"Volume{0B5A}\\Data", std::wstring(volume2) + L"\\Data"},
+        {L"C:\\unmounted\\Data", refusedLink, L"C:\\unmounted", L""},
         {L"C:\\chain", arrived, L"D:\\Data\\deep", std::wstring(volume2) + L"\\Data\\deep", true},
         {L"C:\\moved", arrived, L"D:\\Data", std::wstring(volume2) + L"\\Data", true},
         {L"C:\\Games\\sideways", arrived, L"C:\\Games\\Palisade", std::wstring(volume1) + L"\\Games\\Palisade", true},
-        {L"C:\\Games\\rooted\\x", arrived, L"C:\\Games\\x", std::wstring(volume1) + L"\\Games\\x"},
-        {L"C:\\Games\\above\\x", arrived, L"C:\\Games\\x", std::wstring(volume1) + L"\\Games\\x"},
+        {L"C:\\Games\\rooted\\Palisade", arrived, L"C:\\Games\\Palisade", std::wstring(volume1) + L"\\Games\\Palisade"},
+        {L"C:\\Games\\above", arrived, L"C:\\Games", std::wstring(volume1) + L"\\Games", true},
         {L"C:\\attacker\\Palisade", refusedLink, L"C:\\attacker", L""},
-        {L"C:\\exchanged\\Palisade", refusedLink, L"C:\\exchanged", L""},
         {L"C:\\attacker", refusedLink, L"C:\\attacker", L"", true},
-        {L"C:\\lured\\x", refusedLink, L"C:\\attacker", L""},
+        {L"C:\\lured", refusedLink, L"C:\\attacker", L"", true},
+        {L"C:\\strayed", refusedLink, L"C:\\strayed", L"", true},
+        {L"C:\\Games\\strayed\\deep", refusedLink, L"C:\\Games\\strayed", L""},
+        {L"C:\\toSwapped", refusedLink, L"C:\\toSwapped", L"", true},
+        {L"C:\\dangling\\x", missing, L"C:\\none", L""},
         {L"C:\\circle\\x", tooManyLinks, L"C:\\circle", L""},
         {L"C:\\share\\Palisade", badPath, L"C:\\share", L""},
         {L"C:\\unread\\Volume{0B5A}\\x", badPath, L"C:\\unread", L""},

@@ -4,7 +4,6 @@
 #include <array>
 #include <vector>
 
-#include "platform/rules/AccessGrants.h"
 #include "platform/rules/DiskFacts.h"
 #include "platform/rules/RecordBounds.h"
 #include "platform/rules/SubKeyWalk.h"
@@ -54,16 +53,6 @@ TEST(CountWithin, EndsWithTheRecord) {
     const std::tuple<size_t, size_t, size_t> rows[] = {{0, 1, 0}, {1, 3, 3},  {1, 6, 5},
                                                        {8, 2, 1}, {11, 1, 0}, {12, 1, 0}};
     for (const auto& [at, count, within] : rows) EXPECT_EQ(countWithin(record, &memory[at], 2, count), within) << at;
-}
-
-TEST(AccessGrants, LeaveALinkToTheAdministratorsOnlyWhereNobodyElseCanChangeIt) {
-    constexpr uint32_t reads = 0x1200A9;
-    for (uint32_t bit = 1; bit != 0; bit <<= 1) {
-        const AccessGrant programFiles[] = {
-            {true, false, 0x1F01FF}, {false, true, 0x10000000}, {false, false, reads | bit}};
-        EXPECT_EQ(isHeldByAdministrators(programFiles), (bit & 0x500D0156) == 0) << std::hex << bit;
-    }
-    EXPECT_TRUE(isHeldByAdministrators({}));
 }
 
 TEST(Version, IsReadUpToWhatIsNoNumber) {
