@@ -25,7 +25,7 @@ Gdiplus::GpFontCollection* privateFonts() {
     return collection;
 }
 
-using FontFamily = UniqueHandle<GdiPlusTraits<Gdiplus::GpFontFamily, flat::GdipDeleteFontFamily>>;
+using FontFamily = Owned<Gdiplus::GpFontFamily*, flat::GdipDeleteFontFamily>;
 
 std::wstring nameOf(const Gdiplus::GpFontFamily* family) {
     wchar_t name[LF_FACESIZE] = L"";
