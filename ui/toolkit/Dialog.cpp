@@ -8,8 +8,8 @@
 namespace pdx {
 
 static_assert(positionNoSize == SWP_NOSIZE && positionNoMove == SWP_NOMOVE && positionNoZOrder == SWP_NOZORDER &&
-              positionNoActivate == SWP_NOACTIVATE && positionShow == SWP_SHOWWINDOW &&
-              positionHide == SWP_HIDEWINDOW && positionNoOwnerZOrder == SWP_NOOWNERZORDER);
+              positionShow == SWP_SHOWWINDOW && positionHide == SWP_HIDEWINDOW &&
+              positionNoOwnerZOrder == SWP_NOOWNERZORDER);
 
 namespace {
 
