@@ -19,8 +19,8 @@ MessageResult BootstrapperDialog::OnInitDialog() {
     LoadPrivateFonts();
     SetWindowTextW(hwnd, Translate(L"INSTALLER_WINDOW_TITLE").c_str());
     const bool shown = run.display() != BOOTSTRAPPER_DISPLAY_NONE;
-    if (shown) Pictures();
-    CreateControls();
+    if (shown) pagePictures();
+    createControls();
     locationValue->SetText(run.installFolder());
     if (shown) Show(SW_SHOW);
     gate.setWindow(hwnd);

@@ -90,7 +90,7 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
     return true;
 }
 
-void BootstrapperDialog::OnBrowse() {
+void BootstrapperDialog::browse() {
     const std::wstring chosen = chooseFolder(hwnd, locationValue->GetText().substr(0, pathCapacity - 1));
     if (chosen.empty() || chosen.size() >= pathCapacity) return;
     const std::wstring folder =

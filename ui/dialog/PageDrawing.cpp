@@ -4,7 +4,7 @@
 
 namespace pdx {
 
-PagePictures& PageView::Pictures() {
+PagePictures& PageView::pagePictures() {
     if (!pictures) {
         pictures = g_pagePictures.get();
         g_pagePictures.clear();
@@ -34,7 +34,7 @@ MessageResult PageView::OnSetFocus(WPARAM) { return handled(); }
 
 MessageResult PageView::Draw(Graphics& graphics) {
     const Size client = GetClientSize();
-    const Bitmap* const background = plainBackground ? nullptr : Pictures().background();
+    const Bitmap* const background = plainBackground ? nullptr : pagePictures().background();
     if (!background) {
         // More than the client area on each side.
         graphics.fillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
@@ -51,12 +51,12 @@ MessageResult PageView::Draw(Graphics& graphics) {
 
 MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
     if (id != IDC_PICTURE) return unhandled();
-    const PageState& page = Top();
+    const PageState& page = topPage();
     const Bitmap* picture = nullptr;
     if (page.kind == pagePrompt && (page.flags & iconMask) == iconError)
-        picture = Pictures().picture(errorPictureNumber);
-    if (page.kind == pageBastion) picture = Pictures().picture(migrationPictureNumber);
-    if (!picture) picture = Pictures().picture(logoPictureNumber);
+        picture = pagePictures().picture(errorPictureNumber);
+    if (page.kind == pageBastion) picture = pagePictures().picture(migrationPictureNumber);
+    if (!picture) picture = pagePictures().picture(logoPictureNumber);
     const Size size = {item->rcItem.right - item->rcItem.left, item->rcItem.bottom - item->rcItem.top};
     // Drawn off screen over the dialog's background, to avoid flicker.
     const Bitmap buffer(size);
