@@ -169,18 +169,11 @@ void PageView::setLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, cons
     box.height = label.GetPreferredSize().height;
 }
 
-void PageView::SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y) {
-    setLabel(*titleLabel, std::move(titleFont), text, box, y);
-}
-
-void PageView::SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y) {
-    setLabel(label, textFont(size, fontRegular), text, box, y);
-}
-
 void PageView::fillWelcome(PageBoxes& boxes) {
-    SetTitle(textFont(20, fontBold), Translate(L"installer_welcome_body"), boxes.title, boxes.top);
+    setLabel(*titleLabel, textFont(20, fontBold), Translate(L"installer_welcome_body"), boxes.title, boxes.top);
     bodyLabel->SetMaxHeight(tallestBody);
-    SetBody(*bodyLabel, 16, Translate(L"INSTALLER_AGREEMENT_BODY"), boxes.body, below(boxes.title, gapToBody));
+    setLabel(*bodyLabel, textFont(16, fontRegular), Translate(L"INSTALLER_AGREEMENT_BODY"), boxes.body,
+             below(boxes.title, gapToBody));
     optionsLink->SetText(Translate(L"INSTALLER_VIEW_OPTIONS"));
     actionButton->SetText(Translate(L"INSTALLER_LETS_GO"));
     Box link = boxOf(GetInitialRect(IDC_OPTIONS));
@@ -197,18 +190,18 @@ void PageView::fillOptions() {
 }
 
 void PageView::fillBastion(PageBoxes& boxes) {
-    SetTitle(textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"), boxes.title,
-             boxes.top);
+    setLabel(*titleLabel, textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"),
+             boxes.title, boxes.top);
     const auto [subtitle, body] = cutAtLineFeed(Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_BODY"));
-    SetBody(*subtitleLabel, 16, subtitle, boxes.subtitle, below(boxes.title, gapBetweenLines));
+    setLabel(*subtitleLabel, textFont(16, fontRegular), subtitle, boxes.subtitle, below(boxes.title, gapBetweenLines));
     bodyLabel->SetMaxHeight(tallestBody);
-    SetBody(*bodyLabel, 16, body, boxes.body, below(boxes.title, gapToBody));
+    setLabel(*bodyLabel, textFont(16, fontRegular), body, boxes.body, below(boxes.title, gapToBody));
     actionButton->SetText(Translate(L"BUTTON_UNINSTALL-BASTION"));
     actionButton2->SetText(Translate(L"NOT-NOW"));
 }
 
 void PageView::fillProgress(const PageState& page, PageBoxes& boxes) {
-    SetTitle(textFont(27, fontBold), page.title, boxes.title, boxes.top);
+    setLabel(*titleLabel, textFont(27, fontBold), page.title, boxes.title, boxes.top);
     const HWND bar = progressBar->getHandle();
     SendMessageW(bar, PBM_SETRANGE32, 0, 100);
     if (page.progress == indeterminate)
@@ -220,13 +213,13 @@ void PageView::fillProgress(const PageState& page, PageBoxes& boxes) {
 void PageView::fillPrompt(const PageState& page, PageBoxes& boxes) {
     int32_t y = boxes.top;
     if (!page.title.empty()) {
-        SetTitle(textFont(27, fontBold), page.title, boxes.title, y);
+        setLabel(*titleLabel, textFont(27, fontBold), page.title, boxes.title, y);
         QueuePosition(IDC_TITLE, nullptr, shown);
         y = below(boxes.title, gapBetweenLines);
     }
     if (!page.body.empty()) {
         bodyLabel->SetMaxHeight(noLimit);
-        SetBody(*bodyLabel, 18, page.body, boxes.body, y);
+        setLabel(*bodyLabel, textFont(18, fontRegular), page.body, boxes.body, y);
         QueuePosition(IDC_BODY, nullptr, shown);
         y = below(boxes.body, gapBetweenLines);
     }

@@ -91,9 +91,8 @@ class PageView : public Dialog {
     void fillBastion(PageBoxes& boxes);
     void fillProgress(const PageState& page, PageBoxes& boxes);
     void fillPrompt(const PageState& page, PageBoxes& boxes);
+    /// Sets font and text of a label, and the place and height of its box.
     void setLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box, int32_t y);
-    void SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y);
-    void SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y);
     void setButtonTexts(const PageState& page);
     void placeButtons(PageBoxes& boxes);
 
