@@ -45,10 +45,6 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
     return handled();
 }
 
-const wchar_t* BootstrapperDialog::installTitleKey() const {
-    return run.isThinInstaller() ? L"installer_download_progress_title" : L"installer_install_progress_title";
-}
-
 void BootstrapperDialog::startInstall() {
     const std::wstring folder = locationValue->GetText();
     if (!ValidateInstallFolder(folder)) return;

@@ -21,6 +21,10 @@ void BootstrapperDialog::showProgressPage(const wchar_t* titleKey, PageRole role
     ReplacePage({.kind = pageProgress, .title = Translate(titleKey), .role = role});
 }
 
+const wchar_t* BootstrapperDialog::installTitleKey() const {
+    return run.isThinInstaller() ? L"installer_download_progress_title" : L"installer_install_progress_title";
+}
+
 void BootstrapperDialog::OnDetectComplete() {
     switch (afterDetection(run.action(), run.display(), !run.isRepair())) {
         case DetectFlow::uninstall:
