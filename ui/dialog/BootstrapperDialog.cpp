@@ -1,8 +1,9 @@
 #include "ui/dialog/BootstrapperDialog.h"
 
-#include "ui/toolkit/Painting.h"
+#include <utility>
 
 namespace pdx {
+
 BootstrapperDialog::BootstrapperDialog(RunControls& controls, DialogGate& dialogGate)
     : run(controls), gate(dialogGate) {}
 
@@ -27,6 +28,7 @@ MessageResult BootstrapperDialog::OnInitDialog() {
     gate.setReady(true);
     return handled(FALSE);
 }
+
 MessageResult BootstrapperDialog::OnQueryEndSession() {
     run.noteLogout();
     return unhandled();
