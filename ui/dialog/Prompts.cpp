@@ -27,7 +27,6 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
                      .flags = prompt.flags,
                      .button1Text = text(prompt.button1),
                      .button2Text = text(prompt.button2),
-                     .button3Text = text(prompt.button3),
                      .role = prompt.role});
     ++openPrompts;
     gate.setReady(false);
