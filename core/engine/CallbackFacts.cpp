@@ -23,18 +23,13 @@ std::wstring joinTexts(DWORD count, const LPCWSTR* texts) {
 }
 
 Fact::Fact(const char* argument, const char* contextKey, LPCWSTR text)
-    : Fact(argument, contextKey, contextText(text), nullptr) {
-    kept = logged;
-}
+    : Fact(argument, contextKey, contextText(text)) {}
 Fact::Fact(const char* argument, const char* contextKey, Status status)
     : Fact(argument, contextKey, describeError(status.hr), contextStatus(status.hr)) {}
 Fact::Fact(const char* argument, const char* contextKey, Version version)
-    : Fact(argument, contextKey, versionText(version.value), nullptr) {
-    kept = logged;
-}
+    : Fact(argument, contextKey, versionText(version.value)) {}
 Fact::Fact(const char* argument, const char* contextKey, TextList list)
-    : Fact(argument, contextKey, toUtf8(joinTexts(list.count, list.texts)), nullptr) {
-    kept = logged;
+    : Fact(argument, contextKey, toUtf8(joinTexts(list.count, list.texts))) {
     logged = '[' + logged + ']';
 }
 Fact::Fact(const char* argument, const char* contextKey, BoxStyle style)

@@ -73,6 +73,8 @@ class Fact {
     nlohmann::json kept;
 
   private:
+    Fact(const char* argument, const char* contextKey, const std::string& both)
+        : Fact(argument, contextKey, both, both) {}
     Fact(const char* argument, const char* contextKey, std::string inLog, nlohmann::json inContext)
         : name(argument), key(contextKey), logged(std::move(inLog)), kept(std::move(inContext)) {}
 };
