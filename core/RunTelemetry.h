@@ -60,7 +60,7 @@ class RunTelemetry {
   private:
     [[nodiscard]] RunKind kind() const;
     /// Sends an error event to the Brisk service, "{group}" in its name replaced (eventName); logs code, text and flag.
-    void logBriskError(std::string_view name, const std::string& code, const std::string& message, Operation operation,
+    void logBriskError(std::string_view name, HRESULT hr, const std::string& message, Operation operation,
                        const Json& errorContext, const Json& extra = {}) const;
     void sendMeridianMessages(std::span<const char* const> ids, const MessagePlace& place, const char* status) const;
 
