@@ -111,7 +111,6 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     int STDMETHODCALLTYPE OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) override;
 
   protected:
-    RunContext::State state() const { return m_context.state(); }
     /// Updates the run's status with that of a step; logs a change.
     void UpdateInstallStatus(HRESULT hr) { m_context.updateStatus(hr); }
 
