@@ -12,6 +12,7 @@
 #include "platform/rules/CommandLine.h"
 #include "platform/Task.h"
 #include "state/Bastion.h"
+#include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 namespace {

@@ -10,7 +10,6 @@
 #include "platform/UncaughtExceptions.h"
 #include "state/Bastion.h"
 #include "state/DiscStart.h"
-#include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 namespace {
