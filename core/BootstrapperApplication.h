@@ -134,7 +134,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     Download m_download;
     Migration m_migration;
     Repair m_repair;
-    BOOTSTRAPPER_DISPLAY m_userDisplay;
+    const BOOTSTRAPPER_DISPLAY m_userDisplay;
     bool m_executing = false;
 };
 
