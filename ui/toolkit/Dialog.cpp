@@ -4,6 +4,7 @@
 
 #include "config/Resources.h"
 #include "platform/Paths.h"
+#include "ui/toolkit/rules/DialogLayout.h"
 
 namespace pdx {
 
