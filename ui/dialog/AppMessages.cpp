@@ -28,9 +28,9 @@ int DialogUi::sendAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void DialogUi::settle() { sendAppMessage(WM_NULL); }
-int DialogUi::showUpdateCheck() { return sendAppMessage(WM_BA_DETECT_UPDATE_BEGIN); }
-int DialogUi::detectComplete(HRESULT status) { return sendAppMessage(WM_BA_DETECT_COMPLETE, word(status)); }
-int DialogUi::planComplete(HRESULT status) { return sendAppMessage(WM_BA_PLAN_COMPLETE, word(status)); }
+void DialogUi::showUpdateCheck() { sendAppMessage(WM_BA_DETECT_UPDATE_BEGIN); }
+void DialogUi::detectComplete(HRESULT status) { sendAppMessage(WM_BA_DETECT_COMPLETE, word(status)); }
+void DialogUi::planComplete(HRESULT status) { sendAppMessage(WM_BA_PLAN_COMPLETE, word(status)); }
 int DialogUi::showError(const ErrorInfo& error) {
     return sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&error));
 }

@@ -23,9 +23,9 @@ class DialogUi : public RunUi {
     // ---- Each is a message (AppMessages.cpp).
 
     void settle() override;
-    int showUpdateCheck() override;
-    int detectComplete(HRESULT status) override;
-    int planComplete(HRESULT status) override;
+    void showUpdateCheck() override;
+    void detectComplete(HRESULT status) override;
+    void planComplete(HRESULT status) override;
     int showError(const ErrorInfo& error) override;
     int cacheBegin() override;
     int cacheAcquireBegin(BOOTSTRAPPER_CACHE_OPERATION operation, LPCWSTR source) override;
