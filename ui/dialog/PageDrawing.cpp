@@ -62,18 +62,12 @@ MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
     const Bitmap buffer(size);
     Graphics surface(buffer);
     ApplyQuality(surface);
-    {
-        const BorrowedContext context(surface);
-        const Rect place = GetChildRect(item->hwndItem);
-        POINT before{};
-        OffsetViewportOrgEx(context.get(), -place.left, -place.top, &before);
-        SendMessageW(hwnd, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
-        SetViewportOrgEx(context.get(), before.x, before.y, nullptr);
-    }
-    if (picture) surface.drawImage(*picture, fitPicture({0, 0, size.width, size.height}, picture->getSize()));
+    const Box whole = {0, 0, size.width, size.height};
+    drawParent(surface, hwnd, GetChildRect(item->hwndItem), whole);
+    if (picture) surface.drawImage(*picture, fitPicture(whole, picture->getSize()));
     Graphics screen(item->hDC);
     screen.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    screen.copyImage(buffer, {0, 0, size.width, size.height});
+    screen.copyImage(buffer, whole);
     return handled(1);
 }
 
