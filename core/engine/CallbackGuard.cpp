@@ -125,7 +125,7 @@ struct Guard {
     Base* application;
 };
 
-/// Logs the exception that is being handled and updates the status; gives up if memory is exhausted.
+/// Logs the exception that is being handled and updates the status; does neither if memory is exhausted.
 void keepFault(Base& application, size_t number) try {
     HRESULT status = E_FAIL;
     try {
