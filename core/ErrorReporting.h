@@ -23,7 +23,7 @@ struct EngineError {
     int recommendation;
 };
 
-/// Used on the engine's thread. The run outlives the object.
+/// Used on the engine's thread, except report(), which may be called on any. The run outlives the object.
 class ErrorReporting {
   public:
     explicit ErrorReporting(Run& reportedRun) : run(reportedRun) {}

@@ -15,8 +15,8 @@
 
 namespace pdx {
 
-/// Each operation sends the events of one occasion. None waits, except start() and stop(). Any thread after start();
-/// the constructor's arguments outlive the object.
+/// Each operation sends the events of one occasion. Only stop() waits for the network. Any thread after start(); the
+/// constructor's arguments outlive the object.
 class RunTelemetry {
   public:
     using Json = nlohmann::json;
