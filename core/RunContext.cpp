@@ -63,7 +63,7 @@ void RunContext::keepMsiMessage(const char* word, int type, UINT flags, std::wst
     entry["flag"] = flags;
     entry["reco"] = recommendation;
     assignUtf8(entry["mesg"].get_ref<std::string&>(), message);
-    assignUtf8(entry["args"].get_ref<std::string&>(), joinTexts(arguments.count, arguments.texts));
+    assignUtf8(entry["args"].get_ref<std::string&>(), joinTexts(arguments));
 }
 
 void RunContext::updateStatus(HRESULT hr) {
