@@ -53,8 +53,8 @@ class DialogUi : public RunUi {
 
   private:
     static unsigned __stdcall runThread(void* ui);
-    /// Ends the system's modal loops on the UI thread, such as that of an open menu: they ignore
-    /// WM_QUIT. Waits for nothing.
+    /// Ends the system's modal loops on the UI thread, such as that of an open menu: they ignore WM_QUIT.
+    /// Waits for nothing.
     void endSystemLoops() const;
     /// The same before a message whose handler asks the user: in such a loop no click would reach the question. Waits
     /// half a second at most.
