@@ -36,13 +36,10 @@ void BootstrapperDialog::OnDetectComplete() {
             break;
         case DetectFlow::update:
             showProgressPage(L"installer_download_progress_title");
-            run.enableSending();
-            run.plan();
-            break;
+            [[fallthrough]];
         case DetectFlow::install:
             run.enableSending();
-            run.plan();
-            break;
+            [[fallthrough]];
         case DetectFlow::plan:
             run.plan();
             break;
