@@ -4,6 +4,7 @@
 // bench.exe cold LIBRARY FILE [log|roots] makes one cold start and writes its moments to the file.
 #include <windows.h>
 
+#include <fmt/format.h>
 #include <objbase.h>
 
 #include <cstdio>
@@ -16,23 +17,17 @@
 
 namespace {
 
-std::string valueText(const pdx::Measurement& measurement) {
-    char text[64];
-    std::snprintf(text, sizeof(text), measurement.value < 1000 ? "%.2f" : "%.0f", measurement.value);
-    return text;
-}
-
 std::string aimText(const pdx::Measurement& measurement) {
-    if (!measurement.aim) return "";
-    char text[64];
-    std::snprintf(text, sizeof(text), "%s %g: %s", measurement.aim->atLeast ? "at least" : "at most",
-                  measurement.aim->bound, measurement.aimMet() ? "met" : "MISSED");
-    return text;
+    const auto& aim = measurement.aim;
+    if (!aim) return "";
+    return fmt::format("{} {:g}: {}", aim->atLeast ? "at least" : "at most", aim->bound,
+                       measurement.aimMet() ? "met" : "MISSED");
 }
 
 void print(const pdx::Measurement& measurement) {
-    std::printf("%-58s %12s %-11s %s\n", measurement.meaning.c_str(), valueText(measurement).c_str(),
-                measurement.unit.c_str(), aimText(measurement).c_str());
+    const std::string value = fmt::format("{:.{}f}", measurement.value, measurement.value < 1000 ? 2 : 0);
+    std::puts(fmt::format("{:<58} {:>12} {:<11} {}", measurement.meaning, value, measurement.unit, aimText(measurement))
+                  .c_str());
     std::fflush(stdout);
 }
 

@@ -29,7 +29,7 @@ Measurements measureMessages(const std::filesystem::path& library);
 Measurements measureLogging();
 /// Events: their cost for the sender while a service does not answer, the rate of delivery, and the memory of queued
 /// ones. Also the time to collect the facts of the machine. The host, "https://host.name", is
-/// harness/services/testhost.py, which answers as the query says.
+/// harness/services/testhost.py, which answers as the query asks.
 Measurements measureTelemetry(const std::string& host);
 /// A repair's clean-up of a client with 20,000 files, and the purge of a machine with 50,000 component keys. Each is
 /// also a ratio to the platform's calls alone.

@@ -6,12 +6,12 @@
 #include <array>
 #include <fstream>
 #include <numeric>
-#include <sstream>
 #include <stdexcept>
 
 #include "bench/Benchmarks.h"
 #include "bench/ProcessMemory.h"
 #include "bench/StartedLibrary.h"
+#include "platform/Paths.h"
 #include "platform/Text.h"
 
 namespace pdx {
@@ -55,7 +55,7 @@ class Watch {
 /// Records when a line reaches the log.
 class WatchedEngine : public SmallEngine {
   public:
-    explicit WatchedEngine(const Watch& clock, std::ostream* trace) : watch(clock), lines(trace) {}
+    WatchedEngine(const Watch& clock, std::ostream* trace) : watch(clock), lines(trace) {}
     HRESULT STDMETHODCALLTYPE Log(BOOTSTRAPPER_LOG_LEVEL, LPCWSTR message) override {
         const double now = watch.now();
         const std::lock_guard guard(lock);
@@ -106,8 +106,7 @@ Moments moments(const std::filesystem::path& file, std::ostream* trace, bool roo
 
 /// The moments of a start in another process of this program.
 Moments momentsOfProcess(const std::filesystem::path& library, const std::filesystem::path& result, bool rootsBefore) {
-    std::wstring program(MAX_PATH, L'\0');
-    program.resize(GetModuleFileNameW(nullptr, program.data(), MAX_PATH));
+    const std::wstring program = getProcessFilePath();
     std::wstring command = L"\"" + program + L"\" cold \"" + library.wstring() + L"\" \"" + result.wstring() +
                            (rootsBefore ? L"\" roots" : L"\"");
     STARTUPINFOW startup{};
@@ -122,7 +121,7 @@ Moments momentsOfProcess(const std::filesystem::path& library, const std::filesy
     Moments found{};
     std::ifstream file(result);
     for (double& moment : found)
-        if (!(file >> moment)) throw std::runtime_error("a cold start did not come to its end");
+        if (!(file >> moment)) throw std::runtime_error("a cold start did not end");
     file.close();
     std::filesystem::remove(result);
     return found;

@@ -12,6 +12,7 @@
 #include "platform/rules/CommandLine.h"
 #include "platform/Task.h"
 #include "state/Bastion.h"
+#include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 namespace {
@@ -67,16 +68,14 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
       m_download(m_run),
       m_migration(m_run, m_errors),
       m_repair(m_run, m_errors, m_migration),
-      m_userDisplay(command->display) {
+      m_userDisplay(displayTowardsUser(command->display, command->relationType, processArguments())) {
     // First: the box of a crash reads its texts there.
     g_translator.set(std::make_shared<Translator>());
     // Runs in parallel; the steps below do not need its result.
     Task certificate(determineConfigurable);
     m_run.ui = makeUi(*this);
     takeEnvironment(m_run.variables);
-    const std::vector<std::wstring> arguments = processArguments();
-    takeCommandLine(m_run.variables, arguments);
-    m_userDisplay = displayTowardsUser(command->display, command->relationType, arguments);
+    takeCommandLine(m_run.variables, processArguments());
     loadConfiguration(isThinInstaller(), [&certificate] {
         certificate.wait();
         return g_configurable.load();

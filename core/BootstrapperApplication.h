@@ -111,7 +111,6 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     int STDMETHODCALLTYPE OnApplyComplete(HRESULT hrStatus, BOOTSTRAPPER_APPLY_RESTART restart) override;
 
   protected:
-    RunContext::State state() const { return m_context.state(); }
     /// Updates the run's status with that of a step; logs a change.
     void UpdateInstallStatus(HRESULT hr) { m_context.updateStatus(hr); }
 
@@ -135,7 +134,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     Download m_download;
     Migration m_migration;
     Repair m_repair;
-    BOOTSTRAPPER_DISPLAY m_userDisplay;
+    const BOOTSTRAPPER_DISPLAY m_userDisplay;
     bool m_executing = false;
 };
 

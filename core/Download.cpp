@@ -8,13 +8,8 @@ namespace pdx {
 
 void Download::begin(BOOTSTRAPPER_CACHE_OPERATION acquireOperation, LPCWSTR source) {
     operation = acquireOperation;
-    facts.start = TelemetryManager::timestamp(briskSender);
-    facts.link = contextText(source);
-    facts.progress = 0;
-    facts.total = 0;
-    if (!isDownload()) return;
-    facts.id = newUuidString();
-    run.telemetry.sendDownloadStarted(facts);
+    facts = {.id = newUuidString(), .start = TelemetryManager::timestamp(briskSender), .link = contextText(source)};
+    if (isDownload()) run.telemetry.sendDownloadStarted(facts);
 }
 
 void Download::progress(uint64_t bytes, uint64_t total) {

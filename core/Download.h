@@ -13,11 +13,13 @@ class Download {
 
     /// Resets the count of failures, which covers all payloads of a package. A success does not reset it.
     void beginPackage() { failures = 0; }
+    /// Begins an attempt; sends its start if it is a download, not a copy.
     void begin(BOOTSTRAPPER_CACHE_OPERATION acquireOperation, LPCWSTR source);
     void progress(uint64_t bytes, uint64_t total);
     /// Sends how a download ended. True if the engine shall try again; then the retry's delay has passed, or the user
     /// has cancelled.
     [[nodiscard]] bool endAndWaitForRetry(HRESULT hr);
+    /// Sends the failure of a downloaded file's check.
     void verified(HRESULT hr) const;
 
   private:

@@ -2,7 +2,6 @@
 
 #include "core/rules/PackageLog.h"
 #include "platform/Log.h"
-#include "platform/Paths.h"
 #include "platform/Text.h"
 
 namespace pdx {

@@ -23,7 +23,7 @@ struct EngineError {
     int recommendation;
 };
 
-/// Used on the engine's thread. The run outlives the object.
+/// Used on the engine's thread, except report(), which may be called on any. The run outlives the object.
 class ErrorReporting {
   public:
     explicit ErrorReporting(Run& reportedRun) : run(reportedRun) {}
@@ -35,6 +35,7 @@ class ErrorReporting {
     /// Shows the status of a failed run, unless its error was shown already.
     void showFailure();
 
+    /// Adds a file to the report.
     void addFile(const std::wstring& path) { files.insert(path); }
     /// Adds a log that may roll over to several files: all that begin with its path without ".log". Adds nothing for a
     /// path of fewer than five characters.

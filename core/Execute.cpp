@@ -33,13 +33,14 @@ int BootstrapperApplication::OnExecuteBegin(DWORD cExecutingPackages) {
 }
 
 int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fExecute) {
+    const bool forward = fExecute != FALSE;
     m_context.record(Operation::executePackageBegin,
-                     {{"wzPackageId", "pkid", wzPackageId}, {"fExecute", "exec", fExecute != FALSE}});
+                     {{"wzPackageId", "pkid", wzPackageId}, {"fExecute", "exec", forward}});
     beginPackage(wzPackageId, fExecute);
-    const int answer = m_run.ui->executePackageBegin(fExecute != FALSE, wzPackageId);
+    const int answer = m_run.ui->executePackageBegin(forward, wzPackageId);
 
     const std::wstring packageId = textOrEmpty(wzPackageId);
-    const std::wstring logPath = m_run.variables.get(packageLogVariable(packageId, fExecute != FALSE));
+    const std::wstring logPath = m_run.variables.get(packageLogVariable(packageId, forward));
     if (logPath.empty()) {
         // No failure: with logging off the engine names no path. The client's log is then not locked.
         PDX_LOG(logError, "BootstrapperApplication::OnExecutePackageBegin", "Unable to determine log path for %ls",
@@ -53,7 +54,7 @@ int BootstrapperApplication::OnExecutePackageBegin(LPCWSTR wzPackageId, BOOL fEx
     } else {
         m_errors.addLog(logPath);
     }
-    m_executing = fExecute != FALSE;
+    m_executing = forward;
     return answer;
 }
 
@@ -84,7 +85,7 @@ int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, 
         if (text == bastionUninstallBegin) m_run.ui->showBastionTitle();
         if (text == bastionUninstallSuccess) m_run.telemetry.sendMeridianCompleted();
     }
-    return !m_fRollingBack && m_run.isCancelled() ? static_cast<int>(IDCANCEL) : nRecommendation;
+    return cancelCheck(nRecommendation);
 }
 
 int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,

@@ -3,7 +3,6 @@
 #include "core/Elevation.h"
 #include "core/rules/Relaunch.h"
 #include "platform/Log.h"
-#include "platform/Processes.h"
 #include "platform/product/Client.h"
 #include "state/Bastion.h"
 

@@ -193,7 +193,7 @@ int RecordedCallbacks::OnExecuteFilesInUse(LPCWSTR wzPackageId, DWORD cFiles, LP
     const Fact facts[] = {{"wzPackageId", nullptr, wzPackageId},
                           {"cFiles", nullptr, cFiles},
                           {"rgwzFiles", "fuse", TextList{cFiles, rgwzFiles}}};
-    RunContext::trace("RecordedCallbacks::OnExecuteFilesInUse", facts);
+    RunContext::trace("BootstrapperApplication::OnExecuteFilesInUse", facts);
     m_context.merge(contextOf(facts));
     return cancelCheck();
 }

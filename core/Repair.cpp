@@ -1,7 +1,6 @@
 #include "core/Repair.h"
 
 #include "core/Elevation.h"
-#include "platform/Paths.h"
 #include "state/RepairCleanup.h"
 
 namespace pdx {

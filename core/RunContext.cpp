@@ -47,12 +47,6 @@ void RunContext::setOperation(Operation operation) {
     current.lastOperation = operation;
 }
 
-void RunContext::merge(Operation operation, const Json& attributes) {
-    const std::lock_guard guard(lock);
-    current.lastOperation = operation;
-    current.context.update(attributes);
-}
-
 void RunContext::merge(const Json& attributes) {
     const std::lock_guard guard(lock);
     current.context.update(attributes);
@@ -69,11 +63,7 @@ void RunContext::keepMsiMessage(const char* word, int type, UINT flags, std::wst
     entry["flag"] = flags;
     entry["reco"] = recommendation;
     assignUtf8(entry["mesg"].get_ref<std::string&>(), message);
-    std::string& joined = entry["args"].get_ref<std::string&>();
-    if (arguments.count == 0)
-        joined.clear();
-    else
-        assignUtf8(joined, joinTexts(arguments.count, arguments.texts));
+    assignUtf8(entry["args"].get_ref<std::string&>(), joinTexts(arguments));
 }
 
 void RunContext::updateStatus(HRESULT hr) {

@@ -41,7 +41,7 @@ class RunContext {
     void begin(Operation operation);
     /// Begins a step and keeps the context.
     void setOperation(Operation operation);
-    void merge(Operation operation, const Json& attributes);
+    /// Adds attributes to the context; a new value replaces an old one of the same key.
     void merge(const Json& attributes);
     /// Keeps the last Windows Installer message of a kind under its word.
     void keepMsiMessage(const char* word, int type, UINT flags, std::wstring_view message, TextList arguments,

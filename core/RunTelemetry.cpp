@@ -67,10 +67,9 @@ void RunTelemetry::sendDownloadCancelled(const DownloadFacts& download) const {
 }
 
 void RunTelemetry::sendDownloadFailed(const DownloadFacts& download, HRESULT hr, const Json& extra) const {
-    const std::string code = contextStatus(hr);
-    send(downloadFailed(download, code));
+    send(downloadFailed(download, contextStatus(hr)));
     const RunContext::State last = context.state();
-    logBriskError("inst.dnld.erro", code, describeError(hr), last.lastOperation, last.context, extra);
+    logBriskError("inst.dnld.erro", hr, describeError(hr), last.lastOperation, last.context, extra);
 }
 
 void RunTelemetry::sendExecutionStarted() const {
@@ -90,17 +89,15 @@ void RunTelemetry::sendExecutionStarted() const {
 }
 
 void RunTelemetry::sendError(HRESULT hr, const std::string& message) const {
-    const std::string code = contextStatus(hr);
-    send(errorOccurred(kind(), code));
+    send(errorOccurred(kind(), contextStatus(hr)));
     const RunContext::State last = context.state();
-    logBriskError("inst.{group}.erro", code, message, last.lastOperation, last.context);
+    logBriskError("inst.{group}.erro", hr, message, last.lastOperation, last.context);
 }
 
 void RunTelemetry::sendExecutionFailed(HRESULT hr) const {
-    const std::string code = contextStatus(hr);
-    send(runFailed(kind(), code));
+    send(runFailed(kind(), contextStatus(hr)));
     const RunContext::State last = context.state();
-    logBriskError("inst.{group}.erro", code, describeError(hr), last.lastOperation, last.context);
+    logBriskError("inst.{group}.erro", hr, describeError(hr), last.lastOperation, last.context);
 }
 
 void RunTelemetry::sendRunFinished() const { send(runFinished(kind(), startTime, now())); }
@@ -111,14 +108,14 @@ void RunTelemetry::sendRunCancelled(const char* word, const std::string& reportI
 
 void RunTelemetry::sendRunFailed(const std::string& reportId) const {
     const InstallStatus status = context.state().status;
-    const std::string code = contextStatus(status.lastError);
-    send(runFailed(kind(), code));
-    logBriskError("inst.{group}.fail", code, describeError(status.lastError), status.errorOperation,
+    send(runFailed(kind(), contextStatus(status.lastError)));
+    logBriskError("inst.{group}.fail", status.lastError, describeError(status.lastError), status.errorOperation,
                   status.errorContext, reportId.empty() ? Json() : Json({{"report_id", reportId}}));
 }
 
-void RunTelemetry::logBriskError(std::string_view name, const std::string& code, const std::string& message,
-                                 Operation operation, const Json& errorContext, const Json& extra) const {
+void RunTelemetry::logBriskError(std::string_view name, HRESULT hr, const std::string& message, Operation operation,
+                                 const Json& errorContext, const Json& extra) const {
+    const std::string code = contextStatus(hr);
     ErrorFacts error = {code, message, operation, {}, errorContext};
     for (size_t i = 0; i < runtimeVersions.size(); ++i)
         error.runtimes[i] = toUtf8(variables.get(runtimeVersions[i].variable));

@@ -15,8 +15,8 @@
 
 namespace pdx {
 
-/// Each operation sends the events of one occasion. None waits, except start() and stop(). Any thread after start();
-/// the constructor's arguments outlive the object.
+/// Each operation sends the events of one occasion. Only stop() waits for the network. Any thread after start(); the
+/// constructor's arguments outlive the object.
 class RunTelemetry {
   public:
     using Json = nlohmann::json;
@@ -60,7 +60,7 @@ class RunTelemetry {
   private:
     [[nodiscard]] RunKind kind() const;
     /// Sends an error event to the Brisk service, "{group}" in its name replaced (eventName); logs code, text and flag.
-    void logBriskError(std::string_view name, const std::string& code, const std::string& message, Operation operation,
+    void logBriskError(std::string_view name, HRESULT hr, const std::string& message, Operation operation,
                        const Json& errorContext, const Json& extra = {}) const;
     void sendMeridianMessages(std::span<const char* const> ids, const MessagePlace& place, const char* status) const;
 

@@ -42,9 +42,6 @@ class RunUi {
 
     // ---- For a callback of the engine: each returns the callback's answer.
 
-    virtual int showUpdateCheck() = 0;
-    virtual int detectComplete(HRESULT status) = 0;
-    virtual int planComplete(HRESULT status) = 0;
     virtual int showError(const ErrorInfo& error) = 0;
     virtual int cacheBegin() = 0;
     virtual int cacheAcquireBegin(BOOTSTRAPPER_CACHE_OPERATION operation, LPCWSTR source) = 0;
@@ -57,6 +54,9 @@ class RunUi {
 
     // ---- For the other steps of a run.
 
+    virtual void showUpdateCheck() = 0;
+    virtual void detectComplete(HRESULT status) = 0;
+    virtual void planComplete(HRESULT status) = 0;
     virtual InstalledChoice askInstalled() = 0;
     virtual BastionChoice askAboutBastion() = 0;
     virtual void showRepairBeginning() = 0;

@@ -54,9 +54,9 @@ void endAsSuccess(Run& run) {
 }  // namespace
 
 int BootstrapperApplication::OnShutdown() {
-    PDX_LOG(logTrace, "BootstrapperApplication::OnShutdown", "Entering OnShutdown");
+    m_context.record(Operation::shutdown, {});
     const int result = m_run.takeShutdownResult();
-    m_context.merge(Operation::shutdown, {{"stat", result}});
+    m_context.merge({{"stat", result}});
     if (result == resultReloadBootstrapper) {
         pinLibrary();
         m_run.telemetry.handOn();

@@ -3,14 +3,11 @@
 #include "core/BootstrapperApplication.h"
 #include "platform/Log.h"
 #include "platform/OsIdentity.h"
-#include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "platform/product/Client.h"
 #include "platform/Registry.h"
 #include "platform/UncaughtExceptions.h"
-#include "state/Bastion.h"
 #include "state/DiscStart.h"
-#include "telemetry/TelemetryManager.h"
 
 namespace pdx {
 namespace {

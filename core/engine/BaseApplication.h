@@ -46,7 +46,7 @@ class CBalBaseBootstrapperApplication : public IBootstrapperApplication {
     int errorAnswer(BOOTSTRAPPER_ERROR_TYPE type, LPCWSTR package, DWORD code, int recommendation);
     /// Starts the retries of a payload.
     int beginAcquire(LPCWSTR package, LPCWSTR payload);
-    /// IDRETRY where the support layer's retries say so, else the recommendation, under the cancel check.
+    /// IDRETRY if the support layer retries, else the recommendation; under the cancel check.
     int acquireAnswer(LPCWSTR package, LPCWSTR payload, HRESULT status, int recommendation);
     /// Starts the retries of a package's execution; notes whether it is a rollback.
     int beginPackage(LPCWSTR package, BOOL forward);

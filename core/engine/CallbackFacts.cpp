@@ -13,28 +13,23 @@ std::string contextText(LPCWSTR text) { return toUtf8(textOrEmpty(text)); }
 
 std::string contextStatus(HRESULT hr) { return fmt::format("{:08x}", static_cast<uint32_t>(hr)); }
 
-std::wstring joinTexts(DWORD count, const LPCWSTR* texts) {
+std::wstring joinTexts(TextList list) {
     std::wstring joined;
-    for (DWORD i = 0; texts && i < count; ++i) {
+    for (DWORD i = 0; list.texts && i < list.count; ++i) {
         if (i > 0) joined += L", ";
-        joined += textOrEmpty(texts[i]);
+        joined += textOrEmpty(list.texts[i]);
     }
     return joined;
 }
 
 Fact::Fact(const char* argument, const char* contextKey, LPCWSTR text)
-    : Fact(argument, contextKey, contextText(text), nullptr) {
-    kept = logged;
-}
+    : Fact(argument, contextKey, contextText(text)) {}
 Fact::Fact(const char* argument, const char* contextKey, Status status)
     : Fact(argument, contextKey, describeError(status.hr), contextStatus(status.hr)) {}
 Fact::Fact(const char* argument, const char* contextKey, Version version)
-    : Fact(argument, contextKey, versionText(version.value), nullptr) {
-    kept = logged;
-}
+    : Fact(argument, contextKey, versionText(version.value)) {}
 Fact::Fact(const char* argument, const char* contextKey, TextList list)
-    : Fact(argument, contextKey, toUtf8(joinTexts(list.count, list.texts)), nullptr) {
-    kept = logged;
+    : Fact(argument, contextKey, toUtf8(joinTexts(list))) {
     logged = '[' + logged + ']';
 }
 Fact::Fact(const char* argument, const char* contextKey, BoxStyle style)

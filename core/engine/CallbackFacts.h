@@ -19,9 +19,6 @@ std::string contextText(LPCWSTR text);
 /// "{:08x}" of a status.
 std::string contextStatus(HRESULT hr);
 
-/// The texts of an argument list, joined with ", "; a null one counts as empty.
-std::wstring joinTexts(DWORD count, const LPCWSTR* texts);
-
 // Types for arguments whose own type does not decide how they are written.
 struct Status {
     HRESULT hr;
@@ -36,6 +33,9 @@ struct TextList {
 struct BoxStyle {
     UINT style;
 };
+
+/// The texts of a list, joined with ", "; a null one counts as empty.
+std::wstring joinTexts(TextList list);
 
 template <typename Type>
 concept Enumeration = std::is_enum_v<Type>;
@@ -73,6 +73,8 @@ class Fact {
     nlohmann::json kept;
 
   private:
+    Fact(const char* argument, const char* contextKey, const std::string& both)
+        : Fact(argument, contextKey, both, both) {}
     Fact(const char* argument, const char* contextKey, std::string inLog, nlohmann::json inContext)
         : name(argument), key(contextKey), logged(std::move(inLog)), kept(std::move(inContext)) {}
 };

@@ -26,7 +26,7 @@ constexpr DownloadFailure nextAttempt(uint32_t failures) {
     return {0, false, 0};
 }
 
-/// A download counts as cancelled if the user cancelled, and also if only its status says so.
+/// A download counts as cancelled if the user cancelled, and also if only its status is that of a cancel.
 constexpr bool isDownloadCancelled(bool userCancelled, Hresult status) {
     return userCancelled || codeOf(status) == userExitCode;
 }

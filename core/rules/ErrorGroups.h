@@ -1,7 +1,6 @@
 // The groups into which error codes are sorted for telemetry.
 #pragma once
 
-#include <string>
 #include <string_view>
 
 namespace pdx {

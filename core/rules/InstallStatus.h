@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-
 #include <nlohmann/json.hpp>
 
 #include "core/engine/rules/Operations.h"

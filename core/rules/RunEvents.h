@@ -63,7 +63,7 @@ TelemetryEvent downloadFailed(const DownloadFacts& download, const std::string& 
 /// service has always received them so.
 constexpr const char* downloadCancelWord(bool connected) { return connected ? "user_offline" : "user_action"; }
 
-/// The two halves of a pair. Sent separately: the record is slow and must not delay Tally.
+/// The two halves of a pair, which are sent separately.
 TelemetryEvent installStarted(const RunKind& run);
 TelemetryEvent installRecorded(const InstallTelemetry& record);
 EventPair uninstallStarted(const std::string& now, const char* pathKind);

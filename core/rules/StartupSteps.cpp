@@ -22,7 +22,6 @@ constexpr StartupRow startupRows[] = {
     {[](const Facts& f) { return f.installed; }, Step::promptAlreadyInstalled},
     {[](const Facts& f) { return f.ignoreAlreadyInstalled && f.bastionRecorded() && f.gatelinkRegistered(); },
      Step::quit},
-    {[](const Facts&) { return true; }, Step::detect},
 };
 
 }  // namespace

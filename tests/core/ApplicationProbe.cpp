@@ -24,9 +24,9 @@ class ScriptedUi : public RunUi {
     HWND window() const override { return nullptr; }
     void settle() override {}
 
-    int showUpdateCheck() override { return show("showUpdateCheck"); }
-    int detectComplete(HRESULT status) override { return show("detectComplete", statusText(status), status); }
-    int planComplete(HRESULT status) override { return show("planComplete", statusText(status), status); }
+    void showUpdateCheck() override { show("showUpdateCheck"); }
+    void detectComplete(HRESULT status) override { show("detectComplete", statusText(status), status); }
+    void planComplete(HRESULT status) override { show("planComplete", statusText(status), status); }
     int showError(const ErrorInfo& error) override {
         return step({"showError", std::to_string(error.code), S_OK, error});
     }

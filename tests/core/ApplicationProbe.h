@@ -97,9 +97,8 @@ class ProbedApplication : public BootstrapperApplication {
   public:
     using BootstrapperApplication::BootstrapperApplication;
     using BootstrapperApplication::cancelCheck;
-    using BootstrapperApplication::state;
     using BootstrapperApplication::UpdateInstallStatus;
-    using State = RunContext::State;
+    RunContext::State state() const { return m_context.state(); }
 };
 
 /// An application on a small engine whose bundle variables are preset as a bundle presets them.

@@ -218,6 +218,7 @@ TEST(Callbacks, TakeNullsAndValuesOutOfRange) {
     EXPECT_EQ(probed.app().state().context["msiact"]["args"], ", x, ");
     app.OnExecuteMsiMessage(nullptr, -1, 0, nullptr, 3, nullptr, 0);
     app.OnExecuteFilesInUse(nullptr, 2, nullptr);
+    EXPECT_TRUE(probed.engine.findLog(L"(BootstrapperApplication::OnExecuteFilesInUse:"));
     EXPECT_FALSE(probed.engine.findLog(L"Callback failed"));
 }
 

@@ -28,9 +28,9 @@ int DialogUi::sendAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void DialogUi::settle() { sendAppMessage(WM_NULL); }
-int DialogUi::showUpdateCheck() { return sendAppMessage(WM_BA_DETECT_UPDATE_BEGIN); }
-int DialogUi::detectComplete(HRESULT status) { return sendAppMessage(WM_BA_DETECT_COMPLETE, word(status)); }
-int DialogUi::planComplete(HRESULT status) { return sendAppMessage(WM_BA_PLAN_COMPLETE, word(status)); }
+void DialogUi::showUpdateCheck() { sendAppMessage(WM_BA_DETECT_UPDATE_BEGIN); }
+void DialogUi::detectComplete(HRESULT status) { sendAppMessage(WM_BA_DETECT_COMPLETE, word(status)); }
+void DialogUi::planComplete(HRESULT status) { sendAppMessage(WM_BA_PLAN_COMPLETE, word(status)); }
 int DialogUi::showError(const ErrorInfo& error) {
     return sendAppMessage(WM_BA_ERROR, reinterpret_cast<WPARAM>(&error));
 }
@@ -86,7 +86,7 @@ void DialogUi::showBastionRemoval() { sendAppMessage(WM_BA_UNINSTALLING_BASTION)
 
 MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     try {
-        return TakeAppMessage(message, wparam, lparam);
+        return takeAppMessage(message, wparam, lparam);
     } catch (...) {
         // Otherwise the run would hang.
         if (drivesRunOn(message)) run.quitAfterFault();
@@ -94,10 +94,10 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
     }
 }
 
-MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+MessageResult BootstrapperDialog::takeAppMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_BA_DETECT_UPDATE_BEGIN:
-            ShowProgressPage(L"installer_checking_update_title");
+            showProgressPage(L"installer_checking_update_title");
             return handled();
         case WM_BA_DETECT_COMPLETE:
             OnDetectComplete();
@@ -109,10 +109,10 @@ MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LP
         case WM_BA_ERROR:
             return handled(OnError(*reinterpret_cast<const ErrorInfo*>(wparam)));
         case WM_BA_CACHE_BEGIN:
-            ShowProgressPage(InstallTitleKey());
+            showProgressPage(installTitleKey());
             return handled();
         case WM_BA_CACHE_ACQUIRE_PROGRESS:
-            ShowProgress(static_cast<int32_t>(wparam));
+            showProgress(static_cast<int32_t>(wparam));
             return handled();
         case WM_BA_CACHE_ACQUIRE_COMPLETE:
             return handled(OnCacheAcquireComplete(static_cast<HRESULT>(wparam)));
@@ -120,29 +120,29 @@ MessageResult BootstrapperDialog::TakeAppMessage(UINT message, WPARAM wparam, LP
             if (hidesForUpdate(run.action())) Show(SW_HIDE);
             return handled();
         case WM_BA_EXECUTE_PACKAGE_BEGIN:
-            ShowProgressPage(run.action() == BOOTSTRAPPER_ACTION_UNINSTALL ? L"installer_uninstall_progress_title"
+            showProgressPage(run.action() == BOOTSTRAPPER_ACTION_UNINSTALL ? L"installer_uninstall_progress_title"
                                                                            : L"installer_install_progress_title");
             return handled();
         case WM_BA_EXECUTE_PROGRESS:
-            ShowProgress(static_cast<int32_t>(lparam));
+            showProgress(static_cast<int32_t>(lparam));
             return handled();
         case WM_BA_APPLY_COMPLETE:
             return handled(OnApplyComplete(static_cast<HRESULT>(wparam), static_cast<int32_t>(lparam)));
         case WM_BA_PROMPT_ALREADY_INSTALLED:
             return handled(ShowPrompt(alreadyInstalledPrompt));
         case WM_BA_REPAIR_INITIALIZING:
-            ShowProgressPage(L"installer_initializing_repair_title");
+            showProgressPage(L"installer_initializing_repair_title");
             return handled();
         case WM_BA_SENDING_ERROR_REPORT:
-            ShowProgressPage(L"ERROR_DIALOG_CRASH_SEND-REPORT", PageRole::reportUnderWay);
+            showProgressPage(L"ERROR_DIALOG_CRASH_SEND-REPORT", PageRole::reportUnderWay);
             return handled();
         case WM_BA_PROMPT_BASTION_UNINSTALL:
-            return handled(OfferBastionUninstall());
+            return handled(offerBastionUninstall());
         case WM_BA_UNINSTALLING_BASTION_TITLE:
-            Retitle(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
+            retitle(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
             return handled();
         case WM_BA_UNINSTALLING_BASTION:
-            ShowProgressPage(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
+            showProgressPage(L"INSTALLER_MODAL_UNINSTALLING_BASTION_TITLE");
             return handled();
         case WM_BA_REFRESH_PAGE:
             ShowTopPage();

@@ -1,8 +1,9 @@
 #include "ui/dialog/BootstrapperDialog.h"
 
-#include "ui/toolkit/Painting.h"
+#include <utility>
 
 namespace pdx {
+
 BootstrapperDialog::BootstrapperDialog(RunControls& controls, DialogGate& dialogGate)
     : run(controls), gate(dialogGate) {}
 
@@ -19,14 +20,15 @@ MessageResult BootstrapperDialog::OnInitDialog() {
     LoadPrivateFonts();
     SetWindowTextW(hwnd, Translate(L"INSTALLER_WINDOW_TITLE").c_str());
     const bool shown = run.display() != BOOTSTRAPPER_DISPLAY_NONE;
-    if (shown) Pictures();
-    CreateControls();
+    if (shown) pagePictures();
+    createControls();
     locationValue->SetText(run.installFolder());
     if (shown) Show(SW_SHOW);
     gate.setWindow(hwnd);
     gate.setReady(true);
     return handled(FALSE);
 }
+
 MessageResult BootstrapperDialog::OnQueryEndSession() {
     run.noteLogout();
     return unhandled();

@@ -36,34 +36,34 @@ class BootstrapperDialog : public PageView {
 
   private:
     // Prompts.cpp
-    void RunPrompt();
-    void RemovePrompt() noexcept;
+    void runPrompt();
+    void removePrompt() noexcept;
 
     // AppMessages.cpp
-    MessageResult TakeAppMessage(UINT message, WPARAM wparam, LPARAM lparam);
+    MessageResult takeAppMessage(UINT message, WPARAM wparam, LPARAM lparam);
 
     // RunSteps.cpp
     void OnDetectComplete();
-    void OnUninstallDetected();
+    void confirmUninstall();
     /// Asks whether to uninstall the older client; returns the prompt's answer.
-    int32_t OfferBastionUninstall();
+    int32_t offerBastionUninstall();
     int32_t OnError(const ErrorInfo& error);
     int32_t OnCacheAcquireComplete(HRESULT status);
     int32_t OnApplyComplete(HRESULT status, int32_t restart);
-    void ShowProgressPage(const wchar_t* titleKey, PageRole role = PageRole::ordinary);
-    const wchar_t* InstallTitleKey() const;
+    void showProgressPage(const wchar_t* titleKey, PageRole role = PageRole::ordinary);
+    const wchar_t* installTitleKey() const;
 
     // Commands.cpp
-    void OnStartInstall();
-    [[nodiscard]] ClosingFacts GetClosingFacts() const;
-    void Close(CloseAction action);
+    void startInstall();
+    [[nodiscard]] ClosingFacts closingFacts() const;
+    void close(CloseAction action);
     /// Whether the user wants the run cancelled.
-    bool AskToClose();
-    void StopInstaller();
-    void AnswerPage(int32_t control) { Top().result = control; }
+    bool askToClose();
+    void stopInstaller();
+    void answerPage(int32_t control) { topPage().result = control; }
 
     // InstallFolder.cpp, Links.cpp
-    void OnBrowse();
+    void browse();
     void OpenLegalDocument(std::wstring_view type);
 
     RunControls& run;

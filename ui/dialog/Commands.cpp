@@ -8,36 +8,36 @@ namespace pdx {
 
 MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
     if (notification != BN_CLICKED) return unhandled();
-    const PageKind kind = Top().kind;
+    const PageKind kind = topPage().kind;
     switch (id) {
         case IDC_ACTION1:
             if (kind == pageWelcome || kind == pageOptions)
-                OnStartInstall();
+                startInstall();
             else if (kind == pageBastion || kind == pagePrompt)
-                AnswerPage(id);
+                answerPage(id);
             break;
         case IDC_ACTION2:
             if (kind == pageOptions)
                 ReplacePage({.kind = pageWelcome});
             else
-                AnswerPage(id);
+                answerPage(id);
             break;
         case IDC_ACTION3:
-            AnswerPage(id);
+            answerPage(id);
             break;
         case IDC_CLOSE:
-            Close(closeActions(GetClosingFacts()).cross);
+            close(closeActions(closingFacts()).cross);
             break;
         case IDCANCEL:
             // Escape, or the system's own close command.
-            Close(closeActions(GetClosingFacts()).escape);
+            close(closeActions(closingFacts()).escape);
             break;
         case IDC_OPTIONS:
             run.telemetry().sendMeridianStartClick(startInstallOptions);
             ReplacePage({.kind = pageOptions});
             break;
         case IDC_BROWSE:
-            OnBrowse();
+            browse();
             break;
         default:
             return unhandled();
@@ -45,50 +45,46 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
     return handled();
 }
 
-const wchar_t* BootstrapperDialog::InstallTitleKey() const {
-    return run.isThinInstaller() ? L"installer_download_progress_title" : L"installer_install_progress_title";
-}
-
-void BootstrapperDialog::OnStartInstall() {
+void BootstrapperDialog::startInstall() {
     const std::wstring folder = locationValue->GetText();
     if (!ValidateInstallFolder(folder)) return;
-    const wchar_t* titleKey = InstallTitleKey();
+    const wchar_t* titleKey = installTitleKey();
     run.enableSending();
     run.setInstallFolder(folder);
     run.setDesktopShortcut(shortcutCheck->IsChecked());
     run.telemetry().sendMeridianStartClick(startLetsGo);
     if (run.asksAboutBastion()) {
-        const int32_t answer = OfferBastionUninstall();
+        const int32_t answer = offerBastionUninstall();
         run.setBastionRemoval(answer == resultOk);
         if (answer == resultOk) run.telemetry().sendBastionOverlayClick(overlayUninstall);
         if (answer == resultCancel) run.telemetry().sendBastionOverlayClick(overlayNotNow);
         if (!IsWindow(hwnd)) return;
     }
     run.plan();
-    ShowProgressPage(titleKey);
+    showProgressPage(titleKey);
 }
 
-ClosingFacts BootstrapperDialog::GetClosingFacts() const {
+ClosingFacts BootstrapperDialog::closingFacts() const {
     const auto asks = [](const PageState& page) { return page.role == PageRole::closeQuestion; };
-    return {.page = TopPage().role,
-            .oneButton = hasOneButton(TopPage()),
+    return {.page = topPage().role,
+            .oneButton = hasOneButton(topPage()),
             .closePromptOpen = std::any_of(pages.begin(), pages.end(), asks),
             .uninstalls = run.action() == BOOTSTRAPPER_ACTION_UNINSTALL,
             .asksUser = isPromptShown(run.display())};
 }
 
-void BootstrapperDialog::Close(CloseAction action) {
+void BootstrapperDialog::close(CloseAction action) {
     switch (action) {
         case CloseAction::nothing:
             break;
         case CloseAction::firstButton:
-            AnswerPage(IDC_ACTION1);
+            answerPage(IDC_ACTION1);
             break;
         case CloseAction::ask:
-            if (AskToClose()) StopInstaller();
+            if (askToClose()) stopInstaller();
             break;
         case CloseAction::stop:
-            StopInstaller();
+            stopInstaller();
             break;
         case CloseAction::hide:
             Show(SW_HIDE);
@@ -96,13 +92,13 @@ void BootstrapperDialog::Close(CloseAction action) {
     }
 }
 
-bool BootstrapperDialog::AskToClose() {
-    if (Top().kind == pageBastion) run.telemetry().sendBastionOverlayClick(overlayClose);
-    if (Top().kind == pageWelcome) run.telemetry().sendMeridianStartClick(startClose);
+bool BootstrapperDialog::askToClose() {
+    if (topPage().kind == pageBastion) run.telemetry().sendBastionOverlayClick(overlayClose);
+    if (topPage().kind == pageWelcome) run.telemetry().sendMeridianStartClick(startClose);
     return ShowPrompt(closePrompt) == resultCancel;
 }
 
-void BootstrapperDialog::StopInstaller() {
+void BootstrapperDialog::stopInstaller() {
     run.cancel(hwnd);
     DestroyWindow(hwnd);
 }

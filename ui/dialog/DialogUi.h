@@ -23,9 +23,9 @@ class DialogUi : public RunUi {
     // ---- Each is a message (AppMessages.cpp).
 
     void settle() override;
-    int showUpdateCheck() override;
-    int detectComplete(HRESULT status) override;
-    int planComplete(HRESULT status) override;
+    void showUpdateCheck() override;
+    void detectComplete(HRESULT status) override;
+    void planComplete(HRESULT status) override;
     int showError(const ErrorInfo& error) override;
     int cacheBegin() override;
     int cacheAcquireBegin(BOOTSTRAPPER_CACHE_OPERATION operation, LPCWSTR source) override;
@@ -53,8 +53,8 @@ class DialogUi : public RunUi {
 
   private:
     static unsigned __stdcall runThread(void* ui);
-    /// Ends the system's modal loops on the UI thread, as that of an open menu or of moving the window: they ignore
-    /// WM_QUIT. Waits for nothing.
+    /// Ends the system's modal loops on the UI thread, such as that of an open menu: they ignore WM_QUIT.
+    /// Waits for nothing.
     void endSystemLoops() const;
     /// The same before a message whose handler asks the user: in such a loop no click would reach the question. Waits
     /// half a second at most.

@@ -9,11 +9,11 @@
 namespace pdx {
 
 MessageResult PageView::HandleMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-    const MessageResult drag = HandleDrag(message, wparam, lparam);
+    const MessageResult drag = handleDrag(message, wparam, lparam);
     return drag.handled ? drag : Dialog::HandleMessage(message, wparam, lparam);
 }
 
-MessageResult PageView::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
+MessageResult PageView::handleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_NCLBUTTONDOWN: {
             SetForegroundWindow(hwnd);
@@ -21,7 +21,7 @@ MessageResult PageView::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
             // The place of the press: the pointer may have moved since.
             grip = Point{GET_X_LPARAM(lparam) - window.left, GET_Y_LPARAM(lparam) - window.top};
             SetCapture(hwnd);
-            FollowPointer();
+            followPointer();
             return handled();
         }
         case WM_NCRBUTTONDOWN:
@@ -33,7 +33,7 @@ MessageResult PageView::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
                 ReleaseCapture();
                 break;
             }
-            FollowPointer();
+            followPointer();
             break;
         case WM_LBUTTONUP:
             if (grip) ReleaseCapture();
@@ -47,7 +47,7 @@ MessageResult PageView::HandleDrag(UINT message, WPARAM wparam, LPARAM lparam) {
     return unhandled();
 }
 
-void PageView::FollowPointer() {
+void PageView::followPointer() {
     POINT pointer{};
     if (!grip || !GetCursorPos(&pointer)) return;
     SetWindowPos(hwnd, nullptr, pointer.x - grip->x, pointer.y - grip->y, 0, 0,

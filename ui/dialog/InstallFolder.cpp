@@ -6,6 +6,7 @@
 
 #include "platform/ComPtr.h"
 #include "platform/Log.h"
+#include "platform/PathFunctions.h"
 #include "platform/product/Client.h"
 #include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
@@ -18,17 +19,10 @@
 namespace pdx {
 namespace {
 
-/// A path without its last component.
-std::wstring parentOf(std::wstring path) {
-    path.resize(path.size() + 1);
-    PathRemoveFileSpecW(path.data());
-    return path.c_str();
-}
-
 bool isBastionFolder(const std::wstring& folder) {
     const std::wstring client = bastionText(L"ClientPath");
     if (client.empty() || !PathFileExistsW(client.c_str())) return false;
-    return isAtOrUnder(toLower(folder), toLower(parentOf(client)));
+    return isAtOrUnder(toLower(folder), toLower(removeFileSpec(client)));
 }
 
 /// True for a volume whose free space is unknown.
@@ -90,7 +84,7 @@ bool BootstrapperDialog::ValidateInstallFolder(const std::wstring& folder) {
     return true;
 }
 
-void BootstrapperDialog::OnBrowse() {
+void BootstrapperDialog::browse() {
     const std::wstring chosen = chooseFolder(hwnd, locationValue->GetText().substr(0, pathCapacity - 1));
     if (chosen.empty() || chosen.size() >= pathCapacity) return;
     const std::wstring folder =

@@ -4,7 +4,7 @@
 
 namespace pdx {
 
-PagePictures& PageView::Pictures() {
+PagePictures& PageView::pagePictures() {
     if (!pictures) {
         pictures = g_pagePictures.get();
         g_pagePictures.clear();
@@ -34,7 +34,7 @@ MessageResult PageView::OnSetFocus(WPARAM) { return handled(); }
 
 MessageResult PageView::Draw(Graphics& graphics) {
     const Size client = GetClientSize();
-    const Bitmap* const background = plainBackground ? nullptr : Pictures().background();
+    const Bitmap* const background = plainBackground ? nullptr : pagePictures().background();
     if (!background) {
         // More than the client area on each side.
         graphics.fillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
@@ -51,29 +51,23 @@ MessageResult PageView::Draw(Graphics& graphics) {
 
 MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
     if (id != IDC_PICTURE) return unhandled();
-    const PageState& page = Top();
+    const PageState& page = topPage();
     const Bitmap* picture = nullptr;
     if (page.kind == pagePrompt && (page.flags & iconMask) == iconError)
-        picture = Pictures().picture(errorPictureNumber);
-    if (page.kind == pageBastion) picture = Pictures().picture(migrationPictureNumber);
-    if (!picture) picture = Pictures().picture(logoPictureNumber);
+        picture = pagePictures().picture(errorPictureNumber);
+    if (page.kind == pageBastion) picture = pagePictures().picture(migrationPictureNumber);
+    if (!picture) picture = pagePictures().picture(logoPictureNumber);
     const Size size = {item->rcItem.right - item->rcItem.left, item->rcItem.bottom - item->rcItem.top};
     // Drawn off screen over the dialog's background, to avoid flicker.
     const Bitmap buffer(size);
     Graphics surface(buffer);
     ApplyQuality(surface);
-    {
-        const BorrowedContext context(surface);
-        const Rect place = GetChildRect(item->hwndItem);
-        POINT before{};
-        OffsetViewportOrgEx(context.get(), -place.left, -place.top, &before);
-        SendMessageW(hwnd, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
-        SetViewportOrgEx(context.get(), before.x, before.y, nullptr);
-    }
-    if (picture) surface.drawImage(*picture, fitPicture({0, 0, size.width, size.height}, picture->getSize()));
+    const Box whole = {0, 0, size.width, size.height};
+    drawParent(surface, hwnd, GetChildRect(item->hwndItem), whole);
+    if (picture) surface.drawImage(*picture, fitPicture(whole, picture->getSize()));
     Graphics screen(item->hDC);
     screen.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    screen.copyImage(buffer, {0, 0, size.width, size.height});
+    screen.copyImage(buffer, whole);
     return handled(1);
 }
 

@@ -1,7 +1,6 @@
 #include "ui/dialog/PagePictures.h"
 
 #include "platform/ComApartment.h"
-#include "ui/toolkit/Painting.h"
 
 namespace pdx {
 

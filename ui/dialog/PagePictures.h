@@ -22,7 +22,7 @@ namespace pdx {
 class PagePictures {
   public:
     PagePictures();
-    /// Waits for the thread, which only finishes its current step.
+    /// Waits for the thread, which finishes the pictures if it knows the window's size.
     ~PagePictures();
     PagePictures(const PagePictures&) = delete;
     PagePictures& operator=(const PagePictures&) = delete;

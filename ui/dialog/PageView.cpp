@@ -37,7 +37,7 @@ std::wstring PageView::Translate(const wchar_t* key) {
     return translator ? fillSupportAddress(translator->translate(key), getConfigWideString("support.url")) : key;
 }
 
-void PageView::CreateControls() {
+void PageView::createControls() {
     const auto make = [this]<typename Widget>(std::unique_ptr<Widget>& widget, int32_t id) -> Widget& {
         widget = std::make_unique<Widget>(GetItem(id));
         return *widget;
@@ -79,25 +79,25 @@ void PageView::PushPage(PageState page) {
     ShowTopPage();
 }
 
-PageState& PageView::PageBelowPrompts() {
-    return openPrompts < pages.size() ? pages[pages.size() - 1 - openPrompts] : Top();
+PageState& PageView::pageBelowPrompts() {
+    return openPrompts < pages.size() ? pages[pages.size() - 1 - openPrompts] : topPage();
 }
 
-void PageView::Retitle(const wchar_t* key) {
-    PageState& page = PageBelowPrompts();
+void PageView::retitle(const wchar_t* key) {
+    PageState& page = pageBelowPrompts();
     page.title = Translate(key);
     if (openPrompts == 0) titleLabel->SetText(page.title);
 }
 
-void PageView::ShowProgress(int32_t percent) {
+void PageView::showProgress(int32_t percent) {
     // A message may have been sent before a prompt opened: it never concerns the prompt.
-    PageState& page = PageBelowPrompts();
+    PageState& page = pageBelowPrompts();
     if (page.progress == percent) return;
     SendMessageW(progressBar->getHandle(), PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     page.progress = percent;
 }
 
-PageView::PageBoxes PageView::InitialBoxes() const {
+PageView::PageBoxes PageView::initialBoxes() const {
     const Box image = boxOf(GetInitialRect(IDC_PICTURE));
     return {.top = below(image, gapUnderPicture),
             .title = boxOf(GetInitialRect(IDC_TITLE)),
@@ -109,35 +109,35 @@ PageView::PageBoxes PageView::InitialBoxes() const {
 }
 
 void PageView::ShowTopPage() {
-    const PageState page = Top();
-    PageBoxes boxes = InitialBoxes();
+    const PageState page = topPage();
+    PageBoxes boxes = initialBoxes();
     ClearPositions();
-    QueueVisibility(page.kind);
+    queueVisibility(page.kind);
     plainBackground = page.kind == pageOptions;
     for (Button* button : {actionButton.get(), actionButton2.get(), actionButton3.get()}) button->SetText({});
     uint32_t secondary = 0;
     switch (page.kind) {
         case pageWelcome:
-            FillWelcome(boxes);
+            fillWelcome(boxes);
             break;
         case pageOptions:
-            FillOptions();
+            fillOptions();
             break;
         case pageBastion:
-            FillBastion(boxes);
+            fillBastion(boxes);
             secondary = secondSecondary;
             break;
         case pageProgress:
-            FillProgress(page, boxes);
+            fillProgress(page, boxes);
             break;
         case pagePrompt:
-            FillPrompt(page, boxes);
+            fillPrompt(page, boxes);
             secondary = page.flags;
             break;
         default:
             break;
     }
-    PlaceButtons(boxes);
+    placeButtons(boxes);
     actionButton->setSecondary((secondary & firstSecondary) != 0);
     actionButton2->setSecondary((secondary & secondSecondary) != 0);
     actionButton3->setSecondary((secondary & thirdSecondary) != 0);
@@ -152,12 +152,12 @@ void PageView::ShowTopPage() {
     ::SetFocus(hwnd);
 }
 
-void PageView::QueueVisibility(PageKind kind) {
+void PageView::queueVisibility(PageKind kind) {
     for (const int32_t control : pageControls)
         QueuePosition(control, nullptr, isShownOnPage(kind, control) ? shown : hidden);
 }
 
-void PageView::SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box,
+void PageView::setLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box,
                         int32_t y) {
     // As high as possible for the measurement: a text higher than its window is laid out narrower, for a scroll track,
     // and might need one line more.
@@ -169,18 +169,11 @@ void PageView::SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, cons
     box.height = label.GetPreferredSize().height;
 }
 
-void PageView::SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y) {
-    SetLabel(*titleLabel, std::move(titleFont), text, box, y);
-}
-
-void PageView::SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y) {
-    SetLabel(label, textFont(size, fontRegular), text, box, y);
-}
-
-void PageView::FillWelcome(PageBoxes& boxes) {
-    SetTitle(textFont(20, fontBold), Translate(L"installer_welcome_body"), boxes.title, boxes.top);
+void PageView::fillWelcome(PageBoxes& boxes) {
+    setLabel(*titleLabel, textFont(20, fontBold), Translate(L"installer_welcome_body"), boxes.title, boxes.top);
     bodyLabel->SetMaxHeight(tallestBody);
-    SetBody(*bodyLabel, 16, Translate(L"INSTALLER_AGREEMENT_BODY"), boxes.body, below(boxes.title, gapToBody));
+    setLabel(*bodyLabel, textFont(16, fontRegular), Translate(L"INSTALLER_AGREEMENT_BODY"), boxes.body,
+             below(boxes.title, gapToBody));
     optionsLink->SetText(Translate(L"INSTALLER_VIEW_OPTIONS"));
     actionButton->SetText(Translate(L"INSTALLER_LETS_GO"));
     Box link = boxOf(GetInitialRect(IDC_OPTIONS));
@@ -188,7 +181,7 @@ void PageView::FillWelcome(PageBoxes& boxes) {
     QueuePosition(IDC_OPTIONS, link, placed);
 }
 
-void PageView::FillOptions() {
+void PageView::fillOptions() {
     locationLabel->SetText(Translate(L"INSTALLER_LOCATION"));
     shortcutCheck->SetText(Translate(L"INSTALLER_CREATE_SHORTCUT"));
     browseLink->SetText(Translate(L"INSTALLER_CHANGE"));
@@ -196,19 +189,19 @@ void PageView::FillOptions() {
     actionButton2->SetText(Translate(L"go_back_cta"));
 }
 
-void PageView::FillBastion(PageBoxes& boxes) {
-    SetTitle(textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"), boxes.title,
-             boxes.top);
+void PageView::fillBastion(PageBoxes& boxes) {
+    setLabel(*titleLabel, textFont(27, fontBold), Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_TITLE"),
+             boxes.title, boxes.top);
     const auto [subtitle, body] = cutAtLineFeed(Translate(L"INSTALLER_DIALOG_UNINSTALL_BASTION_CONFIRMATION_BODY"));
-    SetBody(*subtitleLabel, 16, subtitle, boxes.subtitle, below(boxes.title, gapBetweenLines));
+    setLabel(*subtitleLabel, textFont(16, fontRegular), subtitle, boxes.subtitle, below(boxes.title, gapBetweenLines));
     bodyLabel->SetMaxHeight(tallestBody);
-    SetBody(*bodyLabel, 16, body, boxes.body, below(boxes.title, gapToBody));
+    setLabel(*bodyLabel, textFont(16, fontRegular), body, boxes.body, below(boxes.title, gapToBody));
     actionButton->SetText(Translate(L"BUTTON_UNINSTALL-BASTION"));
     actionButton2->SetText(Translate(L"NOT-NOW"));
 }
 
-void PageView::FillProgress(const PageState& page, PageBoxes& boxes) {
-    SetTitle(textFont(27, fontBold), page.title, boxes.title, boxes.top);
+void PageView::fillProgress(const PageState& page, PageBoxes& boxes) {
+    setLabel(*titleLabel, textFont(27, fontBold), page.title, boxes.title, boxes.top);
     const HWND bar = progressBar->getHandle();
     SendMessageW(bar, PBM_SETRANGE32, 0, 100);
     if (page.progress == indeterminate)
@@ -217,16 +210,16 @@ void PageView::FillProgress(const PageState& page, PageBoxes& boxes) {
         SendMessageW(bar, PBM_SETPOS, static_cast<WPARAM>(page.progress), 0);
 }
 
-void PageView::FillPrompt(const PageState& page, PageBoxes& boxes) {
+void PageView::fillPrompt(const PageState& page, PageBoxes& boxes) {
     int32_t y = boxes.top;
     if (!page.title.empty()) {
-        SetTitle(textFont(27, fontBold), page.title, boxes.title, y);
+        setLabel(*titleLabel, textFont(27, fontBold), page.title, boxes.title, y);
         QueuePosition(IDC_TITLE, nullptr, shown);
         y = below(boxes.title, gapBetweenLines);
     }
     if (!page.body.empty()) {
         bodyLabel->SetMaxHeight(noLimit);
-        SetBody(*bodyLabel, 18, page.body, boxes.body, y);
+        setLabel(*bodyLabel, textFont(18, fontRegular), page.body, boxes.body, y);
         QueuePosition(IDC_BODY, nullptr, shown);
         y = below(boxes.body, gapBetweenLines);
     }
@@ -237,11 +230,11 @@ void PageView::FillPrompt(const PageState& page, PageBoxes& boxes) {
         boxes.check.y = y;
         QueuePosition(IDC_QUESTION, nullptr, shown);
     }
-    SetButtonTexts(page);
+    setButtonTexts(page);
     if (page.flags & iconMask) QueuePosition(IDC_PICTURE, nullptr, shown);
 }
 
-void PageView::SetButtonTexts(const PageState& page) {
+void PageView::setButtonTexts(const PageState& page) {
     const auto text = [&page](const std::wstring& own, int32_t control) {
         if (!own.empty()) return own;
         const std::wstring key = defaultButtonKey(ButtonResult(page.flags, control));
@@ -253,7 +246,7 @@ void PageView::SetButtonTexts(const PageState& page) {
     actionButton3->SetText(text(page.button3Text, IDC_ACTION3));
 }
 
-void PageView::PlaceButtons(PageBoxes& boxes) {
+void PageView::placeButtons(PageBoxes& boxes) {
     const ButtonSizes sizes = {sizeOf(*actionButton), sizeOf(*actionButton2), sizeOf(*actionButton3)};
     boxes.buttons = layoutButtons(GetClientSize(), sizes, boxes.buttons);
     if (sizes.second) QueuePosition(IDC_ACTION2, boxes.buttons.second, shown);

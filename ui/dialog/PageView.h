@@ -43,17 +43,17 @@ class PageView : public Dialog {
 
   protected:
     /// Wraps the template's controls. Each page sets their texts.
-    void CreateControls();
-    PagePictures& Pictures();
+    void createControls();
+    PagePictures& pagePictures();
 
-    [[nodiscard]] const PageState& TopPage() const { return pages.back(); }
-    PageState& Top() { return pages.back(); }
+    [[nodiscard]] const PageState& topPage() const { return pages.back(); }
+    PageState& topPage() { return pages.back(); }
     /// The page that is shown when all open prompts are answered.
-    PageState& PageBelowPrompts();
+    PageState& pageBelowPrompts();
     /// Sets the bar's position, and stores it in the page below the prompts. Does nothing if it is unchanged.
-    void ShowProgress(int32_t percent);
+    void showProgress(int32_t percent);
     /// Changes the title of the page below the prompts.
-    void Retitle(const wchar_t* key);
+    void retitle(const wchar_t* key);
 
     std::deque<PageState> pages{PageState{}};
     size_t openPrompts = 0;
@@ -74,9 +74,9 @@ class PageView : public Dialog {
     std::unique_ptr<ProgressBar> progressBar;
 
   private:
-    MessageResult HandleDrag(UINT message, WPARAM wparam, LPARAM lparam);
+    MessageResult handleDrag(UINT message, WPARAM wparam, LPARAM lparam);
     /// Moves the dragged window with the pointer.
-    void FollowPointer();
+    void followPointer();
 
     /// The movable parts of the page that is being laid out.
     struct PageBoxes {
@@ -84,18 +84,17 @@ class PageView : public Dialog {
         Box title, subtitle, body, check;
         ButtonRow buttons;
     };
-    PageBoxes InitialBoxes() const;
-    void QueueVisibility(PageKind kind);
-    void FillWelcome(PageBoxes& boxes);
-    void FillOptions();
-    void FillBastion(PageBoxes& boxes);
-    void FillProgress(const PageState& page, PageBoxes& boxes);
-    void FillPrompt(const PageState& page, PageBoxes& boxes);
-    void SetLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box, int32_t y);
-    void SetTitle(std::unique_ptr<Font> titleFont, const std::wstring& text, Box& box, int32_t y);
-    void SetBody(HtmlStatic& label, float size, const std::wstring& text, Box& box, int32_t y);
-    void SetButtonTexts(const PageState& page);
-    void PlaceButtons(PageBoxes& boxes);
+    PageBoxes initialBoxes() const;
+    void queueVisibility(PageKind kind);
+    void fillWelcome(PageBoxes& boxes);
+    void fillOptions();
+    void fillBastion(PageBoxes& boxes);
+    void fillProgress(const PageState& page, PageBoxes& boxes);
+    void fillPrompt(const PageState& page, PageBoxes& boxes);
+    /// Sets font and text of a label, and the place and height of its box.
+    void setLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box, int32_t y);
+    void setButtonTexts(const PageState& page);
+    void placeButtons(PageBoxes& boxes);
 
     bool plainBackground = false;
     Color backgroundColor = palette::plainBackground;

@@ -27,30 +27,29 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
                      .flags = prompt.flags,
                      .button1Text = text(prompt.button1),
                      .button2Text = text(prompt.button2),
-                     .button3Text = text(prompt.button3),
                      .role = prompt.role});
     ++openPrompts;
     gate.setReady(false);
     // After an exception too: a prompt that counts as open blocks the engine's thread.
-    const AtEnd end([this] { RemovePrompt(); });
+    const AtEnd end([this] { removePrompt(); });
     ShowTopPage();
-    RunPrompt();
-    return ButtonResult(prompt.flags, Top().result);
+    runPrompt();
+    return ButtonResult(prompt.flags, topPage().result);
 }
 
-void BootstrapperDialog::RemovePrompt() noexcept {
+void BootstrapperDialog::removePrompt() noexcept {
     --openPrompts;
     // Not while a prompt below this one is open.
     if (openPrompts == 0) gate.setReady(true);
     if (pages.size() > 1)
         pages.pop_back();
     else
-        Top() = {};
+        topPage() = {};
     // Posted, not called: the message loop shows the page below.
     PostMessageW(hwnd, WM_BA_REFRESH_PAGE, 0, 0);
 }
 
-void BootstrapperDialog::RunPrompt() {
+void BootstrapperDialog::runPrompt() {
     // A message of another thread may open a prompt above this one, so each loop watches its own page.
     const size_t depth = openPrompts;
     const auto own = [this, depth]() -> const PageState& { return pages[pages.size() - openPrompts + depth - 1]; };

@@ -17,35 +17,36 @@ bool isClientRunning() {
 
 }  // namespace
 
-void BootstrapperDialog::ShowProgressPage(const wchar_t* titleKey, PageRole role) {
+void BootstrapperDialog::showProgressPage(const wchar_t* titleKey, PageRole role) {
     ReplacePage({.kind = pageProgress, .title = Translate(titleKey), .role = role});
+}
+
+const wchar_t* BootstrapperDialog::installTitleKey() const {
+    return run.isThinInstaller() ? L"installer_download_progress_title" : L"installer_install_progress_title";
 }
 
 void BootstrapperDialog::OnDetectComplete() {
     switch (afterDetection(run.action(), run.display(), !run.isRepair())) {
         case DetectFlow::uninstall:
-            OnUninstallDetected();
+            confirmUninstall();
             break;
         case DetectFlow::welcome:
             ReplacePage({.kind = pageWelcome});
             run.telemetry().sendMeridianStartImpressions();
             break;
         case DetectFlow::update:
-            ShowProgressPage(L"installer_download_progress_title");
-            run.enableSending();
-            run.plan();
-            break;
+            showProgressPage(L"installer_download_progress_title");
+            [[fallthrough]];
         case DetectFlow::install:
             run.enableSending();
-            run.plan();
-            break;
+            [[fallthrough]];
         case DetectFlow::plan:
             run.plan();
             break;
     }
 }
 
-void BootstrapperDialog::OnUninstallDetected() {
+void BootstrapperDialog::confirmUninstall() {
     run.enableSending();
     while (isClientRunning() && ShowPrompt(clientRunningPrompt) == resultRetry) {
     }
@@ -57,14 +58,14 @@ void BootstrapperDialog::OnUninstallDetected() {
     }
     const int32_t answer = ShowPrompt(confirmUninstallPrompt);
     if (answer == resultYes) {
-        ShowProgressPage(L"installer_uninstall_initial_progress_title");
+        showProgressPage(L"installer_uninstall_initial_progress_title");
         run.plan();
     } else if (answer == resultNo) {
         run.requestRepair();
     }
 }
 
-int32_t BootstrapperDialog::OfferBastionUninstall() {
+int32_t BootstrapperDialog::offerBastionUninstall() {
     run.telemetry().sendBastionOverlayImpressions();
     return ShowPrompt(bastionPrompt);
 }

@@ -26,7 +26,6 @@ class Button : public Control {
 
     /// Chooses between the outlined and the filled style, and repaints.
     void setSecondary(bool outlined);
-    [[nodiscard]] bool isSecondary() const { return secondary; }
 
   protected:
     [[nodiscard]] bool isEnabled() const;

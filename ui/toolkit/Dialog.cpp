@@ -4,12 +4,13 @@
 
 #include "config/Resources.h"
 #include "platform/Paths.h"
+#include "ui/toolkit/rules/DialogLayout.h"
 
 namespace pdx {
 
 static_assert(positionNoSize == SWP_NOSIZE && positionNoMove == SWP_NOMOVE && positionNoZOrder == SWP_NOZORDER &&
-              positionNoActivate == SWP_NOACTIVATE && positionShow == SWP_SHOWWINDOW &&
-              positionHide == SWP_HIDEWINDOW && positionNoOwnerZOrder == SWP_NOOWNERZORDER);
+              positionShow == SWP_SHOWWINDOW && positionHide == SWP_HIDEWINDOW &&
+              positionNoOwnerZOrder == SWP_NOOWNERZORDER);
 
 namespace {
 

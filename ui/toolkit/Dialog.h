@@ -3,7 +3,6 @@
 
 #include <vector>
 
-#include "ui/toolkit/rules/DialogLayout.h"
 #include "ui/toolkit/rules/PendingPositions.h"
 #include "ui/toolkit/Window.h"
 

@@ -25,7 +25,7 @@ Gdiplus::GpFontCollection* privateFonts() {
     return collection;
 }
 
-using FontFamily = UniqueHandle<GdiPlusTraits<Gdiplus::GpFontFamily, flat::GdipDeleteFontFamily>>;
+using FontFamily = Owned<Gdiplus::GpFontFamily*, flat::GdipDeleteFontFamily>;
 
 std::wstring nameOf(const Gdiplus::GpFontFamily* family) {
     wchar_t name[LF_FACESIZE] = L"";
@@ -61,16 +61,13 @@ std::wstring systemFace() {
 /// The platform's generic family. Where GDI+ has no face for it (Wine without Microsoft's fonts), the system's default
 /// face. Read once and never freed, like the private faces.
 const Gdiplus::GpFontFamily* sansSerif() {
-    static const Gdiplus::GpFontFamily* family = nullptr;
+    static Gdiplus::GpFontFamily* family = nullptr;
     static constinit Once found;
     found.run([] {
-        Gdiplus::GpFontFamily* generic = nullptr;
-        if (flat::GdipGetGenericFontFamilySansSerif(&generic) != Gdiplus::Ok) {
-            Gdiplus::GpFontCollection* installed = nullptr;
-            flat::GdipNewInstalledFontCollection(&installed);
-            generic = findFamily(installed, systemFace()).release();
-        }
-        family = generic;
+        if (flat::GdipGetGenericFontFamilySansSerif(&family) == Gdiplus::Ok) return;
+        Gdiplus::GpFontCollection* installed = nullptr;
+        flat::GdipNewInstalledFontCollection(&installed);
+        family = findFamily(installed, systemFace()).release();
     });
     return family;
 }

@@ -6,7 +6,7 @@
 namespace pdx {
 
 bool startGraphics() {
-    // The thread that GDI+ starts outlives this library: its module is a delayed one, which nothing lets go.
+    // The thread that GDI+ starts may outlive this library: GDI+ is bound with its first call and never freed.
     static ULONG_PTR token = 0;
     static Gdiplus::Status status = Gdiplus::Ok;
     static constinit Once started;

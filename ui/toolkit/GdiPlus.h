@@ -21,13 +21,6 @@ namespace pdx {
 /// until the process ends. Returns false and logs when GDI+ cannot be started; drawing then does nothing.
 bool startGraphics();
 
-template <typename Native, auto Delete>
-struct GdiPlusTraits {
-    using Value = Native*;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { Delete(value); }
-};
-
 /// Owns a GDI+ object. A failure is kept and does not stop the painting: operations on an object that could not be
 /// made fail too, and draw nothing.
 template <typename Native, auto Delete>
@@ -45,7 +38,6 @@ class GdiPlusObject {
 
   protected:
     GdiPlusObject() noexcept = default;
-    explicit GdiPlusObject(Native* owned) noexcept : object(owned) {}
     Native** put() noexcept { return object.put(); }
     /// Owns the object that a flat function makes, of a type that GDI+ derives from Native.
     template <typename Derived, typename Function, typename... Arguments>
@@ -60,7 +52,7 @@ class GdiPlusObject {
     }
 
   private:
-    UniqueHandle<GdiPlusTraits<Native, Delete>> object;
+    Owned<Native*, Delete> object;
     mutable Gdiplus::Status status = Gdiplus::Ok;
 };
 

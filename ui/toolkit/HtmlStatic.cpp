@@ -137,8 +137,7 @@ void HtmlStatic::Layout(int32_t width, int32_t height) {
     if (!fits) placeText(width - scrollTrack->GetClientSize().width);
     scrollTrack->SetRange(0, fits ? 0 : scrollRange(boundsOf(runs).height, height));
     // A track left over from the previous text would make this one a tab stop.
-    if (fits) scrollTrack->Show(SW_HIDE);
-    if (fits) return;
+    if (fits) return scrollTrack->Show(SW_HIDE);
     scrollTrack->SetLineSize(trackLineSize);
     scrollTrack->SetPageSize(height);
 }

@@ -7,22 +7,10 @@
 
 namespace pdx {
 
-template <typename Native>
-struct DrawingObjectTraits {
-    using Value = Native;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { DeleteObject(value); }
-};
-using NativeFont = UniqueHandle<DrawingObjectTraits<HFONT>>;
-using NativeBitmap = UniqueHandle<DrawingObjectTraits<HBITMAP>>;
-
-struct MemoryContextTraits {
-    using Value = HDC;
-    static Value invalid() noexcept { return nullptr; }
-    static void close(Value value) noexcept { DeleteDC(value); }
-};
+using NativeFont = Owned<HFONT, DeleteObject>;
+using NativeBitmap = Owned<HBITMAP, DeleteObject>;
 /// A device context in memory, which does not show.
-using MemoryContext = UniqueHandle<MemoryContextTraits>;
+using MemoryContext = Owned<HDC, DeleteDC>;
 
 /// Selects an object into a context; the destructor selects the earlier one again.
 class SelectedObject {

@@ -58,6 +58,16 @@ void ApplyQuality(Graphics& graphics) {
     graphics.call(flat::GdipSetTextRenderingHint, Gdiplus::TextRenderingHintAntiAlias);
 }
 
+void drawParent(Graphics& buffer, HWND parent, const Rect& place, const Box& part) {
+    const BorrowedContext context(buffer);
+    if (!context.get()) return;
+    const int before = SaveDC(context.get());
+    IntersectClipRect(context.get(), part.x, part.y, part.x + part.width, part.y + part.height);
+    OffsetViewportOrgEx(context.get(), -place.left, -place.top, nullptr);
+    SendMessageW(parent, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
+    RestoreDC(context.get(), before);
+}
+
 Path CreateRoundedPath(const Box& box, int32_t radius) {
     Path path;
     for (const PathPart& part : roundedPathParts(box, radius))

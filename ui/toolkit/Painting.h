@@ -1,4 +1,4 @@
-// Helpers that the widgets paint with: the quality of a surface, the rounded outline, text in a rectangle.
+// Helpers for painting: the quality of a surface, the ground under a child, the rounded outline, text in a rectangle.
 #pragma once
 
 #include <string_view>
@@ -10,6 +10,9 @@ namespace pdx {
 
 /// Sets compositing, scaling and anti-aliasing; called for every surface that is drawn on.
 void ApplyQuality(Graphics& graphics);
+
+/// Draws what a window shows at a place of its client area, for a child there; only a part of the place is drawn.
+void drawParent(Graphics& buffer, HWND parent, const Rect& place, const Box& part);
 
 /// A closed outline with rounded corners; a radius of more than half a side gives a capsule.
 Path CreateRoundedPath(const Box& box, int32_t radius);

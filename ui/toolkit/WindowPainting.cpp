@@ -61,15 +61,7 @@ MessageResult Window::OnPaint() {
 
 void Window::paintGround(Graphics& buffer, const Box& part) {
     const HWND ancestor = topAncestor(hwnd);
-    if (!ancestor || ancestor == hwnd) return;
-    const Rect place = GetRectIn(ancestor);
-    const BorrowedContext context(buffer);
-    if (!context.get()) return;
-    const int before = SaveDC(context.get());
-    IntersectClipRect(context.get(), part.x, part.y, part.x + part.width, part.y + part.height);
-    OffsetViewportOrgEx(context.get(), -place.left, -place.top, nullptr);
-    SendMessageW(ancestor, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context.get()), PRF_CLIENT);
-    RestoreDC(context.get(), before);
+    if (ancestor && ancestor != hwnd) drawParent(buffer, ancestor, GetRectIn(ancestor), part);
 }
 
 MessageResult Window::OnPrintClient(WPARAM context, LPARAM) {

@@ -14,7 +14,7 @@ class GalleryDialog : public BootstrapperDialog {
     using BootstrapperDialog::BootstrapperDialog;
 
     /// The kind of the page that shows.
-    [[nodiscard]] int32_t pageKind() const { return TopPage().kind; }
+    [[nodiscard]] int32_t pageKind() const { return topPage().kind; }
     /// The object of a control; null for the picture, which has none.
     [[nodiscard]] const Window* widget(int32_t id) const;
 };

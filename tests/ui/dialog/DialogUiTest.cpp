@@ -69,16 +69,16 @@ TEST(DialogUi, HoldsAMessageBackWhileAPromptWaits) {
 TEST(DialogUi, SendsNothingAfterACancelNorWithoutAWindow) {
     ProbedRun probed;
     CountingUi ui(probed.app());
-    EXPECT_EQ(ui.detectComplete(S_OK), 0);
+    EXPECT_EQ(ui.sendAppMessage(WM_BA_DETECT_COMPLETE), 0);
     ASSERT_TRUE(ui.open());
     probed.app().PromptCancel(nullptr, TRUE, nullptr, nullptr);
-    EXPECT_EQ(ui.detectComplete(S_OK), IDCANCEL);
+    EXPECT_EQ(ui.sendAppMessage(WM_BA_DETECT_COMPLETE), IDCANCEL);
     EXPECT_EQ(ui.messages, 0);
     probed.app().OnExecutePackageBegin(L"p", FALSE);
-    EXPECT_EQ(ui.detectComplete(S_OK), 0) << "in rollback";
+    EXPECT_EQ(ui.sendAppMessage(WM_BA_DETECT_COMPLETE), 0) << "in rollback";
     EXPECT_EQ(ui.messages, 1);
     ui.close();
-    EXPECT_EQ(ui.detectComplete(S_OK), 0);
+    EXPECT_EQ(ui.sendAppMessage(WM_BA_DETECT_COMPLETE), 0);
 }
 
 TEST(DialogUi, EndsItsThreadThoughAnotherLoopTakesTheFirstMessage) {

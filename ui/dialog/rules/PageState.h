@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 
 #include "resources/ids.h"
@@ -37,11 +36,8 @@ inline constexpr uint32_t firstSecondary = 0x80000000;
 // The button sets, by a message box's numbers.
 inline constexpr uint32_t buttonsOk = 0;
 inline constexpr uint32_t buttonsOkCancel = 1;
-inline constexpr uint32_t buttonsAbortRetryIgnore = 2;
-inline constexpr uint32_t buttonsYesNoCancel = 3;
 inline constexpr uint32_t buttonsYesNo = 4;
 inline constexpr uint32_t buttonsRetryCancel = 5;
-inline constexpr uint32_t buttonsCancelTryContinue = 6;
 
 /// Progress without a percentage yet.
 inline constexpr int32_t indeterminate = -1;

@@ -14,7 +14,6 @@ struct Prompt {
     int32_t defaultResult = resultOk;  ///< the answer where no prompt is shown
     const wchar_t* button1 = L"";
     const wchar_t* button2 = L"";
-    const wchar_t* button3 = L"";
     const wchar_t* checkLabel = L"";
     PageKind kind = pagePrompt;
     PageRole role = PageRole::ordinary;

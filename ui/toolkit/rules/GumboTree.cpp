@@ -3,7 +3,6 @@
 #include <gumbo.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <iterator>
 #include <memory_resource>
 #include <string>

@@ -1,11 +1,13 @@
 #include "ui/toolkit/rules/PendingPositions.h"
 
+#include <algorithm>
+
 namespace pdx {
 
 void PendingPositions::queue(int32_t id, const Box* box, uint32_t flags, void* insertAfter) {
-    const auto [found, isNew] = indexById.try_emplace(id, positions.size());
-    if (isNew) positions.push_back({.id = id});
-    PendingPosition& entry = positions[found->second];
+    auto found = std::ranges::find(positions, id, &PendingPosition::id);
+    if (found == positions.end()) found = positions.insert(found, {.id = id});
+    PendingPosition& entry = *found;
     if (box) {
         entry.x = box->x;
         entry.y = box->y;
@@ -20,11 +22,6 @@ void PendingPositions::queue(int32_t id, const Box* box, uint32_t flags, void* i
         entry.insertAfter = insertAfter;
         entry.flags &= ~(positionNoZOrder | positionNoOwnerZOrder);
     }
-}
-
-void PendingPositions::clear() {
-    positions.clear();
-    indexById.clear();
 }
 
 }  // namespace pdx

@@ -1,10 +1,8 @@
 // Positions of a dialog's children, queued to be applied together.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include "ui/toolkit/rules/Geometry.h"
@@ -16,7 +14,6 @@ enum PositionFlags : uint32_t {
     positionNoSize = 0x1,
     positionNoMove = 0x2,
     positionNoZOrder = 0x4,
-    positionNoActivate = 0x10,
     positionShow = 0x40,
     positionHide = 0x80,
     positionNoOwnerZOrder = 0x200,
@@ -39,12 +36,11 @@ class PendingPositions {
     /// Merges a request into the entry of the identifier. A null box keeps position and size, and a null insertAfter
     /// keeps the z order. Show replaces hide and hide replaces show.
     void queue(int32_t id, const Box* box, uint32_t flags, void* insertAfter = nullptr);
-    void clear();
+    void clear() { positions.clear(); }
     [[nodiscard]] std::span<const PendingPosition> entries() const { return positions; }
 
   private:
     std::vector<PendingPosition> positions;
-    std::unordered_map<int32_t, size_t> indexById;
 };
 
 }  // namespace pdx
