@@ -11,6 +11,7 @@
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
 #include "platform/rules/EntryKind.h"
+#include "platform/rules/Numbers.h"
 
 namespace pdx {
 namespace {
@@ -33,9 +34,8 @@ class TreeRemoval {
     };
 
     static bool logFailure(const char* kind, const Place& place, DWORD error) {
-        constexpr std::wstring_view start = L"\\\\?\\";
         PDX_LOG(logInfo, "deleteDirectoryTree", "Failed to remove %s %ls: error=%08x", kind,
-                place.path.starts_with(start) ? place.path.substr(start.size()) : place.path, error);
+                place.path.starts_with(finalPathStart) ? place.path.substr(finalPathStart.size()) : place.path, error);
         return false;
     }
 
@@ -59,16 +59,9 @@ class TreeRemoval {
             return folder || isMissing(error);
         });
         if (!folder) return isMissing(error) || logFailure("directory", place, error);
-        switch (kindOf(folder.get(), place)) {
-            case EntryKind::elsewhere:
-                return logFailure("directory", place, linkEncountered);
-            case EntryKind::folder:
-                return removeEntries(folder.get(), place);
-            case EntryKind::link:
-            case EntryKind::file:
-                break;
-        }
-        return true;
+        const EntryKind kind = kindOf(folder.get(), place);
+        if (kind == EntryKind::elsewhere) return logFailure("directory", place, linkEncountered);
+        return kind != EntryKind::folder || removeEntries(folder.get(), place);
     }
 
   private:
