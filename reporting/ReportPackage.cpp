@@ -1,8 +1,6 @@
 #include "reporting/ReportPackage.h"
 
 #include <windows.h>
-// wincrypt.h needs the types of windows.h.
-#include <wincrypt.h>
 
 #include <vector>
 
@@ -48,8 +46,7 @@ void addLog(GzipStream& stream, HANDLE file) {
 }
 
 void addFile(GzipStream& stream, const std::wstring& path) {
-    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
                                       FILE_FLAG_SEQUENTIAL_SCAN | noImpersonation, nullptr));
     // A link can lead to a pipe, which has no end and may never answer.
     if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) {
@@ -81,7 +78,7 @@ const std::string& machineSurvey(const std::string& machineHash) {
 ErrorReport newErrorReport() {
     ErrorReport report;
     report.machineHash = getMachineHash();
-    report.bastionId = digestText(CALG_SHA1, report.machineHash, CRYPT_STRING_HEXRAW);
+    report.bastionId = hashString(L"SHA1", report.machineHash.data(), report.machineHash.size());
     report.clientVersion = installerVersion;
     report.timestamp = std::to_string(currentFileTime() / fileTimePerMillisecond);
     report.fileName = packageName(report.timestamp);
@@ -95,7 +92,7 @@ void buildPackage(ErrorReport& report, const ReportFiles& files) {
     for (const std::wstring& path : files)
         if (!path.empty()) addFile(stream, path);
     report.package = stream.finish();
-    report.b64Md5 = digestText(CALG_MD5, report.package, CRYPT_STRING_BASE64);
+    report.b64Md5 = hashBase64(L"MD5", report.package);
 }
 
 void addFilesOfStem(ReportFiles& files, const std::wstring& stem) {
