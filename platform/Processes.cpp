@@ -13,10 +13,10 @@ namespace {
 
 constexpr UINT terminatedExitCode = 9;
 
-/// Whether the user's classes say how a program is opened. The shell asks them first, with elevated rights too, and any
+/// Whether the user's classes define how a program is opened. The shell prefers them, with elevated rights too, and any
 /// program of the user can write them.
 bool isProgramClassReplaced() {
-    // Not by RegistryKey, which logs what is not there.
+    // Not by RegistryKey, which logs a missing key.
     for (const wchar_t* name : {L"Software\\Classes\\exefile", L"Software\\Classes\\.exe"}) {
         Owned<HKEY, RegCloseKey> key;
         if (RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, KEY_READ | KEY_WOW64_64KEY, key.put()) == ERROR_SUCCESS)
