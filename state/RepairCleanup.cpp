@@ -7,7 +7,6 @@
 #include "platform/FolderRemoval.h"
 #include "platform/FoundFolder.h"
 #include "platform/Log.h"
-#include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "platform/product/BundleEntry.h"
 #include "platform/product/Client.h"
