@@ -25,8 +25,8 @@ struct RemovalBounds {
 /// with the folder's and the names below it, and it is deleted by that handle. On a volume without final paths nothing
 /// is compared, and a folder that becomes a link meanwhile can lead elsewhere.
 ///
-/// The first entry that cannot be deleted ends the walk and is logged at INFO as "Failed to remove file %ls:
-/// error=%08x" or "Failed to remove directory %ls: error=%08x". The error is 0000112b (4395) for an entry that a link
+/// The first entry that cannot be deleted ends the walk. The line at INFO is "Failed to remove file %ls: error=%08x" or
+/// "Failed to remove directory %ls: error=%08x". The error is 0000112b (4395) for an entry that a link
 /// led to and for a folder that is not trusted. It is 000000ce (206) below the bound of levels, and 00000091 (145)
 /// beyond the bound of entries. The latter is logged first as "Gave up after %d entries". Earlier deletions are not
 /// undone.

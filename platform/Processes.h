@@ -32,7 +32,7 @@ class ProcessSnapshot {
     bool begun = false;
 };
 
-/// How a program is started through the shell.
+/// How a program is started.
 struct ProgramStart {
     std::wstring verb = L"open";  ///< "runas" to elevate
     std::wstring file;
@@ -41,7 +41,8 @@ struct ProgramStart {
     int show = SW_SHOW;
 };
 
-/// Starts a program. Returns the handle of the new process, if there is one; logs nothing.
+/// Starts a program through the shell. An elevated process starts it without the shell if the user's classes define how
+/// programs are opened. Returns the handle of the new process, if there is one; logs nothing.
 Handle startProgram(const ProgramStart& program);
 
 /// Ends every process whose program has one of the names, compared without regard to case, with exit code 9. Waits
