@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "config/StringFile.h"
 #include "platform/ServiceHolder.h"
@@ -34,11 +33,9 @@ class Translator {
 
     /// The code that the legal documents' links use for a language, by default the current one.
     [[nodiscard]] std::wstring siteLanguage(const std::wstring& other = {}) const;
-    /// The name given to the last successful Load; empty if none has succeeded.
-    [[nodiscard]] const std::wstring& currentLanguage() const { return language; }
 
   private:
-    std::wstring language;
+    std::wstring language;  ///< the name given to the last successful Load; empty if none has succeeded
     StringTable strings;
 };
 

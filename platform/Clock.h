@@ -6,15 +6,19 @@
 #include <chrono>
 #include <cstdint>
 
+#include "platform/rules/Numbers.h"
+
 namespace pdx {
+
+/// A file time as one number.
+inline uint64_t fileTimeOf(const FILETIME& time) { return uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime; }
 
 /// The current time in units of 100 nanoseconds since 1601, UTC. Jumps when the clock is set.
 inline uint64_t currentFileTime() {
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
-    return uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
+    return fileTimeOf(now);
 }
-inline constexpr uint64_t fileTimePerMillisecond = 10'000;
 
 /// A time for measuring durations: never decreases.
 inline std::chrono::milliseconds steadyTime() {

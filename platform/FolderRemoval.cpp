@@ -11,6 +11,7 @@
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
 #include "platform/rules/EntryKind.h"
+#include "platform/rules/Numbers.h"
 
 namespace pdx {
 namespace {
@@ -37,9 +38,8 @@ class TreeRemoval {
     };
 
     static bool logFailure(const char* kind, const Place& place, DWORD error) {
-        constexpr std::wstring_view start = L"\\\\?\\";
         PDX_LOG(logInfo, "deleteDirectoryTree", "Failed to remove %s %ls: error=%08x", kind,
-                place.path.starts_with(start) ? place.path.substr(start.size()) : place.path, error);
+                place.path.starts_with(finalPathStart) ? place.path.substr(finalPathStart.size()) : place.path, error);
         return false;
     }
 

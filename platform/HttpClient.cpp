@@ -4,7 +4,6 @@
 
 #include <wininet.h>
 
-#include <algorithm>
 #include <new>
 #include <stdexcept>
 
@@ -54,9 +53,7 @@ HttpClient::HttpClient(const HttpUrl& address)
     : session(InternetOpenW((L"Palisade app Installer/" + toWide(installerVersion)).c_str(),
                             INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0)),
       url(address) {
-    if (!session || !url.extra.starts_with(L'?')) return;
-    url.path += url.extra;
-    url.extra.clear();
+    if (url.extra.starts_with(L'?')) url.path += url.extra;
 }
 
 int32_t HttpClient::get(const HttpHeaders& headers) { return send(L"GET", nullptr, 0, headers); }
@@ -71,15 +68,11 @@ int32_t HttpClient::put(const void* body, size_t length, const HttpHeaders& head
 
 int32_t HttpClient::send(const wchar_t* method, const void* body, size_t length, const HttpHeaders& headers) {
     if (!session || url.path.empty()) return notStarted;
-    if (!connection) {
+    request.reset();  // first, so that the next request can reuse its connection
+    if (!connection)
         connection.reset(
             InternetConnectW(session.get(), url.host.c_str(), url.port, L"", L"", INTERNET_SERVICE_HTTP, 0, 0));
-        if (!connection) {
-            request.reset();
-            return notStarted;
-        }
-    }
-    request.reset();  // first, so that the next request can reuse its connection
+    if (!connection) return notStarted;
     request.reset(HttpOpenRequestW(connection.get(), method, url.path.c_str(), nullptr, nullptr, nullptr,
                                    INTERNET_FLAG_SECURE, 0));
     if (!request) return notStarted;

@@ -11,26 +11,21 @@ constinit ServiceHolder<Logger> g_logger;
 
 namespace {
 
-/// The user's texts, looked up once for the process: the look-ups are slow, and the results do not change.
+/// The user's texts, looked up once for the process: the look-ups are slow, and the results do not change. Empty if the
+/// system does not name them.
 struct UserTexts {
-    ScrubTexts texts;
-    bool profileMissing = false;
-    bool userNameMissing = false;
-    bool shortPathMissing = false;
+    std::wstring userName = getUserName();
     std::wstring profileBack;
+    std::wstring profileShort;
+    ScrubTexts texts;
 };
 
 const UserTexts& userTexts() {
     static const UserTexts user = [] {
         UserTexts made;
-        const std::wstring profile = getProfilePath();
-        const std::wstring name = getUserName();
-        made.profileMissing = profile.empty();
-        made.userNameMissing = name.empty();
-        if (!profile.empty()) made.profileBack = profile + L'\\';
-        const std::wstring shortPath = profile.empty() ? profile : getShortPathName(made.profileBack);
-        made.shortPathMissing = !profile.empty() && shortPath.empty();
-        made.texts = makeScrubTexts(made.profileBack, shortPath, name, equalsIgnoreCase);
+        made.profileBack = getProfilePath();
+        if (!made.profileBack.empty()) made.profileShort = getShortPathName(made.profileBack += L'\\');
+        made.texts = makeScrubTexts(made.profileBack, made.profileShort, made.userName, equalsIgnoreCase);
         return made;
     }();
     return user;
@@ -40,10 +35,10 @@ const UserTexts& userTexts() {
 void reportMissingTexts(const UserTexts& user) {
     static std::atomic<bool> reported = false;
     if (reported.exchange(true)) return;
-    if (user.userNameMissing) PDX_LOG(logInfo, "getUserName", "Unable to retrieve username!");
-    if (user.profileMissing)
+    if (user.userName.empty()) PDX_LOG(logInfo, "getUserName", "Unable to retrieve username!");
+    if (user.profileBack.empty())
         PDX_LOG(logInfo, "getProfilePath", "There was a problem getting the current user's profile path");
-    if (user.shortPathMissing)
+    else if (user.profileShort.empty())
         PDX_LOG(logInfo, "getShortPathName", "Failed to get short path name for %ls", user.profileBack);
 }
 

@@ -24,7 +24,8 @@ class Logger {
     virtual void write(int32_t level, const char* function, int32_t line, const char* message) = 0;
 };
 
-/// Writes each line to the engine's log, without the user's profile path and name. Never throws and takes no lock.
+/// Writes each line to the engine's log, without the user's profile path and name. Takes no lock, and throws only
+/// std::bad_alloc.
 class BootstrapperLogger : public Logger {
   public:
     /// Holds a reference to the engine, so that the engine outlives a line that is being written. With a null engine

@@ -55,20 +55,19 @@ std::wstring finalPathOf(HANDLE file, DWORD form) {
 
 bool deleteByHandle(HANDLE entry) {
     if (deleteAtOnce(entry) || deletePlainly(entry)) return true;
-    const DWORD error = GetLastError();
+    DWORD error = GetLastError();
+    bool deleted = false;
     FILE_BASIC_INFO basic{};
     if (GetFileInformationByHandleEx(entry, FileBasicInfo, &basic, sizeof basic) &&
         (basic.FileAttributes & FILE_ATTRIBUTE_READONLY) &&
         setAttributes(entry, basic.FileAttributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY))) {
-        const bool deleted = deletePlainly(entry);
-        const DWORD secondError = GetLastError();
+        deleted = deletePlainly(entry);
+        error = GetLastError();
         // All names of a file share its attributes, and another user may own another name.
         setAttributes(entry, basic.FileAttributes);
-        SetLastError(secondError);
-        return deleted;
     }
     SetLastError(error);
-    return false;
+    return deleted;
 }
 
 }  // namespace pdx

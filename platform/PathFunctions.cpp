@@ -2,8 +2,6 @@
 
 #include <shlwapi.h>
 
-#include <algorithm>
-
 #include "platform/SystemFunction.h"
 
 namespace pdx {
@@ -81,9 +79,8 @@ std::wstring addBackslash(std::wstring_view path) {
 
 void restrictDllSearch() {
     using SetDirectories = BOOL(WINAPI*)(DWORD);
-    static const auto setDirectories =
-        lookUp<SetDirectories>(systemLibrary(L"kernel32.dll"), "SetDefaultDllDirectories");
-    if (setDirectories) setDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    if (const auto set = systemFunction<SetDirectories>(L"kernel32.dll", "SetDefaultDllDirectories"))
+        set(LOAD_LIBRARY_SEARCH_SYSTEM32);
 }
 
 }  // namespace pdx

@@ -2,8 +2,6 @@
 
 #include <shlobj.h>
 
-#include <iterator>
-
 #include "platform/ComPtr.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
@@ -17,9 +15,9 @@ namespace {
 /// The file of a module; null means the program.
 std::wstring moduleFile(HMODULE module) {
     wchar_t path[pathCapacity + 1];
-    const DWORD length = GetModuleFileNameW(module, path, static_cast<DWORD>(std::size(path)));
+    const DWORD length = GetModuleFileNameW(module, path, ARRAYSIZE(path));
     // A path that is too long is cut and fills the buffer.
-    return length < std::size(path) ? std::wstring(path, length) : std::wstring();
+    return length < ARRAYSIZE(path) ? std::wstring(path, length) : std::wstring();
 }
 
 }  // namespace
@@ -28,8 +26,8 @@ HMODULE libraryModule() { return reinterpret_cast<HMODULE>(&__ImageBase); }
 
 std::wstring getTempPath() {
     wchar_t path[pathCapacity - 1];
-    const DWORD length = GetTempPathW(static_cast<DWORD>(std::size(path)), path);
-    if (length == 0 || length >= std::size(path)) {
+    const DWORD length = GetTempPathW(ARRAYSIZE(path), path);
+    if (length == 0 || length >= ARRAYSIZE(path)) {
         PDX_LOG(logInfo, "GetTempPathW", "Failed to retrieve temp path");
         return {};
     }
@@ -55,22 +53,22 @@ std::wstring getKnownFolderPath(REFKNOWNFOLDERID id) {
 
 std::wstring getEnvironmentText(const std::wstring& name) {
     wchar_t text[pathCapacity + 1];
-    const DWORD length = GetEnvironmentVariableW(name.c_str(), text, static_cast<DWORD>(std::size(text)));
-    return length < std::size(text) ? std::wstring(text, length) : std::wstring();
+    const DWORD length = GetEnvironmentVariableW(name.c_str(), text, ARRAYSIZE(text));
+    return length < ARRAYSIZE(text) ? std::wstring(text, length) : std::wstring();
 }
 
 std::wstring getProfilePath() { return getKnownFolderPath(FOLDERID_Profile); }
 
 std::wstring getUserName() {
     wchar_t name[256];
-    DWORD size = 256;
+    DWORD size = ARRAYSIZE(name);
     return GetUserNameW(name, &size) ? name : L"";
 }
 
 std::wstring getShortPathName(const std::wstring& path) {
     wchar_t name[261];
-    const DWORD length = GetShortPathNameW(path.c_str(), name, 261);
-    return length > 0 && length < 261 ? std::wstring(name, length) : std::wstring();
+    const DWORD length = GetShortPathNameW(path.c_str(), name, ARRAYSIZE(name));
+    return length > 0 && length < ARRAYSIZE(name) ? std::wstring(name, length) : std::wstring();
 }
 
 }  // namespace pdx

@@ -13,7 +13,7 @@ namespace pdx {
 class PreparedThread {
   public:
     PreparedThread() : routineGiven(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
-    /// Ends a thread without a routine. The starter must have joined one with a routine.
+    /// Ends the thread if it has no routine. The owner must have joined it otherwise.
     ~PreparedThread() {
         SetEvent(routineGiven.get());
         thread.join();

@@ -41,7 +41,8 @@ struct ProgramStart {
     int show = SW_SHOW;
 };
 
-/// Starts a program through the shell, with elevated rights without it. Returns the handle of the new process, if there is one; logs nothing.
+/// Starts a program through the shell, or with elevated rights without it. Returns the handle of the new process, if
+/// there is one; logs nothing.
 Handle startProgram(const ProgramStart& program);
 
 /// Ends every process whose program has one of the names, compared without regard to case, with exit code 9. Waits

@@ -32,22 +32,16 @@ REGSAM RegistryKey::accessMask(bool writable) const noexcept {
 
 RegistryKey RegistryKey::openSubKey(const std::wstring& path, bool writable) const {
     RegistryKey subKey(nullptr, view);
-    if (!handle) return subKey;
-    if (RegOpenKeyExW(get(), path.c_str(), 0, accessMask(writable), subKey.handle.put()) != ERROR_SUCCESS) {
+    if (handle && RegOpenKeyExW(get(), path.c_str(), 0, accessMask(writable), subKey.handle.put()) != ERROR_SUCCESS)
         PDX_LOG(logError, "RegistryKey::openSubKey", "Failed to open subkey %ls", path);
-        subKey.handle.reset();
-    }
     return subKey;
 }
 
 RegistryKey RegistryKey::createSubKey(const std::wstring& path, bool writable) const {
     RegistryKey subKey(nullptr, view);
-    if (!handle) return subKey;
-    if (RegCreateKeyExW(get(), path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, accessMask(writable), nullptr,
-                        subKey.handle.put(), nullptr) != ERROR_SUCCESS) {
+    if (handle && RegCreateKeyExW(get(), path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, accessMask(writable),
+                                  nullptr, subKey.handle.put(), nullptr) != ERROR_SUCCESS)
         PDX_LOG(logError, "RegistryKey::createSubKey", "Failed to create subkey %ls", path);
-        subKey.handle.reset();
-    }
     return subKey;
 }
 
@@ -102,7 +96,7 @@ bool RegistryKey::deleteTree(const std::wstring& path) {
     // The system's function has no view parameter: below a predefined root it would use the process's view. A key that
     // was opened in a view keeps it. So the key is opened, emptied, and then deleted by the function with a view
     // parameter.
-    UniqueHandle<RegistryKeyTraits> tree;
+    RegistryHandle tree;
     const LSTATUS opened = RegOpenKeyExW(get(), path.c_str(), 0, accessMask(true), tree.put());
     if (opened != ERROR_SUCCESS) return opened == ERROR_FILE_NOT_FOUND;
     if (RegDeleteTreeW(tree.get(), nullptr) != ERROR_SUCCESS) return false;

@@ -21,9 +21,10 @@ enum RegistryView : int32_t {
 /// The data of a value: nothing, a REG_DWORD, or a REG_SZ.
 using RegistryValue = std::variant<std::monostate, uint32_t, std::wstring>;
 
-using RegistryKeyTraits = NullTraits<HKEY, RegCloseKey>;
+using RegistryHandle = Owned<HKEY, RegCloseKey>;
 
-/// An open key, or none after a failed open: then every further call fails without a log line. Never throws.
+/// An open key, or none after a failed open: then every further call fails without a log line. Throws only
+/// std::bad_alloc.
 class RegistryKey {
   public:
     /// No key.
@@ -74,7 +75,7 @@ class RegistryKey {
     RegistryKey(HKEY key, RegistryView keyView) : handle(key), view(keyView) {}
     [[nodiscard]] REGSAM accessMask(bool writable) const noexcept;
 
-    UniqueHandle<RegistryKeyTraits> handle;
+    RegistryHandle handle;
     RegistryView view = view32;
 };
 

@@ -11,9 +11,8 @@
 namespace pdx {
 
 /// A shared pointer that any thread may read while another replaces it. It has no destructor on purpose. After a reload
-/// the library stays pinned, and its statics are destroyed at the end of the process. The system has ended all other
-/// threads by then, at any point of their work, and a lock or a service may be in any state. An ordinary unload calls
-/// clear() instead.
+/// the library stays pinned, and its statics are destroyed at the end of the process. By then the system has ended all
+/// other threads, so a lock or a service may be in any state. An ordinary unload calls clear() instead.
 template <typename Service>
 class ServiceHolder {
   public:

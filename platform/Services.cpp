@@ -16,6 +16,8 @@ using ServiceHandle = Owned<SC_HANDLE, CloseServiceHandle>;
 
 /// The polls of a wait, in equal parts of its time-out.
 constexpr int32_t polls = 10;
+/// The time-out for the stop before a deletion.
+constexpr uint64_t stopMilliseconds = 2000;
 
 uint32_t pauseOf(uint64_t timeoutMilliseconds) {
     // A pause of INFINITE would never end.
@@ -35,13 +37,6 @@ struct Service {
     ServiceHandle handle;
     DWORD error;
 };
-
-/// Stops and marks for deletion. The handles are closed before the caller waits: with one open the service would stay
-/// listed.
-bool stopAndDelete(const Service& service, const std::wstring& name) {
-    constexpr uint64_t stopMilliseconds = 2000;
-    return service.handle && stopService(name, stopMilliseconds) && DeleteService(service.handle.get());
-}
 
 bool isGone(const std::wstring& name) {
     constexpr DWORD noState = 0xFFFFFFFF;
@@ -72,9 +67,10 @@ bool stopService(const std::wstring& name, uint64_t timeoutMilliseconds) {
 bool deleteService(const std::wstring& name, uint64_t timeoutMilliseconds) {
     PDX_LOG(logInfo, "deleteService", "Deleting service '%ls'...", name);
     {
+        // Closed before the wait: with an open handle the service would stay listed.
         const Service service(name, DELETE);
         if (service.isUnknown()) return true;
-        if (!stopAndDelete(service, name)) {
+        if (!service.handle || !stopService(name, stopMilliseconds) || !DeleteService(service.handle.get())) {
             PDX_LOG(logInfo, "deleteService", "Failed to delete service '%ls'", name);
             return false;
         }

@@ -31,7 +31,7 @@ std::string getWmiString(const WmiRow& row, const wchar_t* name) { return toUtf8
 
 }  // namespace
 
-std::string SystemInfo::getDiskNumberFromDiskPartition(const std::string& partition) const {
+std::string SystemInfoProvider::getDiskNumberFromDiskPartition(const std::string& partition) {
     const auto number = diskNumberOf(partition);
     if (!number) PDX_LOG(logInfo, "SystemInfoProvider::getDiskNumberFromDiskPartition", "Invalid DiskPartition format");
     return number.value_or(std::string());
@@ -43,7 +43,7 @@ bool SystemInfoProvider::initializeCom() {
         PDX_LOG(logInfo, "SystemInfoProvider::initializeCom", "Failed to initialize com connection");
         return false;
     }
-    cimv2 = setUpWmi(connect, L"ROOT\\CIMV2");
+    cimv2 = setUpWmi(connect, generalNamespace);
     if (cimv2) storage = setUpWmi(connect, L"Root\\Microsoft\\Windows\\Storage");
     if (storage) wmi = setUpWmi(connect, L"Root\\wmi");
     return static_cast<bool>(wmi);

@@ -12,34 +12,23 @@
 
 namespace pdx {
 
-/// The storage of this machine. On failure every result is empty.
-class SystemInfo {
-  public:
-    virtual ~SystemInfo() = default;
-    /// Whether all connections could be made; the other operations use those that could.
-    virtual bool initializeCom() = 0;
-    /// The drives: "C:" and so on.
-    virtual std::vector<LogicalDiskId> getLogicalDiskIds() = 0;
-    /// The system drive, as "C:".
-    virtual std::string getOperatingSystemInfo() = 0;
-    /// The names of the partitions ("Disk #0, Partition #1") under a drive ("C:").
-    virtual std::vector<std::string> getDiskPartitionFromLogicalDrive(const std::string& letter) = 0;
-    /// The disk's number in a partition's name; logs "Invalid DiskPartition format" if it has none.
-    std::string getDiskNumberFromDiskPartition(const std::string& partition) const;
-    /// The disk with a number, such as "0".
-    virtual PhysicalDiskInfo getPhysicalDiskInfo(const std::string& deviceId) = 0;
-};
-
-/// The implementation by WMI; used on the thread that made it. Each query waits for the service without limit. Logs
-/// results and failures at INFO.
-class SystemInfoProvider : public SystemInfo {
+/// The storage of this machine by WMI; used on the thread that made it. On failure every result is empty. Each query
+/// waits for the service without limit. Logs results and failures at INFO.
+class SystemInfoProvider {
   public:
     explicit SystemInfoProvider(ConnectWmi connectTo = connectWmi) : connect(std::move(connectTo)) {}
-    bool initializeCom() override;
-    std::vector<LogicalDiskId> getLogicalDiskIds() override;
-    std::string getOperatingSystemInfo() override;
-    std::vector<std::string> getDiskPartitionFromLogicalDrive(const std::string& letter) override;
-    PhysicalDiskInfo getPhysicalDiskInfo(const std::string& deviceId) override;
+    /// Whether all connections could be made; the other operations use those that could.
+    bool initializeCom();
+    /// The drives: "C:" and so on.
+    std::vector<LogicalDiskId> getLogicalDiskIds();
+    /// The system drive, as "C:".
+    std::string getOperatingSystemInfo();
+    /// The names of the partitions ("Disk #0, Partition #1") under a drive ("C:").
+    std::vector<std::string> getDiskPartitionFromLogicalDrive(const std::string& letter);
+    /// The disk's number in a partition's name; logs "Invalid DiskPartition format" if it has none.
+    static std::string getDiskNumberFromDiskPartition(const std::string& partition);
+    /// The disk with a number, such as "0".
+    PhysicalDiskInfo getPhysicalDiskInfo(const std::string& deviceId);
 
   private:
     // Declared first, so that it is destroyed last.

@@ -13,14 +13,14 @@ namespace pdx {
 /// exception ends the work. The destructor waits, so the work must end.
 class Task {
   public:
-    explicit Task(std::function<void()> job) : work(std::move(job)) { waiting = !thread.start(run, this); }
+    explicit Task(std::function<void()> job) : work(std::move(job)) { pending = !thread.start(run, this); }
     ~Task() { wait(); }
     Task(const Task&) = delete;
     Task& operator=(const Task&) = delete;
 
     /// Waits until the work has ended. One thread at a time.
     void wait() {
-        if (std::exchange(waiting, false)) run(this);
+        if (std::exchange(pending, false)) run(this);
         thread.join();
     }
 
@@ -36,7 +36,7 @@ class Task {
 
     std::function<void()> work;
     Thread thread;
-    bool waiting = false;  ///< the work has not been started
+    bool pending = false;  ///< the work has not been started
 };
 
 }  // namespace pdx

@@ -4,8 +4,6 @@
 #include <process.h>
 #include <windows.h>
 
-#include <cstdint>
-
 #include "platform/Handles.h"
 
 namespace pdx {

@@ -2,8 +2,6 @@
 
 #include <objbase.h>
 
-#include <system_error>
-
 #include <wbemidl.h>
 
 #include "platform/ComPtr.h"
@@ -52,7 +50,6 @@ class ConnectedServices : public WmiServices {
     HRESULT forEachRow(const std::wstring& query, const std::function<bool(const WmiRow& row)>& function) override {
         const Bstr language(L"WQL");
         const Bstr text(query);
-        if (!language || !text) throw std::system_error(E_OUTOFMEMORY, std::system_category());
         ComPtr<IEnumWbemClassObject> rows;
         const HRESULT started = services->ExecQuery(
             language.get(), text.get(), WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY, nullptr, rows.put());
@@ -75,8 +72,8 @@ class ConnectedServices : public WmiServices {
 WmiConnection connectWmi(const std::wstring& nameSpace) {
     WmiConnection connection;
     ComPtr<IWbemLocator> locator;
-    constexpr DWORD anyServer = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
-    connection.result = CoCreateInstance(CLSID_WbemLocator, nullptr, anyServer, IID_IWbemLocator, locator.putVoid());
+    connection.result =
+        CoCreateInstance(CLSID_WbemLocator, nullptr, CLSCTX_SERVER, IID_IWbemLocator, locator.putVoid());
     if (FAILED(connection.result)) return connection;
 
     ComPtr<IWbemServices> services;

@@ -11,6 +11,9 @@
 
 namespace pdx {
 
+/// The namespace of the operating system and the machine.
+inline constexpr const wchar_t* generalNamespace = L"ROOT\\CIMV2";
+
 /// A row of a result: returns a property by its name, a text up to its first zero.
 using WmiRow = std::function<WmiValue(const wchar_t* name)>;
 
@@ -19,7 +22,7 @@ class WmiServices {
   public:
     virtual ~WmiServices() = default;
     /// Runs the WQL query and calls the function with each row until it returns false. Waits for the service without
-    /// limit. Returns the result of starting the query; throws std::system_error if there is no memory for its text.
+    /// limit. Returns the result of starting the query; throws std::bad_alloc if there is no memory for its text.
     virtual HRESULT forEachRow(const std::wstring& query, const std::function<bool(const WmiRow& row)>& function) = 0;
 };
 

@@ -108,8 +108,7 @@ bool isBastionRunning() {
 void quitBastion() {
     const std::wstring program = recordedProgram();
     if (program.empty()) return;
-    const Handle process =
-        startProgram(ProgramStart{.file = program, .parameters = L"bastion://quit", .show = SW_SHOW});
+    const Handle process = startProgram({.file = program, .parameters = L"bastion://quit"});
     if (process) WaitForSingleObject(process.get(), quitTimeMilliseconds);
 }
 
@@ -117,7 +116,7 @@ void waitForBastionTempUninstallers() {
     const std::wstring program = recordedProgram();
     if (program.empty()) return;
     const std::wstring uninstaller = appendPath(removeFileSpec(program), bastionUninstaller);
-    const Handle process = startProgram(ProgramStart{.file = uninstaller, .parameters = L"/Silent", .show = SW_HIDE});
+    const Handle process = startProgram({.file = uninstaller, .parameters = L"/Silent", .show = SW_HIDE});
     if (process) WaitForSingleObject(process.get(), INFINITE);
     waitForQuiet();
     PDX_LOG(logInfo, "waitForBastionTempUninstallers",

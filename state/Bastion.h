@@ -20,8 +20,8 @@ bool isBastionRunning();
 /// recorded or does not start.
 void quitBastion();
 
-/// Removes the older client: runs its uninstaller and waits until it and every temporary uninstaller that it starts
-/// have ended, and 3 seconds have passed without another. No time limit on purpose: a client half removed would be
+/// Removes the older client by its uninstaller. Waits until that and every temporary uninstaller that it starts have
+/// ended, and 3 seconds have passed without another. No time limit on purpose: a client half removed would be
 /// worse than a wait. Does nothing if its program is not recorded; an uninstaller that does not start is not reported.
 void waitForBastionTempUninstallers();
 

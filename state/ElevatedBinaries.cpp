@@ -1,6 +1,7 @@
 #include "state/ElevatedBinaries.h"
 
 #include "config/Settings.h"
+#include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/IoBound.h"
 #include "platform/Log.h"
@@ -45,8 +46,7 @@ bool lieInOneFolder(const FileHandle& one, const FileHandle& other) {
 /// When a process was started; 0 if that cannot be asked.
 uint64_t startOf(HANDLE process) {
     FILETIME start{}, other{};
-    if (!GetProcessTimes(process, &start, &other, &other, &other)) return 0;
-    return uint64_t{start.dwHighDateTime} << 32 | start.dwLowDateTime;
+    return GetProcessTimes(process, &start, &other, &other, &other) ? fileTimeOf(start) : 0;
 }
 
 /// Whether a process runs that this one has started. No program can make itself the child of one with more rights. An

@@ -1,5 +1,4 @@
-// Files kept open so that no other program writes to, renames or deletes them. Each is proved to be where its path
-// says.
+// Files kept open so that no other program writes to, renames or deletes them. Each is proved to be at its path.
 #pragma once
 
 #include <windows.h>

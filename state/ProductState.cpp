@@ -12,10 +12,9 @@
 
 namespace pdx {
 
-void setUnavailable(bool available) {
-    const uint32_t unavailable = available ? 0 : 1;
+void setUnavailable() {
     for (const RegistryView view : {view32, view64})
-        RegistryKey::localMachine(view).setSubKeyValue(productKey, L"IsUnavailable", unavailable);
+        RegistryKey::localMachine(view).setSubKeyValue(productKey, L"IsUnavailable", 1u);
     Sleep(200);
     constexpr std::wstring_view helpers[] = {connectProgram};
     terminateProcesses(helpers);

@@ -8,6 +8,7 @@
 
 #include "platform/FoundFolder.h"
 #include "platform/Paths.h"
+#include "platform/product/RegistryPaths.h"
 #include "platform/Registry.h"
 #include "platform/rules/Numbers.h"
 
@@ -39,23 +40,19 @@ const KnownFolder knownFolders[] = {
     {&FOLDERID_RoamingAppData, L"", 0},
 };
 
-/// For a 32-bit process the known folders are those of 32-bit programs. The others come from the registry, because the
-/// user controls the environment.
-constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows\\CurrentVersion";
-struct RecordedFolder {
+struct NamedFolder {
     const wchar_t* name;
     size_t depth;
 };
-constexpr RecordedFolder foldersOf64BitPrograms[] = {{L"ProgramFilesDir", 0}, {L"CommonFilesDir", allBelow}};
+
+/// For a 32-bit process the known folders are those of 32-bit programs. The others are read from these values of
+/// windowsKey, because the user controls the environment.
+constexpr NamedFolder foldersOf64BitPrograms[] = {{L"ProgramFilesDir", 0}, {L"CommonFilesDir", allBelow}};
 
 constexpr const wchar_t* profilesKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList";
 
-/// A known folder in every profile.
-struct ProfileFolder {
-    const wchar_t* below;
-    size_t depth;
-};
-constexpr ProfileFolder profileFolders[] = {
+/// The known folders in every profile.
+constexpr NamedFolder profileFolders[] = {
     {L"\\3D Objects", 0},  {L"\\AppData", 1},   {L"\\AppData\\Local\\Programs", 0},
     {L"\\Contacts", 0},    {L"\\Desktop", 0},   {L"\\Documents", 0},
     {L"\\Downloads", 0},   {L"\\Favorites", 0}, {L"\\Links", 0},
@@ -91,7 +88,7 @@ std::vector<std::wstring> shellFoldersOf(const Profile& profile) {
         L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
     constexpr DWORD mostValues = 200;  // the system makes about 25, but the account can write any number
     std::vector<std::wstring> found;
-    UniqueHandle<RegistryKeyTraits> key;
+    RegistryHandle key;
     if (profile.account.empty() || RegOpenKeyExW(HKEY_USERS, (profile.account + shellFoldersKey).c_str(), 0,
                                                  KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS)
         return found;
@@ -118,10 +115,10 @@ std::vector<SystemFolder> protectedFolders() {
         if (!path.empty()) folders.push_back({path + below, depth});
     };
     for (const KnownFolder& folder : knownFolders) add(getKnownFolderPath(*folder.id), folder.below, folder.depth);
-    for (const RecordedFolder& folder : foldersOf64BitPrograms)
+    for (const NamedFolder& folder : foldersOf64BitPrograms)
         add(machineText(view64, windowsKey, folder.name), L"", folder.depth);
     for (const Profile& profile : profiles()) {
-        for (const ProfileFolder& folder : profileFolders) add(profile.path, folder.below, folder.depth);
+        for (const NamedFolder& folder : profileFolders) add(profile.path, folder.name, folder.depth);
         for (const std::wstring& folder : shellFoldersOf(profile)) add(folder, L"", 0);
     }
     return folders;

@@ -8,7 +8,6 @@
 #include "platform/FoundFolder.h"
 #include "platform/IoBound.h"
 #include "platform/Log.h"
-#include "platform/Paths.h"
 #include "platform/Processes.h"
 #include "platform/product/BundleEntry.h"
 #include "platform/product/Client.h"

@@ -29,13 +29,13 @@ struct RepairRun {
     std::function<void(const std::wstring& folder)> keepInstallFolder;
 };
 
-/// Sends the repair's begin with the versions of the client's programs, then removes its processes, its service, its
+/// Sends the repair's begin with the versions of the client's programs. Then ends these, and removes its service, its
 /// folder, its protocols and all records of it. Needs elevated rights. Steps that cannot fail the repair are only
 /// logged.
 ///
-/// Blocks the thread: without a bound until the client's programs have ended; up to 2 seconds to stop the service and
-/// about 4 to delete it. A file or folder that cannot be deleted takes 50 tries with 100 ms after each, and all of them
-/// together at most two minutes (RemovalBounds). The deletion itself takes as long as the disk needs.
+/// Blocks the thread, without a bound until the client's programs have ended. Stopping the service takes up to 2
+/// seconds, deleting it about 4. A file or folder that cannot be deleted takes 50 tries with 100 ms after each. All of
+/// them together take at most two minutes (RemovalBounds). The deletion itself takes as long as the disk needs.
 ///
 /// The recorded folder is checked before files, processes, the service or the registry are changed (isOwnFolder,
 /// FoundFolder). A refused one is logged at ERROR as "The recorded install folder is not deleted: "%ls"" and fails the

@@ -12,6 +12,7 @@
 #include "platform/Log.h"
 #include "platform/rules/Version.h"
 #include "platform/Text.h"
+#include "state/rules/UpdateRules.h"
 
 namespace pdx {
 namespace {

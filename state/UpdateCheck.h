@@ -6,8 +6,6 @@
 #include <optional>
 #include <string>
 
-#include "state/rules/UpdateRules.h"
-
 struct _IP_ADAPTER_INFO;
 
 namespace pdx {

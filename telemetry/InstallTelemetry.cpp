@@ -1,13 +1,14 @@
 #include "telemetry/InstallTelemetry.h"
 
 #include "platform/Log.h"
+#include "platform/SystemInfoProvider.h"
 #include "platform/Text.h"
 
 namespace pdx {
 namespace {
 
 /// The media of the partitions' disks, in their order and with repetitions.
-std::string mediaOf(const std::vector<std::string>& partitions, SystemInfo& system) {
+std::string mediaOf(const std::vector<std::string>& partitions, SystemInfoProvider& system) {
     std::string media;
     for (const std::string& partition : partitions) {
         const std::string number = system.getDiskNumberFromDiskPartition(partition);
@@ -19,12 +20,8 @@ std::string mediaOf(const std::vector<std::string>& partitions, SystemInfo& syst
 
 }  // namespace
 
-InstallTelemetry installTelemetry(const InstallFacts& facts) {
-    SystemInfoProvider system;
-    return installTelemetry(facts, system);
-}
-
-InstallTelemetry installTelemetry(const InstallFacts& facts, SystemInfo& system) {
+InstallTelemetry installTelemetry(const InstallFacts& facts, const ConnectWmi& connect) {
+    SystemInfoProvider system(connect);
     constexpr const char* function = "installTelemetry";
     InstallTelemetry record;
     record.installTime = facts.time;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/SystemInfoProvider.h"
+#include "platform/Wmi.h"
 #include "telemetry/rules/InstallRecord.h"
 
 namespace pdx {
@@ -18,8 +18,6 @@ struct InstallFacts {
 
 /// The record. A fact that is unavailable leaves its field empty and is logged at INFO. Waits for WMI on the calling
 /// thread.
-InstallTelemetry installTelemetry(const InstallFacts& facts);
-/// The same with another source.
-InstallTelemetry installTelemetry(const InstallFacts& facts, SystemInfo& system);
+InstallTelemetry installTelemetry(const InstallFacts& facts, const ConnectWmi& connect = connectWmi);
 
 }  // namespace pdx

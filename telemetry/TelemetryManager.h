@@ -14,16 +14,15 @@ namespace pdx {
 /// Owns the two senders and the session's identifier. Its destructor waits for one last post of each.
 class TelemetryManager {
   public:
-    /// The session comes from createSessionId. The machine's hash is computed once for the process, on the Brisk
+    /// The session is that of createSessionId. The machine's hash is computed once for the process, on the Brisk
     /// sender's worker before its first post.
     TelemetryManager(std::string session, MachineHash machineHash);
     virtual ~TelemetryManager();
     TelemetryManager(const TelemetryManager&) = delete;
     TelemetryManager& operator=(const TelemetryManager&) = delete;
 
-    /// The identifier of this install, the same in all of its processes: the environment variable
-    /// PDX_INSTALLER_SESSION_ID, or a new identifier, which is set there for child processes. Logs "Installer session:
-    /// %s".
+    /// The identifier of this install, the same in all of its processes. It is the environment variable
+    /// PDX_INSTALLER_SESSION_ID, or a new one, which is set there for child processes. Logs "Installer session: %s".
     static std::string createSessionId();
 
     /// Makes and starts the senders with the addresses in telemetry.tally.url and telemetry.brisk.url. Earlier events

@@ -13,7 +13,7 @@ ConfigMap loadConfigLayers(const ConfigSources& sources, bool configurable, bool
     config.merge(sources.resource(environment == "production" ? "production.cfg" : "integration.cfg"));
     if (configurable) config.merge(sources.file(overrideConfigPath));
     // Set again, because a later layer may contain another environment than the chosen one.
-    config.set("app.environment", cpptoml::make_value<std::string>(std::string(environment)));
+    config.set("app.environment", cpptoml::make_value(environment));
     config.set("app.installertype", cpptoml::make_value<std::string>(thinInstaller ? "thin" : "thick"));
     return config;
 }

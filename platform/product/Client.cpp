@@ -17,15 +17,13 @@ std::wstring bastionText(const std::wstring& name) { return machineText(view32, 
 
 std::wstring getLogFilePath(const std::wstring& name) {
     const std::wstring programData = getKnownFolderPath(FOLDERID_ProgramData);
-    if (programData.empty()) return {};
-    return appendPath(appendPath(programData, L"Palisade Desktop\\Logs"), name);
+    return programData.empty() ? programData : appendPath(programData, L"Palisade Desktop\\Logs\\" + name);
 }
 
 std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file) {
-    // appendPath returns empty for a path that is too long, and appending to that would give a relative path.
-    std::wstring path =
-        PathIsRelativeW(installLocation.c_str()) ? std::wstring() : appendPath(installLocation, L"Palisade Desktop");
-    if (!path.empty()) path = appendPath(path, file);
+    const std::wstring path = PathIsRelativeW(installLocation.c_str())
+                                  ? std::wstring()
+                                  : appendPath(installLocation, L"Palisade Desktop\\" + file);
     return path.empty() ? std::string() : getFileVersion(path);
 }
 

@@ -12,7 +12,7 @@ std::wstring clientText(const std::wstring& name);
 /// A value that the older client recorded (bastionKey, 32-bit view), such as "ClientPath"; empty without one.
 std::wstring bastionText(const std::wstring& name);
 
-/// A file in the client's log folder below the common application data.
+/// A file in the client's log folder below the common application data; empty on failure.
 std::wstring getLogFilePath(const std::wstring& name);
 
 /// The version of a program of the client at an install location (getFileVersion). Empty if the location is empty or

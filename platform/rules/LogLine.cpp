@@ -1,7 +1,5 @@
 #include "platform/rules/LogLine.h"
 
-#include <iterator>
-
 namespace pdx {
 namespace {
 

@@ -1,4 +1,4 @@
-// Integers in texts, and constants of paths that several modules use.
+// Numbers and texts of the platform that several modules use.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,11 @@ namespace pdx {
 
 /// The longest path or environment text, in characters; a longer one counts as missing.
 inline constexpr size_t pathCapacity = 4096;
-/// The beginning of every final path.
+/// The beginning of every final path, and of a path that the system opens exactly as it is spelt.
 inline constexpr std::wstring_view finalPathStart = L"\\\\?\\";
+
+/// A millisecond in the units of file times.
+inline constexpr uint64_t fileTimePerMillisecond = 10'000;
 
 /// A text of decimal digits as a number; 0 for any other text and for a number of more than 32 bits.
 constexpr uint32_t parseDecimal(std::wstring_view text) {

@@ -13,9 +13,9 @@ struct SubKeyAnswer {
     std::wstring name;
 };
 
-/// Calls the function with the name at each index from 0 on, until it returns false, the handle is invalid or there are
-/// no more items. After any other error, such as a name too long for the buffer, the walk continues with the next
-/// index. So it does after the function has deleted its subkey: the subkey that moves to that index is skipped.
+/// Calls the function with the name at each index from 0 on. Ends when that returns false, the handle is invalid or
+/// there are no more items. After any other error, such as a name too long for the buffer, the walk continues with the
+/// next index. So it does after the function has deleted its subkey: the subkey that moves to that index is skipped.
 void walkSubKeys(const std::function<SubKeyAnswer(uint32_t index)>& subKeyAt,
                  const std::function<bool(const std::wstring& name)>& function);
 

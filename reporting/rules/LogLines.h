@@ -1,7 +1,6 @@
 // Reads a log file in blocks and scrubs it.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 

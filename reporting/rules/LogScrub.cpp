@@ -6,6 +6,14 @@
 #include "platform/rules/Utf8.h"
 
 namespace pdx {
+
+/// Where a log names the login code.
+struct CodePlace {
+    std::string_view before;  ///< the rest of the line after this contains the code
+    std::string_view after;   ///< the end of such a line
+    std::string (*hide)(std::string_view rest);
+};
+
 namespace {
 
 constexpr std::string_view hidden = "####";
@@ -43,17 +51,6 @@ bool beginsWith(std::string_view text, std::string_view beginning) {
     return text.size() >= beginning.size() && text[beginning.size() - 1] == beginning.back() &&
            text.starts_with(beginning);
 }
-
-}  // namespace
-
-/// Where a log names the login code.
-struct CodePlace {
-    std::string_view before;  ///< the rest of the line after this contains the code
-    std::string_view after;   ///< the end of such a line
-    std::string (*hide)(std::string_view rest);
-};
-
-namespace {
 
 /// The library's two lines, and those of the engine, which hides the code only where the bundle marks it.
 constexpr CodePlace codePlaces[] = {

@@ -1,7 +1,6 @@
 // The content of an error report: its fields, and the sections of its package.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 

@@ -1,7 +1,8 @@
 #include "state/rules/FinalPath.h"
 
-#include <utility>
 #include <vector>
+
+#include "platform/rules/Numbers.h"
 
 namespace pdx {
 namespace {

@@ -7,8 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/rules/Numbers.h"
-
 namespace pdx {
 
 /// A final path in ordinary form: "C:\Temp\a.log" or "\\server\share\a.log".

@@ -24,8 +24,7 @@ Parts partsOf(std::wstring_view path) {
         // The system ignores blanks and dots at a part's end.
         part.resize(part.find_last_not_of(L' ') + 1);
         if (!leadsElsewhere(part)) part.resize(part.find_last_not_of(L". ") + 1);
-        std::ranges::transform(part, part.begin(), lowerAscii<wchar_t>);
-        if (!part.empty()) parts.push_back(std::move(part));
+        if (!part.empty()) parts.push_back(loweredAscii<wchar_t>(part));
     }
     return parts;
 }

@@ -2,46 +2,55 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <functional>
 
 #include "tests/platform/CapturedLog.h"
+#include "tests/platform/ScriptedWmi.h"
 
 namespace pdx {
 namespace {
 
-/// A machine with the drives of a test; logs nothing of its own.
-struct FakeSystem : SystemInfo {
-    bool works = true;
-    std::vector<LogicalDiskId> disks = {{"C:", "System"}, {"D:", "Games"}, {"E:", "Both"}};
-    std::map<std::string, std::vector<std::string>> partitions = {
-        {"C:", {"Disk #0, Partition #1", "Disk #0, Partition #2"}},
-        {"D:", {"Disk #1, Partition #0"}},
-        {"E:", {"Disk #0, Partition #3", "no name", "Disk #1, Partition #1"}}};
-    std::map<std::string, std::string> media = {{"0", "SSD"}, {"1", "HDD"}};
+constexpr const wchar_t* drivesQuery = L"SELECT DeviceId, volumeName FROM Win32_LogicalDisk";
 
-    bool initializeCom() override { return works; }
-    std::vector<LogicalDiskId> getLogicalDiskIds() override { return disks; }
-    std::string getOperatingSystemInfo() override { return "C:"; }
-    std::vector<std::string> getDiskPartitionFromLogicalDrive(const std::string& letter) override {
-        return partitions[letter];
+/// A machine with three drives on two disks.
+struct Machine {
+    ScriptedAnswers general = {
+        {L"SELECT * FROM Win32_OperatingSystem", {{{L"SystemDrive", wmiText(L"C:")}}}},
+        {drivesQuery,
+         {{{L"DeviceId", wmiText(L"C:")}}, {{L"DeviceId", wmiText(L"D:")}}, {{L"DeviceId", wmiText(L"E:")}}}},
+        partitions(L"C:", {L"Disk #0, Partition #1", L"Disk #0, Partition #2"}),
+        partitions(L"D:", {L"Disk #1, Partition #0"}),
+        partitions(L"E:", {L"Disk #0, Partition #3", L"no name", L"Disk #1, Partition #1"}),
+    };
+    ScriptedAnswers storage = {disk(L"0", 4), disk(L"1", 3)};
+    WmiConnection last = answering();
+
+    static ScriptedAnswers::value_type partitions(const std::wstring& drive, std::vector<std::wstring> names) {
+        std::vector<ScriptedRow> rows;
+        for (const std::wstring& name : names) rows.push_back({{L"Name", wmiText(name)}});
+        return {L"Associators of {Win32_LogicalDisk.DeviceID='" + drive + L"'} WHERE ResultClass=Win32_DiskPartition",
+                rows};
     }
-    PhysicalDiskInfo getPhysicalDiskInfo(const std::string& deviceId) override {
-        return {"", media[deviceId], L"", deviceId};
+    static ScriptedAnswers::value_type disk(const std::wstring& number, int32_t media) {
+        return {L"SELECT * FROM MSFT_PhysicalDisk WHERE DeviceId = '" + number + L"'",
+                {{{L"MediaType", wmiNumber(media)}}}};
     }
 };
 
 TEST(InstallTelemetry, HasDriveAndMediaAsFarAsTheSystemKnowsThem) {
-    using Change = std::function<void(FakeSystem&)>;
-    const Change none = [](FakeSystem&) {};
-    const Change noWmi = [](FakeSystem& system) { system.works = false; };
-    const Change noMedia = [](FakeSystem& system) { system.media.clear(); };
-    const Change noDrives = [](FakeSystem& system) { system.disks.clear(); };
-    const Change noParts = [](FakeSystem& system) { system.partitions.clear(); };
+    using Change = std::function<void(Machine&)>;
+    const Change none = [](Machine&) {};
+    const Change noWmi = [](Machine& machine) { machine.last = {}; };
+    const Change noMedia = [](Machine& machine) { machine.storage.clear(); };
+    const Change noDrives = [](Machine& machine) { machine.general.erase(drivesQuery); };
+    const Change noParts = [](Machine& machine) {
+        std::erase_if(machine.general, [](const auto& answer) { return answer.first.starts_with(L"Associators"); });
+    };
     const struct {
         const char* name;
         const wchar_t* folder;
         Change change;
-        const char *driveType, *diskMedia, *log;  ///< the messages, each after a bar
+        const char *driveType, *diskMedia, *log;  ///< the record's messages, each after a bar
     } rows[] = {
         {"two partitions of one disk", L"C:\\Palisade", none, "system", "SSD,SSD", "|Install Root: C:"},
         {"another drive", L"D:\\Games", none, "data", "HDD", "|Install Root: D:"},
@@ -55,15 +64,21 @@ TEST(InstallTelemetry, HasDriveAndMediaAsFarAsTheSystemKnowsThem) {
         {"another case", L"c:\\games", none, "data", "", "|Could not get disk partitions on system."},
     };
     for (const auto& row : rows) {
-        FakeSystem system;
-        row.change(system);
+        Machine machine;
+        row.change(machine);
         const CapturedLog log;
-        const InstallTelemetry record = installTelemetry({"now", false, row.folder, L"C:\\Palisade"}, system);
+        const InstallTelemetry record =
+            installTelemetry({"now", false, row.folder, L"C:\\Palisade"},
+                             scriptedWmi({{L"ROOT\\CIMV2", answering(machine.general)},
+                                          {L"Root\\Microsoft\\Windows\\Storage", answering(machine.storage)},
+                                          {L"Root\\wmi", machine.last}}));
         SCOPED_TRACE(row.name);
         EXPECT_EQ(record.driveType, row.driveType);
         EXPECT_EQ(record.diskMedia, row.diskMedia);
         std::string messages;
-        for (const LogEntry& entry : log.take()) messages += "|" + entry.message;
+        for (const LogEntry& entry : log.take())
+            if (entry.function == "installTelemetry" || entry.message == "Invalid DiskPartition format")
+                messages += "|" + entry.message;
         EXPECT_EQ(messages, row.log);
     }
 }
