@@ -1,6 +1,6 @@
-"""What ./fuzz.sh does: runs libFuzzer on one fuzz target after another, each for an equal share of the minutes and on all
-cores. out/fuzz/TARGET/ gets the logs and the inputs that fail. build/fuzz/corpus/ keeps what a next run begins with,
-beside the seeds."""
+"""What ./fuzz.sh does: runs libFuzzer on one fuzz target after another, each for an equal share of the minutes and on
+all cores. out/fuzz/TARGET/ gets the logs and the inputs that fail. build/fuzz/corpus/ keeps the inputs that reached new
+code; the next run begins with them and the seeds."""
 import argparse
 import os
 import re
