@@ -58,13 +58,13 @@ void toml(std::string_view input) {
 
     // No setting of the text has a key as long as this one.
     const std::string key(input.size() + 1, 'k');
-    const std::string longer = text + "\n[" + key + "]\nskipped = [1]\nvalue = " + quoted(input) + '\n';
+    const std::string longer = text + "\n[" + key + "]\nskipped = [1]\nnested.value = " + quoted(input) + '\n';
     const Parsed both(longer);
     require((both.failures == 0) == (alone.failures == 0 && !isTooDeep(longer)), "a further table changes no other");
     if (both.failures != 0) return;
     require(both.map.size() == alone.map.size() + 1 && both.skipped == alone.skipped + 1,
             "a text is one more setting, and an array is reported");
-    require(both.map.getString(key + ".VALUE") == input, "a text arrives as it was");
+    require(both.map.getString(key + ".NESTED.VALUE") == input, "a text arrives as it was");
 }
 
 }  // namespace pdx::fuzz
