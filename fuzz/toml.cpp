@@ -56,9 +56,10 @@ void toml(std::string_view input) {
     require((alone.failures == 0) == (!isTooDeep(text) && isToml(text)),
             "a text is read if it is TOML and not too deep");
 
-    // No setting of the text has a key as long as this one.
+    // No setting of the text has a key as long as this one. The blank keeps a return at the text's end, which is an
+    // error, from becoming a line's end.
     const std::string key(input.size() + 1, 'k');
-    const std::string longer = text + "\n[" + key + "]\nskipped = [1]\nnested.value = " + quoted(input) + '\n';
+    const std::string longer = text + " \n[" + key + "]\nskipped = [1]\nnested.value = " + quoted(input) + '\n';
     const Parsed both(longer);
     require((both.failures == 0) == (alone.failures == 0 && !isTooDeep(longer)), "a further table changes no other");
     if (both.failures != 0) return;
