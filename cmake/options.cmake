@@ -14,8 +14,10 @@ set(CMAKE_CXX_FLAGS_RELEASE "-Os -g1 -DNDEBUG")
 set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1")
 
 if(PALISADE_FUZZ)
-    set(CMAKE_CXX_FLAGS_RELEASE "-O2 -g1 -DNDEBUG")
-    return()
+    # The HTML parser is guided and watched too.
+    add_compile_options(-fsanitize=fuzzer-no-link,address)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+    set(CMAKE_CXX_FLAGS_RELEASE "-O1 -g1")
 endif()
 
 if(PALISADE_HOST)

@@ -4,7 +4,8 @@ import re
 from harness import telemetry_doc
 from harness.places import ROOT
 
-FOLDERS = "bench|cmake|config|core|docs|harness|library|platform|reporting|resources|sample|state|telemetry|tests|ui"
+FOLDERS = ("bench|cmake|config|core|docs|fuzz|harness|library|platform|reporting|resources|sample|state|telemetry|"
+           "tests|ui")
 CODE = "cpp|h|py|cmake|txt|sh|wxs|wxi|rc|cfg"
 EXAMPLES = {"resources/strings/NL.xml", "RefusesAFolderAboveAKnownFolder"}
 

@@ -7,10 +7,10 @@ import time
 from harness.places import BUILD, ROOT
 
 # What is built: its preset and target. The library and the sample client; what ships alone; what measures it; the
-# tests under Wine; the rules' tests, and their fuzz targets.
+# tests under Wine; the rules' tests; the fuzz targets, and those for libFuzzer.
 TARGETS = {"release": ("release", "all"), "library": ("release", "PalisadeBootstrapper version_library"),
            "bench": ("release", "bench"), "checked": ("checked", "windows_tests"), "host": ("host", "rules_tests"),
-           "fuzz": ("host", "fuzz_targets")}
+           "fuzz": ("host", "fuzz_targets"), "libfuzzer": ("fuzz", "fuzz_targets")}
 
 
 def _gist(output: str) -> str:

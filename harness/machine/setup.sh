@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what the build and the scenarios need on Debian 12; what is there already is left alone,
-# and with everything there no network is used. Run as root. Prints one line a step.
+# and with everything there no network is used. Run as root. Prints one line a step. Arguments are further packages.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/../.." && pwd)
 
@@ -9,7 +9,7 @@ packages=(
   g++-mingw-w64-i686-posix libcpptoml-dev nlohmann-json3-dev libfmt-dev googletest libz-mingw-w64-dev
   wine wine64 wine32:i386 xvfb xdotool openbox imagemagick
   wixl msitools gcab osslsigncode iproute2 ca-certificates fonts-dejavu-core
-  fonts-noto-cjk fonts-tlwg-loma-ttf mono-runtime
+  fonts-noto-cjk fonts-tlwg-loma-ttf mono-runtime "$@"
 )
 # Ordinary programs, which may also come from elsewhere than Debian's packages: asked of PATH.
 programs=(g++:g++ cmake:cmake ninja:ninja-build python3:python3 npm:npm git:git unshare:util-linux openssl:openssl
