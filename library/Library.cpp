@@ -78,7 +78,7 @@ IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOO
         // Also where no page is prepared. Never shut down; logs a failure.
         startGraphics();
         IBootstrapperApplication* const guarded = guardCallbacks(application.get());
-        application.release();
+        static_cast<void>(application.release());  // the engine owns it
         return guarded;
     } catch (const std::exception&) {
         return nullptr;

@@ -45,7 +45,7 @@ extern "C" FARPROC WINAPI __delayLoadHelper2(const ImgDelayDescr* library, FARPR
     const auto& thunk = pdx::atOffset<IMAGE_THUNK_DATA>(library->rvaINT)[index];
     const char* const name = pdx::atOffset<IMAGE_IMPORT_BY_NAME>(thunk.u1.AddressOfData)->Name;
     const HMODULE module = pdx::loadDelayed(pdx::atOffset<const char>(library->rvaDLLName));
-    const FARPROC function = pdx::lookUp<FARPROC>(module, name);
+    const auto function = pdx::lookUp<FARPROC>(module, name);
     const DWORD missing = module ? ERROR_PROC_NOT_FOUND : ERROR_MOD_NOT_FOUND;
     if (!function) RaiseException(VcppException(ERROR_SEVERITY_ERROR, missing), 0, 0, nullptr);
     // Safe without a lock: other threads write the same value.

@@ -17,7 +17,7 @@ constexpr int32_t notStarted = -1;
 
 std::string headerBlock(const HttpHeaders& headers) {
     std::string block;
-    for (const auto& [name, value] : headers) block += name + ": " + value + "\r\n";
+    for (const auto& [name, value] : headers) block.append(name).append(": ").append(value).append("\r\n");
     return block;
 }
 
@@ -49,10 +49,10 @@ bool readPiece(HINTERNET request, std::vector<uint8_t>& body, bool& complete) {
 
 void InternetHandleTraits::close(Value value) noexcept { InternetCloseHandle(value); }
 
-HttpClient::HttpClient(const HttpUrl& address)
+HttpClient::HttpClient(HttpUrl address)
     : session(InternetOpenW((L"Palisade app Installer/" + toWide(installerVersion)).c_str(),
                             INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0)),
-      url(address) {
+      url(std::move(address)) {
     if (url.extra.starts_with(L'?')) url.path += url.extra;
 }
 

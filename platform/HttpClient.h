@@ -29,7 +29,7 @@ class HttpClient {
   public:
     /// Copies the URL. Its query is sent as part of the path, a bare fragment is not sent. Does not connect. With a
     /// malformed URL (parseUrl) all requests return -1.
-    explicit HttpClient(const HttpUrl& address);
+    explicit HttpClient(HttpUrl address);
     HttpClient(const HttpClient&) = delete;
     HttpClient& operator=(const HttpClient&) = delete;
 

@@ -115,7 +115,7 @@ void RegistryKey::enumerateSubKeys(const std::function<bool(RegistryKey& key, co
     walkSubKeys(
         [this](uint32_t index) {
             wchar_t name[260]{};
-            DWORD size = static_cast<DWORD>(std::size(name));
+            auto size = static_cast<DWORD>(std::size(name));
             const LSTATUS error = RegEnumKeyExW(get(), index, name, &size, nullptr, nullptr, nullptr, nullptr);
             // Without this the walk over a key that was deleted meanwhile would try all 32-bit indices.
             if (error != ERROR_SUCCESS && index >= KeyContent(get()).subKeys)

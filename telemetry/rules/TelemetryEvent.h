@@ -26,8 +26,8 @@ struct ConstantText {
 };
 
 /// An object of such attributes.
-template <size_t Count>
-nlohmann::json objectOf(const ConstantText (&texts)[Count]) {
+template <size_t count>
+nlohmann::json objectOf(const ConstantText (&texts)[count]) {
     nlohmann::json object = nlohmann::json::object();
     for (const auto& [key, text] : texts) object[key] = text;
     return object;

@@ -23,7 +23,7 @@ bool startGraphics();
 
 /// Owns a GDI+ object. A failure is kept and does not stop the painting: operations on an object that could not be
 /// made fail too, and draw nothing.
-template <typename Native, auto Delete>
+template <typename Native, auto deleteNative>
 class GdiPlusObject {
   public:
     /// The object for the flat functions; null when it could not be made.
@@ -52,7 +52,7 @@ class GdiPlusObject {
     }
 
   private:
-    Owned<Native*, Delete> object;
+    Owned<Native*, deleteNative> object;
     mutable Gdiplus::Status status = Gdiplus::Ok;
 };
 

@@ -1,5 +1,7 @@
 #include "ui/toolkit/Graphics.h"
 
+#include <vector>
+
 namespace pdx {
 
 namespace flat = Gdiplus::DllExports;

@@ -42,6 +42,7 @@ bool canScaleByArea(Size source, Size target) {
 
 void scaleByArea(const PixelRows<const uint8_t>& source, const PixelRows<uint8_t>& target) {
     std::vector<Cover> columns;
+    columns.reserve(static_cast<size_t>(target.size.width));
     for (int32_t x = 0; x < target.size.width; ++x) columns.push_back(coverOf(x, source.size.width, target.size.width));
     const auto area = static_cast<uint32_t>(source.size.width) * static_cast<uint32_t>(source.size.height);
     std::vector<uint32_t> sums(static_cast<size_t>(source.size.width) * sourceBytes);

@@ -29,7 +29,7 @@ inline constexpr int32_t shortestThumb = 10;
 
 /// The thumb in pixels, in the middle of the track's width.
 constexpr Box thumbBox(const TrackState& track) {
-    const int32_t start = static_cast<int32_t>(int64_t{track.position} * track.length() / track.range());
+    const auto start = static_cast<int32_t>(int64_t{track.position} * track.length() / track.range());
     const int32_t size =
         std::max(static_cast<int32_t>(int64_t{track.length()} * track.pageSize / track.range()), shortestThumb);
     if (track.vertical) return {(track.client.width - thumbWidth) / 2, start, thumbWidth, size};
