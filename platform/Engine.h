@@ -7,6 +7,8 @@
 
 #include "platform/rules/EngineTypes.h"
 
+// Names of the engine's interface.
+// NOLINTBEGIN(readability-identifier-naming)
 /// The engine's description of the run; it outlives the application object.
 struct BOOTSTRAPPER_COMMAND {
     BOOTSTRAPPER_ACTION action;
@@ -59,3 +61,4 @@ struct IBootstrapperEngine : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE LaunchApprovedExe(HWND hwndParent, LPCWSTR wzApprovedExeForElevationId,
                                                         LPCWSTR wzArguments, DWORD dwWaitForInputIdleTimeout) = 0;
 };
+// NOLINTEND(readability-identifier-naming)

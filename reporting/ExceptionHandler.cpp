@@ -83,6 +83,7 @@ void loadStackWalker() { stackWalker(); }
 std::string signatureOf(const EXCEPTION_POINTERS& pointers) {
     StackHash hash;
     CONTEXT context = *pointers.ContextRecord;
+    // NOLINTNEXTLINE(misc-redundant-expression): the bit of the processor is in both
     context.ContextFlags = CONTEXT_CONTROL | CONTEXT_INTEGER;
     STACKFRAME64 frame{};
     frame.AddrPC = {context.Eip, 0, AddrModeFlat};

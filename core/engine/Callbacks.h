@@ -3,6 +3,8 @@
 
 #include "platform/Engine.h"
 
+// Names of the engine's interface.
+// NOLINTBEGIN(readability-identifier-naming)
 /// {53C31D56-49C0-426B-AB06-099D717C67FE}
 inline constexpr GUID IID_IBootstrapperApplication = {
     0x53c31d56, 0x49c0, 0x426b, {0xab, 0x06, 0x09, 0x9d, 0x71, 0x7c, 0x67, 0xfe}};
@@ -104,3 +106,4 @@ struct IBootstrapperApplication : IUnknown {
     virtual int STDMETHODCALLTYPE OnReserved58(DWORD first, DWORD second) = 0;
     virtual int STDMETHODCALLTYPE OnReserved59(DWORD first, DWORD second, DWORD third) = 0;
 };
+// NOLINTEND(readability-identifier-naming)

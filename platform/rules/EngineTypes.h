@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+// Names of the engine's interface.
+// NOLINTBEGIN(readability-identifier-naming)
 enum BOOTSTRAPPER_ACTION : int32_t {
     BOOTSTRAPPER_ACTION_UNKNOWN,
     BOOTSTRAPPER_ACTION_HELP,
@@ -136,6 +138,7 @@ enum BOOTSTRAPPER_APPLY_RESTART : int32_t {
     BOOTSTRAPPER_APPLY_RESTART_REQUIRED,
     BOOTSTRAPPER_APPLY_RESTART_INITIATED,
 };
+// NOLINTEND(readability-identifier-naming)
 
 namespace pdx {
 

@@ -12,6 +12,8 @@ struct AtEnd {
     Call call;
     ~AtEnd() { call(); }
 };
+template <typename Call>
+AtEnd(Call) -> AtEnd<Call>;
 
 }  // namespace
 

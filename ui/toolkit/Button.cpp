@@ -20,6 +20,7 @@ bool cursorIsOver(HWND window) {
     return GetCursorPos(&cursor) && ::GetWindowRect(window, &rect) && PtInRect(&rect, cursor);
 }
 
+// NOLINTNEXTLINE(bugprone-incorrect-roundings): a length is not negative
 int32_t rounded(float length) { return static_cast<int32_t>(length + 0.5f); }
 
 }  // namespace

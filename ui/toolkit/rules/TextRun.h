@@ -20,6 +20,7 @@ struct FontRecord {
     bool strikeout = false;
     uint8_t quality = 0;
     std::wstring face{};
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 reads the generated comparison with 0
     auto operator<=>(const FontRecord&) const = default;
 };
 
