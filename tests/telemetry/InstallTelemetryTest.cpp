@@ -30,7 +30,7 @@ struct FakeSystem : SystemInfo {
     }
 };
 
-TEST(InstallTelemetry, HasDriveAndMediaAsFarAsTheSystemKnowsThem) {
+TEST(InstallTelemetry, HoldsDriveAndMediaThatTheSystemKnows) {
     using Change = std::function<void(FakeSystem&)>;
     const Change none = [](FakeSystem&) {};
     const Change noWmi = [](FakeSystem& system) { system.works = false; };
