@@ -110,6 +110,8 @@ TEST_F(InstallInfoTest, DeletesComponentsThatNameThePackage) {
         machine.setSubKeyValue(userData + L"Components\\c", L"B" + product.substr(1), L"C:\\shared");
         purgeInstallInfo(view, providerKey);
         EXPECT_THAT(subKeys(machine, userData + L"Components"), ElementsAre(L"b", L"d", L"f", L"g"));
+        purgeInstallInfo(view, providerKey);
+        EXPECT_THAT(subKeys(machine, userData + L"Components"), ElementsAre(L"b", L"f", L"g")) << "a later repair";
     }
 }
 
