@@ -1,4 +1,5 @@
 #include "fuzz/Target.h"
+#include "platform/rules/Numbers.h"
 #include "platform/rules/Utf8.h"
 #include "state/rules/FinalPath.h"
 

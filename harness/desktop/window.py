@@ -2,7 +2,6 @@
 import json
 import shutil
 import subprocess
-from collections.abc import Callable
 from dataclasses import dataclass, field
 from pathlib import Path
 
@@ -156,13 +155,6 @@ class Window:
         library = client.EXCHANGE + "\\names.dll"
         shutil.copyfile(PROGRAMS / "names.dll", self._machine.path(library))
         self._machine.set_value(NAMES_CLASS, "", library, view=32)
-
-    def hold_sender(self, message: int) -> Callable[[], None]:
-        """Keeps the sender of a message waiting after the window has handled it, until the result is called. To be
-        called before a start, after `use_names`."""
-        held = self._machine.path(f"{client.EXCHANGE}\\hold-{message}")
-        held.touch()
-        return held.unlink
 
     def click(self, control: int, to: str = "", picture: str = "", down: float = 0.5) -> View | None:
         """Clicks into a control that shows, by default in its middle, and waits for the page that it leads `to`."""

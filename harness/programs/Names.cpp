@@ -1,43 +1,10 @@
 // Replaces the system's accessibility service, of which Wine has no more than the class: a name that is published
 // for a window becomes that window's native text, which readers of the screen go by, and the watcher with them.
-//
-// While a file in the exchange folder is named after a message, its sender waits after the window has handled it. The
-// window runs on meanwhile: a scenario acts before the sender's next step, however short the time between is.
 #include <windows.h>
 
 #include <oleacc.h>
 
-#include <utility>
-
 namespace {
-
-bool isHeld(UINT message) {
-    wchar_t file[64];
-    wsprintfW(file, L"C:\\PalisadeTest\\hold-%u", message);
-    return GetFileAttributesW(file) != INVALID_FILE_ATTRIBUTES;
-}
-
-LRESULT CALLBACK holdSender(int code, WPARAM wparam, LPARAM lparam) {
-    const UINT handled = reinterpret_cast<const CWPRETSTRUCT*>(lparam)->message;
-    bool quits = false;
-    while (code == HC_ACTION && handled >= WM_APP && isHeld(handled)) {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            quits |= message.message == WM_QUIT;
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
-        }
-        Sleep(20);
-    }
-    if (quits) PostQuitMessage(0);
-    return CallNextHookEx(nullptr, code, wparam, lparam);
-}
-
-/// Once for each thread that has windows.
-void watchThread(DWORD thread) {
-    static DWORD watched = 0;
-    if (std::exchange(watched, thread) != thread) SetWindowsHookExW(WH_CALLWNDPROCRET, holdSender, nullptr, thread);
-}
 
 /// COM's part of an object that lives as long as the library.
 template <typename Interface>
@@ -60,7 +27,6 @@ class Names : public Lasting<IAccPropServices> {
   public:
     Names() : Lasting(IID_IAccPropServices) {}
     HRESULT STDMETHODCALLTYPE SetHwndPropStr(HWND window, DWORD, DWORD, MSAAPROPID property, LPCWSTR text) override {
-        watchThread(GetWindowThreadProcessId(window, nullptr));
         if (property != PROPID_ACC_NAME) return E_NOTIMPL;
         // Not by the window's own procedure, for which a text has another meaning.
         return DefWindowProcW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) ? S_OK : E_FAIL;

@@ -4,11 +4,11 @@
 #include <vector>
 
 #include "platform/rules/AsciiCase.h"
+#include "platform/rules/Numbers.h"
 
 namespace pdx {
 namespace {
 
-constexpr std::wstring_view exactStart = L"\\\\?\\";
 constexpr std::wstring_view systemStart = L"\\??\\";  // begins the full paths in links
 
 uint32_t readNumber(std::span<const std::byte> data, size_t offset, size_t size) {
@@ -45,7 +45,7 @@ class Walk {
     bool restart(std::wstring_view path) {
         names.clear();
         volume.clear();
-        for (const std::wstring_view start : {exactStart, systemStart}) {
+        for (const std::wstring_view start : {finalPathStart, systemStart}) {
             if (path.starts_with(start)) {
                 path.remove_prefix(start.size());
                 break;
@@ -102,12 +102,12 @@ class Walk {
 
     [[nodiscard]] std::wstring path() const {
         if (names.empty()) return {};
-        std::wstring joined(exactStart);
+        std::wstring joined(finalPathStart);
         joined += names.front();
         return below(joined);
     }
     [[nodiscard]] std::wstring path(const std::wstring& name) const {
-        return names.empty() ? std::wstring(exactStart) + name + L'\\' : path() + L'\\' + name;
+        return names.empty() ? std::wstring(finalPathStart) + name + L'\\' : path() + L'\\' + name;
     }
     /// The path that opens the place so far: a root ends with a separator.
     [[nodiscard]] std::wstring place() const { return names.size() == 1 ? path() + L'\\' : path(); }

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 std::string_view bytesOf(const ResourceData& data) { return {data.bytes, data.size}; }
 
-TEST(LoadResource, GivesNothingForWhatIsMissing) {
+TEST(LoadResource, ReturnsNothingForAMissingResource) {
     const CapturedLog log;
     for (const ResourceId& id : {ResourceId{L"PDX_CONFIG", L"no.cfg"}, {L"PDX_CERT", uint16_t{110}}, {L"", L""}}) {
         EXPECT_EQ(loadResource(id).size, 0u) << toUtf8(id.type);
@@ -22,7 +22,7 @@ TEST(LoadResource, GivesNothingForWhatIsMissing) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST(LoadResource, CarriesItsConfigurationWithTheLineEndsOfWindows) {
+TEST(LoadResource, TheConfigurationHasTheLineEndsOfWindows) {
     for (const wchar_t* name : {L"installer.cfg", L"production.cfg", L"integration.cfg"}) {
         const std::string_view text = bytesOf(loadResource({L"PDX_CONFIG", name}));
         ASSERT_FALSE(text.empty()) << toUtf8(name);
@@ -38,7 +38,7 @@ TEST(EmbeddedManifest, AsksForNoElevation) {
                 testing::HasSubstr("<requestedExecutionLevel level=\"asInvoker\" uiAccess=\"false\"/>"));
 }
 
-TEST(EmbeddedCertificate, IsARootThatThisMachineDoesNotTrust) {
+TEST(EmbeddedCertificate, IsARootThatTheMachineDoesNotTrust) {
     const CertificateContext certificate = loadCertificateResource(embeddedCertificateId);
     ASSERT_TRUE(certificate);
     EXPECT_EQ(CertVerifyTimeValidity(nullptr, certificate.get()->pCertInfo), 0);

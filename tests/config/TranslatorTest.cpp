@@ -11,7 +11,7 @@
 namespace pdx {
 namespace {
 
-TEST(StringFile, ReadsTheStringsBelowTheirElementAlone) {
+TEST(StringFile, ReadsOnlyTheChildrenOfItsElement) {
     const std::pair<const char*, StringTable> rows[] = {
         {"<other/>", {}},
         {R"(<locStrings><locString Key="Same">first</locString><locString Key="SAME">last</locString></locStrings>)",
@@ -29,7 +29,7 @@ TEST(StringFile, ReadsTheStringsBelowTheirElementAlone) {
     for (const auto& [xml, strings] : rows) EXPECT_EQ(readStringFile(xml), strings) << xml;
 }
 
-TEST(StringFile, GivesNothingForWhatIsNoXmlOrOnAThreadWithoutCom) {
+TEST(StringFile, ReturnsNothingForBadXmlOrWithoutCom) {
     for (const std::string_view xml : {std::string_view(), std::string_view("<locStrings>\0</locStrings>", 26)})
         EXPECT_FALSE(readStringFile(xml)) << xml;
     std::thread([] { EXPECT_FALSE(readStringFile("<locStrings/>")); }).join();
@@ -42,7 +42,7 @@ TEST(Translator, FindsAKeyInAnyCase) {
         EXPECT_EQ(translator.translate(key), L"Something went wrong\u2026");
 }
 
-TEST(Translator, ShowsAnUnknownKeyAsItWasGiven) {
+TEST(Translator, ReturnsAnUnknownKeyUnchanged) {
     const Translator translator;
     EXPECT_EQ(translator.translate(L"No_Such_KEY"), L"No_Such_KEY");
     // The bundle has variables for these two names; they keep what the bundle's author wrote.
@@ -52,7 +52,7 @@ TEST(Translator, ShowsAnUnknownKeyAsItWasGiven) {
     EXPECT_EQ(text, L"untouched");
 }
 
-TEST(Translator, LaysALaterLanguageOverTheEarlier) {
+TEST(Translator, ALaterLanguageReplacesTheEarlier) {
     Translator translator;
     ASSERT_TRUE(translator.Load(L"de"));
     ASSERT_TRUE(translator.Load(L"fr"));

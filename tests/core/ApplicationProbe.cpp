@@ -13,7 +13,7 @@ namespace {
 
 std::string statusText(HRESULT hr) { return fmt::format("{:08x}", static_cast<uint32_t>(hr)); }
 
-/// Shows nothing: each step goes to the script.
+/// Shows nothing: each step is passed to the script.
 class ScriptedUi : public RunUi {
   public:
     ScriptedUi(RunControls& controls, UiScript& uiScript) : run(controls), script(uiScript) {}
@@ -22,7 +22,7 @@ class ScriptedUi : public RunUi {
     void close() override { opened = false; }
     void hideWindow() override { script.leftTheScreen = true; }
     HWND window() const override { return nullptr; }
-    void settle() override {}
+    void settle() override { script.onSettle(run); }
 
     void showUpdateCheck() override { show("showUpdateCheck"); }
     void detectComplete(HRESULT status) override { show("detectComplete", statusText(status), status); }

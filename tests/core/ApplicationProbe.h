@@ -1,4 +1,4 @@
-// An application object in a test's hands: with its state readable, a small engine, and a scripted user interface.
+// An application object under test: its state readable, with a small engine and a scripted user interface.
 #pragma once
 
 #include <atomic>
@@ -28,7 +28,7 @@ class UiScript {
     };
     using Answer = std::function<int(RunControls& run, const Step& step)>;
 
-    /// Drives the engine onward as the dialog does where nobody is asked: Plan, Apply, Quit.
+    /// Plans, applies and quits as the dialog does without a question.
     static int driveOn(RunControls& run, const Step& step);
 
     /// Any thread.
@@ -38,6 +38,8 @@ class UiScript {
     [[nodiscard]] std::vector<ErrorInfo> errors() const;
 
     Answer answer = [](auto&, const auto&) { return 0; };
+    /// Called where the run waits for the answer to a question of the user interface's own.
+    std::function<void(RunControls& run)> onSettle = [](auto&) {};
     std::atomic<bool> leftTheScreen = false;
 
   private:
@@ -60,7 +62,7 @@ class RecordingTelemetry : public TelemetryManager {
     /// In order: events as "tally download {...}", with times, identifiers and the machine's own values under names
     /// such as <time>, and the other calls by their word.
     [[nodiscard]] std::vector<std::string> notes() const;
-    /// As they stand, those of the last event of that name.
+    /// Unchanged, those of the last event of that name.
     [[nodiscard]] nlohmann::json attributes(const std::string& name) const;
 
   private:
@@ -79,12 +81,12 @@ struct FakeWorld {
     /// What the update service names, and the versions with which it was asked.
     std::optional<std::wstring> newer;
     std::vector<std::string> updatesAsked;
-    /// Whether this process runs elevated, and what comes of locking the files of an elevated one.
+    /// Whether this process runs elevated, and the result of locking the files of an elevated one.
     bool elevated = true;
     std::wstring libraryFolder = L"C:\\T\\{1}\\.ba";
     std::function<bool(std::vector<FileHandle>& files, const std::wstring& folder, const std::wstring& executable)>
         lock = [](auto&...) { return true; };
-    /// What the system makes of an elevated copy that is to be started.
+    /// The process of an elevated copy that is to be started.
     std::function<Handle(const ProgramStart& copy)> start = [](auto&) { return Handle(); };
     /// The report of a failed run, by its files.
     std::function<std::string(const ReportFiles& files)> report = [](auto&) { return std::string(); };
@@ -119,19 +121,19 @@ class ProbedRun {
     /// What has been reported so far, the making of the application included.
     std::vector<std::string> reported();
     nlohmann::json attributes(const std::string& name) { return app(), telemetry->attributes(name); }
-    /// The application's last reference goes.
+    /// Releases the application's last reference.
     void release();
     /// Runs from OnStartup to OnShutdown.
     RunOutcome run(EngineScript script = {}, CallbackHook hook = {});
 
-    /// The seconds that were waited for retries, none of them in earnest.
+    /// The seconds of the waits before retries, by the test's clock.
     [[nodiscard]] double waitedSeconds() const { return static_cast<double>(world.clock.count()) / 1000; }
 
     SmallEngine engine;
     BOOTSTRAPPER_COMMAND command = {};
     FakeWorld world;
     UiScript ui;
-    /// What makes the user interface: of the script unless another is put in its place.
+    /// Makes the user interface: the scripted one unless a test sets another.
     UiFactory makeUi;
 
   private:

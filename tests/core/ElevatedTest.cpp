@@ -69,7 +69,7 @@ bool lockFile(std::vector<FileHandle>& files, const std::wstring& path) {
 struct CopyCase {
     const char* name;
     const wchar_t* mode;
-    /// What the system returns for the copy: nothing if the user refuses, an ended process.
+    /// The process of the copy; none if the user refuses.
     std::function<Handle()> outcome;
     const wchar_t* parameters;
 };
@@ -134,7 +134,7 @@ TEST(Elevated, StartsACopyAndEndsWhateverTheCopyDoes) {
     }
 }
 
-TEST(Elevated, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
+TEST(Elevated, StartsNothingIfLockingFailsOrAfterACancel) {
     for (const bool cancelled : {false, true}) {
         ProbedRun probed;
         probed.engine.variables.set(L"PDX_REPAIR", L"1");
@@ -155,7 +155,7 @@ TEST(Elevated, StartsNothingBesideFilesThatCannotBeLockedNorAfterACancel) {
     }
 }
 
-TEST(Elevated, HoldsTheFilesOutOfSightUntilTheCopyHasStartedOrTheSessionEnds) {
+TEST(Elevated, LocksTheFilesUntilTheCopyHasStartedOrTheSessionEnds) {
     const TestFolder folder;
     const std::wstring path = folder.addFile(L"locked.exe");
     for (const bool sessionEnds : {false, true}) {
@@ -217,23 +217,6 @@ TEST(Elevated, LocksTheEnginesFilesBeforeItsCopyStarts) {
         EXPECT_EQ(errorsShown(probed).size(), row.lockable || row.elevated ? 0u : 1u);
         probed.callbacks().OnShutdown();
     }
-}
-
-TEST(Elevated, KeepsTheFilesLockedForItsWholeLife) {
-    const TestFolder folder;
-    const std::wstring path = folder.addFile(L"a file");
-    ProbedRun probed;
-    probed.world.elevated = false;
-    probed.world.lock = [&path](auto& files, auto&...) {
-        files.push_back(holdFile(path, GENERIC_READ, FILE_SHARE_READ));
-        return false;
-    };
-    probed.callbacks().OnStartup();
-    probed.callbacks().OnElevate();
-    probed.callbacks().OnShutdown();
-    EXPECT_FALSE(DeleteFileW(path.c_str()));
-    probed.release();
-    EXPECT_TRUE(DeleteFileW(path.c_str()));
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ class FolderRemovalTest : public testing::Test {
     CapturedLog log;
 };
 
-TEST_F(FolderRemovalTest, DeletesATreeWithAllThatIsInIt) {
+TEST_F(FolderRemovalTest, DeletesAWholeTree) {
     for (const wchar_t* separator : {L"", L"\\", L"/"}) {
         folder.addFile(L"tree\\a.txt");
         folder.addFile(L"tree\\ü\\.hidden");
@@ -41,21 +41,19 @@ TEST_F(FolderRemovalTest, DeletesATreeWithAllThatIsInIt) {
         EXPECT_TRUE(remove(folder.path(L"tree") + separator));
         EXPECT_FALSE(fileExists(folder.path(L"tree")));
     }
-    EXPECT_TRUE(remove(folder.path(L"missing\\deeper"))) << "what is not there is deleted";
+    EXPECT_TRUE(remove(folder.path(L"missing\\deeper"))) << "a missing one counts as deleted";
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
 TEST_F(FolderRemovalTest, TheEmptyPathIsNotTheCurrentFolder) {
-    wchar_t before[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, before);
+    const CurrentFolder before;
     const std::wstring kept = folder.addFile(L"kept");
     ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
     EXPECT_TRUE(remove(L""));
-    SetCurrentDirectoryW(before);
     EXPECT_TRUE(fileExists(kept));
 }
 
-TEST_F(FolderRemovalTest, EmptiesWhatALinkLeadsToAndKeepsTheLink) {
+TEST_F(FolderRemovalTest, EmptiesTheTargetOfALinkAndKeepsTheLink) {
     folder.addFile(L"target\\sub\\a.txt");
     const Link link(folder.path(), L"link", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
     ASSERT_TRUE(link);
@@ -67,7 +65,7 @@ TEST_F(FolderRemovalTest, EmptiesWhatALinkLeadsToAndKeepsTheLink) {
     EXPECT_TRUE(std::filesystem::is_empty(folder.path(L"target")));
 }
 
-TEST_F(FolderRemovalTest, ReachesByALinkAboveTheFolderThatLiesThere) {
+TEST_F(FolderRemovalTest, FollowsLinksAboveTheFolder) {
     folder.addFile(L"target\\deep\\client\\a.txt");
     const Link outer(folder.path(), L"outer", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
     const Link inner(folder.path(L"target"), L"inner", folder.path(L"target\\deep"), SYMBOLIC_LINK_FLAG_DIRECTORY);
@@ -89,7 +87,7 @@ TEST_F(FolderRemovalTest, DeletesNoFolderThatIsNotTrusted) {
     EXPECT_THAT(log.take(), ElementsAre(stays("directory", folder.path(L"tree"), "0000112b")));
 }
 
-TEST_F(FolderRemovalTest, GivesUpOnWhatGrowsOrIsHeldForEver) {
+TEST_F(FolderRemovalTest, StopsAtEachBound) {
     for (const wchar_t* name : {L"tree\\a", L"tree\\b", L"tree\\c", L"tree\\d"}) folder.addFile(name);
     const FoundFolder found = findFolder(folder.path(L"tree"));
     EXPECT_FALSE(deleteDirectoryTree(found, 1, 0, {.entries = 3}));
@@ -100,7 +98,7 @@ TEST_F(FolderRemovalTest, GivesUpOnWhatGrowsOrIsHeldForEver) {
                                 0, nullptr));
     ASSERT_TRUE(held);
     const Handle ended(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    // Lets go only if the removal would wait for it.
+    // Closes the file only if the removal waits for it.
     std::thread holder([&] {
         WaitForSingleObject(ended.get(), 5'000);
         held.reset();
@@ -111,7 +109,7 @@ TEST_F(FolderRemovalTest, GivesUpOnWhatGrowsOrIsHeldForEver) {
     EXPECT_THAT(log.take(), ElementsAre(stays("file", folder.path(L"tree\\d"), "00000020")));
 }
 
-TEST_F(FolderRemovalTest, LeavesAloneWhatALinkInsideLeadsTo) {
+TEST_F(FolderRemovalTest, KeepsTheTargetOfALinkInside) {
     const std::wstring kept = folder.addFile(L"target\\kept");
     std::filesystem::create_directories(folder.path(L"tree"));
     const Link link(folder.path(L"tree"), L"link", folder.path(L"target"), SYMBOLIC_LINK_FLAG_DIRECTORY);
@@ -150,7 +148,7 @@ TEST_F(FolderRemovalTest, TrustsAFolderByItsShortName) {
     EXPECT_EQ(found.path, L"\\\\?\\" + folder.path(L"A long folder name"));
 }
 
-TEST_F(FolderRemovalTest, StopsAtWhatStays) {
+TEST_F(FolderRemovalTest, StopsAtAnEntryThatCannotBeDeleted) {
     folder.addFile(L"tree\\sub\\file.txt");
     for (const auto& [kind, name] : {std::pair("file", L"tree\\sub\\file.txt"), {"directory", L"tree\\sub"}}) {
         const std::wstring stuck = folder.path(name);
@@ -160,7 +158,7 @@ TEST_F(FolderRemovalTest, StopsAtWhatStays) {
         EXPECT_FALSE(remove(folder.path(L"tree"), 2));
         EXPECT_THAT(log.take(), ElementsAre(stays(kind, stuck, "00000020")));
     }
-    EXPECT_FALSE(fileExists(folder.path(L"tree\\sub\\file.txt"))) << "what went before stays deleted";
+    EXPECT_FALSE(fileExists(folder.path(L"tree\\sub\\file.txt"))) << "deleted before";
 }
 
 }  // namespace

@@ -60,7 +60,7 @@ TEST_F(HttpClientTest, SendsPathAndQueryOverTlsWhateverTheScheme) {
     }
 }
 
-TEST_F(HttpClientTest, UsesItsConnectionAgain) {
+TEST_F(HttpClientTest, ReusesItsConnection) {
     HttpClient client(parseUrl(testHost() + "/http/reuse"));
     ASSERT_EQ(client.get(), 0);
     const json first = seen(client);
@@ -89,7 +89,7 @@ TEST_F(HttpClientTest, ReadsBodiesOfEveryShape) {
     }
 }
 
-TEST_F(HttpClientTest, ReadsNoMoreThanIsWanted) {
+TEST_F(HttpClientTest, RefusesABodyAboveTheLimit) {
     for (const char* query : {"size=2000", "size=2000&piece=1&chunked=1"}) {
         HttpClient client(parseUrl(testHost() + "/http/most?" + query));
         ASSERT_EQ(client.get(), 0) << query;
@@ -100,7 +100,7 @@ TEST_F(HttpClientTest, ReadsNoMoreThanIsWanted) {
     }
 }
 
-TEST_F(HttpClientTest, ConnectsAnewAfterAFailedRead) {
+TEST_F(HttpClientTest, ReconnectsAfterAFailedRead) {
     // Long enough for the reset to arrive while it is read.
     HttpClient client(parseUrl(testHost() + "/http/cut?size=20000000&cut=reset+half-way"));
     ASSERT_EQ(client.get(), 0);
@@ -114,7 +114,7 @@ TEST_F(HttpClientTest, ConnectsAnewAfterAFailedRead) {
     EXPECT_NE(requests[0]["connection"], requests[1]["connection"]);
 }
 
-TEST_F(HttpClientTest, GivesTheErrorOfARequestThatFails) {
+TEST_F(HttpClientTest, ReturnsTheErrorOfAFailedRequest) {
     // A reset is seen by whatever meets it first, on a busy machine by the reading of a head, which takes it for none.
     const std::pair<std::string, testing::Matcher<int32_t>> cases[] = {
         {testHost() + ":444/http/refused", ERROR_INTERNET_CANNOT_CONNECT},

@@ -1,4 +1,4 @@
-// What the system is, what it says of errors, and digests.
+// The system and its texts for errors, and digests.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -11,7 +11,7 @@
 namespace pdx {
 namespace {
 
-TEST(OsIdentity, NamesTheSystemByWhatItIs) {
+TEST(OsIdentity, NamesWineAndTheSystemItReports) {
     const CapturedLog log;
     // Wine 8.0 gives two numbers and not three.
     EXPECT_EQ(getOsVersion(), "Wine Unknown");
@@ -23,7 +23,7 @@ TEST(OsIdentity, NamesTheSystemByWhatItIs) {
     EXPECT_EQ(windowsName(*kernel), osInfoValue::windows10);
 }
 
-TEST(DescribeError, GivesTheSystemsTextOrTheNumber) {
+TEST(DescribeError, ReturnsTheSystemsTextOrTheNumber) {
     // A code of the library's own is not in the system's table.
     EXPECT_EQ(describeError(static_cast<HRESULT>(0xA7FF047E)), "a7ff047e");
     EXPECT_EQ(describeError(static_cast<HRESULT>(0x80070005)), "Access denied.");
@@ -31,7 +31,7 @@ TEST(DescribeError, GivesTheSystemsTextOrTheNumber) {
         << "inserts stay as they are";
 }
 
-TEST(HashString, IsThatOfAllBytesByTheAlgorithm) {
+TEST(HashString, HashesAllBytes) {
     const std::tuple<const wchar_t*, std::string_view, const char*> cases[] = {
         {L"SHA1", {"a\0b", 3}, "4a3dec2d1f8245280855c42db0ee4239f917fdb8"},
         {L"SHA1", {}, "da39a3ee5e6b4b0d3255bfef95601890afd80709"},

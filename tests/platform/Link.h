@@ -17,7 +17,7 @@ struct ChangeNotificationTraits {
     static void close(Value value) noexcept { FindCloseChangeNotification(value); }
 };
 
-/// A link, which goes with its object. Wine can make and remove none of Windows' own, but takes a link of the system
+/// A link, removed with its object. Wine can make and remove none of Windows' own, but takes a link of the system
 /// below it for one.
 class Link {
   public:

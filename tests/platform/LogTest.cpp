@@ -22,7 +22,7 @@ class LogTest : public testing::Test {
     SmallEngine engine;
 };
 
-TEST_F(LogTest, GivesEachLevelToTheEngineAndDropsWhatIsAboveTheHighest) {
+TEST_F(LogTest, SendsEachLevelToTheEngineAndDropsHigherOnes) {
     for (const int32_t level : {0, 1, 2, 3, 4, 5, 6, 99999, -1, INT32_MIN}) logMessage(level, "f", 7, "m");
     const std::pair<int32_t, const wchar_t*> expected[] = {{4, L"ERROR"}, {1, L"WARN "}, {1, L"INFO "}, {3, L"DEBUG"},
                                                            {2, L"TRACE"}, {2, L"TRACE"}, {2, L"TRACE"}};
@@ -41,7 +41,7 @@ TEST_F(LogTest, FormatsNarrowAndWideTextAndFillsInTheLine) {
               head(L"INFO ") + L"Klasse::größe:" + std::to_wstring(line) + L") ä€|ö\U0001F600|a7ff0bc9|-5%");
 }
 
-TEST_F(LogTest, CutsALongMessageAndWritesWhatIsNoText) {
+TEST_F(LogTest, CutsALongMessageAndReplacesBadText) {
     logMessage(logTrace, "f", 1, std::string(5000, 'a').c_str());
     EXPECT_EQ(engine.log().back().text, head(L"TRACE") + L"f:1) " + std::wstring(4095, L'a'));
     const std::wstring loneSurrogate = {L'a', wchar_t{0xD800}, L'b'};

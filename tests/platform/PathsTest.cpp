@@ -35,7 +35,7 @@ Outcome tryOut(Function function, const std::wstring& path, size_t size, More...
     return {result, buffer.data()};
 }
 
-TEST(PathFunctions, TheirStandInsDoTheSame) {
+TEST(PathFunctions, TheStandInsReturnWhatTheSystemReturns) {
     const PathFunctions standIn = bindPathFunctions(nullptr);
     const PathFunctions& system = pathFunctions();
     ASSERT_NE(standIn.append, system.append) << "this system has them";
@@ -50,7 +50,7 @@ TEST(PathFunctions, TheirStandInsDoTheSame) {
     }
 }
 
-TEST(PathFunctions, TheirStandInsKeepToTheSize) {
+TEST(PathFunctions, TheStandInsKeepWithinTheBuffer) {
     const PathFunctions standIn = bindPathFunctions(nullptr);
     const std::wstring path = L"C:\\" + std::wstring(196, L'a');
     const std::wstring fits(59, L'b');

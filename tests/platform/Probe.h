@@ -1,4 +1,4 @@
-// Starting the program under harness/programs/Probe.cpp, which says there what it can do.
+// Starting the program of harness/programs/Probe.cpp, which documents its arguments.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -18,7 +18,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(WaitForAll, WaitsForEachGroupAndRefusesWhatCannotBeWaitedFor) {
+TEST(WaitForAll, WaitsForEachGroupAndRefusesABadHandle) {
     std::vector<HANDLE> handles(2 * MAXIMUM_WAIT_OBJECTS, nullptr);
     std::vector<Handle> owners;
     for (HANDLE& handle : handles) handle = owners.emplace_back(CreateEventW(nullptr, TRUE, TRUE, nullptr)).get();
@@ -27,7 +27,7 @@ TEST(WaitForAll, WaitsForEachGroupAndRefusesWhatCannotBeWaitedFor) {
     EXPECT_FALSE(waitForAll(handles)) << "the last is a group of its own";
 }
 
-TEST(TerminateProcesses, EndsWhatBearsANameInAnyCase) {
+TEST(TerminateProcesses, EndsProcessesByNameInAnyCase) {
     const TestFolder folder;
     const Handle wanted = startProbe(L"wait", copyProbe(folder, L"PalisadeMany.exe"));
     const Handle spared = startProbe(L"wait", copyProbe(folder, L"PalisadeManyMore.exe"));
@@ -76,7 +76,7 @@ TEST_F(LaunchClientTest, StartsNothingWithoutARecordedProgram) {
     EXPECT_THAT(log.takeTexts(), ElementsAre("0 RegistryKey::openSubKey Failed to open subkey " + toUtf8(productKey)));
     machine.setSubKeyValue(productKey, L"InstallLocation", folder.path());
     EXPECT_FALSE(launchClient(L""));
-    // What the 32-bit view says does not count.
+    // The 32-bit view does not count.
     RegistryKey::localMachine(view32).setSubKeyValue(productKey, L"LauncherAppPath", probePath());
     EXPECT_FALSE(launchClient(L"wait"));
 }

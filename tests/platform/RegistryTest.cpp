@@ -46,7 +46,7 @@ TEST_P(RegistryTest, ReadsWhatItWrote) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_P(RegistryTest, GivesTheDefaultForAValueThatIsTooBig) {
+TEST_P(RegistryTest, ReturnsTheDefaultForATooLargeValue) {
     for (const size_t characters : {2047u, 100000u}) {
         ASSERT_TRUE(key.setValue(L"name", std::wstring(characters, L'x')));
         EXPECT_EQ(key.getValue(L"name", 7u), RegistryValue(7u)) << characters;
@@ -65,7 +65,7 @@ TEST_P(RegistryTest, ReadsATextUpToItsFirstZero) {
     EXPECT_EQ(key.getValue(L"full"), RegistryValue(full));
 }
 
-TEST_P(RegistryTest, NamesATypeThatItDoesNotReadOrWrite) {
+TEST_P(RegistryTest, LogsAnUnsupportedType) {
     for (const DWORD type :
          std::initializer_list<DWORD>{REG_NONE, REG_EXPAND_SZ, REG_BINARY, REG_MULTI_SZ, REG_QWORD}) {
         store(L"name", type, L"a\0b\0", 8);
@@ -85,18 +85,18 @@ TEST_P(RegistryTest, DeletesInItsOwnViewAlsoBelowARoot) {
     EXPECT_FALSE(key.isEmpty());
     EXPECT_FALSE(root.deleteTree(L"")) << "that would empty the root itself";
     EXPECT_TRUE(root.deleteTree(testKey + std::wstring(L"\\a")));
-    EXPECT_TRUE(root.deleteTree(testKey + std::wstring(L"\\a"))) << "what is not there is gone";
+    EXPECT_TRUE(root.deleteTree(testKey + std::wstring(L"\\a"))) << "a missing one counts as deleted";
     EXPECT_TRUE(key.isEmpty());
     EXPECT_TRUE(other.openSubKey(testKey, false).openSubKey(L"a\\b", false)) << "the other view's stays";
     key.setValue(L"name", 1u);
     EXPECT_FALSE(key.isEmpty());
     EXPECT_TRUE(key.deleteValue(L"name"));
-    EXPECT_TRUE(key.deleteValue(L"name")) << "what is not there is gone";
+    EXPECT_TRUE(key.deleteValue(L"name")) << "a missing one counts as deleted";
     EXPECT_TRUE(key.isEmpty());
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_P(RegistryTest, AFailedOpenGivesAKeyThatFailsQuietly) {
+TEST_P(RegistryTest, AFailedOpenReturnsAKeyThatFailsWithoutALogLine) {
     RegistryKey missing = key.openSubKey(L"mis\\sing", true);
     EXPECT_FALSE(missing);
     EXPECT_THAT(log.takeTexts(), ElementsAre("0 RegistryKey::openSubKey Failed to open subkey mis\\sing"));

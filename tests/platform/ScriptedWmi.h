@@ -1,4 +1,4 @@
-// A management service that answers as a test says, in the place of the system's.
+// A management service with a test's answers, in place of the system's.
 #pragma once
 
 #include <map>

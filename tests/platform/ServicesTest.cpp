@@ -31,7 +31,7 @@ Handle makeEvent(const wchar_t* ending) {
     return Handle(CreateEventW(nullptr, TRUE, FALSE, (std::wstring(L"Global\\") + serviceName + ending).c_str()));
 }
 
-/// The service of one test; gone with it, whatever state it is in.
+/// The service of one test, removed with it in any state.
 class ServicesTest : public testing::Test {
   protected:
     ServicesTest() : manager(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)) { EXPECT_TRUE(manager); }
@@ -83,7 +83,7 @@ class ServicesTest : public testing::Test {
     CapturedLog log;
 };
 
-TEST_F(ServicesTest, AServiceThatDoesNotExistIsStoppedAndDeleted) {
+TEST_F(ServicesTest, AMissingServiceCountsAsStoppedAndDeleted) {
     EXPECT_TRUE(stopService(serviceName, 2000));
     EXPECT_TRUE(deleteService(serviceName, 2000));
     EXPECT_THAT(log.takeTexts(), ElementsAre(stopping, deleting));

@@ -16,7 +16,7 @@ constexpr const wchar_t* cimv2 = L"ROOT\\CIMV2";
 constexpr const wchar_t* storage = L"Root\\Microsoft\\Windows\\Storage";
 constexpr const wchar_t* wmi = L"Root\\wmi";
 
-TEST(SystemInfoProvider, ConnectsUntilTheFirstGap) {
+TEST(SystemInfoProvider, StopsConnectingAtTheFirstFailure) {
     using Spaces = std::map<std::wstring, WmiConnection>;
     using enum WmiConnection::Step;
     const WmiConnection good = answering(), lacking{nullptr, createLocator, E_FAIL},
@@ -41,7 +41,7 @@ TEST(SystemInfoProvider, ConnectsUntilTheFirstGap) {
     }
 }
 
-TEST(SystemInfoProvider, ReadsAndLogsWhatTheServiceAnswers) {
+TEST(SystemInfoProvider, ReadsAndLogsWhatTheServiceReturns) {
     const ScriptedAnswers general = {
         {L"SELECT DeviceId, volumeName FROM Win32_LogicalDisk",
          {{{L"DeviceID", wmiText(L"C:")}, {L"VolumeName", wmiText(L"Größe")}},

@@ -44,6 +44,18 @@ class TestFolder {
     std::filesystem::path folder;
 };
 
+/// Restores the current folder of the process.
+class CurrentFolder {
+  public:
+    CurrentFolder() { GetCurrentDirectoryW(MAX_PATH, before); }
+    ~CurrentFolder() { SetCurrentDirectoryW(before); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+  private:
+    wchar_t before[MAX_PATH];
+};
+
 /// Keys of HKEY_LOCAL_MACHINE that are in neither view when a test begins, nor when it ends.
 class TestKeys {
   public:

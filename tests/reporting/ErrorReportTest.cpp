@@ -5,7 +5,7 @@
 namespace pdx {
 namespace {
 
-TEST(ReadUploadPlace, GivesNothingUnlessTheAnswerNamesBoth) {
+TEST(ReadUploadPlace, ReturnsNothingUnlessTheReplyNamesBoth) {
     const std::string put = "<puts><put><signedUrl>https://a.example/b?c=1&amp;d</signedUrl></put></puts>";
     const std::pair<std::string, bool> rows[] = {
         {"<reportResponse><trackingId>er-1 &amp;</trackingId>" + put + "</reportResponse>", true},

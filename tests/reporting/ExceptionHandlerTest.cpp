@@ -77,7 +77,7 @@ class ExceptionHandlerTest : public testing::Test {
     LPTOP_LEVEL_EXCEPTION_FILTER outer;
 };
 
-TEST_F(ExceptionHandlerTest, ReportsTheFirstFatalExceptionAndHandsAllOn) {
+TEST_F(ExceptionHandlerTest, ReportsTheFirstFatalExceptionAndPassesEachToTheEarlierFilter) {
     ExceptionHandler handler(box());
     result = EXCEPTION_CONTINUE_EXECUTION;
     EXPECT_EQ(raise(handler, EXCEPTION_BREAKPOINT), EXCEPTION_CONTINUE_EXECUTION);
@@ -89,7 +89,7 @@ TEST_F(ExceptionHandlerTest, ReportsTheFirstFatalExceptionAndHandsAllOn) {
     EXPECT_THAT(telemetry->notes(), ElementsAre(StartsWith("urgent brisk erro.crit.cras ")));
 }
 
-TEST_F(ExceptionHandlerTest, DoesWithoutWhateverIsMissing) {
+TEST_F(ExceptionHandlerTest, WorksWithoutStringsTelemetryAndEarlierFilter) {
     g_translator.clear();
     ExceptionHandler withoutWords(box());
     raise(withoutWords, accessFault);
@@ -109,7 +109,7 @@ TEST_F(ExceptionHandlerTest, DoesWithoutWhateverIsMissing) {
 LPTOP_LEVEL_EXCEPTION_FILTER wayToFilter = nullptr;
 LONG CALLBACK goToFilter(EXCEPTION_POINTERS* pointers) { return wayToFilter(pointers), EXCEPTION_CONTINUE_EXECUTION; }
 
-TEST_F(ExceptionHandlerTest, HandsAFaultOfTheFlowItselfOn) {
+TEST_F(ExceptionHandlerTest, PassesAFaultOfTheCrashFlowToTheEarlierFilter) {
     const auto fault = [](DWORD code) { RaiseException(code, 0, 0, nullptr); };
     g_exceptionHandler.set(std::make_shared<ExceptionHandler>(box([&] { fault(EXCEPTION_ILLEGAL_INSTRUCTION); })));
     wayToFilter = current();
@@ -120,7 +120,7 @@ TEST_F(ExceptionHandlerTest, HandsAFaultOfTheFlowItselfOn) {
     EXPECT_THAT(steps, ElementsAre("box", "c000001d", "box closes", "c0000005"));
 }
 
-TEST_F(ExceptionHandlerTest, LetsOtherThreadsWaitUntilTheBoxHasClosed) {
+TEST_F(ExceptionHandlerTest, BlocksOtherThreadsUntilTheBoxHasClosed) {
     Thread other;
     bool ended = true;
     ExceptionHandler* itself = nullptr;
@@ -136,7 +136,7 @@ TEST_F(ExceptionHandlerTest, LetsOtherThreadsWaitUntilTheBoxHasClosed) {
     EXPECT_EQ(telemetry->notes().size(), 1u);
 }
 
-TEST_F(ExceptionHandlerTest, IsTheFilterForALifeAndNeverItsOwnEarlierOne) {
+TEST_F(ExceptionHandlerTest, IsTheFilterDuringItsLifeAndNeverCallsItself) {
     LPTOP_LEVEL_EXCEPTION_FILTER filter = nullptr;
     record.ExceptionCode = EXCEPTION_BREAKPOINT;
     result = EXCEPTION_EXECUTE_HANDLER;
@@ -158,7 +158,7 @@ TEST_F(ExceptionHandlerTest, IsTheFilterForALifeAndNeverItsOwnEarlierOne) {
     EXPECT_EQ(filter(&pointers), EXCEPTION_CONTINUE_SEARCH);
 }
 
-TEST_F(ExceptionHandlerTest, HasLoadedWhatWalksStacksBeforeACrash) {
+TEST_F(ExceptionHandlerTest, LoadsTheStackWalkLibraryBeforeACrash) {
     // Earlier tests have it, each use with a reference of its own.
     while (const HMODULE loaded = GetModuleHandleW(L"dbghelp.dll")) FreeLibrary(loaded);
     { const ExceptionHandlerLife life; }
@@ -178,7 +178,7 @@ LRESULT CALLBACK lookAtBox(int code, WPARAM window, LPARAM facts) {
     return CallNextHookEx(nullptr, code, window, facts);
 }
 
-TEST_F(ExceptionHandlerTest, ShowsAnErrorsIcon) {
+TEST_F(ExceptionHandlerTest, ShowsTheErrorIcon) {
     const HHOOK hook = SetWindowsHookExW(WH_CBT, lookAtBox, nullptr, GetCurrentThreadId());
     ExceptionHandler::showCrashBox(L"text", L"caption");
     UnhookWindowsHookEx(hook);
@@ -231,7 +231,7 @@ TEST_F(ExceptionHandlerTest, SignsAStackByTheModulesOfItsFrames) {
     EXPECT_EQ(stack.names.back(), "ntdll.dll") << "where threads begin";
 }
 
-TEST_F(ExceptionHandlerTest, SignsTheNameOfAModuleInTheSystemsCodePage) {
+TEST_F(ExceptionHandlerTest, HashesAModulesNameInTheSystemsCodePage) {
     const TestFolder folder;
     const std::wstring library = copyProbe(folder, L"gr\u00f6\u00dfe.dll");
     const auto module = reinterpret_cast<uintptr_t>(LoadLibraryW(library.c_str()));

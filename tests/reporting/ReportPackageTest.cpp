@@ -41,7 +41,7 @@ std::string section(const std::string& name, const std::string& bytes) {
     return sectionStart(name) + bytes + sectionEnd(name);
 }
 
-TEST(ReportPackage, TakesEachFileThatCanBeReadAndNothingElse) {
+TEST(ReportPackage, HoldsEachReadableFileAndNoOther) {
     const TestFolder folder;
     EXPECT_EQ(packed({}), "");
 

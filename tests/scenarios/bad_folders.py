@@ -18,7 +18,7 @@ def check_refused(scene, what: str, page: str, title: str, body: str) -> None:
     picture = what.replace(" ", "-")
     view = scene.window.wait_for_page("prompt", picture)
     names = tuple(view.names.get(control) for control in (TITLE, BODY, ACTION1))
-    scene.checks.equal(f"{what}: the prompt says why", names, (text(title), text(body), text("installer_ok")))
+    scene.checks.equal(f"{what}: the prompt gives the reason", names, (text(title), text(body), text("installer_ok")))
     scene.checks.that(f"{what}: it has a picture and one button",
                       PICTURE in view.controls and ACTION2 not in view.controls)
     scene.window.click(ACTION1, page, picture + "-after")

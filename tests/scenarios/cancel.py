@@ -1,4 +1,4 @@
-"""Closing before anything is installed: continuing brings the page back, cancelling ends the run and leaves nothing."""
+"""Closing before anything is installed: continuing shows the page again, cancelling ends the run and leaves nothing."""
 from harness.desktop.window import ACTION1, ACTION2, CLOSE, OPTIONS, PICTURE, TITLE
 
 
@@ -10,18 +10,13 @@ def check_continued(scene, page: str, how: str, close) -> None:
     scene.checks.equal(f"{how}: the prompt has a picture, a title, two buttons and the cross", set(prompt.controls),
                        {PICTURE, TITLE, ACTION1, ACTION2, CLOSE})
     again = scene.window.click(ACTION1, page, f"{page}-again")
-    scene.checks.equal(f"{how}: continuing brings the page back as it was", again.controls, before)
+    scene.checks.equal(f"{how}: continuing shows the page as it was", again.controls, before)
 
 
 def check_cancelled(scene, run, how: str) -> None:
     scene.checks.cancelled(run, f"after {how} the engine")
     scene.checks.that("nothing was planned", run.log.numbered("100") and not run.log.numbered("200"))
     scene.checks.gone()
-
-
-def press_again(scene) -> None:
-    scene.window.click(CLOSE, "prompt", "before-second-press")
-    scene.window.click(CLOSE)
 
 
 def play(scene):
@@ -31,8 +26,6 @@ def play(scene):
     check_continued(scene, "options", "by Escape", lambda: scene.window.press("Escape"))
     check_cancelled(scene, scene.runs.cancel(run), "a cancel")
 
-    for how, close in (("a second press", lambda: press_again(scene)),
-                       ("a double click", lambda: scene.window.click_twice(CLOSE))):
-        run = scene.runs.start(log=how.replace(" ", "-"), page="welcome")
-        close()
-        check_cancelled(scene, run.finish(60), how)
+    run = scene.runs.start(log="double-click", page="welcome")
+    scene.window.click_twice(CLOSE)
+    check_cancelled(scene, run.finish(60), "a double click")

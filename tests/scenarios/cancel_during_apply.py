@@ -19,11 +19,11 @@ def play(scene):
     scene.runs.wait_for_mark()
     scene.window.wait_for_page("progress")
 
-    # The engine waits in its callback meanwhile: the package goes on reporting its progress.
+    # The engine waits in its callback meanwhile: the package reports progress.
     scene.window.click(CLOSE, "prompt", "first-prompt")
     scene.window.click(ACTION1, "progress", "progress-again")
     scene.runs.wait_for_mark("files-are-there")
-    scene.checks.equal("continuing goes on installing", scene.runs.answer("before-files progress 20 50"), "done")
+    scene.checks.equal("then the package continues", scene.runs.answer("before-files progress 20 50"), "done")
 
     scene.runs.cancel(run, then=lambda: scene.runs.mark("cancelled"))
 

@@ -7,7 +7,7 @@ from harness.release.symbolize import trace
 from harness.scenario.crash import ACCESS_FAULT, UNCAUGHT_EXCEPTION, check_crash, watch
 from harness.scenario.telemetry import Sent
 
-ROWS = [  # the machine's locale, the language, what the event says of them
+ROWS = [  # the machine's locale, the language, what the event reports of them
     ("C.UTF-8", "EN", {}),
     ("de_DE.UTF-8", "DE", {"lang": "de", "cntry": "DE"}),
 ]

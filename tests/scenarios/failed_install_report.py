@@ -97,7 +97,7 @@ def check_facts(scene, held: dict[str, str], announced) -> None:
 def while_it_is_sent(scene, run) -> None:
     """The page's bar moves; a second attempt starts all the same, and the cross ends the page at once."""
     page = scene.window.wait_for_page("progress", "sending")
-    scene.checks.equal("the page says what goes on", page.names[TITLE], text("ERROR_DIALOG_CRASH_SEND-REPORT"))
+    scene.checks.equal("the page names the report", page.names[TITLE], text("ERROR_DIALOG_CRASH_SEND-REPORT"))
     scene.window.wait_for_movement(PROGRESS)
     scene.checks.that("its window answers", scene.window.answers())
 
@@ -134,5 +134,5 @@ def play(scene):
                        [f"Uploaded report with trackingId={TRACKING_ID}"])
     scene.checks.equal("the failure is reported with the report's id",
                        [event["param"].get("report_id") for event in sent.brisk("inst.inst.fail")], [TRACKING_ID])
-    scene.checks.equal("one report goes out", [len(services.requests(name)) for name in ("reports", "storage")], [1, 1])
+    scene.checks.equal("one report is sent", [len(services.requests(name)) for name in ("reports", "storage")], [1, 1])
     check_package(scene, run, logs, f"{stem}.log")

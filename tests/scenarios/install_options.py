@@ -1,4 +1,4 @@
-"""A person customises the setup by mouse, goes back, customises it again by keyboard, and installs there.
+"""A person customises the setup by mouse, returns to the first page, customises again by keyboard, and installs.
 
 The folder's name has brackets, which mean something in the engine's variables: uninstall and repair find it too."""
 from harness.desktop.window import ACTION1, ACTION2, BODY, BROWSE, CLOSE, LOCATION, OPTIONS, SHORTCUT

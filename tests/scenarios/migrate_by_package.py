@@ -1,4 +1,4 @@
-"""An install beside the older client: the package is told to remove it, and page and Tally report the removal."""
+"""An install beside the older client: the package gets the order to remove it; page and Tally report the removal."""
 from harness.desktop.strings import text
 from harness.desktop.window import TITLE
 from harness.scenario import client, older
@@ -32,7 +32,7 @@ def play(scene):
                            scene.window.wait_for_page("progress", mark).names.get(TITLE), text(title))
         scene.runs.mark(then)
     run.ends()
-    scene.checks.equal("the package is told to remove the older client", scene.runs.answer(REMOVE), "1")
+    scene.checks.equal("the package gets the order to remove the older client", scene.runs.answer(REMOVE), "1")
     scene.checks.files_there()
     older.check(scene, there=True, ClientPath=client.LAUNCHER, PrevClientPath=older.PROGRAM)
     completed = message("meridian_completed_uninstall", "impression", "blue")

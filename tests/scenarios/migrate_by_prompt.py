@@ -1,4 +1,4 @@
-"""An upgrade beside the client: the person accepts the removal of the older one, a second life does it."""
+"""An upgrade beside the client: the person accepts the removal of the older one; the library, loaded again, does it."""
 from harness.desktop.strings import text
 from harness.desktop.window import ACTION1, CLOSE, PROGRESS, TITLE
 from harness.scenario import client, older

@@ -49,6 +49,6 @@ def play(scene):
         scene.machine.prefix.run("reg", "delete", LOCATOR, "/f", f"/reg:{view}", check=True)
     run = scene.runs.install(log="no-wmi")
     unknown = check_record(scene, run, sent, "no WMI", "default", "", "Error initializing WMI")
-    scene.checks.that("no WMI: the log says what is missing",
+    scene.checks.that("no WMI: the log names what is missing",
                       run.log.has(f"^Failed to create WbemLocator in namespace: .*{NOT_REGISTERED}$"))
     scene.checks.that("no WMI: the machine has another hash", unknown != machine and len(unknown) == 40, unknown)

@@ -58,10 +58,11 @@ def clicks_and_logout(scene) -> None:
 
 
 def failing_package(scene) -> None:
-    """The package sends an error message that names the profile, then fails."""
+    """The package sends an error message that names the profile, then fails. The quiet run shows no window."""
     sent = Sent(scene)
-    scene.runs.script("before-files say error Cannot open C:\\users\\root\\Temp", "before-files fail 1603")
-    run = scene.runs.run("/quiet", log="failing", code=1)
+    scene.runs.pause("before-files say error Cannot open C:\\users\\root\\Temp", "before-files fail 1603")
+    run = scene.runs.run_unseen("a failing package", log="failing")
+    scene.checks.exit_code(run, 1)
     sent.check(Expected(run, brisk=[INSTALL_START, *script_failure("inst", "Cannot open C:\\users\\####\\Temp")],
                         tally=[TALLY_INSTALL[0], ("install", {"status": "error", "status_code": ERROR_SAID}),
                                tally_install("error", FAILED), tally_install("error", ERROR_SAID)]))

@@ -39,7 +39,7 @@ def play(scene):
         scene.checks.installed()
         scene.runs.uninstall(f"{log}-uninstall")
 
-    # A prompt comes while the menu is open, and is answered by mouse.
+    # A prompt opens while the menu is open, and is answered by mouse.
     scene.runs.pause("after-files fail 1603", when="after-files")
     run = scene.runs.start_install(log="failure")
     scene.runs.wait_for_mark()

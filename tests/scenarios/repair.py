@@ -1,4 +1,4 @@
-"""A person repairs: all of the client is removed, nothing else, and it is installed in the library's second life."""
+"""A person repairs: all of the client is removed, nothing else, and the library, loaded again, installs it."""
 from harness.desktop.strings import text
 from harness.desktop.window import ACTION2, TITLE
 from harness.scenario import client

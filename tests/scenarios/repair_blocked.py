@@ -43,7 +43,7 @@ def blocked(scene, what, behaviour, hold, operation, last) -> dict:
     checks.exit_code(run, 0xA7FF0BC9, what)
     checks.nothing_planned(run, what)
     lines = run.log.texts("performRepairCleanup", "deleteDirectoryTree")
-    checks.equal(f"{what}: the log says what stayed", lines, [last])
+    checks.equal(f"{what}: the log names what could not be removed", lines, [last])
     checks.equal(f"{what}: the telemetry reports which step failed",
                  [(brisk_name(event), event["param"]["ecod"], event["param"]["eopr"]) for event in sent.brisk()
                   if "ecod" in event.get("param", {})],
@@ -81,7 +81,7 @@ def play(scene):
     scene.checks.that("and with the client running", desktop.poll() is None)
     scene.machine.set_value(product, "InstallLocation", client.INSTALL_FOLDER + "\\")
     for row in ROWS:
-        scene.checks.equal(f"{row[0]}: the registry is as it was, but for what comes before the first step",
+        scene.checks.equal(f"{row[0]}: the registry is as it was, except for the changes before the first step",
                            blocked(scene, *row), first if row is ROWS[0] else {})
 
     scene.runs.run("PDX_REPAIR=1", "/quiet", log="later", whose="with nothing in its way the engine")

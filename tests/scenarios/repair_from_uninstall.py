@@ -1,6 +1,6 @@
-"""A repair by the other ways: the uninstall's question, and the command line, which makes an uninstall a repair.
+"""A repair from the uninstall's question.
 
-The client is on another disk, by a link with brackets in its path: the link's target is emptied, and the link stays."""
+The client is on another disk, by a link with brackets in its path: its target is emptied, and the link is kept."""
 from harness.desktop.window import ACTION2
 from harness.scenario.registry import changes, listing
 from harness.scenario.telemetry import Sent
@@ -15,26 +15,21 @@ def play(scene):
         folder.mkdir(parents=True)
     scene.machine.path(FOLDER).symlink_to(scene.machine.path(TARGET))
     scene.runs.install(environment={"PDX_INSTALL_LOCATION": FOLDER})
-    installed = listing(scene)
-    for way, arguments, lives in (("engine", [], [(3, "0"), (5, "1")]),
-                                  ("command-line", ["PDX_REPAIR=1"], [(5, "1")])):
-        sent, stray = Sent(scene), scene.machine.path(TARGET) / "save.dat"
-        stray.touch()
-        scene.runs.script(HANDED_ON)
-        run = scene.runs.start("/uninstall", *arguments, log=way)
-        if not arguments:
-            scene.window.wait_for_page("prompt", "confirm")
-            scene.window.click(ACTION2)
-        run.ends(0, f"{way}: the engine")
-        starts = [(event["param"]["action"], event["param"]["repair"]) for event in sent.brisk("inst.sess.strt")]
-        scene.checks.equal(f"{way}: each life begins as what it is", starts, lives)
-        scene.checks.equal(f"{way}: the repair is reported in its own group", sent.names()[0][len(starts):],
-                           ["inst.repr.strt", "inst.inst.strt", "inst.repr.succ", "inst.sess.stop"])
-        scene.checks.equal(f"{way}: in one session", len({event["session"] for event in sent.brisk()}), 1)
-        # An own link is noted as what was there before, where nothing was.
-        other = {at for at in changes(installed, listing(scene)) if at[2] != "PrevGateLink"}
-        scene.checks.equal(f"{way}: the registry is as after the install", other, set())
-        scene.checks.that("the link's target was emptied", not stray.exists())
-        scene.checks.that("and the link is there", scene.machine.path(FOLDER).is_symlink())
-        scene.checks.equal("the install is handed the folder", scene.runs.answer(HANDED_ON), FOLDER + "\\")
-        scene.checks.files_there(FOLDER)
+    installed, sent, stray = listing(scene), Sent(scene), scene.machine.path(TARGET) / "save.dat"
+    stray.touch()
+    scene.runs.script(HANDED_ON)
+    run = scene.runs.start("/uninstall", page="prompt")
+    scene.window.click(ACTION2)
+    run.ends()
+    starts = [(event["param"]["action"], event["param"]["repair"]) for event in sent.brisk("inst.sess.strt")]
+    scene.checks.equal("each life starts with its own action", starts, [(3, "0"), (5, "1")])
+    scene.checks.equal("the repair is reported in its own group", sent.names()[0][len(starts):],
+                       ["inst.repr.strt", "inst.inst.strt", "inst.repr.succ", "inst.sess.stop"])
+    scene.checks.equal("in one session", len({event["session"] for event in sent.brisk()}), 1)
+    # An own link is noted as what was there before, where nothing was.
+    other = {at for at in changes(installed, listing(scene)) if at[2] != "PrevGateLink"}
+    scene.checks.equal("the registry is as after the install", other, set())
+    scene.checks.that("the link's target was emptied", not stray.exists())
+    scene.checks.that("and the link is there", scene.machine.path(FOLDER).is_symlink())
+    scene.checks.equal("the install gets the folder", scene.runs.answer(HANDED_ON), FOLDER + "\\")
+    scene.checks.files_there(FOLDER)

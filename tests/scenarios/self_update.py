@@ -33,7 +33,7 @@ def play(scene):
     run = scene.runs.start()
     scene.wait_for(lambda: len(scene.services.requests("download")) == 2, "the middle of the transfer")
     fetching = scene.window.wait_for_page("progress", "fetching")
-    scene.checks.equal("while the newer one is fetched, the window says so", fetching.names.get(TITLE),
+    scene.checks.equal("the window names the download of the newer one", fetching.names.get(TITLE),
                        text("installer_download_progress_title"))
     rest.set()
 
@@ -42,7 +42,7 @@ def play(scene):
     scene.checks.equal("of both installers' windows only the newer one's shows then",
                        {view.process: view.visible for view in scene.window.look_at_all()},
                        {process_of(first): False, process_of(second): True})
-    scene.checks.that("nothing is sent before the person goes on, but by the first one",
+    scene.checks.that("before the click only the first one sends anything",
                       not any(event["param"]["autopatch"] for event in sent.brisk("inst.sess.strt")))
 
     shutil.copyfile(scene.machine.path(SETUP), scene.machine.path(OTHER))

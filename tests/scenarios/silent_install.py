@@ -99,7 +99,7 @@ def play(scene):
     callbacks = [(line.thread, line.function.removeprefix("BootstrapperApplication::"), line.text) for line in lines
                  if line.level == "TRACE" and line.function.startswith("BootstrapperApplication::On")]
     cache = {thread for thread, name, _ in callbacks if name == "OnCacheBegin"}
-    for name, wanted, here in (("the engine's callbacks come in order", MAIN_THREAD, False),
+    for name, wanted, here in (("the engine's callbacks are in order", MAIN_THREAD, False),
                                ("those of its cache thread too", CACHE_THREAD, True)):
         found = [(name, text) for thread, name, text in callbacks if (thread in cache) == here]
         problem = difference(found, wanted)

@@ -1,4 +1,4 @@
-"""Services that never answer delay nobody: the window ends with the run's work, and a second run starts at once."""
+"""Services that never answer delay nothing: the window closes when the work is done, and a second run can start."""
 import threading
 
 

@@ -30,7 +30,7 @@ def play(scene):
         service.down()
     sent = Sent(scene)
     install(scene, "unreachable", lambda: [service.up() for service in both])
-    # What could not be posted is lost, and what comes later is sent.
+    # What could not be posted is lost; later events are sent.
     scene.checks.equal("unreachable: what is sent as soon as both can be reached", sent.names(),
                        (["inst.inst.succ", "inst.sess.stop"], ["install"]))
     scene.runs.uninstall()

@@ -1,4 +1,4 @@
-"""The client starts after the uninstaller and its temporary ones; a late one, or a lookalike, is not waited for."""
+"""The client starts after the uninstaller and its temporary ones; it waits for no late one and no lookalike."""
 from harness.desktop.window import ACTION1
 from harness.scenario import client, older
 from harness.scenario.registry import check_changes, listing

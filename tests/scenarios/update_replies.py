@@ -1,4 +1,4 @@
-"""Whatever the update service replies, the install goes on: a newer version is taken, all else is no update."""
+"""After any reply of the update service the run continues: only a newer version replaces the installer."""
 import json
 import re
 

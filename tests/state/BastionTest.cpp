@@ -37,8 +37,8 @@ TEST_F(BastionTest, IsInstalledIfItsMarkerIsInThe32BitView) {
     }
 }
 
-TEST_F(BastionTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
-    // Ends the uninstaller between the find and the wait: its id is then free, unless somebody holds a handle to it.
+TEST_F(BastionTest, WaitsForTheUninstallerByTheHandleThatFoundIt) {
+    // Ends the uninstaller between the find and the wait: its id is then free, unless a handle to it is open.
     struct EndingLogger : Logger {
         void write(int32_t, const char*, int32_t, const char* message) override {
             if (!process || !std::string_view(message).starts_with("Found running Bastion Uninstaller")) return;
@@ -46,7 +46,7 @@ TEST_F(BastionTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
             TerminateProcess(process.get(), 0);
             waitFor(process);
             process.reset();
-            waitFor(startProbe(L""));  // in the time of which the system forgets a process that nobody holds
+            waitFor(startProbe(L""));  // meanwhile the system frees the id of a process without handles
             held = static_cast<bool>(Handle(OpenProcess(SYNCHRONIZE, FALSE, id)));
         }
         Handle process;
@@ -65,7 +65,7 @@ TEST_F(BastionTest, ItsUninstallerIsWaitedForByTheHandleThatFoundIt) {
     EXPECT_TRUE(logger->held);
 }
 
-TEST_F(BastionTest, NoUninstallerIsStartedOrAwaitedWithoutARecordedProgram) {
+TEST_F(BastionTest, StartsNoUninstallerWithoutARecordedProgram) {
     for (const bool recorded : {false, true}) {
         if (recorded) machine.setSubKeyValue(bastionKey, L"BastionPath", L"");
         const CapturedLog log;

@@ -16,7 +16,7 @@
 namespace pdx {
 namespace {
 
-TEST(ElevatedBinaries, AreLockedBelowTheTemporaryFolderHoweverItIsNamed) {
+TEST(ElevatedBinaries, AreLockedUnderEachNameOfTheTemporaryFolder) {
     const TestFolder folder;
     folder.addFile(L"A temporary folder\\.be\\setup.exe");
     folder.addFile(L"A temporary folder\\.be\\version.dll");
@@ -46,7 +46,7 @@ struct LinkChanger : Logger {
     std::string last;
 };
 
-TEST(ElevatedBinaries, LieInOneFolderAlthoughALinkIsChangedBetweenThem) {
+TEST(ElevatedBinaries, AreRefusedIfALinkChangesBetweenThem) {
     const TestFolder folder;
     for (const wchar_t* target : {L"one", L"other"}) {
         folder.addFile(std::wstring(target) + L"\\temp\\.be\\setup.exe");
@@ -72,7 +72,7 @@ TEST(ElevatedBinaries, LieInOneFolderAlthoughALinkIsChangedBetweenThem) {
     g_configurable = false;
 }
 
-TEST(ElevatedStart, HasEndedWithAChildOrTheProcess) {
+TEST(ElevatedStart, EndsWithAChildOrTheProcess) {
     constexpr DWORD soon = 300;  // ms
     constexpr DWORD never = 60'000;
     const CapturedLog log;

@@ -34,7 +34,7 @@ class InstallInfoTest : public testing::Test {
                    L"Software\\Classes\\Installer"}};
 };
 
-TEST_F(InstallInfoTest, PurgesTheRecordsOfOneViewThatBearAName) {
+TEST_F(InstallInfoTest, DeletesRecordsOfOneViewByTheirName) {
     const struct {
         RegistryKey (*root)(RegistryView);
         std::wstring place, subKey;
@@ -67,7 +67,7 @@ TEST_F(InstallInfoTest, PurgesTheRecordsOfOneViewThatBearAName) {
                     place.root(view).setSubKeyValue(place.place + L'\\' + name + place.subKey, place.value, value);
         EXPECT_TRUE(purgeInstallInfo(purged, providerKey));
         for (const auto& place : places) {
-            // The one after a deleted one is not looked at; in its own place "h" would have gone.
+            // The key after a deleted one is passed over: "h" would otherwise be deleted.
             EXPECT_THAT(subKeys(place.root(purged), place.place),
                         ElementsAre(L"b", L"d", L"f", L"h", L"i", L"j", records[10].first))
                 << place.place;
@@ -77,7 +77,7 @@ TEST_F(InstallInfoTest, PurgesTheRecordsOfOneViewThatBearAName) {
     }
 }
 
-TEST_F(InstallInfoTest, PurgesThePackagesOwnRecordsWhateverTheirName) {
+TEST_F(InstallInfoTest, DeletesThePackagesRecordsUnderAnyName) {
     const std::wstring installer = L"Software\\Classes\\Installer\\";
     const std::wstring trees[] = {installer + L"Features\\" + product, installer + L"Products\\" + product,
                                   installer + L"UpgradeCodes\\" + packedUpgradeCode, userData + L"Products\\" + product,
@@ -96,7 +96,7 @@ TEST_F(InstallInfoTest, PurgesThePackagesOwnRecordsWhateverTheirName) {
     }
 }
 
-TEST_F(InstallInfoTest, TakesEachComponentThatThePackageIsNamedIn) {
+TEST_F(InstallInfoTest, DeletesComponentsThatNameThePackage) {
     const std::tuple<const wchar_t*, std::wstring, RegistryValue> components[] = {
         {L"a", product, L"C:\\a"},      {L"b", L"B" + product.substr(1), L"C:\\b"},
         {L"c", product, L"C:\\shared"}, {L"d", product, L"passed over"},
@@ -110,10 +110,12 @@ TEST_F(InstallInfoTest, TakesEachComponentThatThePackageIsNamedIn) {
         machine.setSubKeyValue(userData + L"Components\\c", L"B" + product.substr(1), L"C:\\shared");
         purgeInstallInfo(view, providerKey);
         EXPECT_THAT(subKeys(machine, userData + L"Components"), ElementsAre(L"b", L"d", L"f", L"g"));
+        purgeInstallInfo(view, providerKey);
+        EXPECT_THAT(subKeys(machine, userData + L"Components"), ElementsAre(L"b", L"f", L"g")) << "a later repair";
     }
 }
 
-TEST_F(InstallInfoTest, DeletesNothingElseByNamesThatAreHardToWrite) {
+TEST_F(InstallInfoTest, DeletesNoOtherKeyByAnUnusualName) {
     RegistryKey machine = RegistryKey::localMachine(view64);
     // A backslash in a provider key names no subkey; the longest name that a key can have is read and deleted.
     for (const std::wstring& name :

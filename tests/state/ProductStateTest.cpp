@@ -14,7 +14,7 @@ void lay(RegistryKey& root, const std::wstring& key, const wchar_t* name, const 
     if (text) root.setSubKeyValue(key, name, text);
 }
 
-TEST(RestoreClientPath, GivesTheEarlierProgramBackAndTakesWhatIsEmpty) {
+TEST(RestoreClientPath, RestoresTheEarlierProgramAndDeletesAnEmptyKey) {
     constexpr const wchar_t* gone = nullptr;
     const struct {
         const wchar_t *current, *earlier, *restored;  ///< each null without the value
@@ -47,7 +47,7 @@ TEST(RestoreClientPath, GivesTheEarlierProgramBackAndTakesWhatIsEmpty) {
     EXPECT_TRUE(RegistryKey::localMachine(view64).openSubKey(bastionKey, false));
 }
 
-TEST(RestoreProtocolHandler, GivesTheEarlierCommandBackOrTakesTheProtocol) {
+TEST(RestoreProtocolHandler, RestoresTheEarlierCommandOrDeletesTheProtocol) {
     constexpr wchar_t protocol[] = L"pdxtest";
     constexpr wchar_t open[] = L"pdxtest\\shell\\open\\command";
     RegistryKey classes = RegistryKey::classesRoot(view64);
@@ -63,7 +63,7 @@ TEST(RestoreProtocolHandler, GivesTheEarlierCommandBackOrTakesTheProtocol) {
     }
 }
 
-TEST(WriteBundleVersion, WritesToAnEntryThatIsThere) {
+TEST(WriteBundleVersion, WritesOnlyToAnExistingEntry) {
     const std::wstring key = uninstallKey + std::wstring(L"\\pdxtest");
     const TestKeys keys({key});
     const RegistryKey machine = RegistryKey::localMachine(view32);

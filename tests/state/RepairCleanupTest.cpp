@@ -25,18 +25,6 @@
 namespace pdx {
 namespace {
 
-/// Goes back to the folder that the process worked in.
-class CurrentFolder {
-  public:
-    CurrentFolder() { GetCurrentDirectoryW(MAX_PATH, before); }
-    ~CurrentFolder() { SetCurrentDirectoryW(before); }
-    CurrentFolder(const CurrentFolder&) = delete;
-    CurrentFolder& operator=(const CurrentFolder&) = delete;
-
-  private:
-    wchar_t before[MAX_PATH];
-};
-
 /// A client that is recorded at a location, and a clean-up of it.
 class RepairCleanupTest : public testing::Test {
   protected:
@@ -66,8 +54,8 @@ class RepairCleanupTest : public testing::Test {
 
     const TestKeys keys{{L"Software\\Corvane Works"}};
     TestFolder folder;
-    std::function<void()> atFolder;  ///< comes when processes and service are gone and the folder is next
-    int cancelledAt = 0;             ///< which of the questions for a cancel is answered with yes
+    std::function<void()> atFolder;  ///< called before the deletion of the folder
+    int cancelledAt = 0;             ///< which question for a cancel returns true
     std::vector<RepairStep> steps;
     std::wstring keptFolder;
 };
@@ -98,7 +86,7 @@ TEST_F(RepairCleanupTest, DeletesTheRecordedFolderIfItCanBeTheClientsOwn) {
         const CapturedLog log;
         EXPECT_EQ(cleanUp(row.location), row.ends ? RepairResult::done : RepairResult::failed) << row.location;
         EXPECT_NE(std::filesystem::exists(client), row.folderGoes) << row.location;
-        // What follows the folder comes after it alone, and the next install gets it.
+        // The later steps run only after the deletion, and the next install gets the folder.
         EXPECT_NE(isRecorded(), row.ends) << row.location;
         EXPECT_EQ(keptFolder, row.ends ? row.location : L"");
         const std::string refusal = "The recorded install folder is not deleted: \"" + toUtf8(row.location) + "\"";
@@ -107,7 +95,7 @@ TEST_F(RepairCleanupTest, DeletesTheRecordedFolderIfItCanBeTheClientsOwn) {
     }
 }
 
-TEST_F(RepairCleanupTest, LeavesTheMachineAloneIfTheFolderIsRefused) {
+TEST_F(RepairCleanupTest, ChangesNothingIfTheFolderIsRefused) {
     const std::wstring programs = L"C:\\Program Files";
     const std::wstring shellFolders = L"\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
     std::vector<std::wstring> refused = {
@@ -198,41 +186,34 @@ TEST_F(RepairCleanupTest, JudgesAFolderWithoutAFinalPathAsItIsSpelt) {
 
 TEST_F(RepairCleanupTest, StopsAtACancelBeforeTheServiceStep) {
     const std::wstring file = folder.addFile(L"client\\file.txt");
+    const Handle program = startProbe(L"wait", copyProbe(folder, L"PalisadeDesktop.exe"));
     for (const auto& [question, mark] : {std::pair(1, RegistryValue()), {2, RegistryValue(1u)}}) {
         cancelledAt = question;
         EXPECT_EQ(cleanUp(folder.path(L"client")), RepairResult::cancelled);
         EXPECT_TRUE(steps.empty() && isRecorded() && std::filesystem::exists(file)) << question;
+        EXPECT_EQ(WaitForSingleObject(program.get(), 0) == WAIT_OBJECT_0, question == 2);
         for (const RegistryView view : {view32, view64}) EXPECT_EQ(unavailable(view), mark) << question;
     }
 }
 
 TEST_F(RepairCleanupTest, EndsEveryProgramOfTheClient) {
-    constexpr const wchar_t* names[] = {L"GateLink.exe",
-                                        L"PalisadeConnect_microsoft.exe",
-                                        L"PalisadeCrashReporter.exe",
-                                        L"PalisadeDesktop.exe",
-                                        L"PalisadeDestager.exe",
-                                        L"PalisadeErrorReporter.exe",
-                                        L"PalisadeGlue.exe",
-                                        L"PalisadeLauncher.exe",
-                                        L"PalisadeLaunchHelper.exe",
-                                        L"PalisadeLocalHostSvc.exe",
-                                        L"PalisadeSteamProxy.exe",
-                                        L"PalisadeUninstall.exe"};
-    const auto start = [this](const wchar_t* name) { return startProbe(L"wait", copyProbe(folder, name)); };
+    const auto start = [this](const std::wstring& name) { return startProbe(L"wait", copyProbe(folder, name)); };
     std::vector<Handle> programs;
-    for (const wchar_t* name : names) programs.push_back(start(name));
+    for (const wchar_t* name : {L"Connect_microsoft", L"CrashReporter", L"Desktop", L"Destager", L"ErrorReporter",
+                                L"Glue", L"Launcher", L"LaunchHelper", L"LocalHostSvc", L"SteamProxy", L"Uninstall"})
+        programs.push_back(start(std::wstring(L"Palisade") + name + L".exe"));
+    programs.push_back(start(L"GateLink.exe"));
     const Handle other = start(L"Palisade.exe");
     EXPECT_EQ(cleanUp(L""), RepairResult::done);
     for (size_t index = 0; index < programs.size(); ++index)
-        EXPECT_EQ(WaitForSingleObject(programs[index].get(), 0), WAIT_OBJECT_0) << names[index];
+        EXPECT_EQ(WaitForSingleObject(programs[index].get(), 0), WAIT_OBJECT_0) << index;
     EXPECT_EQ(WaitForSingleObject(other.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
     for (const Handle& program : programs) TerminateProcess(program.get(), 0);
     TerminateProcess(other.get(), 0);
     waitFor(other);
 }
 
-TEST_F(RepairCleanupTest, LeavesAnUnnotedLinkAndWritesItsOwnVersion) {
+TEST_F(RepairCleanupTest, KeepsALinkWithoutASavedCommandAndWritesItsVersion) {
     RegistryKey classes = RegistryKey::classesRoot(view64);
     constexpr wchar_t command[] = L"gatelink\\shell\\open\\command";
     for (const wchar_t* key : {command, L"palisadeconnect.microsoft\\shell\\open\\command"})
@@ -248,7 +229,7 @@ TEST_F(RepairCleanupTest, LeavesAnUnnotedLinkAndWritesItsOwnVersion) {
     machine.deleteTree(entry);
 }
 
-TEST_F(RepairCleanupTest, AsksNoRelativePathForAVersion) {
+TEST_F(RepairCleanupTest, ReadsNoVersionFromARelativePath) {
     std::filesystem::create_directories(folder.path(L"Palisade Desktop"));
     for (const wchar_t* place : {L"probe.exe", L"Palisade Desktop\\probe.exe"}) copyProbe(folder, place);
     const CurrentFolder before;
@@ -262,7 +243,7 @@ TEST_F(RepairCleanupTest, AsksNoRelativePathForAVersion) {
     }
 }
 
-TEST_F(RepairCleanupTest, WaitsForWhatIsStartedMeanwhileAndLeavesTheFolderItself) {
+TEST_F(RepairCleanupTest, WaitsForAProgramStartedMeanwhileAndLeavesTheCurrentFolder) {
     std::filesystem::create_directories(folder.path(L"client"));
     const std::wstring program = copyProbe(folder, L"client\\PalisadeDesktop.exe");
     std::thread ender;

@@ -37,7 +37,7 @@ unsigned long listAdapters(IP_ADAPTER_INFO* list, unsigned long* size) {
     return ERROR_SUCCESS;
 }
 
-TEST(UpdateBucket, IsThatOfTheFirstAdapterInAListOfItsSize) {
+TEST(UpdateBucket, IsThatOfTheFirstNetworkAdapterIfTheListFits) {
     const Address known = {0x00, 0x11, 0x22, 0x33, 0x44, 0x55};
     const Address other = {0x02, 0x00, 0x5E, 0x00, 0x00, 0x01};
     constexpr size_t most = 5184 / sizeof(IP_ADAPTER_INFO);

@@ -37,7 +37,7 @@ struct Machine {
     }
 };
 
-TEST(InstallTelemetry, HasDriveAndMediaAsFarAsTheSystemKnowsThem) {
+TEST(InstallTelemetry, HoldsDriveAndMediaThatTheSystemKnows) {
     using Change = std::function<void(Machine&)>;
     const Change none = [](Machine&) {};
     const Change noWmi = [](Machine& machine) { machine.last = {}; };

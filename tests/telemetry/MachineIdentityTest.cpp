@@ -14,7 +14,7 @@
 namespace pdx {
 namespace {
 
-TEST(MachineHash, IsOneForAllThreadsAndLeavesThemAsTheyWere) {
+TEST(MachineHash, IsTheSameOnAllThreadsAndKeepsTheirApartment) {
     const std::string hash = getMachineHash();
     EXPECT_EQ(hash.size(), 40u);
     std::thread([&] {
@@ -27,7 +27,7 @@ TEST(MachineHash, IsOneForAllThreadsAndLeavesThemAsTheyWere) {
     }).join();
 }
 
-TEST(MachineHash, IsThatOfTheFingerprintAlsoWithoutTheService) {
+TEST(MachineHash, IsTheHashOfTheFingerprintWithoutWmi) {
     DWORD serial = 0;
     ASSERT_TRUE(GetVolumeInformationW(L"C:\\", nullptr, 0, &serial, nullptr, nullptr, nullptr, 0));
     const std::string text =
@@ -39,7 +39,7 @@ TEST(MachineHash, IsThatOfTheFingerprintAlsoWithoutTheService) {
     EXPECT_EQ(machineHashBy(scriptedWmi({})), hashString(L"SHA1", text.data(), text.size())) << text;
 }
 
-TEST(MachineHash, TakesTheFirstRowThatHasTheFact) {
+TEST(MachineHash, UsesTheFirstRowThatHasTheFact) {
     const auto hashWith = [](std::vector<ScriptedRow> rows) {
         const ScriptedAnswers answers = {{L"Select * from Win32_VideoController", std::move(rows)}};
         return machineHashBy(scriptedWmi({{L"ROOT\\CIMV2", answering(answers)}}));

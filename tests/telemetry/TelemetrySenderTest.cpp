@@ -61,7 +61,7 @@ TEST(TelemetrySender, PostsEachEventOnceAndInTheOrderOfItsThread) {
     for (int thread = 0; thread < threadCount; ++thread)
         threads.emplace_back([&sender, thread] {
             for (int number = 0; number < perThread; ++number) {
-                // Enough is held back by then for the gate to open in the thick of it.
+                // Events wait by then, and more are added while sending is enabled.
                 if (thread == 0 && number == perThread / 3) sender.setSendingEnabled(true);
                 sender.queueEvent({thread, number});
             }
@@ -77,7 +77,7 @@ TEST(TelemetrySender, PostsEachEventOnceAndInTheOrderOfItsThread) {
     EXPECT_THAT(next, testing::Each(perThread));
 }
 
-TEST(TelemetrySender, HoldsOrdinaryEventsBackUntilSendingIsEnabled) {
+TEST(TelemetrySender, DelaysOrdinaryEventsUntilSendingIsEnabled) {
     RecordingSender sender;
     sender.begin();
     for (const int number : {1, 2}) sender.queueEvent(number);
@@ -89,7 +89,7 @@ TEST(TelemetrySender, HoldsOrdinaryEventsBackUntilSendingIsEnabled) {
     EXPECT_THAT(sender.posts(3), ElementsAre(json{"urgent"}, json{1, 2}, json{"later"}));
 }
 
-TEST(TelemetrySender, DropsAnUrgentEventRatherThanWaitForItsOwnThread) {
+TEST(TelemetrySender, DropsAnUrgentEventThatWouldWaitForItsOwnThread) {
     RecordingSender sender;
     {
         const std::lock_guard guard(sender.queueLock);  // as that of a thread that crashes in there
@@ -108,7 +108,7 @@ TEST(TelemetrySender, DropsAnUrgentEventRatherThanWaitForItsOwnThread) {
     EXPECT_THAT(sender.posts(1), ElementsAre(json{"sent"}));
 }
 
-TEST(TelemetrySender, PostsWhatWasQueuedWhenStoppedAndMayStartAgain) {
+TEST(TelemetrySender, PostsQueuedEventsAtTheStopAndRestarts) {
     RecordingSender sender;
     sender.setSendingEnabled(true);
     sender.queueEvent(1);  // before there is a worker
@@ -123,7 +123,7 @@ TEST(TelemetrySender, PostsWhatWasQueuedWhenStoppedAndMayStartAgain) {
     EXPECT_THAT(sender.batches, ElementsAre(json{1}, json{2}, json{3}));
 }
 
-TEST(TelemetrySender, LosesOnlyThePostThatCannotBeWritten) {
+TEST(TelemetrySender, LosesOnlyAPostThatCannotBeWritten) {
     const CapturedLog log;
     std::promise<void> reached;
     RecordingSender sender;

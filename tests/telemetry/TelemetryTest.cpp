@@ -43,14 +43,14 @@ class TelemetryTest : public testing::Test {
     }
 };
 
-TEST_F(TelemetryTest, FindsOutOnceWhoSendsToBrisk) {
+TEST_F(TelemetryTest, FindsTheSendersIdentityOnce) {
     const CapturedLog log;
     configure("[app]\nenvironment = 'staging'\ninstallertype = 'thin'\n");
     const TelemetryEvent start = {briskSender, "inst.sess.strt", {{"a", 1}}};
     BriskTelemetrySender first(countedHash);
     first.start("", TelemetryManager("first", countedHash));
     json event = first.prepareEvent(start).event;
-    EXPECT_EQ(hashesMade, 0) << "whoever sends an event does not wait for the hash";
+    EXPECT_EQ(hashesMade, 0) << "the sender of an event does not wait for the hash";
     first.identifyMachine(event);
     EXPECT_EQ(event["machash"], hash);
 

@@ -33,7 +33,7 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
     ++openPrompts;
     gate.setReady(false);
     // After an exception too: a prompt that counts as open blocks the engine's thread.
-    const AtEnd end([this] { removePrompt(); });
+    const AtEnd end{[this] { removePrompt(); }};
     ShowTopPage();
     runPrompt();
     return ButtonResult(prompt.flags, topPage().result);

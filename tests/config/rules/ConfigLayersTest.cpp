@@ -27,7 +27,7 @@ TEST(ConfigMap, FindsAKeyInAnyCase) {
     EXPECT_EQ(loweredAscii<char>("AZaz.[@`{\xc3\x84-\xc3\xa4"), "azaz.[@`{\xc3\x84-\xc3\xa4");
 }
 
-TEST(ConfigMap, TurnsNoTypeIntoAnother) {
+TEST(ConfigMap, ConvertsNoType) {
     const struct {
         std::shared_ptr<cpptoml::base> value;
         std::string asText;
@@ -91,8 +91,8 @@ TEST(ConfigLayers, ChoosesTheEnvironmentsFile) {
     }
 }
 
-TEST(ConfigLayers, LetsTheStrongerLayerWin) {
-    // The environment that decided is kept even where a later layer has another, and the library's own type comes last.
+TEST(ConfigLayers, TheStrongerLayerWins) {
+    // The environment that chose the file is kept, and the library's own type replaces every other.
     Layers layers{
         {{"installer.cfg", "app.environment = 'production'\napp.installertype = 'x'\na = '1'\nb = '1'\nc = '1'"},
          {"production.cfg", "app.environment = 5\nb = '2'\nc = '2'\nd = '2'"},

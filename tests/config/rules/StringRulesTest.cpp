@@ -26,7 +26,7 @@ TEST(LanguageForLocale, FallsBackToEnglish) {
         EXPECT_EQ(languageForLocale(locale), L"en");
 }
 
-TEST(SiteCodeForLanguage, GivesEachLanguageACodeOfItsOwn) {
+TEST(SiteCodeForLanguage, ReturnsTheCodeOfEachLanguage) {
     const LanguageCase cases[] = {
         {L"de", L"de"}, {L"es-MX", L"mx"}, {L"pt-BR", L"br"}, {L"zh-Hant", L"tc"}, {L"zh-Hans", L"sc"},
         {L"", L"en"},   {L"nl", L"en"},    {L"pt", L"en"},    {L"ZH-HANS", L"en"},
@@ -34,7 +34,7 @@ TEST(SiteCodeForLanguage, GivesEachLanguageACodeOfItsOwn) {
     for (const auto& [language, code] : cases) EXPECT_EQ(siteCodeForLanguage(language), code);
 }
 
-TEST(SupportAddress, IsFilledInBeforeTheLinksPath) {
+TEST(SupportAddress, ReplacesItsPlaceholder) {
     const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*> cases[] = {
         {L"<a href=\"{support}/en\">x</a>", L"https://s.example", L"<a href=\"https://s.example/en\">x</a>"},
         {L"{support}/en", L"https://s.example/", L"https://s.example/en"},

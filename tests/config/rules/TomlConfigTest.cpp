@@ -59,7 +59,7 @@ TEST(ParseConfig, FlattensTablesToDottedKeys) {
     EXPECT_THAT(result.errors, IsEmpty());
 }
 
-TEST(ParseConfig, ReportsWhatIsNoScalarAndLoadsItsNeighbours) {
+TEST(ParseConfig, ReportsANonScalarAndLoadsItsNeighbours) {
     const std::pair<const char*, const char*> rows[] = {
         {"skipped = 1979-05-27", "local_date"},
         {"skipped = 07:32:00", "local_time"},
@@ -81,7 +81,7 @@ TEST(ParseConfig, ReportsWhatIsNoScalarAndLoadsItsNeighbours) {
     }
 }
 
-TEST(ParseConfig, GivesNothingForATextThatIsNoToml) {
+TEST(ParseConfig, ReturnsNothingForBadToml) {
     for (const char* text : {"a = true\nb = \n", "a = true\na = true\n", "\xEF\xBB\xBF[a]\nb = true"}) {
         const Parsed result = parsed(text);
         EXPECT_EQ(result.map.size(), 0u) << text;

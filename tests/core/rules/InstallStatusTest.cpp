@@ -11,7 +11,7 @@ namespace {
 
 constexpr Hresult hr(uint32_t bits) { return static_cast<Hresult>(bits); }
 
-TEST(InstallStatus, KeepsTheMostTellingCode) {
+TEST(InstallStatus, KeepsTheMostExactCode) {
     struct Step {
         uint32_t given;
         uint32_t status;
@@ -23,7 +23,7 @@ TEST(InstallStatus, KeepsTheMostTellingCode) {
         {{0x80070005, 0x80070005, 0x80070005}, {0x8007FFFF, 0x80070005, 0x80070005}},
         // Nor does a user exit: the run stays a failure.
         {{0x80070002, 0x80070002, 0x80070002}, {0xA0010642, 0x80070002, 0x80070002}},
-        // As the first word both stand.
+        // As the first code both are kept.
         {{0x80070642, 0x80070642, 0x80070642}},
         {{0x80070643, 0x80070643, 0x80070643}, {0x80070005, 0x80070005, 0x80070005}},
         // An exact one replaces an exact one.
@@ -31,7 +31,7 @@ TEST(InstallStatus, KeepsTheMostTellingCode) {
         // A success replaces the status and never the last error; a generic failure after it is a change of the
         // status's sign, and none of the error.
         {{0x80070002, 0x80070002, 0x80070002}, {0, 0, 0x80070002}, {0x80070643, 0x80070643, 0x80070002}},
-        // A success that differs from another says something only if its code is exact.
+        // A success replaces another only if its code is exact.
         {{1, 1, 0}, {1603, 1, 0}, {2, 2, 0}},
     };
     for (size_t story = 0; story < stories.size(); ++story) {
@@ -44,7 +44,7 @@ TEST(InstallStatus, KeepsTheMostTellingCode) {
     }
 }
 
-TEST(InstallStatus, KeepsTheErrorsMoment) {
+TEST(InstallStatus, KeepsOperationAndContextOfTheError) {
     InstallStatus status;
     EXPECT_FALSE(status.update(0, Operation{5}, {{"pkid", "a"}}));
     EXPECT_TRUE(status.update(hr(0x80070005), Operation{7}, {{"pkid", "b"}}));
@@ -58,7 +58,7 @@ TEST(InstallStatus, KeepsTheErrorsMoment) {
     EXPECT_FALSE(status.errorShown);
 }
 
-TEST(Outcome, ReadsTheStatus) {
+TEST(Outcome, FollowsTheStatus) {
     EXPECT_EQ(outcomeOf(0), Outcome::succeeded);
     EXPECT_EQ(outcomeOf(1602), Outcome::succeeded);
     EXPECT_EQ(outcomeOf(hr(0x80070642)), Outcome::cancelled);
@@ -67,7 +67,7 @@ TEST(Outcome, ReadsTheStatus) {
     EXPECT_EQ(outcomeOf(hr(0xA7FF61A8)), Outcome::failed);
 }
 
-TEST(ErrorGroups, KnowACodeByItsLowerCaseDigits) {
+TEST(ErrorGroups, MatchACodeInLowerCase) {
     const struct {
         const char* group;
         bool invalid;

@@ -1,4 +1,4 @@
-// What the package says, where its log lies, and the names of the engine's values.
+// The package's messages, its log, and the names of the engine's values.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -13,7 +13,7 @@
 namespace pdx {
 namespace {
 
-TEST(MsiChannel, CutsCommands) {
+TEST(MsiChannel, ParsesCommands) {
     using Kind = MsiCommandKind;
     const std::wstring longValue(100000, L'v');
     const std::wstring longText = L"PDX_SET_VARIABLE:N=" + longValue;
@@ -55,7 +55,7 @@ TEST(MsiChannel, NamesAKindByItsHighByte) {
     }
 }
 
-TEST(PackageLog, NamesVariablesAndStems) {
+TEST(PackageLog, BuildsVariablesAndStems) {
     EXPECT_EQ(packageLogVariable(L"PalisadeApp.msi", true), L"WixBundleLog_PalisadeApp.msi");
     EXPECT_EQ(packageLogVariable(L"PalisadeApp.msi", false), L"WixBundleRollbackLog_PalisadeApp.msi");
     const std::pair<const wchar_t*, std::optional<std::wstring>> rows[] = {
@@ -87,7 +87,7 @@ void expectNames(const char* last, int32_t index) {
         EXPECT_STREQ(nameOf(static_cast<Enumeration>(outside)), "<INVALID>") << last << outside;
 }
 
-TEST(Names, OfEveryEnumeration) {
+TEST(Names, EachEnumerationHasNames) {
     expectNames<BOOTSTRAPPER_ACTION_STATE>("BOOTSTRAPPER_ACTION_STATE_PATCH", 8);
     expectNames<BOOTSTRAPPER_PACKAGE_STATE>("BOOTSTRAPPER_PACKAGE_STATE_SUPERSEDED", 5);
     expectNames<BOOTSTRAPPER_RELATED_OPERATION>("BOOTSTRAPPER_RELATED_OPERATION_REPAIR", 6);
@@ -100,7 +100,7 @@ TEST(Names, OfEveryEnumeration) {
     EXPECT_STREQ(nameOfPointed<BOOTSTRAPPER_REQUEST_STATE>(nullptr), "<INVALID>");
 }
 
-TEST(Names, OfMessageBoxStyles) {
+TEST(Names, MessageBoxStylesHaveNames) {
     const std::pair<uint32_t, const char*> rows[] = {
         {0x00, "MB_OK | <BADICON> | MB_DEFBUTTON1"},
         {0x11, "MB_OKCANCEL | MB_ICONHAND | MB_DEFBUTTON1"},

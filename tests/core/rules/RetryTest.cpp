@@ -35,7 +35,7 @@ TEST(RetrySupport, CountsTheSamePackageAndPayload) {
     EXPECT_EQ(sleeps.size(), 2u);
 }
 
-TEST(RetrySupport, KnowsWhatIsWorthAnotherTry) {
+TEST(RetrySupport, RetriesTransientErrorsOnly) {
     const std::set<uint32_t> passing = {1303, 1304, 1306, 1307, 1309, 1310, 1311, 1312, 1316, 1317,
                                         1321, 1335, 1402, 1406, 1606, 1706, 1719, 1723, 1923, 1931};
     for (uint32_t code = 0; code < 3000; ++code)
@@ -57,7 +57,7 @@ TEST(RetrySupport, RemembersTheErrorOfThePackageUnderWay) {
 }
 
 TEST(DownloadRetry, WaitsInStepsOfAQuarterSecondUpToTheDeadline) {
-    // A clock that only moves when somebody sleeps, and then by 70 milliseconds more.
+    // A clock that moves only in a sleep, and then by 70 milliseconds more.
     std::chrono::milliseconds time{1000};
     std::vector<int64_t> sleeps;
     const auto sleep = [&](std::chrono::milliseconds length) {

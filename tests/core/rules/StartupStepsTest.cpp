@@ -9,7 +9,7 @@
 namespace pdx {
 namespace {
 
-TEST(Startup, AcceptsSystems) {
+TEST(Startup, AcceptsSystemsByTheirVersion) {
     const std::tuple<SystemFacts, bool, bool> rows[] = {
         {{true, 10, 0}, false, true}, {{true, 6, 3}, false, true},  {{true, 6, 2}, true, true},
         {{true, 6, 1}, true, true},   {{true, 6, 2}, false, false}, {{true, 6, 1}, false, false},
@@ -21,7 +21,7 @@ TEST(Startup, AcceptsSystems) {
             << system.is64Bit << system.major << "." << system.minor << allowWindows7;
 }
 
-TEST(Startup, ChoosesTheFirstStepAndAsksNoMoreThanItNeeds) {
+TEST(Startup, ChoosesTheFirstStepByAsFewFactsAsPossible) {
     constexpr int32_t install = BOOTSTRAPPER_ACTION_INSTALL;
     const struct {
         int32_t action;
@@ -58,7 +58,7 @@ TEST(Startup, ChoosesTheFirstStepAndAsksNoMoreThanItNeeds) {
     }
 }
 
-TEST(Startup, FindsTheClientsPackage) {
+TEST(Startup, RecognisesTheClientsPackage) {
     constexpr int32_t install = BOOTSTRAPPER_ACTION_INSTALL;
     EXPECT_TRUE(isClientPackagePresent(install, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_UNKNOWN));
     EXPECT_TRUE(isClientPackagePresent(install, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_PRESENT));
@@ -69,7 +69,7 @@ TEST(Startup, FindsTheClientsPackage) {
         isClientPackagePresent(BOOTSTRAPPER_ACTION_UNINSTALL, L"PalisadeApp.msi", BOOTSTRAPPER_PACKAGE_STATE_PRESENT));
 }
 
-TEST(RunValue, BelongsToAFolder) {
+TEST(RunValue, BelongsToTheFolderOfItsProgram) {
     EXPECT_TRUE(isRunValueOfFolder(L"\"c:\\games\\palisade\\launcher.exe\" -silent", L"c:\\games\\palisade\\"));
     EXPECT_FALSE(isRunValueOfFolder(L"\"c:\\other\\launcher.exe\"", L"c:\\games\\palisade\\"));
     EXPECT_FALSE(isRunValueOfFolder(L"anything", L""));

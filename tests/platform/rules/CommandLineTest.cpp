@@ -7,7 +7,7 @@
 namespace pdx {
 namespace {
 
-TEST(CommandLine, TurnsArgumentsIntoVariables) {
+TEST(CommandLine, SetsVariablesFromArguments) {
     // name: null: no variable
     const std::tuple<std::wstring_view, const wchar_t*, const wchar_t*> rows[] = {
         {L"A=B=C", L"A", L"B=C"},     {L"A=", L"A", L""},
@@ -24,7 +24,7 @@ TEST(CommandLine, TurnsArgumentsIntoVariables) {
     }
 }
 
-TEST(CommandLine, TakesTheDisplayOfAnUpdateFromTheCommandLine) {
+TEST(CommandLine, ReadsAnUpdatesDisplayFromItsCommandLine) {
     constexpr auto embedded = BOOTSTRAPPER_DISPLAY_EMBEDDED, none = BOOTSTRAPPER_DISPLAY_NONE,
                    passive = BOOTSTRAPPER_DISPLAY_PASSIVE;
     const std::pair<std::vector<std::wstring>, BOOTSTRAPPER_DISPLAY> rows[] = {

@@ -5,7 +5,7 @@
 namespace pdx {
 namespace {
 
-TEST(JudgeEntry, GoesByTheFinalPathAndThenByAttributesAndTag) {
+TEST(JudgeEntry, ComparesTheFinalPathBeforeAttributesAndTag) {
     constexpr uint32_t directory = 0x10;
     constexpr uint32_t reparsePoint = 0x400;
     constexpr uint32_t junction = 0xA0000003;

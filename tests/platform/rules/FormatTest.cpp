@@ -17,7 +17,7 @@ std::string formatted(std::string_view format, const std::vector<FormatArgument>
     return std::string(buffer.data(), length);
 }
 
-TEST(FormatPrintf, FollowsC99AndLeavesWhatItCannotFill) {
+TEST(FormatPrintf, FollowsC99AndKeepsAPlaceholderWithoutArgument) {
     const struct {
         std::string_view format;
         std::vector<FormatArgument> arguments;

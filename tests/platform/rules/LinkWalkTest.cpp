@@ -73,7 +73,7 @@ PathEntry look(const std::wstring& path) {
     return found == entries.end() ? PathEntry{.isMissing = true} : found->second;
 }
 
-TEST(WalkLinks, FollowsEachLinkThatIsTrustedAndNoOther) {
+TEST(WalkLinks, FollowsTrustedLinksOnly) {
     using enum WalkResult;
     const struct {
         const wchar_t* given;
@@ -124,7 +124,7 @@ TEST(WalkLinks, FollowsEachLinkThatIsTrustedAndNoOther) {
     EXPECT_EQ(asked, 1 + mostLinks + 1) << "the root, and one link too many";
 }
 
-TEST(LinkTargetOf, ReadsWhatJunctionsAndSymbolicLinksHold) {
+TEST(LinkTargetOf, ReadsTheTargetsOfJunctionsAndSymbolicLinks) {
     constexpr uint32_t junction = 0xA0000003;
     constexpr uint32_t symbolicLink = 0xA000000C;
     const auto data = [](uint32_t tag, uint32_t flags, uint16_t offset, uint16_t length, std::wstring_view text) {

@@ -12,7 +12,7 @@ bool equalNames(std::wstring_view left, std::wstring_view right) {
     return std::ranges::equal(left, right, {}, std::towlower, std::towlower);
 }
 
-TEST(Scrub, TakesTheNameOutOfEverySpellingOfTheProfile) {
+TEST(Scrub, RemovesTheNameFromEachSpellingOfTheProfile) {
     const ScrubTexts texts =
         makeScrubTexts(L"C:\\Users\\Annabella\\", L"C:\\Users\\ANNABE~1\\", L"Annabella", equalNames);
     const std::pair<const wchar_t*, const wchar_t*> rows[] = {
@@ -29,7 +29,7 @@ TEST(Scrub, TakesTheNameOutOfEverySpellingOfTheProfile) {
     for (const auto& [text, scrubbed] : rows) EXPECT_EQ(scrub(texts, text), scrubbed) << text;
 }
 
-TEST(Scrub, ReplacesThoseComponentsOfTheProfileThatAreTheUsersName) {
+TEST(Scrub, ReplacesComponentsThatAreTheUsersName) {
     const struct {
         const wchar_t *profile, *shortPath, *user, *text, *scrubbed;
     } rows[] = {

@@ -12,7 +12,7 @@
 namespace pdx {
 namespace {
 
-TEST(DiskNumberOf, TakesWhatIsBetweenMarkAndComma) {
+TEST(DiskNumberOf, ReturnsTheTextBetweenMarkAndComma) {
     const std::pair<const char*, std::optional<std::string>> rows[] = {
         {"Disk #12, Partition #0", "12"},
         {"Disk #1, Partition #0, more", "1"},
@@ -26,7 +26,7 @@ TEST(DiskNumberOf, TakesWhatIsBetweenMarkAndComma) {
     for (const auto& [partition, number] : rows) EXPECT_EQ(diskNumberOf(partition), number) << partition;
 }
 
-TEST(SubKeyWalk, StopsAtTwoErrorsAndPassesOverTheOthers) {
+TEST(SubKeyWalk, StopsAtTwoErrorsAndSkipsTheOthers) {
     const std::pair<std::vector<SubKeyAnswer>, std::vector<std::wstring>> rows[] = {
         {{{259, {}}}, {}},
         {{{6, {}}}, {}},
@@ -47,7 +47,7 @@ TEST(SubKeyWalk, StopsAtTwoErrorsAndPassesOverTheOthers) {
     }
 }
 
-TEST(CountWithin, EndsWithTheRecord) {
+TEST(CountWithin, CountsNothingOutsideTheRecord) {
     const std::array<std::byte, 13> memory{};
     const auto record = std::span(memory).subspan(1, 10);
     const std::tuple<size_t, size_t, size_t> rows[] = {{0, 1, 0}, {1, 3, 3},  {1, 6, 5},
@@ -55,7 +55,7 @@ TEST(CountWithin, EndsWithTheRecord) {
     for (const auto& [at, count, within] : rows) EXPECT_EQ(countWithin(record, &memory[at], 2, count), within) << at;
 }
 
-TEST(Version, IsReadUpToWhatIsNoNumber) {
+TEST(Version, EndsAtTheFirstNonNumber) {
     const std::pair<const char*, std::array<uint16_t, 4>> rows[] = {
         {"12.37.0.5294", {12, 37, 0, 5294}},
         {"12.37", {12, 37, 0, 0}},

@@ -5,7 +5,7 @@
 namespace pdx {
 namespace {
 
-TEST(Text, MakesValidUtf8OfAnyUtf16) {
+TEST(Text, ConvertsAnyUtf16ToValidUtf8) {
     const wchar_t high = 0xD83D;
     const wchar_t low = 0xDE00;
     const std::string replacement = "\xEF\xBF\xBD";
@@ -30,7 +30,7 @@ TEST(Text, MakesValidUtf8OfAnyUtf16) {
     }
 }
 
-TEST(Text, MakesWideTextOfAnyBytes) {
+TEST(Text, ConvertsAnyBytesToWideText) {
     const std::pair<std::string, std::wstring> cases[] = {
         {{}, {}},
         {"\xC3\xA9\xE2\x82\xAC", L"\x00E9\x20AC"},

@@ -68,7 +68,7 @@ std::string units(std::u16string_view text) {
     return bytes;
 }
 
-TEST(LogReader, GivesScrubbedUtf8WhereverTheBlocksEnd) {
+TEST(LogReader, ReturnsScrubbedUtf8WhereverABlockEnds) {
     using enum LogEncoding;
     const std::string newName = "\xEF\xBF\xBD";  // replaces what is no character
     const std::tuple<LogEncoding, std::string, std::string> rows[] = {
@@ -92,7 +92,7 @@ TEST(LogReader, GivesScrubbedUtf8WhereverTheBlocksEnd) {
     EXPECT_EQ(logEncodingOf("\xFE\xFF"), utf8);
 }
 
-TEST(LogReader, CutsALongLineBesideWhatIsToBeScrubbed) {
+TEST(LogReader, CutsALongLineOutsideTheTextToScrub) {
     constexpr size_t bound = 1 << 20;
     const std::pair<std::string, std::string> parts[] = {
         {"C:\\Users\\Annabella\\", "C:\\Users\\####\\"},

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A system in which a path ends where the map says, and otherwise nowhere; keeps what it was asked.
+/// A system with the final paths of a map, which records the queries.
 struct FakeSystem {
     std::map<std::wstring, std::wstring> finalPaths;
     std::vector<std::wstring> asked;
@@ -82,7 +82,7 @@ TEST(ExpectedFinalPath, TrustsTheFolderAndNothingBelowIt) {
     }
 }
 
-TEST(ExpectedFinalPath, LooksUpOnlyTheWayToTheFolder) {
+TEST(ExpectedFinalPath, QueriesOnlyThePathToTheFolder) {
     FakeSystem system{{{L"C:\\Temp", L"\\\\?\\C:\\Temp"}}, {}, 1000};
     expectedFinalPath(L"\\\\?\\C:\\Temp", L"C:\\Temp\\a\\b", system.functions());
     EXPECT_THAT(system.asked, ElementsAre(L"C:", L"C:\\Temp"));
@@ -91,7 +91,7 @@ TEST(ExpectedFinalPath, LooksUpOnlyTheWayToTheFolder) {
     EXPECT_THAT(system.asked, IsEmpty());
 }
 
-TEST(ExpectedFinalPath, GivesUpWhenAComponentCannotBeJoined) {
+TEST(ExpectedFinalPath, FailsIfAComponentCannotBeJoined) {
     const std::wstring longName(30, L'n');
     const std::pair<std::wstring, ExpectedPathProblem> rows[] = {
         {L"C:\\Temp\\" + longName, ExpectedPathProblem::notJoinable},
@@ -104,7 +104,7 @@ TEST(ExpectedFinalPath, GivesUpWhenAComponentCannotBeJoined) {
     }
 }
 
-TEST(WithoutFinalPathStart, NamesTheFileAsProgramsDo) {
+TEST(WithoutFinalPathStart, RemovesThePrefixOfFinalPaths) {
     EXPECT_EQ(withoutFinalPathStart(L"\\\\?\\C:\\Temp\\a.log"), L"C:\\Temp\\a.log");
     EXPECT_EQ(withoutFinalPathStart(L"\\\\?\\UNC\\server\\share\\a.log"), L"\\\\server\\share\\a.log");
     EXPECT_EQ(withoutFinalPathStart(L""), L"");
@@ -118,7 +118,7 @@ TEST(LockError, RefusesALinkAndEveryOtherPlace) {
     EXPECT_EQ(lockError(0x20, path, false), 0u);
 }
 
-TEST(WithoutSessionFolder, CutsThatOfThisSessionAlone) {
+TEST(WithoutSessionFolder, RemovesOnlyTheFolderOfThisSession) {
     const std::tuple<const wchar_t*, uint32_t, const wchar_t*> rows[] = {
         {L"C:\\Temp\\2\\", 2, L"C:\\Temp\\"},      {L"C:\\Temp\\12\\", 2, L"C:\\Temp\\12\\"},
         {L"C:\\Temp\\2\\", 1, L"C:\\Temp\\2\\"},   {L"C:\\Temp\\2", 2, L"C:\\Temp\\2"},

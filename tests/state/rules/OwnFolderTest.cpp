@@ -41,7 +41,7 @@ TEST(OwnFolder, IsAFullPathBelowADriveAndNoneOfTheSystems) {
     for (const auto& row : rows) EXPECT_EQ(isOwnFolder(row.folder, system), row.own) << row.folder;
 }
 
-TEST(OwnVolumePath, LiesBelowAVolumeThatNeedsNoLetter) {
+TEST(OwnVolumePath, IsBelowAVolumeWithOrWithoutALetter) {
     const SystemFolder system[] = {{L"\\Device\\HarddiskVolume1\\Windows", allBelow}, {L"", 0}};
     const struct {
         const wchar_t* path;
@@ -63,7 +63,7 @@ TEST(OwnVolumePath, LiesBelowAVolumeThatNeedsNoLetter) {
     for (const auto& row : rows) EXPECT_EQ(isOwnVolumePath(row.path, system), row.own) << row.path;
 }
 
-TEST(InProfile, PutsTheProfileInPlaceOfItsVariableAlone) {
+TEST(InProfile, ReplacesOnlyTheVariableOfTheProfile) {
     const std::wstring profile = L"D:\\Users\\ann";
     EXPECT_EQ(inProfile(L"%UserProfile%\\Music", profile), L"D:\\Users\\ann\\Music");
     for (const wchar_t* other : {L"E:\\Music", L"%USERPROFILES%\\Music", L"%HOMEPATH%\\Music", L""})

@@ -8,7 +8,7 @@
 namespace pdx {
 namespace {
 
-TEST(UpdateBucket, IsThatOfTheKnownGenerator) {
+TEST(UpdateBucket, MatchesTheReferenceGenerator) {
     uint64_t checksum = 0;
     for (uint32_t i = 0; i < 10'000; ++i) {
         const std::string address = fmt::format("02-00-5e-00-{:02x}-{:02x}", i >> 8, i & 0xFF);
@@ -18,7 +18,7 @@ TEST(UpdateBucket, IsThatOfTheKnownGenerator) {
     EXPECT_EQ(checksum, 0x1E2A94F6024C3318u);
 }
 
-TEST(ChooseBucket, RejectsWhatLiesAboveTheLastWholeMultiple) {
+TEST(ChooseBucket, RejectsDrawsAboveTheLastWholeMultiple) {
     const std::pair<std::vector<uint32_t>, uint32_t> rows[] = {
         {{0}, 1}, {{4294967199}, 100}, {{4294967200, 4294967295, 41}, 42}};
     for (const auto& [draws, bucket] : rows) {
@@ -28,7 +28,7 @@ TEST(ChooseBucket, RejectsWhatLiesAboveTheLastWholeMultiple) {
     }
 }
 
-TEST(RecommendedVersion, IsEmptyForEveryOtherReply) {
+TEST(RecommendedVersion, IsEmptyForABadReply) {
     EXPECT_EQ(recommendedVersionOf(R"({"recommended":{"version":"12.38.0.1","x":1},"minimum":{"version":"9"}})"),
               "12.38.0.1");
     const char* const bad[] = {
@@ -51,7 +51,7 @@ TEST(RecommendedVersion, IsEmptyForEveryOtherReply) {
     EXPECT_EQ(recommendedVersionOf(depth), "");
 }
 
-TEST(UpdateCheck, IsDueForAnOrdinaryThinInstallAlone) {
+TEST(UpdateCheck, IsDueForAThinInstallOnly) {
     EXPECT_TRUE(isUpdateCheckDue({}));
     EXPECT_FALSE(isUpdateCheckDue({.action = BOOTSTRAPPER_ACTION_UNINSTALL}));
     EXPECT_FALSE(isUpdateCheckDue({.action = BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED}));
@@ -61,7 +61,7 @@ TEST(UpdateCheck, IsDueForAnOrdinaryThinInstallAlone) {
     EXPECT_FALSE(isUpdateCheckDue({.skip = true}));
 }
 
-TEST(UpdateAddresses, AreFilledIn) {
+TEST(UpdateAddresses, ReplaceTheirPlaceholders) {
     EXPECT_EQ(updatePathOf(7), "/autopatch/upgrade/buckets/7");
     const std::pair<const char*, std::optional<std::string>> rows[] = {
         {"https://a.example/{version}/Setup-{version}.exe", "https://a.example/1.2.3.4/Setup-1.2.3.4.exe"},

@@ -56,7 +56,7 @@ TEST(FingerprintText, EncodesTheFirstFieldsUnitByUnitAndTheVideoDeviceByCharacte
                   "132241;132241;132241;" + byUnits + ";11335577;" + byCharacters + ";");
 }
 
-TEST(FingerprintText, StaysWithinItsSizeWithoutTearingACharacter) {
+TEST(FingerprintText, CutsBetweenCharactersWithinItsSize) {
     MachineFacts facts;
     // 438 bytes up to the video device, whose characters then end at 1851 and, one byte on, at 1850.
     for (size_t more = 0; more < 3; ++more) {
@@ -69,7 +69,7 @@ TEST(FingerprintText, StaysWithinItsSizeWithoutTearingACharacter) {
     }
 }
 
-TEST(TakeFact, StopsAtTextAndNullAndGoesOnOtherwise) {
+TEST(TakeFact, StopsAtATextOrNullOnly) {
     const std::wstring full(64, L'x');
     const std::tuple<WmiValue, std::wstring, bool> rows[] = {
         {{WmiValue::Kind::text, L"  s-1 ", 0}, L"  s-1 ", false},

@@ -13,7 +13,7 @@ using nlohmann::json;
 TelemetryQueueItem ordinary(int number) { return {number, false}; }
 TelemetryQueueItem urgent(int number) { return {number, true}; }
 
-TEST(TelemetryBatch, HoldsBackAllButUrgentEventsUntilSendingIsEnabled) {
+TEST(TelemetryBatch, DelaysOrdinaryEventsUntilSendingIsEnabled) {
     const struct {
         const char* what;
         json pending;

@@ -64,7 +64,7 @@ HWND ownDialog() {
     return found;
 }
 
-TEST(Library, ShowsItsWelcomePageWithoutWhatIsMissing) {
+TEST(Library, ShowsTheWelcomePageWithoutAMissingResource) {
     const std::wstring language = detectLanguage();
     const wchar_t *image = L"PDX_IMAGE", *font = L"PDX_FONT", *strings = L"PDX_LOCSTRINGS";
     const std::tuple<const char*, std::vector<Cut>, const char*> rows[] = {
@@ -112,7 +112,7 @@ struct FaceEngine : SmallEngine {
     std::atomic<DWORD> thread = 0;
 };
 
-TEST(Library, UsesFacesOnTheThreadOfItsDialogFromTheMakingOfItsObjectOn) {
+TEST(Library, LoadsFontsOnTheDialogsThreadBeforeTheStart) {
     FaceEngine engine;
     BOOTSTRAPPER_COMMAND command = {};
     command.display = BOOTSTRAPPER_DISPLAY_FULL;
@@ -136,7 +136,7 @@ struct EndlessEngine : SmallEngine {
     }
 };
 
-TEST(Library, LogsThatItsObjectCannotBeMade) {
+TEST(Library, LogsAFailedCreation) {
     EndlessEngine engine;
     const BOOTSTRAPPER_COMMAND command = {};
     const LoadedLibrary library(getModuleFilePath(L"PalisadeBootstrapper.dll"));

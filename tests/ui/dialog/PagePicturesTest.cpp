@@ -47,7 +47,7 @@ Ink inkOf(uint16_t picture, const Snapshot& snapshot, const Box& place) {
     return ink;
 }
 
-TEST(PagePictures, AreThoseOfTheirPage) {
+TEST(PagePictures, EachPageShowsItsPicture) {
     const struct {
         const char* what;
         int32_t kind;
@@ -80,19 +80,19 @@ TEST(PagePictures, AreThoseOfTheirPage) {
     }
 }
 
-TEST(PagePictures, AreBegunForARunThatShowsAWindow) {
+TEST(PagePictures, LoadOnlyForARunWithAWindow) {
     BOOTSTRAPPER_COMMAND command{};
     command.display = BOOTSTRAPPER_DISPLAY_EMBEDDED;
     command.relationType = BOOTSTRAPPER_RELATION_UPDATE;
     for (const auto& [argument, begun] : {std::pair{L"/passive", true}, {L"/quiet", false}}) {
         const std::wstring arguments[] = {argument};
-        // Ends with a thread that waits for a size which never comes.
+        // Its thread waits for a size that nobody sets.
         const PreparedPage page(command, arguments);
         EXPECT_EQ(g_pagePictures.get() != nullptr, begun) << toUtf8(argument);
     }
 }
 
-TEST(PagePictures, HaveTheBackgroundAtTheSizeOfTheWindow) {
+TEST(PagePictures, ScaleTheBackgroundToTheWindow) {
     PagePictures pictures;
     pictures.setWindowSize({480, 450});
     ASSERT_NE(pictures.background(), nullptr);

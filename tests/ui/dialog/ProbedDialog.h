@@ -1,5 +1,5 @@
-// The installer's dialog in a test's hands: on the test's own thread, so that what the user does is a step which the
-// dialog's own message loops run.
+// The installer's dialog under test: on the test's own thread, so that the dialog's own message loops run what the user
+// does.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -42,6 +42,15 @@ struct OpenDialog : BootstrapperDialog {
     mutable bool failsOnce = false;
 };
 
+constexpr int32_t escape = IDCANCEL;  ///< also the system's own close command
+
+/// What the user does at a prompt.
+struct Turn {
+    const wchar_t* sees;                   ///< the title that shows by then
+    int32_t presses = 0;                   ///< a control or `escape`
+    std::function<void()> meanwhile = {};  ///< what happens before the press
+};
+
 class ProbedDialog : public ProbedRun {
   public:
     explicit ProbedDialog(BOOTSTRAPPER_ACTION action = BOOTSTRAPPER_ACTION_INSTALL,
@@ -58,7 +67,8 @@ class ProbedDialog : public ProbedRun {
         dialog.reset();
         dialogUi.reset();
         settle();
-        DestroyWindow(steps);
+        EXPECT_TRUE(turns.empty()) << "a prompt did not show";
+        DestroyWindow(caller);
     }
 
     /// It sends to the dialog as it does from the engine's thread.
@@ -73,21 +83,26 @@ class ProbedDialog : public ProbedRun {
         return sender().sendAppMessage(message, wparam, lparam);
     }
 
-    /// Runs the step in whichever loop takes the thread's next message.
-    void later(std::function<void()> step) {
-        pending.push_back(std::move(step));
-        PostMessageW(steps, WM_USER, 0, reinterpret_cast<LPARAM>(this));
+    /// A message from a thread that had passed the gate before a prompt opened.
+    int sendPastTheGate(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
+        return static_cast<int>(SendMessageW(window(), message, wparam, lparam));
+    }
+    /// What the user does, in this order. Whichever loop takes the thread's next message runs the next turn, after all
+    /// messages that wait.
+    void user(std::vector<Turn> script) {
+        const bool idle = turns.empty();
+        for (Turn& turn : script) turns.push_back(std::move(turn));
+        if (idle) callTurn();
     }
     /// A click as a person can make it: on what is there.
     void press(int32_t id) {
+        if (id == escape) {
+            SendMessageW(window(), WM_COMMAND, escape, 0);
+            return;
+        }
         EXPECT_TRUE(shows(id) && IsWindowEnabled(item(id))) << id;
         SendMessageW(window(), WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(item(id)));
     }
-    void pressLater(int32_t id) {
-        later([this, id] { press(id); });
-    }
-    /// Escape, or the system's own close command.
-    void dismiss() const { SendMessageW(window(), WM_COMMAND, IDCANCEL, 0); }
     /// Takes all messages that wait; keeps the code of a WM_QUIT.
     void settle() {
         MSG message;
@@ -144,22 +159,30 @@ class ProbedDialog : public ProbedRun {
     std::optional<int> quitCode;
 
   private:
-    static LRESULT CALLBACK runStep(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-        if (message != WM_USER) return DefWindowProcW(window, message, wparam, lparam);
+    enum : WPARAM { first, afterTheOthers };
+
+    static LRESULT CALLBACK takeTurn(HWND window, UINT message, WPARAM round, LPARAM lparam) {
+        if (message != WM_USER) return DefWindowProcW(window, message, round, lparam);
+        // Once more to the end of the queue: the end of a prompt posts the refresh of the page below it.
+        if (round == first) return PostMessageW(window, WM_USER, afterTheOthers, lparam), 0;
         auto& probed = *reinterpret_cast<ProbedDialog*>(lparam);
-        const std::function<void()> step = std::move(probed.pending.front());
-        probed.pending.pop_front();
-        step();
+        const Turn turn = std::move(probed.turns.front());
+        probed.turns.pop_front();
+        if (!probed.turns.empty()) probed.callTurn();
+        EXPECT_EQ(probed.text(), readable(turn.sees));
+        if (turn.meanwhile) turn.meanwhile();
+        if (turn.presses) probed.press(turn.presses);
         return 0;
     }
-    static HWND makeStepWindow() {
+    void callTurn() { PostMessageW(caller, WM_USER, first, reinterpret_cast<LPARAM>(this)); }
+    static HWND makeCaller() {
         HWND made = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-        SetWindowLongPtrW(made, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(runStep));
+        SetWindowLongPtrW(made, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(takeTurn));
         return made;
     }
 
-    HWND steps = makeStepWindow();
-    std::deque<std::function<void()>> pending;
+    HWND caller = makeCaller();
+    std::deque<Turn> turns;
     size_t callsSeen = 0;
     size_t reportedBefore = 0;
 };

@@ -21,7 +21,7 @@ TEST(Fonts, AnUnknownFaceBecomesSansSerifWithoutAFailure) {
     EXPECT_FALSE(fallbackName().empty());
 }
 
-TEST(Fonts, TakeSizeAndStyleFromTheNativeRecord) {
+TEST(Fonts, ReadSizeAndStyleFromTheNativeRecord) {
     for (const LONG weight : {400, 401}) {
         LOGFONTW record{};
         record.lfHeight = -16;

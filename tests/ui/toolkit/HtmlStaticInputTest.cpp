@@ -212,7 +212,7 @@ TEST_F(HtmlStaticInputTest, ALabelWithoutLinksKeepsTheFocusOnlyWhenItScrolls) {
     EXPECT_EQ(GetFocus(), button);
 }
 
-TEST_F(HtmlStaticInputTest, TwoLabelsWithoutLinksPassTheFocusOnOnlyOnce) {
+TEST_F(HtmlStaticInputTest, TwoLabelsWithoutLinksMoveTheFocusOnce) {
     HtmlProbe &one = makeLabel({0, 0, 100, 60}, WS_TABSTOP), &two = makeLabel({0, 60, 100, 120}, WS_TABSTOP);
     ASSERT_TRUE(isTabStop(one) && isTabStop(two));
     ::SetFocus(one.getHandle());

@@ -35,7 +35,7 @@ TEST(Pictures, AreNullWhenTheyAreMissingOrBroken) {
     EXPECT_EQ(decodePicture(asFile(twoPixels).first(20)), nullptr) << "cut off";
 }
 
-TEST(Pictures, ScaledOnesLookLikeStretchedOnes) {
+TEST(Pictures, ScaledPicturesResembleStretchedOnes) {
     const auto background = LoadPicture(backgroundPictureNumber);
     ASSERT_NE(background, nullptr);
     const Size size = {480, 450};

@@ -31,7 +31,7 @@ class Painting : public ::testing::Test {
     TestDialog dialog;
 };
 
-TEST_F(Painting, AChildOfAChildShowsTheDialogBehindIt) {
+TEST_F(Painting, AChildOfAChildShowsTheGroundOfTheDialog) {
     TestControl child(childAt({70, 40, 60, 40}, dialog));
     child.painter = [](Graphics& graphics) { graphics.fillRectangle(Brush(white), {0, 0, 100, 100}); };
     TestControl inner(childAt({20, 10, 30, 20}, child));

@@ -240,7 +240,7 @@ TEST_F(Widgets, ABarsTimerRunsOnlyInAVisibleMarquee) {
     EXPECT_FALSE(bar.isMarquee() || ticks());
 }
 
-TEST_F(Widgets, ABarShownAgainHasTheGroundOfTheNewPage) {
+TEST_F(Widgets, ABarShownAgainHasTheNewPagesGround) {
     Color color = coral;
     dialog.painter = [&](Graphics& graphics) { graphics.fillRectangle(Brush(color), {0, 0, 500, 500}); };
     ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
@@ -252,7 +252,7 @@ TEST_F(Widgets, ABarShownAgainHasTheGroundOfTheNewPage) {
     EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({160, 4}), grey));
 }
 
-TEST_F(Widgets, AStepOfABarRepaintsOnlyWhatMovedAndShowsWhatAWholePaintDoes) {
+TEST_F(Widgets, AStepOfABarRepaintsOnlyTheMovedPartAsAWholePaintDoes) {
     dialog.painter = [](Graphics& graphics) { graphics.fillRectangle(Brush(coral), {0, 0, 500, 500}); };
     ProgressBar bar(make(PROGRESS_CLASSW, PBS_MARQUEE, {20, 20, 320, 8}));
     paint(bar);

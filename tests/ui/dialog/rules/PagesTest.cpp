@@ -15,7 +15,7 @@
 namespace pdx {
 namespace {
 
-TEST(Pages, ShowTheirControls) {
+TEST(Pages, EachPageShowsItsControls) {
     const std::pair<int32_t, std::set<int32_t>> rows[] = {
         {0, {1005}},
         {1, {1001, 1002, 1005, 1007, 1009, 1008}},
@@ -31,7 +31,7 @@ TEST(Pages, ShowTheirControls) {
     EXPECT_EQ(std::set<int32_t>(std::begin(pageControls), std::end(pageControls)).size(), 15u);
 }
 
-TEST(Prompts, AnswerByTheirButtonSet) {
+TEST(Prompts, EachButtonReturnsTheResultOfItsSet) {
     constexpr int32_t answers[][3] = {{1, 0, 0}, {1, 2, 0}, {3, 4, 5},   {6, 7, 2},
                                       {6, 7, 0}, {4, 2, 0}, {2, 10, 11}, {0, 0, 0}};
     for (uint32_t set = 0; set < std::size(answers); ++set) {
@@ -49,7 +49,7 @@ TEST(Prompts, AnswerByTheirButtonSet) {
         EXPECT_EQ(defaultButtonKey(result), keys.contains(result) ? keys.at(result) : L"") << result;
 }
 
-TEST(Prompts, OfAnErrorGoByItsCode) {
+TEST(Prompts, AnErrorsCodeChoosesItsText) {
     const struct {
         uint32_t type, code;
         std::wstring_view title, body;
@@ -73,7 +73,7 @@ TEST(Prompts, OfAnErrorGoByItsCode) {
     }
 }
 
-TEST(Closing, GoesByItsTable) {
+TEST(Closing, CrossAndEscapeActByTheTable) {
     using enum CloseAction;
     constexpr auto ordinary = PageRole::ordinary, question = PageRole::closeQuestion, report = PageRole::reportUnderWay;
     const struct {
@@ -103,7 +103,7 @@ TEST(Closing, GoesByItsTable) {
     EXPECT_FALSE(hasOneButton({.kind = pageProgress}));
 }
 
-TEST(Links, LeadSomewhereByTheirScheme) {
+TEST(Links, TheSchemeChoosesTheAction) {
     const std::tuple<std::wstring_view, std::wstring_view, std::wstring_view, LinkAction> rows[] = {
         {L"http://a/b", L"http", L"/b", LinkAction::open},
         {L"HTTPS://a/b", L"HTTPS", L"/b", LinkAction::open},
@@ -144,7 +144,7 @@ TEST(InstallFolder, NeedsOneGiB) {
     EXPECT_TRUE(isSpaceEnough(0x100000000)) << "a low word of nothing";
 }
 
-TEST(InstallFolder, OpensTheChooserAroundTheProductsOwn) {
+TEST(InstallFolder, OpensTheChooserAboveTheProductsFolder) {
     const std::wstring_view own = L"Palisade Desktop";
     EXPECT_EQ(chooserFolder(L"D:\\Games\\Palisade Desktop", own), L"D:\\Games");
     EXPECT_EQ(chooserFolder(L"D:\\Palisade Desktop", own), L"D:\\");
@@ -152,7 +152,7 @@ TEST(InstallFolder, OpensTheChooserAroundTheProductsOwn) {
     EXPECT_EQ(chooserFolder(own, own), own) << "nothing would be left";
 }
 
-TEST(InstallFolder, KnowsTheOlderClientsOwn) {
+TEST(InstallFolder, ComparesFoldersAndAddsTheProductsOwn) {
     EXPECT_TRUE(isAtOrUnder(L"c:\\palisad", L"c:\\palisad"));
     EXPECT_TRUE(isAtOrUnder(L"c:\\palisad\\sub", L"c:\\palisad"));
     EXPECT_FALSE(isAtOrUnder(L"c:\\palisade", L"c:\\palisad"));
@@ -166,7 +166,7 @@ TEST(InstallFolder, KnowsTheOlderClientsOwn) {
     EXPECT_EQ(productFolderIn(longest, longest, false), longest);
 }
 
-TEST(LegalDocument, LiesOnlineOrBesideTheProgram) {
+TEST(LegalDocument, IsOnlineOrBesideTheProgram) {
     EXPECT_EQ(onlineLegalDocument(L"https://legal.example/", L"WEBTERMS", L"mx"),
               L"https://legal.example/legalapp/WEBTERMS/US/mx/PC/");
     EXPECT_EQ(onlineLegalDocument(L"", L"WEBTERMS", L"mx"), L"");

@@ -22,7 +22,7 @@ std::wstring outline(const GumboTree& tree, GumboTree::Node node) {
     return text + L")";
 }
 
-TEST(GumboTree, IsTheTreeOfABrowser) {
+TEST(GumboTree, BuildsTheTreeOfABrowser) {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"", L"BODY()"},
         {"words <B>in</b> fragments", L"BODY('words 'B('in')' fragments')"},

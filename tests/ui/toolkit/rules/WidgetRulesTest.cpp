@@ -40,7 +40,7 @@ TEST(Button, HasTheColoursOfItsStateAndStyle) {
     }
 }
 
-TEST(Label, TakesAlignmentAndEllipsisFromItsStyle) {
+TEST(Label, ReadsAlignmentAndEllipsisFromItsStyle) {
     const std::pair<uint32_t, LabelFormat> rows[] = {
         {0, {0, 0}},      {1, {1, 0}},      {2, {2, 0}},      {3, {1, 0}},
         {0x4000, {0, 3}}, {0x8000, {0, 5}}, {0xC000, {0, 4}}, {0x8002, {2, 5}},
