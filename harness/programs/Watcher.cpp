@@ -16,6 +16,7 @@
 //   service NAME COMMAND         makes and starts a service of the probe's (Probe.cpp); answers when it runs
 //   end-service NAME             ends it, whatever its behaviour, and deletes it
 //   service-state NAME           its state's number, 0 if there is no such service
+//   handles PROCESS              how many handles a process has
 #include <windows.h>
 
 #include <fmt/format.h>
@@ -28,6 +29,7 @@
 #include <string>
 #include <vector>
 
+#include "harness/programs/lifecycle/ProcessCensus.h"
 #include "platform/Registry.h"
 #include "platform/Text.h"
 #include "resources/ids.h"
@@ -290,6 +292,8 @@ int main() {
             answer = endService(remainder());
         } else if (command == "service-state") {
             answer = stateOf(remainder());
+        } else if (command == "handles") {
+            answer = std::to_string(pdx::handleCountOf(std::stoul(pdx::toUtf8(remainder()))));
         }
         std::puts(answer.c_str());
         std::fflush(stdout);
