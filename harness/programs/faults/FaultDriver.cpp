@@ -219,7 +219,7 @@ void runRows(const fs::path& library, const std::vector<Row>& rows, size_t first
         // Wine keeps a handle for each access below HKEY_CLASSES_ROOT that names a view, and a repair makes as many. A
         // run that cannot read its variables counts as one.
         const bool repairs = row.kind == "repair" || row.injection.function == "engine: GetVariableString";
-        if (repairs) baseline.handles["Key"] += 13;
+        if (repairs) baseline.handles["Key"] += 17;
         const size_t files = temporaryFiles();
         ImportHook hook;
         auto ending = runArranged(row, library, folder, hook, good[row.kind]);
@@ -229,7 +229,7 @@ void runRows(const fs::path& library, const std::vector<Row>& rows, size_t first
             baseline = census;
             ImportHook again;
             runArranged(row, library, folder, again, good[row.kind]);
-            if (repairs) baseline.handles["Key"] += 13;
+            if (repairs) baseline.handles["Key"] += 17;
             // A condition variable of the toolchain, made for the first exception after a load and never closed.
             baseline.handles["Semaphore"] += 2;
             census = takeCensusWithin(baseline, settleBound);
