@@ -193,7 +193,9 @@ Ending runArranged(const Row& row, const fs::path& library, const fs::path& fold
     AllowedStates allowed{.before = arrangeMachine(repairs || row.kind == "uninstall"),
                           .good = {},
                           .mayStop = repairs,
-                          .registryFails = row.injection.function.starts_with("Reg")};
+                          // Without its key the bundle's own entry is not known from the client's other records.
+                          .registryFails = row.injection.function.starts_with("Reg") ||
+                                           row.injection.function == "engine: GetVariableString"};
     auto ending = runRound(row, library, folder, hook);
     const RegistryState after = readMachine();
     if (good.is_null()) good = after;
