@@ -16,7 +16,7 @@ target_link_libraries(palisade_fmt PUBLIC palisade_headers PRIVATE palisade_opti
 add_library(palisade_system_libraries INTERFACE)
 target_link_libraries(palisade_system_libraries INTERFACE
     advapi32 gdi32 ole32 oleaut32 shell32 shlwapi user32 uuid rpcrt4 wbemuuid z)
-link_delayed(palisade_system_libraries bcrypt comctl32 crypt32 gdiplus iphlpapi version wininet)
+link_delayed(palisade_system_libraries bcrypt comctl32 crypt32 gdiplus version wininet)
 
 # The test framework, built from its sources with the compiler in use.
 set(INSTALL_GTEST OFF CACHE INTERNAL "")

@@ -21,6 +21,7 @@
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Processes.h"
+#include "platform/SystemFunction.h"
 #include "platform/Text.h"
 #include "platform/UncaughtExceptions.h"
 #include "reporting/ReportPackage.h"
@@ -73,6 +74,12 @@ class Application final : PreparedPage, public BootstrapperApplication {
 };
 
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
+    // GDI+ is bound late: without it the first of its functions would crash, and a silent run wait in the crash's box.
+    if (!systemLibrary(L"gdiplus.dll")) {
+        engine->Log(BOOTSTRAPPER_LOG_LEVEL_ERROR, L"gdiplus.dll cannot be loaded");
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
     try {
         auto application = std::make_unique<Application>(engine, command);
         // Also where no page is prepared. Never shut down; logs a failure.

@@ -11,6 +11,7 @@
 #include "platform/HttpClient.h"
 #include "platform/Log.h"
 #include "platform/rules/Version.h"
+#include "platform/SystemFunction.h"
 #include "platform/Text.h"
 #include "state/rules/UpdateRules.h"
 
@@ -35,7 +36,11 @@ std::string GetRecommendedVersion(const std::string& url) try {
 
 }  // namespace
 
-unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size) { return GetAdaptersInfo(list, size); }
+unsigned long askAdapters(_IP_ADAPTER_INFO* list, unsigned long* size) {
+    // Looked up: a late import of a missing library would raise a structured exception.
+    const auto ask = lookUp<decltype(&GetAdaptersInfo)>(systemLibrary(L"iphlpapi.dll"), "GetAdaptersInfo");
+    return ask ? ask(list, size) : ERROR_NO_DATA;
+}
 
 std::string getLocalMacAddress(AdapterQuery ask) {
     // A fixed size and no second try, so that a machine's bucket is the same in every version of this code.

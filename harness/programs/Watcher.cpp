@@ -16,9 +16,8 @@
 //   service NAME COMMAND         makes and starts a service of the probe's (Probe.cpp); answers when it runs
 //   end-service NAME             ends it, whatever its behaviour, and deletes it
 //   service-state NAME           its state's number, 0 if there is no such service
+//   handles PROCESS              how many handles a process has
 #include <windows.h>
-
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -28,6 +27,8 @@
 #include <string>
 #include <vector>
 
+#include "harness/programs/lifecycle/ProcessCensus.h"
+#include "harness/programs/RegistryTree.h"
 #include "platform/Registry.h"
 #include "platform/Text.h"
 #include "resources/ids.h"
@@ -172,30 +173,6 @@ struct ServiceTraits {
 };
 using Service = pdx::UniqueHandle<ServiceTraits>;
 
-Json valuesOf(HKEY key) {
-    Json values = Json::object();
-    LSTATUS status = ERROR_SUCCESS;
-    for (DWORD index = 0; status == ERROR_SUCCESS; ++index) {
-        wchar_t name[256], data[4096] = {};
-        DWORD nameLength = 256, size = sizeof data - sizeof *data, type = REG_NONE;
-        status = RegEnumValueW(key, index, name, &nameLength, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
-        if (status == ERROR_SUCCESS && type == REG_SZ) values[pdx::toUtf8(name)] = pdx::toUtf8(data);
-        if (status == ERROR_SUCCESS && type == REG_DWORD)
-            values[pdx::toUtf8(name)] = fmt::format("0x{:04x}{:04x}", +data[1], +data[0]);
-    }
-    if (status != ERROR_NO_MORE_ITEMS) values["failed"] = status;
-    return values;
-}
-
-void addTree(Json& tree, pdx::RegistryKey key, const std::string& path) {
-    tree[path] = valuesOf(key.get());
-    key.enumerateSubKeys([&](pdx::RegistryKey& parent, const std::wstring& name) {
-        if (pdx::RegistryKey below = parent.openSubKey(name, false))
-            addTree(tree, std::move(below), (path.empty() ? "" : path + "\\") + pdx::toUtf8(name));
-        return true;
-    });
-}
-
 Json registry(std::istringstream& arguments, bool whole) {
     std::string word, path;
     std::getline(arguments >> word >> std::ws, path);
@@ -204,10 +181,8 @@ Json registry(std::istringstream& arguments, bool whole) {
                                                  : pdx::RegistryKey::localMachine;
     pdx::RegistryKey key =
         root(word == "32" ? pdx::view32 : pdx::view64).openSubKey(pdx::toWide(path.substr(path.find('\\') + 1)), false);
-    if (!whole) return key ? valuesOf(key.get()) : nullptr;
-    Json tree = Json::object();
-    if (key) addTree(tree, std::move(key), "");
-    return tree;
+    if (!whole) return key ? pdx::valuesOf(key) : nullptr;
+    return pdx::treeOf(std::move(key));
 }
 
 pdx::Handle makeEvent(const std::wstring& name) {
@@ -290,6 +265,8 @@ int main() {
             answer = endService(remainder());
         } else if (command == "service-state") {
             answer = stateOf(remainder());
+        } else if (command == "handles") {
+            answer = std::to_string(pdx::handleCountOf(std::stoul(pdx::toUtf8(remainder()))));
         }
         std::puts(answer.c_str());
         std::fflush(stdout);

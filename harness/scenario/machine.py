@@ -1,4 +1,5 @@
 """The machine of a scenario: its files, registry, drives, programs and services, and the settings that it follows."""
+import contextlib
 import json
 import ssl
 import subprocess
@@ -65,6 +66,15 @@ class Machine:
     def client_files(self, install_folder: str = client.INSTALL_FOLDER) -> set[str]:
         """The client's files that are there."""
         return {name for name in client.FILES if self.exists(client.file(name, install_folder))}
+
+    def installers(self) -> list[Path]:
+        """The folders below /proc of the processes of bundles, of whatever folder they run from."""
+        found = []
+        for process in Path("/proc").glob("[0-9]*"):
+            with contextlib.suppress(OSError):  # it has ended
+                if b"PalisadeSetup.exe" in (process / "cmdline").read_bytes():
+                    found.append(process)
+        return found
 
     def windows_version(self, word: str) -> None:
         """The system's version, by Wine's word for it: "win10", "win7", "vista"."""

@@ -12,8 +12,9 @@ from harness.places import SCENARIOS
 from harness.scenario.scene import Scene
 from harness.waiting import Hang
 
-LONGEST = ["other-outcomes", "migrate-not-now", "repair-blocked", "download-gives-up", "telemetry-down", "gallery",
-           "accessible", "report-faults", "download-cancel", "update-replies", "bad-folders"]
+LONGEST = ["other-outcomes", "migrate-not-now", "repair-blocked", "machine-faults", "download-gives-up",
+           "telemetry-down", "gallery", "accessible", "report-faults", "download-cancel", "update-replies",
+           "bad-folders"]
 
 
 def names() -> list[str]:

@@ -17,13 +17,16 @@ PLACES = [("HKLM\\Software\\Bastion", 32), ("HKCU\\Software\\Corvane Works", 64)
           *((key, view) for key in ("HKLM\\Software\\Corvane Works", UNINSTALL, INSTALLER) for view in (32, 64)),
           *((f"HKCR\\{protocol}", 64) for protocol in PROTOCOLS)]
 
+# All that programs write, with both views; takes half a minute.
+WHOLE = [("HKLM\\Software", 64), ("HKLM\\System", 64), ("HKCU\\Software", 64)]
+
 Listing = dict[tuple[int, str, str | None], str]
 
 
-def listing(scene) -> Listing:
+def listing(scene, places=PLACES) -> Listing:
     """Each value by view, key and name, and each key by the name None."""
     found: Listing = {}
-    for place, view in PLACES:
+    for place, view in places:
         for path, values in json.loads(scene.machine.command(f"tree {view} {place}")).items():
             key = f"{place}\\{path}" if path else place
             found[view, key, None] = ""

@@ -12,7 +12,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
-#include <set>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -20,6 +20,7 @@
 #include "harness/programs/engine/EngineRun.h"
 #include "harness/programs/engine/LoadedLibrary.h"
 #include "harness/programs/faults/FaultyEngine.h"
+#include "harness/programs/faults/RegistryState.h"
 #include "harness/programs/lifecycle/ProcessCensus.h"
 #include "platform/Text.h"
 #include "platform/Thread.h"
@@ -62,7 +63,7 @@ void presetVariables(SmallEngine& engine, const fs::path& folder, const std::str
         {L"ProgramFiles64Folder", L"C:\\Program Files\\"},
         {L"InstallFolder", L"[ProgramFiles64Folder]Palisade"},
         {L"BundleExecutableName", L"faults.exe"},
-        {L"WixBundleProviderKey", L"{0B6D4B7C-6C0E-4E63-9E0A-6E6B2F0A51D7}"},
+        {L"WixBundleProviderKey", bundleKey},
         {L"WixBundleLog", (folder / L"bundle.log").wstring()},
         {L"WixBundleLog_PalisadeApp.msi", (folder / L"package.log").wstring()},
         {L"WixBundleRollbackLog_PalisadeApp.msi", (folder / L"package_rollback.log").wstring()},
@@ -185,32 +186,52 @@ size_t temporaryFiles() {
     return count;
 }
 
+/// A run on a machine that is as before each run of that kind. The first of a kind has no fault and fills `good`.
+Ending runArranged(const Row& row, const fs::path& library, const fs::path& folder, ImportHook& hook,
+                   RegistryState& good) {
+    const bool repairs = row.kind == "repair";
+    AllowedStates allowed{.before = arrangeMachine(repairs || row.kind == "uninstall"),
+                          .good = {},
+                          .mayStop = repairs,
+                          // Without its key the bundle's own entry is not known from the client's other records.
+                          .registryFails = row.injection.function.starts_with("Reg") ||
+                                           row.injection.function == "engine: GetVariableString"};
+    auto ending = runRound(row, library, folder, hook);
+    const RegistryState after = readMachine();
+    if (good.is_null()) good = after;
+    allowed.good = good;
+    const std::string wrong = halfWritten(allowed, after);
+    ending.expect(wrong.empty(), "half-written registry: " + wrong);
+    std::ranges::replace(ending.wrong, '|', '/');
+    return ending;
+}
+
 void runRows(const fs::path& library, const std::vector<Row>& rows, size_t first) {
     ProcessCensus baseline;
-    std::set<std::string> warm;
+    std::map<std::string, RegistryState> good;
     for (size_t i = first; i < rows.size(); ++i) {
         const Row& row = rows[i];
         const auto folder = fs::temp_directory_path() / ("fault-" + std::to_string(i));
         // The first run of a kind makes what the system's libraries keep for the life of the process.
-        if (warm.insert(row.kind).second) {
+        if (!good.contains(row.kind)) {
             ImportHook plain;
-            runRound({row.kind, {}}, library, folder, plain);
+            runArranged({row.kind, {}}, library, folder, plain, good[row.kind]);
             baseline = takeCensus();
         }
         // Wine keeps a handle for each access below HKEY_CLASSES_ROOT that names a view, and a repair makes as many. A
         // run that cannot read its variables counts as one.
         const bool repairs = row.kind == "repair" || row.injection.function == "engine: GetVariableString";
-        if (repairs) baseline.handles["Key"] += 13;
+        if (repairs) baseline.handles["Key"] += 17;
         const size_t files = temporaryFiles();
         ImportHook hook;
-        auto ending = runRound(row, library, folder, hook);
+        auto ending = runArranged(row, library, folder, hook, good[row.kind]);
         auto census = takeCensusWithin(baseline, settleBound);
         // What a second run with the same fault does not leave again is the system's.
         if (ending.wrong.empty() && !census.within(baseline)) {
             baseline = census;
             ImportHook again;
-            runRound(row, library, folder, again);
-            if (repairs) baseline.handles["Key"] += 13;
+            runArranged(row, library, folder, again, good[row.kind]);
+            if (repairs) baseline.handles["Key"] += 17;
             // A condition variable of the toolchain, made for the first exception after a load and never closed.
             baseline.handles["Semaphore"] += 2;
             census = takeCensusWithin(baseline, settleBound);

@@ -60,6 +60,16 @@ std::vector<std::byte> handleTable() {
     }
 }
 
+std::vector<HANDLE> handlesOf(DWORD processId) {
+    const auto buffer = handleTable();
+    const auto* table = reinterpret_cast<const HandleTable*>(buffer.data());
+    const auto* entries = reinterpret_cast<const HandleEntry*>(buffer.data() + offsetof(HandleTable, entries));
+    std::vector<HANDLE> handles;
+    for (const auto& entry : std::span(entries, table->count))
+        if (entry.processId == processId) handles.push_back(reinterpret_cast<HANDLE>(entry.handle));
+    return handles;
+}
+
 std::string typeName(HANDLE handle) {
     static const auto query = ntFunction<QueryObject>("NtQueryObject");
     alignas(std::max_align_t) std::array<std::byte, 1024> buffer{};
@@ -103,15 +113,11 @@ std::string ProcessCensus::excessOver(const ProcessCensus& other) const {
 
 ProcessCensus takeCensus() {
     ProcessCensus census{.threads = threadCount(), .handles = {}};
-    const auto buffer = handleTable();
-    const auto* table = reinterpret_cast<const HandleTable*>(buffer.data());
-    const auto* entries = reinterpret_cast<const HandleEntry*>(buffer.data() + offsetof(HandleTable, entries));
-    for (const auto& entry : std::span(entries, table->count)) {
-        if (entry.processId == GetCurrentProcessId())
-            ++census.handles[typeName(reinterpret_cast<HANDLE>(entry.handle))];
-    }
+    for (const HANDLE handle : handlesOf(GetCurrentProcessId())) ++census.handles[typeName(handle)];
     return census;
 }
+
+size_t handleCountOf(unsigned long processId) { return handlesOf(processId).size(); }
 
 ProcessCensus takeCensusWithin(const ProcessCensus& other, unsigned long bound) {
     const ULONGLONG deadline = GetTickCount64() + bound;

@@ -20,6 +20,9 @@ struct ProcessCensus {
 /// Counts now, in the system's handle table: GetProcessHandleCount answers 0 under Wine.
 ProcessCensus takeCensus();
 
+/// The handles of any process.
+size_t handleCountOf(unsigned long processId);
+
 /// Counts again until it is within the other, at most for the time given (milliseconds): threads that have been joined
 /// leave the system's lists a little later.
 ProcessCensus takeCensusWithin(const ProcessCensus& other, unsigned long bound);
