@@ -1,5 +1,7 @@
 #include "config/rules/TomlConfig.h"
 
+#include <cpptoml.h>
+
 #include <sstream>
 
 #include "fuzz/Target.h"

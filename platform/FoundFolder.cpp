@@ -154,9 +154,8 @@ PathEntry lookAt(const std::wstring& path) {
 FoundFolder findFolder(const std::wstring& path) {
     FoundFolder found;
     found.path = withoutEndSeparators(path);
-    const std::wstring fullPath = fullPathOf(found.path);
-    if (fullPath.empty()) return found;
-    WalkedPath walked = walkLinks(fullPath, lookAt);
+    if (found.path.empty()) return found;
+    WalkedPath walked = walkLinks(fullPathOf(found.path), lookAt);
     found.exists = walked.result != WalkResult::missing;
     if (walked.result == WalkResult::arrived) {
         const FileHandle folder = openToAsk(walked.path);
