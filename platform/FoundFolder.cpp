@@ -138,7 +138,7 @@ PathEntry lookAt(const std::wstring& path) {
         found.holderSecurity = securityOf(holder.get());
     }
     if (isBelowWine) {
-        // The opened entry is the target; of the link Wine tells neither final path nor owner.
+        // The opened entry is the target: Wine gives neither final path nor owner of the link.
         found.target.path = finalPathOf(entry.get());
         found.finalPath = withoutEndSeparators(found.holderFinalPath) + L'\\' + path.substr(end);
         found.security = found.holderSecurity;
