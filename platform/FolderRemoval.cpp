@@ -118,8 +118,7 @@ class TreeRemoval {
     /// Removes what is no folder from the open folder, even if its path leads elsewhere meanwhile, and lists the
     /// others.
     bool removeFiles(Level& level, Place& place) {
-        const auto size = static_cast<DWORD>(buffer.size() * sizeof buffer[0]);
-        while (GetFileInformationByHandleEx(level.folder.get(), FileIdBothDirectoryInfo, buffer.data(), size)) {
+        while (GetFileInformationByHandleEx(level.folder.get(), FileIdBothDirectoryInfo, buffer.data(), bufferSize)) {
             const auto* at = reinterpret_cast<const std::byte*>(buffer.data());
             for (DWORD next = 1; next != 0; at += next) {
                 const auto& entry = *reinterpret_cast<const FILE_ID_BOTH_DIR_INFO*>(at);
@@ -160,10 +159,13 @@ class TreeRemoval {
         return (retry(attempt) && error == ERROR_SUCCESS) || logFailure(kind, place, error);
     }
 
+    static constexpr DWORD bufferSize = 32768;  // bytes
+
     int32_t tries;
     uint32_t delayMilliseconds;
     RemovalBounds bounds;
-    std::vector<uint64_t> buffer = std::vector<uint64_t>(4096);  ///< for the entries of a folder
+    std::vector<uint64_t> buffer =
+        std::vector<uint64_t>(bufferSize / sizeof(uint64_t));  ///< for the entries of a folder
     int32_t entries = 0;
     int32_t failedTries = 0;
 };

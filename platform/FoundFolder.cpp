@@ -38,7 +38,7 @@ FileHandle openToAsk(const std::wstring& path) {
     return entry;
 }
 
-std::wstring textOf(PSID account) {
+std::wstring accountText(PSID account) {
     UniqueHandle<LocalMemoryTraits<wchar_t>> text;
     return account && ConvertSidToStringSidW(account, text.put()) ? text.get() : L"";
 }
@@ -63,10 +63,10 @@ FileSecurity securityOf(HANDLE file) {
         auto& allowed = *static_cast<ACCESS_ALLOWED_ACE*>(entry);  // one that denies has the same form
         // In another type the account has another place.
         const bool isKnown = denies || header.AceType == ACCESS_ALLOWED_ACE_TYPE;
-        security.entries.push_back({isKnown ? textOf(&allowed.SidStart) : std::wstring(), denies,
+        security.entries.push_back({isKnown ? accountText(&allowed.SidStart) : std::wstring(), denies,
                                     (header.AceFlags & INHERIT_ONLY_ACE) != 0, allowed.Mask});
     }
-    security.owner = textOf(owner);
+    security.owner = accountText(owner);
     return security;
 }
 
