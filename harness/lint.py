@@ -48,8 +48,9 @@ def cppcheck() -> str:
 def clang_tidy() -> str:
     # What ships; the programs around it would double the time.
     sources = listed(*(f"{module}/*.cpp" for module in MODULES))
+    flags = tidy.flags()
     with ThreadPoolExecutor(2) as pool:
-        return "".join(pool.map(lambda unit: findings("clang-tidy", "--quiet", str(unit), "--", *tidy.flags()),
+        return "".join(pool.map(lambda unit: findings("clang-tidy", "--quiet", str(unit), "--", *flags),
                                 tidy.units(sources)))
 
 

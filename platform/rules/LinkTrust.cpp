@@ -28,8 +28,8 @@ bool mayFollow(const FileSecurity& link, const FileSecurity& holder, const FileS
     if (target.owner.empty()) return false;
     if (target.owner == everybody) return !link.owner.empty();
     const auto mayDelete = [&](std::wstring_view account) {
-        return std::ranges::find(administrators, account) != std::end(administrators) || account == target.owner ||
-               grantsDeleting(target, account);
+        return !account.empty() && (std::ranges::find(administrators, account) != std::end(administrators) ||
+                                    account == target.owner || grantsDeleting(target, account));
     };
     const auto isHeldByThose = [&](const FileSecurity& place) {
         return mayDelete(place.owner) && std::ranges::all_of(place.entries, [&](const AccessEntry& entry) {

@@ -24,6 +24,12 @@ PathEntry link(const wchar_t* target, const wchar_t* owner = L"ann", const std::
             .security = of(owner),
             .holderSecurity = of(owner)};
 }
+/// A link whose own place and whose holder's differ.
+PathEntry placed(const wchar_t* place, const wchar_t* holder) {
+    PathEntry entry = link(L"\\??\\D:\\Data", L"ann", holder);
+    entry.finalPath = std::wstring(volume1) + place + L"\\link";
+    return entry;
+}
 PathEntry ofSystem(const wchar_t* target) {
     PathEntry entry = link(target, L"system");
     entry.isOfSystem = true;
@@ -64,6 +70,9 @@ PathEntry look(const std::wstring& path) {
         // Seen by way of a folder that had become a link meanwhile.
         {L"C:\\Games\\strayed", link(L"\\??\\D:\\Data", L"ann", L"\\Elsewhere")},
         {L"C:\\strayed", link(L"\\??\\D:\\Data", L"ann", L"\\Elsewhere")},
+        {L"C:\\Games\\Windows", folder(std::wstring(volume1) + L"\\Windows")},
+        {L"C:\\Games\\otherPlace", placed(L"\\Elsewhere", L"\\Games")},
+        {L"C:\\Games\\otherHolder", placed(L"\\Games", L"\\Elsewhere")},
         {L"C:\\toSwapped", link(L"\\??\\C:\\Games\\swapped")},
         {L"C:\\dangling", link(L"\\??\\C:\\none", L"system")},
         {L"C:\\share", link(L"\\??\\UNC\\server\\share")},
@@ -101,6 +110,8 @@ TEST(WalkLinks, FollowsTrustedLinksOnly) {
         {L"C:\\lured", refusedLink, L"C:\\attacker", L"", true},
         {L"C:\\strayed", refusedLink, L"C:\\strayed", L"", true},
         {L"C:\\Games\\strayed\\deep", refusedLink, L"C:\\Games\\strayed", L""},
+        {L"C:\\Games\\otherPlace", refusedLink, L"C:\\Games\\otherPlace", L"", true},
+        {L"C:\\Games\\otherHolder", refusedLink, L"C:\\Games\\otherHolder", L"", true},
         {L"C:\\toSwapped", refusedLink, L"C:\\toSwapped", L"", true},
         {L"C:\\dangling\\x", missing, L"C:\\none", L""},
         {L"C:\\circle\\x", tooManyLinks, L"C:\\circle", L""},
