@@ -47,21 +47,20 @@ class TreeRemoval {
     /// can nest some 16,000 folders, too many for the thread's stack.
     bool remove(Place place, bool andItself) {
         std::vector<Level> levels;
-        const size_t kept = andItself ? 0 : 1;
         if (!enter(levels, place, 0)) return false;
-        while (levels.size() > kept || !levels.back().folders.empty()) {
-            if (levels.back().folders.empty()) {
-                const size_t nameLength = levels.back().nameLength;
-                levels.pop_back();  // closes the folder
-                if (!removeEntry("directory", place)) return false;
-                if (levels.empty()) break;
-                place.leave(nameLength);
-            } else {
-                const std::wstring name = std::move(levels.back().folders.back());
-                levels.back().folders.pop_back();
+        while (!levels.empty()) {
+            if (Level& level = levels.back(); !level.folders.empty()) {
+                const std::wstring name = std::move(level.folders.back());
+                level.folders.pop_back();
                 place.enter(name);
                 if (!enter(levels, place, name.size())) return false;
+                continue;
             }
+            const size_t nameLength = levels.back().nameLength;
+            levels.pop_back();  // closes the folder
+            const bool isRoot = levels.empty();
+            if ((!isRoot || andItself) && !removeEntry("directory", place)) return false;
+            if (!isRoot) place.leave(nameLength);
         }
         return true;
     }

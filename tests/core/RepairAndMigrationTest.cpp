@@ -181,6 +181,7 @@ std::string startedPrograms(const std::string& wanted) {
 
 class RepairAndMigrationTest : public testing::Test {
   protected:
+    RepairAndMigrationTest() { DeleteFileW(notes); }  // other tests start sample programs too
     /// A machine with both clients.
     void prepare(const Given& given) {
         keys.clear();
