@@ -1,10 +1,8 @@
 #include "platform/Hash.h"
 
 #include <windows.h>
-// The next two need the types of windows.h.
+// bcrypt.h needs the types of windows.h.
 #include <bcrypt.h>
-#include <wincrypt.h>
-
 #include <fmt/format.h>
 
 #include <array>
@@ -17,6 +15,7 @@ namespace {
 
 using Algorithm =
     Owned<BCRYPT_ALG_HANDLE, [](BCRYPT_ALG_HANDLE algorithm) { BCryptCloseAlgorithmProvider(algorithm, 0); }>;
+using Provider = Owned<HCRYPTPROV, [](HCRYPTPROV provider) { CryptReleaseContext(provider, 0); }>;
 
 bool succeeded(NTSTATUS status) { return status >= 0; }
 
@@ -29,8 +28,9 @@ DWORD sizeProperty(BCRYPT_ALG_HANDLE algorithm, const wchar_t* name) {
     return succeeded(status) && written == sizeof value ? value : 0;
 }
 
-/// The digest; empty on any failure.
-std::vector<BYTE> digestOf(const std::wstring& algorithm, const void* bytes, size_t length) {
+}  // namespace
+
+std::string hashString(const std::wstring& algorithm, const void* bytes, size_t length) {
     Algorithm provider;
     if (!succeeded(BCryptOpenAlgorithmProvider(provider.put(), algorithm.c_str(), nullptr, 0))) return {};
     std::vector<BYTE> object(sizeProperty(provider.get(), BCRYPT_OBJECT_LENGTH));
@@ -44,22 +44,22 @@ std::vector<BYTE> digestOf(const std::wstring& algorithm, const void* bytes, siz
         !succeeded(BCryptHashData(hash.get(), input, static_cast<DWORD>(length), 0)) ||
         !succeeded(BCryptFinishHash(hash.get(), digest.data(), static_cast<DWORD>(digest.size()), 0)))
         return {};
-    return digest;
+    return fmt::format("{:02x}", fmt::join(digest, ""));
 }
 
-}  // namespace
-
-std::string hashString(const std::wstring& algorithm, const void* bytes, size_t length) {
-    return fmt::format("{:02x}", fmt::join(digestOf(algorithm, bytes, length), ""));
-}
-
-std::string hashBase64(const std::wstring& algorithm, std::string_view bytes) {
-    const std::vector<BYTE> digest = digestOf(algorithm, bytes.data(), bytes.size());
-    std::array<char, 128> text{};  // the longest digest, of 64 bytes, needs 89
-    auto length = static_cast<DWORD>(text.size());
-    if (digest.empty() || !CryptBinaryToStringA(digest.data(), static_cast<DWORD>(digest.size()),
-                                                CRYPT_STRING_BASE64 | CRYPT_STRING_NOCRLF, text.data(), &length))
+std::string digestText(ALG_ID algorithm, std::string_view bytes, DWORD form) {
+    Provider provider;
+    Owned<HCRYPTHASH, CryptDestroyHash> hash;
+    std::array<BYTE, 64> digest{};
+    auto size = static_cast<DWORD>(digest.size());
+    if (!CryptAcquireContextW(provider.put(), nullptr, nullptr, PROV_RSA_FULL, CRYPT_VERIFYCONTEXT) ||
+        !CryptCreateHash(provider.get(), algorithm, 0, 0, hash.put()) ||
+        !CryptHashData(hash.get(), reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()), 0) ||
+        !CryptGetHashParam(hash.get(), HP_HASHVAL, digest.data(), &size, 0))
         return {};
+    std::array<char, 2 * digest.size() + 1> text{};
+    auto length = static_cast<DWORD>(text.size());
+    if (!CryptBinaryToStringA(digest.data(), size, form | CRYPT_STRING_NOCRLF, text.data(), &length)) return {};
     return {text.data(), length};
 }
 

@@ -1,6 +1,8 @@
 #include "reporting/ReportPackage.h"
 
 #include <windows.h>
+// wincrypt.h needs the types of windows.h.
+#include <wincrypt.h>
 
 #include <vector>
 
@@ -84,7 +86,7 @@ const std::string& machineSurvey(const std::string& machineHash) {
 ErrorReport newErrorReport() {
     ErrorReport report;
     report.machineHash = getMachineHash();
-    report.bastionId = hashString(L"SHA1", report.machineHash.data(), report.machineHash.size());
+    report.bastionId = digestText(CALG_SHA1, report.machineHash, CRYPT_STRING_HEXRAW);
     report.clientVersion = installerVersion;
     report.timestamp = std::to_string(currentFileTime() / fileTimePerMillisecond);
     report.fileName = packageName(report.timestamp);
@@ -98,7 +100,7 @@ void buildPackage(ErrorReport& report, const ReportFiles& files) {
     for (const std::wstring& path : files)
         if (!path.empty()) addFile(stream, path);
     report.package = stream.finish();
-    report.b64Md5 = hashBase64(L"MD5", report.package);
+    report.b64Md5 = digestText(CALG_MD5, report.package, CRYPT_STRING_BASE64);
 }
 
 void addFilesOfStem(ReportFiles& files, const std::wstring& stem) {
