@@ -22,6 +22,7 @@ constexpr StartupRow startupRows[] = {
     {[](const Facts& f) { return f.installed; }, Step::promptAlreadyInstalled},
     {[](const Facts& f) { return f.ignoreAlreadyInstalled && f.bastionRecorded() && f.gatelinkRegistered(); },
      Step::quit},
+    {[](const Facts&) { return true; }, Step::detect},
 };
 
 }  // namespace

@@ -38,8 +38,9 @@ struct StartupFacts {
     int32_t action = BOOTSTRAPPER_ACTION_INSTALL;
     bool installed = false;  ///< an install location is recorded
     bool fromDisc = false;
-    bool ignoreAlreadyInstalled = false;       ///< IGNORE_ALREADY_INSTALLED is "1"
-    std::function<bool()> bastionToPrompt;     ///< the migration is requested, and would ask about the older client
+    bool ignoreAlreadyInstalled = false;  ///< IGNORE_ALREADY_INSTALLED is "1"
+    std::function<bool()>
+        bastionToPrompt;  ///< migration and its prompt are on and requested, and the older client is installed
     std::function<bool()> bastionRecorded;     ///< the older client's ClientPath is not empty
     std::function<bool()> gatelinkRegistered;  ///< the gatelink protocol has a command
 };
