@@ -1,8 +1,6 @@
 #include "core/engine/CallbackGuard.h"
 
-#include <array>
 #include <exception>
-#include <functional>
 #include <new>
 #include <tuple>
 #include <utility>
@@ -26,6 +24,8 @@ constexpr auto recommendation = [](Base& base, auto... arguments) {
     return base.cancelCheck(std::get<sizeof...(arguments) - 1>(std::tuple(arguments...)));
 };
 constexpr auto endSession = [](Base& base, DWORD kind, int) { return base.endSessionAnswer(kind); };
+constexpr auto beginApplying = [](Base& base) { return base.beginApplying(); };
+constexpr auto progress = [](Base& base, DWORD percent, DWORD overall) { return base.noteProgress(percent, overall); };
 constexpr auto error = [](Base& base, BOOTSTRAPPER_ERROR_TYPE type, LPCWSTR package, DWORD code, LPCWSTR, DWORD, DWORD,
                           LPCWSTR*, int advice) { return base.errorAnswer(type, package, code, advice); };
 constexpr auto beginAcquire = [](Base& base, LPCWSTR package, LPCWSTR payload, BOOTSTRAPPER_CACHE_OPERATION, LPCWSTR) {
@@ -34,6 +34,9 @@ constexpr auto beginAcquire = [](Base& base, LPCWSTR package, LPCWSTR payload, B
 constexpr auto cacheProgress = [](Base& base, auto...) { return base.cacheProgressAnswer(); };
 constexpr auto acquireComplete = [](Base& base, LPCWSTR package, LPCWSTR payload, HRESULT status, int advice) {
     return base.acquireAnswer(package, payload, status, advice);
+};
+constexpr auto beginPackage = [](Base& base, LPCWSTR package, BOOL forward) {
+    return base.beginPackage(package, forward);
 };
 constexpr auto executeProgress = [](Base& base, LPCWSTR, DWORD percent, DWORD overall) {
     return base.executeProgressAnswer(percent, overall);
@@ -79,10 +82,10 @@ using Callbacks = Table<
     Row<&I::OnPlanMsiFeature, cancelCheck>,
     Row<&I::OnPlanPackageComplete, nothing>,
     Row<&I::OnPlanComplete, endRun>,
-    Row<&I::OnApplyBegin, &Base::beginApplying>,
+    Row<&I::OnApplyBegin, beginApplying>,
     Row<&I::OnApplyPhaseCount, nothing>,
     Row<&I::OnElevate, cancelCheck>,
-    Row<&I::OnProgress, &Base::noteProgress>,
+    Row<&I::OnProgress, progress>,
     Row<&I::OnError, error>,
     Row<&I::OnRegisterBegin, cancelCheck>,
     Row<&I::OnRegisterComplete, nothing>,
@@ -97,7 +100,7 @@ using Callbacks = Table<
     Row<&I::OnCachePackageComplete, recommendation>,
     Row<&I::OnCacheComplete, nothing>,
     Row<&I::OnExecuteBegin, cancelCheck>,
-    Row<&I::OnExecutePackageBegin, &Base::beginPackage>,
+    Row<&I::OnExecutePackageBegin, beginPackage>,
     Row<&I::OnExecutePatchTarget, cancelCheck>,
     Row<&I::OnExecuteProgress, executeProgress>,
     Row<&I::OnExecuteMsiMessage, recommendation>,
@@ -116,12 +119,9 @@ using Callbacks = Table<
 
 // ---- The object that the engine calls
 
-/// An entry of the engine's table, whose functions have different types.
-using Entry = void (*)();
-
 /// Laid out as a COM object: the first word points to the table.
 struct Guard {
-    const Entry* table;
+    const void* table;
     Base* application;
 };
 
@@ -156,7 +156,7 @@ struct Guarded<number, Row<method, answer>> {
             keepFault(*guard->application, number);
         }
         try {
-            return std::invoke(answer, *guard->application, arguments...);
+            return answer(*guard->application, arguments...);
         } catch (...) {
             return Result();
         }
@@ -177,22 +177,47 @@ ULONG STDMETHODCALLTYPE release(Guard* guard) {
     return references;
 }
 
+/// Function pointers of different types, in order.
+template <typename... Functions>
+struct Pointers {};
+template <typename First, typename... Others>
+struct Pointers<First, Others...> {
+    constexpr explicit Pointers(First f, Others... o) : first(f), others(o...) {}
+    First first;
+    Pointers<Others...> others;
+};
+template <typename Last>
+struct Pointers<Last> {
+    constexpr explicit Pointers(Last l) : last(l) {}
+    Last last;
+};
+
+template <typename... Functions>
+constexpr Pointers<Functions...> inOrder(Functions... functions) {
+    return Pointers<Functions...>(functions...);
+}
+
 constexpr size_t ofUnknown = 3;  // the entries of IUnknown
 
 template <typename... Rows, size_t... index>
-auto entriesOf(Table<Rows...>, std::index_sequence<index...>) {
-    return std::array{reinterpret_cast<Entry>(&queryInterface), reinterpret_cast<Entry>(&addReference),
-                      reinterpret_cast<Entry>(&release),
-                      reinterpret_cast<Entry>(&Guarded<index + ofUnknown, Rows>::call)...};
+constexpr auto pointersOf(Table<Rows...>, std::index_sequence<index...>) {
+    return inOrder(&queryInterface, &addReference, &release, &Guarded<index + ofUnknown, Rows>::call...);
 }
 
-const auto entries = entriesOf(Callbacks(), std::make_index_sequence<57>());  // callbacks 3 to 59
+template <typename... Rows>
+constexpr size_t countOf(Table<Rows...>) {
+    return sizeof...(Rows);
+}
+static_assert(countOf(Callbacks()) == 57, "callbacks 3 to 59");
+
+constexpr auto pointers = pointersOf(Callbacks(), std::make_index_sequence<countOf(Callbacks())>());
+static_assert(sizeof pointers == (ofUnknown + 57) * sizeof(void*), "nothing between the entries");
 
 }  // namespace
 
 IBootstrapperApplication* guardCallbacks(CBalBaseBootstrapperApplication* application) {
     if (!application) return nullptr;
-    return reinterpret_cast<IBootstrapperApplication*>(new Guard{entries.data(), application});
+    return reinterpret_cast<IBootstrapperApplication*>(new Guard{&pointers, application});
 }
 
 }  // namespace pdx
