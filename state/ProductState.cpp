@@ -12,9 +12,10 @@
 
 namespace pdx {
 
-void setUnavailable() {
+void setUnavailable(bool available) {
+    const uint32_t unavailable = available ? 0 : 1;
     for (const RegistryView view : {view32, view64})
-        RegistryKey::localMachine(view).setSubKeyValue(productKey, L"IsUnavailable", 1u);
+        RegistryKey::localMachine(view).setSubKeyValue(productKey, L"IsUnavailable", unavailable);
     Sleep(200);
     constexpr std::wstring_view helpers[] = {connectProgram};
     terminateProcesses(helpers);

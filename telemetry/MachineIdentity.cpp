@@ -8,6 +8,7 @@
 
 #include "platform/ComApartment.h"
 #include "platform/Hash.h"
+#include "platform/SystemFunction.h"
 #include "platform/Wmi.h"
 #include "telemetry/rules/Fingerprint.h"
 
@@ -28,13 +29,18 @@ void askWmi(MachineFacts& facts, const ConnectWmi& connect) {
 
 /// Sets the serial number of the Windows volume; unchanged on failure.
 void askVolume(uint32_t& serial) {
+    const auto getWindowsDirectory =
+        systemFunction<decltype(&GetWindowsDirectoryW)>(L"kernel32.dll", "GetWindowsDirectoryW");
+    const auto getVolumeInformation =
+        systemFunction<decltype(&GetVolumeInformationW)>(L"kernel32.dll", "GetVolumeInformationW");
     wchar_t folder[MAX_PATH] = {};
-    const UINT length = GetWindowsDirectoryW(folder, MAX_PATH);
+    if (!getWindowsDirectory || !getVolumeInformation) return;
+    const UINT length = getWindowsDirectory(folder, MAX_PATH);
     if (length == 0 || length >= MAX_PATH) return;
     const std::wstring path(folder, length);
     const std::wstring root = path.substr(0, path.find(L'\\') + 1);
     DWORD found = 0;
-    if (GetVolumeInformationW(root.c_str(), nullptr, 0, &found, nullptr, nullptr, nullptr, 0)) serial = found;
+    if (getVolumeInformation(root.c_str(), nullptr, 0, &found, nullptr, nullptr, nullptr, 0)) serial = found;
 }
 
 CpuRegisters identify(uint32_t leaf) {

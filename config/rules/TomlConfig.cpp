@@ -1,7 +1,5 @@
 #include "config/rules/TomlConfig.h"
 
-#include <cpptoml.h>
-
 #include <exception>
 #include <stdexcept>
 #include <streambuf>
@@ -37,46 +35,49 @@ class BoundedBuffer : public std::streambuf {
     size_t openings = 0;
 };
 
-/// Walks one top-level entry of a parsed text and stores each scalar under its dotted key. Other nodes than scalars and
-/// tables are reported and skipped.
-class TomlConfigVisitor {
-  public:
-    TomlConfigVisitor(ConfigMap& filled, std::string topEntry, std::string pathBelow, const ConfigErrorSink& errorSink)
-        : map(filled), root(std::move(topEntry)), path(std::move(pathBelow)), sink(errorSink) {}
-
-    // Called by the library's accept(), one for each kind of node.
-    void visit(const cpptoml::value<std::string>& node) { store(node); }
-    void visit(const cpptoml::value<int64_t>& node) { store(node); }
-    void visit(const cpptoml::value<double>& node) { store(node); }
-    void visit(const cpptoml::value<bool>& node) { store(node); }
-    void visit(const cpptoml::table& node) {
-        for (const auto& [key, value] : node)
-            value->accept(TomlConfigVisitor(map, root, path.empty() ? key : path + '.' + key, sink));
-    }
-    void visit(const cpptoml::value<cpptoml::local_date>&) { skip("local_date"); }
-    void visit(const cpptoml::value<cpptoml::local_time>&) { skip("local_time"); }
-    void visit(const cpptoml::value<cpptoml::local_datetime>&) { skip("local_datetime"); }
-    void visit(const cpptoml::value<cpptoml::offset_datetime>&) { skip("offset_datetime"); }
-    void visit(const cpptoml::array&) { skip("array"); }
-    void visit(const cpptoml::table_array&) { skip("table_array"); }
-
-  private:
-    void store(const cpptoml::base& node) {
-        const char* const dot = path.empty() || path.front() == '.' ? "" : ".";
-        map.set(root + dot + path, node.clone());
-    }
-    void skip(const std::string& type) {
-        const std::string message = "Unsupported value type (" + type + ") found in config file";
-        sink("pdx::services::settings::TomlConfigVisitor::visit", message.c_str());
-    }
-
-    ConfigMap& map;
-    std::string root;  ///< name of the top-level entry
-    std::string path;  ///< dotted path below it, empty at the top
-    const ConfigErrorSink& sink;
-};
-
 }  // namespace
+
+TomlConfigVisitor::TomlConfigVisitor(ConfigMap& filled, std::string topEntry, std::string pathBelow,
+                                     const ConfigErrorSink& errorSink)
+    : map(&filled), root(std::move(topEntry)), path(std::move(pathBelow)), sink(&errorSink) {}
+
+std::string TomlConfigVisitor::fullKey() const {
+    if (path.empty()) return root;
+    return path.front() == '.' ? root + path : root + '.' + path;
+}
+
+void TomlConfigVisitor::store(const cpptoml::base& node) { map->set(fullKey(), node.clone()); }
+
+void TomlConfigVisitor::skip(const char* message) {
+    (*sink)("pdx::services::settings::TomlConfigVisitor::visit", message);
+}
+
+void TomlConfigVisitor::visit(const cpptoml::value<std::string>& node) { store(node); }
+void TomlConfigVisitor::visit(const cpptoml::value<int64_t>& node) { store(node); }
+void TomlConfigVisitor::visit(const cpptoml::value<double>& node) { store(node); }
+void TomlConfigVisitor::visit(const cpptoml::value<bool>& node) { store(node); }
+
+void TomlConfigVisitor::visit(const cpptoml::table& node) {
+    for (const auto& [key, value] : node)
+        value->accept(TomlConfigVisitor(*map, root, path.empty() ? key : path + '.' + key, *sink));
+}
+
+void TomlConfigVisitor::visit(const cpptoml::value<cpptoml::local_date>&) {
+    skip("Unsupported value type (local_date) found in config file");
+}
+void TomlConfigVisitor::visit(const cpptoml::value<cpptoml::local_time>&) {
+    skip("Unsupported value type (local_time) found in config file");
+}
+void TomlConfigVisitor::visit(const cpptoml::value<cpptoml::local_datetime>&) {
+    skip("Unsupported value type (local_datetime) found in config file");
+}
+void TomlConfigVisitor::visit(const cpptoml::value<cpptoml::offset_datetime>&) {
+    skip("Unsupported value type (offset_datetime) found in config file");
+}
+void TomlConfigVisitor::visit(const cpptoml::array&) { skip("Unsupported value type (array) found in config file"); }
+void TomlConfigVisitor::visit(const cpptoml::table_array&) {
+    skip("Unsupported value type (table_array) found in config file");
+}
 
 ConfigMap parseConfig(std::istream& stream, const ConfigErrorSink& sink) {
     ConfigMap map;
