@@ -6,8 +6,9 @@
 
 namespace pdx {
 
-/// Marks the client as unavailable in both views of the registry (IsUnavailable 1; 0 with available), gives it 200
-/// milliseconds to react, and ends its helper "PalisadeConnect_microsoft.exe". Nothing removes the value again.
+/// Sets IsUnavailable to 1 in both views of the registry, or to 0 if available, which no caller passes. Gives the
+/// client 200 milliseconds to react, then ends its helper "PalisadeConnect_microsoft.exe". Nothing removes the value
+/// again.
 void setUnavailable(bool available = false);
 
 /// Restores the program of an older product: PrevClientPath becomes ClientPath; without it ClientPath is deleted. Then
