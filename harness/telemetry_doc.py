@@ -25,7 +25,7 @@ KEYS = {
     "bgvr": "version of the client's service before the repair",
     "boot": "when the machine was started",
     "byte": "bytes of the download",
-    "cmd": "the process's command line, scrubbed, the authorisation code hidden",
+    "cmd": "the process's command line, scrubbed, the login code hidden",
     "cnst": "why it was cancelled",
     "code": "the crash's signature: a hash of the modules on the stack, and one of the address",
     "destination_name": "where a message is shown",
@@ -74,7 +74,7 @@ KEYS = {
     "vc12x86ver": "version of a Visual C++ runtime", "vc14x64ver": "version of a Visual C++ runtime",
     "vc14x86ver": "version of a Visual C++ runtime",
     "vers": "version of the installer",
-    "with_authcode": "whether an authorisation code was given; the code itself is never sent",
+    "with_authcode": "whether a login code was given; the code itself is never sent",
 }
 TRACK = {"trackingtag", "environment", "target_games_in_collection", "target_subs", "target_min_hours_played",
          "target_traffic_rules"}
@@ -98,13 +98,13 @@ and `telemetry.tally.url` of the configuration.
 ## A player's name
 
 The profile folder in a path is replaced by one with `####` in place of the user's name (`platform/rules/Scrub.h`). The
-authorisation code becomes `####` (`hideAuthcode`).
+login code becomes `####` (`hideAuthcode`).
 
 | Sent | Scrubbed |
 |---|---|
-| `cmd` | the profile folder and the authorisation code |
+| `cmd` | the profile folder and the login code |
 | `estr` of an error that the engine reports with a text | the profile folder |
-| logs in an error report | the profile folder, line by line, and the authorisation code |
+| logs in an error report | the profile folder, line by line, and the login code |
 | `ectx` | **nothing**: it carries paths and texts as the engine and the package report them |
 | `link`, and `psrc` in `ectx` | nothing; an address of the bundle, or a local path where the package comes from one |
 

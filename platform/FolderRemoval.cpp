@@ -146,6 +146,8 @@ class TreeRemoval {
         DWORD error = ERROR_SUCCESS;
         const auto attempt = [&] {
             const FileHandle entry = openToDelete(place.path);
+            // Of judgeEntry only the comparison of places, as any kind of entry may be deleted: the target of a link is
+            // spared, and a folder with content is refused.
             if (entry && finalPathOf(entry.get(), VOLUME_NAME_NT) != place.finalPath) {
                 error = linkEncountered;
                 return true;

@@ -179,7 +179,7 @@ def session_of(run) -> str:
 
 
 def command_line(run) -> str:
-    """The process command line of a run that has ended, as its log has it, without the authorisation code."""
+    """The process command line of a run that has ended, as its log has it, without the login code."""
     started = next(text for text in run.log.messages("OnStartup") if text.startswith("Command line: "))
     line = started.removeprefix("Command line: [").removesuffix("]")
     return re.sub(r"(KESTREL_AUTHCODE=)\S+", r"\1####", line)
