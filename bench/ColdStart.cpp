@@ -34,9 +34,9 @@ constexpr struct {
     {"cold_load", "cold start: the library loaded"},
     {"cold_constructor", "cold start: BootstrapperApplicationCreate"},
     {"cold_ui_thread", "cold start: OnStartup up to the UI thread's first line"},
-    {"cold_dialog", "cold start: from there to the dialog, OnStartup over"},
+    {"cold_dialog", "cold start: from the UI thread's first line to the dialog, OnStartup over"},
     {"cold_page", "cold start: the welcome page laid out"},
-    {"cold_paint", "cold start: its first full paint"},
+    {"cold_paint", "cold start: the welcome page's first full paint"},
     {"cold_working_set", "cold start: working set on the welcome page"},
 };
 static_assert(std::size(momentTexts) == momentCount);
@@ -154,7 +154,7 @@ Measurements measureColdStart(const std::filesystem::path& library, const std::f
         all.push_back({momentTexts[i].name, median(rounds[i]), "ms", momentTexts[i].meaning});
     all.push_back({"cold_start", median(whole), "ms", "cold start: all after the load", atMost(paintAim)});
     all.push_back({"cold_roots", median(whole) - median(withRoots), "ms",
-                   "cold start: of that, Wine's import of the host's root certificates"});
+                   "cold start: Wine's import of the host's root certificates"});
     all.push_back({momentTexts[workingSet].name, median(rounds[workingSet]), "MiB", momentTexts[workingSet].meaning,
                    atMost(memoryAim)});
     return all;

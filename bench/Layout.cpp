@@ -60,7 +60,7 @@ Measurements measureLayout() {
         {"layout_longest", longest * 1000, "ms",
          "layout of the longest text, " + std::to_string(text.size()) + " characters"},
         {"layout_words", many * 1000, "ms", "layout of " + std::to_string(manyWords) + " words"},
-        {"layout_ratio", many / longest, "x", "that to the longest text"},
+        {"layout_ratio", many / longest, "x", "layout_words to layout_longest"},
     };
 }
 

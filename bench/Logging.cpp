@@ -78,9 +78,9 @@ Measurements measureLogging() {
     return {
         {"log_line", log * toNanoseconds, "ns", "a log line, to the engine's Log"},
         {"log_line_ratio", log / format, "x", "that to formatting alone"},
-        {"scrub", scrubbing * toNanoseconds, "ns", "scrubProfilePath of its text"},
+        {"scrub", scrubbing * toNanoseconds, "ns", "scrubProfilePath of a log line's text"},
         {"scrub_ratio", scrubbing / format, "x", "that to formatting alone"},
-        {"format", format * toNanoseconds, "ns", "formatting alone"},
+        {"format", format * toNanoseconds, "ns", "formatting a log line alone"},
     };
 }
 

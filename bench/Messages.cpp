@@ -53,12 +53,12 @@ Measurements measureMessages(const std::filesystem::path& library) {
     return {
         {"messages_per_second", messageCount / seconds, "1/s", "messages through OnExecuteMsiMessage",
          atLeast(messagesAim)},
-        {"message", seconds / messageCount * 1e9, "ns", "one message"},
+        {"message", seconds / messageCount * 1e9, "ns", "one message through OnExecuteMsiMessage"},
         {"message_length", static_cast<double>(characters) / messageCount, "characters", "mean length of a message"},
         {"messages_heap_growth", growth(after.heapInUse, before.heapInUse), "bytes",
          "heap taken by " + std::to_string((messageRounds + 1) * messageCount) + " messages", atMost(flatBound)},
         {"messages_working_set_growth", growth(after.workingSet, before.workingSet), "bytes",
-         "working set taken by them"},
+         "working set taken by as many messages"},
     };
 }
 

@@ -125,11 +125,11 @@ Measurements measureReport(const std::filesystem::path& scratch) {
     }
     return {
         {"report_package", median(speeds), "MB/s", "logs into an error report's package"},
-        {"report_package_ratio", median(ratios), "x", "that to zlib's level 9 alone", atLeast(0.9)},
-        {"report_package_utf16_ratio", median(wideRatios), "x", "the same of UTF-16 logs, counted as UTF-8"},
+        {"report_package_ratio", median(ratios), "x", "packing to zlib's level 9 alone", atLeast(0.9)},
+        {"report_package_utf16_ratio", median(wideRatios), "x", "packing UTF-16 logs, counted as UTF-8, to zlib alone"},
         {"report_memory", mebibytes(peak) - mebibytes(package), "MB", "memory for one log of 500 MB beyond the package",
          atMost(8)},
-        {"report_size", mebibytes(package), "MB", "that package"},
+        {"report_size", mebibytes(package), "MB", "the error report's package"},
     };
 }
 

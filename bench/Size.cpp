@@ -39,9 +39,9 @@ Measurements measureSize(const std::filesystem::path& library) {
     const auto whole = static_cast<double>(bytes.size());
     return {
         {"size", whole, "bytes", "the library's file"},
-        {"size_without_resources", whole - resources, "bytes", "its file without the resources", atMost(sizeAim)},
-        {"size_code", code, "bytes", "its sections of code"},
-        {"size_resources", resources, "bytes", "its resources"},
+        {"size_without_resources", whole - resources, "bytes", "the library's file without resources", atMost(sizeAim)},
+        {"size_code", code, "bytes", "the library's sections of code"},
+        {"size_resources", resources, "bytes", "the library's resources"},
     };
 }
 

@@ -146,8 +146,8 @@ Measurements measureTelemetry(const std::string& host) {
     return {
         {"send_telemetry", send * 1e9, "ns", "sendTelemetry with a stalled network, median"},
         {"send_telemetry_rare", rareSend * 1e9, "ns", "sendTelemetry with a stalled network, 99.9th percentile"},
-        {"build_event", build * 1e9, "ns", "its event's JSON alone, median"},
-        {"build_event_rare", rareBuild * 1e9, "ns", "its event's JSON alone, 99.9th percentile"},
+        {"build_event", build * 1e9, "ns", "the JSON of sendTelemetry's event alone, median"},
+        {"build_event_rare", rareBuild * 1e9, "ns", "the JSON of sendTelemetry's event alone, 99.9th percentile"},
         {"send_telemetry_ratio", send / build, "x", "sendTelemetry to its event's JSON alone, median"},
         {"events_per_second", rateEvents / delivery, "1/s", "events through a sender to a local service"},
         {"held_heap", heap, "bytes", "heap taken by " + std::to_string(heldEvents) + " events held back"},

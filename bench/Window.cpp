@@ -67,7 +67,7 @@ Measurements measureWindow(const std::filesystem::path& library) {
         {"welcome", later * 1000, "ms", "OnStartup to the painted welcome page, median"},
         {"welcome_working_set", mebibytes(with), "MiB", "working set on the welcome page"},
         {"welcome_working_set_growth", mebibytes(with) - mebibytes(without), "MiB",
-         "of it taken since the library was loaded"},
+         "working set taken from the library's load to the welcome page"},
         {"repaint", repaintSeconds * 1000, "ms", "repaint of the welcome page with all its controls, median"},
         {"repaints_per_second", 1 / repaintSeconds, "1/s", "repaints a second"},
         {"still_share", still, "% of a core", "the welcome page at rest"},
