@@ -54,6 +54,7 @@ void Migration::removeBastion() {
     run.ui->showBastionRemoval();
     if (run.hasUserCancelled()) return;
     waitForBastionTempUninstallers();
+    // A fixed pause of the product's sequence; it waits for no known condition.
     Sleep(1000);
     // After a cancel too: the older client has been removed.
     run.telemetry.sendMeridianCompleted();

@@ -55,6 +55,7 @@ HRESULT Repair::performRepairCleanup() {
         run.quit(0);
         return S_OK;
     }
+    // A fixed pause of the product's sequence; it waits for no known condition.
     Sleep(1000);
     return run.detect();
 }

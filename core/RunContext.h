@@ -14,8 +14,8 @@
 
 namespace pdx {
 
-/// Any thread: the engine calls on several. The lock is held during no message, wait or engine call, and so during no
-/// log line.
+/// Any thread: the engine calls on several. The lock is never held while a message is sent, a wait runs or the engine
+/// is called. Logging calls the engine.
 class RunContext {
   public:
     using Json = nlohmann::json;

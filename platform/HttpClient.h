@@ -33,9 +33,9 @@ class HttpClient {
     HttpClient(const HttpClient&) = delete;
     HttpClient& operator=(const HttpClient&) = delete;
 
-    // Each sends one request and waits for the head of the response. Returns 0 on success, -1 if the request could not
-    // be started, otherwise the system's error (an ERROR_INTERNET_ value above 12000 for a network failure). The length
-    // is in bytes; the body is not copied.
+    // Each sends one request and waits for the head of the response. Returns 0 on success and -1 if the request could
+    // not be started. Otherwise returns the system's error, an ERROR_INTERNET_ value above 12000 for a network failure.
+    // The length is in bytes; the body is not copied.
     int32_t get(const HttpHeaders& headers = {});
     int32_t post(const void* body, size_t length, const HttpHeaders& headers = {});
     int32_t put(const void* body, size_t length, const HttpHeaders& headers = {});

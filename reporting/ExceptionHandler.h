@@ -16,7 +16,8 @@ namespace pdx {
 /// Shows a message and waits until the user has closed it.
 using CrashBox = std::function<void(const std::wstring& text, const std::wstring& caption)>;
 
-/// The process's filter of unhandled exceptions during the object's life. One process reports one crash.
+/// The process's filter of unhandled exceptions during the object's life. One process reports one crash: the event is
+/// queued, then the box is shown, then the earlier filter runs.
 class ExceptionHandler {
   public:
     /// Replaces the current filter, and chains to it unless it belongs to another handler of the library.
@@ -50,8 +51,8 @@ void loadStackWalker();
 /// The handler, null until the application object has made it.
 extern ServiceHolder<ExceptionHandler> g_exceptionHandler;
 
-/// Sets a handler for an object's life. Destroys the handler of the object before a reload first, so that the new one
-/// chains to the filter before that.
+/// Sets a handler for an object's life. First destroys the handler of the application object before a reload. So the
+/// new handler chains to the filter that was set before that one.
 class ExceptionHandlerLife : public ServiceLife<ExceptionHandler> {
   public:
     ExceptionHandlerLife() : ServiceLife(g_exceptionHandler, makeNext()), preparation(loadStackWalker) {}

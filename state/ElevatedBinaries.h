@@ -14,8 +14,8 @@
 namespace pdx {
 
 /// Copies this library's "version.dll" into the executable's folder, because the elevated process loads one of that
-/// name, and locks both (LockElevatedBinaries). Does not replace an existing one: its signature decides. If false,
-/// nothing may be started elevated.
+/// name, and locks the executable and that library (LockElevatedBinaries). Does not replace an existing one: its
+/// signature decides. If false, nothing may be started elevated.
 bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                             const std::wstring& executable);
 

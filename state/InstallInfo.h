@@ -14,7 +14,8 @@ bool purgeInstallInfo(RegistryView view, const std::wstring& providerKey);
 
 /// Deletes each subkey whose text valueName is one of the product's names, except the subkey providerKey. The text is
 /// in the subkey itself, or in its subkey `subKey` if that is not empty. Each deletion is logged at INFO as "Deleting
-/// registry tree %ls". The subkey after a deleted one is not examined. Always true.
+/// registry tree %ls". On purpose the subkey after a deleted one is not examined, as the walk is by index
+/// (enumerateSubKeys). Always returns true.
 bool deleteInstallerSubkeys(RegistryKey& key, const std::wstring& providerKey, const std::wstring& subKey,
                             const std::wstring& valueName);
 

@@ -38,7 +38,7 @@ class TelemetrySender {
 
     /// The current time in this back end's format.
     [[nodiscard]] virtual std::string timestamp() const = 0;
-    /// The event as it will be posted, null or empty to drop it. On the caller's thread.
+    /// Returns the event as it will be posted; null or empty drops it. Called on the caller's thread.
     virtual TelemetryQueueItem prepareEvent(const TelemetryEvent& event) = 0;
     /// Posts an array of prepared events, nothing if it is empty. On the worker. An exception loses only this post.
     virtual void send(nlohmann::json batch) = 0;

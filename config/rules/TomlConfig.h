@@ -44,9 +44,9 @@ class TomlConfigVisitor {
     const ConfigErrorSink* sink;
 };
 
-/// The settings of a TOML text. Never throws. Too large is a text of more than a megabyte, or with more than 500
-/// brackets, braces and dots. That, a syntax error and exhausted memory are reported as from LoadConfigStream. The
-/// result is then the map so far, which is empty for a text that could not be parsed.
+/// The settings of a TOML text. Never throws. A text of more than a megabyte, or with more than 500 opening brackets,
+/// braces and dots, is refused as too large. This, a syntax error and exhausted memory are reported under the name
+/// LoadConfigStream. The result is then the map so far, which is empty for a text that could not be parsed.
 ConfigMap parseConfig(std::istream& stream, const ConfigErrorSink& sink);
 
 }  // namespace pdx

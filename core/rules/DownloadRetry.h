@@ -26,7 +26,8 @@ constexpr DownloadFailure nextAttempt(uint32_t failures) {
     return {0, false, 0};
 }
 
-/// A download counts as cancelled if the user cancelled, and also if only its status is that of a cancel.
+/// A download counts as cancelled if the user cancelled, or if its status is that of a cancel, even without one by the
+/// user.
 constexpr bool isDownloadCancelled(bool userCancelled, Hresult status) {
     return userCancelled || codeOf(status) == userExitCode;
 }

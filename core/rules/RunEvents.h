@@ -75,7 +75,7 @@ EventPair runCancelled(const RunKind& run, const char* word, const std::string& 
 constexpr const char* runCancelWord(bool logoutExit) { return logoutExit ? "logout_exit" : "user_action"; }
 // The next two make the Tally event only; errorEvent makes the Brisk event.
 TelemetryEvent runFailed(const RunKind& run, const std::string& code);
-/// An error that may not end the run. Without the attribute for the run's type, unlike the other events of that name.
+/// An error that may not end the run. The event lacks the attribute for the run's type, unlike the others of that name.
 TelemetryEvent errorOccurred(const RunKind& run, const std::string& code);
 
 /// The runtimes whose versions every error event contains: attribute and bundle variable.

@@ -17,8 +17,8 @@ enum class EntryKind {
 /// content is in a cloud or compressed. On Wine a link of the system below it has no tag, so 0 counts too.
 constexpr bool isLinkTag(uint32_t reparseTag) { return reparseTag == 0 || (reparseTag & 0x20000000) != 0; }
 
-/// The attributes and the tag are those of the open entry (FileAttributeTagInfo). Its final path is compared exactly
-/// with that of the trusted folder and the names below it as that folder lists them. Both are empty on a volume that
+/// The attributes and the tag are those of the open entry (FileAttributeTagInfo). Its final path must equal exactly
+/// that of the trusted folder followed by the names below it, as the folder lists them. Both are empty on a volume that
 /// gives no final paths; then only the tag decides.
 constexpr EntryKind judgeEntry(uint32_t attributes, uint32_t reparseTag, std::wstring_view finalPath,
                                std::wstring_view expectedPath) {

@@ -25,16 +25,15 @@ struct FileSecurity {
 /// Every account, in a list and as the owner on file systems without owners.
 inline constexpr std::wstring_view everybody = L"S-1-1-0";
 
-/// The rights by which a folder or link can be changed, replaced or moved: writing and appending of data, attributes
-/// and extended attributes, deleting it or what it holds, changing its list or owner, and the generic rights that hold
-/// one of these.
+/// The rights by which a folder or link can be changed, replaced or moved. They write or append data or attributes,
+/// delete it or what it holds, or change its list or owner. The generic rights that hold one of these count too.
 inline constexpr uint32_t changingRights =
     0x2 | 0x4 | 0x10 | 0x40 | 0x100 | 0x10000 | 0x40000 | 0x80000 | 0x10000000 | 0x40000000;
 
-/// Whether following a link gives nobody a new way to delete its target. An account owns the link or the folder that
-/// holds it, or may change one of them. It must belong to the system or its administrators, own the target, or be
-/// allowed to delete it, itself or as any user, by a list that denies nothing. Everybody's targets may always be
-/// reached.
+/// Whether following a link gives nobody a new way to delete its target. This concerns every account that owns the link
+/// or its folder, or may change one of them. Each must be the system or an administrator, own the target, or be allowed
+/// to delete it. That right is its own or every user's, in a list that denies nothing. Everybody's targets may always
+/// be reached.
 bool mayFollow(const FileSecurity& link, const FileSecurity& holder, const FileSecurity& target);
 
 }  // namespace pdx

@@ -58,9 +58,9 @@ using LinkJudge = std::function<bool(const FileSecurity& link, const FileSecurit
 
 /// Follows a full path ("D:\Games\Palisade") component by component. Calls `look` for each of them, first for the
 /// drive's root, and again for the target of each link. So nothing is opened by way of a link that was not followed
-/// here. A link is judged when its target is reached; the system's links are not judged. The path begins with "\\?\"
-/// and has no link. The result is no proof: a component can change during the walk, so the caller must compare
-/// finalPath with the final path of the opened folder.
+/// here. A link is judged when its target is reached; the system's links are not judged. The resulting path begins with
+/// "\\?\" and has no link. It is no proof, because a component can change during the walk. So the caller must compare
+/// finalPath with that of the opened folder.
 WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const LinkJudge& judge = mayFollow);
 
 }  // namespace pdx

@@ -20,7 +20,8 @@ class LogScrubber {
   public:
     explicit LogScrubber(const ScrubTexts& texts);
 
-    /// Passes the scrubbed text to take, in pieces. The text is whole lines, or a piece of one line.
+    /// Passes the scrubbed text to take, in pieces. The text must be whole lines, or one piece of a line that cutAt has
+    /// cut.
     void scrub(std::string_view text, const TakeText& take) const;
     /// The last position up to the bound where a line may be cut: between two characters, and not within a text to be
     /// scrubbed. Needs lookAhead bytes before and after the bound.

@@ -43,8 +43,8 @@ ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_vie
 /// that may.
 std::optional<uint32_t> lockError(uint32_t attributes, std::wstring_view finalPath, bool isExpectedPath);
 
-/// A temporary folder without the folder of the terminal session at its end, which only that session has:
-/// "C:\Temp\2\" in session 2 becomes "C:\Temp\".
+/// A temporary folder without the folder of the terminal session at its end: "C:\Temp\2\" in session 2 becomes
+/// "C:\Temp\". Only that session has the folder.
 std::wstring withoutSessionFolder(std::wstring tempPath, uint32_t sessionId);
 
 }  // namespace pdx

@@ -8,7 +8,7 @@
 
 namespace pdx {
 
-/// A folder that belongs to no program, nor does any folder above it.
+/// A folder of the system or of a user, not of a program; the same holds for all folders above it.
 struct SystemFolder {
     std::wstring path;  ///< empty if the system has none
     size_t depth;       ///< levels below it that belong to no program either

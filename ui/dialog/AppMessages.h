@@ -1,6 +1,6 @@
 // The messages that the run sends to its dialog. Each is sent synchronously, so that a callback can wait for the user's
-// answer. The callback at position p of the engine's table has the message WM_APP + (p - 6). Those from WM_APP + 51 on
-// belong to no callback.
+// answer. The callback at position p of the engine's table, counted from 0 with the three of IUnknown, has the message
+// WM_APP + (p - 6). Those from WM_APP + 51 on belong to no callback.
 #pragma once
 
 #include <windows.h>

@@ -65,8 +65,8 @@ class DialogUi : public RunUi {
     PreparedThread thread;
 };
 
-/// Prepares the first page on the UI thread before the dialog exists: the drawing library, the fonts, and the system's
-/// structures for a thread with windows. Sets the size of the pictures that are being prepared.
+/// Prepares the first page on the UI thread before the dialog exists. This loads the drawing library, the fonts, and
+/// what the system keeps for a thread with windows. Sets the size of the pictures that are being prepared.
 void prepareUiThread();
 
 /// The routine of the UI thread: makes the dialog and runs its message loop until WM_QUIT.

@@ -17,8 +17,8 @@ namespace pdx {
 
 /// The constructor starts a thread that prepares the pictures of the first page: the background at the size of the
 /// window, and the logo. The others are decoded when their page is shown. Made on any thread, used on the UI thread.
-/// Fonts and text formats are used only there: GDI+ refuses an object that another thread is using (ObjectBusy), and
-/// the text would appear in another font.
+/// Fonts and text formats are used on the UI thread alone: GDI+ refuses an object that another thread is using
+/// (ObjectBusy). The text would then appear in another font.
 class PagePictures {
   public:
     PagePictures();

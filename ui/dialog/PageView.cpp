@@ -159,7 +159,7 @@ void PageView::queueVisibility(PageKind kind) {
 
 void PageView::setLabel(HtmlStatic& label, std::unique_ptr<Font> labelFont, const std::wstring& text, Box& box,
                         int32_t y) {
-    // As high as possible for the measurement: a text higher than its window is laid out narrower, for a scroll track,
+    // Measured in the highest window: a text higher than its window gets a scroll track. It is laid out narrower then,
     // and might need one line more.
     SetWindowPos(label.getHandle(), nullptr, 0, 0, box.width, GetClientSize().height,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);

@@ -1,5 +1,5 @@
-// The numbers by which an error report names the steps of a run: the engine's callbacks, and the steps of a repair's
-// clean-up that can fail.
+// The numbers by which an error report names the steps of a run. They are the engine's callbacks, and the steps of a
+// repair's clean-up that can fail.
 #pragma once
 
 #include <cstdint>

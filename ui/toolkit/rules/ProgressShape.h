@@ -32,8 +32,8 @@ constexpr std::array<Box, 2> marqueeChunks(Size bar, uint64_t milliseconds) {
 /// Whether any part of a chunk shows in the bar.
 constexpr bool isInView(const Box& chunk, Size bar) { return chunk.x < bar.width && chunk.x + chunk.width > 0; }
 
-/// The parts of the bar that change when the chunks move: the two strips that the round ends of each chunk pass,
-/// clipped to the bar. Most are empty.
+/// The parts of the bar that change when the chunks move. They are the two strips that the round ends of each chunk
+/// pass, clipped to the bar. Most are empty.
 constexpr std::array<Box, 4> movedParts(const std::array<Box, 2>& before, const std::array<Box, 2>& after, Size bar) {
     const int32_t end = bar.height / 2 + 1;  // with the anti-aliased pixel beside it
     std::array<Box, 4> parts{};
