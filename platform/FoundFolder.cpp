@@ -102,19 +102,6 @@ std::wstring folderOfDrive(const std::wstring& path) {
     return std::wstring_view(device).starts_with(L"\\??\\") ? device : L"";
 }
 
-/// Whether a link is a mount point that the mount manager knows. Only administrators can make one.
-bool isVolumeMount(const std::wstring& path, const LinkTarget& target) {
-    std::wstring volume = target.path;  // "\??\Volume{0B5A…}\", for the function "\\?\Volume{0B5A…}\"
-    if (!volume.starts_with(L"\\??\\Volume{") || !volume.ends_with(L"}\\")) return false;
-    volume[1] = L'\\';
-    wchar_t places[pathCapacity];
-    DWORD length = 0;
-    if (!GetVolumePathNamesForVolumeNameW(volume.c_str(), places, pathCapacity, &length)) return false;
-    for (std::wstring_view place = places; !place.empty(); place = place.data() + place.size() + 1)
-        if (equalsIgnoreCase(L"\\\\?\\" + std::wstring(place), path + L'\\')) return true;
-    return false;
-}
-
 /// The entry at a path, for walkLinks. Opens no target of a link.
 PathEntry lookAt(const std::wstring& path) {
     PathEntry found;
@@ -144,7 +131,6 @@ PathEntry lookAt(const std::wstring& path) {
         found.security = found.holderSecurity;
     } else {
         found.target = targetOf(entry.get());
-        found.isOfSystem = isVolumeMount(path, found.target);
     }
     return found;
 }

@@ -20,10 +20,9 @@ struct FoundFolder {
 };
 
 /// Follows a path once, component by component (walkLinks). The final path of the opened folder must be the result of
-/// this walk. Two kinds of links are followed without a judgement. Drives mapped to a folder are names of this session,
-/// and mount points of the mount manager are made by administrators only. On a volume without final paths only the
-/// links are judged. A path that leads nowhere gives a folder that does not exist. A refusal is logged at INFO as "Not
-/// followed with elevated rights: %ls", with the refused link, if there is one.
+/// this walk. A drive mapped to a folder is a name of this session and is followed without a judgement. On a volume
+/// without final paths only the links are judged. A path that leads nowhere gives a folder that does not exist. A
+/// refusal is logged at INFO as "Not followed with elevated rights: %ls", with the refused link, if there is one.
 FoundFolder findFolder(const std::wstring& path);
 /// The folder's final path in the form VOLUME_NAME_NT, all links to drives followed; empty on failure.
 std::wstring volumePathOf(const std::wstring& path);

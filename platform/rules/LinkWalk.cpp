@@ -163,16 +163,18 @@ WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const L
         return walked;
     };
     if (!walk.restart(fullPath)) return walked;
-    for (int32_t links = 0; !walk.isDone();) {
+    int32_t links = 0;
+    for (int32_t components = 1; !walk.isDone(); ++components) {
         const std::wstring name = walk.next();
         const bool isDots = name == L"." || name == L"..";  // only in relative links
         const std::wstring path = walk.path(name);
+        if (components > mostComponents) return endAt(WalkResult::tooLong, path);
         const PathEntry entry = isDots ? PathEntry() : look(path);
         if (entry.isMissing) return endAt(WalkResult::missing, path);
         if (entry.isLink) {
             walked.endsInLink = walked.endsInLink || walk.isDone();
             if (!walk.holds(entry)) return endAt(WalkResult::refusedLink, path);
-            if (++links > mostLinks) return endAt(WalkResult::tooManyLinks, path);
+            if (++links > mostLinks) return endAt(WalkResult::tooLong, path);
             if (!entry.isOfSystem) walk.awaitTarget(entry, path);
             if (entry.target.isRelative)
                 walk.follow(entry.target.path);

@@ -27,7 +27,7 @@ std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData);
 struct PathEntry {
     bool isMissing = false;
     bool isLink = false;
-    bool isOfSystem = false;            ///< of a link: only the system or an administrator can make it; needs no trust
+    bool isOfSystem = false;            ///< of a link: a name of this session, which needs no trust
     LinkTarget target = {};             ///< of a link; the empty path if it cannot be read
     std::wstring finalPath = {};        ///< in the form VOLUME_NAME_NT; empty if there is none
     std::wstring holderFinalPath = {};  ///< of a link: the final path of the folder that holds it
@@ -37,10 +37,10 @@ struct PathEntry {
 
 enum class WalkResult {
     arrived,
-    missing,       ///< a component does not exist
-    badPath,       ///< the path, or a link's target, does not begin with a drive or a volume
-    refusedLink,   ///< a link that may not be followed, or a component that was exchanged during the walk
-    tooManyLinks,  ///< more than mostLinks, as in a cycle
+    missing,      ///< a component does not exist
+    badPath,      ///< the path, or a link's target, does not begin with a drive or a volume
+    refusedLink,  ///< a link that may not be followed, or a component that was exchanged during the walk
+    tooLong,      ///< more than mostLinks, as in a cycle, or more than mostComponents
 };
 
 struct WalkedPath {
@@ -52,6 +52,8 @@ struct WalkedPath {
 
 /// The system's limit for the reparse points of one path.
 inline constexpr int32_t mostLinks = 63;
+/// Of a path and of all links on it. The targets that an account gives its links could have thousands.
+inline constexpr int32_t mostComponents = 512;
 
 using LookAtPath = std::function<PathEntry(const std::wstring& path)>;
 using LinkJudge = std::function<bool(const FileSecurity& link, const FileSecurity& holder, const FileSecurity& target)>;

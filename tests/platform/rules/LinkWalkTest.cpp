@@ -61,7 +61,7 @@ PathEntry look(const std::wstring& path) {
         {L"C:\\Games\\rooted", link(L"\\Games", L"ann", L"\\Games")},
         {L"C:\\Games\\above", link(L"..\\..\\..\\Games\\Palisade\\..", L"ann", L"\\Games")},
         {L"C:\\moved", link(L"\\??\\D:\\Data\\")},
-        {L"C:\\mounted", ofSystem(L"\\??\\Volume{0B5A}\\")},
+        {L"C:\\mounted", link(L"\\??\\Volume{0B5A}\\", L"system")},
         {L"C:\\unmounted", link(L"\\??\\Volume{0B5A}\\")},
         {L"C:\\chain", link(L"\\??\\C:\\moved\\deep")},
         {L"C:\\circle", link(L"circle")},
@@ -114,7 +114,7 @@ TEST(WalkLinks, FollowsTrustedLinksOnly) {
         {L"C:\\Games\\otherHolder", refusedLink, L"C:\\Games\\otherHolder", L"", true},
         {L"C:\\toSwapped", refusedLink, L"C:\\toSwapped", L"", true},
         {L"C:\\dangling\\x", missing, L"C:\\none", L""},
-        {L"C:\\circle\\x", tooManyLinks, L"C:\\circle", L""},
+        {L"C:\\circle\\x", tooLong, L"C:\\circle", L""},
         {L"C:\\share\\Palisade", badPath, L"C:\\share", L""},
         {L"C:\\unread\\Volume{0B5A}\\x", badPath, L"C:\\unread", L""},
     };
@@ -133,6 +133,15 @@ TEST(WalkLinks, FollowsTrustedLinksOnly) {
         return look(path);
     });
     EXPECT_EQ(asked, 1 + mostLinks + 1) << "the root, and one link too many";
+    asked = 0;
+    std::wstring deep = L"C:";
+    for (int32_t component = 1; component <= mostComponents; ++component) deep += L"\\a";
+    const auto anyFolder = [&](const std::wstring&) {
+        ++asked;
+        return PathEntry();
+    };
+    EXPECT_EQ(walkLinks(deep, anyFolder).result, tooLong);
+    EXPECT_EQ(asked, mostComponents);
 }
 
 TEST(LinkTargetOf, ReadsTheTargetsOfJunctionsAndSymbolicLinks) {
