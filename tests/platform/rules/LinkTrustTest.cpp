@@ -50,6 +50,8 @@ TEST(MayFollow, OnlyALinkThatGivesNobodyANewWayToDelete) {
         {"open to everybody", {ann, {{everyone, false, false, 0x10000000}}}, {ann, {}}, readOnlyOf(ann), false},
         {"without an owner", {L"", {}}, {ann, {}}, {everyone, {}}, false},
         {"of a holder without an owner", {ann, {}}, {L"", {}}, {ann, {}}, false},
+        {"to what limits its owner's rights", readOnlyOf(ann), readOnlyOf(ann),
+         withList(ann, {L"S-1-3-4", false, false, reads}), false},
         {"to a target without an owner", {ann, {}}, {ann, {}}, {L"", {}}, false},
     };
     for (const auto& row : rows) EXPECT_EQ(mayFollow(row.link, row.holder, row.target), row.follows) << row.what;
