@@ -6,6 +6,7 @@
 
 #include <iterator>
 
+#include "platform/Clock.h"
 #include "platform/FoundFolder.h"
 #include "platform/Paths.h"
 #include "platform/product/RegistryPaths.h"
@@ -124,9 +125,12 @@ std::vector<SystemFolder> protectedFolders() {
     return folders;
 }
 
-std::vector<SystemFolder> byVolume(std::vector<SystemFolder> folders) {
-    for (SystemFolder& folder : folders)
+std::optional<std::vector<SystemFolder>> byVolume(std::vector<SystemFolder> folders, std::chrono::milliseconds bound) {
+    const std::chrono::milliseconds end = steadyTime() + bound;
+    for (SystemFolder& folder : folders) {
+        if (steadyTime() >= end) return std::nullopt;
         folder.path = isDrivePath(folder.path) ? volumePathOf(folder.path) : std::wstring();
+    }
     return folders;
 }
 

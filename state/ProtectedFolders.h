@@ -1,6 +1,8 @@
 // The folders of this machine that are never the client's.
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,8 @@ namespace pdx {
 std::vector<SystemFolder> protectedFolders();
 /// The same folders with their final paths (VOLUME_NAME_NT). The path is empty for a missing folder, and for one that
 /// does not begin at a drive. An account can name a server, to which this process would sign in with elevated rights.
-std::vector<SystemFolder> byVolume(std::vector<SystemFolder> folders);
+/// Nothing after that time: an account can name folders that are slow to reach.
+std::optional<std::vector<SystemFolder>> byVolume(std::vector<SystemFolder> folders,
+                                                  std::chrono::milliseconds bound = std::chrono::minutes(1));
 
 }  // namespace pdx

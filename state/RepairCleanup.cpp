@@ -84,7 +84,10 @@ bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     if (!isOwnFolder(location, systemFolders)) return false;
     if (!folder.exists) return true;
     if (!folder.isOpen || !folder.isTrusted) return false;
-    if (!folder.volumePath.empty()) return isOwnVolumePath(folder.volumePath, byVolume(systemFolders));
+    if (!folder.volumePath.empty()) {
+        const auto byFinalPath = byVolume(systemFolders);
+        return byFinalPath && isOwnVolumePath(folder.volumePath, *byFinalPath);
+    }
     PDX_LOG(logInfo, "performRepairCleanup",
             "Without a final path the install folder is judged as it is spelt: \"%ls\"", location);
     return true;
