@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/OpenFiles.h"
@@ -49,6 +50,7 @@ class TreeRemoval {
         std::vector<Level> levels;
         if (!enter(levels, place, 0)) return false;
         while (!levels.empty()) {
+            if (!isWithinBounds(place)) return false;
             if (Level& level = levels.back(); !level.folders.empty()) {
                 const std::wstring name = std::move(level.folders.back());
                 level.folders.pop_back();
@@ -97,6 +99,14 @@ class TreeRemoval {
         return true;
     }
 
+    /// Logs the end of a removal that is beyond them.
+    bool isWithinBounds(const Place& place) const {
+        const std::chrono::milliseconds time = steadyTime() - begin;
+        if (entries <= bounds.entries && time < bounds.time) return true;
+        PDX_LOG(logInfo, "deleteDirectoryTree", "Gave up after %d entries in %lld ms", entries, time.count());
+        return logFailure("directory", place, ERROR_DIR_NOT_EMPTY);
+    }
+
     /// Retries within the bounds of one entry and of all entries; at least one try.
     bool retry(const std::function<bool()>& attempt) {
         const auto counted = [&] {
@@ -124,10 +134,8 @@ class TreeRemoval {
                 next = entry.NextEntryOffset;
                 const std::wstring_view name(entry.FileName, entry.FileNameLength / sizeof(wchar_t));
                 if (name == L"." || name == L"..") continue;
-                if (++entries > bounds.entries) {
-                    PDX_LOG(logInfo, "deleteDirectoryTree", "Gave up after %d entries", bounds.entries);
-                    return logFailure("directory", place, ERROR_DIR_NOT_EMPTY);
-                }
+                ++entries;
+                if (!isWithinBounds(place)) return false;
                 if (entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
                     level.folders.emplace_back(name);
                     continue;
@@ -167,6 +175,7 @@ class TreeRemoval {
     RemovalBounds bounds;
     std::vector<uint64_t> buffer =
         std::vector<uint64_t>(bufferSize / sizeof(uint64_t));  ///< for the entries of a folder
+    std::chrono::milliseconds begin = steadyTime();
     int32_t entries = 0;
     int32_t failedTries = 0;
 };

@@ -34,8 +34,9 @@ struct RepairRun {
 /// logged.
 ///
 /// Blocks the thread, without a bound until the client's programs have ended. Stopping the service takes up to 2
-/// seconds, deleting it about 4. A file or folder that cannot be deleted takes 50 tries with 100 ms after each. All of
-/// them together take at most two minutes (RemovalBounds). The deletion itself takes as long as the disk needs.
+/// seconds, deleting it about 4. A file or folder that cannot be deleted takes 50 tries with 100 ms after each, all of
+/// them together about two minutes. The whole deletion takes at most half an hour (RemovalBounds), the check of the
+/// folder a minute.
 ///
 /// The recorded folder is checked before files, processes, the service or the registry are changed (isOwnFolder,
 /// FoundFolder). A refused one is logged at ERROR as "The recorded install folder is not deleted: "%ls"" and fails the
