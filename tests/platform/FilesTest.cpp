@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
+#include "platform/Clock.h"
 #include "platform/IoBound.h"
 #include "platform/VersionInfo.h"
 #include "tests/platform/Probe.h"
@@ -38,6 +41,27 @@ TEST(IoBound, EndsWhatDoesNotReturn) {
     DWORD read = 0;
     EXPECT_FALSE(ReadFile(reader.get(), &byte, 1, &read, nullptr)) << "nobody writes";
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_OPERATION_ABORTED));
+}
+
+TEST(IoBound, EndsNothingOfAThreadThatRunsBetweenItsOperations) {
+    FileHandle reader, writer;
+    ASSERT_TRUE(CreatePipe(reader.put(), writer.put(), nullptr, 0));
+    constexpr DWORD period = 1000;
+    const std::jthread slowDisc([&](const std::stop_token& end) {
+        for (DWORD written = 0; !end.stop_requested(); WriteFile(writer.get(), "x", 1, &written, nullptr)) Sleep(50);
+    });
+    const IoBound bound(period);
+    const ULONGLONG end = GetTickCount64() + 7 * period / 2;
+    while (GetTickCount64() < end) {
+        char byte = 0;
+        DWORD read = 0;
+        ASSERT_TRUE(ReadFile(reader.get(), &byte, 1, &read, nullptr)) << GetLastError();
+        // Until Wine, which counts in steps of the host, has noticed.
+        FILETIME other{}, before{}, now{};
+        GetThreadTimes(GetCurrentThread(), &other, &other, &other, &before);
+        do GetThreadTimes(GetCurrentThread(), &other, &other, &other, &now);
+        while (fileTimeOf(now) == fileTimeOf(before));
+    }
 }
 
 TEST(RetryUntil, CallsUntilTheFirstSuccess) {
