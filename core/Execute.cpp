@@ -2,6 +2,7 @@
 #include "core/BootstrapperApplication.h"
 #include "core/rules/MsiChannel.h"
 #include "core/rules/PackageLog.h"
+#include "platform/IoBound.h"
 #include "platform/Log.h"
 #include "platform/product/ClientPackage.h"
 #include "platform/rules/Numbers.h"
@@ -11,6 +12,7 @@ namespace pdx {
 namespace {
 
 bool openClientLog(Run& run, const std::wstring& logPath) {
+    const IoBound bound;
     std::wstring folder = getSessionTempPath();
     if (logPath.size() < folder.size() || !equalsIgnoreCase(logPath.substr(0, folder.size()), folder)) folder.clear();
     // Locked before Windows Installer opens it, so that no other program replaces it with a link or a file.

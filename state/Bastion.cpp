@@ -5,6 +5,7 @@
 #include "config/Settings.h"
 #include "platform/Clock.h"
 #include "platform/Handles.h"
+#include "platform/IoBound.h"
 #include "platform/Log.h"
 #include "platform/PathFunctions.h"
 #include "platform/Processes.h"
@@ -47,6 +48,7 @@ std::wstring programOf(HANDLE process) {
 /// both without regard to case. Logs a process that cannot be queried at WARN, and a find at INFO. Returns the handle
 /// by which it was recognised: after that is closed the id may belong to another process. Null if none runs.
 Handle runningTempUninstaller() {
+    const IoBound bound;
     ProcessSnapshot snapshot;
     for (PROCESSENTRY32W entry{}; snapshot.next(entry);) {
         const std::wstring_view file = entry.szExeFile;
