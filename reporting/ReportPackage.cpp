@@ -31,8 +31,8 @@ std::string_view readBlock(HANDLE file, std::vector<char>& block) {
     return {block.data(), read};
 }
 
-/// Up to the size that the file has now: one that grows would have no end.
-void addLog(GzipStream& stream, HANDLE file) {
+/// Up to the size that the file has now, because one that grows would have no end, and while bytes are left.
+void addLog(GzipStream& stream, HANDLE file, int64_t& bytesLeft) {
     LARGE_INTEGER size{};
     GetFileSizeEx(file, &size);
     std::vector<char> block(blockSize);
@@ -41,11 +41,15 @@ void addLog(GzipStream& stream, HANDLE file) {
     const LogScrubber scrubber(userScrubTexts());
     LogReader reader(logEncodingOf(bytes), scrubber);
     const TakeText take = [&](std::string_view text) { stream.write(text); };
-    for (int64_t left = size.QuadPart; !bytes.empty() && left > 0; bytes = readBlock(file, block)) {
+    int64_t left = size.QuadPart;
+    for (; !bytes.empty() && left > 0 && bytesLeft > 0; bytes = readBlock(file, block)) {
         reader.feed(bytes, take);
         left -= static_cast<int64_t>(bytes.size());
+        bytesLeft -= static_cast<int64_t>(bytes.size());
     }
     reader.finish(take);
+    if (left > 0 && bytesLeft <= 0)
+        PDX_LOG(logInfo, "buildPackage", "The error report is full: %lld bytes left out", left);
 }
 
 FileHandle openLog(const std::wstring& path) {
@@ -54,7 +58,7 @@ FileHandle openLog(const std::wstring& path) {
                                   FILE_FLAG_SEQUENTIAL_SCAN | noImpersonation, nullptr));
 }
 
-void addFile(GzipStream& stream, const std::wstring& path) {
+void addFile(GzipStream& stream, const std::wstring& path, int64_t& bytesLeft) {
     const FileHandle file = openLog(path);
     // A link can lead to a pipe, which has no end and may never answer.
     if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) {
@@ -64,7 +68,7 @@ void addFile(GzipStream& stream, const std::wstring& path) {
     }
     const std::string name = toUtf8(path.substr(path.find_last_of(L"\\/") + 1));
     stream.write(sectionStart(name));
-    addLog(stream, file.get());
+    addLog(stream, file.get(), bytesLeft);
     stream.write(sectionEnd(name));
 }
 
@@ -93,12 +97,12 @@ ErrorReport newErrorReport() {
     return report;
 }
 
-void buildPackage(ErrorReport& report, const ReportFiles& files) {
+void buildPackage(ErrorReport& report, const ReportFiles& files, int64_t mostLogBytes) {
     GzipStream stream;
     addSection(stream, "userData.json", userData(report));
     addSection(stream, "HardwareSurvey.json", machineSurvey(report.machineHash));
     for (const std::wstring& path : files)
-        if (!path.empty()) addFile(stream, path);
+        if (!path.empty()) addFile(stream, path, mostLogBytes);
     report.package = stream.finish();
     report.b64Md5 = digestText(CALG_MD5, report.package, CRYPT_STRING_BASE64);
 }

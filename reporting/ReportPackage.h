@@ -1,6 +1,7 @@
 // The package of an error report: its sender, the machine, and the log files without the user's name.
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <string>
 
@@ -18,8 +19,10 @@ ErrorReport newErrorReport();
 /// Sets the package and its digest: two sections about the user and the machine, and one for each file in the set's
 /// order. The user's profile path and the login code are removed from logs (LogScrubber), and UTF-16 logs become UTF-8.
 /// A file that cannot be opened has no section, one of fewer than two bytes an empty one. Files may be in use and may
-/// grow. In memory are a block of a file, a line of at most 1 MiB, and the package. Throws std::bad_alloc.
-void buildPackage(ErrorReport& report, const ReportFiles& files);
+/// grow. After that number of bytes of logs the current block is the last one, which is logged with what is left out:
+/// a sparse file can be longer than the disc. In memory are a block of a file, a line of at most 1 MiB, and the
+/// package. Throws std::bad_alloc.
+void buildPackage(ErrorReport& report, const ReportFiles& files, int64_t mostLogBytes = 1 << 30);
 
 /// Adds all files whose paths begin with the stem, a path without its ending: a log may roll over to several files.
 void addFilesOfStem(ReportFiles& files, const std::wstring& stem);
