@@ -13,7 +13,7 @@ constexpr int32_t stopErrors[] = {6, 259};
 
 void walkSubKeys(const std::function<SubKeyAnswer(uint32_t index)>& subKeyAt,
                  const std::function<bool(const std::wstring& name)>& function) {
-    for (uint32_t index = 0;; ++index) {
+    for (uint32_t index = 0; index < mostSubKeys; ++index) {
         const SubKeyAnswer answer = subKeyAt(index);
         if (std::ranges::find(stopErrors, answer.error) != std::end(stopErrors)) return;
         if (answer.error == 0 && !function(answer.name)) return;

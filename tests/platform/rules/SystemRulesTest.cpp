@@ -47,6 +47,16 @@ TEST(SubKeyWalk, StopsAtTwoErrorsAndSkipsTheOthers) {
     }
 }
 
+TEST(SubKeyWalk, EndsAtTheBoundOfAnEndlessKey) {
+    uint32_t names = 0;
+    walkSubKeys(
+        [](uint32_t) {
+            return SubKeyAnswer{0, L"a"};
+        },
+        [&](const std::wstring&) { return ++names <= mostSubKeys; });
+    EXPECT_EQ(names, mostSubKeys);
+}
+
 TEST(CountWithin, CountsNothingOutsideTheRecord) {
     const std::array<std::byte, 13> memory{};
     const auto record = std::span(memory).subspan(1, 10);
