@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <set>
 
+#include "platform/IoBound.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 
@@ -22,6 +23,7 @@ Handle createProcess(const ProgramStart& program) {
     start.dwFlags = STARTF_USESHOWWINDOW;
     start.wShowWindow = static_cast<WORD>(program.show);
     PROCESS_INFORMATION created{};
+    const IoBound bound;
     const wchar_t* const folder = program.folder.empty() ? nullptr : program.folder.c_str();
     if (!CreateProcessW(program.file.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, folder, &start,
                         &created))
@@ -60,7 +62,10 @@ bool ProcessSnapshot::next(PROCESSENTRY32W& entry) {
 Handle startProgram(const ProgramStart& program) {
     // The shell would open a folder for an empty name.
     if (program.file.empty()) return Handle();
-    if (isElevated()) return createProcess(program);
+    return isElevated() ? createProcess(program) : startByShell(program);
+}
+
+Handle startByShell(const ProgramStart& program) {
     SHELLEXECUTEINFOW start{};
     start.cbSize = sizeof start;
     start.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_NOASYNC | SEE_MASK_NO_CONSOLE;

@@ -45,6 +45,9 @@ struct ProgramStart {
 /// there is one; logs nothing.
 Handle startProgram(const ProgramStart& program);
 
+/// The same by the shell, whatever the rights. The shell asks the user's classes how to open a program.
+Handle startByShell(const ProgramStart& program);
+
 /// Ends every process whose program has one of the names, compared without regard to case, with exit code 9. Waits
 /// until all of them have ended, without a time limit. Logs "Terminating %ls" at INFO for each. A process that cannot
 /// be opened is left running.

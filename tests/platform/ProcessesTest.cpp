@@ -22,7 +22,13 @@ TEST(WaitForAll, WaitsForEachGroupAndRefusesABadHandle) {
     std::vector<HANDLE> handles(2 * MAXIMUM_WAIT_OBJECTS, nullptr);
     std::vector<Handle> owners;
     for (HANDLE& handle : handles) handle = owners.emplace_back(CreateEventW(nullptr, TRUE, TRUE, nullptr)).get();
-    EXPECT_TRUE(waitForAll(handles));
+    for (HANDLE* late : {&handles.front(), &handles.back()}) {
+        *late = owners.emplace_back(CreateWaitableTimerW(nullptr, TRUE, nullptr)).get();
+        const LARGE_INTEGER soon{.QuadPart = -500'000};  // 50 ms
+        ASSERT_TRUE(SetWaitableTimer(*late, &soon, 0, nullptr, nullptr, FALSE));
+        EXPECT_TRUE(waitForAll(handles));
+        EXPECT_EQ(WaitForSingleObject(*late, 0), WAIT_OBJECT_0);
+    }
     handles.push_back(nullptr);
     EXPECT_FALSE(waitForAll(handles)) << "the last is a group of its own";
 }
@@ -40,6 +46,22 @@ TEST(TerminateProcesses, EndsProcessesByNameInAnyCase) {
     EXPECT_THAT(log.takeTexts(), ElementsAre("2 terminateProcesses Terminating PalisadeMany.exe"));
     TerminateProcess(spared.get(), 0);
     waitFor(spared);
+}
+
+TEST(StartProgram, PassesFileParametersAndFolderByEachRoute) {
+    const TestFolder folder;
+    const std::wstring report = folder.path(L"report.txt");
+    for (Handle (*const start)(const ProgramStart&) : {startProgram, startByShell}) {
+        const Handle probe = start({.file = probePath(),
+                                    .parameters = L"record \"" + report + L"\" a \"b c\"",
+                                    .folder = folder.path(),
+                                    .show = SW_HIDE});
+        ASSERT_TRUE(probe);
+        EXPECT_EQ(waitFor(probe), 0u);
+        EXPECT_EQ(readFile(report),
+                  toUtf8(folder.path() + L"\n\"" + probePath() + L"\" record \"" + report + L"\" a \"b c\"\n"));
+        DeleteFileW(report.c_str());
+    }
 }
 
 class LaunchClientTest : public testing::Test {
