@@ -18,8 +18,9 @@ struct RecordPlace {
     const wchar_t* valueName;
 };
 
-void deleteComponents(const RegistryKey& software) {
-    RegistryKey components = software.openSubKey(std::wstring(userDataKey) + L"Components", true);
+void deleteComponents(RegistryView view) {
+    const std::wstring path = std::wstring(L"SOFTWARE\\") + userDataKey + L"Components";
+    RegistryKey components = RegistryKey::localMachine(view).openSubKey(path, true);
     components.enumerateSubKeys([](RegistryKey& key, const std::wstring& name) {
         // Any text or number identifies the record.
         if (!toText(key.getSubKeyValue(name, packedProductCode)).empty()) key.deleteTree(name);
@@ -52,7 +53,7 @@ bool purgeInstallInfo(RegistryView view, const std::wstring& providerKey) {
     classes.deleteTree(L"Installer\\Products\\" + product);
     classes.deleteTree(std::wstring(L"Installer\\UpgradeCodes\\") + packedUpgradeCode);
     software.deleteTree(userData + L"Products\\" + product);
-    deleteComponents(software);
+    deleteComponents(view);
     RegistryKey::localMachine(view).deleteTree(productKey);
     return true;
 }

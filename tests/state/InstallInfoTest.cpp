@@ -117,6 +117,8 @@ TEST_F(InstallInfoTest, DeletesComponentsThatNameThePackage) {
 
 TEST_F(InstallInfoTest, DeletesNoOtherKeyByAnUnusualName) {
     RegistryKey machine = RegistryKey::localMachine(view64);
+    const std::wstring neighbour(254, L'x');
+    machine.setSubKeyValue(uninstallKey + (L'\\' + neighbour), L"DisplayName", L"Palisade Desktop 2");
     // A backslash in a provider key names no subkey; the longest name that a key can have is read and deleted.
     for (const std::wstring& name :
          {std::wstring(L"\"a\" 'b' %1"), std::wstring(255, L'x'), std::wstring(L"{\u00e9}")}) {
@@ -125,7 +127,9 @@ TEST_F(InstallInfoTest, DeletesNoOtherKeyByAnUnusualName) {
             const CapturedLog log;
             RegistryKey key = machine.openSubKey(uninstallKey, true);
             EXPECT_TRUE(deleteInstallerSubkeys(key, provider, L"", L"DisplayName"));
-            EXPECT_EQ(key.isEmpty(), provider != name);
+            const std::vector<std::wstring> left = subKeys(machine, uninstallKey);
+            EXPECT_THAT(left, testing::Contains(neighbour));
+            EXPECT_EQ(left.size(), provider == name ? 2u : 1u);
             std::vector<std::string> deleted;
             if (provider != name) deleted.push_back("2 deleteInstallerSubkeys Deleting registry tree " + toUtf8(name));
             EXPECT_EQ(log.takeTexts(), deleted);
