@@ -65,7 +65,7 @@ TEST_F(BastionTest, WaitsForTheUninstallerByTheHandleThatFoundIt) {
     EXPECT_TRUE(logger->held);
 }
 
-TEST_F(BastionTest, StartsNoUninstallerWithoutARecordedProgram) {
+TEST_F(BastionTest, WaitsForNoUninstallerWithoutARecordedProgram) {
     for (const bool recorded : {false, true}) {
         if (recorded) machine.setSubKeyValue(bastionKey, L"BastionPath", L"");
         const CapturedLog log;

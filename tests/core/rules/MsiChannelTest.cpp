@@ -69,7 +69,7 @@ TEST(PackageLog, BuildsVariablesAndStems) {
     for (const auto& [path, stem] : rows) EXPECT_EQ(reportFileStem(path), stem);
 }
 
-TEST(PackageLog, ReadsDecimals) {
+TEST(ParseDecimal, ReadsWholeNumbersOf32Bits) {
     const std::pair<const wchar_t*, uint32_t> rows[] = {{L"1603", 1603},    {L"25000", 25000},
                                                         {L"", 0},           {L"none", 0},
                                                         {L"0", 0},          {L"0x643", 0},
