@@ -108,8 +108,8 @@ bool removeFolder(const RepairRun& run, const std::wstring& location, const Foun
     return deleteDirectoryTree(folder, fileTries, fileDelayMilliseconds);
 }
 
-/// Asymmetric on purpose. Both bastion protocols get the one saved command. The client's own protocol is deleted.
-/// gatelink is restored only if a command was saved.
+/// Asymmetric by design: one saved command serves both bastion protocols; ours is deleted; gatelink is restored only if
+/// saved.
 void restoreProtocols(const EarlierState& earlier) {
     restoreProtocolHandler(L"bastion", earlier.bastionProtocol);
     restoreProtocolHandler(L"bastion2", earlier.bastionProtocol);
