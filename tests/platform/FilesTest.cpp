@@ -48,10 +48,10 @@ TEST(IoBound, EndsNothingOfAThreadThatRunsBetweenItsOperations) {
     ASSERT_TRUE(CreatePipe(reader.put(), writer.put(), nullptr, 0));
     constexpr DWORD period = 1000;
     const std::jthread slowDisc([&](const std::stop_token& end) {
-        for (DWORD written = 0; !end.stop_requested(); WriteFile(writer.get(), "x", 1, &written, nullptr)) Sleep(50);
+        for (DWORD written = 0; !end.stop_requested(); WriteFile(writer.get(), "x", 1, &written, nullptr)) Sleep(170);
     });
     const IoBound bound(period);
-    const ULONGLONG end = GetTickCount64() + 7 * period / 2;
+    const ULONGLONG end = GetTickCount64() + 3 * period / 2;
     while (GetTickCount64() < end) {
         char byte = 0;
         DWORD read = 0;
