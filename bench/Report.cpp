@@ -37,7 +37,7 @@ std::string logText() {
 /// A log file of that size; the destructor deletes it.
 class LogFile {
   public:
-    LogFile(const std::filesystem::path& place, const std::string& text, size_t size) : path(place) {
+    LogFile(std::filesystem::path place, const std::string& text, size_t size) : path(std::move(place)) {
         std::ofstream file(path, std::ios::binary);
         for (size_t left = size; left > 0;) {
             const size_t piece = std::min(left, text.size());

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <string_view>
 
 #include "bench/Benchmarks.h"
 
@@ -32,7 +33,8 @@ Measurements measureSize(const std::filesystem::path& library) {
     double code = 0, resources = 0;
     for (size_t i = 0; i < header.NumberOfSections; ++i) {
         const auto section = recordAt<IMAGE_SECTION_HEADER>(bytes, sections + i * sizeof(IMAGE_SECTION_HEADER));
-        const bool isResources = std::strncmp(reinterpret_cast<const char*>(section.Name), ".rsrc", 8) == 0;
+        const auto* const name = reinterpret_cast<const char*>(section.Name);
+        const bool isResources = std::string_view(name, strnlen(name, sizeof section.Name)) == ".rsrc";
         if (isResources) resources += section.SizeOfRawData;
         if (section.Characteristics & IMAGE_SCN_CNT_CODE) code += section.SizeOfRawData;
     }

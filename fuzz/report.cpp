@@ -21,7 +21,7 @@ void report(std::string_view input) {
             "each field arrives as it is");
     // The recurrence by its closed step: one more byte changes the value by that byte alone.
     const std::string longer = std::string(input) + 'A';
-    const uint16_t last = static_cast<uint16_t>(requestCheckValue(input) * 5 + 65);
+    const auto last = static_cast<uint16_t>(requestCheckValue(input) * 5 + 65);
     require(requestCheckValue(longer) == (input.size() % 2 == 1 ? last ^ 0x4B1D : last),
             "a value goes on from the last");
 }

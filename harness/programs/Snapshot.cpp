@@ -38,7 +38,7 @@ Color Snapshot::getPixel(Point point) const {
     return color;
 }
 
-bool Snapshot::SavePng(const std::wstring& path) const {
+bool Snapshot::savePng(const std::wstring& path) const {
     return Gdiplus::DllExports::GdipSaveImageToFile(native(), path.c_str(), &pngEncoder, nullptr) == Gdiplus::Ok;
 }
 

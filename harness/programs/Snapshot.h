@@ -16,7 +16,7 @@ class Snapshot : public GdiPlusObject<Gdiplus::GpImage, Gdiplus::DllExports::Gdi
     /// Opaque; 0 outside of the picture.
     [[nodiscard]] Color getPixel(Point point) const;
     /// Whether the file could be written.
-    bool SavePng(const std::wstring& path) const;
+    bool savePng(const std::wstring& path) const;
 
   private:
     Size size;

@@ -63,7 +63,7 @@ std::vector<HWND> findDialogs() {
     std::vector<HWND> found;
     for (HWND window : allWindows())
         if (GetDlgItem(window, IDC_ACTION1) && GetDlgItem(window, IDC_PICTURE)) found.push_back(window);
-    std::ranges::stable_partition(found, [](HWND window) { return IsWindowVisible(window) != FALSE; });
+    std::stable_partition(found.begin(), found.end(), [](HWND window) { return IsWindowVisible(window) != FALSE; });
     return found;
 }
 

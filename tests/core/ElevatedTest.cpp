@@ -104,7 +104,7 @@ TEST(Elevated, StartsACopyAndEndsWhateverTheCopyDoes) {
         };
         ProgramStart copy;
         probed.world.start = [&](const ProgramStart& asked) {
-            steps.push_back(L"start");
+            steps.emplace_back(L"start");
             copy = asked;
             EXPECT_TRUE(installerMayBegin());
             EXPECT_THAT(ownEnvironment(),

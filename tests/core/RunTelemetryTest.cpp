@@ -78,8 +78,8 @@ TEST(RunTelemetry, SendsTheReportsIdAfterTheReport) {
     for (const auto& [status, event] : cases) {
         ProbedRun probed;
         probed.engine.variables.set(L"PDX_SUBMIT_ERROR_REPORT", std::wstring(L"1"));
-        probed.world.report = [&](const ReportFiles&) {
-            EXPECT_TRUE(probed.attributes(event).is_null()) << event;
+        probed.world.report = [&, &name = event](const ReportFiles&) {
+            EXPECT_TRUE(probed.attributes(name).is_null()) << name;
             return std::string("er-1");
         };
         probed.app().UpdateInstallStatus(status);

@@ -106,7 +106,7 @@ TEST_F(LockFileTest, LocksAFileThatIsReleasedInTime) {
     struct Releaser : Logger {
         explicit Releaser(FileHandle& given) : held(given) {}
         void write(int32_t, const char*, int32_t, const char* message) override {
-            messages.push_back(message);
+            messages.emplace_back(message);
             held.reset();
         }
         FileHandle& held;

@@ -132,7 +132,7 @@ TEST_F(RepairCleanupTest, ChangesNothingIfTheFolderIsRefused) {
                                                              {L"My Video", L"%UserProfile%\\films"}};
     for (const auto& [name, place] : moves)
         RegSetKeyValueW(HKEY_USERS, (hive + shellFolders).c_str(), name, REG_EXPAND_SZ, place.c_str(),
-                        static_cast<DWORD>((place.size() + 1) * sizeof place[0]));
+                        (place.size() + 1) * sizeof place[0]);
     for (const wchar_t* name : {L"elsewhere\\tunes", L"elsewhere", L"player\\films"})
         refused.push_back(folder.path(name));
     const auto expectRefused = [this](const std::wstring& location) {

@@ -25,7 +25,7 @@ using Address = std::vector<uint8_t>;
 std::vector<Address> adapters;
 
 unsigned long listAdapters(IP_ADAPTER_INFO* list, unsigned long* size) {
-    const unsigned long needed = static_cast<unsigned long>(adapters.size() * sizeof *list);
+    const unsigned long needed = adapters.size() * sizeof *list;
     if (adapters.empty()) return ERROR_NO_DATA;
     const bool fits = needed <= std::exchange(*size, needed);
     if (!fits) return ERROR_BUFFER_OVERFLOW;

@@ -32,7 +32,7 @@ HRESULT copyOut(const std::wstring& text, LPWSTR buffer, DWORD* size, SizeCounts
         std::fill(buffer + copied, buffer + *size, L'\0');
     }
     if (buffer && *size > text.size()) return S_OK;
-    *size = static_cast<DWORD>(text.size() + (counts == SizeCounts::withZero));
+    *size = text.size() + (counts == SizeCounts::withZero);
     return moreData;
 }
 

@@ -30,7 +30,7 @@ struct Gallery {
 };
 
 void save(const pdx::Snapshot& picture, const fs::path& file) {
-    if (!picture.SavePng(file.wstring())) throw std::runtime_error("cannot write " + file.string());
+    if (!picture.savePng(file.wstring())) throw std::runtime_error("cannot write " + file.string());
 }
 
 void save(const nlohmann::json& facts, const fs::path& file) {

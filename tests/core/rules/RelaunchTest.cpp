@@ -16,13 +16,13 @@ TEST(Handover, KeepsEachValueInOneArgument) {
         {L"a\\\\\"b", L"\"a\\\\\\\\\\\"b\""},
         {L"a\\b c\\", L"\"a\\b c\\\\\""},
     };
-    for (const auto& [value, passed] : rows) {
+    for (const auto& [given, passed] : rows) {
         const std::wstring text = passed;
-        EXPECT_EQ(relaunchParameters([&](auto) { return value; }),
+        EXPECT_EQ(relaunchParameters([&value = given](auto) { return value; }),
                   L"PDX_MERIDIAN_MODE=" + text + L" KESTREL_AUTHCODE=" + text + L" PDX_UNINSTALL_BASTION=" + text +
                       L" PDX_MERIDIAN_COHORT=" + text + L" PDX_MERIDIAN_ENABLE=" + text + L" PDX_REPAIR=" + text +
                       L" HARRIER_ENABLE=" + text);
-        EXPECT_EQ(authArgument(value), *value ? L"--authCode=" + text : L"");
+        EXPECT_EQ(authArgument(given), *given ? L"--authCode=" + text : L"");
     }
 }
 

@@ -23,7 +23,7 @@ TEST(ChooseBucket, RejectsDrawsAboveTheLastWholeMultiple) {
         {{0}, 1}, {{4294967199}, 100}, {{4294967200, 4294967295, 41}, 42}};
     for (const auto& [draws, bucket] : rows) {
         size_t taken = 0;
-        EXPECT_EQ(chooseBucket([&] { return draws.at(taken++); }), bucket);
+        EXPECT_EQ(chooseBucket([&, &left = draws] { return left.at(taken++); }), bucket);
         EXPECT_EQ(taken, draws.size());
     }
 }

@@ -5,6 +5,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 #include "harness/programs/Snapshot.h"
@@ -79,7 +80,7 @@ class Widgets : public ::testing::Test {
     }
     static Size measured(std::wstring_view text, float size) {
         const RectF bounds = testing_support::measured(text, size, fontBold);
-        return {static_cast<int32_t>(bounds.width + 0.5f), static_cast<int32_t>(bounds.height + 0.5f)};
+        return {std::lround(bounds.width), std::lround(bounds.height)};
     }
 
     ScrolledDialog dialog;

@@ -131,7 +131,7 @@ TEST(RunLayout, LineHeightsAreWholePixels) {
         {{LineHeight::factor, 1.5f}, 21, 32},
         {{LineHeight::factor, 0}, 18, 0},
         {{LineHeight::pixels, 19.9f}, 18, 19},
-        {{LineHeight::pixels, 1e30f}, 18, 1 << 28},
+        {{LineHeight::pixels, 1e30f}, 18, 268435456.0f},
         {{LineHeight::factor, 0}, INFINITY, 0},
     };
     for (const auto& row : cases)
