@@ -33,7 +33,8 @@ def own_names(source: str) -> set[str]:
     inside = "\n".join(re.findall(r"^namespace \{\n(.*?)^\}  // namespace$", text, re.M | re.S))
     names = re.findall(r"^(?!using|namespace|static_assert|TEST)(?=\w).*?\b(?!struct)(\w+)(?= ?[({=;[]| final| ?:[^:])",
                        inside, re.M)
-    return {*names, *re.findall(r"^using (\w+) =", inside, re.M), *re.findall(r"^int .*\b(w?main|WinMain)\(", text, re.M)}
+    names += re.findall(r"^using (\w+) =", inside, re.M)
+    return {*names, *re.findall(r"^int .*\b(w?main|WinMain)\(", text, re.M)}
 
 
 def units(name: str, sources: list[str]) -> list[Path]:
