@@ -73,6 +73,8 @@ def play(options) -> int:
     Services(out)
     with copy_of_prepared("faults", os.environ["DISPLAY"]) as wine, (out / "driver.log").open("w") as log:
         wine.complaints = out / "wine.txt"
+        # Wine's debugger can wait for the process that waits for it.
+        wine.environment["WINEDLLOVERRIDES"] += ";winedbg.exe="
         folder = wine.path("C:\\faults")
         folder.mkdir()
         (folder / "driver.exe").write_bytes((PROGRAMS / "faults_driver.exe").read_bytes())
