@@ -186,6 +186,7 @@ WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const L
             walk.enter(name, entry.finalPath);
         }
         while (const auto link = walk.reachedLink()) {
+            if (walk.path().empty()) return endAt(WalkResult::badPath, link->path);  // a root that leads nowhere
             const PathEntry target = look(walk.place());
             if (target.isLink || withoutEndSeparator(target.finalPath) != walk.finalPath() ||
                 !judge(link->security, link->holderSecurity, target.security))

@@ -65,6 +65,7 @@ PathEntry look(const std::wstring& path) {
         {L"C:\\unmounted", link(L"\\??\\Volume{0B5A}\\")},
         {L"C:\\chain", link(L"\\??\\C:\\moved\\deep")},
         {L"C:\\circle", link(L"circle")},
+        {L"E:\\", link(L".")},
         {L"C:\\attacker", link(L"\\??\\C:\\Windows")},
         {L"C:\\lured", link(L"\\??\\C:\\attacker\\Palisade", L"system")},
         // Seen by way of a folder that had become a link meanwhile.
@@ -116,6 +117,7 @@ TEST(WalkLinks, FollowsTrustedLinksOnly) {
         {L"C:\\dangling\\x", missing, L"C:\\none", L""},
         {L"C:\\circle\\x", tooLong, L"C:\\circle", L""},
         {L"C:\\share\\Palisade", badPath, L"C:\\share", L""},
+        {L"E:\\x", badPath, L"E:\\", L""},
         {L"C:\\unread\\Volume{0B5A}\\x", badPath, L"C:\\unread", L""},
     };
     for (const auto& row : rows) {
