@@ -3,8 +3,8 @@
 // delayimp.h needs the types of windows.h.
 #include <delayimp.h>
 
+#include <algorithm>
 #include <cstring>
-#include <string>
 
 #include "platform/SystemFunction.h"
 
@@ -15,7 +15,14 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 namespace pdx {
 namespace {
 
-HMODULE loadDelayed(const char* name) { return systemLibrary(std::wstring(name, name + std::strlen(name)).c_str()); }
+/// Allocates nothing, like all that the helper calls: no exception passes through the stub that called it.
+HMODULE loadDelayed(const char* name) {
+    wchar_t wideName[MAX_PATH];
+    const size_t length = std::strlen(name) + 1;
+    if (length > MAX_PATH) return nullptr;
+    std::copy_n(name, length, wideName);
+    return systemLibrary(wideName);
+}
 
 #ifdef __MINGW32__
 

@@ -1,6 +1,6 @@
 #include "platform/SystemFunction.h"
 
-#include <string>
+#include <string_view>
 
 namespace pdx {
 namespace {
@@ -10,10 +10,13 @@ HMODULE loadFromSystemFolder(const wchar_t* name, LibraryLoader load) {
     if (library || GetLastError() != ERROR_INVALID_PARAMETER) return library;
     // Windows 7 without its update KB2533623 does not support the flag. With a full path the flag below makes it search
     // the library's folder first for the library's imports.
-    wchar_t folder[MAX_PATH];
-    const UINT length = GetSystemDirectoryW(folder, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) return nullptr;
-    return load((std::wstring(folder) + L'\\' + name).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    wchar_t path[2 * MAX_PATH];
+    const UINT length = GetSystemDirectoryW(path, MAX_PATH);
+    const std::wstring_view nameText = name;
+    if (length == 0 || length >= MAX_PATH || nameText.size() >= MAX_PATH) return nullptr;
+    path[length] = L'\\';
+    path[length + 1 + nameText.copy(path + length + 1, nameText.size())] = L'\0';
+    return load(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
 }  // namespace
