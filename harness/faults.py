@@ -20,6 +20,9 @@ SLOW = ("CreateFileW", "RegOpenKeyExW", "RegSetValueExW", "CopyFileW", "CoCreate
         "OpenSCManagerW", "HttpSendRequestW", "InternetReadFile")
 STATES = tuple("state: " + state for state in ("installer's mutex abandoned", "log folder missing", "no variable set",
                                                "temporary folder missing"))
+# Endings that are meant; docs/testing.md has the reasons.
+EXPECTED = (("uninstall", "OpenMutexW", "false success"), ("uninstall", "engine: GetVariableString", "false success"),
+            *((kind, function, "a crash") for kind in KINDS for function in MEMORY))
 ENDINGS = {3: "a hang: the run did not end", 5: "a crash"}
 
 
@@ -94,10 +97,12 @@ def play(options) -> int:
         if function and injected == "0":
             missed += 1
             verdict = verdict if verdict != "ok" else "not reached"
-        failed += verdict not in ("ok", "not reached")
+        if any(verdict.startswith(ending) for *fault, ending in EXPECTED if fault == [kind, function]):
+            verdict = f"expected: {verdict}"
+        failed += not verdict.startswith(("ok", "not reached", "expected"))
         table.append(f"{kind:<10}{what:<38}{which:<12}{verdict:<28}{ending[:150]}")
     (out / "table.txt").write_text("\n".join(table) + "\n", "utf-8")
-    bad = [line for line in table if not re.search(r"^.{60}(ok|not reached)\b", line)]
+    bad = [line for line in table if not re.search(r"^.{60}(ok|not reached|expected)\b", line)]
     print("\n".join(bad if options.short else table))
     print(f"{len(rows)} rows, {failed} failed, {missed} not reached, {time.monotonic() - started:.0f} s; "
           f"see {out.relative_to(ROOT)}/table.txt")

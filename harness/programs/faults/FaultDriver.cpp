@@ -192,7 +192,9 @@ Ending runArranged(const Row& row, const fs::path& library, const fs::path& fold
     const bool repairs = row.kind == "repair";
     AllowedStates allowed{.before = arrangeMachine(repairs || row.kind == "uninstall"),
                           .good = {},
-                          .mayStop = repairs,
+                          .firstSteps = repairs                   ? FirstSteps::ofRepair
+                                        : row.kind == "uninstall" ? FirstSteps::ofUninstall
+                                                                  : FirstSteps::none,
                           // Without its key the bundle's own entry is not known from the client's other records.
                           .registryFails = row.injection.function.starts_with("Reg") ||
                                            row.injection.function == "engine: GetVariableString"};

@@ -93,10 +93,12 @@ std::string pointer(Root root, RegistryView view, const std::wstring& key, const
     return "/" + toUtf8(place + key) + "/" + toUtf8(path) + "/" + toUtf8(name);
 }
 
-/// Where a repair ends that fails in one of its later steps.
-RegistryState stopped(RegistryState state) {
+/// Where a run ends that fails in one of its later steps.
+RegistryState stopped(RegistryState state, FirstSteps steps) {
+    if (steps == FirstSteps::none) return state;
     for (const RegistryView view : {view32, view64})
         state[pointer(machine, view, makersKey, L"Palisade Desktop", L"IsUnavailable")] = "0x00000001";
+    if (steps == FirstSteps::ofUninstall) return state;
     state[pointer(machine, view32, uninstallKey, bundleKey, L"UninstallString")] = toUtf8(ownUninstall);
     state[pointer(machine, view32, uninstallKey, bundleKey, L"QuietUninstallString")] =
         toUtf8(ownUninstall + L" /quiet");
@@ -144,7 +146,7 @@ RegistryState readMachine() {
 }
 
 std::string halfWritten(const AllowedStates& allowed, const RegistryState& after) {
-    const RegistryState stop = allowed.mayStop ? stopped(allowed.before) : allowed.before;
+    const RegistryState stop = stopped(allowed.before, allowed.firstSteps);
     RegistryState afterStop = after;
     afterStop["/folder"] = true;  // some of its files may be gone
     if (after == allowed.before || after == allowed.good || afterStop == stop) return {};

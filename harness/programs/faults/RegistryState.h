@@ -17,11 +17,15 @@ using RegistryState = nlohmann::json;
 RegistryState arrangeMachine(bool installed);
 RegistryState readMachine();
 
+/// Which of its first steps, before those that can fail, a run may have done: an uninstall marks the client as
+/// unavailable, a repair also restores the bundle's own commands.
+enum class FirstSteps { none, ofUninstall, ofRepair };
+
 /// What may be there after a run.
 struct AllowedStates {
     RegistryState before;
-    RegistryState good;          ///< after a run of that kind without a fault
-    bool mayStop = false;        ///< a repair may end after its first steps, which come before those that can fail
+    RegistryState good;  ///< after a run of that kind without a fault
+    FirstSteps firstSteps = FirstSteps::none;
     bool registryFails = false;  ///< the fault is one of the registry: each value alone is as before, as after, or gone
 };
 
