@@ -3,4 +3,4 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 harness/machine/setup.sh
-exec python3 -m harness.test
+exec python3 -m harness.test "$@"

@@ -1,5 +1,6 @@
 """What ./bench.sh does: builds the library as it ships, measures it in a sandbox and writes out/bench.json. With
 --document it writes the table of docs/performance.md from that, without measuring again."""
+import argparse
 import json
 import os
 import re
@@ -35,7 +36,12 @@ def document() -> int:
 
 
 def main() -> int:
-    if "--document" in sys.argv:
+    parser = argparse.ArgumentParser(prog="./bench.sh", description="Measures the library as it ships.")
+    parser.add_argument("--document", action="store_true",
+                        help="write docs/performance.md from the last run's figures, without measuring again")
+    if parser.parse_args().document:
+        if not BENCH_RESULT.exists():
+            parser.error(f"there is no {BENCH_RESULT.relative_to(ROOT)}: measure first")
         return document()
     build("release", "bench")
     BENCH_RESULT.parent.mkdir(exist_ok=True)

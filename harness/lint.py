@@ -1,7 +1,5 @@
-"""The linters, each with its configuration in the tree; what ./lint.sh runs, and ./test.sh beside the scenarios.
-
-    python3 -m harness.lint [LINTER...]    those named, otherwise all
-"""
+"""The linters, each with its configuration in the tree; what ./lint.sh runs, and ./test.sh beside the scenarios."""
+import argparse
 import json
 import subprocess
 import sys
@@ -81,5 +79,14 @@ def run(*names: str) -> dict[str, str]:
     return found
 
 
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="./lint.sh", description="Runs the linters named, otherwise all.")
+    parser.add_argument("linter", nargs="*", help=", ".join(LINTERS))
+    names = parser.parse_args().linter
+    if unknown := set(names) - set(LINTERS):
+        parser.error(f"no linter is called {', '.join(sorted(unknown))}")
+    return int(any(run(*names).values()))
+
+
 if __name__ == "__main__":
-    sys.exit(any(run(*sys.argv[1:]).values()))
+    sys.exit(main())

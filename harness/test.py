@@ -1,4 +1,5 @@
 """What ./test.sh does: builds the library, then plays all scenarios, while the tests are built and run."""
+import argparse
 import os
 import re
 import subprocess
@@ -165,6 +166,7 @@ def run_documents() -> Counts:
 
 
 def main() -> int:
+    argparse.ArgumentParser(prog="./test.sh", description=__doc__).parse_args()
     try:
         build("release")
     except SystemExit:
