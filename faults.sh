@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# ./faults.sh [--short] [--only PATTERN]: runs the library with one fault of the platform after another, prints a table.
+# ./faults.sh [--short] [--kind KIND] [--only PATTERN]: runs the library with one fault after another, prints a table.
 set -euo pipefail
 cd "$(dirname "$0")"
 harness/machine/setup.sh

@@ -1,5 +1,5 @@
 """Writes docs/telemetry.md from the tables of the code and from what the scenarios' services received, and compares it
-with both: python3 -m harness.telemetry_doc writes it, after ./test.sh or scenarios have filled out/."""
+with both: python3 -m harness.telemetry_doc writes it, after ./test.sh has filled out/."""
 import json
 import re
 import sys
