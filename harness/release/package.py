@@ -82,7 +82,7 @@ def contents(signing: Signing | None = None) -> dict[str, bytes]:
     date = release_date()
     found = parts.find()
     files = {name: (ROOT / name).read_bytes() for name in
-             _git("ls-files", "-z", "docs", "sample", "CHANGELOG.md").split("\0") if name}
+             _git("ls-files", "-z", "docs", "sample", "CHANGELOG.md", ":!docs/*.sh").split("\0") if name}
     files |= {f"licences/{parts.file_name(part)}": parts.licence_text(part).encode() for part, *_ in found}
     files |= {library.name: _signed(library, signing, date) if signing else library.read_bytes()
               for library in LIBRARIES}
