@@ -73,7 +73,8 @@ TEST(ParseDecimal, ReadsWholeNumbersOf32Bits) {
     const std::pair<const wchar_t*, uint32_t> rows[] = {{L"1603", 1603},    {L"25000", 25000},
                                                         {L"", 0},           {L"none", 0},
                                                         {L"0", 0},          {L"0x643", 0},
-                                                        {L" 12 ", 0},       {L"-1", 0},
+                                                        {L" 12\r\n", 12},   {L"-2147023293", 0x80070643},
+                                                        {L"1 2", 0},        {L"-", 0},
                                                         {L"12x", 0},        {L"4294967295", 4294967295u},
                                                         {L"4294967296", 0}, {L"99999999999999999999999", 0}};
     for (const auto& [text, number] : rows) EXPECT_EQ(parseDecimal(text), number);
