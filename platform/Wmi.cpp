@@ -73,7 +73,7 @@ WmiConnection connectWmi(const std::wstring& nameSpace) {
     WmiConnection connection;
     ComPtr<IWbemLocator> locator;
     connection.result =
-        CoCreateInstance(CLSID_WbemLocator, nullptr, CLSCTX_SERVER, IID_IWbemLocator, locator.putVoid());
+        CoCreateInstance(CLSID_WbemLocator, nullptr, CLSCTX_ALL, IID_IWbemLocator, locator.putVoid());
     if (FAILED(connection.result)) return connection;
 
     ComPtr<IWbemServices> services;
