@@ -141,5 +141,5 @@ def contact_sheet(out: Path, language: str) -> bool:
     # A weak compression: a strong one takes longer than the rest.
     subprocess.run(["montage", "-label", "%t", *sorted((out / language).glob("*.png")), "-resize", "320x",
                     "-tile", "6x", "-geometry", "+6+6", "-background", "#222", "-fill", "#ddd", "-quality", "12",
-                    sheet], check=False, timeout=60)
+                    sheet], check=False, timeout=180)
     return sheet.exists()
