@@ -169,6 +169,8 @@ class Window:
         self.type(folder)
         self.press("Return")
         wait_for(lambda: not self.look().others, "the end of the folder chooser")
+        # The chooser's frame takes clicks until the keyboard is back.
+        wait_for(self.keyboard, "the keyboard")
 
     def click_twice(self, control: int) -> None:
         """Two clicks in one go, as an impatient hand does it."""
