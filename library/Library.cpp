@@ -19,6 +19,7 @@
 #include "core/engine/CallbackGuard.h"
 #include "platform/Lock.h"
 #include "platform/Log.h"
+#include "platform/MemoryReserve.h"
 #include "platform/PathFunctions.h"
 #include "platform/Processes.h"
 #include "platform/SystemFunction.h"
@@ -106,6 +107,7 @@ extern "C" HRESULT WINAPI BootstrapperApplicationCreate(IBootstrapperEngine* eng
     // First: from now on the system does not search the program's folder for a library's bare name.
     pdx::restrictDllSearch();
     pdx::installTerminateHandler();
+    pdx::keepMemoryReserve();
     if (!engine || !command || !application) return E_INVALIDARG;
     pdx::setSupportEngine(engine);
     *application = pdx::makeApplication(engine, command);
@@ -131,6 +133,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
         pdx::g_translator.clear();
         pdx::g_config.clear();
         pdx::g_logger.clear();
+        pdx::releaseMemoryReserve();
     }
     return TRUE;
 }
