@@ -72,8 +72,7 @@ class ConnectedServices : public WmiServices {
 WmiConnection connectWmi(const std::wstring& nameSpace) {
     WmiConnection connection;
     ComPtr<IWbemLocator> locator;
-    connection.result =
-        CoCreateInstance(CLSID_WbemLocator, nullptr, CLSCTX_ALL, IID_IWbemLocator, locator.putVoid());
+    connection.result = CoCreateInstance(CLSID_WbemLocator, nullptr, CLSCTX_ALL, IID_IWbemLocator, locator.putVoid());
     if (FAILED(connection.result)) return connection;
 
     ComPtr<IWbemServices> services;
