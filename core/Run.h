@@ -34,8 +34,8 @@ class Run {
     /// Makes the engine end the run with that code; see RunControls.
     void quit(DWORD code);
     [[nodiscard]] bool isQuitRequested() const { return quitRequested; }
-    /// Ends the run with 1 if the engine has refused the operation of that name: without another callback the run would
-    /// hang. Logs the failure and updates the status.
+    /// Ends the run with 1 if hr is a failure: no callback follows an operation that the engine refused, so the run
+    /// would hang. Logs the failure and updates the status.
     void quitOnFailure(const char* operation, HRESULT hr);
     /// Asks the engine to end this run and then to load the library anew, for that purpose.
     void requestReload(ReloadPurpose purpose);

@@ -15,7 +15,7 @@ namespace pdx {
 /// Until it is destroyed, ends the making thread's file operations that do not return. A program that may read a file
 /// can hold up every open of it by an oplock that it does not release. Such an operation fails with
 /// ERROR_OPERATION_ABORTED after one to two periods in which the thread did not run at all. A slow disc alone ends
-/// nothing, because the thread runs between its operations. Without a second thread nothing is ended.
+/// nothing, because the thread runs between its operations. If the second thread cannot be started, nothing is ended.
 class IoBound {
   public:
     explicit IoBound(DWORD milliseconds = 10'000)

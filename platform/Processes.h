@@ -41,8 +41,8 @@ struct ProgramStart {
     int show = SW_SHOW;
 };
 
-/// Starts a program through the shell, or with elevated rights without it. Returns the handle of the new process, if
-/// there is one; logs nothing.
+/// Starts a program through the shell, or without it if this process is elevated. Returns the handle of the new
+/// process, null if there is none. Logs nothing.
 Handle startProgram(const ProgramStart& program);
 
 /// The same by the shell, whatever the rights. The shell asks the user's classes how to open a program.

@@ -18,9 +18,9 @@ ErrorReport newErrorReport();
 
 /// Sets the package and its digest: two sections about the user and the machine, and one for each file in the set's
 /// order. The user's profile path and the login code are removed from logs (LogScrubber), and UTF-16 logs become UTF-8.
-/// A file that cannot be opened has no section, one of fewer than two bytes an empty one. Files may be in use and may
-/// grow. After that number of bytes of logs the current block is the last one, which is logged with what is left out:
-/// a sparse file can be longer than the disc. In memory are a block of a file, a line of at most 1 MiB, and the
+/// A file that cannot be opened has no section. One of fewer than two bytes has an empty section. Files may be in use
+/// and may grow. Once that many bytes of logs are read, the current block is the last one. What is left out is logged.
+/// A sparse file can be longer than the disc. In memory are a block of a file, a line of at most 1 MiB, and the
 /// package. Throws std::bad_alloc.
 void buildPackage(ErrorReport& report, const ReportFiles& files, int64_t mostLogBytes = 1 << 30);
 

@@ -33,10 +33,10 @@ struct RepairRun {
 /// folder, its protocols and all records of it. Needs elevated rights. Steps that cannot fail the repair are only
 /// logged.
 ///
-/// Blocks the thread, without a bound until the client's programs have ended. Stopping the service takes up to 2
-/// seconds, deleting it about 4. A file or folder that cannot be deleted takes 50 tries with 100 ms after each, all of
-/// them together about two minutes. The whole deletion takes at most half an hour (RemovalBounds), the check of the
-/// folder a minute.
+/// Blocks the thread. The wait for the end of the client's programs has no bound. Stopping the service takes up to 2
+/// seconds, deleting it about 4. Each file or folder that cannot be deleted takes 50 tries, with 100 ms after each. The
+/// failed tries of all entries take about two minutes at most. The whole deletion takes at most half an hour
+/// (RemovalBounds), the check of the folder a minute.
 ///
 /// The recorded folder is checked before files, processes, the service or the registry are changed (isOwnFolder,
 /// FoundFolder). A refused one is logged at ERROR as "The recorded install folder is not deleted: "%ls"" and fails the
@@ -44,10 +44,9 @@ struct RepairRun {
 /// that is a link is emptied and kept, so that the new install uses the user's place.
 ///
 /// If the service or the folder cannot be deleted, no later step runs; such a folder may have lost any part of its
-/// content. A cancel before the first change has the effect of a refused folder. A cancel at the service step has the
-/// effect of a failed one. The client is then whole and marked unavailable, its programs have ended, and its uninstall
-/// commands are restored. A later cancel has no effect: a client without its service or its files must be installed
-/// again.
+/// content. After a cancel before the first change, the machine is as after a refused folder. After a cancel at the
+/// service step the client is whole and marked unavailable. Its programs have then ended, and its uninstall commands
+/// are restored. A later cancel has no effect: a client without its service or its files must be installed again.
 RepairResult removeInstalledClient(const RepairRun& run);
 
 }  // namespace pdx

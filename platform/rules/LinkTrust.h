@@ -32,8 +32,9 @@ inline constexpr uint32_t changingRights =
 
 /// Whether following a link gives nobody a new way to delete its target. This concerns every account that owns the link
 /// or its folder, or may change one of them. Each must be the system or an administrator, own the target, or be allowed
-/// to delete it. That right is its own or every user's, in a list that denies nothing. An owner does not count where
-/// the list limits the rights of owners. Everybody's targets may always be reached.
+/// to delete it. The right to delete must be given to the account or to every user, in a list that denies nothing.
+/// Ownership does not count where the list limits the rights of owners. A target that everybody owns may be reached by
+/// any link with an owner.
 bool mayFollow(const FileSecurity& link, const FileSecurity& holder, const FileSecurity& target);
 
 }  // namespace pdx

@@ -27,7 +27,7 @@ std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData);
 struct PathEntry {
     bool isMissing = false;
     bool isLink = false;
-    bool isOfSystem = false;            ///< of a link: a name of this session, which needs no trust
+    bool isOfSystem = false;            ///< of a link: a drive that is mapped to a folder, which needs no trust
     LinkTarget target = {};             ///< of a link; the empty path if it cannot be read
     std::wstring finalPath = {};        ///< in the form VOLUME_NAME_NT; empty if there is none
     std::wstring holderFinalPath = {};  ///< of a link: the final path of the folder that holds it
@@ -59,10 +59,10 @@ using LookAtPath = std::function<PathEntry(const std::wstring& path)>;
 using LinkJudge = std::function<bool(const FileSecurity& link, const FileSecurity& holder, const FileSecurity& target)>;
 
 /// Follows a full path ("D:\Games\Palisade") component by component. Calls `look` for each of them, first for the
-/// drive's root, and again for the target of each link. So nothing is opened by way of a link that was not followed
-/// here. A link is judged when its target is reached; the system's links are not judged. The resulting path begins with
-/// "\\?\" and has no link. It is no proof, because a component can change during the walk. So the caller must compare
-/// finalPath with that of the opened folder.
+/// drive's root, and again for the target of each link. So no path is opened through a link that this walk has not
+/// followed itself. A link is judged when its target is reached; the system's links are not judged. The resulting path
+/// begins with "\\?\" and has no link. It is no proof, because a component can change during the walk. So the caller
+/// must compare finalPath with that of the opened folder.
 WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const LinkJudge& judge = mayFollow);
 
 }  // namespace pdx

@@ -135,12 +135,13 @@ class Window {
     [[nodiscard]] const Font* getFont() const noexcept { return font.get(); }
 
   protected:
-    /// Repaints the window; the result of a handler that does no more.
+    /// Requests a repaint and returns the given result, for a handler that does nothing else.
     MessageResult repaint(MessageResult result) {
         Invalidate();
         return result;
     }
-    /// HandleMessage for the platform's procedures. It logs an exception and passes the message to DefaultProc.
+    /// Calls HandleMessage for the platform's procedures. An exception is logged, and the message is then passed to
+    /// DefaultProc.
     MessageResult receiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
     /// Draws what lies behind a part of the window into the paint buffer: what the topmost parent shows there.
     virtual void paintGround(Graphics& buffer, const Box& part);
