@@ -1,4 +1,4 @@
-// The kind of a folder's entry that is open with no link followed; it decides how the entry is deleted.
+// The kind of a folder's entry that is open with no link followed; it decides whether a removal enters a folder.
 #pragma once
 
 #include <cstdint>
