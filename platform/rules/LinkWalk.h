@@ -60,7 +60,7 @@ using LinkJudge = std::function<bool(const FileSecurity& link, const FileSecurit
 
 /// Follows a full path ("D:\Games\Palisade") component by component. Calls `look` for each of them, first for the
 /// drive's root, and again for the target of each link. So no path is opened through a link that this walk has not
-/// followed itself. A link is judged when its target is reached; the system's links are not judged. The resulting path
+/// followed itself. A link is judged when its target is reached; a mapped drive is not judged. The resulting path
 /// begins with "\\?\" and has no link. It is no proof, because a component can change during the walk. So the caller
 /// must compare finalPath with that of the opened folder.
 WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const LinkJudge& judge = mayFollow);

@@ -13,7 +13,7 @@ struct SubKeyAnswer {
     std::wstring name;
 };
 
-/// A user can make any number of subkeys in his own registry. That of a machine's components has some 100,000.
+/// A user can make any number of subkeys in his own registry. The key of a machine's components has some 100,000.
 inline constexpr uint32_t mostSubKeys = 1'000'000;
 
 /// Calls the function with the name at each index from 0 on, up to that number. Ends when that returns false, the

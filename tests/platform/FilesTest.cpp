@@ -56,7 +56,7 @@ TEST(IoBound, EndsNothingOfAThreadThatRunsBetweenItsOperations) {
         char byte = 0;
         DWORD read = 0;
         ASSERT_TRUE(ReadFile(reader.get(), &byte, 1, &read, nullptr)) << GetLastError();
-        // Until Wine, which counts in steps of the host, has noticed.
+        // Runs until the thread's time has changed: Wine counts it in steps of the host.
         FILETIME other{}, before{}, now{};
         GetThreadTimes(GetCurrentThread(), &other, &other, &other, &before);
         do GetThreadTimes(GetCurrentThread(), &other, &other, &other, &now);
