@@ -17,7 +17,7 @@ void link_walk(std::string_view input) {
         PathEntry entry;
         const std::string_view line = fields.field();
         entry.isLink = !line.empty();
-        entry.isOfSystem = line.starts_with('y') || line.starts_with('r');
+        entry.isMappedDrive = line.starts_with('y') || line.starts_with('r');
         if (!entry.isLink) return entry;
         entry.target = {toWide(line.substr(1)), line.starts_with('r')};
         return entry;

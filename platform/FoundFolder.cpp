@@ -111,7 +111,7 @@ PathEntry lookAt(const std::wstring& path) {
         return found;
     }
     found.target.path = folderOfDrive(path);
-    found.isLink = found.isOfSystem = !found.target.path.empty();
+    found.isLink = found.isMappedDrive = !found.target.path.empty();
     if (found.isLink) return found;
     found.finalPath = finalPathOf(entry.get(), VOLUME_NAME_NT);
     found.security = securityOf(entry.get());

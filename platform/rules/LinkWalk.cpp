@@ -175,7 +175,7 @@ WalkedPath walkLinks(std::wstring_view fullPath, const LookAtPath& look, const L
             walked.endsInLink = walked.endsInLink || walk.isDone();
             if (!walk.holds(entry)) return endAt(WalkResult::refusedLink, path);
             if (++links > mostLinks) return endAt(WalkResult::tooLong, path);
-            if (!entry.isOfSystem) walk.awaitTarget(entry, path);
+            if (!entry.isMappedDrive) walk.awaitTarget(entry, path);
             if (entry.target.isRelative)
                 walk.follow(entry.target.path);
             else if (!walk.restart(entry.target.path))

@@ -27,7 +27,7 @@ std::optional<LinkTarget> linkTargetOf(std::span<const std::byte> reparseData);
 struct PathEntry {
     bool isMissing = false;
     bool isLink = false;
-    bool isOfSystem = false;            ///< of a link: a drive that is mapped to a folder, which needs no trust
+    bool isMappedDrive = false;         ///< of a link: a drive that is mapped to a folder, which needs no trust
     LinkTarget target = {};             ///< of a link; the empty path if it cannot be read
     std::wstring finalPath = {};        ///< in the form VOLUME_NAME_NT; empty if there is none
     std::wstring holderFinalPath = {};  ///< of a link: the final path of the folder that holds it

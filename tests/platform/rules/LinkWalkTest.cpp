@@ -32,7 +32,7 @@ PathEntry placed(const wchar_t* place, const wchar_t* holder) {
 }
 PathEntry ofSystem(const wchar_t* target) {
     PathEntry entry = link(target, L"system");
-    entry.isOfSystem = true;
+    entry.isMappedDrive = true;
     return entry;
 }
 
