@@ -109,14 +109,16 @@ class Window:
         return self.ask(str(control), "0xF0 0 0") == "1"  # BM_GETCHECK
 
     def picture(self, name: str) -> Path:
-        """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when nothing moves."""
+        """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it is painted and nothing moves.
+        A progress page always moves."""
         self._screens.mkdir(parents=True, exist_ok=True)
         target = self._screens / f"{len(list(self._screens.iterdir())) + 1:02}-{name}.png"
         box = self.look().box
         before = b""
         for _ in range(20):
             shot = self.pixels(box)
-            if shot == before or self.page() == "progress":
+            is_painted = len(set(shot)) > 64
+            if is_painted and (shot == before or self.page() == "progress"):
                 break
             before = shot
         subprocess.run(["convert", "-size", f"{box.width}x{box.height}", "-depth", "8", "rgb:-", target], input=shot,
