@@ -167,7 +167,10 @@ TEST(ProtectedFolders, AreOpenedBelowADriveOnly) {
     ASSERT_TRUE(volumes);
     EXPECT_EQ(volumes->at(0).path, volumePathOf(windows));
     EXPECT_EQ(volumes->at(1).path, L"");
-    EXPECT_FALSE(byVolume({{windows, 0}}, std::chrono::milliseconds(0)));
+}
+
+TEST(ProtectedFolders, AreGivenUpAtTheBoundInTime) {
+    EXPECT_FALSE(byVolume({{getKnownFolderPath(FOLDERID_Windows), 0}}, std::chrono::milliseconds(0)));
 }
 
 TEST_F(RepairCleanupTest, JudgesAFolderWithoutAFinalPathAsItIsSpelt) {
