@@ -27,7 +27,8 @@ KEYS = {
     "byte": "bytes of the download",
     "cmd": "the process's command line, scrubbed, the login code hidden",
     "cnst": "why it was cancelled",
-    "code": "the crash's signature: a hash of the modules on the stack, and one of the address",
+    "code": "the crash's signature: the low byte of a hash of the modules on the stack, and the low 16 bits of the "
+            "fault's address",
     "destination_name": "where a message is shown",
     "download_id": "of one attempt at a download",
     "dskm": "media under the install drive, such as SSD; empty if unknown",
@@ -40,7 +41,7 @@ KEYS = {
     "endt": "when it ended",
     "enst": "how it ended",
     "eopr": "the operation in which the error arose (core/engine/rules/Operations.h)",
-    "estr": "the error in words",
+    "estr": "the error in words; its code, or nothing, if there are none",
     "exe": "file name of the program that crashed",
     "harrier": "the bundle variable HARRIER_ENABLE",
     "ignore_installed": "the bundle variable IGNORE_ALREADY_INSTALLED",
@@ -90,10 +91,11 @@ run of the real engine under Wine; the machine and the services are those of the
 ## When something is sent
 
 There are two services. Brisk takes dotted names with short keys, Tally four plain names with a status. Events are held
-back until sending is enabled (`enableTelemetry`): by the user's start of the work, or by a run that asks for none. What
-is still held at the end is lost, on purpose. A crash is sent at once. Each back end has a thread that posts batches
-(`telemetry/TelemetrySender.h`); a run waits for the last post of each. The addresses are the keys `telemetry.brisk.url`
-and `telemetry.tally.url` of the configuration.
+back until sending is enabled (`enableTelemetry`). The user's click on install enables it. A run without the welcome
+page, an uninstall, a repair and a migration enable it themselves. So does a start with a login code where the older
+client is installed. What is still held at the end is lost, on purpose. A crash is sent at once. Each back end has a
+thread that posts batches (`telemetry/TelemetrySender.h`); a run waits for the last post of each. The addresses are the
+keys `telemetry.brisk.url` and `telemetry.tally.url` of the configuration.
 
 ## A player's name
 
@@ -113,9 +115,11 @@ A name that is spelt without the profile folder stays everywhere. So does one in
 
 ## What every event carries
 
-`machash` is a hash of the machine's identity, `session` a random id of the run. `ityp` is thin or thick, `envt` the
-deployment. The other keys of the header describe the system: `arch`, `cntry`, `lang`, `os`. A Tally event has `core`
-with its name, number and time, and two constants. Its post has the session as `sid` and `pid`, the locale as `loc`.
+`machash` is a hash of the machine's identity. `session` is a random id that all processes of one install share. `ityp`
+is thin or thick, `envt` the deployment. `arch`, `cntry`, `lang` and `os` describe the system, `vers` is the installer's
+version, `ts` the time. `m`, `g` and `s` are the three words of the event's name, `param` has its keys. `app`, `build`
+and `plat` are constants. A Tally event has `core` with its name, number and time, and two constants. Its post has the
+session as `sid` and `pid`, the locale as `loc`.
 """
 
 

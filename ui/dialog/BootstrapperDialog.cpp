@@ -38,6 +38,7 @@ MessageResult BootstrapperDialog::OnDestroy() {
     // Kept in case the window is destroyed before the user answers.
     if (questionCheck) questionChecked = questionCheck->IsChecked();
     PostQuitMessage(0);
+    // The exit code of a window that was closed; a run that has quit before keeps its own.
     run.quit(0);
     return handled();
 }
