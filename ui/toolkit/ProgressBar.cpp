@@ -45,10 +45,11 @@ MessageResult ProgressBar::OnUserMessage(UINT message, WPARAM wparam, LPARAM lpa
 }
 
 MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
-    // The bar was moved or shown again, so another page may lie behind it.
-    ground.reset();
     const UINT flags = reinterpret_cast<const WINDOWPOS*>(position)->flags;
-    if (marquee && (flags & SWP_SHOWWINDOW)) SetTimer(marqueeTimer, marqueePeriodMs);
+    if (marquee && (flags & SWP_SHOWWINDOW)) {
+        chunks = {};
+        SetTimer(marqueeTimer, marqueePeriodMs);
+    }
     if (marquee && (flags & SWP_HIDEWINDOW)) KillTimer(marqueeTimer);
     return unhandled();
 }
@@ -57,7 +58,7 @@ MessageResult ProgressBar::OnTimer(WPARAM) {
     if (!marquee) return handled();
     const Size client = GetClientSize();
     const auto before = std::exchange(chunks, marqueeChunks(client, GetTickCount64()));
-    if (!ground || before[0].width != chunks[0].width) {
+    if (before[0].width != chunks[0].width) {
         Invalidate();
         return handled();
     }
@@ -66,20 +67,6 @@ MessageResult ProgressBar::OnTimer(WPARAM) {
         if (part.width > 0) Invalidate(&moved);
     }
     return handled();
-}
-
-void ProgressBar::paintGround(Graphics& buffer, const Box& part) {
-    const Size client = GetClientSize();
-    const Box whole = {0, 0, client.width, client.height};
-    if (!ground) {
-        ground = std::make_unique<Bitmap>(client);
-        Graphics surface(*ground);
-        ApplyQuality(surface);
-        Control::paintGround(surface, whole);
-    }
-    buffer.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
-    buffer.copyImage(*ground, intersection(whole, part));
-    buffer.setCompositingMode(Gdiplus::CompositingModeSourceOver);
 }
 
 MessageResult ProgressBar::Draw(Graphics& graphics) {
@@ -105,7 +92,7 @@ MessageResult ProgressBar::Draw(Graphics& graphics) {
     const int32_t filled = filledWidth(range.iLow, range.iHigh, position, client.width);
     // A filled part narrower than its round ends would exceed the outline.
     if (filled < client.height) graphics.setClip(outline);
-    if (filled > 0) graphics.fillPath(gradient, CreateRoundedPath({0, 0, filled, client.height}, radius));
+    graphics.fillPath(gradient, CreateRoundedPath({0, 0, filled, client.height}, radius));
     return handled(1);
 }
 

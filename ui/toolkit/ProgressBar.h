@@ -20,9 +20,6 @@ class ProgressBar : public Control {
 
     [[nodiscard]] bool isMarquee() const { return marquee; }
 
-  protected:
-    void paintGround(Graphics& buffer, const Box& part) override;
-
   private:
     void setMarquee(bool on);
     void startTimer();
@@ -31,8 +28,7 @@ class ProgressBar : public Control {
     Color gradientEnd = palette::Crimson[5];
     Color trackColor = palette::Grey[6];
     bool marquee = false;
-    std::array<Box, 2> chunks{};     ///< of the last step
-    std::unique_ptr<Bitmap> ground;  ///< kept between the paints of a marquee, until the bar moves or is shown again
+    std::array<Box, 2> chunks{};  ///< of the last step
     UINT marqueePeriodMs;
 };
 

@@ -143,8 +143,6 @@ class Window {
     /// Calls HandleMessage for the platform's procedures. An exception is logged, and the message is then passed to
     /// DefaultProc.
     MessageResult receiveMessage(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
-    /// Draws what lies behind a part of the window into the paint buffer: what the topmost parent shows there.
-    virtual void paintGround(Graphics& buffer, const Box& part);
 
     HWND hwnd = nullptr;
     bool mouseTracked = false;

@@ -43,7 +43,8 @@ MessageResult Window::OnPaint() {
     RECT update{};
     GetUpdateRect(hwnd, &update, FALSE);
     const Box ground = paintedBox(update);
-    paintGround(buffer, ground);
+    const HWND ancestor = topAncestor(hwnd);
+    if (ancestor && ancestor != hwnd) drawParent(buffer, ancestor, GetRectIn(ancestor), ground);
 
     const PaintSession session(hwnd);
     Graphics screen(session.getContext());
@@ -57,11 +58,6 @@ MessageResult Window::OnPaint() {
     // Another window may have uncovered more of this one meanwhile.
     if (intersection(box, ground) != box) Invalidate();
     return handled();
-}
-
-void Window::paintGround(Graphics& buffer, const Box& part) {
-    const HWND ancestor = topAncestor(hwnd);
-    if (ancestor && ancestor != hwnd) drawParent(buffer, ancestor, GetRectIn(ancestor), part);
 }
 
 MessageResult Window::OnPrintClient(WPARAM context, LPARAM) {
