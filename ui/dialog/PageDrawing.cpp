@@ -66,6 +66,7 @@ MessageResult PageView::OnDrawItem(int32_t id, const DRAWITEMSTRUCT* item) {
     drawParent(surface, hwnd, GetChildRect(item->hwndItem), whole);
     if (picture) surface.drawImage(*picture, fitPicture(whole, picture->getSize()));
     Graphics screen(item->hDC);
+    ApplyQuality(screen);
     screen.setCompositingMode(Gdiplus::CompositingModeSourceCopy);
     screen.copyImage(buffer, whole);
     return handled(1);
