@@ -241,16 +241,47 @@ TEST_F(Widgets, ABarsTimerRunsOnlyInAVisibleMarquee) {
     EXPECT_FALSE(bar.isMarquee() || ticks());
 }
 
-TEST_F(Widgets, ABarShownAgainHasTheNewPagesGround) {
-    Color color = coral;
-    dialog.painter = [&](Graphics& graphics) { graphics.fillRectangle(Brush(color), {0, 0, 500, 500}); };
+TEST_F(Widgets, ABarIsFilledUpToItsPosition) {
     ProgressBar bar(make(PROGRESS_CLASSW, 0, {20, 20, 320, 8}));
-    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({0, 0}), coral));
-    color = buttonBlue;
-    bar.Show(SW_HIDE);
-    bar.Show(SW_SHOW);
-    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({0, 0}), buttonBlue));
-    EXPECT_TRUE(alike(Snapshot(bar.getHandle()).getPixel({160, 4}), grey));
+    constexpr Color crimson = palette::Crimson[5];
+    const struct {
+        int32_t position, x;
+        Color color;
+    } rows[] = {{0, 1, coral}, {0, 5, grey}, {50, 0, coral}, {50, 161, grey}, {100, 319, crimson}, {100, 3, coral}};
+    for (const auto& row : rows) {
+        SendMessageW(bar.getHandle(), PBM_SETPOS, static_cast<WPARAM>(row.position), 0);
+        EXPECT_TRUE(alike(Drawn(bar).at(row.x, 4), row.color)) << row.position << " at " << row.x;
+    }
+}
+
+TEST_F(Widgets, EachShowsItsTextOrItsMark) {
+    Button button(make(L"BUTTON", BS_PUSHBUTTON));
+    CloseButton cross(make(L"BUTTON", BS_PUSHBUTTON, {130, 20, 32, 32}));
+    Checkbox box(make(L"BUTTON", BS_AUTOCHECKBOX, {20, 80, 200, 30}));
+    Static label(make(L"STATIC", 0, {20, 120, 200, 40}));
+    Trackbar track(make(TRACKBAR_CLASSW, TBS_VERT, {240, 20, 8, 100}));
+    for (Window* const each : std::initializer_list<Window*>{&button, &box, &label}) {
+        each->SetFont(CreateFontByName(textFace, 18, fontBold));
+        each->SetText(L"Install");
+    }
+    const struct {
+        Window& widget;
+        Box part;
+        Color ink;
+    } rows[] = {{button, {20, 5, 60, 30}, palette::defaultText},
+                {cross, {13, 13, 6, 6}, palette::defaultText},
+                {box, {36, 0, 60, 30}, palette::defaultText},
+                {label, {0, 0, 60, 40}, palette::defaultText},
+                {track, {2, 0, 4, 50}, palette::Grey[7]}};
+    for (const auto& [widget, part, ink] : rows) {
+        const Drawn picture(widget);
+        bool found = false;
+        for (int32_t y = part.y; y < part.y + part.height; ++y)
+            for (int32_t x = part.x; x < part.x + part.width; ++x)
+                // Text on a clear ground is not wholly opaque.
+                found = found || (picture.at(x, y) >> 31 && alike(picture.at(x, y) | 0xFF000000, ink));
+        EXPECT_TRUE(found) << widget.GetWindowClassName() << " at " << part.x;
+    }
 }
 
 TEST_F(Widgets, AStepOfABarRepaintsOnlyTheMovedPartAsAWholePaintDoes) {
