@@ -6,7 +6,6 @@
 #include "config/Resources.h"
 #include "config/rules/ConfigLayers.h"
 #include "config/rules/TomlConfig.h"
-#include "platform/Files.h"
 #include "platform/Log.h"
 
 namespace pdx {
@@ -29,10 +28,9 @@ void determineConfigurable() {
     g_configurable = chainsToTrustedRoot(loadCertificateResource(embeddedCertificateId).get());
 }
 
-void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfigurable) {
+void loadConfiguration(bool thinInstaller) {
     const ConfigSources sources{loadConfigResource, loadConfigFile};
-    const bool overridden = fileExists(toWide(overrideConfigPath)) && isConfigurable();
-    g_config.set(std::make_shared<ConfigMap>(loadConfigLayers(sources, overridden, thinInstaller)));
+    g_config.set(std::make_shared<ConfigMap>(loadConfigLayers(sources, g_configurable, thinInstaller)));
 }
 
 ConfigMap LoadConfigStream(std::istream& stream) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <atomic>
-#include <functional>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -23,8 +22,8 @@ extern std::atomic<bool> g_configurable;
 void determineConfigurable();
 
 /// Loads all layers and makes them the process's settings; readers of earlier ones keep those. Called once for each
-/// application object, on the engine's thread. isConfigurable is called only if an override file exists.
-void loadConfiguration(bool thinInstaller, const std::function<bool()>& isConfigurable);
+/// application object, on the engine's thread, after determineConfigurable.
+void loadConfiguration(bool thinInstaller);
 
 /// The settings of a TOML text that could be read; none if the text could not be parsed. Logs each fault as an error,
 /// an exception's text as the format.

@@ -75,16 +75,16 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
     Task certificate(determineConfigurable);
     m_run.ui = makeUi(*this);
     takeEnvironment(m_run.variables);
+    m_bundleExecutable = m_run.variables.get(variable::bundleExecutable);
     takeCommandLine(m_run.variables, processArguments());
-    loadConfiguration(isThinInstaller(), [&certificate] {
-        certificate.wait();
-        return g_configurable.load();
-    });
+    // Before the override file, which is not even looked for without the certificate: any account may have put a link
+    // to a server there.
+    certificate.wait();
+    loadConfiguration(isThinInstaller());
     takeForcedLanguage();
     setShortcutTitles(m_run.variables);
     setProductVariables(m_run.variables);
     if (isRepair() && action() == BOOTSTRAPPER_ACTION_UNINSTALL) m_run.action = BOOTSTRAPPER_ACTION_INSTALL;
-    certificate.wait();  // each event carries its answer, and so does the first line of the start
     m_run.telemetry.start(makeTelemetry, command->relationType == BOOTSTRAPPER_RELATION_UPDATE,
                           m_run.hooks.isElevated());
 }

@@ -23,8 +23,7 @@ int BootstrapperApplication::OnElevate() {
     m_context.record(Operation::elevate, {});
     if (!m_run.hooks.isElevated()) {
         const std::wstring folder = elevatedFolderOf(m_run.hooks.libraryFolder());
-        const std::wstring executable =
-            folder.empty() ? std::wstring() : m_run.variables.get(variable::bundleExecutable);
+        const std::wstring executable = folder.empty() ? std::wstring() : m_bundleExecutable;
         if (FAILED(lockElevatedBinaries(m_run, m_errors, folder, executable))) return IDCANCEL;
     }
     return cancelCheck();

@@ -135,6 +135,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     Migration m_migration;
     Repair m_repair;
     const BOOTSTRAPPER_DISPLAY m_userDisplay;
+    std::wstring m_bundleExecutable;  ///< as the bundle set it: the command line must not choose the file to be locked
     bool m_executing = false;
 };
 

@@ -205,6 +205,8 @@ TEST(Elevated, LocksTheEnginesFilesBeforeItsCopyStarts) {
                                      L"WixBundleSourceProcessPath", L"WixBundleSourceProcessFolder"})
             probed.engine.variables.set(other, L"C:\\Downloads\\Other.exe");
         probed.callbacks().OnStartup();
+        // As an argument of the command line would set it.
+        probed.engine.variables.set(L"BundleExecutableName", L"Other.exe");
         probed.world.elevated = row.elevated;
         std::wstring locked;
         probed.world.lock = [&](auto&, const std::wstring& folder, const std::wstring& name) {
