@@ -53,7 +53,7 @@ class HostedTelemetry {
     [[nodiscard]] json posts(size_t count) const {
         HttpClient client(parseUrl(host + "/requests?path=" + path + "&count=" + std::to_string(count)));
         client.get();
-        const auto bytes = client.readResponse();
+        const auto bytes = client.readResponse(SIZE_MAX);
         json found = json::parse(bytes, nullptr, false);
         if (!found.is_array() || found.size() < count) throw std::runtime_error("the service gets no telemetry");
         return found;

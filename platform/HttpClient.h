@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/Handles.h"
+#include "platform/rules/Numbers.h"
 #include "platform/Url.h"
 
 namespace pdx {
@@ -43,7 +44,7 @@ class HttpClient {
     /// The whole body of the response to the last request; empty on any failure, after which the next request makes a
     /// new connection. A body of more than `most` bytes is a failure too (ERROR_FILE_TOO_LARGE as last error), and its
     /// rest is not fetched.
-    std::vector<uint8_t> readResponse(size_t most = SIZE_MAX);
+    std::vector<uint8_t> readResponse(size_t most = mostReplyBytes);
 
   private:
     int32_t send(const wchar_t* method, const void* body, size_t length, const HttpHeaders& headers);

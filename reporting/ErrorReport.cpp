@@ -14,9 +14,6 @@
 namespace pdx {
 namespace {
 
-/// Both services answer with some hundred bytes.
-constexpr size_t mostReplyBytes = 64 * 1024;
-
 struct Element {
     std::wstring_view name;
     std::string_view text;
@@ -88,7 +85,7 @@ bool requestUpload(ErrorReport& report, std::string& trackingId) {
                  {"osVersion", getOsVersion()},
                  {"x-bastion-hash", std::to_string(checkValue)},
                  {"x-timestamp", report.timestamp}});
-    const std::vector<uint8_t> response = client.readResponse(mostReplyBytes);
+    const std::vector<uint8_t> response = client.readResponse();
     const auto place = readUploadPlace({reinterpret_cast<const char*>(response.data()), response.size()});
     if (!place) return false;
     trackingId = place->trackingId;
@@ -104,7 +101,7 @@ void uploadData(const ErrorReport& report, const std::string& trackingId) {
                 {"Content-Length", size},
                 {"x-amz-meta-size", size},
                 {"Content-MD5", report.b64Md5}});
-    client.readResponse(mostReplyBytes);
+    client.readResponse();
     // For any answer: the HTTP client does not read the status.
     PDX_LOG(logInfo, "`anonymous-namespace'::uploadData", "Uploaded report with trackingId=%s", trackingId);
 }

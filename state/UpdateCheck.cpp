@@ -24,7 +24,7 @@ namespace {
 std::string GetRecommendedVersion(const std::string& url) try {
     HttpClient client(parseUrl(url));
     const bool sent = client.get() == 0;
-    const std::vector<uint8_t> reply = sent ? client.readResponse(longestUpdateReply) : std::vector<uint8_t>();
+    const std::vector<uint8_t> reply = sent ? client.readResponse() : std::vector<uint8_t>();
     if (reply.empty()) {
         PDX_LOG(logInfo, "GetRecommendedVersion", "Error %d has occurred.\n", GetLastError());
         return {};

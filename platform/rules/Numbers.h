@@ -13,6 +13,10 @@ inline constexpr size_t pathCapacity = 4096;
 /// The beginning of every final path, and of a path that the system opens exactly as it is spelt.
 inline constexpr std::wstring_view finalPathStart = L"\\\\?\\";
 
+/// The longest reply of a service that is read, in bytes. A usual one has some hundred; parsing needs many times the
+/// size.
+inline constexpr size_t mostReplyBytes = 64 * 1024;
+
 /// A millisecond in the units of file times.
 inline constexpr uint64_t fileTimePerMillisecond = 10'000;
 

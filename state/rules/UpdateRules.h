@@ -44,9 +44,6 @@ uint32_t chooseBucket(Draw&& draw) {
 /// The bucket of an address, from 1 to 100, the same in every version; also for the empty address.
 uint32_t updateBucketOf(std::string_view address);
 
-/// The longest accepted reply, in bytes. A usual one has a hundred, and parsing needs many times its size in memory.
-inline constexpr size_t longestUpdateReply = 64 * 1024;
-
 /// The version that the service's reply recommends; empty for any other reply. Uses no more stack for a deeply nested
 /// reply than for a flat one.
 std::string recommendedVersionOf(std::string_view reply);

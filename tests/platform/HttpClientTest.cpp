@@ -31,7 +31,7 @@ class HttpClientTest : public testing::Test {
 };
 
 /// The answer as JSON, which ordinarily is the request that the host saw; discarded if it is none.
-json seen(HttpClient& client) { return json::parse(client.readResponse(), nullptr, false); }
+json seen(HttpClient& client) { return json::parse(client.readResponse(SIZE_MAX), nullptr, false); }
 
 TEST(HttpClient, StartsNoRequestWithoutAnAddress) {
     HttpUrl noHost;
@@ -81,7 +81,7 @@ TEST_F(HttpClientTest, ReadsBodiesOfEveryShape) {
     for (const auto& [query, size] : cases) {
         HttpClient client(parseUrl(testHost() + "/http/bodies?" + query));
         ASSERT_EQ(client.get(), 0) << query;
-        const std::vector<uint8_t> body = client.readResponse();
+        const std::vector<uint8_t> body = client.readResponse(SIZE_MAX);
         ASSERT_EQ(body.size(), size) << query;
         size_t wrong = 0;
         for (size_t at = 0; at < body.size(); ++at) wrong += body[at] != at % 251;
@@ -104,7 +104,7 @@ TEST_F(HttpClientTest, ReconnectsAfterAFailedRead) {
     // Long enough for the reset to arrive while it is read.
     HttpClient client(parseUrl(testHost() + "/http/cut?size=20000000&cut=reset+half-way"));
     ASSERT_EQ(client.get(), 0);
-    EXPECT_THAT(client.readResponse(), testing::IsEmpty());
+    EXPECT_THAT(client.readResponse(SIZE_MAX), testing::IsEmpty());
     EXPECT_THAT(client.readResponse(), testing::IsEmpty());
     ASSERT_EQ(client.get(), 0);
     HttpClient lister(parseUrl(testHost() + "/requests?path=/http/cut&count=2"));

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+#include "platform/rules/Numbers.h"
+
 namespace pdx {
 namespace {
 
@@ -44,7 +46,7 @@ TEST(RecommendedVersion, IsEmptyForABadReply) {
     };
     for (const char* reply : bad) EXPECT_EQ(recommendedVersionOf(reply), "") << reply;
     // The deepest that a reply can be, read and broken off.
-    const std::string depth((longestUpdateReply - 50) / 2, '[');
+    const std::string depth((mostReplyBytes - 50) / 2, '[');
     EXPECT_EQ(recommendedVersionOf(R"({"x":)" + depth + std::string(depth.size(), ']') +
                                    R"(,"recommended":{"version":"1.2.3.4"}})"),
               "1.2.3.4");
