@@ -31,8 +31,17 @@ std::string_view readBlock(HANDLE file, std::vector<char>& block) {
     return {block.data(), read};
 }
 
-/// Up to the size that the file has now, because one that grows would have no end, and while bytes are left.
-void addLog(GzipStream& stream, HANDLE file, int64_t& bytesLeft) {
+/// What is left of the bounds.
+struct LogBudget {
+    explicit LogBudget(const LogBounds& bounds) : bytes(bounds.bytes), end(steadyTime() + bounds.time) {}
+    [[nodiscard]] bool isSpent() const { return bytes <= 0 || steadyTime() >= end; }
+
+    int64_t bytes;
+    std::chrono::milliseconds end;
+};
+
+/// Up to the size that the file has now, because one that grows would have no end, and up to the budget.
+void addLog(GzipStream& stream, HANDLE file, LogBudget& budget) {
     LARGE_INTEGER size{};
     GetFileSizeEx(file, &size);
     std::vector<char> block(blockSize);
@@ -42,24 +51,19 @@ void addLog(GzipStream& stream, HANDLE file, int64_t& bytesLeft) {
     LogReader reader(logEncodingOf(bytes), scrubber);
     const TakeText take = [&](std::string_view text) { stream.write(text); };
     int64_t left = size.QuadPart;
-    for (; !bytes.empty() && left > 0 && bytesLeft > 0; bytes = readBlock(file, block)) {
+    for (; !bytes.empty() && left > 0 && !budget.isSpent(); bytes = readBlock(file, block)) {
         reader.feed(bytes, take);
         left -= static_cast<int64_t>(bytes.size());
-        bytesLeft -= static_cast<int64_t>(bytes.size());
+        budget.bytes -= static_cast<int64_t>(bytes.size());
     }
     reader.finish(take);
-    if (left > 0 && bytesLeft <= 0)
+    if (left > 0 && budget.isSpent())
         PDX_LOG(logInfo, "buildPackage", "The error report is full: %lld bytes left out", left);
 }
 
-FileHandle openLog(const std::wstring& path) {
-    const IoBound bound;
-    return FileHandle(CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_SEQUENTIAL_SCAN | noImpersonation, nullptr));
-}
-
-void addFile(GzipStream& stream, const std::wstring& path, int64_t& bytesLeft) {
-    const FileHandle file = openLog(path);
+void addFile(GzipStream& stream, const std::wstring& path, LogBudget& budget) {
+    const FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_SEQUENTIAL_SCAN | noImpersonation, nullptr));
     // A link can lead to a pipe, which has no end and may never answer.
     if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) {
         const DWORD error = file ? ERROR_BAD_FILE_TYPE : GetLastError();
@@ -68,8 +72,21 @@ void addFile(GzipStream& stream, const std::wstring& path, int64_t& bytesLeft) {
     }
     const std::string name = toUtf8(path.substr(path.find_last_of(L"\\/") + 1));
     stream.write(sectionStart(name));
-    addLog(stream, file.get(), bytesLeft);
+    addLog(stream, file.get(), budget);
     stream.write(sectionEnd(name));
+}
+
+void addLogs(GzipStream& stream, const ReportFiles& files, const LogBounds& bounds) {
+    const IoBound heldUp;
+    LogBudget budget(bounds);
+    for (const std::wstring& path : files) {
+        if (path.empty()) continue;
+        if (budget.isSpent()) {
+            PDX_LOG(logInfo, "buildPackage", "The error report is full: %ls and all after it left out", path);
+            return;
+        }
+        addFile(stream, path, budget);
+    }
 }
 
 void addSection(GzipStream& stream, std::string_view name, std::string_view bytes) {
@@ -97,12 +114,11 @@ ErrorReport newErrorReport() {
     return report;
 }
 
-void buildPackage(ErrorReport& report, const ReportFiles& files, int64_t mostLogBytes) {
+void buildPackage(ErrorReport& report, const ReportFiles& files, const LogBounds& bounds) {
     GzipStream stream;
     addSection(stream, "userData.json", userData(report));
     addSection(stream, "HardwareSurvey.json", machineSurvey(report.machineHash));
-    for (const std::wstring& path : files)
-        if (!path.empty()) addFile(stream, path, mostLogBytes);
+    addLogs(stream, files, bounds);
     report.package = stream.finish();
     report.b64Md5 = digestText(CALG_MD5, report.package, CRYPT_STRING_BASE64);
 }

@@ -28,9 +28,9 @@ std::string unpacked(const std::string& package) {
 }
 
 /// What a package of these files holds after the two sections that it always has.
-std::string packed(const ReportFiles& files, int64_t mostLogBytes = 1 << 30) {
+std::string packed(const ReportFiles& files, const LogBounds& bounds = {}) {
     ErrorReport report;
-    buildPackage(report, files, mostLogBytes);
+    buildPackage(report, files, bounds);
     EXPECT_EQ(report.package.at(8), 2) << "not at the highest level";
     const std::string content = unpacked(report.package);
     const std::string before = sectionEnd("HardwareSurvey.json");
@@ -76,8 +76,9 @@ TEST(ReportPackage, EndsWithTheBlockThatReachesTheBound) {
     const TestFolder folder;
     const std::string block(0x40000, 'x');
     const ReportFiles files = {folder.addFile(L"a.log", block + "rest"), folder.addFile(L"b.log", "later")};
-    EXPECT_TRUE(packed(files, 0x40001) == section("a.log", block + "rest") + section("b.log", ""));
-    EXPECT_TRUE(packed(files, 0x40000) == section("a.log", block) + section("b.log", ""));
+    EXPECT_TRUE(packed(files, {.bytes = 0x40001}) == section("a.log", block + "rest"));
+    EXPECT_TRUE(packed(files, {.bytes = 0x40000}) == section("a.log", block));
+    EXPECT_EQ(packed(files, {.time = {}}), "");
 }
 
 }  // namespace
