@@ -96,8 +96,11 @@ void LogScrubber::scrub(std::string_view text, const TakeText& take) const {
 
 size_t LogScrubber::cutAt(std::string_view line, size_t bound) const {
     const size_t cut = betweenCharacters(line, bound);
-    for (Match match = find(line, cut - lookAhead); match.begin < cut; match = find(line, match.begin + 1))
+    for (Match match = find(line, cut - lookAhead); match.begin < cut;) {
         if (match.end > cut) return match.begin;
+        // What lies in a code's line is hidden with it.
+        match = find(line, match.code ? match.end : match.begin + 1);
+    }
     return cut;
 }
 
