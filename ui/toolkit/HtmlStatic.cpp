@@ -142,7 +142,9 @@ void HtmlStatic::Layout(int32_t width, int32_t height) {
     scrollTrack->SetPageSize(height);
 }
 
-MessageResult HtmlStatic::OnSize(int32_t width, int32_t height) {
+MessageResult HtmlStatic::OnSize(int32_t, int32_t) {
+    // Any program may send this message to an elevated window, with any size.
+    const auto [width, height] = GetClientSize();
     const int32_t ownWidth = scrollTrack->GetClientSize().width;
     scrollTrack->SetPosition({width - ownWidth, 0, width, height}, SWP_NOOWNERZORDER | SWP_NOACTIVATE | SWP_NOZORDER);
     Layout(width, height);
