@@ -127,7 +127,7 @@ RepairResult removeInstalledClient(const RepairRun& run) {
     const FoundFolder folder = findFolder(installLocation);
     const bool isFolderOwn = installLocation.empty() || isOwn(installLocation, folder);
     // A folder that is not the client's can lead to another machine, to which this account would be shown.
-    sendRepairStarted(isFolderOwn ? installLocation : std::wstring());
+    sendRepairStarted(isFolderOwn && folder.isOpen ? installLocation : std::wstring());
     run.omitDesktopShortcut();
     const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
                                   recorded(L"OriginalUninstallString"), recorded(L"OriginalQuietUninstallString")};
