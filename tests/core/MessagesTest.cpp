@@ -1,6 +1,8 @@
 // What a callback hands to the user interface, and what becomes of its answer.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "platform/Paths.h"
@@ -113,7 +115,9 @@ TEST(ClientLog, IsLockedForInstallAndRollbackUntilTheObjectIsDestroyed) {
     const std::wstring forward = getTempPath() + L"forward.log", back = getTempPath() + L"back.log";
     probed.engine.variables.set(L"WixBundleLog_PalisadeApp.msi", forward);
     probed.engine.variables.set(L"WixBundleRollbackLog_PalisadeApp.msi", back);
+    std::ofstream(std::filesystem::path(forward)) << "planted";
     for (const BOOL installs : {TRUE, FALSE}) app.OnExecutePackageBegin(L"PalisadeApp.msi", installs);
+    EXPECT_EQ(std::filesystem::file_size(forward), 0u) << "made anew";
     for (const std::wstring& path : {forward, back}) EXPECT_FALSE(DeleteFileW(path.c_str())) << path;
     app.OnExecutePackageBegin(L"None.msi", TRUE);
     const auto line = probed.engine.findLog(L"Unable to determine log path for None.msi");
