@@ -48,14 +48,14 @@ class TreeRemoval {
     /// can nest some 16,000 folders, too many for the thread's stack.
     bool remove(Place place, bool andItself) {
         std::vector<Level> levels;
-        if (!enter(levels, place, 0)) return false;
+        if (!openLevel(levels, place, 0)) return false;
         while (!levels.empty()) {
             if (!isWithinBounds(place)) return false;
             if (Level& level = levels.back(); !level.folders.empty()) {
                 const std::wstring name = std::move(level.folders.back());
                 level.folders.pop_back();
                 place.enter(name);
-                if (!enter(levels, place, name.size())) return false;
+                if (!openLevel(levels, place, name.size())) return false;
                 continue;
             }
             const size_t nameLength = levels.back().nameLength;
@@ -77,7 +77,7 @@ class TreeRemoval {
 
     /// Opens a folder and removes its files. Adds a level without content for what is no folder (any more): it is then
     /// removed as one entry.
-    bool enter(std::vector<Level>& levels, Place& place, size_t nameLength) {
+    bool openLevel(std::vector<Level>& levels, Place& place, size_t nameLength) {
         Level level{{}, nameLength, {}};
         DWORD error = ERROR_SUCCESS;
         retry([&] {
@@ -99,7 +99,7 @@ class TreeRemoval {
         return true;
     }
 
-    /// Logs the end of a removal that is beyond them.
+    /// Returns false beyond the bounds, after it has logged that the removal ends.
     bool isWithinBounds(const Place& place) const {
         const std::chrono::milliseconds time = steadyTime() - begin;
         if (entries <= bounds.entries && time < bounds.time) return true;
@@ -124,8 +124,8 @@ class TreeRemoval {
         return judgeEntry(held.FileAttributes, held.ReparseTag, finalPathOf(entry, VOLUME_NAME_NT), place.finalPath);
     }
 
-    /// Removes what is no folder from the open folder, even if its path leads elsewhere meanwhile, and lists the
-    /// others.
+    /// Lists the open folder by its handle, removes each file, and collects the folders in `level`. A file whose path
+    /// leads elsewhere meanwhile ends the removal (removeEntry).
     bool removeFiles(Level& level, Place& place) {
         while (GetFileInformationByHandleEx(level.folder.get(), FileIdBothDirectoryInfo, buffer.data(), bufferSize)) {
             const auto* at = reinterpret_cast<const std::byte*>(buffer.data());
@@ -154,11 +154,11 @@ class TreeRemoval {
         DWORD error = ERROR_SUCCESS;
         const auto attempt = [&] {
             const FileHandle entry = openToDelete(place.path);
-            // Of judgeEntry only the comparison of places, as any kind of entry may be deleted: the target of a link is
-            // spared, and a folder with content is refused.
+            // Only the places are compared, because an entry of any kind may be deleted. A link's target is spared, and
+            // a folder with content is refused.
             if (entry && finalPathOf(entry.get(), VOLUME_NAME_NT) != place.finalPath) {
                 error = linkEncountered;
-                return true;
+                return true;  // no retry
             }
             const bool removed = entry && deleteByHandle(entry.get());
             error = removed ? ERROR_SUCCESS : GetLastError();

@@ -20,11 +20,11 @@ struct RemovalBounds {
     std::chrono::milliseconds time = std::chrono::minutes(30);
 };
 
-/// Deletes a trusted folder and all its content, each entry with that number of tries. True if the folder does not
-/// exist afterwards. If the path was a link, its target folder is emptied; folder and link stay. Links inside are
-/// removed, but not their targets. Each entry is opened without following a link at its end. Its final path is compared
-/// with the folder's and the names below it, and it is deleted by that handle. On a volume without final paths nothing
-/// is compared, and a folder that becomes a link meanwhile can lead elsewhere.
+/// Deletes a trusted folder and all its content, each entry with that number of tries. If the path was a link, its
+/// target folder is emptied; folder and link stay. True if the folder is gone, or, for a link, emptied. Links inside
+/// are removed, but not their targets. Each entry is opened without following a link at its end. Its final path is
+/// compared with the folder's and the names below it, and it is deleted by that handle. On a volume without final paths
+/// nothing is compared, and a folder that becomes a link meanwhile can lead elsewhere.
 ///
 /// The first entry that cannot be deleted ends the walk and is logged at INFO. The line is "Failed to remove file %ls:
 /// error=%08x" or "Failed to remove directory %ls: error=%08x". The error is 0000112b (4395) for an entry that a link
