@@ -102,7 +102,7 @@ std::wstring folderOfDrive(const std::wstring& path) {
     return std::wstring_view(device).starts_with(L"\\??\\") ? device : L"";
 }
 
-/// The entry at a path, for walkLinks. Opens no target of a link.
+/// The entry at a path, for walkLinks. Opens no target of a link, except for a link of the system below Wine.
 PathEntry lookAt(const std::wstring& path) {
     PathEntry found;
     const FileHandle entry = openToAsk(path);
@@ -111,7 +111,8 @@ PathEntry lookAt(const std::wstring& path) {
         return found;
     }
     found.target.path = folderOfDrive(path);
-    found.isLink = found.isMappedDrive = !found.target.path.empty();
+    found.isMappedDrive = !found.target.path.empty();
+    found.isLink = found.isMappedDrive;
     if (found.isLink) return found;
     found.finalPath = finalPathOf(entry.get(), VOLUME_NAME_NT);
     found.security = securityOf(entry.get());

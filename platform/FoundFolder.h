@@ -12,7 +12,7 @@ namespace pdx {
 /// could have renamed it before.
 struct FoundFolder {
     bool exists = false;
-    bool isOpen = false;      ///< false if it exists but cannot be opened
+    bool isOpen = false;      ///< could be opened; it is closed again
     bool isLink = false;      ///< the path itself is a link to the folder
     bool isTrusted = false;   ///< reached by folders and by links that may be followed (mayFollow)
     std::wstring path;        ///< opens the folder; without a link if it is trusted ("\\?\D:\Games\Palisade")
@@ -24,7 +24,8 @@ struct FoundFolder {
 /// without final paths only the links are judged. A path that leads nowhere gives a folder that does not exist. A
 /// refusal is logged at INFO as "Not followed with elevated rights: %ls", with the refused link, if there is one.
 FoundFolder findFolder(const std::wstring& path);
-/// The folder's final path in the form VOLUME_NAME_NT, all links to drives followed; empty on failure.
+/// The folder's final path in the form VOLUME_NAME_NT, with all links on the way followed. Empty if one leads to no
+/// drive or volume, and on any other failure.
 std::wstring volumePathOf(const std::wstring& path);
 
 }  // namespace pdx

@@ -21,7 +21,7 @@ inline bool isMissing(DWORD error) { return error == ERROR_FILE_NOT_FOUND || err
 /// Opens a file, a folder, or a link itself. Links above the entry are followed, so the caller must compare its final
 /// path (finalPathOf). No handle on failure, with the last error.
 FileHandle openEntry(const std::wstring& path, DWORD access, DWORD share);
-/// The same with the rights that deleteByHandle needs, shared with everybody.
+/// The same with the rights that deleteByHandle needs and the share mode shareAll.
 FileHandle openToDelete(const std::wstring& path);
 
 /// The final path of an open file or folder. The form is VOLUME_NAME_DOS ("\\?\C:\Games") or VOLUME_NAME_NT

@@ -25,10 +25,12 @@ struct FileSecurity {
 /// Every account, in a list and as the owner on file systems without owners.
 inline constexpr std::wstring_view everybody = L"S-1-1-0";
 
-/// The rights by which a folder or link can be changed, replaced or moved. They write or append data or attributes,
-/// delete it or what it holds, or change its list or owner. The generic rights that hold one of these count too.
+/// The rights by which a folder or link can be changed, replaced or moved.
 inline constexpr uint32_t changingRights =
-    0x2 | 0x4 | 0x10 | 0x40 | 0x100 | 0x10000 | 0x40000 | 0x80000 | 0x10000000 | 0x40000000;
+    0x2 | 0x4 | 0x10 | 0x100 |  // FILE_WRITE_DATA, FILE_APPEND_DATA, FILE_WRITE_EA, FILE_WRITE_ATTRIBUTES
+    0x40 | 0x10000 |            // FILE_DELETE_CHILD, DELETE
+    0x40000 | 0x80000 |         // WRITE_DAC, WRITE_OWNER
+    0x10000000 | 0x40000000;    // GENERIC_ALL, GENERIC_WRITE, which hold others of these
 
 /// Whether following a link gives nobody a new way to delete its target. This concerns every account that owns the link
 /// or its folder, or may change one of them. Each must be the system or an administrator, own the target, or be allowed

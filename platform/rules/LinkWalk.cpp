@@ -27,7 +27,7 @@ bool isRoot(std::wstring_view name) {
            (lowered.starts_with(L"volume{") && lowered.ends_with(L'}'));
 }
 
-/// The components that are still to be followed, and how far the path has been.
+/// The components still to be followed, and the path walked so far.
 class Walk {
   public:
     /// Inserts the components of a path before the remaining ones.
@@ -62,7 +62,8 @@ class Walk {
         prepend(relative);
     }
 
-    /// The link whose target is reached when no more than the present components remain.
+    /// Notes a link, before its target is prepended. The target is reached once only the components that remain now are
+    /// left.
     void awaitTarget(const PathEntry& link, const std::wstring& path) {
         links.push_back({left.size(), path, link.security, link.holderSecurity});
     }
