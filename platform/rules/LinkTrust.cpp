@@ -37,13 +37,13 @@ bool mayFollow(const FileSecurity& link, const FileSecurity& holder, const FileS
                (std::ranges::find(administrators, account) != std::end(administrators) ||
                 (account == target.owner && !limitsItsOwner(target)) || grantsDeleting(target, account));
     };
-    const auto isHeldByThose = [&](const FileSecurity& place) {
+    const auto onlyTheyMayChange = [&](const FileSecurity& place) {
         return mayDelete(place.owner) && std::ranges::all_of(place.entries, [&](const AccessEntry& entry) {
                    return entry.denies || entry.forChildrenOnly || (entry.rights & changingRights) == 0 ||
                           mayDelete(entry.account);
                });
     };
-    return isHeldByThose(link) && isHeldByThose(holder);
+    return onlyTheyMayChange(link) && onlyTheyMayChange(holder);
 }
 
 }  // namespace pdx
