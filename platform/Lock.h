@@ -31,7 +31,8 @@ class Lock {
     SRWLOCK slim = SRWLOCK_INIT;
 };
 
-/// The same, but recursive: a thread that shows a message box under the lock may take it again.
+/// A recursive lock, for members only: unlike Lock it must not be a static. A thread that shows a message box under it
+/// may take it again.
 class RecursiveLock {
   public:
     RecursiveLock() noexcept { InitializeCriticalSection(&section); }

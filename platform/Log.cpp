@@ -24,7 +24,10 @@ const UserTexts& userTexts() {
     static const UserTexts user = [] {
         UserTexts made;
         made.profileBack = getProfilePath();
-        if (!made.profileBack.empty()) made.profileShort = getShortPathName(made.profileBack += L'\\');
+        if (!made.profileBack.empty()) {
+            made.profileBack += L'\\';
+            made.profileShort = getShortPathName(made.profileBack);
+        }
         made.texts = makeScrubTexts(made.profileBack, made.profileShort, made.userName, equalsIgnoreCase);
         return made;
     }();
@@ -58,7 +61,7 @@ const ScrubTexts& userScrubTexts() {
 std::wstring scrubProfilePath(std::wstring text) { return scrub(userScrubTexts(), std::move(text)); }
 
 void BootstrapperLogger::write(int32_t level, const char* function, int32_t line, const char* message) {
-    const wchar_t marker = elevationMarker();
+    const wchar_t marker = elevationMarker();  // before the level decides: the first line of any level fixes it
     if (level > maxLevel) return;
     const LogLevelFacts facts = logLevelFacts(level);
     const std::wstring text =

@@ -24,8 +24,8 @@ class Logger {
     virtual void write(int32_t level, const char* function, int32_t line, const char* message) = 0;
 };
 
-/// Writes each line to the engine's log, without the user's profile path and name. Takes no lock, and throws only
-/// std::bad_alloc.
+/// Writes each line to the engine's log, without the user's profile path and name. Takes no lock of its own after
+/// the first line, and throws only std::bad_alloc.
 class BootstrapperLogger : public Logger {
   public:
     /// Holds a reference to the engine, so that the engine outlives a line that is being written. With a null engine
@@ -50,7 +50,7 @@ struct LoggerLife : ServiceLife<Logger> {
         : ServiceLife(g_logger, std::make_shared<BootstrapperLogger>(engine)) {}
 };
 
-/// The texts that scrubbing searches for and their replacements, looked up once for the process.
+/// The texts that scrubbing searches for and their replacements.
 const ScrubTexts& userScrubTexts();
 
 /// The text without the user's profile path and name: "C:\Users\ann\x" becomes "C:\Users\####\x".

@@ -8,7 +8,8 @@
 namespace pdx {
 
 /// The first thread does the work, while others wait. Has no system object and no destructor, unlike a guarded local
-/// static, whose wait object the toolchain never frees.
+/// static, whose wait object the toolchain never frees. For first calls that threads regularly make at once; elsewhere
+/// a local static will do.
 class Once {
   public:
     constexpr Once() noexcept = default;

@@ -27,10 +27,10 @@ class FormatArgument {
 };
 
 /// Formats with the semantics of C99 vsnprintf into the buffer, which always ends in a zero: the result is cut after
-/// buffer.size() - 1 bytes. Known conversions: d i u x X o c s f e g a %, with flags, width, precision ("*" too) and
-/// length modifiers. The type of the argument decides, so "%s" and "%ls" are the same here. A directive without an
-/// argument, or with an unknown conversion, is copied unchanged. Returns the number of bytes in the buffer without the
-/// zero.
+/// buffer.size() - 1 bytes. Known conversions: d i u x X o c s f F e E g G a A %, with flags, width, precision ("*"
+/// too) and length modifiers. The type of the argument decides, so "%s" and "%ls" are the same here. A directive
+/// without an argument, or with an unknown conversion, is copied unchanged. Returns the number of bytes in the buffer
+/// without the zero.
 size_t formatPrintf(std::span<char> buffer, std::string_view format, std::span<const FormatArgument> arguments);
 
 }  // namespace pdx

@@ -8,7 +8,8 @@
 
 namespace pdx {
 
-/// The longest path or environment text, in characters; a longer one counts as missing.
+/// The characters in a buffer for a path or an environment text. A text that does not fit counts as missing; only
+/// finalPathOf reads longer ones.
 inline constexpr size_t pathCapacity = 4096;
 /// The beginning of every final path, and of a path that the system opens exactly as it is spelt.
 inline constexpr std::wstring_view finalPathStart = L"\\\\?\\";

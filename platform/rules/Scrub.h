@@ -24,7 +24,8 @@ using NarrowScrubTexts = Replacements<char>;  ///< UTF-8
 
 using EqualNames = std::function<bool(std::wstring_view, std::wstring_view)>;
 
-/// Derives all texts. profileBack, profileShort and userName may be empty if the system does not name them. equalNames
+/// Derives all texts. profileBack is the profile folder, profileShort its 8.3 form; both end in a backslash. They and
+/// userName may be empty if the system does not name them. equalNames
 /// compares a path component with the user's name, without regard to case. A replacement has "####" for every component
 /// that is the user's name.
 ScrubTexts makeScrubTexts(std::wstring profileBack, std::wstring profileShort, std::wstring_view userName,
