@@ -155,7 +155,7 @@ class Formatter {
 
     template <typename Number>
     void printNumber(const Directive& directive, const char* length, Number number) {
-        // More than the digits of any number; wider fields are padded here.
+        // The widest field and the highest precision that snprintf gets.
         constexpr int widest = 400;
         const int width = directive.width.value_or(0);
         std::string single = "%" + directive.flags;
@@ -163,9 +163,10 @@ class Formatter {
         if (directive.precision) single += "." + std::to_string(std::min(*directive.precision, widest));
         single += length;
         single += directive.conversion;
-        char digits[widest + 400];
+        char digits[widest + 400];  // the longest "%f" has a sign, 309 digits, the point and `widest` decimals
         const int count = std::snprintf(digits, sizeof digits, single.c_str(), number);
         if (count <= 0) return;
+        // snprintf has padded up to `widest`; only a field beyond that is padded here.
         appendPadded(directive, {digits, std::min<size_t>(static_cast<size_t>(count), sizeof digits - 1)}, widest);
     }
 
