@@ -1,4 +1,4 @@
-// Digests.
+// Digests. Two functions on purpose: the machine's hash is made by CNG, the report's digests by CryptoAPI.
 #pragma once
 
 #include <windows.h>

@@ -28,8 +28,8 @@ using InternetHandle = UniqueHandle<InternetHandleTraits>;
 /// status of a response: a reply of 500 is a success with a body, which the caller parses.
 class HttpClient {
   public:
-    /// Copies the URL. Its query is sent as part of the path, a bare fragment is not sent. Does not connect. With a
-    /// malformed URL (parseUrl) all requests return -1.
+    /// Copies the URL. A query is sent with the path, and so is a fragment after it. A fragment without a query is not
+    /// sent. Does not connect. With a malformed URL (parseUrl) all requests return -1.
     explicit HttpClient(HttpUrl address);
     HttpClient(const HttpClient&) = delete;
     HttpClient& operator=(const HttpClient&) = delete;

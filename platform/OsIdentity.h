@@ -18,7 +18,8 @@ std::string getOsVersion();
 std::string getProcessorArchitecture();
 
 /// The version that the system reports (RtlGetVersion), unlike GetVersionExW not changed by a missing manifest.
-/// Under Wine this is the version set for the prefix, which kernel32.dll's own is not. All zero on failure.
+/// Under Wine this is the version that the prefix is set to; the version of kernel32.dll is another. All zero on
+/// failure.
 OsInfo systemVersion();
 /// Whether the system has 64 bits; this process has 32.
 bool isSystem64Bit();

@@ -9,7 +9,7 @@
 namespace pdx {
 
 /// PathCchAppend, PathCchRemoveFileSpec and PathCchAddBackslash, or their replacements. Sizes are in characters with
-/// the end mark. The replacements join paths of up to 260 characters and return E_OUTOFMEMORY above that.
+/// the end mark. The replacements join up to 259 characters without it and return E_OUTOFMEMORY above that.
 struct PathFunctions {
     HRESULT(WINAPI* append)(wchar_t* path, size_t size, const wchar_t* more);
     HRESULT(WINAPI* removeFileSpec)(wchar_t* path, size_t size);
@@ -22,7 +22,7 @@ PathFunctions bindPathFunctions(HMODULE library);
 const PathFunctions& pathFunctions();
 
 /// Joins two paths with one separator; a full second path replaces the first. Empty if the result would be longer than
-/// the system's 259 characters.
+/// 259 characters, the system's limit without the end mark.
 std::wstring appendPath(std::wstring_view path, const std::wstring& more);
 /// The path without its last component and the separator before it ("C:\a\b" becomes "C:\a"); a root stays.
 std::wstring removeFileSpec(std::wstring_view path);

@@ -11,7 +11,8 @@ namespace pdx {
 /// The module with this code: the library, or the program that it is linked into.
 HMODULE libraryModule();
 
-/// The temporary folder with a backslash at its end; logs "Failed to retrieve temp path" at INFO on failure.
+/// The temporary folder with a backslash at its end, 4094 characters at most; logs "Failed to retrieve temp path" at
+/// INFO on failure.
 std::wstring getTempPath();
 /// A file in the folder of this library.
 std::wstring getModuleFilePath(const std::wstring& name);

@@ -13,7 +13,7 @@ namespace pdx {
 class PreparedThread {
   public:
     PreparedThread() : routineGiven(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
-    /// Ends the thread if it has no routine. The owner must have joined it otherwise.
+    /// Ends and joins a thread that was given no routine. A thread with a routine must have been joined before.
     ~PreparedThread() {
         SetEvent(routineGiven.get());
         thread.join();
@@ -21,8 +21,8 @@ class PreparedThread {
     PreparedThread(const PreparedThread&) = delete;
     PreparedThread& operator=(const PreparedThread&) = delete;
 
-    /// Starts the thread with a preparation, which must end; an exception ends it. If no thread can be made, start()
-    /// tries again.
+    /// Starts the thread with a preparation, which must end. An exception ends the preparation; the thread then waits
+    /// for its routine. If no thread can be made, start() tries again.
     void prepare(std::function<void()> work) {
         preparation = std::move(work);
         // Without the event the thread would not wait for its routine.
@@ -35,7 +35,7 @@ class PreparedThread {
         SetEvent(routineGiven.get());
         return thread.id() != 0 || thread.start(run, this);
     }
-    /// 0 until it is started.
+    /// 0 until start() has given the routine.
     [[nodiscard]] DWORD id() const { return routine ? thread.id() : 0; }
     [[nodiscard]] bool endsWithin(DWORD bound) const { return thread.endsWithin(bound); }
     void join() { thread.join(); }

@@ -14,8 +14,8 @@ namespace {
 
 constexpr UINT terminatedExitCode = 9;
 
-/// Without the shell. It would ask the user's classes how to open a program, with elevated rights too, and any program
-/// of the user can write them.
+/// Not by the shell, which asks the user's classes how to open a program, even in an elevated process. Any program of
+/// the user can write these classes.
 Handle createProcess(const ProgramStart& program) {
     std::wstring commandLine = L'"' + program.file + L"\" " + program.parameters;
     STARTUPINFOW start{};

@@ -11,8 +11,9 @@ namespace pdx {
 bool stopService(const std::wstring& name, uint64_t timeoutMilliseconds);
 
 /// Stops a service within 2000 milliseconds, deletes it, and polls ten times in the time-out until it is no longer
-/// listed. Other programs with a handle to the service can delay that. True if it does not exist afterwards. Logs
-/// "Deleting service '%ls'..." and, if it could not be stopped or deleted, "Failed to delete service '%ls'" at INFO.
+/// listed. Other programs with a handle to the service can delay that. True if it can no longer be opened afterwards.
+/// Logs "Deleting service '%ls'..." and, if it could not be stopped or deleted, "Failed to delete service '%ls'" at
+/// INFO.
 bool deleteService(const std::wstring& name, uint64_t timeoutMilliseconds);
 
 }  // namespace pdx

@@ -18,8 +18,9 @@ struct Translation {
     WORD codePage;
 };
 
-/// The record's data under a name, as elements of the given type; empty if there is none. The size is in bytes, for a
-/// text in characters with the end mark. The file contains it, so it is not trusted.
+/// The record's data under a name, as elements of the given type; empty if there is none. VerQueryValueW gives the size
+/// of binary data in bytes, of a text in characters; `unit` is the size of an element in that measure. The file
+/// contains the size, so it is bounded (countWithin).
 template <typename Element>
 std::span<const Element> valueOf(const std::vector<std::byte>& record, const std::wstring& name, size_t unit) {
     void* value = nullptr;

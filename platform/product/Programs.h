@@ -14,7 +14,8 @@ inline constexpr const wchar_t* connectProgram = L"PalisadeConnect_microsoft.exe
 /// The name of the client's service.
 inline constexpr const wchar_t* clientService = L"PalisadeBackgroundService";
 
-/// The programs that may run from the client's folder. Not the service's program: the service is stopped as one.
+/// The programs that may run from the client's folder. The service's program is missing on purpose: stopService ends
+/// it.
 inline constexpr std::wstring_view clientProcesses[] = {
     desktopProgram,
     launcherProgram,

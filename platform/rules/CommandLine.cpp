@@ -54,7 +54,7 @@ class ArgumentReader {
   private:
     std::wstring read;
     size_t backslashes = 0;
-    int quotes = 0;
+    int quotes = 0;  ///< 1 inside a quote, 2 just after its end
 };
 
 /// The first of some arguments, and the login code in it.

@@ -31,7 +31,7 @@ constexpr uint32_t codeOf(Hresult hr) { return static_cast<uint32_t>(hr) & 0xFFF
 /// HRESULT of a Win32 error code that is not 0.
 constexpr Hresult hresultFromWin32(uint32_t code) { return static_cast<Hresult>(0x80070000u | (code & 0xFFFFu)); }
 
-/// ERROR_INSTALL_USEREXIT, the user has cancelled; for every facility.
+/// ERROR_INSTALL_USEREXIT: the user has cancelled. Compared with codeOf a result, so the facility does not matter.
 constexpr uint32_t userExitCode = 1602;
 /// ERROR_INSTALL_FAILURE, which Windows Installer returns for every failure without a specific code.
 constexpr uint32_t genericFailureCode = 1603;

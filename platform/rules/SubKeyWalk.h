@@ -13,13 +13,13 @@ struct SubKeyAnswer {
     std::wstring name;
 };
 
-/// A user can make any number of subkeys in his own registry. The key of a machine's components has some 100,000.
+/// A user can make any number of subkeys in his own registry. Windows Installer's key of components has some 100,000.
 inline constexpr uint32_t mostSubKeys = 1'000'000;
 
-/// Calls the function with the name at each index from 0 on, up to that number. Ends when that returns false, the
-/// handle is invalid or there are no more items. After any other error, such as a name too long for the buffer, the
-/// walk continues with the next index. So it does after the function has deleted its subkey: the subkey that moves to
-/// that index is skipped.
+/// Calls the function with the name at each index below mostSubKeys. Ends when the function returns false, the handle
+/// is invalid or there are no more items. After any other error, such as a name too long for the buffer, the walk
+/// continues with the next index. So it does after the function has deleted its subkey: the subkey that moves to that
+/// index is skipped.
 void walkSubKeys(const std::function<SubKeyAnswer(uint32_t index)>& subKeyAt,
                  const std::function<bool(const std::wstring& name)>& function);
 

@@ -13,7 +13,7 @@ uint64_t parseVersion64(std::string_view text);
 /// "12.37.0.5294".
 std::string versionText(uint64_t version);
 
-/// Whether the first is above the second; a malformed text counts as 0.0.0.0.
+/// Whether the first is above the second. Each text counts as far as it can be read (parseVersion64).
 bool isNewerVersion(std::string_view version, std::string_view current);
 
 }  // namespace pdx
