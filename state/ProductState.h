@@ -11,8 +11,8 @@ namespace pdx {
 /// again.
 void setUnavailable(bool available = false);
 
-/// Restores the program of an older product: PrevClientPath becomes ClientPath; without it ClientPath is deleted. Then
-/// deletes the key if it is empty. Does nothing without the key.
+/// Restores what Bastion or Fenwick, by its key, had recorded as its program: PrevClientPath becomes ClientPath;
+/// without it ClientPath is deleted. Then deletes the key if it is empty. Does nothing without the key.
 void restoreClientPath(const std::wstring& keyPath);
 
 /// Restores the earlier command of a URL protocol. If that is empty or cannot be written, deletes the protocol.

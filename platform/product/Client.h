@@ -15,8 +15,8 @@ std::wstring bastionText(const std::wstring& name);
 /// A file in the client's log folder below the common application data; empty on failure.
 std::wstring getLogFilePath(const std::wstring& name);
 
-/// The version of a program of the client at an install location (getFileVersion). Empty if the location is empty or
-/// too long for the system's paths.
+/// The version of a program in the folder "Palisade Desktop" of an install location (getFileVersion). Empty if the
+/// location is empty, relative or too long for the system's paths.
 std::string getProgramVersion(const std::wstring& installLocation, const std::wstring& file);
 
 /// Starts the client with the parameters: the recorded program LauncherAppPath in the folder InstallLocation. Returns

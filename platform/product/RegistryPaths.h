@@ -8,12 +8,12 @@ namespace pdx {
 inline constexpr const wchar_t* productKey = L"Software\\Corvane Works\\Palisade Desktop";
 /// The older client, under HKEY_LOCAL_MACHINE, 32-bit view.
 inline constexpr const wchar_t* bastionKey = L"Software\\Bastion";
-/// An earlier product, under HKEY_LOCAL_MACHINE, 32-bit view.
+/// A further product of the maker, under HKEY_LOCAL_MACHINE, 32-bit view.
 inline constexpr const wchar_t* fenwickKey = L"Software\\Corvane Works\\Fenwick";
 
 /// The installed programs, one key for each, under HKEY_LOCAL_MACHINE.
 inline constexpr const wchar_t* uninstallKey = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
-/// Windows itself, under HKEY_LOCAL_MACHINE.
+/// Windows' values with the folders of programs, under HKEY_LOCAL_MACHINE.
 inline constexpr const wchar_t* windowsKey = L"Software\\Microsoft\\Windows\\CurrentVersion";
 
 }  // namespace pdx
