@@ -56,7 +56,7 @@ Handle runningTempUninstaller() {
         if (!name.starts_with(L"bui")) continue;
         Handle process = openProcess(entry.th32ProcessID);
         const std::wstring program = process ? programOf(process.get()) : std::wstring();
-        // A program on another machine is none of the older client's, and opening it would show this account there.
+        // A program on another machine is none of the older client's, and opening it would sign this account in there.
         if (!isDrivePath(program) || toLower(getFileDescription(program)) != L"bastionuninstall") continue;
         PDX_LOG(logInfo, "isBastionTempUninstallerRunning", "Found Bastion uninstall process %ls", program);
         return process;
@@ -66,8 +66,8 @@ Handle runningTempUninstaller() {
 
 constexpr DWORD pollMilliseconds = 1000;
 
-/// Waits until no temporary uninstaller has run for 3 seconds of the system clock. Several processes do the work, with
-/// gaps between them.
+/// Waits until no temporary uninstaller has run for 3 seconds of the system clock, whose jumps are accepted. Several
+/// processes do the work, with gaps between them.
 void waitForQuiet() {
     constexpr uint64_t quiet = 3000 * fileTimePerMillisecond;
     for (uint64_t deadline = currentFileTime() + quiet; currentFileTime() < deadline;) {

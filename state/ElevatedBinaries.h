@@ -1,8 +1,8 @@
 // The files that run with elevated rights, locked while they are started. Programs without such rights can write to
-// their folder. Such a program could replace one of them, add a library or put a link in their path, and would run
-// elevated. The locks last as long as their handles, and end with this process, which another program of the same user
-// can end. They cover the executable and "version.dll"; the engine keeps its program from loading other libraries of
-// that folder.
+// their folder. Such a program could replace a file, add a library, or put a link in the path. Its own code would then
+// run elevated. The locks last as long as their handles, and end with this process, which another program of the same
+// user can end. They cover the executable and "version.dll"; the engine keeps its program from loading other libraries
+// of that folder.
 #pragma once
 
 #include <functional>

@@ -20,8 +20,8 @@ namespace pdx {
 /// that was created elsewhere is deleted again.
 ///
 /// Tries 25 times, with 40 milliseconds after each failure. Logs each failure at INFO as "Failed to lock file %ls: %s
-/// (%08x)" with the system's error. The error is 4395 for a link, 3 without a final path, 0 if that differs from the
-/// expected one. Success logs "Locked %ls". Returns the handle, which the container owns, or INVALID_HANDLE_VALUE.
+/// (%08x)" with the system's error or lockError's. Success logs "Locked %ls". Returns the handle, which the container
+/// owns, or INVALID_HANDLE_VALUE.
 HANDLE LockFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path, DWORD access, DWORD share,
                 DWORD disposition, const std::wstring& finalPrefix);
 

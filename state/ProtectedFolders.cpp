@@ -46,8 +46,8 @@ struct NamedFolder {
     size_t depth;
 };
 
-/// For a 32-bit process the known folders are those of 32-bit programs. The others are read from these values of
-/// windowsKey, because the user controls the environment.
+/// A 32-bit process gets only the known folders of 32-bit programs. Those of 64-bit programs are read from windowsKey,
+/// not from the environment, which the user controls.
 constexpr NamedFolder foldersOf64BitPrograms[] = {{L"ProgramFilesDir", 0}, {L"CommonFilesDir", allBelow}};
 
 constexpr const wchar_t* profilesKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\ProfileList";

@@ -57,7 +57,7 @@ void sendRepairStarted(const std::wstring& installLocation) {
     sendTelemetry(briskSender, "inst.repr.strt", std::move(versions), false);
 }
 
-/// The package has replaced the commands in the bundle's entry; its commands are removed with the client.
+/// The client's package has put its own commands into the bundle's entry, and they stop working with the client.
 void restoreUninstallCommands(const std::wstring& providerKey, const EarlierState& earlier) {
     RegistryKey entry = openBundleEntry(providerKey);
     if (!earlier.uninstallCommand.empty()) entry.setValue(L"UninstallString", earlier.uninstallCommand);
@@ -126,7 +126,7 @@ RepairResult removeInstalledClient(const RepairRun& run) {
     const IoBound bound;
     const FoundFolder folder = findFolder(installLocation);
     const bool isFolderOwn = installLocation.empty() || isOwn(installLocation, folder);
-    // A folder that is not the client's can lead to another machine, to which this account would be shown.
+    // A folder that is not the client's can lead to another machine, where this account would be signed in.
     sendRepairStarted(isFolderOwn && folder.isOpen ? installLocation : std::wstring());
     run.omitDesktopShortcut();
     const EarlierState earlier = {recorded(L"PrevBastion2"), recorded(L"PrevGateLink"),
@@ -138,7 +138,7 @@ RepairResult removeInstalledClient(const RepairRun& run) {
         return RepairResult::failed;
     }
     if (run.isCancelled()) return RepairResult::cancelled;
-    // Before the steps that can fail.
+    // Before the steps that can fail: a client that stays after one is marked, and has the bundle's commands.
     setUnavailable();
     restoreUninstallCommands(run.providerKey, earlier);
     terminateProcesses(clientProcesses);

@@ -34,9 +34,8 @@ struct RepairRun {
 /// logged.
 ///
 /// Blocks the thread. The wait for the end of the client's programs has no bound. Stopping the service takes up to 2
-/// seconds, deleting it about 4. Each file or folder that cannot be deleted takes 50 tries, with 100 ms after each. The
-/// failed tries of all entries take about two minutes at most. The whole deletion takes at most half an hour
-/// (RemovalBounds), the check of the folder a minute.
+/// seconds, deleting it about 4. Each file or folder that cannot be deleted takes some seconds of tries. RemovalBounds
+/// limits the failed tries of all entries and the whole deletion. The check of the folder takes a minute at most.
 ///
 /// The recorded folder is checked before files, processes, the service or the registry are changed (isOwnFolder,
 /// FoundFolder). A refused one is logged at ERROR as "The recorded install folder is not deleted: "%ls"" and fails the

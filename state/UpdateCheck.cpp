@@ -19,8 +19,8 @@ namespace pdx {
 namespace {
 
 /// The version that the service recommends, as "a.b.c.d"; empty on failure. One request, which blocks the thread up to
-/// the system's time-out; never throws. Logs "Error %d has occurred.\n" without a reply; one above 64 KiB counts as
-/// none.
+/// the system's time-out; never throws. Logs "Error %d has occurred.\n" without a reply; one above mostReplyBytes
+/// counts as none.
 std::string GetRecommendedVersion(const std::string& url) try {
     HttpClient client(parseUrl(url));
     const bool sent = client.get() == 0;

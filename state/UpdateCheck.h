@@ -21,7 +21,8 @@ std::string getLocalMacAddress(AdapterQuery ask = askAdapters);
 /// This machine's bucket, from 1 to 100; 62 without a network adapter. Logs "Using bucket value: %u".
 uint32_t GetUpdateBucket(AdapterQuery ask = askAdapters);
 
-/// The address of the newer installer that the configured service names for this machine; nothing on any failure.
+/// The address of the newer installer that the configured service names for this machine. Nothing if the version that
+/// it names is not newer, and on any failure.
 std::optional<std::wstring> findNewerInstaller(const std::string& currentVersion);
 
 }  // namespace pdx

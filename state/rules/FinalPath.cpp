@@ -49,8 +49,8 @@ ExpectedPath expectedFinalPath(const std::wstring& finalPrefix, std::wstring_vie
 
 std::optional<uint32_t> lockError(uint32_t attributes, std::wstring_view finalPath, bool isExpectedPath) {
     constexpr uint32_t reparsePoint = 0x400;
-    if (attributes & reparsePoint) return 4395;
-    if (finalPath.empty()) return 3;
+    if (attributes & reparsePoint) return 4395;  // ERROR_REPARSE_POINT_ENCOUNTERED
+    if (finalPath.empty()) return 3;             // ERROR_PATH_NOT_FOUND
     if (!isExpectedPath) return 0;
     return std::nullopt;
 }

@@ -48,7 +48,7 @@ uint32_t updateBucketOf(std::string_view address);
 /// reply than for a flat one.
 std::string recommendedVersionOf(std::string_view reply);
 
-/// The path of the service's reply for a bucket.
+/// The path of the request for a bucket.
 std::string updatePathOf(uint32_t bucket);
 
 /// The address of a version's installer: the template with "{version}" replaced, if it contains that. Nothing for an
