@@ -90,7 +90,7 @@ BootstrapperApplication::BootstrapperApplication(IBootstrapperEngine* engine, co
 }
 
 BootstrapperApplication::~BootstrapperApplication() {
-    // Its thread calls this object.
+    // The UI thread calls this object.
     m_run.ui.reset();
 }
 

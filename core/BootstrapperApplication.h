@@ -59,14 +59,13 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
 
     // ---- Facts of the run
 
-    /// The value of a bundle variable, resolved by the engine when format is set; empty on any failure. Logs both.
+    /// As RunVariables::get.
     std::wstring GetEngineVariable(const std::wstring& name, bool format) const {
         return m_run.variables.get(name, format);
     }
     /// The compiled-in version unless the configuration replaces it.
     std::string GetCurrentVersion() const;
     bool isMeridianMode() const { return m_run.variables.isMeridianMode(); }
-    /// The status so far, which decides the outcome.
     HRESULT installStatus() const { return m_context.status(); }
 
     void takeFault(HRESULT status) override { UpdateInstallStatus(status); }
@@ -136,7 +135,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     Repair m_repair;
     const BOOTSTRAPPER_DISPLAY m_userDisplay;
     std::wstring m_bundleExecutable;  ///< as the bundle set it: the command line must not choose the file to be locked
-    bool m_executing = false;
+    bool m_executing = false;         ///< the package begun last runs forward; stays set after its end
 };
 
 }  // namespace pdx

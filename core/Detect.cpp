@@ -36,7 +36,7 @@ void BootstrapperApplication::checkForUpdate() {
 
 void BootstrapperApplication::OnDetectPackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_PACKAGE_STATE state) {
-    // The state is logged only: reports show the status under this key.
+    // The state is logged only: under "pkst" reports have the status.
     m_context.record(
         Operation::detectPackageComplete,
         {{"wzPackageId", "pkid", wzPackageId}, {"hrStatus", "pkst", Status{hrStatus}}, {"state", nullptr, state}});

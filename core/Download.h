@@ -11,7 +11,7 @@ class Download {
   public:
     explicit Download(const Run& downloadRun) : run(downloadRun) {}
 
-    /// Resets the count of failures, which covers all payloads of a package. A success does not reset it.
+    /// Resets the count of failures (DownloadFailure).
     void beginPackage() { failures = 0; }
     /// Begins an attempt; sends its start if it is a download, not a copy.
     void begin(BOOTSTRAPPER_CACHE_OPERATION acquireOperation, LPCWSTR source);

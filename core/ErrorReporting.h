@@ -30,12 +30,11 @@ class ErrorReporting {
 
     /// Logs an error, updates the run's status, sends its event and shows it. Returns the prompt's answer.
     int report(const EngineError& error);
-    /// The same for an error of the library. Returns the result with which a start fails for it.
+    /// The same for an error of the library. Returns its HRESULT, with which a start can fail.
     HRESULT fail(ProgramError code);
     /// Shows the status of a failed run, unless its error was shown already.
     void showFailure();
 
-    /// Adds a file to the report.
     void addFile(const std::wstring& path) { files.insert(path); }
     /// Adds a log that may roll over to several files: all that begin with its path without ".log". Adds nothing for a
     /// path of fewer than five characters.

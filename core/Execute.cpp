@@ -14,12 +14,14 @@ namespace {
 bool openClientLog(Run& run, const std::wstring& logPath) {
     const IoBound bound;
     std::wstring folder = getSessionTempPath();
+    // Elsewhere no folder is trusted: with an empty prefix the whole path is compared.
     if (logPath.size() < folder.size() || !equalsIgnoreCase(logPath.substr(0, folder.size()), folder)) folder.clear();
     // Locked before Windows Installer opens it, so that no other program replaces it with a link or a file.
     return LockFile(run.lockedFiles, logPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                     CREATE_NEW, GetFinalPath(folder)) != INVALID_HANDLE_VALUE;
 }
 
+/// The client's package reports its exact code in a variable.
 HRESULT packageStatus(const RunVariables& variables, LPCWSTR wzPackageId, HRESULT hrStatus) {
     if (!equalsIgnoreCase(textOrEmpty(wzPackageId), clientPackageId)) return hrStatus;
     const uint32_t code = parseDecimal(variables.get(variable::msiStatus));
@@ -92,6 +94,7 @@ int BootstrapperApplication::OnExecuteMsiMessage(LPCWSTR, int mt, UINT uiFlags, 
 
 int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESULT hrStatus,
                                                       BOOTSTRAPPER_APPLY_RESTART restart, int nRecommendation) {
+    // Before the record, so that an error keeps the context from before this callback's arguments.
     m_context.setOperation(Operation::executePackageComplete);
     HRESULT status = hrStatus;
     if (m_executing) {
@@ -102,6 +105,7 @@ int BootstrapperApplication::OnExecutePackageComplete(LPCWSTR wzPackageId, HRESU
                                                          {"hrStatus", "stat", Status{status}},
                                                          {"restart", "rstr", restart},
                                                          {"nRecommendation", "reco", nRecommendation}});
+    // The engine's own status decides the answer.
     return packageAnswer(wzPackageId, hrStatus, nRecommendation);
 }
 

@@ -6,7 +6,8 @@
 
 namespace pdx {
 
-/// Each answers as the base does. A failed status updates the run's status.
+/// Each answers as the base does. One that gets a status updates the run's status with it, failed or not
+/// (InstallStatus). Only OnLaunchApprovedExeComplete does not.
 class RecordedCallbacks : public CBalBaseBootstrapperApplication {
   public:
     int STDMETHODCALLTYPE OnSystemShutdown(DWORD dwEndSession, int nRecommendation) override;

@@ -37,13 +37,12 @@ class RunControls {
     /// Makes the engine end the run with that code. The engine still completes a detection that is running; its result
     /// is then ignored.
     virtual void quit(DWORD code) = 0;
-    /// Ends the run with 1 after its next step failed in the user interface.
+    /// Ends the run with 1, because the dialog failed to start the run's next step.
     virtual void quitAfterFault() = 0;
     /// Cancels: every further callback answers with a cancel, and a running apply ends in a rollback.
     virtual void cancel(HWND window) = 0;
     /// Ends this run and has the engine load the library anew for a repair.
     virtual void requestRepair() = 0;
-    /// Notes that the Windows session is ending.
     virtual void noteLogout() = 0;
 
   protected:

@@ -29,11 +29,8 @@ struct RunHooks {
     };
     /// The address of the newer installer, if the update service names one. Waits for the service.
     std::function<std::optional<std::wstring>(const std::string& currentVersion)> newerInstaller = findNewerInstaller;
-    /// Whether this process runs elevated.
     std::function<bool()> isElevated = pdx::isElevated;
-    /// The folder of this library.
     std::function<std::wstring()> libraryFolder = [] { return removeFileSpec(getModuleFilePath(L"version.dll")); };
-    /// Locks the files that are to run elevated.
     std::function<bool(std::vector<FileHandle>& lockedFiles, const std::wstring& folder,
                        const std::wstring& executable)>
         lockElevated = ensureElevatedBinaries;

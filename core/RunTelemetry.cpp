@@ -51,6 +51,7 @@ void RunTelemetry::start(TelemetryFactory make, bool autopatch, bool elevated) {
     facts.launch = text(variable::launchClient);
     facts.withAuthcode = !text(variable::authCode).empty();
     send(sessionStarted(facts));
+    // Such a start waits for no click on install, like a repair or a migration.
     if (facts.withAuthcode && isBastionInstalled()) enableTelemetry();
 }
 

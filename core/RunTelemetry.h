@@ -32,7 +32,7 @@ class RunTelemetry {
     void sendSessionStopped() const;
     /// Waits until both senders have ended, each after one last post.
     void stop() { life.stop(); }
-    /// Leaves the senders to the object after a reload.
+    /// Leaves the senders to the application object that a reload makes.
     void handOn() { life.handOn(); }
 
     // ---- The phases

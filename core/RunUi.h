@@ -21,7 +21,7 @@ enum class InstalledChoice { none, launch, repair };
 /// What to do with the older client.
 enum class BastionChoice { none, uninstall, notNow };
 
-/// Each operation except hideWindow() waits until the user interface has handled it, for a question until the user has
+/// Each operation from settle() on waits until the user interface has handled it, for a question until the user has
 /// answered. Each also waits while a question from another thread is open. Between a cancel and the rollback nothing is
 /// shown, and the answer is IDCANCEL or none. Without a window the answer is 0 or none.
 class RunUi {

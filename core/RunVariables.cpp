@@ -13,7 +13,7 @@ std::wstring askText(Ask ask) {
     auto size = static_cast<DWORD>(buffer.size());
     HRESULT hr = ask(buffer.data(), &size);
     if (hr == HRESULT_FROM_WIN32(ERROR_MORE_DATA)) {
-        buffer.assign(size_t{size} + 1, L'\0');
+        buffer.assign(size_t{size} + 1, L'\0');  // FormatString names the size without the end mark
         size = static_cast<DWORD>(buffer.size());
         hr = ask(buffer.data(), &size);
     }
@@ -32,7 +32,7 @@ std::wstring RunVariables::get(const std::wstring& name, bool format) const {
 }
 
 void RunVariables::setInstallFolder(const std::wstring& folder) {
-    std::wstring escaped(folder.size() * 4 + 1, L'\0');
+    std::wstring escaped(folder.size() * 4 + 1, L'\0');  // "[" becomes "[\[]"
     auto size = static_cast<DWORD>(escaped.size());
     const bool made = SUCCEEDED(engine->EscapeString(folder.c_str(), escaped.data(), &size));
     set(variable::installFolder, made ? escaped.c_str() : folder);

@@ -13,7 +13,8 @@ class RunVariables {
   public:
     explicit RunVariables(IBootstrapperEngine* owner) : engine(owner) {}
 
-    /// A variable's value, resolved by the engine when format is set; empty on any failure. Logs both at INFO.
+    /// A variable's value, resolved by the engine when format is set; empty on any failure. Logs the name and the
+    /// value at INFO.
     [[nodiscard]] std::wstring get(const std::wstring& name, bool format = false) const;
     void set(const wchar_t* name, const std::wstring& text) { engine->SetVariableString(name, text.c_str()); }
     void setNumber(const wchar_t* name, int64_t number) { engine->SetVariableNumeric(name, number); }

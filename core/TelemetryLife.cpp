@@ -12,7 +12,7 @@ void TelemetryLife::begin(TelemetryFactory make) {
     if (earlier) earlier->requestStop();
     if (make) manager = make();
     if (manager) manager->keepEarlier(earlier);
-    g_telemetry.set(manager);
+    g_telemetry.set(manager);  // null too: a run without telemetry must not send through the earlier manager
     if (manager) manager->start();
 }
 

@@ -19,12 +19,12 @@ class TelemetryLife {
     TelemetryLife(const TelemetryLife&) = delete;
     TelemetryLife& operator=(const TelemetryLife&) = delete;
 
-    /// Replaces the manager of the object before a reload. That manager and earlier ones send what they have queued;
-    /// only stop() waits for them.
+    /// Replaces the manager of the application object that existed before a reload. That manager and earlier ones send
+    /// what they have queued; only stop() waits for them.
     void begin(TelemetryFactory make);
     /// Waits until all workers have ended, each after one last post.
     void stop();
-    /// Leaves everything running for the object after a reload.
+    /// Leaves everything running for the application object that a reload makes.
     void handOn();
 
   private:

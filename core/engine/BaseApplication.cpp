@@ -36,6 +36,7 @@ ULONG CBalBaseBootstrapperApplication::Release() {
 }
 
 int CBalBaseBootstrapperApplication::cancelCheck(int value) const {
+    // Waits while PromptCancel's question is open: its answer counts already for this callback.
     { const std::lock_guard ordering(m_csCanceled); }
     return !m_fRollingBack && m_fCanceled ? static_cast<int>(IDCANCEL) : value;
 }

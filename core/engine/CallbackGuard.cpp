@@ -177,7 +177,7 @@ ULONG STDMETHODCALLTYPE release(Guard* guard) {
     return references;
 }
 
-/// Function pointers of different types, in order.
+/// Function pointers of different types, in order. Not std::tuple, whose order in memory is not defined.
 template <typename... Functions>
 struct Pointers {};
 template <typename First, typename... Others>
@@ -211,7 +211,7 @@ constexpr size_t countOf(Table<Rows...>) {
 static_assert(countOf(Callbacks()) == 57, "callbacks 3 to 59");
 
 constexpr auto pointers = pointersOf(Callbacks(), std::make_index_sequence<countOf(Callbacks())>());
-static_assert(sizeof pointers == (ofUnknown + 57) * sizeof(void*), "nothing between the entries");
+static_assert(sizeof pointers == (ofUnknown + countOf(Callbacks())) * sizeof(void*), "nothing between the entries");
 
 }  // namespace
 

@@ -9,9 +9,9 @@ namespace pdx {
 /// application's last reference. Null gives null.
 ///
 /// An exception in a callback is logged at ERROR and updates the run's status with E_OUTOFMEMORY or E_FAIL. The engine
-/// gets the callback's default answer. Where the run would then hang it ends: OnStartup answers E_FAIL. After the last
-/// callback of a phase, whose message would have continued the run, the engine is asked to quit. Access violations and
-/// exceptions under crashOnException are not caught.
+/// gets the callback's default answer. Two kinds of failure would leave the run hanging, so they end it. OnStartup
+/// answers E_FAIL. After OnDetectComplete, OnPlanComplete and OnApplyComplete the engine is asked to quit. Access
+/// violations and exceptions under crashOnException are not caught.
 IBootstrapperApplication* guardCallbacks(CBalBaseBootstrapperApplication* application);
 
 }  // namespace pdx

@@ -10,8 +10,8 @@
 
 namespace pdx {
 
-/// Whether next replaces current: it differs, and either its sign differs too or its code is exact, neither a user exit
-/// nor a generic failure.
+/// Whether next replaces current: it differs, and either its sign differs too or its code is exact. Not exact are a
+/// user exit, a generic failure, and 0xFFFF, the low word of E_UNEXPECTED.
 constexpr bool replacesStatus(Hresult current, Hresult next) {
     if (next == current) return false;
     if ((next < 0) != (current < 0)) return true;

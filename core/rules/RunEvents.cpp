@@ -96,6 +96,7 @@ TelemetryEvent downloadFailed(const DownloadFacts& download, const std::string& 
     return tallyDownload(download, "error", code);
 }
 
+// Not the run's own kind: an uninstall sends uninstallStarted.
 TelemetryEvent installStarted(const RunKind& run) { return tallyRun({}, "start", installKindOf(run.repair)); }
 
 TelemetryEvent installRecorded(const InstallTelemetry& record) {

@@ -1,7 +1,7 @@
-// The events of a run, its downloads and its errors: back end, name and attributes of each. The Tally events here have
-// three plain names, with a status that changes. The Brisk events have dotted names with short keys. Three more events
-// are elsewhere: a crash (reporting/ExceptionHandler.cpp), a repair's begin (state/RepairCleanup.cpp), and the
-// migration's messages (state/Bastion.cpp).
+// The events of a run, its downloads and its errors: back end, name and attributes of each. The Tally events here are
+// "download", "install" and "uninstall"; their attribute "status" names the step. The Brisk events have dotted names
+// with short keys. Three more events are elsewhere: a crash (reporting/ExceptionHandler.cpp), a repair's begin
+// (state/RepairCleanup.cpp), and the migration's messages (state/Bastion.cpp).
 #pragma once
 
 #include <array>

@@ -22,11 +22,11 @@ inline constexpr const wchar_t* installFolder = L"InstallFolder";
 inline constexpr const wchar_t* defaultInstallFolder = L"DefaultInstallFolder";
 inline constexpr const wchar_t* desktopShortcut = L"CreateDesktopShortcut";  // text; empty is off
 inline constexpr const wchar_t* thickInstaller = L"IsThickInstaller";        // text; "no" is the thin variant
+inline constexpr const wchar_t* bundleExecutable = L"BundleExecutableName";  // preset by the bundle
 inline constexpr const wchar_t* reporterShortcut = L"INSTALLER_ERROR_REPORTER_SHORTCUT_TITLE";
 inline constexpr const wchar_t* recoveryShortcut = L"INSTALLER_RECOVERY_HELPER_SHORTCUT_TITLE";
 
-// The engine's variables, and one that the bundle presets.
-inline constexpr const wchar_t* bundleExecutable = L"BundleExecutableName";
+// The engine's variables.
 inline constexpr const wchar_t* bundleLog = L"WixBundleLog";
 inline constexpr const wchar_t* bundleFolder = L"WixBundleSourceProcessFolder";  // ends in a separator
 inline constexpr const wchar_t* providerKey = L"WixBundleProviderKey";
