@@ -51,7 +51,7 @@ void setProductVariables(RunVariables& variables) {
     variables.set(variable::productName, L"Palisade app");
     variables.set(variable::shortcutName, L"Palisade");
     variables.setNumber(variable::allowWindows7, getConfigBool("qa.installer.allowWindows7", true));
-    variables.setNumber(variable::meridianEnable, getConfigBool("app.meridian.enableMigration", false));
+    variables.setNumber(variable::meridianEnable, isMigrationOn());
     if (removesBastion()) variables.setNumber(variable::uninstallBastion, 1);
 }
 

@@ -84,7 +84,6 @@ void waitForQuiet() {
     }
 }
 
-bool isMigrationOn() { return getConfigBool("app.meridian.enableMigration", false); }
 bool isPromptOn() { return getConfigBool("app.meridian.promptBastionUninstall", false); }
 
 }  // namespace
@@ -93,6 +92,8 @@ bool isBastionInstalled() {
     // The spelling is the older client's.
     return !bastionText(L"InstallSuccesfull").empty();
 }
+
+bool isMigrationOn() { return getConfigBool("app.meridian.enableMigration", false); }
 
 bool removesBastion() { return isMigrationOn() && !isPromptOn() && isBastionInstalled(); }
 bool asksToRemoveBastion() { return isMigrationOn() && isPromptOn() && isBastionInstalled(); }

@@ -8,6 +8,9 @@ namespace pdx {
 /// Whether the older client is installed: its marker holds any text but the empty one, or any number, even 0.
 bool isBastionInstalled();
 
+/// Whether the configuration has the migration from the older client on.
+bool isMigrationOn();
+
 /// Whether an install removes the older client of this machine without a question, or asks the user. The registry is
 /// read only if the settings do not decide.
 bool removesBastion();
