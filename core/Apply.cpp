@@ -24,7 +24,7 @@ int BootstrapperApplication::OnElevate() {
     if (!m_run.hooks.isElevated()) {
         const std::wstring folder = elevatedFolderOf(m_run.hooks.libraryFolder());
         const std::wstring executable = folder.empty() ? std::wstring() : m_bundleExecutable;
-        if (FAILED(lockElevatedBinaries(m_run, m_errors, folder, executable))) return IDCANCEL;
+        if (FAILED(lockBeforeElevation(m_run, m_errors, folder, executable))) return IDCANCEL;
     }
     return cancelCheck();
 }

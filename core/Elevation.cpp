@@ -8,15 +8,15 @@
 
 namespace pdx {
 
-HRESULT lockElevatedBinaries(Run& run, ErrorReporting& errors, const std::wstring& folder,
-                             const std::wstring& executable) {
+HRESULT lockBeforeElevation(Run& run, ErrorReporting& errors, const std::wstring& folder,
+                            const std::wstring& executable) {
     if (run.hooks.lockElevated(run.lockedFiles, folder, executable)) return S_OK;
     return errors.fail(errorFilesNotLocked);
 }
 
 HRESULT relaunchElevated(Run& run, ErrorReporting& errors) {
     const std::wstring folder = removeFileSpec(getProcessFilePath());
-    if (const HRESULT hr = lockElevatedBinaries(run, errors, folder, getProcessFileName()); FAILED(hr)) return hr;
+    if (const HRESULT hr = lockBeforeElevation(run, errors, folder, getProcessFileName()); FAILED(hr)) return hr;
     const auto valueOf = [&run](const wchar_t* name) { return run.variables.get(name); };
     const ProgramStart start = {.verb = L"runas",
                                 .file = lockedExecutable(run.lockedFiles),

@@ -10,8 +10,8 @@ namespace pdx {
 
 /// Locks the files that are to run elevated until the run's object is destroyed. If that fails, reports the error and
 /// returns the result with which the start fails.
-HRESULT lockElevatedBinaries(Run& run, ErrorReporting& errors, const std::wstring& folder,
-                             const std::wstring& executable);
+HRESULT lockBeforeElevation(Run& run, ErrorReporting& errors, const std::wstring& folder,
+                            const std::wstring& executable);
 
 /// Starts an elevated copy of this program with the variables that cross over, and ends this run. It ends also if the
 /// user refuses elevation, because it could not do the work. After a cancel no copy is started. Hides the window, then
