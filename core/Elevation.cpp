@@ -22,7 +22,7 @@ HRESULT relaunchElevated(Run& run, ErrorReporting& errors) {
                                 .file = lockedExecutable(run.lockedFiles),
                                 .parameters = relaunchParameters(valueOf),
                                 .show = SW_SHOW};
-    if (!run.hasUserCancelled()) {
+    if (!run.isCancelledAfterQuestions()) {
         // The elevated copy takes the mutex.
         run.mutex.release();
         const Handle copy = run.hooks.startProgram(start);

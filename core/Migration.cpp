@@ -52,7 +52,7 @@ void Migration::launchInstalledClient() {
 
 void Migration::removeBastion() {
     run.ui->showBastionRemoval();
-    if (run.hasUserCancelled()) return;
+    if (run.isCancelledAfterQuestions()) return;
     waitForBastionTempUninstallers();
     // A fixed pause of the product's sequence; it waits for no known condition.
     Sleep(1000);
@@ -61,7 +61,7 @@ void Migration::removeBastion() {
 }
 
 void Migration::launchClientToUpdate() {
-    if (run.hasUserCancelled()) return;
+    if (run.isCancelledAfterQuestions()) return;
     launchClient(L"/checkForUpdate " + authArgument(run.variables.get(variable::authCode)));
 }
 

@@ -35,7 +35,7 @@ HRESULT Repair::start() {
 HRESULT Repair::performRepairCleanup() {
     RepairRun steps;
     steps.providerKey = run.variables.get(variable::providerKey);
-    steps.isCancelled = [this] { return run.hasUserCancelled(); };
+    steps.isCancelled = [this] { return run.isCancelledAfterQuestions(); };
     steps.begin = [this](RepairStep step) {
         const Operation operation = repairOperations[static_cast<size_t>(step)];
         if (step == RepairStep::stopService)

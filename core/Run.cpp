@@ -41,7 +41,7 @@ HRESULT Run::detect() {
     return hr;
 }
 
-bool Run::hasUserCancelled() {
+bool Run::isCancelledAfterQuestions() {
     // The user interface handles this only after the answer to an open question.
     ui->settle();
     return isCancelled();

@@ -45,7 +45,7 @@ class Run {
     /// its exit code names the failure.
     HRESULT detect();
     /// Whether the user has cancelled. Waits for the answer to an open question.
-    bool hasUserCancelled();
+    bool isCancelledAfterQuestions();
 
     IBootstrapperEngine* const engine;
     const RunHooks hooks;
