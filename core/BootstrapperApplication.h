@@ -52,7 +52,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     void plan() override;
     void apply(HWND window) override;
     void quit(DWORD code) override { m_run.quit(code); }
-    void quitAfterFault() override { m_run.quitOnFailure("A message", E_FAIL); }
+    void quitAfterDialogFault() override { m_run.quitOnFailure("A message", E_FAIL); }
     void cancel(HWND window) override;
     void requestRepair() override { m_run.requestReload(ReloadPurpose::repair); }
     void noteLogout() override { m_run.loggedOut = true; }
@@ -69,7 +69,7 @@ class BootstrapperApplication : public RecordedCallbacks, public RunControls {
     HRESULT installStatus() const { return m_context.status(); }
 
     void takeFault(HRESULT status) override { UpdateInstallStatus(status); }
-    void endAfterFault() override { quit(1); }
+    void quitAfterCallbackFault() override { quit(1); }
 
     // ---- The callbacks that do more than log and answer
 

@@ -38,7 +38,7 @@ class RunControls {
     /// is then ignored.
     virtual void quit(DWORD code) = 0;
     /// Ends the run with 1, because the dialog failed to start the run's next step.
-    virtual void quitAfterFault() = 0;
+    virtual void quitAfterDialogFault() = 0;
     /// Cancels: every further callback answers with a cancel, and a running apply ends in a rollback.
     virtual void cancel(HWND window) = 0;
     /// Ends this run and has the engine load the library anew for a repair.

@@ -58,7 +58,7 @@ class CBalBaseBootstrapperApplication : public IBootstrapperApplication {
     /// Updates the run's status with the failure of a callback.
     virtual void takeFault(HRESULT status) = 0;
     /// Ends the run: no message would continue it.
-    virtual void endAfterFault() = 0;
+    virtual void quitAfterCallbackFault() = 0;
 
   protected:
     /// retryMaximum and retryDelay (milliseconds) are those of the support layer's retries.

@@ -44,9 +44,9 @@ constexpr auto executeProgress = [](Base& base, LPCWSTR, DWORD percent, DWORD ov
 constexpr auto packageComplete = [](Base& base, LPCWSTR package, HRESULT status, BOOTSTRAPPER_APPLY_RESTART,
                                     int advice) { return base.packageAnswer(package, status, advice); };
 /// For the last callback of a phase: its message would have continued the run.
-constexpr auto endRun = [](Base& base, auto...) { base.endAfterFault(); };
+constexpr auto endRun = [](Base& base, auto...) { base.quitAfterCallbackFault(); };
 constexpr auto applyComplete = [](Base& base, HRESULT, BOOTSTRAPPER_APPLY_RESTART restart) {
-    base.endAfterFault();
+    base.quitAfterCallbackFault();
     return restart == BOOTSTRAPPER_APPLY_RESTART_REQUIRED ? int{resultRestart} : base.cancelCheck();
 };
 

@@ -89,7 +89,7 @@ MessageResult BootstrapperDialog::OnAppMessage(UINT message, WPARAM wparam, LPAR
         return takeAppMessage(message, wparam, lparam);
     } catch (...) {
         // Otherwise the run would hang.
-        if (drivesRunOn(message)) run.quitAfterFault();
+        if (drivesRunOn(message)) run.quitAfterDialogFault();
         throw;
     }
 }
