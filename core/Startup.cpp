@@ -14,9 +14,9 @@ namespace {
 
 constexpr const wchar_t* gatelinkCommandKey = L"gatelink\\shell\\open\\command";
 
-/// Appends the client's parameters of a start from a disc. An argument that is a bare key throws, which counts as a
-/// crash (checkForITD).
-bool isFromDisc(const RunVariables& variables, std::wstring& parameters) {
+/// Whether the run starts from a disc; appends the client's parameters of such a start. An argument that is a bare key
+/// throws, which counts as a crash (checkForITD).
+bool takeDiscParameters(const RunVariables& variables, std::wstring& parameters) {
     const std::wstring bundleFolder = variables.get(variable::bundleFolder, true);
     return crashOnException([&] { return checkForITD(parameters, bundleFolder, processArguments()); });
 }
@@ -31,7 +31,7 @@ HRESULT BootstrapperApplication::OnStartup() {
     if (getConfigBool("qa.installer.crashOnStart", false)) *static_cast<volatile int*>(nullptr) = 0;
 
     std::wstring discParameters = L"-ITD";
-    const bool fromDisc = isFromDisc(m_run.variables, discParameters);
+    const bool fromDisc = takeDiscParameters(m_run.variables, discParameters);
     const bool installed = takeInstallLocation();
     addReportFiles();
     if (const HRESULT hr = openUi(); FAILED(hr)) return hr;
