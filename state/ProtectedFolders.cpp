@@ -125,7 +125,8 @@ std::vector<SystemFolder> protectedFolders() {
     return folders;
 }
 
-std::optional<std::vector<SystemFolder>> byVolume(std::vector<SystemFolder> folders, std::chrono::milliseconds bound) {
+std::optional<std::vector<SystemFolder>> withFinalPaths(std::vector<SystemFolder> folders,
+                                                        std::chrono::milliseconds bound) {
     const std::chrono::milliseconds end = steadyTime() + bound;
     for (SystemFolder& folder : folders) {
         if (steadyTime() >= end) return std::nullopt;

@@ -19,7 +19,7 @@ std::vector<SystemFolder> protectedFolders();
 /// The same folders with their final paths (VOLUME_NAME_NT). The path is empty for a missing folder, and for one that
 /// does not begin at a drive. An account can name a server, to which this process would sign in with elevated rights.
 /// Returns nothing once the bound is over: an account can name folders that are slow to reach.
-std::optional<std::vector<SystemFolder>> byVolume(std::vector<SystemFolder> folders,
-                                                  std::chrono::milliseconds bound = std::chrono::minutes(1));
+std::optional<std::vector<SystemFolder>> withFinalPaths(std::vector<SystemFolder> folders,
+                                                        std::chrono::milliseconds bound = std::chrono::minutes(1));
 
 }  // namespace pdx

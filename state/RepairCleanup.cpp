@@ -85,7 +85,7 @@ bool isOwn(const std::wstring& location, const FoundFolder& folder) {
     if (!folder.exists) return true;
     if (!folder.isOpen || !folder.isTrusted) return false;
     if (!folder.volumePath.empty()) {
-        const auto byFinalPath = byVolume(systemFolders);
+        const auto byFinalPath = withFinalPaths(systemFolders);
         return byFinalPath && isOwnVolumePath(folder.volumePath, *byFinalPath);
     }
     PDX_LOG(logInfo, "performRepairCleanup",

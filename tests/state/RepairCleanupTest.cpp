@@ -163,14 +163,14 @@ TEST_F(RepairCleanupTest, ChangesNothingIfTheFolderIsRefused) {
 
 TEST(ProtectedFolders, AreOpenedBelowADriveOnly) {
     const std::wstring windows = getKnownFolderPath(FOLDERID_Windows);
-    const auto volumes = byVolume({{windows, 0}, {L"\\\\?\\" + windows, 0}});
+    const auto volumes = withFinalPaths({{windows, 0}, {L"\\\\?\\" + windows, 0}});
     ASSERT_TRUE(volumes);
     EXPECT_EQ(volumes->at(0).path, volumePathOf(windows));
     EXPECT_EQ(volumes->at(1).path, L"");
 }
 
 TEST(ProtectedFolders, AreGivenUpAtTheBoundInTime) {
-    EXPECT_FALSE(byVolume({{getKnownFolderPath(FOLDERID_Windows), 0}}, std::chrono::milliseconds(0)));
+    EXPECT_FALSE(withFinalPaths({{getKnownFolderPath(FOLDERID_Windows), 0}}, std::chrono::milliseconds(0)));
 }
 
 TEST_F(RepairCleanupTest, JudgesAFolderWithoutAFinalPathAsItIsSpelt) {
