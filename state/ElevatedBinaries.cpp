@@ -17,7 +17,7 @@
 namespace pdx {
 namespace {
 
-constexpr const wchar_t* plantedLibrary = L"version.dll";
+constexpr const wchar_t* libraryFile = L"version.dll";
 constexpr DWORD startCheckMilliseconds = 100;
 
 bool lockSignedFile(std::vector<FileHandle>& lockedFiles, const std::wstring& path) {
@@ -68,7 +68,7 @@ bool ensureElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wst
                             const std::wstring& executable) {
     const IoBound bound;
     // Without a folder there is nothing to copy to.
-    return (folder.empty() || copyIfMissing(getModuleFilePath(plantedLibrary), appendPath(folder, plantedLibrary))) &&
+    return (folder.empty() || copyIfMissing(getModuleFilePath(libraryFile), appendPath(folder, libraryFile))) &&
            LockElevatedBinaries(lockedFiles, folder, executable);
 }
 
@@ -79,7 +79,7 @@ bool LockElevatedBinaries(std::vector<FileHandle>& lockedFiles, const std::wstri
         return false;
     }
     bool locked = true;
-    for (const std::wstring& name : {executable, std::wstring(plantedLibrary)})
+    for (const std::wstring& name : {executable, std::wstring(libraryFile)})
         locked &= lockSignedFile(lockedFiles, appendPath(folder, name));
     if (!locked) return false;
     // A link above the temporary folder may have been changed between the two.
