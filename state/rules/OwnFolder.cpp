@@ -33,7 +33,8 @@ bool startsWith(const Parts& path, const Parts& begin) {
     return path.size() >= begin.size() && std::ranges::equal(begin, std::span(path).first(begin.size()));
 }
 
-bool isOf(const Parts& folder, const SystemFolder& systemFolder) {
+/// Whether the folder is the system folder, is above it, or is below it by at most its depth.
+bool overlaps(const Parts& folder, const SystemFolder& systemFolder) {
     const Parts parts = partsOf(systemFolder.path);
     if (parts.empty()) return false;
     return startsWith(parts, folder) ||
@@ -43,7 +44,7 @@ bool isOf(const Parts& folder, const SystemFolder& systemFolder) {
 bool isOwn(const Parts& folder, size_t volumeParts, std::span<const SystemFolder> systemFolders) {
     return folder.size() > volumeParts && std::ranges::none_of(folder, leadsElsewhere) &&
            std::ranges::none_of(std::span(folder).subspan(volumeParts), namesStream) &&
-           std::ranges::none_of(systemFolders, [&](const SystemFolder& system) { return isOf(folder, system); });
+           std::ranges::none_of(systemFolders, [&](const SystemFolder& system) { return overlaps(folder, system); });
 }
 
 }  // namespace
