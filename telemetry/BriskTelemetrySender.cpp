@@ -77,7 +77,7 @@ void BriskTelemetrySender::send(nlohmann::json batch) {
     };
     const std::string body = batch.dump();
     http->post(body.data(), body.size(), headers);
-    http->readResponse();
+    http->readResponse();  // its content decides nothing
 }
 
 void releaseBriskIdentity() {

@@ -22,8 +22,8 @@ class BriskTelemetrySender : public TelemetrySender {
 
     [[nodiscard]] std::string timestamp() const override;
     TelemetryQueueItem prepareEvent(const TelemetryEvent& event) override;
-    /// Adds the machine's hash to a prepared event: before the post, or before its log line if events are logged. The
-    /// line of an urgent event may lack it.
+    /// Adds the machine's hash to a prepared event: before the post, or before its log line if events are logged. In
+    /// the line of an urgent event the hash may be empty.
     void identifyMachine(nlohmann::json& event, bool urgent = false) const;
     void send(nlohmann::json batch) override;
 

@@ -27,7 +27,7 @@ void askWmi(MachineFacts& facts, const ConnectWmi& connect) {
         });
 }
 
-/// Sets the serial number of the Windows volume; unchanged on failure.
+/// Sets the serial number of the Windows volume; unchanged on failure. Looks both functions up by convention.
 void askVolume(uint32_t& serial) {
     const auto getWindowsDirectory =
         systemFunction<decltype(&GetWindowsDirectoryW)>(L"kernel32.dll", "GetWindowsDirectoryW");

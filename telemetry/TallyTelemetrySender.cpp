@@ -19,7 +19,7 @@ struct Shared {
     nlohmann::json item;
 };
 constinit ProcessValue<Shared> shared;
-/// Made once for the process, with its first post.
+/// Made once for the process, in the first send(), even if that has nothing to post.
 constinit ProcessValue<nlohmann::json> sharedEnvelope;
 
 }  // namespace

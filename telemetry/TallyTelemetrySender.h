@@ -8,8 +8,8 @@ namespace pdx {
 /// The current time in the service's format: UTC in seconds with a "Z" at the end.
 std::string tallyTimestamp();
 
-/// Numbers its events from 1; a failed post leaves a gap. The sender's identity is looked up once, with the first post
-/// of the process. The setting telemetry.tally.log logs each event.
+/// Numbers its events from 1; a failed post leaves a gap. The envelope is made once for the process, at the worker's
+/// first pass over the queue. The setting telemetry.tally.log logs each event.
 class TallyTelemetrySender : public TelemetrySender {
   public:
     ~TallyTelemetrySender() override { stop(); }

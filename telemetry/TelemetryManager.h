@@ -38,7 +38,7 @@ class TelemetryManager {
     virtual void stop();
     /// The current time as the sender of that number writes it; empty for any other number.
     [[nodiscard]] static std::string timestamp(int32_t sender);
-    /// Keeps the manager of the object before a reload alive: destroying it blocks on its posts.
+    /// Keeps alive the manager that a reload has replaced: destroying that one would wait for its posts.
     void keepEarlier(std::shared_ptr<TelemetryManager> manager) { kept = std::move(manager); }
     [[nodiscard]] const std::shared_ptr<TelemetryManager>& earlier() const { return kept; }
     [[nodiscard]] const std::string& session() const { return sessionId; }

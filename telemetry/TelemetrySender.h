@@ -24,9 +24,9 @@ std::string readableLine(const nlohmann::json& value);
 /// and the user must see the crash box.
 inline constexpr std::chrono::milliseconds urgentBound{1000};
 
-/// No caller waits for the network: the worker posts, each time all events that were queued during the last post. Until
-/// sending is enabled events are held in memory, without a limit, except urgent ones. Nothing is kept on disk, and no
-/// post is repeated.
+/// No caller waits for the network: a worker posts. Each post has all events that were queued during the one before.
+/// Until sending is enabled events are held in memory, without a limit, except urgent ones. Nothing is kept on disk,
+/// and no post is repeated.
 class TelemetrySender {
   public:
     TelemetrySender();

@@ -13,9 +13,9 @@ struct BriskIdentity {
     std::string architecture;   ///< "AMD64"
     std::string country;        ///< "US"
     std::string environment;    ///< "production"
-    std::string installerType;  ///< from the configuration, often empty
+    std::string installerType;  ///< "thin" or "thick"
     std::string language;       ///< "en"
-    std::string machineHash;    ///< 40 hexadecimal digits
+    std::string machineHash;    ///< empty in the product: the sender sets the key later (identifyMachine)
     std::string os;             ///< "Win 10"
     std::string session;
 };

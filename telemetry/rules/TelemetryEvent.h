@@ -16,7 +16,7 @@ struct TelemetryEvent {
     std::string name;
     nlohmann::json params;  ///< the attributes; ignored unless it is an object
     bool urgent = false;    ///< sent even while others are held
-    bool reserved = false;
+    bool reserved = false;  ///< always false; nothing reads it
 };
 
 /// An attribute whose text never changes.
