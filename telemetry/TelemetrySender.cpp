@@ -66,9 +66,9 @@ unsigned __stdcall TelemetrySender::run(void* sender) {
 void TelemetrySender::work() {
     nlohmann::json pending = nlohmann::json::array();
     const HANDLE events[] = {wakeEvent.get(), stopEvent.get()};
-    DWORD ended = WAIT_OBJECT_0;
-    while (ended == WAIT_OBJECT_0) {
-        ended = WaitForMultipleObjects(static_cast<DWORD>(std::size(events)), events, FALSE, INFINITE);
+    for (bool stops = false; !stops;) {
+        // The stop event or a failed wait: one more pass.
+        stops = WaitForMultipleObjects(static_cast<DWORD>(std::size(events)), events, FALSE, INFINITE) != WAIT_OBJECT_0;
         try {
             makePass(pending);
         } catch (const std::exception& error) {
