@@ -41,7 +41,7 @@ void TallyTelemetrySender::send(nlohmann::json batch) {
     if (batch.empty()) return;
     const HttpHeaders headers = {
         {"Content-Type", "application/json"},
-        {"x-palisade-taxv", "2.0"},
+        {"x-palisade-taxv", tallyTaxonomyVersion},
     };
     const std::string body = tallyPost(std::move(batch), sessionId, envelope, timestamp()).dump();
     http->post(body.data(), body.size(), headers);

@@ -12,9 +12,16 @@ constexpr ConstantText itemTexts[] = {
     {"item_id_type", "offer_id"},
 };
 constexpr ConstantText envelopeTexts[] = {
-    {"entity_type", "player"}, {"et", "client_desktop"}, {"plat", "pc"},  {"rel", "prod"},
-    {"subl", "unknown"},       {"subs", "unknown"},      {"taxv", "2.0"}, {"tid", "kestrel_tundra"},
-    {"tidt", "service"},       {"v", installerVersion},
+    {"entity_type", "player"},
+    {"et", "client_desktop"},
+    {"plat", "pc"},
+    {"rel", "prod"},
+    {"subl", "unknown"},
+    {"subs", "unknown"},
+    {"taxv", tallyTaxonomyVersion},
+    {"tid", "kestrel_tundra"},
+    {"tidt", "service"},
+    {"v", installerVersion},
 };
 constexpr const char* sessionIdType = "uid";
 

@@ -9,6 +9,9 @@
 
 namespace pdx {
 
+/// The version of the service's taxonomy, which a post names in its envelope and in a header.
+inline constexpr const char* tallyTaxonomyVersion = "2.0";
+
 /// The keys of every event besides its core.
 nlohmann::json tallyItem();
 
