@@ -128,7 +128,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
         pdx::unmapped = true;
         pdx::releaseTelemetry();
-        pdx::releaseReportPackage();
+        pdx::releaseMachineSurvey();
         pdx::g_exceptionHandler.clear();
         pdx::g_translator.clear();
         pdx::g_config.clear();

@@ -134,6 +134,6 @@ void addFilesOfStem(ReportFiles& files, const std::wstring& stem) {
     } while (FindNextFileW(search.get(), &found));
 }
 
-void releaseReportPackage() { survey.clear(); }
+void releaseMachineSurvey() { survey.clear(); }
 
 }  // namespace pdx

@@ -34,7 +34,7 @@ void buildPackage(ErrorReport& report, const ReportFiles& files, const LogBounds
 /// Adds all files whose paths begin with the stem, a path without its ending: a log may roll over to several files.
 void addFilesOfStem(ReportFiles& files, const std::wstring& stem);
 
-/// Frees the values looked up for the process, when the library is unmapped in a process that continues.
-void releaseReportPackage();
+/// Frees the machine's section, which all reports share, when the library is unmapped in a process that continues.
+void releaseMachineSurvey();
 
 }  // namespace pdx

@@ -47,7 +47,7 @@ void TallyTelemetrySender::send(nlohmann::json batch) {
     http->post(body.data(), body.size(), headers);
 }
 
-void releaseTallyEnvelope() {
+void releaseTallyIdentity() {
     shared.clear();
     sharedEnvelope.clear();
 }

@@ -23,6 +23,6 @@ class TallyTelemetrySender : public TelemetrySender {
 };
 
 /// Frees the identity that was looked up for the process.
-void releaseTallyEnvelope();
+void releaseTallyIdentity();
 
 }  // namespace pdx

@@ -90,7 +90,7 @@ void enableTelemetry() {
 void releaseTelemetry() {
     g_telemetry.clear();
     releaseBriskIdentity();
-    releaseTallyEnvelope();
+    releaseTallyIdentity();
 }
 
 }  // namespace pdx
