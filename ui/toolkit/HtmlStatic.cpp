@@ -102,7 +102,7 @@ FontRecord HtmlStatic::GetRunFont(const TextRun& run) const {
     return record;
 }
 
-bool HtmlStatic::placeText(int32_t width, float highest) {
+bool HtmlStatic::placeText(int32_t width, float heightLimit) {
     Graphics graphics(hwnd);
     ApplyQuality(graphics);
     const StringFormat format = CreateTextFormat();
@@ -124,7 +124,7 @@ bool HtmlStatic::placeText(int32_t width, float highest) {
         if (fonts.size() == mostFonts) fonts.clear();
         return fonts.emplace(record, makeFont(record)).first->second;
     };
-    return placeRuns(runs, static_cast<float>(width), alignmentOf(GetStyle()), fontOf, highest);
+    return placeRuns(runs, static_cast<float>(width), alignmentOf(GetStyle()), fontOf, heightLimit);
 }
 
 void HtmlStatic::Layout(int32_t width, int32_t height) {

@@ -63,7 +63,7 @@ class HtmlStatic : public Static {
     /// Places the text. For the window's own width it also sets up or hides the scroll track.
     void Layout(int32_t width, int32_t height);
     /// Returns false, with the text only partly placed, when it is higher than the limit.
-    bool placeText(int32_t width, float highest = std::numeric_limits<float>::infinity());
+    bool placeText(int32_t width, float heightLimit = std::numeric_limits<float>::infinity());
     /// The run's font, underlined for the link under the pointer or with the focus.
     [[nodiscard]] FontRecord GetRunFont(const TextRun& run) const;
 

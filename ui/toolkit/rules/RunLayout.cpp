@@ -55,7 +55,7 @@ struct Line {
     RectF covered{};
 };
 
-bool isTooHigh(const Line& line, float highest) { return withInset(line.covered).height > highest; }
+bool isTooHigh(const Line& line, float heightLimit) { return withInset(line.covered).height > heightLimit; }
 
 /// The first words of a run that share a line.
 struct Piece {
@@ -92,8 +92,9 @@ Piece fittingWords(Words words, const Line& line, const RunFont& font, float cha
     return fitting;
 }
 
-/// The placed text of a run that begins at the end of a line, and the line that the run ends on.
-std::pair<std::vector<PlacedText>, Line> placeRun(const TextRun& run, const RunFont& font, Line line, float highest) {
+/// Places a run after what the line already has. Returns the run's texts, and the line on which it ends.
+std::pair<std::vector<PlacedText>, Line> placeRun(const TextRun& run, const RunFont& font, Line line,
+                                                  float heightLimit) {
     std::vector<PlacedText> placed;
     const float lineHeight = lineHeightInPixels(run.style.lineHeight, font.height);
     const auto startLine = [&line, lineHeight] {
@@ -106,7 +107,7 @@ std::pair<std::vector<PlacedText>, Line> placeRun(const TextRun& run, const RunF
     for (Words rest = run.words; !rest.empty();) {
         const auto lineEnd = std::ranges::find(rest, lineFeed);
         for (Words words(rest.begin(), lineEnd); !words.empty();) {
-            if (isTooHigh(line, highest)) return {std::move(placed), line};
+            if (isTooHigh(line, heightLimit)) return {std::move(placed), line};
             Piece piece = fittingWords(words, line, font, characterWidth);
             if (piece.words == 0 && line.x != 0) {
                 startLine();
@@ -148,11 +149,11 @@ void alignLines(std::vector<TextRun>& runs, float width, float share) {
 }  // namespace
 
 bool placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
-               const std::function<RunFont(const TextRun&)>& fontOf, float highest) {
+               const std::function<RunFont(const TextRun&)>& fontOf, float heightLimit) {
     Line line{.width = width - 2 * inset};
     for (TextRun& run : runs) {
-        std::tie(run.placed, line) = placeRun(run, fontOf(run), line, highest);
-        if (isTooHigh(line, highest)) return false;
+        std::tie(run.placed, line) = placeRun(run, fontOf(run), line, heightLimit);
+        if (isTooHigh(line, heightLimit)) return false;
     }
     if (alignment != LineAlignment::left) alignLines(runs, width, alignment == LineAlignment::right ? 1.0f : 0.5f);
     return true;

@@ -32,7 +32,7 @@ enum class LineAlignment { left, centre, right };
 /// after the previous run. Returns false as soon as the bounds of the placed text are higher than the limit.
 bool placeRuns(std::vector<TextRun>& runs, float width, LineAlignment alignment,
                const std::function<RunFont(const TextRun&)>& fontOf,
-               float highest = std::numeric_limits<float>::infinity());
+               float heightLimit = std::numeric_limits<float>::infinity());
 
 /// The rectangle around the placed text of a run; all zero for none.
 RectF coveredBy(const TextRun& run);
