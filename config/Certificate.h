@@ -13,7 +13,6 @@ namespace pdx {
 
 using CertificateContext = Owned<PCCERT_CONTEXT, CertFreeCertificateContext>;
 
-/// The number of the embedded certificate.
 inline constexpr uint16_t embeddedCertificateId = 109;
 
 /// The certificate resource (type PDX_CERT, DER) of that number; null if it is missing or malformed.

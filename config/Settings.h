@@ -14,7 +14,8 @@ namespace pdx {
 /// The settings, null until loadConfiguration. A map never changes: any thread reads it without a lock.
 extern ServiceHolder<ConfigMap> g_config;
 
-/// Whether this machine may change the configuration: the embedded certificate chains to a root that it trusts.
+/// Whether this machine may change the configuration: the embedded certificate chains to a root that it trusts. Then
+/// the override file is read, a failed signature is only logged, and each event of the Brisk service has a mark.
 extern std::atomic<bool> g_configurable;
 
 /// Checks the certificate chain and sets g_configurable. The first check takes a while: the system may read all
@@ -25,8 +26,8 @@ void determineConfigurable();
 /// application object, on the engine's thread, after determineConfigurable.
 void loadConfiguration(bool thinInstaller);
 
-/// The settings of a TOML text that could be read; none if the text could not be parsed. Logs each fault as an error,
-/// an exception's text as the format.
+/// The settings of a TOML text that could be read; none if the text could not be parsed. Logs each fault at ERROR.
+/// The text of an exception is the line's format, so a "%" in it counts.
 ConfigMap LoadConfigStream(std::istream& stream);
 /// The settings of a file; empty if it cannot be opened. The path is UTF-8.
 ConfigMap loadConfigFile(const char* path);

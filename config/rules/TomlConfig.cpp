@@ -43,7 +43,7 @@ TomlConfigVisitor::TomlConfigVisitor(ConfigMap& filled, std::string topEntry, st
 
 std::string TomlConfigVisitor::fullKey() const {
     if (path.empty()) return root;
-    return path.front() == '.' ? root + path : root + '.' + path;
+    return path.front() == '.' ? root + path : root + '.' + path;  // a quoted key may begin with "."
 }
 
 void TomlConfigVisitor::store(const cpptoml::base& node) { map->set(fullKey(), node.clone()); }
