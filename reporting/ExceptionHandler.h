@@ -51,8 +51,8 @@ void loadStackWalker();
 /// The handler, null until the application object has made it.
 extern ServiceHolder<ExceptionHandler> g_exceptionHandler;
 
-/// Sets a handler for an object's life. First destroys the handler of the application object before a reload. So the
-/// new handler chains to the filter that was set before that one.
+/// Sets a handler for an object's life. First destroys the handler left from before a reload, so that the new one
+/// chains to the filter that was set before either.
 class ExceptionHandlerLife : public ServiceLife<ExceptionHandler> {
   public:
     ExceptionHandlerLife() : ServiceLife(g_exceptionHandler, makeNext()), preparation(loadStackWalker) {}

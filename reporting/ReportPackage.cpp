@@ -40,7 +40,7 @@ struct LogBudget {
     std::chrono::milliseconds end;
 };
 
-/// Up to the size that the file has now, because one that grows would have no end, and up to the budget.
+/// Adds no more than the file's present size, because a growing file would have no end, and no more than the budget.
 void addLog(GzipStream& stream, HANDLE file, LogBudget& budget) {
     LARGE_INTEGER size{};
     GetFileSizeEx(file, &size);

@@ -31,7 +31,7 @@ size_t betweenCharacters(std::string_view text, size_t at) {
     return at;
 }
 
-/// The end of the line at a position. A carriage return alone ends a line too.
+/// The end of the line at a position, but at most lookAhead bytes after it. A carriage return alone ends a line too.
 size_t lineEnd(std::string_view text, size_t at) {
     const size_t end = std::min(text.find_first_of("\r\n", at), text.size());
     return end - at < LogScrubber::lookAhead ? end : betweenCharacters(text, at + LogScrubber::lookAhead - 1);

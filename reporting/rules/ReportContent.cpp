@@ -29,6 +29,7 @@ std::string userData(const ErrorReport& report) {
 
 std::string hardwareSurvey(std::string_view osName, const OsInfo& version, std::string_view architecture,
                            std::string_view machineHash) {
+    // A fixed template, filled in as text: none of the values needs escaping in JSON.
     constexpr const char* survey = R"({{
     "os": {{
         "name": "{}",
