@@ -86,8 +86,10 @@ void LogScrubber::scrub(std::string_view text, const TakeText& take) const {
     };
     // Nearly all lines are unchanged and are passed on together.
     for (Match match = find(text, 0); match.begin != text.npos; match = find(text, done)) {
+        // The line of the match. Without a line feed before it rfind gives npos, and npos + 1 is 0.
         give(std::max(done, text.rfind('\n', match.begin) + 1));
-        const size_t end = std::min(text.find('\n', match.begin), text.size() - 1) + 1;
+        const size_t feed = text.find('\n', match.begin);
+        const size_t end = feed == text.npos ? text.size() : feed + 1;
         take(scrubbed(text.substr(done, end - done)));
         done = end;
     }
@@ -105,7 +107,7 @@ size_t LogScrubber::cutAt(std::string_view line, size_t bound) const {
 }
 
 LogScrubber::Match LogScrubber::find(std::string_view text, size_t from) const {
-    for (size_t at = from; (at = nextOf(firstLetters, text, at)) + 1 < text.size(); ++at) {
+    for (size_t at = nextOf(firstLetters, text, from); at + 1 < text.size(); at = nextOf(firstLetters, text, at + 1)) {
         if (!secondLetters[static_cast<uint8_t>(text[at + 1])]) continue;
         const std::string_view here = text.substr(at);
         for (const auto& row : paths)
