@@ -48,7 +48,7 @@ MessageResult BootstrapperDialog::OnCommand(int32_t id, int32_t notification) {
 void BootstrapperDialog::startInstall() {
     const std::wstring folder = locationValue->GetText();
     if (!ValidateInstallFolder(folder)) return;
-    const wchar_t* titleKey = installTitleKey();
+    const wchar_t* titleKey = installTitleKey();  // logs a variable, before the steps below log
     run.enableSending();
     run.setInstallFolder(folder);
     run.setDesktopShortcut(shortcutCheck->IsChecked());

@@ -17,14 +17,14 @@ class DialogGate {
     /// The dialog sets its window when it exists, and null when it is destroyed.
     void setWindow(HWND window) { dialog = window; }
 
-    /// Reset while a prompt is open, so that messages of other threads wait for the answer.
+    /// Reset until the dialog exists, and while a prompt is open: messages of other threads wait for the answer.
     void setReady(bool ready) {
         if (ready)
             SetEvent(dialogReady.get());
         else
             ResetEvent(dialogReady.get());
     }
-    /// Waits until no prompt is open, without limit: the user has to answer.
+    /// Waits until the dialog exists and no prompt is open, or the dialog is gone. No limit: the user has to answer.
     void awaitReady() const { WaitForSingleObject(dialogReady.get(), INFINITE); }
     [[nodiscard]] bool isReady() const { return WaitForSingleObject(dialogReady.get(), 0) == WAIT_OBJECT_0; }
 

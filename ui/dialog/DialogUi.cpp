@@ -80,7 +80,7 @@ void DialogUi::endSystemLoops() const {
 void DialogUi::awaitEndOfSystemLoops() const {
     for (int check = 0; check < loopChecks && thread.id() != 0 && runsSystemLoop(thread.id()); ++check) {
         endSystemLoops();
-        if (thread.endsWithin(loopCheckMs)) return;
+        if (thread.endsWithin(loopCheckMs)) return;  // also the pause between two checks
     }
 }
 

@@ -48,7 +48,7 @@ class DialogUi : public RunUi {
     DialogGate& gate() { return dialogGate; }
 
   protected:
-    /// Runs on the UI thread: makes the dialog and runs its message loop until WM_QUIT.
+    /// Runs on the UI thread: calls UIThreadFunc.
     virtual void runDialog();
 
   private:

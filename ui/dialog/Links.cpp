@@ -54,7 +54,7 @@ MessageResult BootstrapperDialog::OnNotify(LPARAM notification) {
         case LinkAction::nothing:
             break;
     }
-    return unhandled();
+    return unhandled();  // the label does not look at the answer
 }
 
 void BootstrapperDialog::OpenLegalDocument(std::wstring_view type) {

@@ -36,7 +36,7 @@ MessageResult PageView::Draw(Graphics& graphics) {
     const Size client = GetClientSize();
     const Bitmap* const background = plainBackground ? nullptr : pagePictures().background();
     if (!background) {
-        // More than the client area on each side.
+        // More than the client area: by 30 pixels on the left and above, by 10 on the right and below.
         graphics.fillRectangle(Brush(backgroundColor), {-30, -30, client.width + 40, client.height + 40});
     } else {
         // The picture is opaque, and blending takes twice the time on Wine.

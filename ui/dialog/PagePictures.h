@@ -47,7 +47,7 @@ class PagePictures {
 /// The pictures prepared for the next dialog; null if there are none.
 extern ServiceHolder<PagePictures> g_pagePictures;
 
-/// Starts to prepare the first page for the dialog of an application object, and ends with that object at the latest.
+/// Starts to prepare the first page of an application's dialog. The destructor frees what no dialog has taken.
 class PreparedPage {
   public:
     /// Does nothing for a run that shows no window. The arguments are those of the process, after the program.

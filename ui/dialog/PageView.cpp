@@ -1,4 +1,4 @@
-// The stack of pages, and the layout of a page from its PageState. Each page sets the fonts it needs.
+// The stack of pages, and the layout of a page from its PageState, with the fonts of its labels.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -14,6 +14,7 @@ namespace {
 constexpr UINT placed = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
 constexpr UINT shown = placed | SWP_SHOWWINDOW;
 constexpr UINT hidden = placed | SWP_HIDEWINDOW;
+// The tests of PendingPositions are written with these numbers.
 static_assert(placed == 0x214 && shown == 0x254 && hidden == 0x294);
 
 constexpr LineHeight tallestBody = {LineHeight::pixels, 95};

@@ -36,7 +36,7 @@ int32_t BootstrapperDialog::ShowPrompt(const Prompt& prompt) {
     const AtEnd end{[this] { removePrompt(); }};
     ShowTopPage();
     runPrompt();
-    return ButtonResult(prompt.flags, topPage().result);
+    return ButtonResult(prompt.flags, topPage().result);  // before `end` removes the page
 }
 
 void BootstrapperDialog::removePrompt() noexcept {

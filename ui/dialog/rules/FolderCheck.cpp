@@ -5,7 +5,8 @@
 namespace pdx {
 namespace {
 
-/// Characters that stay free after the path.
+/// Nothing is appended to a path that leaves no more than these characters of pathCapacity. A path that leaves a few
+/// more can still become too long, which browse() checks.
 constexpr size_t reserve = 12;
 
 }  // namespace

@@ -26,7 +26,7 @@ constexpr LinkAction linkAction(std::wstring_view href, std::wstring_view scheme
     return href.starts_with(L'/') ? LinkAction::showError : LinkAction::nothing;
 }
 
-/// The address on the legal documents' host (without a slash at its end); empty without a host.
+/// The address of a document on the legal documents' host. Slashes at the host's end are dropped. Empty without a host.
 std::wstring onlineLegalDocument(std::wstring_view host, std::wstring_view type, std::wstring_view language);
 
 /// The file name of a document that ships with the program.

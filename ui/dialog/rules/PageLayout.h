@@ -36,7 +36,7 @@ struct ButtonRow {
 /// The row of buttons, centred at the bottom of a client area. A button without a size keeps its given box.
 ButtonRow layoutButtons(Size client, const ButtonSizes& sizes, const ButtonRow& given);
 
-/// A picture of that size inside a target, with its proportions kept and centred; whole-number arithmetic.
+/// A picture of that size, centred in a target at (0, 0), with its proportions kept; whole-number arithmetic.
 Box fitPicture(const Box& target, Size picture);
 
 /// A text in two parts, cut at its first line feed; both empty if it has none.

@@ -24,7 +24,7 @@ enum class PageRole {
     reportUnderWay,  ///< the run has ended, and its error report is being sent
 };
 
-// Bits of PageState::flags besides the button set.
+// The parts of PageState::flags: button set, icon, and the buttons that are secondary.
 inline constexpr uint32_t buttonSetMask = 0xF;
 inline constexpr uint32_t iconMask = 0xF0;
 inline constexpr uint32_t iconError = 0x10;
