@@ -11,7 +11,7 @@ namespace {
 
 constexpr int32_t cornerRadius = 3;
 constexpr float lineWidth = 2.0f;
-constexpr float labelGap = 14.0f;
+constexpr float labelGap = 14.0f;  // more than the drawn gap (checkboxLabelLeft): some pixels stay free
 
 }  // namespace
 

@@ -8,8 +8,8 @@
 
 namespace pdx {
 
-/// A child as the template placed it, with its layout record. The percentages are kept but not applied: the dialog
-/// cannot be resized, and pages start from the rectangles.
+/// A child as the template placed it, with its layout record. The percentages and the dialog's initial size are kept
+/// but not applied: the dialog cannot be resized, and pages start from the rectangles.
 struct LayoutItem {
     HWND hwnd = nullptr;
     Rect rect;  ///< in the dialog's client coordinates

@@ -155,7 +155,7 @@ void HtmlStatic::FocusNextControl() {
     HWND next = tabStopFrom(hwnd, onward, false);
     if (!next) next = tabStopFrom(hwnd, back, true);
     if (!next) {
-        FocusNextLink();
+        FocusNextLink();  // the only stop: begins again with its own first link
         return;
     }
     // Through the dialog manager, so that a button with the focus is also the one that Enter presses.

@@ -11,7 +11,8 @@ namespace pdx {
 /// Sets compositing, scaling and anti-aliasing; called for every surface that is drawn on.
 void ApplyQuality(Graphics& graphics);
 
-/// Draws what a window shows at a place of its client area, for a child there; only a part of the place is drawn.
+/// Draws into a child's buffer what its parent shows under it. `place` is the child's rectangle in the parent. Only
+/// `part`, in the child's coordinates, is drawn.
 void drawParent(Graphics& buffer, HWND parent, const Rect& place, const Box& part);
 
 /// A closed outline with rounded corners; a radius of more than half a side gives a capsule.

@@ -48,6 +48,7 @@ MessageResult ProgressBar::OnWindowPosChanged(LPARAM position) {
     const UINT flags = reinterpret_cast<const WINDOWPOS*>(position)->flags;
     if (marquee && (flags & SWP_SHOWWINDOW)) {
         chunks = {};
+        // Without the check of startTimer(): a bar in a hidden dialog is not visible yet.
         SetTimer(marqueeTimer, marqueePeriodMs);
     }
     if (marquee && (flags & SWP_HIDEWINDOW)) KillTimer(marqueeTimer);

@@ -9,7 +9,8 @@ namespace {
 constexpr int textCapacity = 4096;
 constexpr UINT lastAppMessage = 0xBFFF;  // registered messages follow
 
-// The halves of a word; signed where a position may be left of or above the origin.
+// The halves of a word. The mouse's buttons and wheel give their position unsigned: one left of or above the window
+// becomes a large number, which hits nothing.
 int32_t low(uintptr_t word) { return LOWORD(word); }
 int32_t high(uintptr_t word) { return HIWORD(word); }
 int32_t signedLow(uintptr_t word) { return static_cast<int16_t>(LOWORD(word)); }

@@ -5,7 +5,7 @@
 namespace pdx {
 namespace {
 
-/// The rectangle to paint, one pixel wider and higher: an empty one still copies one column.
+/// The rectangle to paint, extended by one pixel to the right and below, so that it is never empty.
 Box paintedBox(const RECT& rect) {
     return {rect.left, rect.top, rect.right - rect.left + 1, rect.bottom - rect.top + 1};
 }

@@ -9,8 +9,8 @@ namespace {
 constexpr int32_t sourceBytes = 3;
 constexpr int32_t targetBytes = 4;
 
-/// The part of the source under one pixel of the target, in one direction. Lengths are integers: a source pixel is as
-/// long as the target's number of pixels, and a target pixel as long as the source's.
+/// The part of the source under one pixel of the target, in one direction. In units that make all lengths whole: a
+/// source pixel has the length `target`, and a target pixel the length `source`.
 struct Cover {
     int32_t begin;
     int32_t end;

@@ -23,6 +23,7 @@ struct LineHeight {
 inline float lineHeightInPixels(const LineHeight& lineHeight, float fontHeight) {
     constexpr float automaticFactor = 1.2f;
     const float factor = lineHeight.kind == LineHeight::factor ? lineHeight.value : automaticFactor;
+    // A product is rounded, a given length is cut.
     const float exact = lineHeight.kind == LineHeight::pixels ? lineHeight.value : fontHeight * factor + 0.5f;
     return static_cast<float>(wholePixels(std::floor(exact)));
 }

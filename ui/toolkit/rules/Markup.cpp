@@ -36,7 +36,8 @@ float numberAtStart(std::wstring_view text) {
     return std::isfinite(number) ? number : 0;
 }
 
-/// The number of "#" and that many hexadecimal digits, up to the first other character. Nothing for another length.
+/// The value of "#" with exactly that many characters after it, read as hexadecimal up to the first other character.
+/// Nothing for another length.
 std::optional<uint32_t> hexadecimal(std::wstring_view text, size_t digits) {
     if (text.size() != digits + 1 || text.front() != L'#') return std::nullopt;
     const std::string ascii = asciiOf(text.substr(1));

@@ -35,7 +35,7 @@ inline constexpr Ramp Yellow  = opaque({0x807336, 0x998A40, 0xB3A14B, 0xCCB856, 
 inline constexpr Ramp Grey    = opaque({0x000000, 0x0B0E15, 0x141724, 0x171A29, 0x1A1D2E, 0x1D2033, 0x343647, 0x62626F, 0x908E97, 0xD5D0D3, 0xFFFFFF});
 // clang-format on
 
-// The palette by role.
+// The bases of the ramps.
 inline constexpr Color violet = Violet[5];
 inline constexpr Color coral = Coral[5];
 inline constexpr Color aqua = Aqua[5];
@@ -45,6 +45,7 @@ inline constexpr Color mint = Mint[5];
 inline constexpr Color red = Red[5];
 inline constexpr Color green = Green[5];
 inline constexpr Color yellow = Yellow[5];
+// By role.
 inline constexpr Color darkGrey = Grey[2];
 inline constexpr Color disabledText = Grey[8];
 inline constexpr Color defaultText = Grey[10];

@@ -130,7 +130,7 @@ std::pair<std::vector<PlacedText>, Line> placeRun(const TextRun& run, const RunF
         startLine();
         rest = {lineEnd + 1, rest.end()};
     }
-    if (line.x == 0) line.height = 0;
+    if (line.x == 0) line.height = 0;  // after a break at the end: the next run sets the height
     return {std::move(placed), line};
 }
 
