@@ -38,10 +38,9 @@ constexpr ErrorText errorText(uint32_t errorType, uint32_t code) {
 
 Prompt errorPrompt(uint32_t errorType, uint32_t code, uint32_t uiHint, int32_t defaultResult) {
     const ErrorText text = errorText(errorType, code);
-    constexpr uint32_t replacedBits = 0xE0;  // the engine's icons but for the error's
     return {.title = text.title,
             .body = text.body,
-            .flags = (uiHint & ~replacedBits) | firstSecondary | iconError,
+            .flags = (uiHint & ~iconMask) | firstSecondary | iconError,
             .defaultResult = defaultResult,
             // "Send error report", in spite of its name.
             .checkLabel = L"DIALOG_CLEAR-CACHE_CHECKMARK_LABEL"};
