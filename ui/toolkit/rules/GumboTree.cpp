@@ -29,10 +29,13 @@ bool isElement(const GumboNode* node) { return node->type == GUMBO_NODE_ELEMENT 
 
 std::string_view viewOf(const GumboStringPiece& piece) { return {piece.data, piece.length}; }
 
+/// The text up to the bounds. Each "<" counts as a tag.
 std::string_view withinBounds(std::string_view utf8) {
-    size_t end = 0, tags = 0;
-    while (end < std::min(utf8.size(), longestText) && (utf8[end] != '<' || ++tags <= mostTags)) ++end;
-    return utf8.substr(0, end);
+    const std::string_view text = utf8.substr(0, longestText);
+    size_t tags = 0;
+    for (size_t at = 0; at < text.size(); ++at)
+        if (text[at] == '<' && ++tags > mostTags) return text.substr(0, at);
+    return text;
 }
 
 }  // namespace

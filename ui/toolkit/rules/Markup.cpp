@@ -167,8 +167,8 @@ class PlainWords {
                 continue;
             }
             if (!words.empty()) {
-                for (; lines > 0; --lines, blank = false) words += L"\r\n";
-                if (blank) words += L' ';
+                if (blank && lines == 0) words += L' ';
+                for (; lines > 0; --lines) words += L"\r\n";
             }
             lines = 0;
             blank = false;
