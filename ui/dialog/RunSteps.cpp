@@ -26,7 +26,7 @@ const wchar_t* BootstrapperDialog::installTitleKey() const {
 }
 
 void BootstrapperDialog::OnDetectComplete() {
-    switch (afterDetection(run.action(), run.display(), !run.isRepair())) {
+    switch (afterDetection(run.action(), run.display(), run.isRepair())) {
         case DetectFlow::uninstall:
             confirmUninstall();
             break;

@@ -21,12 +21,12 @@ enum class DetectFlow {
 };
 
 /// What follows a detection.
-constexpr DetectFlow afterDetection(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, bool repairIsOff) {
+constexpr DetectFlow afterDetection(BOOTSTRAPPER_ACTION action, BOOTSTRAPPER_DISPLAY display, bool repair) {
     switch (action) {
         case BOOTSTRAPPER_ACTION_UNINSTALL:
             return DetectFlow::uninstall;
         case BOOTSTRAPPER_ACTION_INSTALL:
-            return isPromptShown(display) && repairIsOff ? DetectFlow::welcome : DetectFlow::install;
+            return isPromptShown(display) && !repair ? DetectFlow::welcome : DetectFlow::install;
         case BOOTSTRAPPER_ACTION_UPDATE_REPLACE_EMBEDDED:
             return DetectFlow::update;
         default:
