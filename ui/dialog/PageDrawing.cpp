@@ -1,8 +1,17 @@
 // How the window and its picture are painted.
+#include <algorithm>
+#include <iterator>
+
 #include "ui/dialog/PageView.h"
 #include "ui/toolkit/Painting.h"
 
 namespace pdx {
+namespace {
+
+constexpr int32_t transparentControls[] = {IDC_TITLE,          IDC_SUBTITLE,       IDC_BODY,
+                                           IDC_LOCATION_LABEL, IDC_LOCATION_VALUE, IDC_PICTURE};
+
+}  // namespace
 
 PagePictures& PageView::pagePictures() {
     if (!pictures) {
@@ -23,7 +32,7 @@ MessageResult PageView::OnNcHitTest(int32_t x, int32_t y) {
 
 MessageResult PageView::OnCtlColorStatic(HWND child, HDC context) {
     const int32_t id = GetDlgCtrlID(child);
-    if ((id < IDC_TITLE || id > IDC_PICTURE) && id != IDC_SUBTITLE) return unhandled();
+    if (std::ranges::find(transparentControls, id) == std::end(transparentControls)) return unhandled();
     SetBkMode(context, TRANSPARENT);
     return handled(reinterpret_cast<LRESULT>(GetStockObject(NULL_BRUSH)));
 }
