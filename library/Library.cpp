@@ -75,7 +75,7 @@ class Application final : PreparedPage, public BootstrapperApplication {
 };
 
 IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOOTSTRAPPER_COMMAND* command) {
-    // GDI+ is bound late: without it the first of its functions would crash, and a silent run wait in the crash's box.
+    // GDI+ is bound late. Without it the first call would crash, and a silent run would wait in the crash's box.
     if (!systemLibrary(L"gdiplus.dll")) {
         engine->Log(BOOTSTRAPPER_LOG_LEVEL_ERROR, L"gdiplus.dll cannot be loaded");
         SetLastError(ERROR_MOD_NOT_FOUND);
@@ -83,7 +83,7 @@ IBootstrapperApplication* makeApplication(IBootstrapperEngine* engine, const BOO
     }
     try {
         auto application = std::make_unique<Application>(engine, command);
-        // Also where no page is prepared. Never shut down; logs a failure.
+        // For a run that prepares no page too. Never shut down; logs a failure.
         startGraphics();
         IBootstrapperApplication* const guarded = guardCallbacks(application.get());
         static_cast<void>(application.release());  // the engine owns it
