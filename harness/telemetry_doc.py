@@ -91,11 +91,11 @@ run of the real engine under Wine; the machine and the services are those of the
 ## When something is sent
 
 There are two services. Brisk takes dotted names with short keys, Tally four plain names with a status. Events are held
-back until sending is enabled (`enableTelemetry`). The user's click on install enables it. A run without the welcome
-page, an uninstall, a repair and a migration enable it themselves. So does a start with a login code where the older
-client is installed. What is still held at the end is lost, on purpose. A crash is sent at once. Each back end has a
-thread that posts batches (`telemetry/TelemetrySender.h`); a run waits for the last post of each. The addresses are the
-keys `telemetry.brisk.url` and `telemetry.tally.url` of the configuration.
+back until sending is enabled (`enableTelemetry`). The user's click on install enables it. A silent install, an
+uninstall and an update enable it after the detection, a repair and a migration at their start. So does a start with a
+login code where the older client is installed. What is still held at the end is lost, on purpose. A crash is sent at
+once. Each back end has a thread that posts batches (`telemetry/TelemetrySender.h`); a run waits for the last post of
+each. The addresses are the keys `telemetry.brisk.url` and `telemetry.tally.url` of the configuration.
 
 ## A player's name
 
@@ -118,8 +118,9 @@ A name that is spelt without the profile folder stays everywhere. So does one in
 `machash` is a hash of the machine's identity. `session` is a random id that all processes of one install share. `ityp`
 is thin or thick, `envt` the deployment. `arch`, `cntry`, `lang` and `os` describe the system, `vers` is the installer's
 version, `ts` the time. `m`, `g` and `s` are the three words of the event's name, `param` has its keys. `app`, `build`
-and `plat` are constants. A Tally event has `core` with its name, number and time, and two constants. Its post has the
-session as `sid` and `pid`, the locale as `loc`.
+and `plat` are constants. On a machine that trusts the test certificate, `param` of each event has `is_development`. An
+event of a cancelled run has `report_id` if a report was sent, which no scenario shows. A Tally event has `core` with
+its name, number and time, and two constants. Its post has the session as `sid` and `pid`, the locale as `loc`.
 """
 
 

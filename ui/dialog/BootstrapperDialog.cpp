@@ -38,7 +38,7 @@ MessageResult BootstrapperDialog::OnDestroy() {
     // Kept in case the window is destroyed before the user answers.
     if (questionCheck) questionChecked = questionCheck->IsChecked();
     PostQuitMessage(0);
-    // The exit code of a window that was closed; a run that has quit before keeps its own.
+    // The exit code of a closed window. A later request replaces it until the engine's loop ends.
     run.quit(0);
     return handled();
 }

@@ -17,7 +17,7 @@ enum class DetectFlow {
     welcome,    ///< the user takes over
     install,    ///< continue without a question
     update,     ///< show the download and continue
-    plan,       ///< continue and keep telemetry disabled: no run has such an action
+    plan,       ///< continue and keep telemetry disabled: the engine's own /repair
 };
 
 /// What follows a detection.
