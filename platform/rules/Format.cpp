@@ -139,15 +139,15 @@ class Formatter {
     void printText(const Directive& directive, std::string_view text) {
         if (directive.precision && *directive.precision >= 0)
             text = text.substr(0, static_cast<size_t>(*directive.precision));
-        appendPadded(directive, text, text.size());
+        appendPadded(directive, text);
     }
 
-    /// Pads from the given length to the directive's width.
-    void appendPadded(const Directive& directive, std::string_view text, size_t length) {
+    /// Pads to the directive's width.
+    void appendPadded(const Directive& directive, std::string_view text) {
         const int64_t width = directive.width.value_or(0);
         const bool left = width < 0 || directive.flags.find('-') != std::string::npos;
         const auto wanted = static_cast<size_t>(width < 0 ? -width : width);
-        const size_t padding = wanted > length ? wanted - length : 0;
+        const size_t padding = wanted > text.size() ? wanted - text.size() : 0;
         if (!left) output.pad(padding);
         output.append(text);
         if (left) output.pad(padding);
@@ -167,7 +167,7 @@ class Formatter {
         const int count = std::snprintf(digits, sizeof digits, single.c_str(), number);
         if (count <= 0) return;
         // snprintf has padded up to `widest`; only a field beyond that is padded here.
-        appendPadded(directive, {digits, std::min<size_t>(static_cast<size_t>(count), sizeof digits - 1)}, widest);
+        appendPadded(directive, {digits, std::min<size_t>(static_cast<size_t>(count), sizeof digits - 1)});
     }
 
     Output output;

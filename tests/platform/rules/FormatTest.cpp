@@ -50,6 +50,7 @@ TEST(FormatPrintf, CutsAtTheBuffersEnd) {
     EXPECT_EQ(formatted(longText, {}), std::string(4095, 'a'));
     EXPECT_EQ(formatted("%900d", {1}, 16), std::string(15, ' '));
     EXPECT_EQ(formatted("%600d|%-600d|", {1, 2}), std::string(599, ' ') + "1|2" + std::string(599, ' ') + "|");
+    EXPECT_EQ(formatted("%500.400f", {1e308}).size(), 309u + 1 + 400) << "longer than the width";
     EXPECT_EQ(formatted("%2147483647s", {"x"sv}, 16), std::string(15, ' '));
 }
 
