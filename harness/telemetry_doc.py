@@ -92,10 +92,11 @@ run of the real engine under Wine; the machine and the services are those of the
 
 There are two services. Brisk takes dotted names with short keys, Tally four plain names with a status. Events are held
 back until sending is enabled (`enableTelemetry`). The user's click on install enables it. A silent install, an
-uninstall and an update enable it after the detection, a repair and a migration at their start. So does a start with a
-login code where the older client is installed. What is still held at the end is lost, on purpose. A crash is sent at
-once. Each back end has a thread that posts batches (`telemetry/TelemetrySender.h`); a run waits for the last post of
-each. The addresses are the keys `telemetry.brisk.url` and `telemetry.tally.url` of the configuration.
+uninstall and an update enable sending after the detection. A repair and a migration enable it at their start. If the
+older client is installed, a start with a login code enables it at once. What is still held at the end is lost, on
+purpose. A crash is sent at once. Each back end has a thread that posts batches (`telemetry/TelemetrySender.h`); a run
+waits for the last post of each. The addresses are the keys `telemetry.brisk.url` and `telemetry.tally.url` of the
+configuration.
 
 ## A player's name
 
