@@ -6,8 +6,8 @@ event log has as "fault offset".
 
 An offset names one line. A code holds only the low 16 bits of the address, and one line of each 64 KB of the library
 fits it. The script leaves out addresses that no instruction begins at, and lists first what can fault: an instruction
-that follows a pointer. A code names no module. If the fault was in another one, no line below is right. It is for an
-uncaught C++ exception: that fault is in the system's RaiseException.
+that follows a pointer. A code names no module. If the fault was in another one, no line below is right. So it is with
+an uncaught C++ exception, whose fault is in the system's RaiseException.
 
 Without options the library and its symbols are those of the folder that this script is in, or the folder above it.
 Needs Python 3.9 and the binutils for 32-bit Windows programs (Debian: binutils-mingw-w64-i686, or the host's binutils).

@@ -30,7 +30,7 @@ PathEntry placed(const wchar_t* place, const wchar_t* holder) {
     entry.finalPath = std::wstring(volume1) + place + L"\\link";
     return entry;
 }
-PathEntry ofSystem(const wchar_t* target) {
+PathEntry mappedDrive(const wchar_t* target) {
     PathEntry entry = link(target, L"system");
     entry.isMappedDrive = true;
     return entry;
@@ -49,7 +49,7 @@ PathEntry look(const std::wstring& path) {
         {L"R:\\Palisade", {}},
         {L"Volume{0B5A}\\", folder(std::wstring(volume2) + L"\\", L"system")},
         {L"Volume{0B5A}\\Data", folder(data)},
-        {L"X:\\", ofSystem(L"\\??\\C:\\Games")},
+        {L"X:\\", mappedDrive(L"\\??\\C:\\Games")},
         {L"C:\\Games", folder(games)},
         {L"C:\\GAME~1", folder(games)},
         {L"C:\\Games\\Palisade", folder(games + L"\\Palisade")},

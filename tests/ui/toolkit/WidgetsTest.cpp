@@ -8,7 +8,6 @@
 #include <cmath>
 #include <vector>
 
-#include "harness/programs/Snapshot.h"
 #include "tests/ui/toolkit/Pixels.h"
 #include "tests/ui/toolkit/TestWindows.h"
 #include "ui/toolkit/Button.h"
