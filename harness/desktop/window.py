@@ -110,15 +110,15 @@ class Window:
 
     def picture(self, name: str) -> Path:
         """A picture of the window as out/<scenario>/screens/NN-<name>.png, taken when it is painted and nothing moves.
-        A progress page always moves."""
+        A progress page always moves: it is taken a little later, because its controls are painted after it."""
         self._screens.mkdir(parents=True, exist_ok=True)
         target = self._screens / f"{len(list(self._screens.iterdir())) + 1:02}-{name}.png"
         box = self.look().box
-        before = b""
+        before, painted = b"", 0
         for _ in range(20):
             shot = self.pixels(box)
-            is_painted = len(set(shot)) > 64
-            if is_painted and (shot == before or self.page() == "progress"):
+            painted += len(set(shot)) > 64
+            if painted > 3 and self.page() == "progress" or painted and shot == before:
                 break
             before = shot
         subprocess.run(["convert", "-size", f"{box.width}x{box.height}", "-depth", "8", "rgb:-", target], input=shot,
